@@ -1,0 +1,16 @@
+#pragma once
+
+/// @file
+/// Marks what the common services export. A static build defines VELK_STATIC.
+
+#if defined(VELK_STATIC)
+#define VELKCOMMON_EXPORT
+#elif defined(_WIN32)
+#if defined(VELKCOMMON_BUILD)
+#define VELKCOMMON_EXPORT __declspec(dllexport)
+#else
+#define VELKCOMMON_EXPORT __declspec(dllimport)
+#endif
+#else
+#define VELKCOMMON_EXPORT __attribute__((visibility("default")))
+#endif

@@ -1,0 +1,1 @@
+#include <VelkCommon/Expression/BooleanExp.h>

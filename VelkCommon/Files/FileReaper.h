@@ -1,0 +1,23 @@
+#pragma once
+
+#include <VelkCommon/Export.h>
+#include <VelkCommon/Files/fileString.h>
+
+/// Deletes a file when it goes out of scope, unless cancel() was called: for files that must not stay
+/// behind on any way out. Declare it before the stream that writes the file, so that the stream is
+/// closed first. Never throws; a file that is not there is fine.
+class VELKCOMMON_EXPORT FileReaper
+{
+public:
+    explicit FileReaper(fileString path) noexcept;
+    ~FileReaper();
+    FileReaper(const FileReaper&) = delete;
+    FileReaper& operator=(const FileReaper&) = delete;
+
+    /// Keeps the file.
+    void cancel() noexcept { cancelled_ = true; }
+
+private:
+    fileString path_;
+    bool cancelled_ = false;
+};

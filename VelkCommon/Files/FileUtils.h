@@ -1,0 +1,61 @@
+#pragma once
+
+#include <VelkCommon/Export.h>
+#include <VelkCommon/Files/fileString.h>
+
+/// Operations on files and folders. None throws; each reports success by its result. An empty path is
+/// a failure. Any thread. What replaces a file is written to a sibling first and renamed over it, so a
+/// crash or a full disk leaves the old file whole.
+class VELKCOMMON_EXPORT FileUtils
+{
+public:
+    FileUtils() = delete;
+
+    /// How to remove. Zero: as it stands. One: what is read-only is made writable first.
+    using MethodFlags = unsigned int;
+    static constexpr MethodFlags noFlags = 0;
+    static constexpr MethodFlags overrideReadOnly = 1;
+
+    /// A file or folder exists at `path`.
+    static bool pathExists(const fileString& path);
+
+    /// Deletes one file, or one link (never its target). False for a folder and for what is not there.
+    static bool removePath(const fileString& path, MethodFlags flags);
+
+    /// Deletes a folder with everything below it. A link is unlinked, never followed, at any depth.
+    /// Refuses (false) an empty or relative path and a root. False when the folder is not there, or when
+    /// anything is left.
+    static bool removeDirectoryAndFiles(const fileString& path, MethodFlags flags);
+
+    /// Creates the folder and its missing parents, each new one writable for every user. True when the
+    /// folder is there afterwards.
+    static bool createDirectoriesWithPerm(const fileString& path);
+
+    /// Copies a file's bytes. `overwrite` false never touches an existing target (false). A failure
+    /// leaves an existing target as it was.
+    static bool copyFile(const fileString& from, const fileString& to, bool overwrite);
+
+    /// Moves a file, also to another file system (then by copy). `overwrite` false never touches an
+    /// existing target (false). A failure leaves both ends as they were.
+    static bool moveFile(const fileString& from, const fileString& to, bool overwrite);
+
+    /// Renames within a file system, replacing an existing file.
+    static bool renameFile(const fileString& from, const fileString& to);
+
+    /// Clears the read-only attribute: the owner may write afterwards.
+    static bool makeFileWritable(const fileString& path);
+
+    /// Grants every user full access to the file.
+    static bool setFilePermEveryoneFullAccess(const fileString& path);
+
+    /// The file can be opened for writing, or does not exist yet and can be created in its folder.
+    /// False for a folder. Changes nothing.
+    static bool canWriteFile(const fileString& path);
+
+    /// Somebody holds the file open for writing, by LockingFStream or (on Windows) in any way.
+    /// False for a file that does not exist.
+    static bool isPathWriteLocked(const fileString& path);
+
+    /// Size in bytes; -1 for a folder and for what cannot be read.
+    static long long fileSize(const fileString& path);
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <VelkCommon/Export.h>
+#include <VelkCommon/Files/fileString.h>
+
+/// The host's well-known folders. Each ends with a separator, however the host wrote it, because some
+/// paths are made by plain concatenation. Asked for anew at every call: a host may be installed later
+/// than the first question. The folders are the host's to create, but for the temporary one.
+/// Any thread.
+class VELKCOMMON_EXPORT PathUtils
+{
+public:
+    /// The process-wide instance.
+    static const PathUtils& getObject();
+
+    /// The user's library databases; holds "errors.log".
+    fileString getUserDatabasePath() const;
+    /// The core (maker-supplied) library databases.
+    fileString getCoreLibraryDatabasePath() const;
+    /// The bonus library databases.
+    fileString getBonusLibraryDatabasePath() const;
+    /// The manufacturers' library databases.
+    fileString getManufacturerLibraryPath() const;
+    /// The manufacturer data file and the logos.
+    fileString getManufacturerDataPath() const;
+    /// Files that library content refers to, such as the textures of imported libraries.
+    fileString getProprietaryLibraryReferencedFilesPath() const;
+    /// The user's textures.
+    fileString getUserTexturePath() const;
+    /// Downloads and unpacking: a folder of this user alone, created when missing.
+    fileString getTempPath() const;
+
+private:
+    PathUtils() = default;
+};

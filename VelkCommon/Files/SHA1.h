@@ -1,0 +1,14 @@
+#pragma once
+
+#include <VelkCommon/Export.h>
+#include <VelkCommon/Files/fileString.h>
+
+#include <string>
+
+namespace SHA1 {
+
+/// The SHA-1 digest of the file's bytes as 40 lower-case hexadecimal digits. Empty for a folder, a
+/// missing file and on any read fault. Reads in blocks; never throws but for memory. Any thread.
+VELKCOMMON_EXPORT std::string fileContentsToSHA1Hex(const fileString& path);
+
+}  // namespace SHA1

@@ -1,0 +1,1 @@
+#include <VelkCommon/Files/fileString.h>

@@ -1,0 +1,121 @@
+#pragma once
+
+/// @file
+/// The one door through which a host supplies what the library asks for. Everything has a default
+/// that is safe and useful, so a host fills in what it has and installs it once at start-up:
+///
+///     Velk::HostServices services;
+///     services.folders.userDatabase = fileString(std::u32string(U"C:/Users/ann/Libraries"));
+///     services.showMessage = [](const error::Message& message) { return myMessageBox(message); };
+///     Velk::installHost(std::move(services));
+
+#include <VelkCommon/Export.h>
+#include <VelkCommon/Files/fileString.h>
+#include <VelkCommon/Reporting/MessagingSystem.h>
+#include <VelkCommon/Reporting/applicationManager.h>
+
+#include <QImage>
+
+#include <any>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Velk {
+
+/// The well-known folders. An empty one means the default: a folder below the user's data folder of
+/// the system ("velk/..." in $XDG_DATA_HOME or ~/.local/share; %LOCALAPPDATA% on Windows), and for
+/// `temp` a private folder of this user below the system's temporary folder.
+struct HostFolders
+{
+    fileString userDatabase;
+    fileString coreLibraryDatabase;
+    fileString bonusLibraryDatabase;
+    fileString manufacturerLibrary;
+    fileString manufacturerData;
+    fileString proprietaryLibraryReferencedFiles;
+    fileString userTexture;
+    fileString temp;
+};
+
+/// How numbers are written for people.
+struct NumberFormat
+{
+    std::string thousandsSeparator = ",";
+    std::string decimalPoint = ".";
+};
+
+/// A numbered preference with the value that it has at start-up.
+struct HostPreference
+{
+    std::size_t number = 0;
+    std::string description;
+    std::any value;
+};
+
+/// One failed assertion.
+struct AssertionReport
+{
+    const char* sourceFile = "";
+    std::size_t line = 0;
+    long kind = 0;
+    const char* expression = "";
+};
+
+/// What a host supplies. The functions may be called from any thread, several at a time, and must not
+/// throw; one that throws all the same counts as absent for that call.
+struct HostServices
+{
+    /// Where the library's files are. Default: see HostFolders.
+    HostFolders folders;
+
+    /// The translation of a literal into the user's language; empty result or absent: the literal.
+    std::function<std::u32string(std::u32string_view literal)> translate;
+
+    /// The numbered text in the user's language; no result or absent: the built-in English text.
+    std::function<std::optional<std::u32string>(unsigned int id)> resourceString;
+
+    /// Default: "1,234.5".
+    NumberFormat numberFormat;
+
+    /// Initial values; they replace what the store held. Numbers in use that are not listed get the
+    /// defaults of PreferenceEngine.h.
+    std::vector<HostPreference> preferences;
+
+    /// Told of every successful write of a preference, to keep it. Absent: preferences last as long as
+    /// the process.
+    std::function<void(std::size_t number, const std::any& value)> preferenceChanged;
+
+    /// Shows a message and returns the button pressed. Absent: standard error, `Ok`.
+    std::function<error::Button(const error::Message& message)> showMessage;
+
+    /// Whether assertions are reported. Absent: they are.
+    std::function<bool()> assertionReportsEnabled;
+
+    /// Reports an assertion; true asks for a break into an attached debugger. Absent: standard error,
+    /// false.
+    std::function<bool(const AssertionReport& report)> reportAssertion;
+
+    /// Told when files came into a folder. Absent: nothing happens.
+    std::function<void(const fileString& folder)> fileSearchReset;
+
+    /// The image of a resource name; a null image or absent: ResourceHandler has no such image.
+    std::function<QImage(std::string_view name)> loadImage;
+
+    /// The application object; it outlives the host's use of the library. Null: a default named "velk".
+    applicationManager* application = nullptr;
+};
+
+/// Installs what the host supplies, in place of what was installed before. Call it at start-up, before
+/// other threads use the library; later calls are safe, and each operation uses what is installed when
+/// it asks.
+VELKCOMMON_EXPORT void installHost(HostServices services);
+
+/// What is installed now. Never null; stays valid while held.
+VELKCOMMON_EXPORT std::shared_ptr<const HostServices> host();
+
+}  // namespace Velk

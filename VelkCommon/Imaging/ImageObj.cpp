@@ -1,0 +1,1 @@
+#include <VelkCommon/Imaging/ImageObj.h>

@@ -1,0 +1,1 @@
+#include <VelkCommon/Platform/Platform.h>

@@ -1,0 +1,1 @@
+#include <VelkCommon/Reporting/Assertions.h>

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <VelkCommon/Export.h>
+
+#include <cstddef>
+
+/// Whether assertion reports are enabled: the host's answer; true without a host. Any thread.
+VELKCOMMON_EXPORT bool showQAVerify();
+
+/// Reports a failed assertion to the host, or to standard error without one. True asks the caller to
+/// break into an attached debugger. Never throws. Any thread.
+VELKCOMMON_EXPORT bool notifyAssert(const char* sourceFile, std::size_t line, long kind, const char* expression);
+
+namespace Velk {
+
+/// The kind of every assertion that the library reports.
+constexpr long softAssertion = -4;
+
+/// What an assertion does when its condition is false: reports it where reports are enabled, breaks
+/// into an attached debugger when the report asks for it, and goes on in any case. Never throws.
+VELKCOMMON_EXPORT void assertionFailed(const char* sourceFile, std::size_t line, const char* expression);
+
+}  // namespace Velk

@@ -1,0 +1,1 @@
+#include <VelkCommon/Reporting/MessagingSystem.h>

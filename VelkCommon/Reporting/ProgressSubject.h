@@ -1,0 +1,65 @@
+#pragma once
+
+#include <VelkCommon/Export.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+/// Progress of a long operation: two labels and a position from 0 to 100, fed by the code that works
+/// and watched by the host. Owned by the caller of the operation, who may ask it to cancel.
+///
+/// Any thread may call anything; an observer is called on the thread that reports.
+class VELKCOMMON_EXPORT ProgressSubject
+{
+public:
+    /// What the watcher sees.
+    struct State
+    {
+        std::u32string mainLabel;
+        std::u32string secondaryLabel;
+        double position = 0;  ///< 0 to 100
+        bool cancelled = false;
+    };
+
+    /// Told of every change of labels or position. Must not throw.
+    class VELKCOMMON_EXPORT Observer
+    {
+    public:
+        virtual ~Observer();
+        virtual void progressChanged(const State& state) = 0;
+    };
+
+    ProgressSubject();
+    /// Not owned; `observer` outlives the subject or detaches by setObserver(nullptr).
+    explicit ProgressSubject(Observer& observer);
+    virtual ~ProgressSubject();
+    ProgressSubject(const ProgressSubject&) = delete;
+    ProgressSubject& operator=(const ProgressSubject&) = delete;
+
+    void setObserver(Observer* observer);
+
+    /// Replaces both labels.
+    virtual void updateLabels(std::u32string mainLabel, std::u32string secondaryLabel);
+
+    /// Advances by one step of the current sub-range and replaces both labels. Never goes beyond the
+    /// end of the sub-range; without one only the labels change.
+    virtual void increment(std::u32string mainLabel, std::u32string secondaryLabel);
+
+    /// From here on `steps` increments cover `units` of the hundred, starting at the current position.
+    /// Zero steps cover nothing.
+    virtual void openSubRange(std::uint64_t steps, double units);
+
+    /// Whether the user asked to stop. The working code looks at it between steps.
+    virtual bool isCancelled() const;
+
+    /// Asks the working code to stop; there is no way back.
+    void cancel();
+
+    /// A consistent copy of what the watcher sees.
+    State state() const;
+
+private:
+    struct Data;
+    std::unique_ptr<Data> data_;
+};

@@ -1,0 +1,30 @@
+#include <VelkCommon/Reporting/applicationManager.h>
+
+namespace {
+
+class DefaultApplication final : public applicationManager
+{
+public:
+    std::string getInstanceName() const override { return "velk"; }
+};
+
+DefaultApplication& defaultApplication()
+{
+    static DefaultApplication& application = *new DefaultApplication;
+    return application;
+}
+
+}  // namespace
+
+applicationManager::~applicationManager() = default;
+
+applicationManager* gApp = &defaultApplication();
+
+namespace Velk {
+
+void useApplication(applicationManager* application) noexcept
+{
+    gApp = application != nullptr ? application : &defaultApplication();
+}
+
+}  // namespace Velk

@@ -1,0 +1,1 @@
+#include <VelkCommon/Text/StringConvert.h>

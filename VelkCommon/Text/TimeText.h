@@ -1,0 +1,36 @@
+#pragma once
+
+#include <VelkCommon/Export.h>
+
+#include <boost/date_time/posix_time/posix_time_types.hpp>
+
+#include <string>
+
+/// Times and their texts. All times are UTC, so that stamps from different machines compare.
+/// Any thread; nothing throws but for memory.
+namespace Library {
+
+/// The current time (UTC, microseconds).
+VELKCOMMON_EXPORT boost::posix_time::ptime getTimeNow();
+
+/// The current time as people read it in the log: "2026-03-01T14:05:59.012345Z".
+VELKCOMMON_EXPORT std::string getTimeNowString();
+
+/// The text form that data files hold; fromString() gives the value back exactly.
+template <typename T>
+std::string toString(const T& value);
+
+/// The value of a text that toString() wrote.
+template <typename T>
+T fromString(const std::string& text);
+
+/// "20260301T140559.012345" (the fraction only when there is one), "not-a-date-time", "-infinity" or
+/// "+infinity".
+template <>
+VELKCOMMON_EXPORT std::string toString<boost::posix_time::ptime>(const boost::posix_time::ptime& value);
+
+/// Not-a-date-time for a text of any other form and for fields out of range.
+template <>
+VELKCOMMON_EXPORT boost::posix_time::ptime fromString<boost::posix_time::ptime>(const std::string& text);
+
+}  // namespace Library

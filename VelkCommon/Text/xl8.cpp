@@ -1,0 +1,1 @@
+#include <VelkCommon/Text/xl8.h>

@@ -1,0 +1,1 @@
+#include <VelkLibrary/Base64.h>

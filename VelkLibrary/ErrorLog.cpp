@@ -1,0 +1,1 @@
+#include <VelkLibrary/ErrorLog.h>

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <VelkCommon/Files/fileString.h>
+#include <VelkLibrary/Export.h>
+
+#include <boost/uuid/uuid.hpp>
+
+#include <sstream>
+#include <string>
+#include <type_traits>
+
+namespace Library {
+
+/// One record of the error log, the library's only diagnostic channel: stream a message into it and
+/// let it go; the destructor appends the record to "errors.log" in the user's database folder.
+///
+///     ErrorLog() << "Unable to move file:  " << path << "\n";
+///
+/// An empty message writes nothing. A log without a new record for seven days is removed first. The
+/// folder is not created; a record that cannot be written is lost in silence, and nothing ever throws
+/// out of the destructor. Each object belongs to one thread; any number of threads may log at once,
+/// and records never interleave.
+class VELKLIBRARY_EXPORT ErrorLog : public std::ostringstream
+{
+public:
+    ErrorLog();
+    ~ErrorLog() override;
+
+    /// 36 characters, lower case; the stream's width, fill and adjustment apply to the whole text.
+    ErrorLog& operator<<(const boost::uuids::uuid& id);
+    /// All bytes, zero bytes included.
+    ErrorLog& operator<<(const std::string& text);
+    /// As UTF-8.
+    ErrorLog& operator<<(const std::u32string& text);
+    /// The path for people.
+    ErrorLog& operator<<(const fileString& path);
+    ErrorLog& operator<<(const long long& value);
+    ErrorLog& operator<<(const unsigned long long& value);
+    ErrorLog& operator<<(const char* text);
+
+    /// Any other type and manipulator as on every stream; the chain goes on as an ErrorLog.
+    template <typename T>
+    requires(!std::is_convertible_v<const T&, std::string> && !std::is_convertible_v<const T&, std::u32string> &&
+             !std::is_same_v<T, fileString> && !std::is_same_v<T, boost::uuids::uuid> &&
+             !std::is_same_v<T, long long> && !std::is_same_v<T, unsigned long long>) ErrorLog&
+    operator<<(const T& value)
+    {
+        static_cast<std::ostringstream&>(*this) << value;
+        return *this;
+    }
+    ErrorLog& operator<<(std::ostream& (*manipulator)(std::ostream&));
+    ErrorLog& operator<<(std::ios_base& (*manipulator)(std::ios_base&));
+
+    /// The log's path, asked for anew each time.
+    static fileString file();
+};
+
+}  // namespace Library

@@ -1,0 +1,16 @@
+#pragma once
+
+/// @file
+/// Marks what the library module exports. A static build defines VELK_STATIC.
+
+#if defined(VELK_STATIC)
+#define VELKLIBRARY_EXPORT
+#elif defined(_WIN32)
+#if defined(VELKLIBRARY_BUILD)
+#define VELKLIBRARY_EXPORT __declspec(dllexport)
+#else
+#define VELKLIBRARY_EXPORT __declspec(dllimport)
+#endif
+#else
+#define VELKLIBRARY_EXPORT __attribute__((visibility("default")))
+#endif

@@ -1,0 +1,1 @@
+#include <VelkLibrary/LibraryResultCategorizer.h>

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <VelkLibrary/Export.h>
+#include <VelkLibrary/Search/Info.h>
+#include <VelkLibrary/SearchPriority.h>
+
+#include <memory>
+#include <string>
+
+/// Rates the names of library folders and items against one search.
+///
+/// Built once per search; immutable afterwards, so one categorizer may serve any number of threads.
+/// Names and keywords are UTF-8 of any length, compared in lower case. A term is a literal; word
+/// characters are ASCII letters, digits and "_", whatever the locale. A line break (LF or CR) in a
+/// text is matched only inside a term: it hides all matches beside it, as "." of a regular expression
+/// does. A rating allocates nothing after the thread's first.
+class VELKLIBRARY_EXPORT LibraryResultCategorizer
+{
+public:
+    /// Takes the terms and the flags `legacySearch` and `textSearch` of `info`. A search without a
+    /// group rates everything `Invalid`.
+    explicit LibraryResultCategorizer(const Library::Search::Info& info);
+    ~LibraryResultCategorizer();
+    LibraryResultCategorizer(const LibraryResultCategorizer& other);
+    LibraryResultCategorizer(LibraryResultCategorizer&& other) noexcept;
+    LibraryResultCategorizer& operator=(const LibraryResultCategorizer& other);
+    LibraryResultCategorizer& operator=(LibraryResultCategorizer&& other) noexcept;
+
+    /// Rates a folder's name: `Invalid` or one of the folder values.
+    SearchPriority categorizeFolderResult(const std::string& folderName) const;
+
+    /// Rates an item's name: `Invalid` or one of the item values.
+    SearchPriority categorizeItemResult(const std::string& itemName) const;
+
+    /// Rates an item's name together with all of its keywords in one text: per term the better of the
+    /// two counts. An excluded term in either text excludes the item.
+    SearchPriority categorizeItemResult(const std::string& itemName, const std::string& keywords) const;
+
+    /// Whether the search was one by text, for the host.
+    bool isTextSearch() const noexcept;
+
+private:
+    struct Matchers;
+    std::unique_ptr<const Matchers> matchers_;
+};

@@ -1,0 +1,1 @@
+#include <VelkLibrary/detail/ModuleStatics.h>

@@ -1,0 +1,1 @@
+#include <VelkLibrary/Search/detail/LiteralMatcher.h>

@@ -1,0 +1,1 @@
+#include <VelkLibrary/SearchPriority.h>

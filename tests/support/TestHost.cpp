@@ -1,0 +1,122 @@
+#include "support/TestHost.h"
+
+#include <algorithm>
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+namespace fs = std::filesystem;
+
+namespace test {
+namespace {
+
+fs::path native(const fileString& path)
+{
+    return fs::path(std::u8string(path.utf8().begin(), path.utf8().end()));
+}
+
+std::string freshFolder()
+{
+    static std::atomic<unsigned> counter{0};
+    std::string pattern = (fs::temp_directory_path() / "velk-test-XXXXXX").string();
+#ifdef _WIN32
+    pattern += std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++counter);
+    fs::create_directories(pattern);
+    return pattern;
+#else
+    static_cast<void>(counter);
+    if (::mkdtemp(pattern.data()) == nullptr)
+        throw std::runtime_error("no temporary folder: " + pattern);
+    return pattern;
+#endif
+}
+
+}  // namespace
+
+TemporaryFolder::TemporaryFolder() : path_(freshFolder()) {}
+
+TemporaryFolder::~TemporaryFolder()
+{
+    std::error_code ignored;
+    fs::remove_all(native(path_), ignored);
+}
+
+TestHost::TestHost()
+{
+    Velk::installHost(services());
+}
+
+TestHost::~TestHost()
+{
+    Velk::installHost({});
+}
+
+Velk::HostServices TestHost::services()
+{
+    Velk::HostServices services;
+    const auto make = [this](const char32_t* name) {
+        const fileString path = folder_ / name;
+        fs::create_directories(native(path));
+        return path;
+    };
+    services.folders.userDatabase = make(U"user");
+    services.folders.coreLibraryDatabase = make(U"core");
+    services.folders.bonusLibraryDatabase = make(U"bonus");
+    services.folders.manufacturerLibrary = make(U"manufacturer");
+    services.folders.manufacturerData = make(U"manufacturer-data");
+    services.folders.proprietaryLibraryReferencedFiles = make(U"referenced");
+    services.folders.userTexture = make(U"textures");
+    services.folders.temp = make(U"temp");
+    services.showMessage = [this](const error::Message& message) {
+        const std::lock_guard lock(mutex_);
+        messages_.push_back(message);
+        return error::Button::Ok;
+    };
+    services.reportAssertion = [this](const Velk::AssertionReport& report) {
+        const std::lock_guard lock(mutex_);
+        assertions_.push_back({report.sourceFile, report.line, report.kind, report.expression});
+        return false;
+    };
+    return services;
+}
+
+std::vector<Message> TestHost::messages() const
+{
+    const std::lock_guard lock(mutex_);
+    return messages_;
+}
+
+std::vector<Assertion> TestHost::assertions() const
+{
+    const std::lock_guard lock(mutex_);
+    return assertions_;
+}
+
+void writeFile(const fileString& path, const std::string& bytes)
+{
+    std::ofstream out(native(path), std::ios::binary | std::ios::trunc);
+    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    out.close();
+    if (!out)
+        ADD_FAILURE() << "cannot write " << path;
+}
+
+std::string readFile(const fileString& path)
+{
+    std::ifstream in(native(path), std::ios::binary);
+    if (!in)
+        ADD_FAILURE() << "cannot read " << path;
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+std::vector<std::string> listFolder(const fileString& folder)
+{
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(native(folder)))
+        names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+}  // namespace test
