@@ -52,12 +52,13 @@ void addOptions(CLI::App& command, BuildArguments& arguments)
 /// Builds, and says what came of it.
 int build(const BuildArguments& arguments, Output& output)
 {
-    const BuildOptions options{*kindFromName(arguments.type), arguments.language, arguments.id, arguments.name};
-    const fileString target(arguments.target);
+    const BuildOptions options{*kindFromName(arguments.type), arguments.language, fromParser(arguments.id),
+                               fromParser(arguments.name)};
+    const fileString target(fromParser(arguments.target));
     try {
         const BuiltCatalog built = arguments.source.empty()
                                        ? buildSample(target, options)
-                                       : buildCatalog(fileString(arguments.source), target, options);
+                                       : buildCatalog(fileString(fromParser(arguments.source)), target, options);
         output.write(printableUtf8(built.summary()) + "\n");
         return static_cast<int>(ExitCode::Success);
     } catch (const CatalogError& error) {

@@ -4,11 +4,15 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <exception>
+#include <iterator>
 #include <new>
 
 namespace VelkHost {
 namespace {
+
+constexpr char disguise = '\x01';
 
 constexpr const char* description = "velk - searches libraries of architectural content, and makes them";
 
@@ -35,6 +39,12 @@ void describe(CLI::App& app)
     app.allow_windows_style_options(false);
 }
 
+std::string toParser(const std::string& argument)
+{
+    const bool disguised = argument.starts_with('[') || argument.starts_with('%') || argument.starts_with(disguise);
+    return disguised ? disguise + argument : argument;
+}
+
 /// What a wrong command line deserves: the reason, and where help is.
 int reportUsage(const CLI::App& app, const CLI::ParseError& error, Output& output)
 {
@@ -43,12 +53,25 @@ int reportUsage(const CLI::App& app, const CLI::ParseError& error, Output& outpu
         sub = sub->get_subcommands().front();
         command += " " + sub->get_name();
     }
-    output.error(std::string(error.what()) + "\nSee \"" + command +
-                 " --help\". A search text that begins with \"-\" goes behind \"--\".");
+    output.error(error.what(),
+                 "See \"" + command + " --help\". A search text that begins with \"-\" goes behind \"--\".");
     return static_cast<int>(ExitCode::Usage);
 }
 
-int run(std::vector<std::string> arguments, Output& output)
+bool isCommand(const CLI::App& app, const std::string& name)
+{
+    const std::vector<const CLI::App*> commands = app.get_subcommands({});
+    return std::any_of(commands.begin(), commands.end(), [&](const CLI::App* command) { return command->get_name() == name; });
+}
+
+/// The first argument names no command.
+int reportUnknownCommand(const std::string& name, Output& output)
+{
+    output.error("there is no command \"" + name + "\"", "The commands are search, catalog and tour; see \"velk --help\".");
+    return static_cast<int>(ExitCode::Usage);
+}
+
+int run(const std::vector<std::string>& arguments, Output& output)
 {
     CLI::App app(description, "velk");
     describe(app);
@@ -60,9 +83,13 @@ int run(std::vector<std::string> arguments, Output& output)
         output.write(app.help());
         return static_cast<int>(ExitCode::Success);
     }
+    if (!arguments.front().starts_with('-') && !isCommand(app, arguments.front()))
+        return reportUnknownCommand(arguments.front(), output);
     try {
         // The parser takes its arguments from the back.
-        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+        std::vector<std::string> reversed;
+        std::transform(arguments.rbegin(), arguments.rend(), std::back_inserter(reversed), toParser);
+        app.parse(reversed);
     } catch (const CLI::CallForHelp&) {
         const CLI::App* asked = &app;
         while (!asked->get_subcommands().empty())
@@ -77,6 +104,11 @@ int run(std::vector<std::string> arguments, Output& output)
 }
 
 }  // namespace
+
+std::string fromParser(const std::string& argument)
+{
+    return argument.starts_with(disguise) ? argument.substr(1) : argument;
+}
 
 int runVelk(const std::vector<std::string>& arguments, Output& output) noexcept
 {

@@ -3,6 +3,7 @@
 #include "host/command/CommandLine.h"
 #include "host/command/ExitCode.h"
 #include "host/command/HitReport.h"
+#include "host/support/DisplayText.h"
 
 #include <CLI/CLI.hpp>
 
@@ -38,11 +39,7 @@ struct SearchArguments
 
 void addOptions(CLI::App& command, SearchArguments& arguments)
 {
-    // Without allow_extra_args(false) the parser would take "[a,b]" for a list.
-    constexpr int anyNumber = 1'000'000;
-    command.add_option("TEXT", arguments.words, "What to look for; several words are one text")
-        ->allow_extra_args(false)
-        ->expected(0, anyNumber);
+    command.add_option("TEXT", arguments.words, "What to look for; several words are one text");
     command
         .add_option("-l,--library", arguments.libraries,
                     "A .calib file, or a folder of them; may be repeated\n(default: the installed libraries)")
@@ -70,14 +67,15 @@ SearchOptions optionsFrom(const SearchArguments& arguments)
 {
     SearchOptions options;
     for (const std::string& word : arguments.words)
-        options.request.text += (options.request.text.empty() ? "" : " ") + word;
-    options.request.uniqueId = arguments.id;
+        options.request.text += (options.request.text.empty() ? "" : " ") + fromParser(word);
+    options.request.uniqueId = fromParser(arguments.id);
     options.request.legacy = arguments.legacy;
     options.request.folders = arguments.kind != "items";
     options.request.items = arguments.kind != "folders";
     for (const std::string& type : arguments.types)
         options.request.types.insert(toLibType(*kindFromName(type)));
-    options.libraries.assign(arguments.libraries.begin(), arguments.libraries.end());
+    for (const std::string& path : arguments.libraries)
+        options.libraries.emplace_back(fromParser(path));
     options.limit = arguments.limit;
     options.json = arguments.format == "json";
     options.explain = arguments.explain;
@@ -98,11 +96,11 @@ bool reportLibraries(const LibrarySet& libraries, const Output& output)
         output.error(library.path.humanReadableString() + ": " + library.reason);
     if (!libraries.loaded.empty() || !libraries.broken.empty())
         return true;
-    std::string folders;
+    std::string advice = "These folders hold no .calib file:";
     for (const fileString& folder : installedLibraryFolders())
-        folders += "\n  " + folder.humanReadableString();
-    output.error("no libraries are installed. These folders hold no .calib file:" + folders +
-                 "\nName a library with --library, or make one:\n  velk catalog sample -o sample.calib");
+        advice += "\n  " + printableUtf8(folder.utf8());
+    output.error("no libraries are installed",
+                 advice + "\nName a library with --library, or make one:\n  velk catalog sample -o sample.calib");
     return false;
 }
 

@@ -46,7 +46,7 @@ class Tour
 {
 public:
     Tour(const TourArguments& arguments, Output& output)
-        : arguments_(arguments), folder_(arguments.folder), output_(output)
+        : arguments_(arguments), folder_(fromParser(arguments.folder)), output_(output)
     {}
 
     int run()
@@ -81,7 +81,7 @@ private:
 
     std::vector<fileString> sources() const
     {
-        const fileString folder(arguments_.source);
+        const fileString folder(fromParser(arguments_.source));
         if (!isFolder(folder))
             throw CatalogError(folder, "is no folder; name one with .sh3f files, or give --sample");
         std::vector<fileString> files = filesInFolder(folder, fileString(std::string(".sh3f")));

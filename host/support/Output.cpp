@@ -26,9 +26,12 @@ void Output::write(std::string_view text)
     failed_ = result == WriteResult::Failed;
 }
 
-void Output::error(std::string_view text) const
+void Output::error(std::string_view text, std::string_view advice) const
 {
-    Velk::Platform::writeToStandardError("velk: " + printableUtf8(text) + "\n");
+    std::string lines = "velk: " + printableUtf8(text) + "\n";
+    if (!advice.empty())
+        lines.append(advice).append("\n");
+    Velk::Platform::writeToStandardError(lines);
 }
 
 }  // namespace VelkHost

@@ -17,8 +17,9 @@ public:
 
     /// Writes UTF-8 text as it is; text of libraries passes through printable() first.
     void write(std::string_view text);
-    /// Writes "velk: " and the text to standard error, on a line of its own and printable.
-    void error(std::string_view text) const;
+    /// Writes "velk: " and the text to standard error, on a line of its own and printable; below it
+    /// `advice`, lines of our own, as they are.
+    void error(std::string_view text, std::string_view advice = {}) const;
 
     bool styles() const noexcept { return styles_; }
     /// The width to fit tables into; 0 for no limit, when no person looks.
