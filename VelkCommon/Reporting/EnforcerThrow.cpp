@@ -1,1 +1,31 @@
 #include <VelkCommon/Reporting/EnforcerThrow.h>
+
+#include <utility>
+
+namespace {
+
+std::string describe(const std::string& expression, const std::string& sourceFile, std::size_t line)
+{
+    return "precondition violated: " + expression + " (" + sourceFile + ":" + std::to_string(line) + ")";
+}
+
+std::string textOrNothing(const char* text)
+{
+    return text != nullptr ? text : "";
+}
+
+}  // namespace
+
+EnforcerException::EnforcerException(std::string expression, std::string sourceFile, std::size_t line)
+    : std::logic_error(describe(expression, sourceFile, line)),
+      expression_(std::move(expression)),
+      sourceFile_(std::move(sourceFile)),
+      line_(line)
+{}
+
+EnforcerException::~EnforcerException() = default;
+
+void EnforcerThrow(const char* expression, const char* sourceFile, std::size_t line)
+{
+    throw EnforcerException(textOrNothing(expression), textOrNothing(sourceFile), line);
+}

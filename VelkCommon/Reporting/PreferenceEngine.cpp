@@ -1,1 +1,95 @@
 #include <VelkCommon/Reporting/PreferenceEngine.h>
+
+#include <VelkCommon/HostServices.h>
+#include <VelkCommon/Reporting/MessagingSystem.h>
+#include <VelkCommon/detail/AskHost.h>
+
+#include <boost/core/demangle.hpp>
+
+namespace {
+
+constexpr const char* sourceName = "PreferenceEngine";
+constexpr std::size_t lineOfGet = 93;
+constexpr std::size_t lineOfSet = 113;
+constexpr long typeMismatchMessage = 272032175;
+
+const std::vector<Velk::HostPreference>& defaultPreferences()
+{
+    static const auto& preferences = *new const std::vector<Velk::HostPreference>{
+        {236, "How progress is described", 1},
+        {251, "The last manual update had errors", false},
+        {271, "Core libraries are left alone by an automatic update", false},
+    };
+    return preferences;
+}
+
+/// The preference as it is without a host: one without description and value for most numbers.
+SinglePref defaultPreference(std::size_t index)
+{
+    for (const Velk::HostPreference& preference : defaultPreferences()) {
+        if (preference.number == index)
+            return {preference.description, preference.value};
+    }
+    return {std::string(), std::any()};
+}
+
+}  // namespace
+
+SinglePref::SinglePref(std::string description, std::any value)
+    : description_(std::move(description)), value_(std::move(value))
+{}
+
+SinglePref& PrefSet::getPref(std::size_t index)
+{
+    const std::lock_guard lock(mutex_);
+    return entries_.try_emplace(index, std::string(), std::any()).first->second;
+}
+
+void PrefSet::reportMismatch(Access access, const SinglePref& pref, const std::type_info& requested) const
+{
+    const bool reading = access == Access::Get;
+    const std::string text = std::string(reading ? "Get" : "Set") + " pref isA failure: Expected preference '" +
+                             pref.getDescription() + "' to be of type '" + boost::core::demangle(requested.name()) +
+                             "', but instead found it to be of type '" +
+                             boost::core::demangle(pref.value().type().name()) + "'.";
+    error::MessagingSystem::control().notify(sourceName, reading ? lineOfGet : lineOfSet, error::WarningTrait(),
+                                             typeMismatchMessage, text, std::string(), std::string());
+}
+
+void PrefSet::store(std::size_t index, SinglePref& pref, const std::any& value)
+{
+    {
+        const std::lock_guard lock(mutex_);
+        pref.value_ = value;
+        changed_.insert(index);
+    }
+    Velk::detail::askHost(Velk::host()->preferenceChanged, index, value);
+}
+
+void PrefSet::adopt(const std::vector<Velk::HostPreference>& preferences)
+{
+    const std::lock_guard lock(mutex_);
+    for (const std::size_t index : std::exchange(changed_, {}))
+        entries_.at(index) = defaultPreference(index);
+    for (const Velk::HostPreference& preference : preferences) {
+        entries_.insert_or_assign(preference.number, SinglePref(preference.description, preference.value));
+        changed_.insert(preference.number);
+    }
+}
+
+PreferenceEngine::PreferenceEngine()
+{
+    for (const Velk::HostPreference& preference : defaultPreferences())
+        applicationSet_.entries_.emplace(preference.number, SinglePref(preference.description, preference.value));
+}
+
+PreferenceEngine& PreferenceEngine::getThePrefs()
+{
+    static PreferenceEngine& engine = *new PreferenceEngine;
+    return engine;
+}
+
+void PreferenceEngine::adopt(const std::vector<Velk::HostPreference>& preferences)
+{
+    applicationSet_.adopt(preferences);
+}

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <map>
 #include <mutex>
+#include <set>
 #include <string>
 #include <typeinfo>
 #include <utility>
@@ -58,11 +59,14 @@ public:
 private:
     friend class PreferenceEngine;
 
-    void reportMismatch(const char* what, const SinglePref& pref, const std::type_info& requested) const;
-    void store(std::size_t index, SinglePref& pref, std::any value);
+    enum class Access { Get, Set };
+    void reportMismatch(Access access, const SinglePref& pref, const std::type_info& requested) const;
+    void store(std::size_t index, SinglePref& pref, const std::any& value);
+    void adopt(const std::vector<Velk::HostPreference>& preferences);
 
     std::mutex mutex_;
-    std::map<std::size_t, SinglePref> entries_;
+    std::map<std::size_t, SinglePref> entries_;  // entries stay where they are, see getPref()
+    std::set<std::size_t> changed_;              // numbers whose entries are not as without a host
 };
 
 /// The host's preference store. The numbers that the library uses, with their defaults:
@@ -76,8 +80,9 @@ public:
     /// The application's numbered preferences.
     PrefSet& getPrefSet() noexcept { return applicationSet_; }
 
-    /// Takes over a host's descriptions and values, in place of the entries with the same numbers. For
-    /// installHost(); references from PrefSet::getPref() stay valid.
+    /// Makes the store what a host wants: its descriptions and values, the defaults for all other
+    /// numbers. For installHost(). References from PrefSet::getPref() stay valid. It writes the entries
+    /// that the host lists or listed before and those that were set; other threads may use all others.
     void adopt(const std::vector<Velk::HostPreference>& preferences);
 
 private:
@@ -92,7 +97,7 @@ const T* PrefSet::get(std::size_t index)
     const SinglePref& pref = getPref(index);
     if (const T* value = std::any_cast<T>(&pref.value_))
         return value;
-    reportMismatch("Get", pref, typeid(T));
+    reportMismatch(Access::Get, pref, typeid(T));
     static const T fallback{};
     return &fallback;
 }
@@ -102,7 +107,7 @@ bool PrefSet::set(std::size_t index, T value)
 {
     SinglePref& pref = getPref(index);
     if (std::any_cast<T>(&pref.value_) == nullptr) {
-        reportMismatch("Set", pref, typeid(T));
+        reportMismatch(Access::Set, pref, typeid(T));
         return false;
     }
     store(index, pref, std::any(std::move(value)));

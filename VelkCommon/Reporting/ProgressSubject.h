@@ -37,6 +37,9 @@ public:
     ProgressSubject(const ProgressSubject&) = delete;
     ProgressSubject& operator=(const ProgressSubject&) = delete;
 
+    /// Replaces the observer; null detaches it. Waits until calls to the old one that are under way on
+    /// other threads have returned, unless the caller is itself in such a call. So whoever calls it
+    /// must hold nothing that an observer waits for.
     void setObserver(Observer* observer);
 
     /// Replaces both labels.

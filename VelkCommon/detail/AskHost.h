@@ -1,0 +1,29 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <type_traits>
+
+namespace Velk::detail {
+
+/// What a host's function answers; nothing when it is absent or throws. For a function without a
+/// result: whether it ran to its end. Hold no lock while asking: a host may call back.
+template <typename Answer, typename... Parameters, typename... Arguments>
+auto askHost(const std::function<Answer(Parameters...)>& question, const Arguments&... arguments)
+    -> std::conditional_t<std::is_void_v<Answer>, bool, std::optional<Answer>>
+{
+    if (!question)
+        return {};
+    try {
+        if constexpr (std::is_void_v<Answer>) {
+            question(arguments...);
+            return true;
+        } else {
+            return question(arguments...);
+        }
+    } catch (...) {
+        return {};
+    }
+}
+
+}  // namespace Velk::detail
