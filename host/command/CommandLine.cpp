@@ -61,13 +61,15 @@ int reportUsage(const CLI::App& app, const CLI::ParseError& error, Output& outpu
 bool isCommand(const CLI::App& app, const std::string& name)
 {
     const std::vector<const CLI::App*> commands = app.get_subcommands({});
-    return std::any_of(commands.begin(), commands.end(), [&](const CLI::App* command) { return command->get_name() == name; });
+    return std::any_of(commands.begin(), commands.end(),
+                       [&](const CLI::App* command) { return command->get_name() == name; });
 }
 
 /// The first argument names no command.
 int reportUnknownCommand(const std::string& name, Output& output)
 {
-    output.error("there is no command \"" + name + "\"", "The commands are search, catalog and tour; see \"velk --help\".");
+    output.error("there is no command \"" + name + "\"",
+                 "The commands are search, catalog and tour; see \"velk --help\".");
     return static_cast<int>(ExitCode::Usage);
 }
 
