@@ -54,8 +54,8 @@ public:
 
     /// Any other type and manipulator as on every stream; the chain goes on as an ErrorLog.
     // Templates, because overloads for the other integers would clash: which of them is long long, and
-    // which of them is size_t, differs by system. One for temporaries, or it would clash with the
-    // standard library's insertion into any temporary stream.
+    // which of them is size_t, differs by system. One for temporaries, and no member, or it would clash
+    // with the standard library's insertion into any temporary stream.
     template <typename T>
     requires(!insertedHere<T>) ErrorLog& operator<<(const T& value) &
     {
@@ -63,7 +63,7 @@ public:
         return *this;
     }
     template <typename T>
-    requires(!insertedHere<T>) ErrorLog& operator<<(const T& value) && { return *this << value; }
+    requires(!insertedHere<T>) friend ErrorLog& operator<<(ErrorLog&& log, const T& value) { return log << value; }
     ErrorLog& operator<<(std::ostream& (*manipulator)(std::ostream&));
     ErrorLog& operator<<(std::ios_base& (*manipulator)(std::ios_base&));
 
