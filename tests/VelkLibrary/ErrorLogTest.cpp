@@ -34,7 +34,8 @@ static_assert(std::is_same_v<decltype(std::declval<ErrorLog&>()
                                       << fileString() << boost::uuids::uuid()),
                              ErrorLog&>);
 template <typename... T>
-constexpr bool beginsAChain = (std::is_same_v<decltype(ErrorLog() << std::declval<const T&>()), ErrorLog&> && ...);
+constexpr bool beginsAChain =
+    (std::is_same_v<std::remove_reference_t<decltype(ErrorLog() << std::declval<const T&>())>, ErrorLog> && ...);
 static_assert(beginsAChain<char, signed char, unsigned char, bool, short, unsigned short, int, unsigned, long,
                            unsigned long, long long, unsigned long long, std::size_t, std::int64_t, float, double,
                            long double, void*, const char*, char*, const char[3], std::string, std::string_view,
