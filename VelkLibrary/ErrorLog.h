@@ -5,6 +5,8 @@
 
 #include <boost/uuid/uuid.hpp>
 
+#include <ios>
+#include <ostream>
 #include <sstream>
 #include <string>
 #include <type_traits>
@@ -22,11 +24,19 @@ namespace Library {
 /// and records never interleave.
 class VELKLIBRARY_EXPORT ErrorLog : public std::ostringstream
 {
+    // The types with an insertion of their own below, or on the way to it.
+    template <typename T>
+    static constexpr bool insertedHere =
+        std::is_convertible_v<const T&, const std::string&> || std::is_convertible_v<const T&, const std::u32string&> ||
+        std::is_same_v<T, fileString> || std::is_same_v<T, boost::uuids::uuid> || std::is_same_v<T, long long> ||
+        std::is_same_v<T, unsigned long long>;
+
 public:
     ErrorLog();
     ~ErrorLog() override;
 
-    /// 36 characters, lower case; the stream's width, fill and adjustment apply to the whole text.
+    /// 36 characters, lower case; the stream's width, fill and adjustment apply to the whole text, and
+    /// the width is 0 afterwards.
     ErrorLog& operator<<(const boost::uuids::uuid& id);
     /// All bytes, zero bytes included.
     ErrorLog& operator<<(const std::string& text);
@@ -36,16 +46,16 @@ public:
     ErrorLog& operator<<(const fileString& path);
     ErrorLog& operator<<(const long long& value);
     ErrorLog& operator<<(const unsigned long long& value);
+    /// Up to the terminator. A null pointer inserts nothing.
     ErrorLog& operator<<(const char* text);
 
     /// Any other type and manipulator as on every stream; the chain goes on as an ErrorLog.
+    // A template, because overloads for the other integers would clash: which of them is long long, and
+    // which of them is size_t, differs by system.
     template <typename T>
-    requires(!std::is_convertible_v<const T&, std::string> && !std::is_convertible_v<const T&, std::u32string> &&
-             !std::is_same_v<T, fileString> && !std::is_same_v<T, boost::uuids::uuid> &&
-             !std::is_same_v<T, long long> && !std::is_same_v<T, unsigned long long>) ErrorLog&
-    operator<<(const T& value)
+    requires(!insertedHere<T>) ErrorLog& operator<<(const T& value)
     {
-        static_cast<std::ostringstream&>(*this) << value;
+        static_cast<std::ostream&>(*this) << value;
         return *this;
     }
     ErrorLog& operator<<(std::ostream& (*manipulator)(std::ostream&));

@@ -1,1 +1,323 @@
 #include <VelkLibrary/LibraryResultCategorizer.h>
+
+#include <VelkCommon/Text/StringConvert.h>
+#include <VelkCommon/Text/StringUtils.h>
+#include <VelkLibrary/Search/detail/LiteralMatcher.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+using Library::Search::ORGroup;
+using Library::Search::detail::LiteralMatcher;
+using Library::Search::detail::LoweredTexts;
+using Library::Search::detail::noWorth;
+using Library::Search::detail::PlaceWorths;
+using Library::Search::detail::Worth;
+
+namespace {
+
+/// What each kind of match is worth in one call.
+struct PrioritySlots
+{
+    SearchPriority exact;
+    SearchPriority beginsWithWord;
+    SearchPriority containsWord;
+    SearchPriority beginsWithSequence;
+    SearchPriority wordBeginsWithSequence;
+    SearchPriority containsSequence;
+};
+
+constexpr PrioritySlots folderSlots = {
+    FolderExactName,          FolderBeginsWithWord,         FolderContainsWord,
+    FolderBeginsWithSequence, FolderWordBeginsWithSequence, FolderContainsSequence,
+};
+constexpr PrioritySlots itemSlots = {
+    ItemExactName,          ItemBeginsWithWord,         ItemContainsWord,
+    ItemBeginsWithSequence, ItemWordBeginsWithSequence, ItemContainsSequence,
+};
+
+constexpr PlaceWorths placeWorths(const PrioritySlots& slots)
+{
+    return {
+        .begin = {slots.beginsWithSequence, slots.beginsWithWord},
+        .name = {{slots.containsSequence, slots.containsSequence}, {slots.wordBeginsWithSequence, slots.containsWord}},
+        .keywords = {{KeywordsContainSequence, KeywordsContainSequence}, {KeywordsContainSequence, KeywordsContainWord}},
+    };
+}
+
+constexpr PlaceWorths wholeWordWorths(const PrioritySlots& slots)
+{
+    return {
+        .begin = {noWorth, slots.beginsWithWord},
+        .name = {{noWorth, noWorth}, {noWorth, slots.containsWord}},
+        .keywords = {{noWorth, noWorth}, {noWorth, KeywordsContainWord}},
+    };
+}
+
+/// For one kind of name: what an exact match is worth, and a term's place.
+struct NameWorths
+{
+    explicit constexpr NameWorths(const PrioritySlots& slots)
+        : exact(slots.exact), anyMatch(placeWorths(slots)), wholeWords(wholeWordWorths(slots))
+    {
+    }
+
+    Worth exact;
+    PlaceWorths anyMatch;
+    PlaceWorths wholeWords;
+};
+
+constexpr NameWorths folderWorths(folderSlots);
+constexpr NameWorths itemWorths(itemSlots);
+
+/// Any place is as good as any other.
+constexpr PlaceWorths anywhere = {.begin = {1, 1}, .name = {{1, 1}, {1, 1}}, .keywords = {{1, 1}, {1, 1}}};
+
+/// What a rating knows about a term, which may stand in many groups.
+struct TermState
+{
+    static constexpr Worth unknown = -1;
+
+    Worth worth = unknown;
+    Worth anywhere = unknown;
+};
+
+/// Memory for one rating: on the stack for texts of usual size, above that the thread's own, which it
+/// keeps, above that its own.
+class RatingMemory
+{
+public:
+    explicit RatingMemory(std::size_t size) : data_(size <= sizeof onStack_ ? onStack_ : large(size)) {}
+    RatingMemory(const RatingMemory&) = delete;
+    RatingMemory& operator=(const RatingMemory&) = delete;
+
+    char* data() const { return data_; }
+
+private:
+    static constexpr std::size_t largestKept = 4 << 20;
+
+    char* large(std::size_t size)
+    {
+        if (size > largestKept) {
+            own_ = std::make_unique_for_overwrite<char[]>(size);
+            return own_.get();
+        }
+        thread_local std::unique_ptr<char[]> kept;
+        thread_local std::size_t keptSize = 0;
+        if (keptSize < size) {
+            keptSize = 0;
+            kept = std::make_unique_for_overwrite<char[]>(size);
+            keptSize = size;
+        }
+        return kept.get();
+    }
+
+    alignas(TermState) char onStack_[2560];
+    std::unique_ptr<char[]> own_;
+    char* data_;
+};
+
+/// A group's part of the list of all groups' terms: the required ones, then the excluded ones.
+struct GroupMatcher
+{
+    std::string exactText;
+    std::size_t requiredBegin = 0;
+    std::size_t excludedBegin = 0;
+    std::size_t end = 0;
+};
+
+std::string exactTextOf(const ORGroup& group)
+{
+    std::u32string joined;
+    for (const std::u32string& term : group.terms) {
+        if (&term != &group.terms.front())
+            joined += U' ';
+        joined += term;
+    }
+    return StringConvert::toStdUtf8String(StringUtils::toLower(joined));
+}
+
+}  // namespace
+
+/// The compiled search. Each distinct term is compiled and looked for once, however many groups hold it.
+struct LibraryResultCategorizer::Matchers
+{
+    explicit Matchers(const Library::Search::Info& info);
+
+    SearchPriority rate(const NameWorths& worths, const std::string& name, const std::string* keywords) const;
+
+    std::vector<LiteralMatcher> terms;
+    std::vector<std::uint32_t> groupTerms;  // indexes into `terms`
+    std::vector<GroupMatcher> groups;
+    bool wordMatchesOnly;
+    bool textSearch;
+
+private:
+    class Builder;
+    class Rating;
+};
+
+class LibraryResultCategorizer::Matchers::Builder
+{
+public:
+    explicit Builder(Matchers& matchers) : matchers_(matchers) {}
+
+    void add(const ORGroup& group)
+    {
+        std::vector<std::uint32_t>& list = matchers_.groupTerms;
+        GroupMatcher matcher;
+        matcher.exactText = exactTextOf(group);
+        matcher.requiredBegin = list.size();
+        addTerms(group.terms);
+        matcher.excludedBegin = list.size();
+        addTerms(group.excludedTerms);
+        matcher.end = list.size();
+        matchers_.groups.push_back(std::move(matcher));
+    }
+
+private:
+    // Each term once, first those that are most likely to be missing.
+    void addTerms(const std::vector<std::u32string>& texts)
+    {
+        std::vector<std::uint32_t>& list = matchers_.groupTerms;
+        const auto begin = static_cast<std::ptrdiff_t>(list.size());
+        for (const std::u32string& text : texts)
+            list.push_back(indexOf(StringConvert::toStdUtf8String(StringUtils::toLower(text))));
+        const auto rank = [this](std::uint32_t term) { return std::pair(matchers_.terms[term].frequency(), term); };
+        std::sort(list.begin() + begin, list.end(), [&](auto a, auto b) { return rank(a) < rank(b); });
+        list.erase(std::unique(list.begin() + begin, list.end()), list.end());
+    }
+
+    std::uint32_t indexOf(std::string term)
+    {
+        const auto [place, isNew] = indexes_.try_emplace(term, static_cast<std::uint32_t>(indexes_.size()));
+        if (isNew)
+            matchers_.terms.emplace_back(std::move(term));
+        return place->second;
+    }
+
+    Matchers& matchers_;
+    std::unordered_map<std::string, std::uint32_t> indexes_;
+};
+
+/// One rating in progress.
+class LibraryResultCategorizer::Matchers::Rating
+{
+public:
+    Rating(const Matchers& matchers, const NameWorths& worths, const LoweredTexts& texts, TermState* states)
+        : matchers_(matchers),
+          texts_(texts),
+          states_(states),
+          exact_(worths.exact),
+          worths_(matchers.wordMatchesOnly ? worths.wholeWords : worths.anyMatch)
+    {
+    }
+
+    /// The best group's worth.
+    Worth best()
+    {
+        Worth best = noWorth;
+        for (const GroupMatcher& group : matchers_.groups) {
+            const Worth worth = worthOf(group);
+            if (worth < best && !isExcluded(group))
+                best = worth;
+            if (best == exact_)
+                break;
+        }
+        return best;
+    }
+
+private:
+    // Without regard to the excluded terms. Every required term must occur; the best one counts.
+    Worth worthOf(const GroupMatcher& group)
+    {
+        if (texts_.nameText() == group.exactText)
+            return exact_;
+        Worth best = noWorth;
+        for (std::size_t i = group.requiredBegin; i < group.excludedBegin; ++i) {
+            const std::uint32_t term = matchers_.groupTerms[i];
+            Worth& worth = states_[term].worth;
+            if (worth == TermState::unknown)
+                worth = matchers_.terms[term].best(texts_, worths_);
+            if (worth == noWorth)
+                return noWorth;
+            best = std::min(best, worth);
+        }
+        return best;
+    }
+
+    bool isExcluded(const GroupMatcher& group)
+    {
+        for (std::size_t i = group.excludedBegin; i < group.end; ++i) {
+            const std::uint32_t term = matchers_.groupTerms[i];
+            Worth& worth = states_[term].anywhere;
+            if (worth == TermState::unknown)
+                worth = matchers_.terms[term].best(texts_, anywhere);
+            if (worth != noWorth)
+                return true;
+        }
+        return false;
+    }
+
+    const Matchers& matchers_;
+    const LoweredTexts& texts_;
+    TermState* const states_;
+    const Worth exact_;
+    const PlaceWorths& worths_;
+};
+
+LibraryResultCategorizer::Matchers::Matchers(const Library::Search::Info& info)
+    : wordMatchesOnly(info.legacySearch), textSearch(info.textSearch)
+{
+    groups.reserve(info.parseTree.groups.size());
+    Builder builder(*this);
+    for (const ORGroup& group : info.parseTree.groups)
+        builder.add(group);
+    terms.shrink_to_fit();
+    groupTerms.shrink_to_fit();
+}
+
+SearchPriority LibraryResultCategorizer::Matchers::rate(const NameWorths& worths, const std::string& name,
+                                                        const std::string* keywords) const
+{
+    if (groups.empty())
+        return Invalid;
+    const std::size_t statesSize = terms.size() * sizeof(TermState);
+    const std::size_t textsSize = LoweredTexts::room(name.size(), keywords == nullptr ? 0 : keywords->size());
+    const RatingMemory memory(statesSize + textsSize);
+    auto* const states = reinterpret_cast<TermState*>(memory.data());
+    std::uninitialized_fill_n(states, terms.size(), TermState{});
+    const LoweredTexts texts(memory.data() + statesSize, name, keywords);
+    const Worth best = Rating(*this, worths, texts, states).best();
+    return best == noWorth ? Invalid : static_cast<SearchPriority>(best);
+}
+
+LibraryResultCategorizer::LibraryResultCategorizer(const Library::Search::Info& info)
+    : matchers_(std::make_shared<const Matchers>(info))
+{
+}
+
+SearchPriority LibraryResultCategorizer::categorizeFolderResult(const std::string& folderName) const
+{
+    return matchers_->rate(folderWorths, folderName, nullptr);
+}
+
+SearchPriority LibraryResultCategorizer::categorizeItemResult(const std::string& itemName) const
+{
+    return matchers_->rate(itemWorths, itemName, nullptr);
+}
+
+SearchPriority LibraryResultCategorizer::categorizeItemResult(const std::string& itemName,
+                                                              const std::string& keywords) const
+{
+    return matchers_->rate(itemWorths, itemName, &keywords);
+}
+
+bool LibraryResultCategorizer::isTextSearch() const noexcept
+{
+    return matchers_->textSearch;
+}

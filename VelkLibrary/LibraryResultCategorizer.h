@@ -9,7 +9,8 @@
 
 /// Rates the names of library folders and items against one search.
 ///
-/// Built once per search; immutable afterwards, so one categorizer may serve any number of threads.
+/// Built once per search; immutable afterwards, so one categorizer may serve any number of threads, and
+/// copies share what was built. One that was moved from may only be assigned to or destroyed.
 /// Names and keywords are UTF-8 of any length, compared in lower case. A term is a literal; word
 /// characters are ASCII letters, digits and "_", whatever the locale. A line break (LF or CR) in a
 /// text is matched only inside a term: it hides all matches beside it, as "." of a regular expression
@@ -20,11 +21,6 @@ public:
     /// Takes the terms and the flags `legacySearch` and `textSearch` of `info`. A search without a
     /// group rates everything `Invalid`.
     explicit LibraryResultCategorizer(const Library::Search::Info& info);
-    ~LibraryResultCategorizer();
-    LibraryResultCategorizer(const LibraryResultCategorizer& other);
-    LibraryResultCategorizer(LibraryResultCategorizer&& other) noexcept;
-    LibraryResultCategorizer& operator=(const LibraryResultCategorizer& other);
-    LibraryResultCategorizer& operator=(LibraryResultCategorizer&& other) noexcept;
 
     /// Rates a folder's name: `Invalid` or one of the folder values.
     SearchPriority categorizeFolderResult(const std::string& folderName) const;
@@ -41,5 +37,5 @@ public:
 
 private:
     struct Matchers;
-    std::unique_ptr<const Matchers> matchers_;
+    std::shared_ptr<const Matchers> matchers_;
 };

@@ -1,1 +1,108 @@
 #include <VelkCommon/Expression/BooleanExp.h>
+
+#include <utility>
+
+namespace {
+
+/// Takes the group that `slot` owns out of it and leaves the group's first operand in its place. Null,
+/// with nothing changed, when `slot` holds anything else.
+BooleanExp::Group* exchangeForFirstOperand(std::unique_ptr<BooleanExp::Node>& slot)
+{
+    BooleanExp::Group* group = slot ? slot->asGroup() : nullptr;
+    if (group == nullptr || group != slot.get())
+        return nullptr;
+    static_cast<void>(slot.release());
+    slot = std::move(group->first);
+    return group;
+}
+
+/// Drops following operands of `group` until one is a group, which is handed out; null at the end.
+BooleanExp::Group* dropUntilGroup(BooleanExp::Group& group)
+{
+    while (!group.conjoinedTerms.empty()) {
+        if (BooleanExp::Group* below = exchangeForFirstOperand(group.conjoinedTerms.back().expression))
+            return below;
+        group.conjoinedTerms.pop_back();
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+BooleanExp::Node::~Node() = default;
+
+BooleanExp::Term* BooleanExp::Node::asTerm()
+{
+    return nullptr;
+}
+
+const BooleanExp::Term* BooleanExp::Node::asTerm() const
+{
+    return nullptr;
+}
+
+BooleanExp::Group* BooleanExp::Node::asGroup()
+{
+    return nullptr;
+}
+
+const BooleanExp::Group* BooleanExp::Node::asGroup() const
+{
+    return nullptr;
+}
+
+BooleanExp::Term::Term(std::u32string termText, bool isNegated) : text(std::move(termText))
+{
+    negated = isNegated;
+}
+
+BooleanExp::Term::~Term() = default;
+
+BooleanExp::Term* BooleanExp::Term::asTerm()
+{
+    return this;
+}
+
+const BooleanExp::Term* BooleanExp::Term::asTerm() const
+{
+    return this;
+}
+
+// Groups may be nested too deeply for destructors that call each other, and a destructor must not
+// allocate. So the groups below are emptied one after the other, and the `first` of the group at work,
+// whose own first operand has moved up into its former place, keeps the way back to the group above.
+BooleanExp::Group::~Group()
+{
+    Group* current = this;
+    for (;;) {
+        Group* below = dropUntilGroup(*current);
+        if (below == nullptr && current == this)
+            below = exchangeForFirstOperand(first);
+        if (below != nullptr) {
+            below->first.reset(current);
+            current = below;
+        } else if (current != this) {
+            Group* above = static_cast<Group*>(current->first.release());
+            delete current;
+            current = above;
+        } else {
+            return;
+        }
+    }
+}
+
+BooleanExp::Group* BooleanExp::Group::asGroup()
+{
+    return this;
+}
+
+const BooleanExp::Group* BooleanExp::Group::asGroup() const
+{
+    return this;
+}
+
+void BooleanExp::Group::forEachConjoinedTerm(const std::function<void(const ConjoinedTerm&)>& f) const
+{
+    for (const ConjoinedTerm& term : conjoinedTerms)
+        f(term);
+}

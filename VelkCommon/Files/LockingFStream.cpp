@@ -40,8 +40,10 @@ bool openLocked(Platform::File& file, const fileString& path, Platform::File::Lo
 class LockingFStream::Buffer : public std::streambuf
 {
 public:
-    Buffer(const fileString& path, int openMode)
-        : writing_((openMode & out) != 0), translate_(Platform::linesEndWithCarriageReturn && (openMode & binary) == 0)
+    Buffer(std::ios& stream, const fileString& path, int openMode)
+        : stream_(stream),
+          writing_((openMode & out) != 0),
+          translate_(Platform::linesEndWithCarriageReturn && (openMode & binary) == 0)
     {
         const bool reading = (openMode & in) != 0;
         if (reading == writing_)
@@ -133,10 +135,10 @@ private:
         blockBegin_ += static_cast<off_type>(blockSize_);
         blockSize_ = 0;
         const long long got = file_.read(block_.data(), block_.size());
-        if (got < 0)
-            throw std::ios_base::failure("cannot read");
-        blockSize_ = static_cast<std::size_t>(got);
-        keepLineEndsWhole();
+        blockSize_ = static_cast<std::size_t>(std::max(got, 0LL));
+        // Iterators read the buffer behind the stream's back and would take a fault for the end.
+        if (got < 0 || !keepLineEndsWhole())
+            stream_.setstate(std::ios_base::badbit);
         const std::size_t size = translate_ ? toLines() : blockSize_;
         char* begin = translate_ ? text_.data() : block_.data();
         setg(begin, begin, begin + size);
@@ -144,13 +146,12 @@ private:
     }
 
     // A carriage return at the end of a block waits for the line feed that may follow.
-    void keepLineEndsWhole()
+    bool keepLineEndsWhole()
     {
-        if (!translate_ || blockSize_ < 2 || block_[blockSize_ - 1] != '\r' || blockSize_ < block_.size())
-            return;
+        if (!translate_ || blockSize_ < block_.size() || block_.back() != '\r')
+            return true;
         --blockSize_;
-        if (!file_.seek(blockBegin_ + static_cast<off_type>(blockSize_)))
-            throw std::ios_base::failure("cannot read");
+        return file_.seek(blockBegin_ + static_cast<off_type>(blockSize_));
     }
 
     bool beginsLineEnd(std::size_t index) const
@@ -220,6 +221,7 @@ private:
         return true;
     }
 
+    std::ios& stream_;
     Platform::File file_;
     bool writing_;
     bool translate_;
@@ -230,7 +232,7 @@ private:
 };
 
 LockingFStream::LockingFStream(const fileString& path, int openMode)
-    : std::iostream(nullptr), buffer_(std::make_unique<Buffer>(path, openMode))
+    : std::iostream(nullptr), buffer_(std::make_unique<Buffer>(*this, path, openMode))
 {
     rdbuf(buffer_.get());
     if (!buffer_->isOpen())

@@ -1,6 +1,7 @@
 #include <VelkCommon/Files/ReplacementFile.h>
 
 #include <VelkCommon/Files/detail/Folders.h>
+#include <VelkCommon/Platform/Platform.h>
 
 #include <utility>
 
@@ -25,11 +26,12 @@ ReplacementFile::ReplacementFile(const fileString& target, Existing existing) no
             return;
         target_ = target;
         fileString sibling = siblingOf(target);
-        file_ = Platform::File::open(sibling.utf8(), Platform::File::Mode::create);
-        if (!file_.isOpen())
+        file_ = std::make_unique<Platform::File>();
+        *file_ = Platform::File::open(sibling.utf8(), Platform::File::Mode::create);
+        if (!isOpen())
             return;
         path_ = std::move(sibling);
-        static_cast<void>(file_.copyPermissionsFrom(target.utf8()));
+        static_cast<void>(file_->copyPermissionsFrom(target.utf8()));
     } catch (...) {
         discard();
     }
@@ -40,11 +42,16 @@ ReplacementFile::~ReplacementFile()
     discard();
 }
 
+bool ReplacementFile::isOpen() const noexcept
+{
+    return file_ && file_->isOpen();
+}
+
 bool ReplacementFile::write(std::string_view bytes) noexcept
 {
     if (!isOpen() || failed_)
         return false;
-    failed_ = !file_.write(bytes.data(), bytes.size());
+    failed_ = !file_->write(bytes.data(), bytes.size());
     return !failed_;
 }
 
@@ -53,7 +60,7 @@ bool ReplacementFile::copyFrom(Platform::File& source) noexcept
     if (!isOpen() || failed_)
         return false;
     try {
-        failed_ = !file_.copyFrom(source);
+        failed_ = !file_->copyFrom(source);
     } catch (...) {
         failed_ = true;
     }
@@ -62,7 +69,7 @@ bool ReplacementFile::copyFrom(Platform::File& source) noexcept
 
 bool ReplacementFile::copyPermissionsFrom(const fileString& source) noexcept
 {
-    return isOpen() && file_.copyPermissionsFrom(source.utf8());
+    return isOpen() && file_->copyPermissionsFrom(source.utf8());
 }
 
 bool ReplacementFile::commit() noexcept
@@ -81,8 +88,8 @@ bool ReplacementFile::commit() noexcept
 
 bool ReplacementFile::finish()
 {
-    const bool synced = !failed_ && file_.sync();
-    const bool complete = file_.close() && synced;
+    const bool synced = !failed_ && file_->sync();
+    const bool complete = file_->close() && synced;
     const bool replace = existing_ == Existing::replace;
     if (!complete || Platform::move(path_.utf8(), target_.utf8(), replace) != Platform::MoveResult::moved)
         return false;
@@ -93,8 +100,8 @@ bool ReplacementFile::finish()
 
 void ReplacementFile::discard() noexcept
 {
-    if (file_.isOpen())
-        file_.close();
+    if (isOpen())
+        file_->close();
     if (!path_.empty())
         Platform::removeFile(path_.utf8(), true);
     path_ = {};

@@ -2,9 +2,13 @@
 
 #include <VelkCommon/Export.h>
 #include <VelkCommon/Files/fileString.h>
-#include <VelkCommon/Platform/Platform.h>
 
+#include <memory>
 #include <string_view>
+
+namespace Velk::Platform {
+class File;
+}
 
 /// A file that replaces another one whole or not at all. What is written goes to a fresh file beside
 /// the target; commit() puts it in the target's place in one step. Whatever happens before, a crash and
@@ -28,7 +32,7 @@ public:
     ReplacementFile(const ReplacementFile&) = delete;
     ReplacementFile& operator=(const ReplacementFile&) = delete;
 
-    bool isOpen() const noexcept { return file_.isOpen(); }
+    bool isOpen() const noexcept;
     /// The fresh file, for those that write by path; they must have closed it before commit(). Empty when
     /// there is none (any more).
     const fileString& path() const noexcept { return path_; }
@@ -50,7 +54,7 @@ private:
 
     fileString target_;
     fileString path_;
-    Velk::Platform::File file_;
+    std::unique_ptr<Velk::Platform::File> file_;
     Existing existing_;
     bool failed_ = false;
 };

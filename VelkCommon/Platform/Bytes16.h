@@ -1,1 +1,130 @@
 #pragma once
+
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+
+#if defined(__SSE2__) || defined(_M_X64)
+#define VELK_BYTES16_SSE2
+#include <emmintrin.h>
+#endif
+
+/// @file
+/// Sixteen bytes at once, for the loops that look at every byte of a text. Two forms with the same
+/// meaning: one for processors with SSE2 (every x86-64 has it), one for all others. `Bytes16` is the
+/// one to use.
+namespace Velk::Platform {
+
+/// The form for every processor.
+class Bytes16Portable
+{
+public:
+    /// Sixteen times `byte`.
+    explicit Bytes16Portable(std::uint8_t byte) noexcept { bytes_.fill(byte); }
+    /// The bytes at `from` to `from` + 15; no alignment needed.
+    static Bytes16Portable load(const char* from) noexcept
+    {
+        Bytes16Portable result(0);
+        std::memcpy(result.bytes_.data(), from, size);
+        return result;
+    }
+    void store(char* to) const noexcept { std::memcpy(to, bytes_.data(), size); }
+
+    /// Byte by byte 0xFF where both are equal, 0 elsewhere.
+    friend Bytes16Portable equal(const Bytes16Portable& a, const Bytes16Portable& b) noexcept
+    {
+        return eachPair(a, b, [](std::uint8_t x, std::uint8_t y) { return x == y ? 0xFF : 0; });
+    }
+    /// Byte by byte 0xFF where `low` <= byte <= `high` (unsigned), 0 elsewhere.
+    friend Bytes16Portable inRange(const Bytes16Portable& a, std::uint8_t low, std::uint8_t high) noexcept
+    {
+        return eachPair(a, a, [=](std::uint8_t x, std::uint8_t) { return x >= low && x <= high ? 0xFF : 0; });
+    }
+    friend Bytes16Portable operator&(const Bytes16Portable& a, const Bytes16Portable& b) noexcept
+    {
+        return eachPair(a, b, [](std::uint8_t x, std::uint8_t y) { return x & y; });
+    }
+    friend Bytes16Portable operator|(const Bytes16Portable& a, const Bytes16Portable& b) noexcept
+    {
+        return eachPair(a, b, [](std::uint8_t x, std::uint8_t y) { return x | y; });
+    }
+
+    /// Bit i is the highest bit of byte i.
+    std::uint32_t mask() const noexcept
+    {
+        std::uint32_t result = 0;
+        for (unsigned i = 0; i < size; ++i)
+            result |= static_cast<std::uint32_t>(bytes_[i] >> 7) << i;
+        return result;
+    }
+
+    static constexpr unsigned size = 16;
+
+private:
+    template <typename Operation>
+    static Bytes16Portable eachPair(const Bytes16Portable& a, const Bytes16Portable& b, Operation operation) noexcept
+    {
+        Bytes16Portable result(0);
+        for (unsigned i = 0; i < size; ++i)
+            result.bytes_[i] = static_cast<std::uint8_t>(operation(a.bytes_[i], b.bytes_[i]));
+        return result;
+    }
+
+    std::array<std::uint8_t, 16> bytes_;
+};
+
+#ifdef VELK_BYTES16_SSE2
+/// The form for SSE2; see Bytes16Portable for the meaning of the operations.
+class Bytes16Sse2
+{
+public:
+    explicit Bytes16Sse2(std::uint8_t byte) noexcept : bytes_(_mm_set1_epi8(static_cast<char>(byte))) {}
+    static Bytes16Sse2 load(const char* from) noexcept
+    {
+        return Bytes16Sse2(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from)));
+    }
+    void store(char* to) const noexcept { _mm_storeu_si128(reinterpret_cast<__m128i*>(to), bytes_); }
+
+    friend Bytes16Sse2 equal(Bytes16Sse2 a, Bytes16Sse2 b) noexcept
+    {
+        return Bytes16Sse2(_mm_cmpeq_epi8(a.bytes_, b.bytes_));
+    }
+    friend Bytes16Sse2 inRange(Bytes16Sse2 a, std::uint8_t low, std::uint8_t high) noexcept
+    {
+        // SSE2 compares signed bytes only: move the range to the lowest signed values.
+        const Bytes16Sse2 moved(_mm_sub_epi8(a.bytes_, Bytes16Sse2(static_cast<std::uint8_t>(low + 0x80)).bytes_));
+        const Bytes16Sse2 limit(static_cast<std::uint8_t>(high - low + 0x80));
+        return equal(Bytes16Sse2(_mm_cmpgt_epi8(moved.bytes_, limit.bytes_)), Bytes16Sse2(0));
+    }
+    friend Bytes16Sse2 operator&(Bytes16Sse2 a, Bytes16Sse2 b) noexcept
+    {
+        return Bytes16Sse2(_mm_and_si128(a.bytes_, b.bytes_));
+    }
+    friend Bytes16Sse2 operator|(Bytes16Sse2 a, Bytes16Sse2 b) noexcept
+    {
+        return Bytes16Sse2(_mm_or_si128(a.bytes_, b.bytes_));
+    }
+
+    std::uint32_t mask() const noexcept { return static_cast<std::uint32_t>(_mm_movemask_epi8(bytes_)); }
+
+    static constexpr unsigned size = 16;
+
+private:
+    explicit Bytes16Sse2(__m128i bytes) noexcept : bytes_(bytes) {}
+
+    __m128i bytes_;
+};
+
+using Bytes16 = Bytes16Sse2;
+#else
+using Bytes16 = Bytes16Portable;
+#endif
+
+/// The number of the lowest set bit of a mask that is not 0.
+inline unsigned lowestBit(std::uint32_t mask) noexcept
+{
+    return static_cast<unsigned>(std::countr_zero(mask));
+}
+
+}  // namespace Velk::Platform

@@ -1,1 +1,109 @@
 #include <VelkLibrary/Search/ParseTree.h>
+
+#include <VelkCommon/Expression/BooleanExp.h>
+#include <VelkCommon/Reporting/Assertions.h>
+
+#include <memory>
+#include <utility>
+
+namespace Library::Search {
+namespace {
+
+void addNode(ParseTree& tree, BooleanExp::Node& node);
+
+/// Drops what is empty: texts of the last group, then the group itself when nothing is required in it.
+void closeGroup(ParseTree& tree)
+{
+    tree.groups.back().removeInvalidTerms();
+    if (tree.groups.back().terms.empty())
+        tree.groups.pop_back();
+}
+
+/// Adds the operands of `group` to the last group of the tree; each Or starts a new one.
+void addGroup(ParseTree& tree, const BooleanExp::Group& group)
+{
+    if (group.first)
+        addNode(tree, *group.first);
+    group.forEachConjoinedTerm([&tree](const BooleanExp::Group::ConjoinedTerm& term) {
+        if (term.conjunction == BooleanExp::Conjunction::Or) {
+            closeGroup(tree);
+            tree.groups.emplace_back();
+        }
+        if (term.expression)
+            addNode(tree, *term.expression);
+    });
+}
+
+/// Moves the text of a term into the last group; the expression has no further use for it.
+void addNode(ParseTree& tree, BooleanExp::Node& node)
+{
+    if (const BooleanExp::Group* group = node.asGroup()) {
+        addGroup(tree, *group);
+    } else if (BooleanExp::Term* term = node.asTerm()) {
+        ORGroup& last = tree.groups.back();
+        (term->negated ? last.excludedTerms : last.terms).push_back(std::move(term->text));
+    } else {
+        Velk::assertionFailed("Search/Info", 142, "Unhandled type");
+    }
+}
+
+/// The normal form of what `text` stands for; null when it stands for nothing or is rejected.
+std::unique_ptr<BooleanExp> normalFormOf(const std::u32string& text)
+{
+    try {
+        std::unique_ptr<BooleanExp> expression = BooleanExp::parse(text);
+        if (expression)
+            expression->convertToDisjunctiveNormalForm();
+        return expression;
+    } catch (...) {
+        return nullptr;
+    }
+}
+
+bool isEmptyText(const std::u32string& text)
+{
+    return text.empty();
+}
+
+}  // namespace
+
+bool ORGroup::operator==(const ORGroup& other) const
+{
+    return terms == other.terms && excludedTerms == other.excludedTerms;
+}
+
+void ORGroup::removeInvalidTerms()
+{
+    std::erase_if(terms, isEmptyText);
+    std::erase_if(excludedTerms, isEmptyText);
+}
+
+bool ParseTree::operator==(const ParseTree& other) const
+{
+    return groups == other.groups;
+}
+
+void ParseTree::forEachTerm(const std::function<void(std::u32string&)>& f)
+{
+    for (ORGroup& group : groups) {
+        for (std::u32string& term : group.terms)
+            f(term);
+        for (std::u32string& term : group.excludedTerms)
+            f(term);
+    }
+}
+
+ParseTree parseSearchTerms(const std::u32string& text)
+{
+    const std::unique_ptr<BooleanExp> expression = normalFormOf(text);
+    if (!expression)
+        return {};
+    ParseTree tree;
+    tree.groups.emplace_back();
+    if (expression->root)
+        addGroup(tree, *expression->root);
+    closeGroup(tree);
+    return tree;
+}
+
+}  // namespace Library::Search

@@ -1,1 +1,110 @@
 #pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <string_view>
+
+namespace Library::Search::detail {
+
+/// The worth of a place where a term was found: smaller is better.
+using Worth = std::int16_t;
+
+/// The worth of not being found at all.
+constexpr Worth noWorth = std::numeric_limits<Worth>::max();
+
+/// What it is worth to find a term at a place. A place has a border on the left or right where, of the
+/// two bytes that meet there, one is a word character and the other (or the end of the text) is not.
+/// A place with more borders is never worth less.
+struct PlaceWorths
+{
+    Worth begin[2];        ///< at the beginning of the name; index: border on the right
+    Worth name[2][2];      ///< behind it; indexes: border on the left, border on the right
+    Worth keywords[2][2];  ///< in the keywords
+};
+
+/// Part of the bytes of LoweredTexts.
+struct Extent
+{
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    std::size_t size() const noexcept { return end - begin; }
+};
+
+/// A name, and keywords where there are any, in lower case: one behind the other in a buffer, with a
+/// byte that stands in no term before, between and behind them. So one search finds what is in either,
+/// and the ends of both need no care. Lives within one rating, in the thread of that rating.
+class LoweredTexts
+{
+public:
+    /// The room that the constructor needs.
+    static std::size_t room(std::size_t nameSize, std::size_t keywordsSize) noexcept;
+
+    /// Writes the texts to `buffer`, which must outlive this. No keywords: null.
+    LoweredTexts(char* buffer, std::string_view name, const std::string* keywords) noexcept;
+
+    /// Readable from one byte before the name to `readable` bytes behind the end.
+    const char* bytes() const noexcept { return bytes_; }
+    std::size_t size() const noexcept { return keywords_.end; }
+    const Extent& name() const noexcept { return name_; }
+    /// Of no extent behind the end of the name where there are none.
+    const Extent& keywords() const noexcept { return keywords_; }
+    bool hasKeywords() const noexcept { return hasKeywords_; }
+    std::string_view nameText() const noexcept { return {bytes_, name_.end}; }
+
+    /// Whether that text holds a line break. Looked up once.
+    bool hasBreak(bool inKeywords) const noexcept;
+
+    static constexpr std::size_t readable = 32;
+
+private:
+    enum class Breaks : std::uint8_t { Unknown, None, Some };
+
+    const char* bytes_ = nullptr;
+    Extent name_;
+    Extent keywords_;
+    bool hasKeywords_ = false;
+    mutable Breaks breaks_[2] = {Breaks::Unknown, Breaks::Unknown};
+};
+
+/// Finds one term, a literal in lower case, in lowered texts. Immutable.
+///
+/// Gives the result of the regular expressions ".*term.*" with or without "\b" on either side, matched
+/// against a whole text, for every term and text: "." stands for anything but LF and CR, so the term
+/// must cover every line break of the text; a word character is an ASCII letter or digit or "_".
+/// The time is linear in the texts' size, the memory none.
+class LiteralMatcher
+{
+public:
+    /// `term` is well-formed UTF-8, or at least without the byte FF.
+    explicit LiteralMatcher(std::string term);
+
+    /// The worth of the best place of the term, `noWorth` if it has none.
+    Worth best(const LoweredTexts& texts, const PlaceWorths& worths) const noexcept;
+
+    /// An order of terms: the smaller, the less likely a text holds the term.
+    unsigned frequency() const noexcept { return frequency_; }
+
+private:
+    class Places;
+
+    void chooseProbes() noexcept;
+    void factorize() noexcept;
+    Worth bestAcrossBreaks(const LoweredTexts& texts, const PlaceWorths& worths) const noexcept;
+    Worth bestOfEmpty(const LoweredTexts& texts, const PlaceWorths& worths) const noexcept;
+    void searchByProbes(Places& places) const noexcept;
+    void searchInLinearTime(Places& places, std::size_t from) const noexcept;
+
+    std::string term_;
+    std::size_t firstBreak_;         // npos: none
+    std::size_t probes_[2] = {};     // places of two bytes of the term that are rare in names
+    std::size_t criticalPlace_ = 0;  // of the two-way search, for long terms
+    std::size_t period_ = 0;
+    bool periodic_ = false;  // the term repeats itself at the distance of period_
+    bool beginsInWord_ = false;
+    bool endsInWord_ = false;
+    std::uint16_t frequency_ = 0;
+};
+
+}  // namespace Library::Search::detail

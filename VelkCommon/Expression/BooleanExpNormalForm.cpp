@@ -1,0 +1,277 @@
+#include <VelkCommon/Expression/BooleanExp.h>
+
+#include <algorithm>
+#include <span>
+#include <stdexcept>
+#include <utility>
+
+namespace {
+
+using Node = BooleanExp::Node;
+using Term = BooleanExp::Term;
+using Group = BooleanExp::Group;
+using Conjunction = BooleanExp::Conjunction;
+using Slot = std::unique_ptr<Node>;
+
+constexpr std::uint64_t literalLimit = 16'384;  // terms of all alternatives, counted with repetitions
+constexpr std::size_t depthLimit = 512;         // groups in one another, far above what parse() builds
+
+/// An OR of AND-runs of leaves already, with every operand present.
+bool isNormalForm(const Group& root)
+{
+    const auto isLeaf = [](const Slot& operand) { return operand && std::as_const(*operand).asGroup() == nullptr; };
+    return !root.negated && isLeaf(root.first) &&
+           std::all_of(root.conjoinedTerms.begin(), root.conjoinedTerms.end(),
+                       [&](const Group::ConjoinedTerm& term) { return isLeaf(term.expression); });
+}
+
+/// Whether there is any leaf in `operand`. A null pointer and a group without operands are absent.
+bool isPresent(const Slot& operand, std::size_t depth)
+{
+    if (depth > depthLimit)
+        throw std::length_error("search expression: nested too deeply");
+    if (!operand)
+        return false;
+    const Group* group = std::as_const(*operand).asGroup();
+    return group == nullptr || isPresent(group->first, depth + 1) ||
+           std::any_of(group->conjoinedTerms.begin(), group->conjoinedTerms.end(),
+                       [&](const Group::ConjoinedTerm& term) { return isPresent(term.expression, depth + 1); });
+}
+
+/// Calls f(operand, conjunction) for each operand of `group` that is present. An absent one goes with
+/// the operator before it, and the first one that is there has none.
+template <typename Function>
+void forEachOperand(Group& group, Function f)
+{
+    bool any = isPresent(group.first, 0);
+    if (any)
+        f(group.first, Conjunction::And);
+    for (Group::ConjoinedTerm& term : group.conjoinedTerms) {
+        if (!isPresent(term.expression, 0))
+            continue;
+        f(term.expression, any ? term.conjunction : Conjunction::And);
+        any = true;
+    }
+}
+
+/// How large the normal form of a part is. Counting stops just above the limit, so nothing overflows.
+struct Extent
+{
+    std::uint64_t alternatives = 0;
+    std::uint64_t literals = 0;
+};
+
+constexpr std::uint64_t saturated(std::uint64_t count)
+{
+    return std::min(count, literalLimit + 1);
+}
+
+Extent eitherOf(Extent left, Extent right)
+{
+    return {saturated(left.alternatives + right.alternatives), saturated(left.literals + right.literals)};
+}
+
+Extent bothOf(Extent left, Extent right)
+{
+    if (left.alternatives == 0)
+        return right;
+    return {saturated(left.alternatives * right.alternatives),
+            saturated(left.literals * right.alternatives + left.alternatives * right.literals)};
+}
+
+/// The extent of `group`'s normal form. Under a NOT its runs are joined by AND and their operands by OR.
+Extent extentOf(Group& group, bool negated, std::size_t depth)
+{
+    if (depth > depthLimit)
+        throw std::length_error("search expression: nested too deeply");
+    const auto joinRuns = negated ? bothOf : eitherOf;
+    const auto joinOperands = negated ? eitherOf : bothOf;
+    Extent runs;
+    Extent run;
+    forEachOperand(group, [&](Slot& operand, Conjunction conjunction) {
+        if (conjunction == Conjunction::Or)
+            runs = joinRuns(runs, std::exchange(run, {}));
+        Group* inner = operand->asGroup();
+        run = joinOperands(run, inner ? extentOf(*inner, negated != inner->negated, depth + 1) : Extent{1, 1});
+    });
+    return joinRuns(runs, run);
+}
+
+/// The alternatives of an expression, as runs of numbers of its leaves. Leaves the expression alone.
+class Expansion
+{
+public:
+    /// A leaf of the expression. Its place in the tree decides whether it is negated, so that is the
+    /// same wherever it is used.
+    struct Leaf
+    {
+        Slot* slot = nullptr;
+        bool negated = false;
+        std::size_t uses = 0;
+    };
+
+    explicit Expansion(Group& root);
+
+    const std::vector<Leaf>& leaves() const { return leaves_; }
+    /// The runs one after the other.
+    const std::vector<std::uint32_t>& literals() const { return literals_; }
+    /// Where each run ends in literals().
+    const std::vector<std::uint32_t>& ends() const { return ends_; }
+
+private:
+    void add(Slot& operand, bool negated);
+    void addGroup(Group& group, bool negated);
+    void multiply(std::vector<std::size_t>& factors);
+    void appendProduct(std::span<const std::size_t> factors);
+    std::uint32_t beginOf(std::size_t run) const { return run == 0 ? 0 : ends_[run - 1]; }
+
+    std::vector<Leaf> leaves_;
+    std::vector<std::uint32_t> literals_;
+    std::vector<std::uint32_t> ends_;
+};
+
+Expansion::Expansion(Group& root)
+{
+    addGroup(root, root.negated);
+    for (const std::uint32_t literal : literals_)
+        ++leaves_[literal].uses;
+}
+
+void Expansion::add(Slot& operand, bool negated)
+{
+    const bool effective = negated != operand->negated;
+    if (Group* group = operand->asGroup()) {
+        addGroup(*group, effective);
+        return;
+    }
+    literals_.push_back(static_cast<std::uint32_t>(leaves_.size()));
+    ends_.push_back(static_cast<std::uint32_t>(literals_.size()));
+    leaves_.push_back({&operand, effective, 0});
+}
+
+/// Appends the runs of `group`. A factor is a range of runs, one of which every product takes: each
+/// operand of a run by itself; under a NOT, each run.
+void Expansion::addGroup(Group& group, bool negated)
+{
+    std::vector<std::size_t> factors;  // the first run of each
+    forEachOperand(group, [&](Slot& operand, Conjunction conjunction) {
+        const bool startsRun = conjunction == Conjunction::Or;
+        if (startsRun && !negated)
+            multiply(factors);
+        if (startsRun || !negated || factors.empty())
+            factors.push_back(ends_.size());
+        add(operand, negated);
+    });
+    multiply(factors);
+}
+
+/// Replaces the last runs, from the first of `factors` on, by the product of the factors, and clears
+/// the list.
+void Expansion::multiply(std::vector<std::size_t>& factors)
+{
+    const std::size_t factorRuns = factors.empty() ? 0 : ends_.size() - factors.front();
+    if (factors.size() > 1 && factorRuns == factors.size()) {
+        ends_[factors.front()] = ends_.back();  // one run each: they stand in a row already
+        ends_.resize(factors.front() + 1);
+    } else if (factors.size() > 1) {
+        const std::size_t firstRun = factors.front();
+        const std::uint32_t firstLiteral = beginOf(firstRun);
+        const std::uint32_t factorLiterals = ends_.back() - firstLiteral;
+        factors.push_back(ends_.size());
+        appendProduct(factors);
+        literals_.erase(literals_.begin() + firstLiteral, literals_.begin() + firstLiteral + factorLiterals);
+        const auto runs = ends_.begin() + static_cast<std::ptrdiff_t>(firstRun);
+        ends_.erase(runs, runs + static_cast<std::ptrdiff_t>(factorRuns));
+        for (std::size_t run = firstRun; run < ends_.size(); ++run)
+            ends_[run] -= factorLiterals;
+    }
+    factors.clear();
+}
+
+/// Appends every choice of one run per factor, the first factor varying slowest. `factors` holds the
+/// first run of each and, at its end, the run behind the last.
+void Expansion::appendProduct(std::span<const std::size_t> factors)
+{
+    std::vector<std::size_t> choice(factors.begin(), factors.end() - 1);
+    for (;;) {
+        for (const std::size_t run : choice) {
+            for (std::uint32_t literal = beginOf(run); literal < ends_[run]; ++literal)
+                literals_.push_back(std::uint32_t(literals_[literal]));
+        }
+        ends_.push_back(static_cast<std::uint32_t>(literals_.size()));
+        std::size_t factor = choice.size();
+        while (factor > 0 && ++choice[factor - 1] == factors[factor]) {
+            choice[factor - 1] = factors[factor - 1];
+            --factor;
+        }
+        if (factor == 0)
+            return;
+    }
+}
+
+Slot& operandAt(Group& flat, std::size_t index)
+{
+    return index == 0 ? flat.first : flat.conjoinedTerms[index - 1].expression;
+}
+
+Slot copyOf(const Expansion::Leaf& leaf)
+{
+    const Term* term = std::as_const(**leaf.slot).asTerm();
+    if (term == nullptr)
+        throw std::invalid_argument("search expression: a node that is no term cannot stand in several places");
+    return std::make_unique<Term>(term->text, leaf.negated);
+}
+
+/// The group that `expansion` stands for, still without the leaves themselves: the last use of each
+/// stays open for it, the uses before get copies.
+std::unique_ptr<Group> flatGroupOf(const Expansion& expansion)
+{
+    auto flat = std::make_unique<Group>();
+    std::vector<Expansion::Leaf> leaves = expansion.leaves();
+    const std::vector<std::uint32_t>& literals = expansion.literals();
+    flat->conjoinedTerms.resize(literals.empty() ? 0 : literals.size() - 1);
+    for (std::size_t i = 0; i < literals.size(); ++i) {
+        Expansion::Leaf& leaf = leaves[literals[i]];
+        if (--leaf.uses > 0)
+            operandAt(*flat, i) = copyOf(leaf);
+    }
+    for (const std::uint32_t end : expansion.ends()) {
+        if (end < literals.size())
+            flat->conjoinedTerms[end - 1].conjunction = Conjunction::Or;
+    }
+    return flat;
+}
+
+/// Moves the leaves into the places that are open for them.
+void moveLeaves(const Expansion& expansion, Group& flat) noexcept
+{
+    for (std::size_t i = 0; i < expansion.literals().size(); ++i) {
+        Slot& operand = operandAt(flat, i);
+        if (operand)
+            continue;
+        const Expansion::Leaf& leaf = expansion.leaves()[expansion.literals()[i]];
+        operand = std::move(*leaf.slot);
+        operand->negated = leaf.negated;
+    }
+}
+
+}  // namespace
+
+void BooleanExp::convertToDisjunctiveNormalForm()
+{
+    if (!root)
+        return;
+    const bool unchanged = isNormalForm(*root);
+    const std::uint64_t literals =
+        unchanged ? root->conjoinedTerms.size() + 1 : extentOf(*root, root->negated, 0).literals;
+    if (literals > literalLimit)
+        throw std::length_error("search expression: too many alternatives");
+    if (unchanged)
+        return;
+    const Expansion expansion(*root);
+    const std::unique_ptr<Group> flat = flatGroupOf(expansion);
+    moveLeaves(expansion, *flat);
+    std::swap(root->first, flat->first);
+    std::swap(root->conjoinedTerms, flat->conjoinedTerms);
+    root->negated = false;
+}
