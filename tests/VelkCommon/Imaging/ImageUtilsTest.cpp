@@ -2,8 +2,6 @@
 
 #include "Pictures.h"
 
-#include <VelkCommon/Reporting/EnforcerThrow.h>
-
 #include <gtest/gtest.h>
 
 #include <QPainter>
@@ -101,7 +99,7 @@ TEST(ImageUtilsTest, ResizeLeavesCopiesAlone)
 
 TEST(ImageUtilsTest, AScreenPictureHasThePixels)
 {
-    const OffscreenApplication application;
+    useOffscreenApplication();
     QImage picture = plainPicture(6, 4, Qt::red);
     picture.setPixelColor(5, 3, Qt::blue);
     const QPixmap pixmap = ImageUtils::imageObjToBMP(ImageObj(picture));
@@ -119,23 +117,8 @@ TEST(ImageUtilsTest, AScreenPictureHasThePixels)
 
 TEST(ImageUtilsTest, NoImageIsNoScreenPicture)
 {
-    const OffscreenApplication application;
+    useOffscreenApplication();
     EXPECT_TRUE(ImageUtils::imageObjToBMP(ImageObj()).isNull());
-}
-
-TEST(ImageUtilsTest, AScreenPictureNeedsTheApplication)
-{
-    EXPECT_THROW(ImageUtils::imageObjToBMP(ImageObj(plainPicture(2, 2, Qt::red))), EnforcerException);
-    EXPECT_THROW(ImageUtils::imageObjToBMP(ImageObj()), EnforcerException);
-}
-
-TEST(ImageUtilsTest, AScreenPictureNeedsAnApplicationWithAScreen)
-{
-    char name[] = "test";
-    char* arguments[] = {name, nullptr};
-    int count = 1;
-    const QCoreApplication withoutScreen(count, arguments);
-    EXPECT_THROW(ImageUtils::imageObjToBMP(ImageObj(plainPicture(2, 2, Qt::red))), EnforcerException);
 }
 
 }  // namespace

@@ -12,21 +12,16 @@ inline QImage plainPicture(int width, int height, const QColor& colour)
     return picture;
 }
 
-/// A Qt application without a display, for the length of a scope.
-class OffscreenApplication
+/// Makes a Qt application without a display, which lasts until the program ends: the offscreen platform
+/// leaks its screen when an application goes.
+inline void useOffscreenApplication()
 {
-public:
-    QGuiApplication& operator*() noexcept { return application_; }
-
-private:
-    struct Platform
-    {
-        Platform() { qputenv("QT_QPA_PLATFORM", "offscreen"); }
-    };
-
-    Platform platform_;  // to be set before the application looks at it
-    char name_[5] = "test";
-    char* arguments_[2] = {name_, nullptr};
-    int count_ = 1;
-    QGuiApplication application_{count_, arguments_};
-};
+    static char name[] = "test";
+    static char* arguments[] = {name, nullptr};
+    static int count = 1;
+    static const QGuiApplication* const application = [] {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        return new QGuiApplication(count, arguments);
+    }();
+    static_cast<void>(application);
+}
