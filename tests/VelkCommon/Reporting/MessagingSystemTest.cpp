@@ -87,6 +87,8 @@ TEST_F(Messages, GoToStandardErrorInOneLineWithoutAHost)
     Velk::installHost({});
     EXPECT_EQ(standardErrorOf([] { EXPECT_EQ(notify(272032391, "C:/\xC3\x9C"), error::Button::Ok); }),
               "velk: warning: The file C:/\xC3\x9C cannot be written. (source:12, 272032391)\n");
+    EXPECT_EQ(standardErrorOf([] { notify(5, "a\x1B[2J\tb\x7F", "", ""); }),
+              "velk: warning: a [2J b  (source:12, 5)\n");
     EXPECT_EQ(standardErrorOf([] { notify(5, "first\nsecond\r\n", "", "third"); }),
               "velk: warning: first second   third (source:12, 5)\n");
     EXPECT_EQ(standardErrorOf([] {
