@@ -77,7 +77,17 @@ ErrorLog& ErrorLog::operator<<(const std::string& text)
 
 ErrorLog& ErrorLog::operator<<(const std::u32string& text)
 {
+    return *this << std::u32string_view(text);
+}
+
+ErrorLog& ErrorLog::operator<<(std::u32string_view text)
+{
     return *this << StringConvert::toStdString(text, StringConvert::Default);
+}
+
+ErrorLog& ErrorLog::operator<<(const char32_t* text)
+{
+    return text != nullptr ? *this << std::u32string_view(text) : *this;
 }
 
 ErrorLog& ErrorLog::operator<<(const fileString& path)

@@ -77,7 +77,7 @@ bool FileUtils::removeDirectoryAndFiles(const fileString& path, MethodFlags flag
     return guarded(
         [&] {
             // A separator at the end would lead through a link.
-            const std::string folder = detail::withoutTrailingSeparators(path.utf8());
+            const std::string folder = Velk::detail::withoutTrailingSeparators(path.utf8());
             if (!Platform::isAbsolute(folder) || folder.size() <= Platform::rootLength(folder))
                 return false;
             return Platform::removeTree(folder, (flags & overrideReadOnly) != 0);
@@ -87,7 +87,7 @@ bool FileUtils::removeDirectoryAndFiles(const fileString& path, MethodFlags flag
 
 bool FileUtils::createDirectoriesWithPerm(const fileString& path)
 {
-    return guarded([&] { return detail::createMissingFolders(path, &Platform::createSharedFolder); }, false);
+    return guarded([&] { return Velk::detail::createMissingFolders(path, &Platform::createSharedFolder); }, false);
 }
 
 bool FileUtils::copyFile(const fileString& from, const fileString& to, bool overwrite)

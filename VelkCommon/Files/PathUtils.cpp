@@ -41,7 +41,7 @@ fileString ownTemporaryFolder()
     static fileString& unguessable = *new fileString;
     const std::lock_guard lock(mutex);
     if (unguessable.empty() || !Platform::createPrivateFolder(unguessable.utf8()))
-        unguessable = usual + fileString("-" + detail::randomName());
+        unguessable = usual + fileString("-" + Velk::detail::randomName());
     static_cast<void>(Platform::createPrivateFolder(unguessable.utf8()));
     return unguessable;
 }
@@ -94,6 +94,6 @@ fileString PathUtils::getTempPath() const
     const fileString chosen = Velk::host()->folders.temp;
     if (chosen.empty())
         return withSeparator(ownTemporaryFolder());
-    static_cast<void>(detail::createMissingFolders(chosen, &Platform::createPrivateFolder));
+    static_cast<void>(Velk::detail::createMissingFolders(chosen, &Platform::createPrivateFolder));
     return withSeparator(chosen);
 }

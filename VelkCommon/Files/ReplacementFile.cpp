@@ -13,7 +13,7 @@ namespace {
 // extension takes for a document.
 fileString siblingOf(const fileString& target)
 {
-    return target.parentPath() / fileString(".velk-" + detail::randomName() + ".tmp");
+    return target.parentPath() / fileString(".velk-" + Velk::detail::randomName() + ".tmp");
 }
 
 }  // namespace

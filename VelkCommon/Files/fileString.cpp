@@ -157,7 +157,7 @@ std::size_t extensionBegin(std::string_view path) noexcept
 
 }  // namespace
 
-std::string detail::randomName()
+std::string Velk::detail::randomName()
 {
     std::array<unsigned char, 16> bytes{};
     if (!Velk::Platform::fillRandom(bytes.data(), bytes.size()))
@@ -246,7 +246,7 @@ fileString& fileString::generateAsTempName(const fileString& extension)
 {
     const fileString folder = PathUtils::getObject().getTempPath();
     for (int attempt = 0; attempt < temporaryNameAttempts; ++attempt) {
-        fileString candidate = folder + fileString(detail::randomName()) + extension;
+        fileString candidate = folder + fileString(Velk::detail::randomName()) + extension;
         if (Velk::Platform::nameTaken(candidate.text_))
             continue;
         *this = std::move(candidate);

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace detail {
+namespace Velk::detail {
 
 /// `text` without the separators at its end; a root stays.
 inline std::string withoutTrailingSeparators(std::string text)
@@ -38,4 +38,4 @@ bool createMissingFolders(const fileString& path, CreateFolder createFolder)
 /// randomness.
 std::string randomName();
 
-}  // namespace detail
+}  // namespace Velk::detail
