@@ -7,16 +7,18 @@
 namespace VelkHost {
 namespace {
 
-constexpr std::array<std::pair<LibraryKind, std::string_view>, 4> kindNames{{{LibraryKind::Core, "core"},
-                                                                            {LibraryKind::Manufacturer, "manufacturer"},
-                                                                            {LibraryKind::Bonus, "bonus"},
-                                                                            {LibraryKind::User, "user"}}};
+constexpr std::array<std::pair<LibraryKind, std::string_view>, 4> kindNames{
+    {{LibraryKind::Core, "core"},
+     {LibraryKind::Manufacturer, "manufacturer"},
+     {LibraryKind::Bonus, "bonus"},
+     {LibraryKind::User, "user"}}};
 
 }  // namespace
 
 std::string_view kindName(LibraryKind kind)
 {
-    const auto found = std::find_if(kindNames.begin(), kindNames.end(), [&](const auto& row) { return row.first == kind; });
+    const auto found =
+        std::find_if(kindNames.begin(), kindNames.end(), [&](const auto& row) { return row.first == kind; });
     return found == kindNames.end() ? std::string_view() : found->second;
 }
 

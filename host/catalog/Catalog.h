@@ -38,12 +38,12 @@ namespace limits {
 constexpr std::size_t items = 1'000'000;
 constexpr std::size_t folders = 100'000;
 constexpr std::size_t folderDepth = 32;
-constexpr std::size_t itemFiles = 4'000'000;                      // names, of all items
-constexpr std::size_t nameCharacters = 1'000;                     // code points; longer names are cut
-constexpr std::size_t keywordBytes = std::size_t{1} << 20;        // of one item
-constexpr std::size_t textBytes = std::size_t{512} << 20;         // all names, keywords and file names
-constexpr std::size_t thumbnailBytes = std::size_t{8} << 20;      // one picture
-constexpr std::size_t allThumbnailBytes = std::size_t{1} << 30;   // of one catalog
+constexpr std::size_t itemFiles = 4'000'000;                     // names, of all items
+constexpr std::size_t nameCharacters = 1'000;                    // code points; longer names are cut
+constexpr std::size_t keywordBytes = std::size_t{1} << 20;       // of one item
+constexpr std::size_t textBytes = std::size_t{512} << 20;        // all names, keywords and file names
+constexpr std::size_t thumbnailBytes = std::size_t{8} << 20;     // one picture
+constexpr std::size_t allThumbnailBytes = std::size_t{1} << 30;  // of one catalog
 }  // namespace limits
 
 /// The part that a referenced file plays. The numbers stand in ".calib" files.

@@ -14,8 +14,7 @@ class CatalogError : public std::runtime_error
 public:
     CatalogError(const fileString& path, const std::string& reason)
         : std::runtime_error(path.humanReadableString() + ": " + reason), path_(path), reason_(reason)
-    {
-    }
+    {}
 
     const fileString& path() const noexcept { return path_; }
     /// The sentence without the path.

@@ -6,7 +6,6 @@
 #include <VelkCommon/Files/ReplacementFile.h>
 
 #include <limits>
-#include <map>
 #include <unordered_map>
 
 namespace VelkHost {
@@ -115,7 +114,8 @@ private:
     }
 
     /// The index of the entry with the key in that column.
-    std::size_t lookUp(const std::unordered_map<std::int64_t, std::size_t>& indexes, const Statement& row, int column) const
+    std::size_t lookUp(const std::unordered_map<std::int64_t, std::size_t>& indexes, const Statement& row,
+                       int column) const
     {
         const auto found = indexes.find(row.integer(column));
         if (!row.isInteger(column) || found == indexes.end())
@@ -158,14 +158,16 @@ private:
 
     void readItems()
     {
-        Statement row = database_.prepare("SELECT id, unique_id, folder, name, keywords FROM item NOT INDEXED ORDER BY id");
+        Statement row =
+            database_.prepare("SELECT id, unique_id, folder, name, keywords FROM item NOT INDEXED ORDER BY id");
         for (std::int64_t key = beforeAllKeys; row.next();) {
             key = nextKey(row, key);
             if (catalog_.items.size() == limits::items)
                 fail("it has too many items");
             if (content_ == CatalogContent::Everything)
                 itemIndexes_.emplace(key, catalog_.items.size());
-            catalog_.items.push_back({text(row, 1), lookUp(folderIndexes_, row, 2), text(row, 3), text(row, 4), {}, {}});
+            catalog_.items.push_back(
+                {text(row, 1), lookUp(folderIndexes_, row, 2), text(row, 3), text(row, 4), {}, {}});
         }
     }
 
@@ -209,6 +211,20 @@ private:
 };
 
 }  // namespace
+
+void writeCatalog(const Catalog& catalog, const fileString& path)
+{
+    ReplacementFile file(path);
+    if (!file.isOpen())
+        throw CatalogError(path, "cannot be written; is its folder there, and may you write to it?");
+    try {
+        writeDatabase(catalog, file.path());
+    } catch (const CatalogError& error) {
+        throw CatalogError(path, error.reason());
+    }
+    if (!file.commit())
+        throw CatalogError(path, "cannot be written completely; is the disk full, or the file in use?");
+}
 
 Catalog readCatalog(const fileString& path, CatalogContent content)
 {

@@ -58,7 +58,8 @@ const Table* findTable(std::string_view name)
 std::string describeColumns(Database& database, std::string_view table)
 {
     std::string described;
-    Statement columns = database.prepare("SELECT name, type, hidden FROM pragma_table_xinfo('" + std::string(table) + "')");
+    Statement columns =
+        database.prepare("SELECT name, type, hidden FROM pragma_table_xinfo('" + std::string(table) + "')");
     while (columns.next()) {
         described += described.empty() ? "" : ", ";
         described.append(columns.bytes(0)).append(" ").append(columns.bytes(1));

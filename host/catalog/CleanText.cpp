@@ -19,8 +19,8 @@ bool isBlank(char32_t character)
 
 bool isUnsafeCharacter(char32_t character) noexcept
 {
-    return character < 0x20 || (character >= 0x7F && character <= 0x9F) || character == 0x061C ||
-           character == 0x200E || character == 0x200F || (character >= 0x2028 && character <= 0x202E) ||
+    return character < 0x20 || (character >= 0x7F && character <= 0x9F) || character == 0x061C || character == 0x200E ||
+           character == 0x200F || (character >= 0x2028 && character <= 0x202E) ||
            (character >= 0x2066 && character <= 0x2069) || character == 0xFEFF;
 }
 

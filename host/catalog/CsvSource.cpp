@@ -69,7 +69,8 @@ private:
     void readColumns()
     {
         for (std::size_t i = 0; i < rows_.front().cells.size(); ++i) {
-            const std::string name = StringUtils::toLowerUtf8(cleanText(rows_.front().cells[i], limits::nameCharacters));
+            const std::string name =
+                StringUtils::toLowerUtf8(cleanText(rows_.front().cells[i], limits::nameCharacters));
             if (!name.empty() && !columns_.emplace(name, i).second)
                 fail(rows_.front(), "the column \"" + name + "\" stands twice");
         }
@@ -120,7 +121,8 @@ private:
     {
         if (row.cells.size() > rows_.front().cells.size())
             fail(row, "has " + std::to_string(row.cells.size()) + " cells, but there are " +
-                          std::to_string(rows_.front().cells.size()) + " columns; put text that holds the separator in quotes");
+                          std::to_string(rows_.front().cells.size()) +
+                          " columns; put text that holds the separator in quotes");
         Item item;
         item.name = cleanText(text(row, "name"), limits::nameCharacters);
         if (item.name.empty())

@@ -21,8 +21,7 @@ class CsvError : public std::runtime_error
 public:
     CsvError(std::size_t line, const std::string& reason)
         : std::runtime_error("line " + std::to_string(line) + ": " + reason)
-    {
-    }
+    {}
 };
 
 /// The delimiter in use, judged by the first line: the one of ",", ";" and tab that stands there most

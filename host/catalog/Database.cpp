@@ -12,7 +12,7 @@ namespace {
 
 constexpr int workPerCall = 1'000;             // instructions of SQLite between two calls of the handler
 constexpr std::int64_t baseWork = 10'000'000;  // instructions allowed for any file
-constexpr std::int64_t workPerByte = 8;        // and for each of its bytes; a row takes some 15 bytes and 20 instructions
+constexpr std::int64_t workPerByte = 8;  // and for each of its bytes; a row takes some 15 bytes and 20 instructions
 
 /// The file as a URI that asks for a read without locks and journals. An absolute path gets an empty
 /// authority, so that one that begins with "//" is not read as a host's name.
@@ -105,14 +105,20 @@ Database Database::openForWriting(const fileString& path)
 void Database::limitTrust(std::size_t fileBytes, int maximumValueBytes)
 {
     sqlite3* const handle = handle_.get();
-    for (const auto& [option, value] : {std::pair{SQLITE_DBCONFIG_DEFENSIVE, 1}, {SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0},
-                                        {SQLITE_DBCONFIG_ENABLE_TRIGGER, 0}, {SQLITE_DBCONFIG_ENABLE_VIEW, 0}})
+    for (const auto& [option, value] : {std::pair{SQLITE_DBCONFIG_DEFENSIVE, 1},
+                                        {SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0},
+                                        {SQLITE_DBCONFIG_ENABLE_TRIGGER, 0},
+                                        {SQLITE_DBCONFIG_ENABLE_VIEW, 0}})
         sqlite3_db_config(handle, option, value, nullptr);
-    for (const auto& [limit, value] : {std::pair{SQLITE_LIMIT_LENGTH, maximumValueBytes}, {SQLITE_LIMIT_COLUMN, 32},
-                                       {SQLITE_LIMIT_EXPR_DEPTH, 20}, {SQLITE_LIMIT_ATTACHED, 0},
-                                       {SQLITE_LIMIT_TRIGGER_DEPTH, 1}, {SQLITE_LIMIT_WORKER_THREADS, 0}})
+    for (const auto& [limit, value] : {std::pair{SQLITE_LIMIT_LENGTH, maximumValueBytes},
+                                       {SQLITE_LIMIT_COLUMN, 32},
+                                       {SQLITE_LIMIT_EXPR_DEPTH, 20},
+                                       {SQLITE_LIMIT_ATTACHED, 0},
+                                       {SQLITE_LIMIT_TRIGGER_DEPTH, 1},
+                                       {SQLITE_LIMIT_WORKER_THREADS, 0}})
         sqlite3_limit(handle, limit, value);
-    workLeft_ = std::make_unique<std::int64_t>((baseWork + workPerByte * static_cast<std::int64_t>(fileBytes)) / workPerCall);
+    workLeft_ =
+        std::make_unique<std::int64_t>((baseWork + workPerByte * static_cast<std::int64_t>(fileBytes)) / workPerCall);
     sqlite3_progress_handler(handle, workPerCall, countDown, workLeft_.get());
     execute("PRAGMA cell_size_check = ON; PRAGMA mmap_size = 0");
 }
@@ -188,9 +194,11 @@ bool Statement::isNull(int column) const
 std::string_view Statement::bytes(int column) const
 {
     const bool text = isText(column);
-    const void* data = text ? sqlite3_column_text(statement_.get(), column) : sqlite3_column_blob(statement_.get(), column);
+    const void* data =
+        text ? sqlite3_column_text(statement_.get(), column) : sqlite3_column_blob(statement_.get(), column);
     const int size = sqlite3_column_bytes(statement_.get(), column);
-    return data == nullptr ? std::string_view() : std::string_view(static_cast<const char*>(data), static_cast<std::size_t>(size));
+    return data == nullptr ? std::string_view()
+                           : std::string_view(static_cast<const char*>(data), static_cast<std::size_t>(size));
 }
 
 Statement& Statement::set(int parameter, std::int64_t value)

@@ -63,8 +63,7 @@ class FurnitureLibrary
 public:
     FurnitureLibrary(const fileString& path, const BuildOptions& options)
         : path_(path), zip_(path), options_(options), texts_(readTexts())
-    {
-    }
+    {}
 
     Catalog catalog()
     {

@@ -71,7 +71,8 @@ void ZipSource::readNames(std::size_t archiveBytes)
         if (zip_stat_index(archive_->handle, index, 0, &entry) != 0 || (entry.valid & ZIP_STAT_NAME) == 0)
             fail("has a damaged directory");
         // Entries that share their bytes make a small file unpack to a huge one.
-        compressed += (entry.valid & ZIP_STAT_COMP_SIZE) != 0 ? std::min<std::uint64_t>(entry.comp_size, 1ULL << 40) : 0;
+        compressed +=
+            (entry.valid & ZIP_STAT_COMP_SIZE) != 0 ? std::min<std::uint64_t>(entry.comp_size, 1ULL << 40) : 0;
         if (compressed > archiveBytes)
             fail("has overlapping entries");
         std::string name = entry.name;

@@ -133,8 +133,9 @@ TEST(Base64Faults, EveryOtherByteIsAFaultInEveryPlace)
             text[4 + place] = c;
             const std::string message =
                 std::string("Invalid character '") + c + "' at position " + std::to_string(4 + place) + ".";
-            EXPECT_EQ(messageOf(text), accepted ? "decoded" : message);
-            EXPECT_EQ(messageOf(text.substr(0, 5 + place)), accepted ? "decoded" : message);
+            const std::string expected = accepted ? "decoded" : message.c_str();  // what() ends at a zero byte
+            EXPECT_EQ(messageOf(text), expected);
+            EXPECT_EQ(messageOf(text.substr(0, 5 + place)), expected);
         }
     }
 }

@@ -265,7 +265,7 @@ TEST(BooleanExpNormalForm, IsEquivalentToTheExpression)
     int converted = 0;
     for (int i = 0; i < 20'000; ++i) {
         BooleanExp expression;
-        expression.root = trees.group(3);
+        expression.root = trees.group(2);
         expression.root->negated = trees.below(4) == 0;
         const std::uint64_t value = valueOf(*expression.root);
         const std::string text = describe(expression);
