@@ -18,7 +18,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             const VelkHost::Catalog catalog = VelkHost::readFurnitureLibrary(path, options);
             fuzz::check(!catalog.id.empty(), "a library has an id");
             for (const VelkHost::Item& item : catalog.items)
-                fuzz::check(!item.name.empty() && item.folder < catalog.folders.size(), "an item has a name and a folder");
+                fuzz::check(!item.name.empty() && item.folder < catalog.folders.size(),
+                            "an item has a name and a folder");
         } catch (const VelkHost::CatalogError&) {
             // Refused, with the reason.
         }

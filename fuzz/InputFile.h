@@ -15,10 +15,10 @@ class InputFile
 {
 public:
     explicit InputFile(const std::string& extension)
-        : path_((std::filesystem::temp_directory_path() / ("velk-fuzz-" + std::to_string(std::random_device{}()) + extension))
+        : path_((std::filesystem::temp_directory_path() /
+                 ("velk-fuzz-" + std::to_string(std::random_device{}()) + extension))
                     .string())
-    {
-    }
+    {}
     ~InputFile() { std::remove(path_.c_str()); }
 
     fileString write(const std::uint8_t* data, std::size_t size) const

@@ -228,7 +228,7 @@ void writeCatalog(const Catalog& catalog, const fileString& path)
 
 Catalog readCatalog(const fileString& path, CatalogContent content)
 {
-    const std::size_t fileBytes = checkHeader(path);
+    const std::uint64_t fileBytes = checkHeader(path);
     Database database = Database::openForReading(path, fileBytes, static_cast<int>(limits::thumbnailBytes) + 1'024);
     checkSchema(database);
     return CatalogReader(database, content).read();

@@ -10,7 +10,7 @@
 namespace VelkHost {
 namespace {
 
-constexpr std::size_t maximumFileBytes = std::size_t{4} << 30;
+constexpr std::uint64_t maximumFileBytes = std::uint64_t{4} << 30;
 
 /// A table with its columns in SQL, and as checkSchema() describes them.
 struct Table
@@ -96,11 +96,11 @@ void createSchema(Database& database)
     database.execute("PRAGMA user_version = " + std::to_string(catalogSchemaVersion));
 }
 
-std::size_t checkHeader(const fileString& path)
+std::uint64_t checkHeader(const fileString& path)
 {
     constexpr std::string_view signature("SQLite format 3\0", 16);
     constexpr std::size_t headerBytes = 100;
-    const std::size_t fileBytes = requireFile(path, maximumFileBytes);
+    const std::uint64_t fileBytes = requireFile(path, maximumFileBytes);
     const std::string header = readBeginning(path, headerBytes);
     if (header.empty())
         throw CatalogError(path, "is empty");

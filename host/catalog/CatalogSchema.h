@@ -2,7 +2,6 @@
 
 #include "host/catalog/Database.h"
 
-#include <cstddef>
 #include <cstdint>
 
 /// @file
@@ -18,7 +17,7 @@ void createSchema(Database& database);
 
 /// Looks at the first 100 bytes of the file, before SQLite does. Throws CatalogError for a file that is no
 /// catalog, was made by a newer version, or is shorter than it says. Returns its size.
-std::size_t checkHeader(const fileString& path);
+std::uint64_t checkHeader(const fileString& path);
 
 /// Throws CatalogError unless the database holds exactly the tables of this version: real tables with
 /// the expected columns, no views, triggers, virtual tables or computed columns.

@@ -120,9 +120,9 @@ private:
     void addItem(CatalogBuilder& builder, const std::string& libraryId, const CsvRow& row) const
     {
         if (row.cells.size() > rows_.front().cells.size())
-            fail(row, "has " + std::to_string(row.cells.size()) + " cells, but there are " +
+            fail(row, "has " + std::to_string(row.cells.size()) + " cells, more than there are columns (" +
                           std::to_string(rows_.front().cells.size()) +
-                          " columns; put text that holds the separator in quotes");
+                          "); put text that holds the separator in quotes");
         Item item;
         item.name = cleanText(text(row, "name"), limits::nameCharacters);
         if (item.name.empty())

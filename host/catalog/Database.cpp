@@ -88,7 +88,7 @@ Database::Database(const fileString& path, const std::string& uri, int flags) : 
 Database::~Database() = default;
 Database::Database(Database&&) noexcept = default;
 
-Database Database::openForReading(const fileString& path, std::size_t fileBytes, int maximumValueBytes)
+Database Database::openForReading(const fileString& path, std::uint64_t fileBytes, int maximumValueBytes)
 {
     Database database(path, immutableUri(withSlashes(path)), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
     database.limitTrust(fileBytes, maximumValueBytes);
@@ -102,7 +102,7 @@ Database Database::openForWriting(const fileString& path)
     return database;
 }
 
-void Database::limitTrust(std::size_t fileBytes, int maximumValueBytes)
+void Database::limitTrust(std::uint64_t fileBytes, int maximumValueBytes)
 {
     sqlite3* const handle = handle_.get();
     for (const auto& [option, value] : {std::pair{SQLITE_DBCONFIG_DEFENSIVE, 1},

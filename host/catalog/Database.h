@@ -23,7 +23,7 @@ public:
     /// lock), so that a file in a read-only folder opens and a planted journal has no effect. What the
     /// schema could do beyond tables is switched off, and work and lengths are limited, since the file
     /// may come from anybody: `maximumValueBytes` for one value, and work in proportion to the file.
-    static Database openForReading(const fileString& path, std::size_t fileBytes, int maximumValueBytes);
+    static Database openForReading(const fileString& path, std::uint64_t fileBytes, int maximumValueBytes);
 
     /// Opens an empty file for writing. Speed goes before safety: the file only counts once it is complete.
     static Database openForWriting(const fileString& path);
@@ -49,7 +49,7 @@ private:
     };
 
     Database(const fileString& path, const std::string& uri, int flags);
-    void limitTrust(std::size_t fileBytes, int maximumValueBytes);
+    void limitTrust(std::uint64_t fileBytes, int maximumValueBytes);
 
     fileString path_;
     std::unique_ptr<sqlite3, Closer> handle_;

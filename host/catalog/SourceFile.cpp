@@ -11,14 +11,14 @@ namespace fs = std::filesystem;
 namespace VelkHost {
 namespace {
 
-std::string inMebibytes(std::size_t bytes)
+std::string inMebibytes(std::uint64_t bytes)
 {
     return std::to_string(bytes >> 20) + " MiB";
 }
 
 }  // namespace
 
-std::size_t requireFile(const fileString& path, std::size_t maximumBytes)
+std::uint64_t requireFile(const fileString& path, std::uint64_t maximumBytes)
 {
     const std::string& text = path.utf8();
     if (text.empty() || text.find('\0') != std::string::npos)
@@ -35,7 +35,7 @@ std::size_t requireFile(const fileString& path, std::size_t maximumBytes)
         throw CatalogError(path, "cannot be read: " + error.message());
     if (size > maximumBytes)
         throw CatalogError(path, "is larger than " + inMebibytes(maximumBytes));
-    return static_cast<std::size_t>(size);
+    return size;
 }
 
 std::string readBeginning(const fileString& path, std::size_t count)
@@ -53,8 +53,7 @@ std::string readBeginning(const fileString& path, std::size_t count)
 
 std::string readSourceFile(const fileString& path, std::size_t maximumBytes)
 {
-    const std::size_t size = requireFile(path, maximumBytes);
-    return readBeginning(path, size);
+    return readBeginning(path, static_cast<std::size_t>(requireFile(path, maximumBytes)));
 }
 
 }  // namespace VelkHost

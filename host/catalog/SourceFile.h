@@ -3,13 +3,14 @@
 #include <VelkCommon/Files/fileString.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 namespace VelkHost {
 
 /// Throws CatalogError unless a regular file of at most `maximumBytes` stands at `path`. Folders, pipes
 /// and devices are refused, as opening one may wait for ever. Returns its size.
-std::size_t requireFile(const fileString& path, std::size_t maximumBytes);
+std::uint64_t requireFile(const fileString& path, std::uint64_t maximumBytes);
 
 /// The first `count` bytes of the file, or all of it when it is shorter. Throws CatalogError.
 std::string readBeginning(const fileString& path, std::size_t count);

@@ -12,7 +12,7 @@
 namespace VelkHost {
 namespace {
 
-constexpr std::size_t maximumArchiveBytes = std::size_t{4} << 30;
+constexpr std::uint64_t maximumArchiveBytes = std::uint64_t{4} << 30;
 constexpr std::size_t maximumEntries = 100'000;
 constexpr std::size_t maximumBytesRead = std::size_t{2} << 30;  // of one archive, all entries together
 
@@ -44,7 +44,7 @@ struct ZipSource::Archive
 
 ZipSource::ZipSource(const fileString& path) : path_(path)
 {
-    const std::size_t size = requireFile(path, maximumArchiveBytes);
+    const std::uint64_t size = requireFile(path, maximumArchiveBytes);
     int code = 0;
     zip_t* handle = zip_open(path.utf8().c_str(), ZIP_RDONLY | ZIP_CHECKCONS, &code);
     if (handle == nullptr)
@@ -60,7 +60,7 @@ void ZipSource::fail(const std::string& reason) const
     throw CatalogError(path_, reason);
 }
 
-void ZipSource::readNames(std::size_t archiveBytes)
+void ZipSource::readNames(std::uint64_t archiveBytes)
 {
     const auto count = static_cast<std::uint64_t>(zip_get_num_entries(archive_->handle, 0));
     if (count > maximumEntries)

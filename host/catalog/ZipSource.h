@@ -3,6 +3,7 @@
 #include <VelkCommon/Files/fileString.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -35,7 +36,7 @@ private:
     struct Archive;
 
     [[noreturn]] void fail(const std::string& reason) const;
-    void readNames(std::size_t archiveBytes);
+    void readNames(std::uint64_t archiveBytes);
     std::string readEntry(std::size_t index, const std::string& name, std::size_t maximumBytes);
 
     fileString path_;

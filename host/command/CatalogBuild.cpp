@@ -44,7 +44,7 @@ Catalog readSource(const fileString& source, const BuildOptions& options)
     constexpr std::string_view zipSignature = "PK";
     if (isFolder(source))
         throw CatalogError(source, "is a folder, not a file; give a furniture library (.sh3f) or a CSV file");
-    requireFile(source, std::numeric_limits<std::size_t>::max());
+    requireFile(source, std::numeric_limits<std::uint64_t>::max());
     const bool furniture = readBeginning(source, zipSignature.size()) == zipSignature ||
                            StringUtils::toLowerUtf8(fileString(source).extension().utf8()) == ".sh3f";
     return furniture ? readFurnitureLibrary(source, options) : readCsv(source, options);

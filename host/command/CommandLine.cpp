@@ -101,8 +101,7 @@ int run(const std::vector<std::string>& arguments, Output& output)
     } catch (const CLI::ParseError& error) {
         return reportUsage(app, error, output);
     }
-    const int code = action();
-    return output.failed() ? static_cast<int>(ExitCode::OutputFailed) : code;
+    return action();
 }
 
 }  // namespace
@@ -116,9 +115,10 @@ int runVelk(const std::vector<std::string>& arguments, Output& output) noexcept
 {
     try {
         const int code = run(arguments, output);
-        if (output.failed())
-            output.error("the output cannot be written; is the disk full?");
-        return code;
+        if (!output.failed())
+            return code;
+        output.error("the output cannot be written; is the disk full?");
+        return static_cast<int>(ExitCode::OutputFailed);
     } catch (const std::bad_alloc&) {
         output.error("out of memory");
     } catch (const std::exception& error) {

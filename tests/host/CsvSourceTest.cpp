@@ -106,7 +106,7 @@ const BadCase badCases[] = {
     {"MissingName", "id,name\na,Chair\n\nb,\n", "line 4: the name is missing"},
     {"NameOfBlanks", "name,id\n  ,b\n", "line 2: the name is missing"},
     {"ManyCells", "name\nSofa, 3-seat\n",
-     "line 2: has 2 cells, but there are 1 columns; put text that holds the separator in quotes"},
+     "line 2: has 2 cells, more than there are columns (1); put text that holds the separator in quotes"},
     {"IdTwice", "id,name\na,Chair\na,Desk\n", "line 3: the id \"a\" stands twice; ids must differ"},
     {"OpenQuote", "name\n\"Chair\n", "line 2: a quote is opened and not closed"},
     {"DeepFolders", "name,folder\nChair,a/b/c/d/e/f/g/h/i/j/k/l/m/n/o/p/q/r/s/t/u/v/w/x/y/z/1/2/3/4/5/6/7\n",

@@ -63,7 +63,8 @@ void runSql(const fileString& path, const std::string& sql)
     sqlite3_close(database);
 }
 
-ProgramRun runProgram(const fileString& folder, const std::vector<std::string>& arguments)
+ProgramRun runProgram(const fileString& folder, const std::vector<std::string>& arguments,
+                      const std::string& outputFile)
 {
     constexpr int patience = 120'000;  // milliseconds
     const QString home = QString::fromStdString(folder.utf8());
@@ -77,6 +78,8 @@ ProgramRun runProgram(const fileString& folder, const std::vector<std::string>& 
     QProcess process;
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(home);
+    if (!outputFile.empty())
+        process.setStandardOutputFile(QString::fromStdString(outputFile));
     process.start(QStringLiteral(VELK_PROGRAM), list);
     ProgramRun run;
     if (!process.waitForFinished(patience)) {

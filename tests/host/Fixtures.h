@@ -1,7 +1,10 @@
 #pragma once
 
 #include "host/catalog/Catalog.h"
+#include "host/catalog/CatalogError.h"
 #include "support/TestHost.h"
+
+#include <gmock/gmock.h>
 
 #include <string>
 #include <utility>
@@ -37,12 +40,12 @@ struct ProgramRun
     std::string errors;
 };
 
-/// Runs the velk program in `folder`, which also takes the place of the user's data folder.
-ProgramRun runProgram(const fileString& folder, const std::vector<std::string>& arguments);
+/// Runs the velk program in `folder`, which also takes the place of the user's data folder. Its output goes
+/// to the file `outputFile` when that is not empty.
+ProgramRun runProgram(const fileString& folder, const std::vector<std::string>& arguments,
+                      const std::string& outputFile = {});
 
 }  // namespace test
-
-#include "host/catalog/CatalogError.h"
 
 template <typename Call>
 std::string test::reasonOf(Call call)

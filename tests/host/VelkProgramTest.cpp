@@ -31,8 +31,8 @@ protected:
         test::writeZip(
             folder() / name,
             {{"PluginFurnitureCatalog.properties",
-              "id=t\nname=Test\nname#1=Chair\ncategory#1=Room\ntags#1=Seat\nname#2=Dining table\ncategory#2=Room\n"},
-             {"PluginFurnitureCatalog_de.properties", "name#1=Stuhl\ncategory#1=Raum\ntags#1=Sitz\n"}});
+              "id=t\nname=Test\nname#1=Door\ncategory#1=Room\ntags#1=Seat\nname#2=Dining table\ncategory#2=Room\n"},
+             {"PluginFurnitureCatalog_de.properties", "name#1=T\\u00fcr\ncategory#1=Raum\ntags#1=Sitz\n"}});
     }
 };
 
@@ -197,9 +197,9 @@ TEST_F(VelkProgram, BuildsFurnitureLibraries)
     const VelkHost::Catalog catalog =
         VelkHost::readCatalog(folder() / U"t.calib", VelkHost::CatalogContent::Everything);
     EXPECT_EQ(catalog.kind, VelkHost::LibraryKind::Bonus);
-    EXPECT_EQ(catalog.items[0].name, "Stuhl");
-    EXPECT_THAT(velk({"search", "stuhl", "-l", "t.calib", "--type", "bonus"}).output, HasSubstr("1 hit. "));
-    EXPECT_THAT(velk({"search", "stuhl", "-l", "t.calib", "--type", "core"}).output, HasSubstr("0 hits. "));
+    EXPECT_EQ(catalog.items[0].name, "T\u00FCr");
+    EXPECT_THAT(velk({"search", "t\u00FCr", "-l", "t.calib", "--type", "bonus"}).output, HasSubstr("1 hit. "));
+    EXPECT_THAT(velk({"search", "t\u00FCr", "-l", "t.calib", "--type", "core"}).output, HasSubstr("0 hits. "));
 }
 
 TEST_F(VelkProgram, BuildsFromCsv)
@@ -248,8 +248,8 @@ TEST_F(VelkProgram, GivesATourOfTheSample)
 {
     const ProgramRun run = velk({"tour", "--sample", "-o", "my tour"});
     EXPECT_EQ(run.exitCode, 0) << run.errors;
-    EXPECT_THAT(run.output, HasSubstr("(chair OR stool) -office"));
-    EXPECT_THAT(run.output, HasSubstr("Stuhl OR Sessel"));
+    EXPECT_THAT(run.output, HasSubstr("(door OR window) -garage"));
+    EXPECT_THAT(run.output, HasSubstr("T\u00FCr OR Fenster"));
     EXPECT_THAT(run.output, HasSubstr("--legacy"));
     EXPECT_THAT(run.output, testing::Not(HasSubstr("0 hits")));
     EXPECT_EQ(VelkHost::readCatalog(folder() / U"my tour/de/sample.calib", VelkHost::CatalogContent::Names).language,
@@ -264,8 +264,18 @@ TEST_F(VelkProgram, GivesATourOfFurnitureLibraries)
     const ProgramRun run = velk({"tour", "furniture", "-o", "out"});
     EXPECT_EQ(run.exitCode, 0) << run.errors;
     EXPECT_THAT(run.output, HasSubstr("t.calib: Test (de), 2 items"));
-    EXPECT_THAT(run.output, HasSubstr("Stuhl  Test \u203A Raum"));
+    EXPECT_THAT(run.output, HasSubstr("T\u00FCr   Test \u203A Raum"));
 }
+
+#ifdef __linux__
+TEST_F(VelkProgram, SaysThatItsOutputWasNotWritten)
+{
+    VelkHost::writeCatalog(test::smallCatalog(), folder() / U"a.calib");
+    const ProgramRun run = test::runProgram(folder(), {"search", "chair", "-l", "a.calib"}, "/dev/full");
+    EXPECT_EQ(run.exitCode, 5);
+    EXPECT_EQ(run.errors, "velk: the output cannot be written; is the disk full?\n");
+}
+#endif
 
 TEST_F(VelkProgram, LetsNoLibrarySteerTheTerminal)
 {
