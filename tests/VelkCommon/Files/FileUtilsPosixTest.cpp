@@ -411,8 +411,8 @@ class DeathOf : public OtherVolume
 protected:
     void everywhere(const fileString& target, const std::function<void()>& prepare, const std::function<void()>& work)
     {
-        const std::string oldText(300'000, 'o');
-        const std::string newText(300'000, 'n');
+        const std::string oldText(60'000, 'o');
+        const std::string newText(60'000, 'n');
         bool died = true;
         int deaths = 0;
         for (; died; ++deaths) {
@@ -427,7 +427,7 @@ protected:
         EXPECT_GT(deaths, 10) << "the work was not watched";
     }
 
-    void writeSource() const { test::writeFile(source_, std::string(300'000, 'n')); }
+    void writeSource() const { test::writeFile(source_, std::string(60'000, 'n')); }
 
     fileString source_ = at(U"from");
 };
@@ -458,7 +458,7 @@ TEST_F(DeathOf, ReplacementFileLeavesOldOrNew)
         [this] {
             ReplacementFile file(at(U"to"));
             for (int block = 0; block < 3; ++block)
-                EXPECT_TRUE(file.write(std::string(100'000, 'n')));
+                EXPECT_TRUE(file.write(std::string(20'000, 'n')));
             EXPECT_TRUE(file.commit());
         });
 }
