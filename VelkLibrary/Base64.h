@@ -13,7 +13,7 @@ namespace Base64 {
 class VELKLIBRARY_EXPORT InvalidCharacterException : public std::exception
 {
 public:
-    InvalidCharacterException(const std::string& message);  // NOLINT(google-explicit-constructor)
+    InvalidCharacterException(const std::string& message);
     ~InvalidCharacterException() override;
     const char* what() const noexcept override;
 
