@@ -34,7 +34,7 @@ fileString wellKnown(fileString Velk::HostFolders::*folder, const char32_t* defa
 fileString ownTemporaryFolder()
 {
     const fileString shared = Platform::temporaryFolder();
-    const fileString usual = shared / fileString(Platform::userFolderName());
+    fileString usual = shared / fileString(Platform::userFolderName());
     if (Platform::createPrivateFolder(usual.utf8()))
         return usual;
     static std::mutex mutex;
