@@ -3,6 +3,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <span>
 #include <string_view>
 
 namespace Base64 {
@@ -52,8 +54,7 @@ constexpr std::uint32_t bitsAt(std::size_t place, char c)
 
 void putPair(char* out, std::size_t value)
 {
-    out[0] = symbolPairs[value][0];
-    out[1] = symbolPairs[value][1];
+    std::memcpy(out, symbolPairs[value].data(), 2);
 }
 
 void putBytes(unsigned char* out, std::uint32_t group)
@@ -64,7 +65,7 @@ void putBytes(unsigned char* out, std::uint32_t group)
 }
 
 /// Decodes a group that is short, holds a "=" or is faulty. Returns the end of what it wrote.
-unsigned char* decodeWithCare(unsigned char* out, const std::string& text, std::size_t start)
+unsigned char* decodeWithCare(unsigned char* out, std::string_view text, std::size_t start)
 {
     std::array<char, 4> characters{'A', 'A', 'A', 'A'};
     std::uint32_t group = 0;
@@ -99,39 +100,41 @@ const char* InvalidCharacterException::what() const noexcept
 
 std::string encode(const std::vector<unsigned char>& data)
 {
-    std::string text((data.size() + 2) / 3 * 4, '=');
+    const std::span bytes(data);  // a local view: the output's bytes could alias the vector's own pointers
+    std::string text((bytes.size() + 2) / 3 * 4, '=');
     char* out = text.data();
     std::size_t i = 0;
-    for (; i + 3 <= data.size(); i += 3, out += 4) {
-        putPair(out, std::size_t{data[i]} << 4 | data[i + 1] >> 4);
-        putPair(out + 2, (data[i + 1] & std::size_t{15}) << 8 | data[i + 2]);
+    for (; i + 3 <= bytes.size(); i += 3, out += 4) {
+        putPair(out, std::size_t{bytes[i]} << 4 | bytes[i + 1] >> 4);
+        putPair(out + 2, (bytes[i + 1] & std::size_t{15}) << 8 | bytes[i + 2]);
     }
-    if (data.size() - i == 1) {
-        putPair(out, std::size_t{data[i]} << 4);
-    } else if (data.size() - i == 2) {
-        putPair(out, std::size_t{data[i]} << 4 | data[i + 1] >> 4);
-        out[2] = alphabet[(data[i + 1] & std::size_t{15}) << 2];
+    if (bytes.size() - i == 1) {
+        putPair(out, std::size_t{bytes[i]} << 4);
+    } else if (bytes.size() - i == 2) {
+        putPair(out, std::size_t{bytes[i]} << 4 | bytes[i + 1] >> 4);
+        out[2] = alphabet[(bytes[i + 1] & std::size_t{15}) << 2];
     }
     return text;
 }
 
 std::vector<unsigned char> decode(const std::string& text)
 {
-    std::vector<unsigned char> data((text.size() + 3) / 4 * 3);
+    const std::string_view characters = text;
+    std::vector<unsigned char> data((characters.size() + 3) / 4 * 3);
     unsigned char* out = data.data();
     std::size_t i = 0;
-    for (; i + 4 <= text.size(); i += 4) {
-        const std::uint32_t group =
-            bitsAt(0, text[i]) | bitsAt(1, text[i + 1]) | bitsAt(2, text[i + 2]) | bitsAt(3, text[i + 3]);
+    for (; i + 4 <= characters.size(); i += 4) {
+        const std::uint32_t group = bitsAt(0, characters[i]) | bitsAt(1, characters[i + 1]) |
+                                    bitsAt(2, characters[i + 2]) | bitsAt(3, characters[i + 3]);
         if (group < needsCare) {
             putBytes(out, group);
             out += 3;
         } else {
-            out = decodeWithCare(out, text, i);
+            out = decodeWithCare(out, characters, i);
         }
     }
-    if (i < text.size())
-        out = decodeWithCare(out, text, i);
+    if (i < characters.size())
+        out = decodeWithCare(out, characters, i);
     data.resize(static_cast<std::size_t>(out - data.data()));
     return data;
 }

@@ -5,8 +5,11 @@
 
 #include <boost/uuid/uuid.hpp>
 
+#include <ios>
+#include <ostream>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <type_traits>
 
 namespace Library {
@@ -22,32 +25,45 @@ namespace Library {
 /// and records never interleave.
 class VELKLIBRARY_EXPORT ErrorLog : public std::ostringstream
 {
+    // The types with an insertion of their own below, or on the way to it.
+    template <typename T>
+    static constexpr bool insertedHere =
+        std::is_convertible_v<const T&, const std::string&> || std::is_convertible_v<const T&, const std::u32string&> ||
+        std::is_same_v<T, std::u32string_view> || std::is_same_v<T, fileString> ||
+        std::is_same_v<T, boost::uuids::uuid> || std::is_same_v<T, long long> || std::is_same_v<T, unsigned long long>;
+
 public:
     ErrorLog();
     ~ErrorLog() override;
 
-    /// 36 characters, lower case; the stream's width, fill and adjustment apply to the whole text.
+    /// 36 characters, lower case; the stream's width, fill and adjustment apply to the whole text, and
+    /// the width is 0 afterwards.
     ErrorLog& operator<<(const boost::uuids::uuid& id);
     /// All bytes, zero bytes included.
     ErrorLog& operator<<(const std::string& text);
     /// As UTF-8.
     ErrorLog& operator<<(const std::u32string& text);
+    ErrorLog& operator<<(std::u32string_view text);
+    ErrorLog& operator<<(const char32_t* text);
     /// The path for people.
     ErrorLog& operator<<(const fileString& path);
     ErrorLog& operator<<(const long long& value);
     ErrorLog& operator<<(const unsigned long long& value);
+    /// Up to the terminator. A null pointer inserts nothing, here and above.
     ErrorLog& operator<<(const char* text);
 
     /// Any other type and manipulator as on every stream; the chain goes on as an ErrorLog.
+    // Templates, because overloads for the other integers would clash: which of them is long long, and
+    // which of them is size_t, differs by system. One for temporaries, and no member, or it would clash
+    // with the standard library's insertion into any temporary stream.
     template <typename T>
-    requires(!std::is_convertible_v<const T&, std::string> && !std::is_convertible_v<const T&, std::u32string> &&
-             !std::is_same_v<T, fileString> && !std::is_same_v<T, boost::uuids::uuid> &&
-             !std::is_same_v<T, long long> && !std::is_same_v<T, unsigned long long>) ErrorLog&
-    operator<<(const T& value)
+    requires(!insertedHere<T>) ErrorLog& operator<<(const T& value) &
     {
-        static_cast<std::ostringstream&>(*this) << value;
+        static_cast<std::ostream&>(*this) << value;
         return *this;
     }
+    template <typename T>
+    requires(!insertedHere<T>) friend ErrorLog& operator<<(ErrorLog&& log, const T& value) { return log << value; }
     ErrorLog& operator<<(std::ostream& (*manipulator)(std::ostream&));
     ErrorLog& operator<<(std::ios_base& (*manipulator)(std::ios_base&));
 

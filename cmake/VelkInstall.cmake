@@ -1,6 +1,20 @@
+# What an embedding project gets: headers, libraries, find_package(Velk), and a pkg-config file.
 include(CMakePackageConfigHelpers)
+
+set(velk_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Velk)
+
 install(TARGETS VelkCommon VelkLibraryCore VelkLibrary EXPORT VelkTargets
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
     FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(EXPORT VelkTargets NAMESPACE Velk:: DESTINATION ${velk_package_dir})
+
+configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/VelkConfig.cmake.in ${PROJECT_BINARY_DIR}/VelkConfig.cmake
+    INSTALL_DESTINATION ${velk_package_dir})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/VelkConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/VelkConfig.cmake ${PROJECT_BINARY_DIR}/VelkConfigVersion.cmake
+    DESTINATION ${velk_package_dir})
+
+configure_file(${CMAKE_CURRENT_LIST_DIR}/velk.pc.in ${PROJECT_BINARY_DIR}/velk.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/velk.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

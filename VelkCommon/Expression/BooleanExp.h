@@ -97,7 +97,10 @@ public:
     /// the conjoined terms, in which an Or starts the next alternative and negation stands on terms
     /// only. Alternatives keep their reading order, the left operand varying slowest; nothing is
     /// removed or merged.
+    /// Trees built by hand are welcome: a null operand, or a group without any, is absent together with
+    /// the operator before it, and a node that is neither term nor group stays a leaf.
     /// Throws std::length_error, before building anything, when the result would have more than 16,384
-    /// terms in all, or the expression is nested too deeply; the expression is then as it was.
+    /// terms in all or groups lie more than 512 deep in one another; std::invalid_argument when the
+    /// result needs a leaf twice that is no term. After any exception the expression is as it was.
     void convertToDisjunctiveNormalForm();
 };

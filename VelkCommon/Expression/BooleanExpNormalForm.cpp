@@ -1,7 +1,6 @@
 #include <VelkCommon/Expression/BooleanExp.h>
 
 #include <algorithm>
-#include <span>
 #include <stdexcept>
 #include <utility>
 
@@ -52,6 +51,12 @@ void forEachOperand(Group& group, Function f)
         f(term.expression, any ? term.conjunction : Conjunction::And);
         any = true;
     }
+}
+
+void requireWithinLimit(std::uint64_t literals)
+{
+    if (literals > literalLimit)
+        throw std::length_error("search expression: too many alternatives");
 }
 
 /// How large the normal form of a part is. Counting stops just above the limit, so nothing overflows.
@@ -110,8 +115,10 @@ public:
         std::size_t uses = 0;
     };
 
-    explicit Expansion(Group& root);
+    /// `extent` is that of `root`.
+    Expansion(Group& root, Extent extent);
 
+    std::vector<Leaf>& leaves() { return leaves_; }
     const std::vector<Leaf>& leaves() const { return leaves_; }
     /// The runs one after the other.
     const std::vector<std::uint32_t>& literals() const { return literals_; }
@@ -121,17 +128,24 @@ public:
 private:
     void add(Slot& operand, bool negated);
     void addGroup(Group& group, bool negated);
-    void multiply(std::vector<std::size_t>& factors);
-    void appendProduct(std::span<const std::size_t> factors);
+    void multiply(std::size_t firstFactor);
+    void appendProduct(std::size_t firstFactor);
+    bool nextChoice(std::size_t firstFactor);
     std::uint32_t beginOf(std::size_t run) const { return run == 0 ? 0 : ends_[run - 1]; }
 
     std::vector<Leaf> leaves_;
     std::vector<std::uint32_t> literals_;
     std::vector<std::uint32_t> ends_;
+    std::vector<std::size_t> factors_;  // the first run of each factor; those of inner groups on top
+    std::vector<std::size_t> choice_;   // a run of each factor, while a product is built
 };
 
-Expansion::Expansion(Group& root)
+Expansion::Expansion(Group& root, Extent extent)
 {
+    // A product needs room for its factors besides; twice the result spares small ones any growth.
+    leaves_.reserve(std::min<std::uint64_t>(extent.literals, 64));
+    literals_.reserve(2 * extent.literals);
+    ends_.reserve(2 * extent.alternatives + extent.literals);
     addGroup(root, root.negated);
     for (const std::uint32_t literal : literals_)
         ++leaves_[literal].uses;
@@ -153,60 +167,64 @@ void Expansion::add(Slot& operand, bool negated)
 /// operand of a run by itself; under a NOT, each run.
 void Expansion::addGroup(Group& group, bool negated)
 {
-    std::vector<std::size_t> factors;  // the first run of each
+    const std::size_t firstFactor = factors_.size();
     forEachOperand(group, [&](Slot& operand, Conjunction conjunction) {
         const bool startsRun = conjunction == Conjunction::Or;
         if (startsRun && !negated)
-            multiply(factors);
-        if (startsRun || !negated || factors.empty())
-            factors.push_back(ends_.size());
+            multiply(firstFactor);
+        if (startsRun || !negated || factors_.size() == firstFactor)
+            factors_.push_back(ends_.size());
         add(operand, negated);
     });
-    multiply(factors);
+    multiply(firstFactor);
 }
 
-/// Replaces the last runs, from the first of `factors` on, by the product of the factors, and clears
-/// the list.
-void Expansion::multiply(std::vector<std::size_t>& factors)
+/// Replaces the runs of the factors from `firstFactor` on, which are the last runs, by the product of
+/// these factors, and drops the factors.
+void Expansion::multiply(std::size_t firstFactor)
 {
-    const std::size_t factorRuns = factors.empty() ? 0 : ends_.size() - factors.front();
-    if (factors.size() > 1 && factorRuns == factors.size()) {
-        ends_[factors.front()] = ends_.back();  // one run each: they stand in a row already
-        ends_.resize(factors.front() + 1);
-    } else if (factors.size() > 1) {
-        const std::size_t firstRun = factors.front();
+    const std::size_t factorCount = factors_.size() - firstFactor;
+    const std::size_t firstRun = factorCount == 0 ? ends_.size() : factors_[firstFactor];
+    const std::size_t factorRuns = ends_.size() - firstRun;
+    if (factorCount > 1 && factorRuns == factorCount) {
+        ends_[firstRun] = ends_.back();  // one run each: they stand in a row already
+        ends_.resize(firstRun + 1);
+    } else if (factorCount > 1) {
         const std::uint32_t firstLiteral = beginOf(firstRun);
         const std::uint32_t factorLiterals = ends_.back() - firstLiteral;
-        factors.push_back(ends_.size());
-        appendProduct(factors);
+        appendProduct(firstFactor);
         literals_.erase(literals_.begin() + firstLiteral, literals_.begin() + firstLiteral + factorLiterals);
         const auto runs = ends_.begin() + static_cast<std::ptrdiff_t>(firstRun);
         ends_.erase(runs, runs + static_cast<std::ptrdiff_t>(factorRuns));
         for (std::size_t run = firstRun; run < ends_.size(); ++run)
             ends_[run] -= factorLiterals;
     }
-    factors.clear();
+    factors_.resize(firstFactor);
 }
 
-/// Appends every choice of one run per factor, the first factor varying slowest. `factors` holds the
-/// first run of each and, at its end, the run behind the last.
-void Expansion::appendProduct(std::span<const std::size_t> factors)
+/// Appends every choice of one run per factor, the first factor varying slowest.
+void Expansion::appendProduct(std::size_t firstFactor)
 {
-    std::vector<std::size_t> choice(factors.begin(), factors.end() - 1);
-    for (;;) {
-        for (const std::size_t run : choice) {
+    choice_.assign(factors_.begin() + static_cast<std::ptrdiff_t>(firstFactor), factors_.end());
+    factors_.push_back(ends_.size());  // where the last factor ends
+    do {
+        for (const std::size_t run : choice_) {
             for (std::uint32_t literal = beginOf(run); literal < ends_[run]; ++literal)
                 literals_.push_back(std::uint32_t(literals_[literal]));
         }
         ends_.push_back(static_cast<std::uint32_t>(literals_.size()));
-        std::size_t factor = choice.size();
-        while (factor > 0 && ++choice[factor - 1] == factors[factor]) {
-            choice[factor - 1] = factors[factor - 1];
-            --factor;
-        }
-        if (factor == 0)
-            return;
+    } while (nextChoice(firstFactor));
+}
+
+/// Counts `choice_` on, its last place fastest; false when it has come round.
+bool Expansion::nextChoice(std::size_t firstFactor)
+{
+    for (std::size_t i = choice_.size(); i-- > 0;) {
+        if (++choice_[i] < factors_[firstFactor + i + 1])
+            return true;
+        choice_[i] = factors_[firstFactor + i];
     }
+    return false;
 }
 
 Slot& operandAt(Group& flat, std::size_t index)
@@ -224,14 +242,13 @@ Slot copyOf(const Expansion::Leaf& leaf)
 
 /// The group that `expansion` stands for, still without the leaves themselves: the last use of each
 /// stays open for it, the uses before get copies.
-std::unique_ptr<Group> flatGroupOf(const Expansion& expansion)
+std::unique_ptr<Group> flatGroupOf(Expansion& expansion)
 {
     auto flat = std::make_unique<Group>();
-    std::vector<Expansion::Leaf> leaves = expansion.leaves();
     const std::vector<std::uint32_t>& literals = expansion.literals();
     flat->conjoinedTerms.resize(literals.empty() ? 0 : literals.size() - 1);
     for (std::size_t i = 0; i < literals.size(); ++i) {
-        Expansion::Leaf& leaf = leaves[literals[i]];
+        Expansion::Leaf& leaf = expansion.leaves()[literals[i]];
         if (--leaf.uses > 0)
             operandAt(*flat, i) = copyOf(leaf);
     }
@@ -261,14 +278,13 @@ void BooleanExp::convertToDisjunctiveNormalForm()
 {
     if (!root)
         return;
-    const bool unchanged = isNormalForm(*root);
-    const std::uint64_t literals =
-        unchanged ? root->conjoinedTerms.size() + 1 : extentOf(*root, root->negated, 0).literals;
-    if (literals > literalLimit)
-        throw std::length_error("search expression: too many alternatives");
-    if (unchanged)
+    if (isNormalForm(*root)) {
+        requireWithinLimit(root->conjoinedTerms.size() + 1);
         return;
-    const Expansion expansion(*root);
+    }
+    const Extent extent = extentOf(*root, root->negated, 0);
+    requireWithinLimit(extent.literals);
+    Expansion expansion(*root, extent);
     const std::unique_ptr<Group> flat = flatGroupOf(expansion);
     moveLeaves(expansion, *flat);
     std::swap(root->first, flat->first);

@@ -25,7 +25,11 @@ constexpr bool isQuote(char32_t c) noexcept
 class Parser
 {
 public:
-    explicit Parser(std::u32string_view text) : text_(text) { open_.emplace_back(); }
+    explicit Parser(std::u32string_view text) : text_(text)
+    {
+        open_.reserve(8);
+        open_.emplace_back();
+    }
 
     /// The root group; null without an operand.
     std::unique_ptr<BooleanExp::Group> parse();
@@ -47,7 +51,7 @@ private:
     void closeGroup();
     void addAlternativeSign();
     void addWord(std::u32string_view word);
-    void addTerm(std::u32string_view term);
+    void addTerm(std::u32string term);
     void addOperand(std::unique_ptr<BooleanExp::Node> operand);
 
     OpenGroup& current() { return open_.back(); }
@@ -137,7 +141,7 @@ void Parser::readPhrase()
     if (phrase.empty())
         current().nots = 0;
     else
-        addTerm(phrase);
+        addTerm(std::move(phrase));
 }
 
 /// A "-" or quote that stands alone: at the end it is one that is still being typed, elsewhere it is
@@ -146,7 +150,7 @@ void Parser::readLoneMark()
 {
     const std::size_t mark = position_++;
     if (!groupEndsAt(position_))
-        addTerm(text_.substr(mark, 1));
+        addTerm(std::u32string(1, text_[mark]));
 }
 
 void Parser::readWord()
@@ -200,12 +204,12 @@ void Parser::addWord(std::u32string_view word)
     else if (canJoin && word == U"OR")
         current().conjunction = BooleanExp::Conjunction::Or;
     else
-        addTerm(word);
+        addTerm(std::u32string(word));
 }
 
-void Parser::addTerm(std::u32string_view term)
+void Parser::addTerm(std::u32string term)
 {
-    addOperand(std::make_unique<BooleanExp::Term>(std::u32string(term)));
+    addOperand(std::make_unique<BooleanExp::Term>(std::move(term)));
 }
 
 void Parser::addOperand(std::unique_ptr<BooleanExp::Node> operand)

@@ -1,1 +1,150 @@
 #include <VelkCommon/Files/FileUtils.h>
+
+#include <VelkCommon/Files/ReplacementFile.h>
+#include <VelkCommon/Files/detail/Folders.h>
+#include <VelkCommon/Platform/Platform.h>
+
+namespace Platform = Velk::Platform;
+
+namespace {
+
+using Existing = ReplacementFile::Existing;
+
+// What `operation` returns; `failure` when it throws (for want of memory).
+template <typename Operation, typename Result>
+Result guarded(Operation operation, Result failure) noexcept
+{
+    try {
+        return operation();
+    } catch (...) {
+        return failure;
+    }
+}
+
+bool isFile(const fileString& path)
+{
+    const auto status = Platform::fileStatus(path.utf8());
+    return status && !status->folder;
+}
+
+std::string folderOf(const fileString& path)
+{
+    const fileString parent = path.parentPathWithSeparator();
+    return parent.empty() ? "." : parent.utf8();
+}
+
+bool copy(const fileString& from, const fileString& to, Existing existing)
+{
+    auto source = Platform::File::open(from.utf8(), Platform::File::Mode::read);
+    if (!source.isOpen() || (existing == Existing::keep && Platform::nameTaken(to.utf8())))
+        return false;
+    ReplacementFile target(to, existing);
+    const bool copied = target.copyFrom(source) && target.copyPermissionsFrom(from);
+    // `from` and `to` may be one file, and what is open cannot be replaced everywhere.
+    source.close();
+    return copied && target.commit();
+}
+
+// To another volume. The check spares the usual case of a copy that cannot be followed by the removal.
+bool moveByCopy(const fileString& from, const fileString& to, Existing existing)
+{
+    return Platform::canChangeFolder(folderOf(from)) && copy(from, to, existing) &&
+           Platform::removeFile(from.utf8(), true);
+}
+
+// The name must not outlive a power failure without the bytes.
+void syncFile(const fileString& path)
+{
+    auto file = Platform::File::open(path.utf8(), Platform::File::Mode::read);
+    if (file.isOpen())
+        static_cast<void>(file.sync());
+}
+
+}  // namespace
+
+bool FileUtils::pathExists(const fileString& path)
+{
+    return path.pathExists();
+}
+
+bool FileUtils::removePath(const fileString& path, MethodFlags flags)
+{
+    return Platform::removeFile(path.utf8(), (flags & overrideReadOnly) != 0);
+}
+
+bool FileUtils::removeDirectoryAndFiles(const fileString& path, MethodFlags flags)
+{
+    return guarded(
+        [&] {
+            // A separator at the end would lead through a link.
+            const std::string folder = Velk::detail::withoutTrailingSeparators(path.utf8());
+            if (!Platform::isAbsolute(folder) || folder.size() <= Platform::rootLength(folder))
+                return false;
+            return Platform::removeTree(folder, (flags & overrideReadOnly) != 0);
+        },
+        false);
+}
+
+bool FileUtils::createDirectoriesWithPerm(const fileString& path)
+{
+    return guarded([&] { return Velk::detail::createMissingFolders(path, &Platform::createSharedFolder); }, false);
+}
+
+bool FileUtils::copyFile(const fileString& from, const fileString& to, bool overwrite)
+{
+    return guarded([&] { return copy(from, to, overwrite ? Existing::replace : Existing::keep); }, false);
+}
+
+bool FileUtils::moveFile(const fileString& from, const fileString& to, bool overwrite)
+{
+    return guarded(
+        [&] {
+            if (!isFile(from))
+                return false;
+            syncFile(from);
+            const auto result = Platform::move(from.utf8(), to.utf8(), overwrite);
+            if (result == Platform::MoveResult::otherVolume)
+                return moveByCopy(from, to, overwrite ? Existing::replace : Existing::keep);
+            if (result == Platform::MoveResult::moved)
+                Platform::syncFolder(folderOf(to));
+            return result == Platform::MoveResult::moved;
+        },
+        false);
+}
+
+bool FileUtils::renameFile(const fileString& from, const fileString& to)
+{
+    return Platform::move(from.utf8(), to.utf8(), true) == Platform::MoveResult::moved;
+}
+
+bool FileUtils::makeFileWritable(const fileString& path)
+{
+    return Platform::makeWritable(path.utf8());
+}
+
+bool FileUtils::setFilePermEveryoneFullAccess(const fileString& path)
+{
+    return Platform::grantEveryone(path.utf8());
+}
+
+bool FileUtils::canWriteFile(const fileString& path)
+{
+    return guarded(
+        [&] {
+            if (path.pathExists())
+                return Platform::canWriteFile(path.utf8());
+            return !path.stemWithExtension().empty() && Platform::canChangeFolder(folderOf(path));
+        },
+        false);
+}
+
+bool FileUtils::isPathWriteLocked(const fileString& path)
+{
+    return Platform::isWriteLocked(path.utf8());
+}
+
+long long FileUtils::fileSize(const fileString& path)
+{
+    const auto status = Platform::fileStatus(path.utf8());
+    return status && !status->folder ? status->size : -1;
+}

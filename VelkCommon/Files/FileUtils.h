@@ -31,21 +31,23 @@ public:
     /// folder is there afterwards.
     static bool createDirectoriesWithPerm(const fileString& path);
 
-    /// Copies a file's bytes. `overwrite` false never touches an existing target (false). A failure
+    /// Copies a file's bytes and, on POSIX, its mode. `overwrite` false never touches an existing target
+    /// (false), whoever makes it and when. A link at the target is replaced, never followed. A failure
     /// leaves an existing target as it was.
     static bool copyFile(const fileString& from, const fileString& to, bool overwrite);
 
-    /// Moves a file, also to another file system (then by copy). `overwrite` false never touches an
-    /// existing target (false). A failure leaves both ends as they were.
+    /// Moves a file, also to another file system (then by copy); false for a folder. `overwrite` and
+    /// links as for copyFile(). A failure leaves both ends as they were, except for a source on another
+    /// file system that cannot be removed although its folder may be changed: then both are there.
     static bool moveFile(const fileString& from, const fileString& to, bool overwrite);
 
-    /// Renames within a file system, replacing an existing file.
+    /// Renames a file or folder within a file system. A file replaces an existing file, a folder nothing.
     static bool renameFile(const fileString& from, const fileString& to);
 
     /// Clears the read-only attribute: the owner may write afterwards.
     static bool makeFileWritable(const fileString& path);
 
-    /// Grants every user full access to the file.
+    /// Grants every user full access to the file or folder.
     static bool setFilePermEveryoneFullAccess(const fileString& path);
 
     /// The file can be opened for writing, or does not exist yet and can be created in its folder.

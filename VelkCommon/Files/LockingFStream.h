@@ -8,7 +8,8 @@
 
 /// A file stream that keeps others from changing the file while it is open: readers share the file
 /// with readers, a writer has it alone. On Windows the system enforces it; on POSIX it is an advisory
-/// lock that every LockingFStream and FileUtils::isPathWriteLocked() obey.
+/// lock that every LockingFStream and FileUtils::isPathWriteLocked() obey, and that a forked child
+/// inherits.
 ///
 /// A file that somebody else holds is tried again for up to two seconds. Opening for writing creates
 /// the file when missing, and empties it only once the lock is held. A failure to open, to lock or to
@@ -22,7 +23,8 @@ public:
     static constexpr int out = 2;      ///< for writing; the file is emptied
     static constexpr int binary = 32;  ///< bytes as they are; without it lines end as the system has it
 
-    /// Opens `path`. The modes in use are 1 (reading), 2 (writing text) and 34 (writing bytes).
+    /// Opens `path`. The modes are 1 (reading text), 33 (reading bytes), 2 (writing text) and 34 (writing
+    /// bytes); any other fails. Positions are those of the file's bytes, in text too.
     LockingFStream(const fileString& path, int openMode);
     /// Closes; a failure is lost, so call close() where it matters.
     ~LockingFStream() override;

@@ -1,1 +1,99 @@
 #include <VelkCommon/Files/PathUtils.h>
+
+#include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Files/detail/Folders.h>
+#include <VelkCommon/HostServices.h>
+#include <VelkCommon/Platform/Platform.h>
+
+#include <mutex>
+
+namespace Platform = Velk::Platform;
+
+namespace {
+
+fileString withSeparator(const fileString& folder)
+{
+    const std::string& text = folder.utf8();
+    if (!text.empty() && Platform::isSeparator(text.back()))
+        return folder;
+    return folder + fileString(std::string(1, Platform::separator));
+}
+
+// The host's folder, or the default one below the user's data.
+fileString wellKnown(fileString Velk::HostFolders::*folder, const char32_t* defaultName)
+{
+    const auto host = Velk::host();
+    const fileString& chosen = host->folders.*folder;
+    if (!chosen.empty())
+        return withSeparator(chosen);
+    return withSeparator(fileString(Platform::userDataFolder()) / U"velk" / defaultName);
+}
+
+// The folder for temporary files that everybody can guess may be taken by somebody else, in good faith
+// or not. Then it is one that nobody can guess, the same for as long as the process runs.
+fileString ownTemporaryFolder()
+{
+    const fileString shared = Platform::temporaryFolder();
+    const fileString usual = shared / fileString(Platform::userFolderName());
+    if (Platform::createPrivateFolder(usual.utf8()))
+        return usual;
+    static std::mutex mutex;
+    static fileString& unguessable = *new fileString;
+    const std::lock_guard lock(mutex);
+    if (unguessable.empty() || !Platform::createPrivateFolder(unguessable.utf8()))
+        unguessable = usual + fileString("-" + Velk::detail::randomName());
+    static_cast<void>(Platform::createPrivateFolder(unguessable.utf8()));
+    return unguessable;
+}
+
+}  // namespace
+
+const PathUtils& PathUtils::getObject()
+{
+    static const PathUtils object;
+    return object;
+}
+
+fileString PathUtils::getUserDatabasePath() const
+{
+    return wellKnown(&Velk::HostFolders::userDatabase, U"user");
+}
+
+fileString PathUtils::getCoreLibraryDatabasePath() const
+{
+    return wellKnown(&Velk::HostFolders::coreLibraryDatabase, U"core");
+}
+
+fileString PathUtils::getBonusLibraryDatabasePath() const
+{
+    return wellKnown(&Velk::HostFolders::bonusLibraryDatabase, U"bonus");
+}
+
+fileString PathUtils::getManufacturerLibraryPath() const
+{
+    return wellKnown(&Velk::HostFolders::manufacturerLibrary, U"manufacturer");
+}
+
+fileString PathUtils::getManufacturerDataPath() const
+{
+    return wellKnown(&Velk::HostFolders::manufacturerData, U"manufacturer-data");
+}
+
+fileString PathUtils::getProprietaryLibraryReferencedFilesPath() const
+{
+    return wellKnown(&Velk::HostFolders::proprietaryLibraryReferencedFiles, U"referenced");
+}
+
+fileString PathUtils::getUserTexturePath() const
+{
+    return wellKnown(&Velk::HostFolders::userTexture, U"textures");
+}
+
+fileString PathUtils::getTempPath() const
+{
+    const fileString chosen = Velk::host()->folders.temp;
+    if (chosen.empty())
+        return withSeparator(ownTemporaryFolder());
+    static_cast<void>(Velk::detail::createMissingFolders(chosen, &Platform::createPrivateFolder));
+    return withSeparator(chosen);
+}

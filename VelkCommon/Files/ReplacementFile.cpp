@@ -1,1 +1,108 @@
 #include <VelkCommon/Files/ReplacementFile.h>
+
+#include <VelkCommon/Files/detail/Folders.h>
+#include <VelkCommon/Platform/Platform.h>
+
+#include <utility>
+
+namespace Platform = Velk::Platform;
+
+namespace {
+
+// Beside the target, with a name that needs no more room than any other and that no search by
+// extension takes for a document.
+fileString siblingOf(const fileString& target)
+{
+    return target.parentPath() / fileString(".velk-" + Velk::detail::randomName() + ".tmp");
+}
+
+}  // namespace
+
+ReplacementFile::ReplacementFile(const fileString& target, Existing existing) noexcept : existing_(existing)
+{
+    try {
+        // A path that ends with a separator names a folder.
+        if (target.stemWithExtension().empty())
+            return;
+        target_ = target;
+        fileString sibling = siblingOf(target);
+        file_ = std::make_unique<Platform::File>();
+        *file_ = Platform::File::open(sibling.utf8(), Platform::File::Mode::create);
+        if (!isOpen())
+            return;
+        path_ = std::move(sibling);
+        static_cast<void>(file_->copyPermissionsFrom(target.utf8()));
+    } catch (...) {
+        discard();
+    }
+}
+
+ReplacementFile::~ReplacementFile()
+{
+    discard();
+}
+
+bool ReplacementFile::isOpen() const noexcept
+{
+    return file_ && file_->isOpen();
+}
+
+bool ReplacementFile::write(std::string_view bytes) noexcept
+{
+    if (!isOpen() || failed_)
+        return false;
+    failed_ = !file_->write(bytes.data(), bytes.size());
+    return !failed_;
+}
+
+bool ReplacementFile::copyFrom(Platform::File& source) noexcept
+{
+    if (!isOpen() || failed_)
+        return false;
+    try {
+        failed_ = !file_->copyFrom(source);
+    } catch (...) {
+        failed_ = true;
+    }
+    return !failed_;
+}
+
+bool ReplacementFile::copyPermissionsFrom(const fileString& source) noexcept
+{
+    return isOpen() && file_->copyPermissionsFrom(source.utf8());
+}
+
+bool ReplacementFile::commit() noexcept
+{
+    if (!isOpen())
+        return false;
+    try {
+        if (finish())
+            return true;
+    } catch (...) {
+        // As any other failure.
+    }
+    discard();
+    return false;
+}
+
+bool ReplacementFile::finish()
+{
+    const bool synced = !failed_ && file_->sync();
+    const bool complete = file_->close() && synced;
+    const bool replace = existing_ == Existing::replace;
+    if (!complete || Platform::move(path_.utf8(), target_.utf8(), replace) != Platform::MoveResult::moved)
+        return false;
+    path_ = {};
+    Platform::syncFolder(target_.parentPathWithSeparator().utf8());
+    return true;
+}
+
+void ReplacementFile::discard() noexcept
+{
+    if (isOpen())
+        file_->close();
+    if (!path_.empty())
+        Platform::removeFile(path_.utf8(), true);
+    path_ = {};
+}

@@ -1,1 +1,20 @@
 #pragma once
+
+#include <QPainter>
+
+namespace GDI {
+
+/// A device context: what drawing code of the host is given to draw on. Refers to a painter that
+/// outlives it.
+class Dc
+{
+public:
+    explicit Dc(QPainter& painter) noexcept : painter_(&painter) {}
+
+    QPainter& painter() const noexcept { return *painter_; }
+
+private:
+    QPainter* painter_;
+};
+
+}  // namespace GDI

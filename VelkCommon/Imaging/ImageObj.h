@@ -1,1 +1,57 @@
 #pragma once
+
+#include <VelkCommon/Export.h>
+
+#include <QImage>
+#include <QSize>
+
+/// An image: a value whose copies share their pixels until one of them is edited, so copying is cheap.
+/// Needs no display. Different objects may be used by different threads at the same time, also copies
+/// of each other.
+class VELKCOMMON_EXPORT ImageObj
+{
+public:
+    /// The right to change one image; edit() makes it. While it exists the image is neither moved nor
+    /// destroyed.
+    class VELKCOMMON_EXPORT Editable
+    {
+    public:
+        Editable(Editable&& other) noexcept;
+        Editable& operator=(Editable&& other) noexcept;
+        Editable(const Editable&) = delete;
+        Editable& operator=(const Editable&) = delete;
+        ~Editable() = default;
+
+        /// The image behind the handle, to paint on or to replace; copies of the ImageObj keep their
+        /// pixels. Not to be asked of a handle that was moved from.
+        QImage& image() const noexcept { return *image_; }
+
+    private:
+        friend class ImageObj;
+        explicit Editable(QImage& image) noexcept : image_(&image) {}
+
+        QImage* image_;  // null once moved from
+    };
+
+    /// An image that is not valid.
+    ImageObj();
+    explicit ImageObj(QImage image);
+    ImageObj(const ImageObj& other);
+    ImageObj& operator=(const ImageObj& other);
+    virtual ~ImageObj();
+
+    /// A handle that changes this image.
+    Editable edit();
+
+    /// Width and height in pixels; 0 by 0 for an image that is not valid.
+    QSize getSize() const;
+
+    /// Whether there is an image.
+    bool valid() const;
+
+    /// The pixels; a null image for one that is not valid. Valid until the object changes.
+    const QImage& image() const noexcept { return image_; }
+
+private:
+    QImage image_;
+};

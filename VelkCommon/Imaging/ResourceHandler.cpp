@@ -1,1 +1,15 @@
 #include <VelkCommon/Imaging/ResourceHandler.h>
+
+#include <VelkCommon/HostServices.h>
+#include <VelkCommon/detail/AskHost.h>
+
+ResourceHandler& ResourceHandler::getHandler()
+{
+    static ResourceHandler& handler = *new ResourceHandler;
+    return handler;
+}
+
+ImageObj ResourceHandler::getImage(std::string_view name) const
+{
+    return ImageObj(Velk::detail::askHost(Velk::host()->loadImage, name).value_or(QImage()));
+}

@@ -14,7 +14,7 @@ VELKCOMMON_EXPORT bool notifyAssert(const char* sourceFile, std::size_t line, lo
 namespace Velk {
 
 /// The kind of every assertion that the library reports.
-constexpr long softAssertion = -4;
+inline constexpr long softAssertion = -4;
 
 /// What an assertion does when its condition is false: reports it where reports are enabled, breaks
 /// into an attached debugger when the report asks for it, and goes on in any case. Never throws.

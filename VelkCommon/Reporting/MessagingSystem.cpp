@@ -50,17 +50,6 @@ std::string numberedText(long id)
     return StringUtils::loadString(static_cast<unsigned int>(id));
 }
 
-std::string joinNonEmpty(std::initializer_list<std::string_view> texts)
-{
-    std::string joined;
-    for (const std::string_view text : texts) {
-        if (!joined.empty() && !text.empty())
-            joined += ' ';
-        joined += text;
-    }
-    return joined;
-}
-
 }  // namespace
 
 const MessageTrait& WarningTrait()
@@ -77,11 +66,8 @@ const MessageTrait& ErrorMinimalTrait()
 
 std::string Message::formatted() const
 {
-    const std::string first = StringConvert::toStdUtf8String(text);
-    const std::string second = StringConvert::toStdUtf8String(detail1);
-    const std::string third = StringConvert::toStdUtf8String(detail2);
-    const std::string pattern = numberedText(id);
-    return pattern.empty() ? joinNonEmpty({first, second, third}) : Velk::formatText(pattern, first, second, third);
+    return Velk::formatText(numberedText(id), StringConvert::toStdUtf8String(text),
+                            StringConvert::toStdUtf8String(detail1), StringConvert::toStdUtf8String(detail2));
 }
 
 MessagingSystem& MessagingSystem::control()

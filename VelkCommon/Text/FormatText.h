@@ -1,30 +1,68 @@
 #pragma once
 
+#include <VelkCommon/Export.h>
+
 #include <boost/format.hpp>
 
+#include <locale>
+#include <sstream>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace Velk {
 
-/// `pattern` with "%1%", "%2%" ... replaced by the arguments, for texts that come from a host: a
-/// pattern with too few, too many or broken placeholders still yields something readable, and no
-/// exception. An empty pattern yields the arguments, separated by blanks. Any thread.
+/// `pattern` with "%1%", "%2%" ... replaced by the arguments and "%%" by "%", for texts that come from a
+/// host. All of Boost.Format's placeholders work. A pattern with too few, too many or broken ones still
+/// yields something readable, and no exception but for memory: a placeholder without argument
+/// vanishes, a "%" that begins no placeholder stays, and where nothing at all would be left the result
+/// is the arguments that are not empty, separated by blanks. Numbers come without thousands separators,
+/// whatever the global locale. Any thread.
 template <typename... Arguments>
 std::string formatText(const std::string& pattern, const Arguments&... arguments);
 
 namespace detail {
 
-template <typename... Arguments>
-std::string joinArguments(const Arguments&... arguments)
+/// Boost.Format would make a mess of the pattern: a "%" stands before a blank or a character beyond
+/// ASCII, or so many digits are in a row that they overflow its numbers.
+VELKCOMMON_EXPORT bool confusesBoostFormat(std::string_view pattern) noexcept;
+
+/// Replaces "%1%" and its like and "%%"; every other "%" stays.
+VELKCOMMON_EXPORT std::string replacePlaceholders(std::string_view pattern, const std::vector<std::string>& arguments);
+
+/// The texts that are not empty, separated by blanks.
+VELKCOMMON_EXPORT std::string joinTexts(const std::vector<std::string>& texts);
+
+template <typename Argument>
+std::string plainText(const Argument& argument)
 {
-    boost::format joined;
-    joined.exceptions(boost::io::no_error_bits);
-    std::string pattern;
-    for (std::size_t i = 1; i <= sizeof...(arguments); ++i)
-        pattern += (i == 1 ? "%" : " %") + std::to_string(i) + "%";
-    joined.parse(pattern);
-    (joined % ... % arguments);
-    return joined.str();
+    std::ostringstream text;
+    text.imbue(std::locale::classic());
+    text << argument;
+    return text.str();
+}
+
+template <typename... Arguments>
+std::string tryBoostFormat(const std::string& pattern, const Arguments&... arguments)
+{
+    boost::format text("", std::locale::classic());
+    text.exceptions(boost::io::bad_format_string_bit);
+    text.parse(pattern);
+    static_cast<void>((text % ... % arguments));
+    return text.str();
+}
+
+template <typename... Arguments>
+std::string formatWithFallback(const std::string& pattern, const Arguments&... arguments)
+{
+    if (!confusesBoostFormat(pattern)) {
+        try {
+            return tryBoostFormat(pattern, arguments...);
+        } catch (const boost::io::format_error&) {
+            // The pattern is broken; what follows reads it leniently.
+        }
+    }
+    return replacePlaceholders(pattern, {plainText(arguments)...});
 }
 
 }  // namespace detail
@@ -32,13 +70,8 @@ std::string joinArguments(const Arguments&... arguments)
 template <typename... Arguments>
 std::string formatText(const std::string& pattern, const Arguments&... arguments)
 {
-    if (pattern.empty())
-        return detail::joinArguments(arguments...);
-    boost::format text;
-    text.exceptions(boost::io::no_error_bits);
-    text.parse(pattern);
-    static_cast<void>((text % ... % arguments));
-    return text.str();
+    const std::string text = detail::formatWithFallback(pattern, arguments...);
+    return text.empty() ? detail::joinTexts({detail::plainText(arguments)...}) : text;
 }
 
 }  // namespace Velk

@@ -177,7 +177,7 @@ std::u32string toUnicode(std::wstring_view text)
 
 std::u32string toUnicode(const QString& text)
 {
-    return decodeUtf16(text.utf16(), static_cast<std::size_t>(text.size()));
+    return decodeUtf16(reinterpret_cast<const ushort*>(text.constData()), static_cast<std::size_t>(text.size()));
 }
 
 std::vector<std::u32string> toUnicode(const std::vector<std::string>& texts, Method method)
@@ -232,7 +232,7 @@ QString toQString(std::u32string_view text)
     if (length > static_cast<std::size_t>(std::numeric_limits<int>::max()))
         throw std::bad_alloc();
     QString result(static_cast<int>(length), Qt::Uninitialized);
-    encodeUtf16(text, reinterpret_cast<char16_t*>(result.data()));
+    encodeUtf16(text, reinterpret_cast<ushort*>(result.data()));
     return result;
 }
 

@@ -3,6 +3,7 @@
 #include <VelkCommon/Expression/BooleanExp.h>
 #include <VelkCommon/Reporting/Assertions.h>
 
+#include <cstddef>
 #include <memory>
 #include <utility>
 
@@ -26,8 +27,9 @@ void addGroup(ParseTree& tree, const BooleanExp::Group& group)
         addNode(tree, *group.first);
     group.forEachConjoinedTerm([&tree](const BooleanExp::Group::ConjoinedTerm& term) {
         if (term.conjunction == BooleanExp::Conjunction::Or) {
+            const std::size_t terms = tree.groups.back().terms.size();
             closeGroup(tree);
-            tree.groups.emplace_back();
+            tree.groups.emplace_back().terms.reserve(terms);  // the runs of a product are equally long
         }
         if (term.expression)
             addNode(tree, *term.expression);

@@ -1,10 +1,10 @@
 #include "support/TestHost.h"
 
 #include <algorithm>
-#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 
 namespace fs = std::filesystem;
 
@@ -16,20 +16,24 @@ fs::path native(const fileString& path)
     return fs::path(std::u8string(path.utf8().begin(), path.utf8().end()));
 }
 
-std::string freshFolder()
+std::string utf8(const fs::path& path)
 {
-    static std::atomic<unsigned> counter{0};
-    std::string pattern = (fs::temp_directory_path() / "velk-test-XXXXXX").string();
-#ifdef _WIN32
-    pattern += std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++counter);
-    fs::create_directories(pattern);
-    return pattern;
-#else
-    static_cast<void>(counter);
-    if (::mkdtemp(pattern.data()) == nullptr)
-        throw std::runtime_error("no temporary folder: " + pattern);
-    return pattern;
-#endif
+    const std::u8string text = path.u8string();
+    return {text.begin(), text.end()};
+}
+
+// Open to this user only, so that a test notices what another user cannot reach.
+fileString freshFolder()
+{
+    std::random_device random;
+    for (;;) {
+        const std::string name = "velk-test-" + std::to_string(random()) + "-" + std::to_string(random());
+        const fs::path path = fs::temp_directory_path() / name;
+        if (!fs::create_directory(path))
+            continue;
+        fs::permissions(path, fs::perms::owner_all);
+        return utf8(path);
+    }
 }
 
 }  // namespace
@@ -114,7 +118,7 @@ std::vector<std::string> listFolder(const fileString& folder)
 {
     std::vector<std::string> names;
     for (const auto& entry : fs::directory_iterator(native(folder)))
-        names.push_back(entry.path().filename().string());
+        names.push_back(utf8(entry.path().filename()));
     std::sort(names.begin(), names.end());
     return names;
 }

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <VelkCommon/Files/fileString.h>
+#include <VelkCommon/Platform/Platform.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Velk::detail {
+
+/// `text` without the separators at its end; a root stays.
+inline std::string withoutTrailingSeparators(std::string text)
+{
+    const std::size_t root = Velk::Platform::rootLength(text);
+    while (text.size() > root && Velk::Platform::isSeparator(text.back()))
+        text.pop_back();
+    return text;
+}
+
+/// Creates each folder of `path` that is missing by `createFolder(path)`, outermost first. Whether the
+/// folder is there afterwards. A folder that is there is not touched.
+template <typename CreateFolder>
+bool createMissingFolders(const fileString& path, CreateFolder createFolder)
+{
+    std::vector<std::string> missing;
+    fileString folder = withoutTrailingSeparators(path.utf8());
+    for (; !folder.empty() && !folder.pathExists(); folder = folder.parentPath())
+        missing.push_back(folder.utf8());
+    for (; !missing.empty(); missing.pop_back())
+        if (!createFolder(missing.back()))
+            return false;
+    const auto status = Velk::Platform::fileStatus(path.utf8());
+    return status && status->folder;
+}
+
+/// 32 hexadecimal digits that nobody can guess. Throws std::runtime_error when the system has no
+/// randomness.
+std::string randomName();
+
+}  // namespace Velk::detail

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace fuzz {
+
+/// Ends the run, with the input kept, when something that must hold does not.
+inline void check(bool holds, const char* what)
+{
+    if (holds)
+        return;
+    std::fprintf(stderr, "does not hold: %s\n", what);
+    std::abort();
+}
+
+}  // namespace fuzz

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <VelkCommon/Files/fileString.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <random>
+#include <string>
+
+namespace fuzz {
+
+/// The input as a file, for readers that take a path. One per process, overwritten each time.
+class InputFile
+{
+public:
+    explicit InputFile(const std::string& extension)
+        : path_((std::filesystem::temp_directory_path() /
+                 ("velk-fuzz-" + std::to_string(std::random_device{}()) + extension))
+                    .string())
+    {}
+    ~InputFile() { std::remove(path_.c_str()); }
+
+    fileString write(const std::uint8_t* data, std::size_t size) const
+    {
+        std::FILE* const file = std::fopen(path_.c_str(), "wb");
+        if (file == nullptr || std::fwrite(data, 1, size, file) != size || std::fclose(file) != 0)
+            std::abort();
+        return fileString(path_);
+    }
+
+private:
+    std::string path_;
+};
+
+}  // namespace fuzz

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "host/catalog/Catalog.h"
+
+#include <VelkCommon/Files/fileString.h>
+
+#include <map>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+namespace VelkHost {
+
+/// Puts a catalog together from a source's entries: makes folders as they are named, cleans names, and
+/// keeps the limits. Throws CatalogError, naming the source, for what a catalog cannot hold.
+class CatalogBuilder
+{
+public:
+    /// `header` is a catalog without folders and items; its texts are cleaned, and an empty name becomes
+    /// the id.
+    CatalogBuilder(fileString source, Catalog header);
+
+    /// The index of the folder with these names from the category down; made when it is new. Names that
+    /// are empty are left out; a path without names is "Uncategorized".
+    std::size_t folder(const std::vector<std::string>& path);
+
+    /// Whether an item with that id was added.
+    bool has(const std::string& uniqueId) const { return ids_.contains(uniqueId); }
+
+    /// Adds an item. Its name is cleaned (an empty one becomes the id), its keywords are taken as they
+    /// are. Throws for an id that is there already.
+    void add(Item item);
+
+    /// The catalog; the builder is used up.
+    Catalog finish();
+
+private:
+    [[noreturn]] void fail(const std::string& reason) const;
+    std::size_t childFolder(std::size_t parent, const std::string& name);
+    void count(const Item& item);
+
+    fileString source_;
+    Catalog catalog_;
+    std::map<std::pair<std::size_t, std::string>, std::size_t> folders_;  // by parent and name
+    std::unordered_set<std::string> ids_;
+    std::size_t textBytes_ = 0;
+    std::size_t thumbnailBytes_ = 0;
+    std::size_t fileCount_ = 0;
+};
+
+}  // namespace VelkHost

@@ -1,0 +1,237 @@
+#include "host/catalog/CatalogFile.h"
+
+#include "host/catalog/CatalogError.h"
+#include "host/catalog/CatalogSchema.h"
+
+#include <VelkCommon/Files/ReplacementFile.h>
+
+#include <limits>
+#include <unordered_map>
+
+namespace VelkHost {
+namespace {
+
+// Writing. Keys count from 1 in the order of the catalog's lists.
+
+void writeLibrary(Database& database, const Catalog& catalog)
+{
+    database.prepare("INSERT INTO library VALUES (?, ?, ?, ?, ?, ?)")
+        .setText(1, catalog.id)
+        .setText(2, catalog.name)
+        .set(3, static_cast<std::int64_t>(catalog.kind))
+        .setText(4, catalog.language)
+        .setText(5, catalog.description)
+        .setText(6, catalog.created)
+        .run();
+}
+
+void writeFolders(Database& database, const Catalog& catalog)
+{
+    Statement insert = database.prepare("INSERT INTO folder VALUES (?, ?, ?)");
+    std::int64_t key = 0;
+    for (const Folder& folder : catalog.folders) {
+        insert.set(1, ++key).setText(3, folder.name);
+        if (folder.parent == Folder::noParent)
+            insert.setNull(2);
+        else
+            insert.set(2, static_cast<std::int64_t>(folder.parent) + 1);
+        insert.run();
+    }
+}
+
+void writeItems(Database& database, const Catalog& catalog)
+{
+    Statement insertItem = database.prepare("INSERT INTO item VALUES (?, ?, ?, ?, ?)");
+    Statement insertThumbnail = database.prepare("INSERT INTO thumbnail VALUES (?, ?)");
+    Statement insertFile = database.prepare("INSERT INTO item_file VALUES (NULL, ?, ?, ?)");
+    std::int64_t key = 0;
+    for (const Item& item : catalog.items) {
+        insertItem.set(1, ++key).setText(2, item.uniqueId).set(3, static_cast<std::int64_t>(item.folder) + 1);
+        insertItem.setText(4, item.name).setText(5, item.keywords).run();
+        if (!item.thumbnail.empty())
+            insertThumbnail.set(1, key).setBlob(2, item.thumbnail).run();
+        for (const ItemFile& file : item.files)
+            insertFile.set(1, key).set(2, static_cast<std::int64_t>(file.role)).setText(3, file.name).run();
+    }
+}
+
+void writeDatabase(const Catalog& catalog, const fileString& path)
+{
+    Database database = Database::openForWriting(path);
+    createSchema(database);
+    database.execute("BEGIN");
+    writeLibrary(database, catalog);
+    writeFolders(database, catalog);
+    writeItems(database, catalog);
+    database.execute("COMMIT");
+    database.close();
+}
+
+// Reading
+
+/// Reads the tables of a database that anybody may have made.
+class CatalogReader
+{
+public:
+    CatalogReader(Database& database, CatalogContent content) : database_(database), content_(content) {}
+
+    Catalog read()
+    {
+        readLibrary();
+        readFolders();
+        readItems();
+        if (content_ == CatalogContent::Everything) {
+            readThumbnails();
+            readFiles();
+        }
+        return std::move(catalog_);
+    }
+
+private:
+    [[noreturn]] void fail(const std::string& reason) const
+    {
+        throw CatalogError(database_.path(), "is damaged: " + reason);
+    }
+
+    std::string text(const Statement& row, int column)
+    {
+        if (!row.isText(column))
+            fail("a text is missing");
+        const std::string_view bytes = row.bytes(column);
+        textBytes_ += bytes.size();
+        if (textBytes_ > limits::textBytes)
+            fail("it holds more text than a catalog can");
+        return std::string(bytes);
+    }
+
+    /// The row's key. Keys that do not count up come from tables whose pages lead in circles.
+    std::int64_t nextKey(const Statement& row, std::int64_t previous) const
+    {
+        const std::int64_t key = row.integer(0);
+        if (!row.isInteger(0) || key <= previous)
+            fail("its rows are out of order");
+        return key;
+    }
+
+    /// The index of the entry with the key in that column.
+    std::size_t lookUp(const std::unordered_map<std::int64_t, std::size_t>& indexes, const Statement& row,
+                       int column) const
+    {
+        const auto found = indexes.find(row.integer(column));
+        if (!row.isInteger(column) || found == indexes.end())
+            fail("an entry belongs to nothing");
+        return found->second;
+    }
+
+    void readLibrary()
+    {
+        Statement row = database_.prepare("SELECT id, name, kind, language, description, created FROM library");
+        if (!row.next())
+            fail("it does not say which library it is");
+        const std::optional<LibraryKind> kind = kindFromNumber(row.integer(2));
+        if (!row.isInteger(2) || !kind)
+            fail("its kind of library is unknown");
+        catalog_.kind = *kind;
+        catalog_.id = text(row, 0);
+        catalog_.name = text(row, 1);
+        catalog_.language = text(row, 3);
+        catalog_.description = text(row, 4);
+        catalog_.created = text(row, 5);
+        if (catalog_.id.empty() || row.next())
+            fail("it does not say which library it is");
+    }
+
+    void readFolders()
+    {
+        std::vector<std::size_t> depths;
+        Statement row = database_.prepare("SELECT id, parent, name FROM folder NOT INDEXED ORDER BY id");
+        for (std::int64_t key = beforeAllKeys; row.next();) {
+            key = nextKey(row, key);
+            const std::size_t parent = row.isNull(1) ? Folder::noParent : lookUp(folderIndexes_, row, 1);
+            depths.push_back(parent == Folder::noParent ? 1 : depths[parent] + 1);
+            if (depths.back() > limits::folderDepth || depths.size() > limits::folders)
+                fail("it has too many folders");
+            folderIndexes_.emplace(key, catalog_.folders.size());
+            catalog_.folders.push_back({parent, text(row, 2)});
+        }
+    }
+
+    void readItems()
+    {
+        Statement row =
+            database_.prepare("SELECT id, unique_id, folder, name, keywords FROM item NOT INDEXED ORDER BY id");
+        for (std::int64_t key = beforeAllKeys; row.next();) {
+            key = nextKey(row, key);
+            if (catalog_.items.size() == limits::items)
+                fail("it has too many items");
+            if (content_ == CatalogContent::Everything)
+                itemIndexes_.emplace(key, catalog_.items.size());
+            catalog_.items.push_back(
+                {text(row, 1), lookUp(folderIndexes_, row, 2), text(row, 3), text(row, 4), {}, {}});
+        }
+    }
+
+    void readThumbnails()
+    {
+        std::size_t total = 0;
+        Statement row = database_.prepare("SELECT item, png FROM thumbnail NOT INDEXED ORDER BY item");
+        for (std::int64_t key = beforeAllKeys; row.next();) {
+            key = nextKey(row, key);
+            const std::string_view bytes = row.bytes(1);
+            total += bytes.size();
+            if (total > limits::allThumbnailBytes)
+                fail("its thumbnails are too large");
+            catalog_.items[lookUp(itemIndexes_, row, 0)].thumbnail = bytes;
+        }
+    }
+
+    void readFiles()
+    {
+        std::size_t count = 0;
+        Statement row = database_.prepare("SELECT id, item, role, name FROM item_file NOT INDEXED ORDER BY id");
+        for (std::int64_t key = beforeAllKeys; row.next();) {
+            key = nextKey(row, key);
+            if (++count > limits::itemFiles)
+                fail("it names too many files");
+            const std::int64_t role = row.integer(2);
+            if (role < 1 || role > 3)
+                fail("a file has an unknown role");
+            catalog_.items[lookUp(itemIndexes_, row, 1)].files.push_back({static_cast<FileRole>(role), text(row, 3)});
+        }
+    }
+
+    static constexpr std::int64_t beforeAllKeys = std::numeric_limits<std::int64_t>::min();
+
+    Database& database_;
+    CatalogContent content_;
+    Catalog catalog_;
+    std::unordered_map<std::int64_t, std::size_t> folderIndexes_;  // by key
+    std::unordered_map<std::int64_t, std::size_t> itemIndexes_;    // by key
+    std::size_t textBytes_ = 0;
+};
+
+}  // namespace
+
+void writeCatalog(const Catalog& catalog, const fileString& path)
+{
+    ReplacementFile file(path);
+    if (!file.isOpen())
+        throw CatalogError(path, "cannot be written; is its folder there, and may you write to it?");
+    try {
+        writeDatabase(catalog, file.path());
+    } catch (const CatalogError& error) {
+        throw CatalogError(path, error.reason());
+    }
+    if (!file.commit())
+        throw CatalogError(path, "cannot be written completely; is the disk full, or the file in use?");
+}
+
+Catalog readCatalog(const fileString& path, CatalogContent content)
+{
+    const std::uint64_t fileBytes = checkHeader(path);
+    Database database = Database::openForReading(path, fileBytes, static_cast<int>(limits::thumbnailBytes) + 1'024);
+    checkSchema(database);
+    return CatalogReader(database, content).read();
+}
+
+}  // namespace VelkHost

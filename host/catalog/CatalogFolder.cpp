@@ -1,0 +1,57 @@
+#include "host/catalog/CatalogFolder.h"
+
+#include "host/catalog/CatalogError.h"
+
+#include <algorithm>
+#include <filesystem>
+
+namespace fs = std::filesystem;
+
+namespace VelkHost {
+namespace {
+
+// The UTF-8 form keeps names on Linux that are not valid text, and is exact on Windows.
+fs::path native(const fileString& path)
+{
+    return fs::path(std::u8string(path.utf8().begin(), path.utf8().end()));
+}
+
+fileString fromNative(const fs::path& path)
+{
+    const std::u8string text = path.u8string();
+    return fileString(std::string(text.begin(), text.end()));
+}
+
+}  // namespace
+
+bool isFolder(const fileString& path)
+{
+    std::error_code ignored;
+    return !path.empty() && fs::is_directory(native(path), ignored);
+}
+
+void makeFolder(const fileString& path)
+{
+    std::error_code error;
+    fs::create_directories(native(path), error);
+    if (!isFolder(path))
+        throw CatalogError(path, "cannot be made a folder" + (error ? ": " + error.message() : std::string()));
+}
+
+std::vector<fileString> filesInFolder(const fileString& folder, const fileString& extension)
+{
+    std::vector<fileString> files;
+    std::error_code error;
+    for (fs::directory_iterator entry(native(folder), error), end; !error && entry != end; entry.increment(error)) {
+        fileString name = fromNative(entry->path().filename());
+        std::error_code ignored;
+        if (name.extension() == extension && !entry->is_directory(ignored))
+            files.push_back(folder / name);
+    }
+    if (error)
+        throw CatalogError(folder, "cannot be read: " + error.message());
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+}  // namespace VelkHost

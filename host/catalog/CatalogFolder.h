@@ -1,0 +1,19 @@
+#pragma once
+
+#include <VelkCommon/Files/fileString.h>
+
+#include <vector>
+
+namespace VelkHost {
+
+/// Whether a folder stands at `path`; a link counts by its target.
+bool isFolder(const fileString& path);
+
+/// Makes the folder and its parents. Throws CatalogError.
+void makeFolder(const fileString& path);
+
+/// The files in `folder` whose extension is exactly `extension` (such as ".calib"), sorted by name.
+/// Throws CatalogError for a folder that cannot be read.
+std::vector<fileString> filesInFolder(const fileString& folder, const fileString& extension);
+
+}  // namespace VelkHost

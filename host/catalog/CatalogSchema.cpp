@@ -1,0 +1,136 @@
+#include "host/catalog/CatalogSchema.h"
+
+#include "host/catalog/CatalogError.h"
+#include "host/catalog/SourceFile.h"
+
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace VelkHost {
+namespace {
+
+constexpr std::uint64_t maximumFileBytes = std::uint64_t{4} << 30;
+
+/// A table with its columns in SQL, and as checkSchema() describes them.
+struct Table
+{
+    std::string_view name;
+    std::string_view columns;
+    std::string_view described;
+};
+
+// The integer keys count up in the order in which readers want the rows.
+constexpr Table tables[] = {
+    {"library",
+     "id TEXT NOT NULL, name TEXT NOT NULL, kind INTEGER NOT NULL, language TEXT NOT NULL, "
+     "description TEXT NOT NULL, created TEXT NOT NULL",
+     "id TEXT, name TEXT, kind INTEGER, language TEXT, description TEXT, created TEXT"},
+    {"folder", "id INTEGER PRIMARY KEY, parent INTEGER REFERENCES folder(id), name TEXT NOT NULL",
+     "id INTEGER, parent INTEGER, name TEXT"},
+    {"item",
+     "id INTEGER PRIMARY KEY, unique_id TEXT NOT NULL UNIQUE, folder INTEGER NOT NULL REFERENCES folder(id), "
+     "name TEXT NOT NULL, keywords TEXT NOT NULL",
+     "id INTEGER, unique_id TEXT, folder INTEGER, name TEXT, keywords TEXT"},
+    {"thumbnail", "item INTEGER PRIMARY KEY REFERENCES item(id), png BLOB NOT NULL", "item INTEGER, png BLOB"},
+    {"item_file",
+     "id INTEGER PRIMARY KEY, item INTEGER NOT NULL REFERENCES item(id), role INTEGER NOT NULL, name TEXT NOT NULL",
+     "id INTEGER, item INTEGER, role INTEGER, name TEXT"},
+};
+
+std::uint32_t bigEndian(const std::string& bytes, std::size_t offset, std::size_t size)
+{
+    std::uint32_t value = 0;
+    for (std::size_t i = 0; i < size; ++i)
+        value = value << 8 | static_cast<unsigned char>(bytes[offset + i]);
+    return value;
+}
+
+const Table* findTable(std::string_view name)
+{
+    for (const Table& table : tables)
+        if (table.name == name)
+            return &table;
+    return nullptr;
+}
+
+/// "id INTEGER, name TEXT"; a computed or hidden column is marked.
+std::string describeColumns(Database& database, std::string_view table)
+{
+    std::string described;
+    Statement columns =
+        database.prepare("SELECT name, type, hidden FROM pragma_table_xinfo('" + std::string(table) + "')");
+    while (columns.next()) {
+        described += described.empty() ? "" : ", ";
+        described.append(columns.bytes(0)).append(" ").append(columns.bytes(1));
+        described += columns.integer(2) == 0 ? "" : " hidden";
+    }
+    return described;
+}
+
+/// The names of the tables; throws when anything else is there.
+std::set<std::string> tableNames(Database& database)
+{
+    std::set<std::string> names;
+    Statement objects = database.prepare("SELECT type, name, sql, rootpage FROM sqlite_schema");
+    while (objects.next()) {
+        const std::string name(objects.bytes(1));
+        // Indexes of UNIQUE columns have no text; virtual tables have no page of their own.
+        const bool uniqueIndex = objects.bytes(0) == "index" && objects.isNull(2);
+        const bool table = objects.bytes(0) == "table" && findTable(name) != nullptr && objects.integer(3) > 0;
+        if (!uniqueIndex && !table)
+            throw CatalogError(database.path(), "is damaged: it holds something else than a catalog's tables");
+        if (table)
+            names.insert(name);
+    }
+    return names;
+}
+
+}  // namespace
+
+void createSchema(Database& database)
+{
+    for (const Table& table : tables)
+        database.execute("CREATE TABLE " + std::string(table.name) + " (" + std::string(table.columns) + ")");
+    database.execute("PRAGMA application_id = " + std::to_string(catalogApplicationId));
+    database.execute("PRAGMA user_version = " + std::to_string(catalogSchemaVersion));
+}
+
+std::uint64_t checkHeader(const fileString& path)
+{
+    constexpr std::string_view signature("SQLite format 3\0", 16);
+    constexpr std::size_t headerBytes = 100;
+    const std::uint64_t fileBytes = requireFile(path, maximumFileBytes);
+    const std::string header = readBeginning(path, headerBytes);
+    if (header.empty())
+        throw CatalogError(path, "is empty");
+    if (!header.starts_with(signature))
+        throw CatalogError(path, "is no library catalog");
+    if (header.size() < headerBytes)
+        throw CatalogError(path, "is damaged: it ends within its header");
+    if (bigEndian(header, 68, 4) != catalogApplicationId)
+        throw CatalogError(path, "is a database, but no library catalog");
+    const std::uint32_t version = bigEndian(header, 60, 4);
+    if (version > catalogSchemaVersion)
+        throw CatalogError(path, "was made by a newer version of velk (format " + std::to_string(version) +
+                                     ", this one reads " + std::to_string(catalogSchemaVersion) + ")");
+    if (version == 0)
+        throw CatalogError(path, "is damaged: it has no format number");
+    const std::uint32_t pageField = bigEndian(header, 16, 2);
+    const std::uint64_t expected = std::uint64_t{bigEndian(header, 28, 4)} * (pageField == 1 ? 65'536 : pageField);
+    if (fileBytes < expected)
+        throw CatalogError(path, "is damaged: it is cut off after " + std::to_string(fileBytes) + " of " +
+                                     std::to_string(expected) + " bytes");
+    return fileBytes;
+}
+
+void checkSchema(Database& database)
+{
+    const std::set<std::string> names = tableNames(database);
+    for (const Table& table : tables)
+        if (!names.contains(std::string(table.name)) || describeColumns(database, table.name) != table.described)
+            throw CatalogError(database.path(),
+                               "is damaged: its table \"" + std::string(table.name) + "\" is not as it should be");
+}
+
+}  // namespace VelkHost

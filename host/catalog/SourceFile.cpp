@@ -1,0 +1,59 @@
+#include "host/catalog/SourceFile.h"
+
+#include "host/catalog/CatalogError.h"
+
+#include <VelkCommon/Files/LockingFStream.h>
+
+#include <filesystem>
+
+namespace fs = std::filesystem;
+
+namespace VelkHost {
+namespace {
+
+std::string inMebibytes(std::uint64_t bytes)
+{
+    return std::to_string(bytes >> 20) + " MiB";
+}
+
+}  // namespace
+
+std::uint64_t requireFile(const fileString& path, std::uint64_t maximumBytes)
+{
+    const std::string& text = path.utf8();
+    if (text.empty() || text.find('\0') != std::string::npos)
+        throw CatalogError(path, "is not a path");
+    std::error_code error;
+    const fs::path native(std::u8string(text.begin(), text.end()));
+    const fs::file_status status = fs::status(native, error);
+    if (!fs::exists(status))
+        throw CatalogError(path, "no such file");
+    if (!fs::is_regular_file(status))
+        throw CatalogError(path, fs::is_directory(status) ? "is a folder, not a file" : "is not a file");
+    const std::uintmax_t size = fs::file_size(native, error);
+    if (error)
+        throw CatalogError(path, "cannot be read: " + error.message());
+    if (size > maximumBytes)
+        throw CatalogError(path, "is larger than " + inMebibytes(maximumBytes));
+    return size;
+}
+
+std::string readBeginning(const fileString& path, std::size_t count)
+{
+    LockingFStream file(path, LockingFStream::in | LockingFStream::binary);
+    if (!file.isOpen())
+        throw CatalogError(path, "cannot be opened for reading; may you read it, and does no other program write it?");
+    std::string bytes(count, '\0');
+    file.read(bytes.data(), static_cast<std::streamsize>(count));
+    if (file.bad())
+        throw CatalogError(path, "cannot be read");
+    bytes.resize(static_cast<std::size_t>(file.gcount()));
+    return bytes;
+}
+
+std::string readSourceFile(const fileString& path, std::size_t maximumBytes)
+{
+    return readBeginning(path, static_cast<std::size_t>(requireFile(path, maximumBytes)));
+}
+
+}  // namespace VelkHost

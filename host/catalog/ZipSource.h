@@ -1,0 +1,48 @@
+#pragma once
+
+#include <VelkCommon/Files/fileString.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace VelkHost {
+
+/// A zip archive as a source of texts and pictures, read with bounds: declared sizes are never trusted,
+/// names are only compared, and nothing is written to disk. One thread at a time.
+class ZipSource
+{
+public:
+    /// Opens the archive. Throws CatalogError for what is no sound archive of at most 100,000 entries,
+    /// or one whose entries share their bytes.
+    explicit ZipSource(const fileString& path);
+    ~ZipSource();
+    ZipSource(const ZipSource&) = delete;
+    ZipSource& operator=(const ZipSource&) = delete;
+
+    /// The names of the entries that are files, sorted by bytes.
+    const std::vector<std::string>& names() const noexcept { return names_; }
+
+    /// The bytes of the entry with exactly that name; none when there is no such entry. Throws
+    /// CatalogError for an entry that is damaged, encrypted or longer than `maximumBytes`, and when all
+    /// that was read exceeds 2 GiB.
+    std::optional<std::string> read(const std::string& name, std::size_t maximumBytes);
+
+private:
+    struct Archive;
+
+    [[noreturn]] void fail(const std::string& reason) const;
+    void readNames(std::uint64_t archiveBytes);
+    std::string readEntry(std::size_t index, const std::string& name, std::size_t maximumBytes);
+
+    fileString path_;
+    std::unique_ptr<Archive> archive_;
+    std::vector<std::string> names_;
+    std::size_t bytesRead_ = 0;
+};
+
+}  // namespace VelkHost

@@ -1,0 +1,73 @@
+#include "host/command/CatalogBuild.h"
+
+#include "host/catalog/CatalogError.h"
+#include "host/catalog/CatalogFile.h"
+#include "host/catalog/CatalogFolder.h"
+#include "host/catalog/CsvSource.h"
+#include "host/catalog/FurnitureLibrary.h"
+#include "host/catalog/SampleLibrary.h"
+#include "host/catalog/SourceFile.h"
+
+#include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Text/StringUtils.h>
+#include <VelkCommon/Text/TimeText.h>
+
+#include <algorithm>
+#include <limits>
+
+namespace VelkHost {
+namespace {
+
+std::string counted(std::size_t count, const std::string& singular)
+{
+    return formatWithThousandsSeparatorPrecision(static_cast<double>(count), 0) + " " + singular +
+           (count == 1 ? "" : "s");
+}
+
+BuiltCatalog write(Catalog catalog, const fileString& target)
+{
+    catalog.created = Library::getTimeNowString();
+    writeCatalog(catalog, target);
+    const auto hasThumbnail = [](const Item& item) { return !item.thumbnail.empty(); };
+    const auto thumbnails = std::count_if(catalog.items.begin(), catalog.items.end(), hasThumbnail);
+    return {target,
+            catalog.name,
+            catalog.language,
+            catalog.items.size(),
+            catalog.folders.size(),
+            static_cast<std::size_t>(thumbnails),
+            FileUtils::fileSize(target)};
+}
+
+Catalog readSource(const fileString& source, const BuildOptions& options)
+{
+    constexpr std::string_view zipSignature = "PK";
+    if (isFolder(source))
+        throw CatalogError(source, "is a folder, not a file; give a furniture library (.sh3f) or a CSV file");
+    requireFile(source, std::numeric_limits<std::uint64_t>::max());
+    const bool furniture = readBeginning(source, zipSignature.size()) == zipSignature ||
+                           StringUtils::toLowerUtf8(fileString(source).extension().utf8()) == ".sh3f";
+    return furniture ? readFurnitureLibrary(source, options) : readCsv(source, options);
+}
+
+}  // namespace
+
+std::string BuiltCatalog::summary() const
+{
+    constexpr double bytesPerKilobyte = 1'000;
+    return path.humanReadableString() + ": " + name + (language.empty() ? "" : " (" + language + ")") + ", " +
+           counted(items, "item") + " in " + counted(folders, "folder") + ", " + counted(thumbnails, "thumbnail") +
+           ", " + formatWithThousandsSeparatorPrecision(static_cast<double>(bytes) / bytesPerKilobyte, 0) + " KB";
+}
+
+BuiltCatalog buildCatalog(const fileString& source, const fileString& target, const BuildOptions& options)
+{
+    return write(readSource(source, options), target);
+}
+
+BuiltCatalog buildSample(const fileString& target, const BuildOptions& options)
+{
+    return write(sampleLibrary(options), target);
+}
+
+}  // namespace VelkHost

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "host/catalog/Languages.h"
+
+#include <cstddef>
+#include <string>
+
+namespace VelkHost {
+
+/// A catalog as it was written.
+struct BuiltCatalog
+{
+    fileString path;
+    std::string name;
+    std::string language;
+    std::size_t items = 0;
+    std::size_t folders = 0;
+    std::size_t thumbnails = 0;
+    long long bytes = 0;
+
+    /// "sample.calib: Sample house (en), 40 items in 17 folders, 40 thumbnails, 75 KB". UTF-8.
+    std::string summary() const;
+};
+
+/// Reads a furniture library (a zip archive, whatever its name) or comma-separated values, and writes
+/// the ".calib" file. Throws CatalogError.
+BuiltCatalog buildCatalog(const fileString& source, const fileString& target, const BuildOptions& options);
+
+/// Writes the sample library. Throws CatalogError.
+BuiltCatalog buildSample(const fileString& target, const BuildOptions& options);
+
+}  // namespace VelkHost

@@ -1,0 +1,102 @@
+#include "host/catalog/CatalogError.h"
+#include "host/command/CatalogBuild.h"
+#include "host/command/CommandLine.h"
+#include "host/command/ExitCode.h"
+#include "host/support/DisplayText.h"
+
+#include <CLI/CLI.hpp>
+
+#include <memory>
+
+namespace VelkHost {
+namespace {
+
+constexpr const char* buildExamples = R"(Examples:
+  velk catalog build Scopia.sh3f -o scopia.calib
+  velk catalog build Scopia.sh3f -o scopia-de.calib --language de --type bonus
+  velk catalog build products.csv -o products.calib --name 'Our products'
+
+A CSV file's first line names its columns: name, and any of id, category, folder
+("Seating/Chairs"), keywords ("oak, seat") and files ("a.png;b.png"). name_de,
+category_de, folder_de and keywords_de hold the German texts for --language de.
+
+Exit codes: 0 written, 2 wrong command line, 4 the catalog could not be made; an
+older FILE then stays as it was.)";
+
+constexpr const char* sampleExamples = R"(Examples:
+  velk catalog sample -o sample.calib
+  velk catalog sample -o beispiel.calib --language de)";
+
+struct BuildArguments
+{
+    std::string source;
+    std::string target;
+    std::string language;
+    std::string type = "user";
+    std::string id;
+    std::string name;
+};
+
+void addOptions(CLI::App& command, BuildArguments& arguments)
+{
+    command.add_option("-o,--output", arguments.target, "The .calib file to write")->required()->type_name("FILE");
+    command.add_option("--language", arguments.language, "Take the names in this language, such as de or pt_PT")
+        ->type_name("CODE");
+    command
+        .add_option("--type", arguments.type, "Type of the library: core, manufacturer, bonus or user\n(default: user)")
+        ->check(CLI::IsMember({"core", "manufacturer", "bonus", "user"}));
+    command.add_option("--id", arguments.id, "The library's id (default: the source's)")->type_name("ID");
+    command.add_option("--name", arguments.name, "The library's name (default: the source's)")->type_name("NAME");
+}
+
+/// Builds, and says what came of it.
+int build(const BuildArguments& arguments, Output& output)
+{
+    const BuildOptions options{*kindFromName(arguments.type), arguments.language, fromParser(arguments.id),
+                               fromParser(arguments.name)};
+    const fileString target(fromParser(arguments.target));
+    try {
+        const BuiltCatalog built = arguments.source.empty()
+                                       ? buildSample(target, options)
+                                       : buildCatalog(fileString(fromParser(arguments.source)), target, options);
+        output.write(printableUtf8(built.summary()) + "\n");
+        return static_cast<int>(ExitCode::Success);
+    } catch (const CatalogError& error) {
+        output.error(error.what());
+        return static_cast<int>(ExitCode::BuildFailed);
+    }
+}
+
+void addBuild(CLI::App& catalog, Output& output, Action& action)
+{
+    CLI::App* const command =
+        catalog.add_subcommand("build", "Make a .calib file from a furniture library or a CSV file");
+    const auto arguments = std::make_shared<BuildArguments>();
+    command->add_option("SOURCE", arguments->source, "A furniture library (.sh3f) or a CSV file")->required();
+    addOptions(*command, *arguments);
+    command->footer(buildExamples);
+    command->callback(
+        [arguments, &output, &action] { action = [arguments, &output] { return build(*arguments, output); }; });
+}
+
+void addSample(CLI::App& catalog, Output& output, Action& action)
+{
+    CLI::App* const command = catalog.add_subcommand("sample", "Make a small library to try things with");
+    const auto arguments = std::make_shared<BuildArguments>();
+    addOptions(*command, *arguments);
+    command->footer(sampleExamples);
+    command->callback(
+        [arguments, &output, &action] { action = [arguments, &output] { return build(*arguments, output); }; });
+}
+
+}  // namespace
+
+void addCatalogCommand(CLI::App& app, Output& output, Action& action)
+{
+    CLI::App* const catalog = app.add_subcommand("catalog", "Make library files (.calib)");
+    catalog->require_subcommand(1);
+    addBuild(*catalog, output, action);
+    addSample(*catalog, output, action);
+}
+
+}  // namespace VelkHost

@@ -1,0 +1,130 @@
+#include "host/command/CommandLine.h"
+
+#include "host/command/ExitCode.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <exception>
+#include <iterator>
+#include <new>
+
+namespace VelkHost {
+namespace {
+
+constexpr char disguise = '\x01';
+
+constexpr const char* description = "velk - searches libraries of architectural content, and makes them";
+
+constexpr const char* examples = R"(Try it in three steps:
+  velk catalog sample -o sample.calib            make a small library to play with
+  velk search chair --library sample.calib       look for something
+  velk search 'chair OR sofa' --library .        in all libraries of a folder
+
+A search text, from simple to clever:
+  office chair             both words
+  'chair OR stool'         either one (capitals)
+  'chair -office'          chair, but nothing with "office"
+  '"dining table"'         the words together
+  '(desk OR table) oak'    one of two, with oak
+
+"velk COMMAND --help" tells more about each command.)";
+
+void describe(CLI::App& app)
+{
+    app.footer(examples);
+    app.require_subcommand(1);
+    app.get_formatter()->column_width(34);
+    // "/x" is a text to search for on every system.
+    app.allow_windows_style_options(false);
+}
+
+std::string toParser(const std::string& argument)
+{
+    const bool disguised = argument.starts_with('[') || argument.starts_with('%') || argument.starts_with(disguise);
+    return disguised ? disguise + argument : argument;
+}
+
+/// What a wrong command line deserves: the reason, and where help is.
+int reportUsage(const CLI::App& app, const CLI::ParseError& error, Output& output)
+{
+    std::string command = "velk";
+    for (const CLI::App* sub = &app; !sub->get_subcommands().empty();) {
+        sub = sub->get_subcommands().front();
+        command += " " + sub->get_name();
+    }
+    output.error(error.what(),
+                 "See \"" + command + " --help\". A search text that begins with \"-\" goes behind \"--\".");
+    return static_cast<int>(ExitCode::Usage);
+}
+
+bool isCommand(const CLI::App& app, const std::string& name)
+{
+    const std::vector<const CLI::App*> commands = app.get_subcommands({});
+    return std::any_of(commands.begin(), commands.end(),
+                       [&](const CLI::App* command) { return command->get_name() == name; });
+}
+
+/// The first argument names no command.
+int reportUnknownCommand(const std::string& name, Output& output)
+{
+    output.error("there is no command \"" + name + "\"",
+                 "The commands are search, catalog and tour; see \"velk --help\".");
+    return static_cast<int>(ExitCode::Usage);
+}
+
+int run(const std::vector<std::string>& arguments, Output& output)
+{
+    CLI::App app(description, "velk");
+    describe(app);
+    Action action;
+    addSearchCommand(app, output, action);
+    addCatalogCommand(app, output, action);
+    addTourCommand(app, output, action);
+    if (arguments.empty()) {
+        output.write(app.help());
+        return static_cast<int>(ExitCode::Success);
+    }
+    if (!arguments.front().starts_with('-') && !isCommand(app, arguments.front()))
+        return reportUnknownCommand(arguments.front(), output);
+    try {
+        // The parser takes its arguments from the back.
+        std::vector<std::string> reversed;
+        std::transform(arguments.rbegin(), arguments.rend(), std::back_inserter(reversed), toParser);
+        app.parse(reversed);
+    } catch (const CLI::CallForHelp&) {
+        const CLI::App* asked = &app;
+        while (!asked->get_subcommands().empty())
+            asked = asked->get_subcommands().front();
+        output.write(asked->help());
+        return static_cast<int>(ExitCode::Success);
+    } catch (const CLI::ParseError& error) {
+        return reportUsage(app, error, output);
+    }
+    return action();
+}
+
+}  // namespace
+
+std::string fromParser(const std::string& argument)
+{
+    return argument.starts_with(disguise) ? argument.substr(1) : argument;
+}
+
+int runVelk(const std::vector<std::string>& arguments, Output& output) noexcept
+{
+    try {
+        const int code = run(arguments, output);
+        if (!output.failed())
+            return code;
+        output.error("the output cannot be written; is the disk full?");
+        return static_cast<int>(ExitCode::OutputFailed);
+    } catch (const std::bad_alloc&) {
+        output.error("out of memory");
+    } catch (const std::exception& error) {
+        output.error(std::string("unexpected failure: ") + error.what());
+    }
+    return static_cast<int>(ExitCode::BuildFailed);
+}
+
+}  // namespace VelkHost

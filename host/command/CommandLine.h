@@ -1,0 +1,31 @@
+#pragma once
+
+#include "host/support/Output.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace VelkHost {
+
+/// What a subcommand does once its arguments are read; returns the program's exit code.
+using Action = std::function<int()>;
+
+/// Each adds a subcommand with its options to `app`, and sets `action` when that subcommand was given.
+/// `output` and `action` must live until the action has run.
+void addSearchCommand(CLI::App& app, Output& output, Action& action);
+void addCatalogCommand(CLI::App& app, Output& output, Action& action);
+void addTourCommand(CLI::App& app, Output& output, Action& action);
+
+/// The parser would take "[a,b]" for a list and drop "%%", so arguments pass it in disguise. This is the
+/// argument as it was typed.
+std::string fromParser(const std::string& argument);
+
+/// Runs the `velk` program with these arguments (without the program's name, UTF-8). Never throws.
+int runVelk(const std::vector<std::string>& arguments, Output& output) noexcept;
+
+}  // namespace VelkHost

@@ -1,0 +1,15 @@
+#pragma once
+
+namespace VelkHost {
+
+/// What the program tells its caller (docs/command.md).
+enum class ExitCode : int {
+    Success = 0,        ///< done; a search has hits
+    NoHit = 1,          ///< a search without hits
+    Usage = 2,          ///< the command line makes no sense
+    BrokenLibrary = 3,  ///< a library to search is missing or broken; the others were searched
+    BuildFailed = 4,    ///< a catalog could not be made
+    OutputFailed = 5    ///< standard output could not be written
+};
+
+}  // namespace VelkHost

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "host/catalog/Catalog.h"
+
+#include <VelkCommon/Files/fileString.h>
+#include <VelkLibrary/Search/Info.h>
+#include <VelkLibrary/SearchPriority.h>
+
+#include <cstddef>
+#include <set>
+#include <string>
+#include <vector>
+
+/// @file
+/// One search over library files, as the command and the tour run it.
+
+namespace VelkHost {
+
+struct LoadedLibrary
+{
+    fileString path;
+    Catalog catalog;  ///< names only
+};
+
+struct BrokenLibrary
+{
+    fileString path;
+    std::string reason;
+};
+
+struct LibrarySet
+{
+    std::vector<LoadedLibrary> loaded;
+    std::vector<BrokenLibrary> broken;
+    double milliseconds = 0;  ///< that reading took
+};
+
+/// Reads the libraries at `paths`: each a ".calib" file, or a folder whose ".calib" files are meant, sorted
+/// by name. A path that names nothing readable counts as broken; a file that is named twice is read once.
+LibrarySet loadLibraries(const std::vector<fileString>& paths);
+
+/// Reads the libraries of the user's core, bonus, manufacturer and user folders, as far as they exist.
+LibrarySet loadInstalledLibraries();
+
+/// The installed libraries' folders.
+std::vector<fileString> installedLibraryFolders();
+
+struct SearchRequest
+{
+    std::string text;         ///< UTF-8, as typed
+    std::string uniqueId;     ///< not empty: the search is for this id, `text` plays no part
+    bool legacy = false;      ///< `text` is plain words
+    bool folders = true;      ///< rate folders
+    bool items = true;        ///< rate items
+    std::set<libType> types;  ///< kinds of library; empty for all
+};
+
+/// The search as the library takes it.
+Library::Search::Info searchInfo(const SearchRequest& request);
+
+struct Hit
+{
+    SearchPriority priority = Invalid;  ///< Invalid when found by its id
+    bool isFolder = false;
+    std::size_t library = 0;  ///< index in LibrarySet::loaded
+    std::size_t index = 0;    ///< of the folder or item in its catalog
+};
+
+struct SearchResult
+{
+    std::vector<Hit> hits;  ///< best first; equal ones by lower-case name, then by library
+    std::size_t ratedFolders = 0;
+    std::size_t ratedItems = 0;
+    std::size_t searchedLibraries = 0;
+    double milliseconds = 0;  ///< that rating took, without reading and sorting
+};
+
+/// Rates what `request` asks for against `info`, made by searchInfo() from it.
+SearchResult runSearch(const LibrarySet& libraries, const SearchRequest& request, const Library::Search::Info& info);
+
+/// The name of a hit.
+const std::string& hitName(const LibrarySet& libraries, const Hit& hit);
+/// The names of the folders above a hit, from the category down.
+std::vector<std::string> hitPath(const LibrarySet& libraries, const Hit& hit);
+
+}  // namespace VelkHost

@@ -1,0 +1,140 @@
+#include "host/command/SearchCommand.h"
+
+#include "host/command/CommandLine.h"
+#include "host/command/ExitCode.h"
+#include "host/command/HitReport.h"
+#include "host/support/DisplayText.h"
+
+#include <CLI/CLI.hpp>
+
+#include <memory>
+
+namespace VelkHost {
+namespace {
+
+constexpr const char* examples = R"(Examples:
+  velk search office chair --library sample.calib
+  velk search '(chair OR stool) -office' --library libraries/
+  velk search --legacy table --kind items
+  velk search --explain '(chair OR table) oak'
+  velk search --id 'velk-sample#desk' --library sample.calib --format json
+  velk search -- -office chair          a text that begins with "-"
+
+Exit codes: 0 hits, 1 no hit, 2 wrong command line, 3 a library is missing or
+broken (the hits of the others are shown), 5 the output cannot be written.)";
+
+/// What the parser fills in; texts that mean something else are turned into SearchOptions afterwards.
+struct SearchArguments
+{
+    std::vector<std::string> words;
+    std::vector<std::string> libraries;
+    std::vector<std::string> types;
+    std::string id;
+    std::string kind = "all";
+    std::string format = "table";
+    std::size_t limit = SearchOptions().limit;
+    bool legacy = false;
+    bool explain = false;
+};
+
+void addOptions(CLI::App& command, SearchArguments& arguments)
+{
+    command.add_option("TEXT", arguments.words, "What to look for; several words are one text");
+    command
+        .add_option("-l,--library", arguments.libraries,
+                    "A .calib file, or a folder of them; may be repeated\n(default: the installed libraries)")
+        ->allow_extra_args(false)
+        ->type_name("PATH");
+    command
+        .add_option("--type", arguments.types,
+                    "Only libraries of this type: core, manufacturer,\nbonus or user; may be repeated")
+        ->allow_extra_args(false)
+        ->check(CLI::IsMember({"core", "manufacturer", "bonus", "user"}));
+    command.add_option("--kind", arguments.kind, "What to rate: folders, items or all")
+        ->check(CLI::IsMember({"folders", "items", "all"}))
+        ->type_name("KIND");
+    command.add_flag("--legacy", arguments.legacy, "Take TEXT as plain words, matched as whole words only");
+    command.add_option("--id", arguments.id, "Show the item with exactly this id")->type_name("ID");
+    command.add_flag("--explain", arguments.explain, "Show how TEXT is understood, and search nothing");
+    command.add_option("--format", arguments.format, "table or json")
+        ->check(CLI::IsMember({"table", "json"}))
+        ->type_name("FORMAT");
+    command.add_option("--limit", arguments.limit, "Show at most this many hits, 0 for all (default: 20)")
+        ->type_name("N");
+}
+
+SearchOptions optionsFrom(const SearchArguments& arguments)
+{
+    SearchOptions options;
+    for (const std::string& word : arguments.words)
+        options.request.text += (options.request.text.empty() ? "" : " ") + fromParser(word);
+    options.request.uniqueId = fromParser(arguments.id);
+    options.request.legacy = arguments.legacy;
+    options.request.folders = arguments.kind != "items";
+    options.request.items = arguments.kind != "folders";
+    for (const std::string& type : arguments.types)
+        options.request.types.insert(toLibType(*kindFromName(type)));
+    for (const std::string& path : arguments.libraries)
+        options.libraries.emplace_back(fromParser(path));
+    options.limit = arguments.limit;
+    options.json = arguments.format == "json";
+    options.explain = arguments.explain;
+    return options;
+}
+
+int explain(const SearchOptions& options, Output& output)
+{
+    const Library::Search::Info info = searchInfo(options.request);
+    output.write(options.json ? explainJson(info) : explainText(info));
+    return static_cast<int>(info.parseTree.groups.empty() ? ExitCode::NoHit : ExitCode::Success);
+}
+
+/// Says what could not be searched; false when there is nothing to search at all.
+bool reportLibraries(const LibrarySet& libraries, const Output& output)
+{
+    for (const BrokenLibrary& library : libraries.broken)
+        output.error(library.path.humanReadableString() + ": " + library.reason);
+    if (!libraries.loaded.empty() || !libraries.broken.empty())
+        return true;
+    std::string advice = "These folders hold no .calib file:";
+    for (const fileString& folder : installedLibraryFolders())
+        advice += "\n  " + printableUtf8(folder.utf8());
+    output.error("no libraries are installed",
+                 advice + "\nName a library with --library, or make one:\n  velk catalog sample -o sample.calib");
+    return false;
+}
+
+}  // namespace
+
+int search(const SearchOptions& options, Output& output)
+{
+    if (options.explain)
+        return explain(options, output);
+    const LibrarySet libraries =
+        options.libraries.empty() ? loadInstalledLibraries() : loadLibraries(options.libraries);
+    if (!reportLibraries(libraries, output))
+        return static_cast<int>(ExitCode::BrokenLibrary);
+    const Library::Search::Info info = searchInfo(options.request);
+    const SearchResult result = runSearch(libraries, options.request, info);
+    output.write(options.json ? hitJson(libraries, result, options.request, options.limit)
+                              : hitTable(libraries, result, info, {options.limit, output.columns(), output.styles()}));
+    if (!libraries.broken.empty())
+        return static_cast<int>(ExitCode::BrokenLibrary);
+    return static_cast<int>(result.hits.empty() ? ExitCode::NoHit : ExitCode::Success);
+}
+
+void addSearchCommand(CLI::App& app, Output& output, Action& action)
+{
+    CLI::App* const command =
+        app.add_subcommand("search", "Rate everything in libraries against a text, best hits first");
+    const auto arguments = std::make_shared<SearchArguments>();
+    addOptions(*command, *arguments);
+    command->footer(examples);
+    command->callback([arguments, &output, &action] {
+        if (arguments->words.empty() && arguments->id.empty())
+            throw CLI::RequiredError("TEXT (what to look for) or --id");
+        action = [arguments, &output] { return search(optionsFrom(*arguments), output); };
+    });
+}
+
+}  // namespace VelkHost

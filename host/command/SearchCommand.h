@@ -1,0 +1,24 @@
+#pragma once
+
+#include "host/command/LibrarySearch.h"
+#include "host/support/Output.h"
+
+#include <string>
+#include <vector>
+
+namespace VelkHost {
+
+/// What "velk search" was asked for.
+struct SearchOptions
+{
+    SearchRequest request;
+    std::vector<fileString> libraries;  ///< files and folders; empty for the installed ones
+    std::size_t limit = 20;             ///< hits to show; 0 for all
+    bool json = false;
+    bool explain = false;
+};
+
+/// Runs one search and shows it; returns the exit code.
+int search(const SearchOptions& options, Output& output);
+
+}  // namespace VelkHost

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// @file
+/// What a console program asks its operating system; a source file per system stands behind it.
+
+namespace VelkHost {
+
+/// The program's arguments without its name, as UTF-8. On Windows they come from the system, since main()
+/// gets them in a code page that loses most names.
+std::vector<std::string> programArguments(int argumentCount, char** arguments);
+
+/// Prepares standard output: UTF-8 and styles on a Windows console; elsewhere a reader that goes away
+/// ends the writing with a result instead of a signal. Call it once, at the start.
+void prepareConsole();
+
+/// Standard output is a terminal that a person looks at.
+bool outputIsTerminal();
+
+/// The terminal's width in characters; 80 when it does not tell.
+std::size_t terminalColumns();
+
+enum class WriteResult {
+    Written,
+    ReaderGone,  ///< nobody reads any more, as with "| head"
+    Failed       ///< for example a full disk
+};
+
+/// Writes all bytes to standard output, as they are. Any thread.
+WriteResult writeToOutput(std::string_view bytes) noexcept;
+
+/// `text` in the quotes that the system's shell takes, or as it stands where it needs none.
+std::string shellQuoted(const std::string& text);
+
+/// The program's own file, or its name when the system does not tell. UTF-8.
+std::string programPath();
+
+}  // namespace VelkHost

@@ -1,0 +1,66 @@
+#include "host/support/System.h"
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace VelkHost {
+
+std::vector<std::string> programArguments(int argumentCount, char** arguments)
+{
+    return {arguments + (argumentCount > 0 ? 1 : 0), arguments + argumentCount};
+}
+
+void prepareConsole()
+{
+    std::signal(SIGPIPE, SIG_IGN);
+}
+
+bool outputIsTerminal()
+{
+    return ::isatty(STDOUT_FILENO) == 1;
+}
+
+std::size_t terminalColumns()
+{
+    constexpr std::size_t usualColumns = 80;
+    winsize size{};
+    const bool known = ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+    return known ? size.ws_col : usualColumns;
+}
+
+WriteResult writeToOutput(std::string_view bytes) noexcept
+{
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(STDOUT_FILENO, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written < 0)
+            return errno == EPIPE ? WriteResult::ReaderGone : WriteResult::Failed;
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return WriteResult::Written;
+}
+
+std::string shellQuoted(const std::string& text)
+{
+    constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_./=:,+@%";
+    if (!text.empty() && text.find_first_not_of(plain) == std::string::npos)
+        return text;
+    std::string quoted = "'";
+    for (const char c : text)
+        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return quoted + "'";
+}
+
+std::string programPath()
+{
+    std::array<char, 4'096> path;
+    const ssize_t length = ::readlink("/proc/self/exe", path.data(), path.size());
+    const bool known = length > 0 && static_cast<std::size_t>(length) < path.size();
+    return known ? std::string(path.data(), static_cast<std::size_t>(length)) : "velk";
+}
+
+}  // namespace VelkHost

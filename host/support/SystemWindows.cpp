@@ -1,0 +1,95 @@
+#include "host/support/System.h"
+
+#include <VelkCommon/Files/fileString.h>
+#include <VelkCommon/Text/StringConvert.h>
+
+#include <algorithm>
+#include <array>
+#include <windows.h>
+
+#include <shellapi.h>
+
+namespace VelkHost {
+namespace {
+
+std::string utf8(const wchar_t* text)
+{
+    return StringConvert::toStdUtf8String(StringConvert::toUnicode(std::wstring_view(text)));
+}
+
+HANDLE standardOutput()
+{
+    return ::GetStdHandle(STD_OUTPUT_HANDLE);
+}
+
+}  // namespace
+
+std::vector<std::string> programArguments(int, char**)
+{
+    std::vector<std::string> result;
+    int count = 0;
+    wchar_t** const wide = ::CommandLineToArgvW(::GetCommandLineW(), &count);
+    for (int i = 1; wide != nullptr && i < count; ++i)
+        result.push_back(utf8(wide[i]));
+    ::LocalFree(wide);
+    return result;
+}
+
+void prepareConsole()
+{
+    DWORD mode = 0;
+    ::SetConsoleOutputCP(CP_UTF8);
+    if (::GetConsoleMode(standardOutput(), &mode))
+        ::SetConsoleMode(standardOutput(), mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+}
+
+bool outputIsTerminal()
+{
+    DWORD mode = 0;
+    return ::GetConsoleMode(standardOutput(), &mode) != 0;
+}
+
+std::size_t terminalColumns()
+{
+    constexpr std::size_t usualColumns = 80;
+    CONSOLE_SCREEN_BUFFER_INFO info{};
+    if (!::GetConsoleScreenBufferInfo(standardOutput(), &info))
+        return usualColumns;
+    // A console breaks the line when its last column is written.
+    return static_cast<std::size_t>(std::max<int>(info.srWindow.Right - info.srWindow.Left, 1));
+}
+
+WriteResult writeToOutput(std::string_view bytes) noexcept
+{
+    constexpr std::size_t blockBytes = 1 << 20;
+    while (!bytes.empty()) {
+        DWORD written = 0;
+        const auto block = static_cast<DWORD>(std::min(bytes.size(), blockBytes));
+        if (!::WriteFile(standardOutput(), bytes.data(), block, &written, nullptr)) {
+            const DWORD error = ::GetLastError();
+            return error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA ? WriteResult::ReaderGone : WriteResult::Failed;
+        }
+        bytes.remove_prefix(written);
+    }
+    return WriteResult::Written;
+}
+
+std::string shellQuoted(const std::string& text)
+{
+    // A path cannot hold a quote; in other text a backslash before it serves most programs.
+    if (!text.empty() && text.find_first_of(" \t\"&|<>^()%!;,=") == std::string::npos)
+        return text;
+    std::string quoted = "\"";
+    for (const char c : text)
+        quoted += c == '"' ? std::string("\\\"") : std::string(1, c);
+    return quoted + "\"";
+}
+
+std::string programPath()
+{
+    std::array<wchar_t, 32'768> path;
+    const DWORD length = ::GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+    return length > 0 && length < path.size() ? utf8(path.data()) : "velk";
+}
+
+}  // namespace VelkHost

@@ -1,0 +1,198 @@
+#include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Files/LockingFStream.h>
+
+#include "support/Processes.h"
+#include "support/TestHost.h"
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <csignal>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <thread>
+
+namespace {
+
+std::string readAll(std::istream& in)
+{
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+class LockingFStreamPosix : public testing::Test
+{
+protected:
+    LockingFStreamPosix() { test::writeFile(file_, "old"); }
+
+    test::TemporaryFolder root_;
+    fileString file_ = root_ / U"file";
+    test::Signal held_;
+    test::Signal release_;
+};
+
+TEST_F(LockingFStreamPosix, AnotherProcessesWriterIsFelt)
+{
+    test::Child writer([this] {
+        LockingFStream out(file_, 34);
+        held_.send();
+        release_.wait();
+        out << "new";
+    });
+    held_.wait();
+    EXPECT_TRUE(FileUtils::isPathWriteLocked(file_));
+    EXPECT_TRUE(LockingFStream(file_, 1).fail());
+    release_.send();
+    writer.wait();
+    EXPECT_FALSE(FileUtils::isPathWriteLocked(file_));
+    EXPECT_EQ(test::readFile(file_), "new");
+}
+
+TEST_F(LockingFStreamPosix, AnotherProcessesReaderKeepsTheFileFromBeingEmptied)
+{
+    test::Child reader([this] {
+        LockingFStream in(file_, 1);
+        held_.send();
+        release_.wait();
+        EXPECT_EQ(readAll(in), "old");
+    });
+    held_.wait();
+    EXPECT_FALSE(FileUtils::isPathWriteLocked(file_));
+    EXPECT_EQ(readAll(*std::make_unique<LockingFStream>(file_, 1)), "old");
+    EXPECT_TRUE(LockingFStream(file_, 34).fail());
+    release_.send();
+    reader.wait();
+}
+
+TEST_F(LockingFStreamPosix, ADeadHolderLetsGo)
+{
+    test::Child writer([this] {
+        LockingFStream out(file_, 34);
+        held_.send();
+        release_.wait();
+    });
+    held_.wait();
+    writer.kill();
+    EXPECT_FALSE(FileUtils::isPathWriteLocked(file_));
+    EXPECT_TRUE(LockingFStream(file_, 1).good());
+}
+
+// The holder lets go while others wait for it; all of them get the file within their patience.
+TEST_F(LockingFStreamPosix, WaitersGetTheFileWhenTheHolderLetsGo)
+{
+    // Not this process: its children would inherit the lock.
+    test::Child holder([this] {
+        LockingFStream out(file_, 34);
+        held_.send();
+        release_.wait();
+        out << "new";
+    });
+    held_.wait();
+    std::vector<std::unique_ptr<test::Child>> waiters;
+    for (int i = 0; i < 3; ++i)
+        waiters.push_back(std::make_unique<test::Child>([this] {
+            held_.send();
+            LockingFStream in(file_, 1);
+            EXPECT_EQ(readAll(in), "new");
+        }));
+    for (int i = 0; i < 3; ++i)
+        held_.wait();
+    release_.send();
+    holder.wait();
+    for (const auto& waiter : waiters)
+        waiter->wait();
+}
+
+// Writers add up a number in turn: none sees the file of another half written.
+TEST_F(LockingFStreamPosix, ThreadsNeverSeeAHalfWrittenFile)
+{
+    const std::string text(200'000, 'x');
+    std::vector<std::thread> threads;
+    test::writeFile(file_, text);
+    for (int i = 0; i < 2; ++i) {
+        threads.emplace_back([&] {
+            for (int round = 0; round < 20; ++round) {
+                LockingFStream out(file_, 34);
+                out << text;
+            }
+        });
+        threads.emplace_back([&] {
+            for (int round = 0; round < 20; ++round) {
+                LockingFStream in(file_, 1);
+                EXPECT_TRUE(!in.isOpen() || readAll(in).size() == text.size());
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+// Others replace the file by renaming all the time: who opens it gets the lock of the file that has the
+// name then, never that of a file without a name.
+TEST_F(LockingFStreamPosix, TheLockIsOnTheFileThatHasTheName)
+{
+    std::atomic<bool> done{false};
+    std::thread replacer([&] {
+        for (int i = 0; !done; ++i) {
+            test::writeFile(root_ / U"next", std::to_string(i));
+            FileUtils::renameFile(root_ / U"next", file_);
+        }
+    });
+    for (int round = 0; round < 200; ++round) {
+        LockingFStream in(file_, 1);
+        EXPECT_TRUE(in.good());
+    }
+    done = true;
+    replacer.join();
+    LockingFStream out(file_, 34);
+    out << "mine";
+    out.close();
+    EXPECT_EQ(test::readFile(file_), "mine");
+}
+
+TEST_F(LockingFStreamPosix, AFullDiskShows)
+{
+    test::inChild([this] {
+        ::signal(SIGXFSZ, SIG_IGN);
+        const struct rlimit limit = {1000, 1000};
+        ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+        LockingFStream small(file_, 34);
+        small << std::string(2000, 'x');
+        EXPECT_TRUE(small.good()) << "still in the buffer";
+        small.close();
+        EXPECT_TRUE(small.fail());
+        LockingFStream large(file_, 34);
+        large << std::string(2'000'000, 'x');
+        EXPECT_TRUE(large.bad());
+        large.close();
+        LockingFStream flushed(file_, 34);
+        flushed << std::string(2000, 'x') << std::flush;
+        EXPECT_TRUE(flushed.bad());
+    });
+}
+
+TEST_F(LockingFStreamPosix, AReadFaultIsNoEnd)
+{
+    LockingFStream in(std::string("/proc/self/mem"), 1);
+    ASSERT_TRUE(in.isOpen());
+    EXPECT_EQ(readAll(in), "");
+    EXPECT_TRUE(in.bad());
+    LockingFStream throwing(std::string("/proc/self/mem"), 1);
+    throwing.exceptions(std::ios_base::badbit);
+    EXPECT_THROW(readAll(throwing), std::ios_base::failure);
+}
+
+TEST_F(LockingFStreamPosix, AccessRightsCount)
+{
+    ASSERT_EQ(::chmod(root_.path().utf8().c_str(), 0755), 0);
+    ASSERT_EQ(::chmod(file_.utf8().c_str(), ::geteuid() == 0 ? 0600 : 0), 0);
+    test::asOrdinaryUser([this] {
+        EXPECT_TRUE(LockingFStream(file_, 1).fail());
+        EXPECT_TRUE(LockingFStream(file_, 34).fail());
+        EXPECT_TRUE(LockingFStream(root_ / U"new", 34).fail());
+    });
+}
+
+}  // namespace

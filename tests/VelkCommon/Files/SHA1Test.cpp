@@ -1,0 +1,70 @@
+#include <VelkCommon/Files/SHA1.h>
+
+#include "support/TestHost.h"
+
+#include <algorithm>
+#include <thread>
+
+namespace {
+
+struct Digest
+{
+    const char* name;
+    std::string bytes;
+    const char* hex;
+};
+
+class SHA1Digest : public testing::TestWithParam<Digest>
+{
+protected:
+    test::TemporaryFolder root_;
+};
+
+TEST_P(SHA1Digest, IsThatOfTheBytes)
+{
+    test::writeFile(root_ / U"file", GetParam().bytes);
+    EXPECT_EQ(SHA1::fileContentsToSHA1Hex(root_ / U"file"), GetParam().hex);
+}
+
+// The first four are the examples of FIPS 180 and of the empty message.
+INSTANTIATE_TEST_SUITE_P(
+    Files, SHA1Digest,
+    testing::Values(Digest{"Empty", "", "da39a3ee5e6b4b0d3255bfef95601890afd80709"},
+                    Digest{"Abc", "abc", "a9993e364706816aba3e25717850c26c9cd0d89d"},
+                    Digest{"TwoBlocks", "abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq",
+                           "84983e441c3bd26ebaae4aa1f95129e5e54670f1"},
+                    Digest{"Million", std::string(1'000'000, 'a'), "34aa973cd4c4daa4f61eeb2bdbad27316534016f"},
+                    Digest{"OneReadBlock", std::string(262144, '\0'), "2e000fa7e85759c7f4c254d4d9c33ef481e459a7"},
+                    Digest{"LineEndsAsTheyAre", "a\r\nb\x1A", "6e91c6a4e88e94842c511afa6be81507575880f7"}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(SHA1Test, IsEmptyForWhatCannotBeRead)
+{
+    const test::TemporaryFolder root;
+    EXPECT_EQ(SHA1::fileContentsToSHA1Hex(root / U"missing"), "");
+    EXPECT_EQ(SHA1::fileContentsToSHA1Hex(root.path()), "");
+    EXPECT_EQ(SHA1::fileContentsToSHA1Hex({}), "");
+}
+
+#ifdef __linux__
+TEST(SHA1Test, IsEmptyOnAReadFault)
+{
+    // Opens, but cannot be read where nothing is mapped.
+    EXPECT_EQ(SHA1::fileContentsToSHA1Hex(std::string("/proc/self/mem")), "");
+}
+#endif
+
+TEST(SHA1Test, ThreadsGetTheSameDigest)
+{
+    const test::TemporaryFolder root;
+    test::writeFile(root / U"file", std::string(1'000'000, 'a'));
+    std::vector<std::string> digests(8);
+    std::vector<std::thread> threads;
+    for (std::string& digest : digests)
+        threads.emplace_back([&] { digest = SHA1::fileContentsToSHA1Hex(root / U"file"); });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(std::count(digests.begin(), digests.end(), "34aa973cd4c4daa4f61eeb2bdbad27316534016f"), 8);
+}
+
+}  // namespace
