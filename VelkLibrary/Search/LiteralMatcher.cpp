@@ -158,7 +158,7 @@ public:
           worths_(worths),
           last_(texts.size() - matcher.term_.size())
     {
-        narrow();
+        narrow(texts.name().end == 0);
     }
 
     Worth best() const { return best_; }
@@ -182,20 +182,20 @@ public:
         if (texts_.hasBreak(inKeywords))
             return inKeywords ? npos : texts_.name().end + 1;
         best_ = worthOf(texts_, worths_, at, hasBorder(bytes, at), hasBorder(bytes, at + matcher_.term_.size()));
-        narrow();
+        narrow(inKeywords);
         return at + 1;
     }
 
     const char* const bytes;
 
 private:
-    void narrow()
+    void narrow(bool nameIsDone)
     {
-        const bool nameMatters = worths_.name[1][1] < best_;
+        const bool nameMatters = !nameIsDone && worths_.name[1][1] < best_;
         const bool keywordsMatter = worths_.keywords[1][1] < best_;
         if (!keywordsMatter)
             last_ = nameMatters ? std::min(last_, texts_.name().end) : 0;
-        onlyWords_ = best_ <= worths_.name[1][0] && best_ <= worths_.keywords[1][0];
+        onlyWords_ = (nameIsDone || best_ <= worths_.name[1][0]) && best_ <= worths_.keywords[1][0];
     }
 
     const LiteralMatcher& matcher_;
