@@ -41,7 +41,7 @@ fileString ownTemporaryFolder()
     static fileString& unguessable = *new fileString;
     const std::lock_guard lock(mutex);
     if (unguessable.empty() || !Platform::createPrivateFolder(unguessable.utf8()))
-        unguessable = usual + fileString("-" + Velk::detail::randomName());
+        unguessable = usual + fileString(std::string("-")) + fileString(Velk::detail::randomName());
     static_cast<void>(Platform::createPrivateFolder(unguessable.utf8()));
     return unguessable;
 }

@@ -245,10 +245,13 @@ std::string explainText(const Library::Search::Info& info)
                                           : "An entry is found when it has what one of these " +
                                                 std::to_string(groups.size()) + " alternatives asks for:\n";
     for (std::size_t i = 0; i < groups.size(); ++i) {
-        text += "\n" + std::to_string(i + 1) + ". all of:  " + quotedTerms(groups[i].terms) + "\n";
+        const std::string ordinal = std::to_string(i + 1);
+        text.append("\n").append(ordinal).append(". all of:  ").append(quotedTerms(groups[i].terms)).append("\n");
         if (!groups[i].excludedTerms.empty())
-            text += std::string(std::to_string(i + 1).size() + 2, ' ') +
-                    "none of: " + quotedTerms(groups[i].excludedTerms) + "\n";
+            text.append(ordinal.size() + 2, ' ')
+                .append("none of: ")
+                .append(quotedTerms(groups[i].excludedTerms))
+                .append("\n");
     }
     return text;
 }

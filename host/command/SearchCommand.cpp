@@ -60,6 +60,7 @@ void addOptions(CLI::App& command, SearchArguments& arguments)
         ->check(CLI::IsMember({"table", "json"}))
         ->type_name("FORMAT");
     command.add_option("--limit", arguments.limit, "Show at most this many hits, 0 for all (default: 20)")
+        ->check(CLI::NonNegativeNumber)
         ->type_name("N");
 }
 
@@ -113,6 +114,8 @@ int search(const SearchOptions& options, Output& output)
     const LibrarySet libraries =
         options.libraries.empty() ? loadInstalledLibraries() : loadLibraries(options.libraries);
     if (!reportLibraries(libraries, output))
+        return static_cast<int>(ExitCode::BrokenLibrary);
+    if (libraries.loaded.empty() && !options.json)
         return static_cast<int>(ExitCode::BrokenLibrary);
     const Library::Search::Info info = searchInfo(options.request);
     const SearchResult result = runSearch(libraries, options.request, info);

@@ -41,7 +41,7 @@ INSTANTIATE_TEST_SUITE_P(Texts, DisplayWidth, testing::ValuesIn(widthCases),
 
 TEST(Printable, LetsNothingSteerTheTerminal)
 {
-    EXPECT_EQ(printable(std::string("a\0\x1B[2J\r\n\x7F\xC2\x9B\xE2\x80\xAE\xFFz", 15)),
+    EXPECT_EQ(printable(std::string("a\0\x1B[2J\r\n\x7F\xC2\x9B\xE2\x80\xAE\xFFz", 16)),
               U"a\uFFFD\uFFFD[2J\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFDz");
     EXPECT_EQ(printableUtf8("caf\xC3\xA9 \xE6\xA4\x85"), "caf\xC3\xA9 \xE6\xA4\x85");
 }

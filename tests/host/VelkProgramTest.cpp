@@ -135,14 +135,11 @@ TEST_F(VelkProgram, MatchesWholeWordsInLegacySearches)
 TEST_F(VelkProgram, TakesTextAsTyped)
 {
     // Each is one argument that means something to some command line parser.
-    for (const char* text :
-         {"[oak]", "[a,b]", "%%", "%x", "search", "catalog", "tour", "/h", "\x01", "a=b", "-", "\u6905"}) {
-        const ProgramRun run = velk({"search", "--explain", "--", text});
-        if (std::string(text) == "-")
-            EXPECT_EQ(run.exitCode, 1);
-        else if (std::string(text) != "\x01")
-            EXPECT_THAT(run.output, HasSubstr("1. all of:  \"" + std::string(text) + "\"\n")) << text;
-    }
+    for (const char* text : {"[oak]", "[a,b]", "%%", "%x", "search", "catalog", "tour", "/h", "a=b", "\u6905"})
+        EXPECT_THAT(velk({"search", "--explain", "--", text}).output,
+                    HasSubstr("1. all of:  \"" + std::string(text) + "\"\n"))
+            << text;
+    EXPECT_EQ(velk({"search", "--explain", "--", "-"}).exitCode, 1);
     EXPECT_THAT(velk({"search", "[oak]", "search", "--explain"}).output, HasSubstr("all of:  \"[oak]\", \"search\"\n"));
     EXPECT_THAT(velk({"search", "--explain", "--", "-red", "chair"}).output,
                 HasSubstr("all of:  \"chair\"\n   none of: \"red\"\n"));
@@ -251,7 +248,7 @@ TEST_F(VelkProgram, GivesATourOfTheSample)
     EXPECT_THAT(run.output, HasSubstr("(door OR window) -garage"));
     EXPECT_THAT(run.output, HasSubstr("T\u00FCr OR Fenster"));
     EXPECT_THAT(run.output, HasSubstr("--legacy"));
-    EXPECT_THAT(run.output, testing::Not(HasSubstr("0 hits")));
+    EXPECT_THAT(run.output, testing::Not(HasSubstr("\n0 hits")));
     EXPECT_EQ(VelkHost::readCatalog(folder() / U"my tour/de/sample.calib", VelkHost::CatalogContent::Names).language,
               "de");
 }
