@@ -20,7 +20,7 @@ namespace Library::Search {
 struct VELKLIBRARY_EXPORT Info
 {
     /// A search by expression in the libraries of the given kinds; an empty set is no restriction.
-    Info(std::set<libType> types);  // NOLINT(google-explicit-constructor)
+    Info(std::set<libType> types);
 
     /// Nothing to look for and no restriction. The flags play no part.
     bool empty() const;

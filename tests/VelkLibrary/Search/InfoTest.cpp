@@ -47,6 +47,21 @@ TEST(SearchInfo, StartsAsAnExpressionSearch)
     EXPECT_TRUE(info.uniqueId.empty());
 }
 
+TEST(SearchInfo, CopiesAndMovesAsAValue)
+{
+    Info original = restricted();
+    original.setupLegacySearch({"chair"}, materials);
+    Info copy = original;
+    copy.setupUniqueIdSearch("id");
+    EXPECT_EQ(flags(original), "LTP");
+    EXPECT_EQ(original.parseTree.groups.size(), 1U);
+
+    const Info moved = std::move(original);
+    EXPECT_EQ(flags(moved), "LTP");
+    EXPECT_EQ(moved.parseTree, (ParseTree{{ORGroup{{U"chair"}, {}}}}));
+    EXPECT_EQ(moved.libTypes, materials);
+}
+
 TEST(SearchInfo, KindsAreOpaque32BitKeys)
 {
     EXPECT_TRUE((std::is_same_v<std::underlying_type_t<libType>, std::int32_t>));

@@ -159,6 +159,13 @@ const SearchCase searchCases[] = {
     {"HyphenThenQuote", U"-\"", ""},
     {"NotOfEmptyGroup", U"NOT () b", "<b>"},
     {"TrailingNotAnd", U"lamp NOT AND", "<lamp> -<AND>"},
+    {"HyphenatedWordExcludes", U"Lamp -40W", "<Lamp> -<40W>"},
+    {"QuotedHyphenatedWord", U"Lamp \"-40W\"", "<Lamp> <-40W>"},
+    {"QuotedBar", U"\"a|b\"", "<a|b>"},
+    {"NoBreakSpaceInPhrase", U"\"a\u00A0b\"", "<a\u00A0b>"},
+    {"NotOfLoneQuote", U"a -\" b", "<a> <b> -<\">"},
+    {"NotOfGroupWithLoneMark", U"a NOT ( - ) b", "<a> <b>"},
+    {"NotOfLoneHyphenBeforeBar", U"a --| b", "<a> -<-> ; <b>"},
     // A search that is typed letter by letter
     {"TypingA", U"chair A", "<chair> <A>"},
     {"TypingAn", U"chair AN", "<chair> <AN>"},
