@@ -3,6 +3,9 @@
 /// @file
 /// Marks what the common services export. A static build defines VELK_STATIC.
 
+/// @def VELKCOMMON_EXPORT
+/// In front of a class or function that the module exports.
+
 #if defined(VELK_STATIC)
 #define VELKCOMMON_EXPORT
 #elif defined(_WIN32)

@@ -32,38 +32,38 @@ namespace Velk {
 /// `temp` a private folder of this user below the system's temporary folder.
 struct HostFolders
 {
-    fileString userDatabase;
-    fileString coreLibraryDatabase;
-    fileString bonusLibraryDatabase;
-    fileString manufacturerLibrary;
-    fileString manufacturerData;
-    fileString proprietaryLibraryReferencedFiles;
-    fileString userTexture;
-    fileString temp;
+    fileString userDatabase;                       ///< the user's libraries and "errors.log"
+    fileString coreLibraryDatabase;                ///< libraries of the application's maker
+    fileString bonusLibraryDatabase;               ///< further libraries of the maker
+    fileString manufacturerLibrary;                ///< libraries of manufacturers
+    fileString manufacturerData;                   ///< manufacturers' addresses and logos
+    fileString proprietaryLibraryReferencedFiles;  ///< files that library content refers to
+    fileString userTexture;                        ///< the user's textures
+    fileString temp;                               ///< downloads and unpacking
 };
 
 /// How numbers are written for people.
 struct NumberFormat
 {
-    std::string thousandsSeparator = ",";
-    std::string decimalPoint = ".";
+    std::string thousandsSeparator = ",";  ///< between groups of three digits, UTF-8; may be empty
+    std::string decimalPoint = ".";        ///< UTF-8
 };
 
 /// A numbered preference with the value that it has at start-up.
 struct HostPreference
 {
-    std::size_t number = 0;
-    std::string description;
-    std::any value;
+    std::size_t number = 0;   ///< see PreferenceEngine for those in use
+    std::string description;  ///< for messages about it, UTF-8
+    std::any value;           ///< of the type that it is read and written as
 };
 
-/// One failed assertion.
+/// One failed assertion. The texts are valid during the call only.
 struct AssertionReport
 {
-    const char* sourceFile = "";
-    std::size_t line = 0;
-    long kind = 0;
-    const char* expression = "";
+    const char* sourceFile = "";  ///< where the assertion stands
+    std::size_t line = 0;         ///< the line there, from 1 on
+    long kind = 0;                ///< -4 for all of the library's own
+    const char* expression = "";  ///< what should have been true, or what is wrong
 };
 
 /// What a host supplies. The functions may be called from any thread, several at a time, and must not

@@ -13,8 +13,10 @@ namespace Base64 {
 class VELKLIBRARY_EXPORT InvalidCharacterException : public std::exception
 {
 public:
+    /// `message` is the text of what().
     InvalidCharacterException(const std::string& message);
     ~InvalidCharacterException() override;
+    /// The character and its place, see decode(). Valid as long as the exception.
     const char* what() const noexcept override;
 
 private:

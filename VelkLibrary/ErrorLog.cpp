@@ -17,13 +17,15 @@
 namespace Library {
 namespace {
 
+// The log's path is asked for before the lock is taken: the host answers, and a host may log.
+
 constexpr double secondsToKeep = 604800.0;  // seven days
 
 // A log whose last record lies too far back goes; one from the future stays.
 void removeOutdatedLog()
 {
-    const std::lock_guard lock(detail::errorLogMutex);
     const fileString path = ErrorLog::file();
+    const std::lock_guard lock(detail::errorLogMutex);
     if (!FileUtils::pathExists(path))
         return;
     const double age = std::difftime(std::time(nullptr), static_cast<std::time_t>(path.modificationTime()));
@@ -57,8 +59,9 @@ ErrorLog::~ErrorLog()
         const std::string message = str();
         if (message.empty())
             return;
+        const fileString path = file();
         const std::lock_guard lock(detail::errorLogMutex);
-        Velk::Platform::appendText(file().utf8(), recordOf(message));
+        Velk::Platform::appendText(path.utf8(), recordOf(message));
     } catch (...) {
         // A log that fails must not disturb the code that logged.
     }

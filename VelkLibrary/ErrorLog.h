@@ -43,13 +43,17 @@ public:
     ErrorLog& operator<<(const std::string& text);
     /// As UTF-8.
     ErrorLog& operator<<(const std::u32string& text);
+    /// As UTF-8.
     ErrorLog& operator<<(std::u32string_view text);
+    /// As UTF-8, up to the terminator.
     ErrorLog& operator<<(const char32_t* text);
     /// The path for people.
     ErrorLog& operator<<(const fileString& path);
+    /// In the stream's base, decimal at first.
     ErrorLog& operator<<(const long long& value);
+    /// The same.
     ErrorLog& operator<<(const unsigned long long& value);
-    /// Up to the terminator. A null pointer inserts nothing, here and above.
+    /// The bytes up to the terminator. A null pointer inserts nothing, here and above.
     ErrorLog& operator<<(const char* text);
 
     /// Any other type and manipulator as on every stream; the chain goes on as an ErrorLog.
@@ -62,9 +66,12 @@ public:
         static_cast<std::ostream&>(*this) << value;
         return *this;
     }
+    /// The same for a temporary.
     template <typename T>
     requires(!insertedHere<T>) friend ErrorLog& operator<<(ErrorLog&& log, const T& value) { return log << value; }
+    /// Applies a manipulator such as std::endl.
     ErrorLog& operator<<(std::ostream& (*manipulator)(std::ostream&));
+    /// Applies a manipulator such as std::hex.
     ErrorLog& operator<<(std::ios_base& (*manipulator)(std::ios_base&));
 
     /// The log's path, asked for anew each time.

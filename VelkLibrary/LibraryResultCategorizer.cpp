@@ -5,13 +5,15 @@
 #include <VelkLibrary/Search/detail/LiteralMatcher.h>
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
+#include <memory>
+#include <optional>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
 using Library::Search::ORGroup;
+using Library::Search::detail::BytePairs;
 using Library::Search::detail::LiteralMatcher;
 using Library::Search::detail::LoweredTexts;
 using Library::Search::detail::noWorth;
@@ -45,7 +47,8 @@ constexpr PlaceWorths placeWorths(const PrioritySlots& slots)
     return {
         .begin = {slots.beginsWithSequence, slots.beginsWithWord},
         .name = {{slots.containsSequence, slots.containsSequence}, {slots.wordBeginsWithSequence, slots.containsWord}},
-        .keywords = {{KeywordsContainSequence, KeywordsContainSequence}, {KeywordsContainSequence, KeywordsContainWord}},
+        .keywords = {{KeywordsContainSequence, KeywordsContainSequence},
+                     {KeywordsContainSequence, KeywordsContainWord}},
     };
 }
 
@@ -63,8 +66,7 @@ struct NameWorths
 {
     explicit constexpr NameWorths(const PrioritySlots& slots)
         : exact(slots.exact), anyMatch(placeWorths(slots)), wholeWords(wholeWordWorths(slots))
-    {
-    }
+    {}
 
     Worth exact;
     PlaceWorths anyMatch;
@@ -215,6 +217,8 @@ public:
           exact_(worths.exact),
           worths_(matchers.wordMatchesOnly ? worths.wholeWords : worths.anyMatch)
     {
+        if (matchers.terms.size() >= fewestTermsForPairs && texts.size() <= BytePairs::largestUseful)
+            pairs_.emplace(texts);
     }
 
     /// The best group's worth.
@@ -242,7 +246,7 @@ private:
             const std::uint32_t term = matchers_.groupTerms[i];
             Worth& worth = states_[term].worth;
             if (worth == TermState::unknown)
-                worth = matchers_.terms[term].best(texts_, worths_);
+                worth = bestOf(matchers_.terms[term], worths_);
             if (worth == noWorth)
                 return noWorth;
             best = std::min(best, worth);
@@ -256,15 +260,23 @@ private:
             const std::uint32_t term = matchers_.groupTerms[i];
             Worth& worth = states_[term].anywhere;
             if (worth == TermState::unknown)
-                worth = matchers_.terms[term].best(texts_, anywhere);
+                worth = bestOf(matchers_.terms[term], anywhere);
             if (worth != noWorth)
                 return true;
         }
         return false;
     }
 
+    Worth bestOf(const LiteralMatcher& term, const PlaceWorths& worths) const
+    {
+        return pairs_ && !term.mayStandIn(*pairs_) ? noWorth : term.best(texts_, worths);
+    }
+
+    static constexpr std::size_t fewestTermsForPairs = 8;
+
     const Matchers& matchers_;
     const LoweredTexts& texts_;
+    std::optional<BytePairs> pairs_;
     TermState* const states_;
     const Worth exact_;
     const PlaceWorths& worths_;
@@ -298,8 +310,7 @@ SearchPriority LibraryResultCategorizer::Matchers::rate(const NameWorths& worths
 
 LibraryResultCategorizer::LibraryResultCategorizer(const Library::Search::Info& info)
     : matchers_(std::make_shared<const Matchers>(info))
-{
-}
+{}
 
 SearchPriority LibraryResultCategorizer::categorizeFolderResult(const std::string& folderName) const
 {

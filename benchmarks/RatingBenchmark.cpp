@@ -113,7 +113,7 @@ Info searchForGroups(std::vector<ORGroup> groups)
     return info;
 }
 
-/// Least nanoseconds per pass, by the benchmark's name; and the passes' own output.
+/// Least nanoseconds of processor time per pass, by the benchmark's name; and the passes' own output.
 class LeastTimes : public benchmark::ConsoleReporter
 {
 public:
@@ -127,7 +127,7 @@ public:
                 continue;
             double& least =
                 times_.try_emplace(run.run_name.function_name, std::numeric_limits<double>::max()).first->second;
-            least = std::min(least, run.real_accumulated_time * 1e9 / static_cast<double>(run.iterations));
+            least = std::min(least, run.cpu_accumulated_time * 1e9 / static_cast<double>(run.iterations));
         }
     }
 
@@ -144,7 +144,7 @@ void time(const std::string& name, std::function<void()> pass, int repetitions, 
         for ([[maybe_unused]] auto _ : state)
             pass();
     });
-    run->Repetitions(repetitions)->Unit(benchmark::kNanosecond)->UseRealTime();
+    run->Repetitions(repetitions)->Unit(benchmark::kNanosecond);
     if (seconds == 0)
         run->Iterations(1);
     else

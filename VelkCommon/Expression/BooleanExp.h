@@ -34,16 +34,20 @@ public:
         virtual ~Node();
         /// This node as a term, or null.
         virtual Term* asTerm();
+        /// The same of a constant node.
         virtual const Term* asTerm() const;
         /// This node as a group, or null.
         virtual Group* asGroup();
+        /// The same of a constant node.
         virtual const Group* asGroup() const;
 
         bool negated = false;  ///< stands under a NOT
 
     protected:
         Node() = default;
+        /// Copies `negated`.
         Node(const Node&) = default;
+        /// Copies `negated`.
         Node& operator=(const Node&) = default;
     };
 
@@ -52,9 +56,11 @@ public:
     {
     public:
         Term() = default;
+        /// The term of a text, as typed.
         explicit Term(std::u32string termText, bool isNegated = false);
         ~Term() override;
         Term* asTerm() override;
+        /// This.
         const Term* asTerm() const override;
 
         std::u32string text;  ///< as typed
@@ -64,30 +70,33 @@ public:
     class VELKCOMMON_EXPORT Group : public Node
     {
     public:
+        /// The operator between two operands.
         enum Conjunction : std::int32_t { And = 0, Or = 1 };
 
         /// A following operand with the operator before it.
         struct ConjoinedTerm
         {
-            std::unique_ptr<Node> expression;
-            Conjunction conjunction = And;
+            std::unique_ptr<Node> expression;  ///< the operand
+            Conjunction conjunction = And;     ///< the operator before it
         };
 
         Group() = default;
         ~Group() override;
         Group* asGroup() override;
+        /// This.
         const Group* asGroup() const override;
 
         /// Calls `f` once for each entry of `conjoinedTerms`, in order; `first` is not visited.
         void forEachConjoinedTerm(const std::function<void(const ConjoinedTerm&)>& f) const;
 
-        std::unique_ptr<Node> first;
-        std::vector<ConjoinedTerm> conjoinedTerms;
+        std::unique_ptr<Node> first;                ///< the operand with no operator before it
+        std::vector<ConjoinedTerm> conjoinedTerms;  ///< those that follow, in order
     };
 
+    /// The operator between two operands.
     using Conjunction = Group::Conjunction;
 
-    std::unique_ptr<Group> root;
+    std::unique_ptr<Group> root;  ///< the whole expression
 
     /// The expression that `text` stands for; null when there is nothing to search for. Throws
     /// std::length_error for a text of more than 16,384 code points or with more than 128 open groups.

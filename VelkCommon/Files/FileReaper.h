@@ -9,6 +9,7 @@
 class VELKCOMMON_EXPORT FileReaper
 {
 public:
+    /// Guards the file at `path`, which need not exist yet.
     explicit FileReaper(fileString path) noexcept;
     ~FileReaper();
     FileReaper(const FileReaper&) = delete;

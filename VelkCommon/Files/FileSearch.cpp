@@ -1,6 +1,7 @@
 #include <VelkCommon/Files/FileSearch.h>
 
 #include <VelkCommon/HostServices.h>
+#include <VelkCommon/detail/AskHost.h>
 
 FileSearch& FileSearch::get()
 {
@@ -10,11 +11,5 @@ FileSearch& FileSearch::get()
 
 void FileSearch::resetFileSearch(const fileString& folder)
 {
-    try {
-        const auto host = Velk::host();
-        if (host->fileSearchReset)
-            host->fileSearchReset(folder);
-    } catch (...) {
-        // The host remembers too much for a while; the files are there all the same.
-    }
+    Velk::detail::askHost(Velk::host()->fileSearchReset, folder);
 }

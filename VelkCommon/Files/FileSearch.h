@@ -7,6 +7,7 @@
 class VELKCOMMON_EXPORT FileSearch
 {
 public:
+    /// The process-wide search.
     static FileSearch& get();
 
     /// Tells the host that files came into `folder`, so that what it remembers of it is out of date.

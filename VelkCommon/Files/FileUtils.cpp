@@ -33,6 +33,13 @@ std::string folderOf(const fileString& path)
     return parent.empty() ? "." : parent.utf8();
 }
 
+// Ends with a name: a root has none, and "." and ".." may lead to one.
+bool namesAFolder(const fileString& path)
+{
+    const std::string name = path.stemWithExtension().utf8();
+    return !name.empty() && name != "." && name != "..";
+}
+
 bool copy(const fileString& from, const fileString& to, Existing existing)
 {
     auto source = Platform::File::open(from.utf8(), Platform::File::Mode::read);
@@ -78,9 +85,8 @@ bool FileUtils::removeDirectoryAndFiles(const fileString& path, MethodFlags flag
         [&] {
             // A separator at the end would lead through a link.
             const std::string folder = Velk::detail::withoutTrailingSeparators(path.utf8());
-            if (!Platform::isAbsolute(folder) || folder.size() <= Platform::rootLength(folder))
-                return false;
-            return Platform::removeTree(folder, (flags & overrideReadOnly) != 0);
+            return Platform::isAbsolute(folder) && namesAFolder(folder) &&
+                   Platform::removeTree(folder, (flags & overrideReadOnly) != 0);
         },
         false);
 }

@@ -13,8 +13,8 @@ public:
 
     /// How to remove. Zero: as it stands. One: what is read-only is made writable first.
     using MethodFlags = unsigned int;
-    static constexpr MethodFlags noFlags = 0;
-    static constexpr MethodFlags overrideReadOnly = 1;
+    static constexpr MethodFlags noFlags = 0;           ///< as it stands
+    static constexpr MethodFlags overrideReadOnly = 1;  ///< what is read-only too
 
     /// A file or folder exists at `path`.
     static bool pathExists(const fileString& path);
@@ -23,8 +23,8 @@ public:
     static bool removePath(const fileString& path, MethodFlags flags);
 
     /// Deletes a folder with everything below it. A link is unlinked, never followed, at any depth.
-    /// Refuses (false) an empty or relative path and a root. False when the folder is not there, or when
-    /// anything is left.
+    /// Refuses (false) an empty or relative path, a root, and a path that ends with "." or "..". False when the folder
+    /// is not there, or when anything is left.
     static bool removeDirectoryAndFiles(const fileString& path, MethodFlags flags);
 
     /// Creates the folder and its missing parents, each new one writable for every user. True when the
@@ -47,7 +47,8 @@ public:
     /// Clears the read-only attribute: the owner may write afterwards.
     static bool makeFileWritable(const fileString& path);
 
-    /// Grants every user full access to the file or folder.
+    /// Grants every user full access to the file or folder. On POSIX false for a link, which may lead to
+    /// what is this user's alone.
     static bool setFilePermEveryoneFullAccess(const fileString& path);
 
     /// The file can be opened for writing, or does not exist yet and can be created in its folder.

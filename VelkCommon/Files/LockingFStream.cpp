@@ -45,8 +45,7 @@ public:
           writing_((openMode & out) != 0),
           translate_(Platform::linesEndWithCarriageReturn && (openMode & binary) == 0)
     {
-        const bool reading = (openMode & in) != 0;
-        if (reading == writing_)
+        if (!isKnownMode(openMode))
             return;
         using Lock = Platform::File::Lock;
         if (!openLocked(file_, path, writing_ ? Lock::exclusive : Lock::shared))
@@ -129,6 +128,13 @@ protected:
     }
 
 private:
+    // The numbers of a standard library may hold more: one that means appending must not empty a file.
+    static bool isKnownMode(int openMode)
+    {
+        const int direction = openMode & ~binary;
+        return direction == in || direction == out;
+    }
+
     // The next block of the file; at its end none.
     bool fill()
     {

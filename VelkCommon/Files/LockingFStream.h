@@ -12,7 +12,8 @@
 /// inherits.
 ///
 /// A file that somebody else holds is tried again for up to two seconds. Opening for writing creates
-/// the file when missing, and empties it only once the lock is held. A failure to open, to lock or to
+/// the file when missing, and empties it only once the lock is held; on POSIX it does not go through a
+/// link. For reading, devices and pipes do not open. A failure to open, to lock or to
 /// write shows as the stream's failure state; nothing throws unless the caller asks the stream to.
 /// One thread at a time.
 class VELKCOMMON_EXPORT LockingFStream : public std::iostream
@@ -31,6 +32,7 @@ public:
     LockingFStream(const LockingFStream&) = delete;
     LockingFStream& operator=(const LockingFStream&) = delete;
 
+    /// The file is open and locked.
     bool isOpen() const noexcept;
     /// Writes what is buffered, closes and unlocks. A failure sets failbit. Closing twice is harmless.
     void close();

@@ -32,6 +32,7 @@ public:
     ReplacementFile(const ReplacementFile&) = delete;
     ReplacementFile& operator=(const ReplacementFile&) = delete;
 
+    /// The fresh file is there and open; false as well once it was committed.
     bool isOpen() const noexcept;
     /// The fresh file, for those that write by path; they must have closed it before commit(). Empty when
     /// there is none (any more).

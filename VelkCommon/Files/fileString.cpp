@@ -3,6 +3,7 @@
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Files/detail/Folders.h>
 #include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Text/detail/Utf8.h>
 
 #include <algorithm>
 #include <array>
@@ -19,8 +20,6 @@ namespace {
 constexpr char32_t oddByteBase = 0xDC00;
 constexpr char32_t firstOddByte = 0xDC80;
 constexpr char32_t lastOddByte = 0xDCFF;
-constexpr char32_t lastCodePoint = 0x10FFFF;
-constexpr char32_t replacement = 0xFFFD;
 constexpr int temporaryNameAttempts = 100;
 
 // ---- Bytes and UTF-32 ----------------------------------------------------------------------------
@@ -35,93 +34,17 @@ constexpr bool isOddByte(char32_t point) noexcept
     return point >= firstOddByte && point <= lastOddByte;
 }
 
-constexpr bool isContinuation(unsigned char byte) noexcept
-{
-    return (byte & 0xC0U) == 0x80U;
-}
-
-struct Decoded
-{
-    char32_t point;
-    std::size_t length;
-};
-
-// How a lead byte begins: the length of its sequence (0: none), its value bits, and the least value
-// that needs the length.
-struct Lead
-{
-    std::size_t length;
-    char32_t bits;
-    char32_t least;
-};
-
-constexpr Lead readLead(unsigned char byte) noexcept
-{
-    if (byte < 0x80U)
-        return {1, byte, 0};
-    if (byte >= 0xC2U && byte <= 0xDFU)
-        return {2, byte & 0x1FU, 0x80};
-    if (byte >= 0xE0U && byte <= 0xEFU)
-        return {3, byte & 0x0FU, 0x800};
-    if (byte >= 0xF0U && byte <= 0xF4U)
-        return {4, byte & 0x07U, 0x10000};
-    return {0, 0, 0};
-}
-
-Decoded decode(std::string_view text) noexcept
-{
-    const auto first = static_cast<unsigned char>(text.front());
-    const Decoded oddByte{oddByteBase + first, 1};
-    const Lead lead = readLead(first);
-    if (lead.length == 0 || lead.length > text.size())
-        return oddByte;
-    char32_t point = lead.bits;
-    for (std::size_t i = 1; i < lead.length; ++i) {
-        const auto byte = static_cast<unsigned char>(text[i]);
-        if (!isContinuation(byte))
-            return oddByte;
-        point = point << 6U | (byte & 0x3FU);
-    }
-    if (point < lead.least || point > lastCodePoint || isOddByte(point))
-        return oddByte;
-    return {point, lead.length};
-}
-
 std::u32string decodeAll(std::string_view text)
 {
     std::u32string points;
     points.reserve(text.size());
     while (!text.empty()) {
-        const Decoded decoded = decode(text);
-        points += decoded.point;
-        text.remove_prefix(decoded.length);
+        const auto decoded = Velk::detail::decodeUtf8(text, Velk::detail::Surrogates::allowed);
+        const bool isText = decoded.wellFormed && !isOddByte(decoded.value);
+        points += isText ? decoded.value : oddByteBase + static_cast<unsigned char>(text[0]);
+        text.remove_prefix(isText ? decoded.length : 1);
     }
     return points;
-}
-
-void encode(std::string& text, char32_t point)
-{
-    const auto append = [&](char32_t byte) { text += static_cast<char>(byte); };
-    const auto continuation = [&](unsigned shift) { append(0x80U | (point >> shift & 0x3FU)); };
-    if (point > lastCodePoint)
-        point = replacement;
-    if (isOddByte(point)) {
-        append(point - oddByteBase);
-    } else if (point < 0x80) {
-        append(point);
-    } else if (point < 0x800) {
-        append(0xC0U | point >> 6U);
-        continuation(0);
-    } else if (point < 0x10000) {
-        append(0xE0U | point >> 12U);
-        continuation(6);
-        continuation(0);
-    } else {
-        append(0xF0U | point >> 18U);
-        continuation(12);
-        continuation(6);
-        continuation(0);
-    }
 }
 
 std::string encodeAll(std::u32string_view points)
@@ -129,7 +52,11 @@ std::string encodeAll(std::u32string_view points)
     std::string text;
     text.reserve(points.size());
     for (const char32_t point : points)
-        encode(text, point);
+        if (isOddByte(point))
+            text += static_cast<char>(point - oddByteBase);
+        else
+            Velk::detail::appendUtf8(text,
+                                     point <= Velk::detail::lastCodePoint ? point : Velk::detail::replacementCharacter);
     return text;
 }
 

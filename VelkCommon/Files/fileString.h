@@ -9,7 +9,7 @@
 
 /// The path of a file or folder. Empty means that no path is set.
 ///
-/// A plain value that holds a text and nothing else: nothing is normalised, no member but
+/// A plain value that holds a text and nothing else: nothing is normalised; no member but
 /// pathExists(), modificationTime() and generateAsTempName() looks at the disk. Equality and order
 /// are those of the exact text (by code point), the same on every system, so letter case counts.
 /// Narrow path text is UTF-8. A name on disk that is not valid text (odd bytes on Linux, a lone
@@ -29,6 +29,7 @@ public:
     /// From the system's form, the reverse of toNativeString().
     static fileString fromNative(std::wstring_view native);
 
+    /// No path is set.
     bool empty() const noexcept { return text_.empty(); }
     /// A file or folder exists at the path (a link counts by its target). False for the empty path.
     bool pathExists() const;
@@ -62,7 +63,8 @@ public:
     const std::string& utf8() const noexcept { return text_; }
 
     /// Becomes a fresh, unguessable file name in the temporary folder (which is made when missing) that
-    /// ends with `extension` and that no file has yet. Nothing is created. Returns the object.
+    /// ends with `extension` and that no file has yet. Nothing is created. Returns the object. Throws
+    /// std::runtime_error when the system gives no random numbers; the path stays then.
     fileString& generateAsTempName(const fileString& extension);
 
     /// Plain concatenation of the two texts; no separator is added.
@@ -70,9 +72,12 @@ public:
     /// `folder` joined with `name` by exactly one separator, whatever the two end and begin with. An
     /// absolute `name` never wins over the folder. An empty side gives the other one.
     friend VELKCOMMON_EXPORT fileString operator/(const fileString& folder, const fileString& name);
+    /// The same, so that a literal can be joined.
     friend VELKCOMMON_EXPORT fileString operator/(const fileString& folder, const std::u32string& name);
 
+    /// The texts are equal, byte by byte.
     friend bool operator==(const fileString& left, const fileString& right) noexcept = default;
+    /// The order of the texts, by code point.
     friend std::strong_ordering operator<=>(const fileString& left, const fileString& right) noexcept = default;
 
     /// Writes humanReadableString().

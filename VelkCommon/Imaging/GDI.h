@@ -9,8 +9,10 @@ namespace GDI {
 class Dc
 {
 public:
+    /// Draws with `painter`.
     explicit Dc(QPainter& painter) noexcept : painter_(&painter) {}
 
+    /// What it draws with.
     QPainter& painter() const noexcept { return *painter_; }
 
 private:

@@ -16,7 +16,9 @@ public:
     class VELKCOMMON_EXPORT Editable
     {
     public:
+        /// Takes the right over; `other` has none then.
         Editable(Editable&& other) noexcept;
+        /// The same.
         Editable& operator=(Editable&& other) noexcept;
         Editable(const Editable&) = delete;
         Editable& operator=(const Editable&) = delete;
@@ -35,8 +37,11 @@ public:
 
     /// An image that is not valid.
     ImageObj();
+    /// An image with these pixels; a null image is not valid.
     explicit ImageObj(QImage image);
+    /// Shares the pixels.
     ImageObj(const ImageObj& other);
+    /// Shares the pixels.
     ImageObj& operator=(const ImageObj& other);
     virtual ~ImageObj();
 

@@ -16,5 +16,6 @@ public:
     /// The painter behind a device context.
     static QPainter& getPainter(const GDI::Dc& context) noexcept;
 
+    /// The same coordinates.
     static QPoint iPointToQPoint(const tPoint<int>& point) noexcept;
 };

@@ -50,6 +50,20 @@ public:
         return eachPair(a, b, [](std::uint8_t x, std::uint8_t y) { return x | y; });
     }
 
+    /// Byte by byte the sum, modulo 256.
+    friend Bytes16Portable operator+(const Bytes16Portable& a, const Bytes16Portable& b) noexcept
+    {
+        return eachPair(a, b, [](std::uint8_t x, std::uint8_t y) { return x + y; });
+    }
+
+    /// Each byte one place further on; the first is 0.
+    Bytes16Portable movedOn() const noexcept
+    {
+        Bytes16Portable result(0);
+        std::memcpy(result.bytes_.data() + 1, bytes_.data(), size - 1);
+        return result;
+    }
+
     /// Bit i is the highest bit of byte i.
     std::uint32_t mask() const noexcept
     {
@@ -92,10 +106,10 @@ public:
     }
     friend Bytes16Sse2 inRange(Bytes16Sse2 a, std::uint8_t low, std::uint8_t high) noexcept
     {
-        // SSE2 compares signed bytes only: move the range to the lowest signed values.
-        const Bytes16Sse2 moved(_mm_sub_epi8(a.bytes_, Bytes16Sse2(static_cast<std::uint8_t>(low + 0x80)).bytes_));
-        const Bytes16Sse2 limit(static_cast<std::uint8_t>(high - low + 0x80));
-        return equal(Bytes16Sse2(_mm_cmpgt_epi8(moved.bytes_, limit.bytes_)), Bytes16Sse2(0));
+        // SSE2 compares signed bytes only, but has the smaller of unsigned ones.
+        const __m128i moved = _mm_sub_epi8(a.bytes_, Bytes16Sse2(low).bytes_);
+        const Bytes16Sse2 width(static_cast<std::uint8_t>(high - low));
+        return Bytes16Sse2(_mm_cmpeq_epi8(_mm_min_epu8(moved, width.bytes_), moved));
     }
     friend Bytes16Sse2 operator&(Bytes16Sse2 a, Bytes16Sse2 b) noexcept
     {
@@ -106,6 +120,12 @@ public:
         return Bytes16Sse2(_mm_or_si128(a.bytes_, b.bytes_));
     }
 
+    friend Bytes16Sse2 operator+(Bytes16Sse2 a, Bytes16Sse2 b) noexcept
+    {
+        return Bytes16Sse2(_mm_add_epi8(a.bytes_, b.bytes_));
+    }
+
+    Bytes16Sse2 movedOn() const noexcept { return Bytes16Sse2(_mm_slli_si128(bytes_, 1)); }
     std::uint32_t mask() const noexcept { return static_cast<std::uint32_t>(_mm_movemask_epi8(bytes_)); }
 
     static constexpr unsigned size = 16;

@@ -111,7 +111,7 @@ VELKCOMMON_EXPORT bool canWriteFile(const std::string& path) noexcept;
 VELKCOMMON_EXPORT bool isWriteLocked(const std::string& path) noexcept;
 /// Lets the owner write.
 VELKCOMMON_EXPORT bool makeWritable(const std::string& path) noexcept;
-/// Gives every user full access.
+/// Gives every user full access; on POSIX not to what a link leads to.
 VELKCOMMON_EXPORT bool grantEveryone(const std::string& path) noexcept;
 
 /// Appends `text` to the file by a single write, so that it never mixes with what others append at
@@ -121,7 +121,7 @@ VELKCOMMON_EXPORT bool appendText(const std::string& path, std::string_view text
 // ---- An open file --------------------------------------------------------------------------------
 
 /// An open file without a buffer; closes itself. Bytes go in and out as they are. A folder does not
-/// open. One thread at a time.
+/// open, and for reading neither does a device or a pipe, which may have no end. One thread at a time.
 class VELKCOMMON_EXPORT File
 {
 public:
@@ -131,7 +131,7 @@ public:
     };
     enum class Lock {
         shared,    ///< for reading, with other readers
-        exclusive  ///< for writing, alone; created when missing, not emptied
+        exclusive  ///< for writing, alone; created when missing, not emptied; on POSIX no link
     };
     enum class LockResult { locked, held, failed };
 

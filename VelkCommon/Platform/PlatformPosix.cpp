@@ -102,6 +102,20 @@ Descriptor openFile(const std::string& path, int flags) noexcept
     return Descriptor();
 }
 
+// As openFile(), but only what has an end: a device or a pipe put in a file's place must not keep a
+// reader busy for ever.
+Descriptor openForReading(const std::string& path) noexcept
+{
+    Descriptor file = openPath(path, O_RDONLY);
+    struct stat status = {};
+    if (!file || ::fstat(file.get(), &status) != 0)
+        return Descriptor();
+    if (S_ISREG(status.st_mode))
+        return file;
+    errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+    return Descriptor();
+}
+
 struct Identity
 {
     dev_t device = 0;
@@ -348,8 +362,10 @@ private:
         if (overrideReadOnly_)
             static_cast<void>(::fchmod(current_.get(), privateBits));
         levels_.push_back({identityOf(current_), std::move(name), {}});
-        const std::unique_ptr<DIR, int (*)(DIR*)> listing(::fdopendir(::fcntl(current_.get(), F_DUPFD_CLOEXEC, 0)),
-                                                          &::closedir);
+        Descriptor copy(::fcntl(current_.get(), F_DUPFD_CLOEXEC, 0));
+        const std::unique_ptr<DIR, int (*)(DIR*)> listing(::fdopendir(copy.get()), &::closedir);
+        if (listing)
+            copy.release();
         complete_ = complete_ && listing;
         while (const dirent* entry = listing ? ::readdir(listing.get()) : nullptr)
             unlink(entry->d_name);
@@ -496,8 +512,10 @@ bool makeWritable(const std::string& path) noexcept
 
 bool grantEveryone(const std::string& path) noexcept
 {
+    // A link in a folder that everybody may change could lead to a file of this user.
     const auto status = fileStatus(path);
-    return status && ::chmod(systemPath(path), status->folder ? allBits : fileBits) == 0;
+    return status &&
+           ::fchmodat(AT_FDCWD, systemPath(path), status->folder ? allBits : fileBits, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
 bool appendText(const std::string& path, std::string_view text)
@@ -527,15 +545,18 @@ File::~File()
 
 File File::open(const std::string& path, Mode mode) noexcept
 {
-    return File(openFile(path, mode == Mode::read ? O_RDONLY : O_RDWR | O_CREAT | O_EXCL).release());
+    if (mode == Mode::read)
+        return File(openForReading(path).release());
+    return File(openFile(path, O_RDWR | O_CREAT | O_EXCL).release());
 }
 
 File::LockResult File::openLocked(const std::string& path, Lock lock) noexcept
 {
     const bool exclusive = lock == Lock::exclusive;
-    Descriptor file = openFile(path, exclusive ? O_RDWR | O_CREAT : O_RDONLY);
+    // A link in a folder that everybody may change could lead to a file of this user.
+    Descriptor file = exclusive ? openFile(path, O_RDWR | O_CREAT | O_NOFOLLOW) : openForReading(path);
     if (!file && exclusive && errno == EACCES)
-        file = openFile(path, O_WRONLY);
+        file = openFile(path, O_WRONLY | O_NOFOLLOW);
     if (!file)
         return LockResult::failed;
     if (uninterrupted([&] { return ::flock(file.get(), (exclusive ? LOCK_EX : LOCK_SH) | LOCK_NB); }) != 0)

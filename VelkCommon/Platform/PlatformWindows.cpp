@@ -95,6 +95,17 @@ HANDLE openFile(const std::string& path, DWORD access, DWORD share, DWORD creati
         INVALID_HANDLE_VALUE);
 }
 
+// As openFile(), but only what has an end: a device or a pipe must not keep a reader busy for ever.
+HANDLE openForReading(const std::string& path, DWORD share) noexcept
+{
+    const HANDLE file = openFile(path, GENERIC_READ, share, OPEN_EXISTING);
+    if (file == INVALID_HANDLE_VALUE || ::GetFileType(file) == FILE_TYPE_DISK)
+        return file;
+    ::CloseHandle(file);
+    ::SetLastError(ERROR_BAD_FILE_TYPE);
+    return INVALID_HANDLE_VALUE;
+}
+
 bool isBusy(DWORD error) noexcept
 {
     return error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED || error == ERROR_LOCK_VIOLATION;
@@ -659,13 +670,13 @@ File::~File()
 File File::open(const std::string& path, Mode mode) noexcept
 {
     if (mode == Mode::read)
-        return File(numberOf(openFile(path, GENERIC_READ, shareAll, OPEN_EXISTING)));
+        return File(numberOf(openForReading(path, shareAll)));
     return File(numberOf(openFile(path, GENERIC_READ | GENERIC_WRITE, shareAll, CREATE_NEW)));
 }
 
 File::LockResult File::openLocked(const std::string& path, Lock lock) noexcept
 {
-    File file(numberOf(lock == Lock::shared ? openFile(path, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING)
+    File file(numberOf(lock == Lock::shared ? openForReading(path, FILE_SHARE_READ)
                                             : openFile(path, GENERIC_WRITE, 0, OPEN_ALWAYS)));
     if (!file.isOpen())
         return ::GetLastError() == ERROR_SHARING_VIOLATION ? LockResult::held : LockResult::failed;

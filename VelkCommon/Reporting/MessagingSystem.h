@@ -9,17 +9,20 @@
 /// standard error.
 namespace error {
 
+/// How bad it is.
 enum class Severity { Information, Warning, Error };
 
+/// What the user pressed; `None` where a host shows nothing to press.
 enum class Button { None, Ok, Cancel, Yes, No };
 
+/// What a message offers to press.
 enum class Buttons { Ok, OkCancel, YesNo };
 
 /// How a message looks: its severity and the buttons that it offers.
 struct MessageTrait
 {
-    Severity severity = Severity::Information;
-    Buttons buttons = Buttons::Ok;
+    Severity severity = Severity::Information;  ///< what it looks like
+    Buttons buttons = Buttons::Ok;              ///< what there is to press
 };
 
 /// A warning with one acknowledging button. Lives until the process ends.
@@ -30,13 +33,13 @@ VELKCOMMON_EXPORT const MessageTrait& ErrorMinimalTrait();
 /// One message, as the host's message service gets it.
 struct Message
 {
-    std::string sourceFile;
-    std::size_t line = 0;
-    MessageTrait trait;
-    long id = 0;
-    std::u32string text;
-    std::u32string detail1;
-    std::u32string detail2;
+    std::string sourceFile;  ///< who reports it
+    std::size_t line = 0;    ///< the line there
+    MessageTrait trait;      ///< severity and buttons
+    long id = 0;             ///< the number of the message, also of its text
+    std::u32string text;     ///< what it is about, such as a path
+    std::u32string detail1;  ///< more of it; often empty
+    std::u32string detail2;  ///< more of it; often empty
 
     /// What a person reads: the numbered text of `id` with the three texts in place of "%1%" to "%3%",
     /// or the texts themselves where the number has none. UTF-8.
@@ -47,6 +50,7 @@ struct Message
 class VELKCOMMON_EXPORT MessagingSystem
 {
 public:
+    /// The process-wide service.
     static MessagingSystem& control();
 
     /// Shows or records a message and returns the button that the user pressed (`Ok` without a host).
@@ -54,6 +58,7 @@ public:
     /// the user is the host's business.
     Button notify(const char* sourceFile, std::size_t line, const MessageTrait& trait, long messageId,
                   const std::string& text, const std::string& detail1, const std::string& detail2);
+    /// The same with UTF-32 texts.
     Button notify(const char* sourceFile, std::size_t line, const MessageTrait& trait, long messageId,
                   const std::u32string& text, const std::u32string& detail1, const std::u32string& detail2);
 

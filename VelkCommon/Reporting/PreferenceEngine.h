@@ -20,6 +20,7 @@ struct HostPreference;
 class VELKCOMMON_EXPORT SinglePref
 {
 public:
+    /// A preference of the type of `value`, or without a value when that is empty.
     SinglePref(std::string description, std::any value);
 
     /// What the preference is about, for messages.
@@ -75,6 +76,7 @@ private:
 class VELKCOMMON_EXPORT PreferenceEngine
 {
 public:
+    /// The process-wide store.
     static PreferenceEngine& getThePrefs();
 
     /// The application's numbered preferences.

@@ -16,10 +16,10 @@ public:
     /// What the watcher sees.
     struct State
     {
-        std::u32string mainLabel;
-        std::u32string secondaryLabel;
-        double position = 0;  ///< 0 to 100
-        bool cancelled = false;
+        std::u32string mainLabel;       ///< the work as a whole
+        std::u32string secondaryLabel;  ///< the piece at hand
+        double position = 0;            ///< 0 to 100
+        bool cancelled = false;         ///< the user asked to stop
     };
 
     /// Told of every change of labels or position. Must not throw.
@@ -27,6 +27,7 @@ public:
     {
     public:
         virtual ~Observer();
+        /// `state` is valid during the call.
         virtual void progressChanged(const State& state) = 0;
     };
 

@@ -19,6 +19,8 @@ constexpr char32_t capitalIWithDot = 0x130;
 // Qt leaves U+0130 alone because its full mapping has two characters; the simple one is "i".
 char32_t lowerCodePoint(char32_t character)
 {
+    if (character < 0x80)
+        return character >= U'A' && character <= U'Z' ? character | 0x20 : character;
     if (character == capitalIWithDot)
         return U'i';
     return character <= lastCodePoint ? QChar::toLower(character) : character;
@@ -44,29 +46,37 @@ Encoded encode(char32_t character)
     return {{byte(0xF0 | character >> 18), continuation(12), continuation(6), continuation(0)}, 4};
 }
 
-/// The characters of two bytes, U+0080 to U+07FF, whose case is looked up most: Latin letters with
-/// accents, Greek, Cyrillic. Some of them become one byte or three.
-class TwoByteTable
+/// The lower case of characters that are looked up often: all of two bytes (Latin letters with accents,
+/// Greek, Cyrillic; some become one byte or three) and the Latin and Greek ones of three bytes from
+/// U+1E00 (Vietnamese).
+class CaseTables
 {
 public:
-    static const TwoByteTable& get()
+    static constexpr char32_t twoBytesBegin = 0x80;
+    static constexpr char32_t twoBytesEnd = 0x800;
+    static constexpr char32_t additionsBegin = 0x1E00;
+    static constexpr char32_t additionsEnd = 0x2000;
+
+    static const CaseTables& get()
     {
-        static const TwoByteTable table;
-        return table;
+        static const CaseTables tables;
+        return tables;
     }
 
-    const Encoded& operator[](char32_t character) const { return entries_[character - first]; }
+    const Encoded& ofTwoBytes(char32_t character) const { return twoBytes_[character - twoBytesBegin]; }
+    const Encoded& ofAdditions(char32_t character) const { return additions_[character - additionsBegin]; }
 
 private:
-    static constexpr char32_t first = 0x80;
-
-    TwoByteTable()
+    CaseTables()
     {
-        for (char32_t character = first; character < first + entries_.size(); ++character)
-            entries_[character - first] = encode(lowerCodePoint(character));
+        for (char32_t character = twoBytesBegin; character < twoBytesEnd; ++character)
+            twoBytes_[character - twoBytesBegin] = encode(lowerCodePoint(character));
+        for (char32_t character = additionsBegin; character < additionsEnd; ++character)
+            additions_[character - additionsBegin] = encode(lowerCodePoint(character));
     }
 
-    std::array<Encoded, 0x800 - first> entries_;
+    std::array<Encoded, twoBytesEnd - twoBytesBegin> twoBytes_;
+    std::array<Encoded, additionsEnd - additionsBegin> additions_;
 };
 
 unsigned byteAt(const char* text)
@@ -85,12 +95,6 @@ bool mayBeginCapital(unsigned byte)
 {
     return (byte >= 0xC3 && byte <= 0xD5) || byte == 0xE1 || byte == 0xE2 || byte == 0xEA || byte == 0xEF ||
            byte == 0xF0;
-}
-
-Bytes16 mayBeginCapital(Bytes16 block)
-{
-    return inRange(block, 0xC3, 0xD5) | inRange(block, 0xE1, 0xE2) | equal(block, Bytes16(0xEA)) |
-           inRange(block, 0xEF, 0xF0);
 }
 
 Bytes16 lowerAscii(Bytes16 block)
@@ -116,6 +120,11 @@ char* lowerLongCharacter(char* out, const char*& in, unsigned size)
     for (unsigned i = 1; i < size; ++i)
         character = character << 6 | (byteAt(in + i) & 0x3F);
     const bool overlong = size == 4 && character < 0x10000;
+    const bool isAddition = character >= CaseTables::additionsBegin && character < CaseTables::additionsEnd;
+    if (isAddition && size == 3) {
+        in += size;
+        return append(out, CaseTables::get().ofAdditions(character));
+    }
     const char32_t lower = overlong ? character : lowerCodePoint(character);
     if (lower == character) {
         std::memcpy(out, in, size);
@@ -137,7 +146,7 @@ char* lowerCharacter(char* out, const char*& in, const char* end)
             if (left >= 2 && isContinuation(in + 1)) {
                 const char32_t character = (lead & 0x1F) << 6 | (byteAt(in + 1) & 0x3F);
                 in += 2;
-                return append(out, TwoByteTable::get()[character]);
+                return append(out, CaseTables::get().ofTwoBytes(character));
             }
         } else if (lead < 0xF0) {
             if (left >= 3 && isContinuation(in + 1) && isContinuation(in + 2))
@@ -196,6 +205,89 @@ bool lowerAsciiRest(char* to, std::string_view text, const char* in)
     return false;
 }
 
+/// A block of text in which something is not ASCII.
+struct LoweredBlock
+{
+    Bytes16 bytes;          // lowered, but for what `special` tells
+    std::uint32_t special;  // where a character begins that is to be lowered by itself
+    std::uint32_t begun;    // where a character of two bytes begins
+};
+
+// Latin, Greek and Cyrillic letters of two bytes become others of two bytes by few rules, and are lowered
+// here without a branch. `next` are the bytes one further on. What is special errs on the safe side.
+LoweredBlock lowerBlock(Bytes16 block, Bytes16 next)
+{
+    const Bytes16 c3 = equal(block, Bytes16(0xC3));
+    const Bytes16 c4 = equal(block, Bytes16(0xC4));
+    const Bytes16 c5 = equal(block, Bytes16(0xC5));
+    const Bytes16 ce = equal(block, Bytes16(0xCE));
+    const Bytes16 d0 = equal(block, Bytes16(0xD0));
+    const Bytes16 from90 = inRange(next, 0x90, 0x9F);
+    const Bytes16 fromA0 = inRange(next, 0xA0, 0xAF);
+    const Bytes16 odd = next & Bytes16(1);
+    const Bytes16 even = equal(odd, Bytes16(0)) & Bytes16(1);
+
+    // U+00C0-U+00DE without the multiplication sign, U+0391-U+039F, U+0410-U+041F: 32 more
+    const Bytes16 up = (c3 & (inRange(next, 0x80, 0x96) | inRange(next, 0x98, 0x9E))) |
+                       (ce & inRange(next, 0x91, 0x9F)) | (d0 & from90);
+    // U+03A0-U+03AB (U+03A2 is none), U+0420-U+042F: 32 more, which is in the next lead's range
+    const Bytes16 over = (ce & (inRange(next, 0xA0, 0xA1) | inRange(next, 0xA3, 0xAB))) | (d0 & fromA0);
+    // U+0400-U+040F: 80 more
+    const Bytes16 far = d0 & inRange(next, 0x80, 0x8F);
+    // U+0100-U+0137, U+014A-U+0177: pairs that begin with an even one; U+0130 is no such pair
+    const Bytes16 evenPair =
+        (c4 & (inRange(next, 0x80, 0xAF) | inRange(next, 0xB1, 0xB7))) | (c5 & inRange(next, 0x8A, 0xB7));
+    // U+0139-U+013E, U+0141-U+0148, U+0179-U+017E: pairs that begin with an odd one
+    const Bytes16 oddPair = ((c4 | c5) & inRange(next, 0xB9, 0xBE)) | (c5 & inRange(next, 0x81, 0x88));
+
+    const Bytes16 leads = (over | far) & Bytes16(1);
+    const Bytes16 seconds =
+        (up & Bytes16(0x20)) | (over & Bytes16(0xE0)) | (far & Bytes16(0x10)) | (evenPair & even) | (oddPair & odd);
+    const Bytes16 special = (c4 & (equal(next, Bytes16(0xB0)) | equal(next, Bytes16(0xBF)))) |
+                            (c5 & equal(next, Bytes16(0xB8))) | (ce & inRange(next, 0x80, 0x8F)) |
+                            (equal(block, Bytes16(0xCF)) & inRange(next, 0x8F, 0xBF)) |
+                            (equal(block, Bytes16(0xD1)) & inRange(next, 0xA0, 0xBF)) |
+                            (equal(block, Bytes16(0xE2)) & inRange(next, 0x84, 0xBF)) | inRange(block, 0xC6, 0xCD) |
+                            inRange(block, 0xD2, 0xD5) | equal(block, Bytes16(0xE1)) | equal(block, Bytes16(0xEA)) |
+                            inRange(block, 0xEF, 0xF0);
+    return {lowerAscii(block) + leads + seconds.movedOn(), special.mask(), inRange(block, 0xC3, 0xDF).mask()};
+}
+
+// Lowers what begins before `limit`, from which on 17 bytes can be read. May go beyond `end` by bytes
+// that are no part of a longer character; `in` then tells by how many.
+void lowerBlocks(char*& to, const char*& in, const char* limit, const char* end)
+{
+    while (in < limit) {
+        const Bytes16 block = Bytes16::load(in);
+        if (block.mask() == 0) {
+            lowerAscii(block).store(to);
+            in += Bytes16::size;
+            to += Bytes16::size;
+            continue;
+        }
+        const LoweredBlock lowered = lowerBlock(block, Bytes16::load(in + 1));
+        lowered.bytes.store(to);
+        // A character that goes on behind the block is left to the next.
+        const std::uint32_t cut = lowered.begun & 1u << (Bytes16::size - 1);
+        const unsigned plain = lowestBit(lowered.special | cut | 1u << Bytes16::size);
+        in += plain;
+        to += plain;
+        if ((lowered.special >> plain & 1) != 0)
+            to = lowerCharacter(to, in, end);
+    }
+}
+
+// The last, less than a block, with room behind it to read.
+std::size_t lowerRest(char* const out, const char* from, std::size_t size)
+{
+    char rest[2 * Bytes16::size + 1] = {};
+    std::memcpy(rest, from, size);
+    const char* in = rest;
+    char* to = out;
+    lowerBlocks(to, in, rest + size, rest + size);
+    return static_cast<std::size_t>(to - out) - static_cast<std::size_t>(in - (rest + size));
+}
+
 }  // namespace
 
 std::u32string toLower(std::u32string_view text)
@@ -218,27 +310,13 @@ std::size_t toLowerUtf8Into(char* const out, std::string_view text) noexcept
     const char* in = text.data();
     const char* const end = in + text.size();
     char* to = out;
-    while (static_cast<std::size_t>(end - in) >= Bytes16::size) {
-        const Bytes16 block = Bytes16::load(in);
-        lowerAscii(block).store(to);
-        if (block.mask() == 0) {
-            in += Bytes16::size;
-            to += Bytes16::size;
-            continue;
-        }
-        const std::uint32_t special = mayBeginCapital(block).mask();
-        const unsigned plain = special == 0 ? Bytes16::size : lowestBit(special);
-        in += plain;
-        to += plain;
-        // Characters of one script come in rows.
-        while (in < end && mayBeginCapital(byteAt(in)))
-            to = lowerCharacter(to, in, end);
-    }
-    if (in < end && lowerAsciiRest(to, text, in))
-        return static_cast<std::size_t>(to - out) + static_cast<std::size_t>(end - in);
-    while (in < end)
-        to = lowerCharacter(to, in, end);
-    return static_cast<std::size_t>(to - out);
+    if (text.size() > Bytes16::size)
+        lowerBlocks(to, in, end - Bytes16::size, end);
+    const auto done = static_cast<std::size_t>(to - out);
+    const auto left = static_cast<std::size_t>(end - in);
+    if (left == 0 || lowerAsciiRest(to, text, in))
+        return done + left;
+    return done + lowerRest(to, in, left);
 }
 
 }  // namespace StringUtils

@@ -1,5 +1,7 @@
 #include <VelkCommon/Text/StringConvert.h>
 
+#include <VelkCommon/Text/detail/Utf8.h>
+
 #include <cstdint>
 #include <limits>
 #include <new>
@@ -7,9 +9,10 @@
 namespace StringConvert {
 namespace {
 
-constexpr char32_t replacementCharacter = 0xFFFD;
-constexpr char32_t firstSupplementary = 0x10000;
-constexpr char32_t lastCodePoint = 0x10FFFF;
+using Velk::detail::appendUtf8;
+using Velk::detail::firstSupplementary;
+using Velk::detail::lastCodePoint;
+using Velk::detail::replacementCharacter;
 
 constexpr bool isLeadSurrogate(char32_t unit)
 {
@@ -24,80 +27,6 @@ constexpr bool isTrailSurrogate(char32_t unit)
 constexpr char32_t validOrReplacement(char32_t value)
 {
     return value > lastCodePoint || isLeadSurrogate(value) || isTrailSurrogate(value) ? replacementCharacter : value;
-}
-
-void appendUtf8(std::string& out, char32_t value)
-{
-    const auto continuation = [](char32_t bits) { return static_cast<char>(0x80 | (bits & 0x3F)); };
-    if (value < 0x80) {
-        out += static_cast<char>(value);
-    } else if (value < 0x800) {
-        out += static_cast<char>(0xC0 | (value >> 6));
-        out += continuation(value);
-    } else if (value < firstSupplementary) {
-        out += static_cast<char>(0xE0 | (value >> 12));
-        out += continuation(value >> 6);
-        out += continuation(value);
-    } else {
-        out += static_cast<char>(0xF0 | (value >> 18));
-        out += continuation(value >> 12);
-        out += continuation(value >> 6);
-        out += continuation(value);
-    }
-}
-
-/// What a lead byte announces: how many continuation bytes follow, and between which limits the first
-/// of them lies. The limits rule out overlong forms, surrogates and values above the last code point.
-struct Utf8Lead
-{
-    std::size_t continuations = 0;
-    unsigned char firstLow = 0x80;
-    unsigned char firstHigh = 0xBF;
-    unsigned char bits = 0;
-};
-
-constexpr Utf8Lead utf8Lead(unsigned char byte)
-{
-    const auto low = [byte](unsigned mask) { return static_cast<unsigned char>(byte & mask); };
-    if (byte >= 0xC2 && byte <= 0xDF)
-        return {1, 0x80, 0xBF, low(0x1F)};
-    if (byte >= 0xE0 && byte <= 0xEF) {
-        const unsigned char firstLow = byte == 0xE0 ? 0xA0 : 0x80;
-        const unsigned char firstHigh = byte == 0xED ? 0x9F : 0xBF;
-        return {2, firstLow, firstHigh, low(0x0F)};
-    }
-    if (byte >= 0xF0 && byte <= 0xF4) {
-        const unsigned char firstLow = byte == 0xF0 ? 0x90 : 0x80;
-        const unsigned char firstHigh = byte == 0xF4 ? 0x8F : 0xBF;
-        return {3, firstLow, firstHigh, low(0x07)};
-    }
-    return {};
-}
-
-struct DecodedUtf8
-{
-    char32_t value = replacementCharacter;
-    std::size_t length = 1;
-    bool wellFormed = false;
-};
-
-/// The character at the beginning of `text`, which begins with a byte beyond ASCII; or the maximal
-/// ill-formed subsequence there.
-DecodedUtf8 decodeUtf8(std::string_view text)
-{
-    const Utf8Lead lead = utf8Lead(static_cast<unsigned char>(text[0]));
-    if (lead.continuations == 0)
-        return {};
-    char32_t value = lead.bits;
-    for (std::size_t i = 1; i <= lead.continuations; ++i) {
-        const unsigned char low = i == 1 ? lead.firstLow : 0x80;
-        const unsigned char high = i == 1 ? lead.firstHigh : 0xBF;
-        const auto byte = static_cast<unsigned char>(i < text.size() ? text[i] : 0);
-        if (byte < low || byte > high)
-            return {replacementCharacter, i, false};
-        value = (value << 6) | (byte & 0x3Fu);
-    }
-    return {value, lead.continuations + 1, true};
 }
 
 template <typename Unit>
@@ -195,13 +124,7 @@ std::u32string toUnicodeFromUtf8(std::string_view text, bool* ok)
     result.reserve(text.size());
     bool wellFormed = true;
     while (!text.empty()) {
-        const auto byte = static_cast<unsigned char>(text[0]);
-        if (byte < 0x80) {
-            result += byte;
-            text.remove_prefix(1);
-            continue;
-        }
-        const DecodedUtf8 decoded = decodeUtf8(text);
+        const auto decoded = Velk::detail::decodeUtf8(text, Velk::detail::Surrogates::malformed);
         result += decoded.value;
         text.remove_prefix(decoded.length);
         wellFormed = wellFormed && decoded.wellFormed;

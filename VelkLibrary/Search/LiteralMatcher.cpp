@@ -139,6 +139,13 @@ bool LoweredTexts::hasBreak(bool inKeywords) const noexcept
     return breaks == Breaks::Some;
 }
 
+BytePairs::BytePairs(const LoweredTexts& texts) noexcept
+{
+    const char* const bytes = texts.bytes();
+    for (std::size_t i = 1; i < texts.size(); ++i)
+        held_[number(bytes[i - 1], bytes[i])] = true;
+}
+
 /// The places of a term in the texts, as they are found from left to right, and the best so far. Knows
 /// which places need not be looked at any more.
 class LiteralMatcher::Places
@@ -151,7 +158,7 @@ public:
           worths_(worths),
           last_(texts.size() - matcher.term_.size())
     {
-        narrow();
+        narrow(texts.name().end == 0);
     }
 
     Worth best() const { return best_; }
@@ -175,20 +182,20 @@ public:
         if (texts_.hasBreak(inKeywords))
             return inKeywords ? npos : texts_.name().end + 1;
         best_ = worthOf(texts_, worths_, at, hasBorder(bytes, at), hasBorder(bytes, at + matcher_.term_.size()));
-        narrow();
+        narrow(inKeywords);
         return at + 1;
     }
 
     const char* const bytes;
 
 private:
-    void narrow()
+    void narrow(bool nameIsDone)
     {
-        const bool nameMatters = worths_.name[1][1] < best_;
+        const bool nameMatters = !nameIsDone && worths_.name[1][1] < best_;
         const bool keywordsMatter = worths_.keywords[1][1] < best_;
         if (!keywordsMatter)
             last_ = nameMatters ? std::min(last_, texts_.name().end) : 0;
-        onlyWords_ = best_ <= worths_.name[1][0] && best_ <= worths_.keywords[1][0];
+        onlyWords_ = (nameIsDone || best_ <= worths_.name[1][0]) && best_ <= worths_.keywords[1][0];
     }
 
     const LiteralMatcher& matcher_;
@@ -239,6 +246,10 @@ void LiteralMatcher::chooseProbes() noexcept
     }
     probes_[0] = rarest;
     probes_[1] = second;
+    for (std::size_t i = 0; i < 2 && term_.size() > 1; ++i) {
+        const std::size_t first = probes_[i] == 0 ? 0 : probes_[i] - 1;
+        pairs_[i] = BytePairs::number(term_[first], term_[first + 1]);
+    }
     frequency_ = static_cast<std::uint16_t>(frequencyOf(term_[rarest]) * 256 + frequencyOf(term_[second]));
 }
 

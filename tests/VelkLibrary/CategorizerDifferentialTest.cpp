@@ -182,7 +182,8 @@ public:
         for (int i = 0; i < 180; ++i)
             texts_.push_back(randomText(random_, alphabet.textPieces, alphabet.longestText));
         for (int i = 0; i < 20; ++i)  // some that are exact
-            texts_.push_back(test::lowered(oneOf(random_, terms_) + (i % 2 == 0 ? U"" : U" " + oneOf(random_, terms_))));
+            texts_.push_back(
+                test::lowered(oneOf(random_, terms_) + (i % 2 == 0 ? U"" : U" " + oneOf(random_, terms_))));
     }
 
     Info search()
@@ -215,14 +216,14 @@ void expectSame(const Info& info, const LibraryResultCategorizer& categorizer, c
 {
     ASSERT_EQ(categorizer.categorizeItemResult(name, keywords), oracle.item(name, keywords))
         << describe(info) << " name " << printable(name) << " keywords " << printable(keywords);
-    ASSERT_EQ(categorizer.categorizeItemResult(name), oracle.item(name)) << describe(info) << " name " << printable(name);
+    ASSERT_EQ(categorizer.categorizeItemResult(name), oracle.item(name))
+        << describe(info) << " name " << printable(name);
     ASSERT_EQ(categorizer.categorizeFolderResult(keywords), oracle.folder(keywords))
         << describe(info) << " folder " << printable(keywords);
 }
 
 class AgreesWithPatterns : public testing::TestWithParam<Alphabet>
-{
-};
+{};
 
 // Eight alphabets times 2,100 searches times 60 pairs of texts: more than a million, each rated by all
 // three calls.
@@ -287,8 +288,7 @@ std::string partOf(Random& random, const std::string& text, std::size_t longest)
 }
 
 class AgreesWithTrial : public testing::TestWithParam<unsigned>
-{
-};
+{};
 
 TEST_P(AgreesWithTrial, OnLongRepetitiveTexts)
 {

@@ -17,6 +17,7 @@
 #include <locale>
 #include <regex>
 #include <thread>
+#include <utility>
 
 namespace {
 
@@ -312,6 +313,23 @@ TEST_F(ErrorLogTest, AHostThatThrowsLosesTheRecordAtMost)
     services.translate = [](std::u32string_view) -> std::u32string { throw 1; };
     Velk::installHost(services);
     EXPECT_NO_THROW(ErrorLog() << "text");
+}
+
+TEST_F(ErrorLogTest, AHostMayLogWhileItIsAskedForTheName)
+{
+    auto services = this->services();
+    bool told = false;
+    services.translate = [&told](std::u32string_view text) {
+        if (!std::exchange(told, true))
+            ErrorLog() << "untranslated";
+        return std::u32string(text);
+    };
+    Velk::installHost(services);
+    ErrorLog() << "text";
+    const auto all = records();
+    ASSERT_EQ(all.size(), 2U);
+    EXPECT_EQ(all[0].message, "untranslated\n");
+    EXPECT_EQ(all[1].message, "text\n");
 }
 
 TEST_F(ErrorLogTest, ItCanBeDestroyedWhileAnExceptionFlies)

@@ -213,8 +213,7 @@ const TermCase termCases[] = {
 };
 
 class RatesTerm : public testing::TestWithParam<TermCase>
-{
-};
+{};
 
 TEST_P(RatesTerm, AsItem)
 {
@@ -576,9 +575,7 @@ TEST(Categorizer, ComparesInLinearTime)
 class ContraryCharacters : public std::ctype<char>
 {
 public:
-    ContraryCharacters() : std::ctype<char>(masks())
-    {
-    }
+    ContraryCharacters() : std::ctype<char>(masks()) {}
 
 private:
     static const mask* masks()

@@ -76,8 +76,7 @@ class PlainMatch
 public:
     PlainMatch(std::vector<std::string> terms, bool atBegin, bool leftBorder, bool rightBorder)
         : terms_(std::move(terms)), atBegin_(atBegin), leftBorder_(leftBorder), rightBorder_(rightBorder)
-    {
-    }
+    {}
 
     bool operator()(const std::string& text) const
     {
@@ -134,9 +133,8 @@ struct OracleSlots
 constexpr OracleSlots oracleFolderSlots = {
     FolderExactName,          FolderBeginsWithWord,         FolderContainsWord,
     FolderBeginsWithSequence, FolderWordBeginsWithSequence, FolderContainsSequence};
-constexpr OracleSlots oracleItemSlots = {
-    ItemExactName,          ItemBeginsWithWord,         ItemContainsWord,
-    ItemBeginsWithSequence, ItemWordBeginsWithSequence, ItemContainsSequence};
+constexpr OracleSlots oracleItemSlots = {ItemExactName,          ItemBeginsWithWord,         ItemContainsWord,
+                                         ItemBeginsWithSequence, ItemWordBeginsWithSequence, ItemContainsSequence};
 constexpr OracleSlots oracleKeywordSlots = {Invalid, Invalid, KeywordsContainWord,
                                             Invalid, Invalid, KeywordsContainSequence};
 
@@ -169,8 +167,7 @@ private:
               beginsWithSequence(Patterns::beginsWithSequence(term)),
               wordBeginsWithSequence(Patterns::wordBeginsWithSequence(term)),
               containsSequence(Patterns::containsSequence(term))
-        {
-        }
+        {}
 
         SearchPriority find(const std::string& text, const OracleSlots& slots, bool wordMatchesOnly) const
         {

@@ -25,7 +25,9 @@ bool createMissingFolders(const fileString& path, CreateFolder createFolder)
 {
     std::vector<std::string> missing;
     fileString folder = withoutTrailingSeparators(path.utf8());
-    for (; !folder.empty() && !folder.pathExists(); folder = folder.parentPath())
+    // A root, be it of a drive that is not there, cannot be created and is its own parent.
+    const std::size_t root = Velk::Platform::rootLength(folder.utf8());
+    for (; folder.utf8().size() > root && !folder.pathExists(); folder = folder.parentPath())
         missing.push_back(folder.utf8());
     for (; !missing.empty(); missing.pop_back())
         if (!createFolder(missing.back()))

@@ -68,6 +68,28 @@ private:
     mutable Breaks breaks_[2] = {Breaks::Unknown, Breaks::Unknown};
 };
 
+/// Which pairs of neighbouring bytes the texts may hold: one look at the texts that spares most of the
+/// searches for many terms. May hold a pair that the texts do not, never the other way round.
+class BytePairs
+{
+public:
+    /// A pair's number; different pairs of small letters have different ones.
+    static std::uint16_t number(char first, char second) noexcept
+    {
+        return static_cast<std::uint16_t>((first & 31) << 5 | (second & 31));
+    }
+
+    explicit BytePairs(const LoweredTexts& texts) noexcept;
+
+    bool mayHold(std::uint16_t number) const noexcept { return held_[number]; }
+
+    /// Larger texts hold nearly all pairs.
+    static constexpr std::size_t largestUseful = 1024;
+
+private:
+    bool held_[1024] = {};
+};
+
 /// Finds one term, a literal in lower case, in lowered texts. Immutable.
 ///
 /// Gives the result of the regular expressions ".*term.*" with or without "\b" on either side, matched
@@ -82,6 +104,12 @@ public:
 
     /// The worth of the best place of the term, `noWorth` if it has none.
     Worth best(const LoweredTexts& texts, const PlaceWorths& worths) const noexcept;
+
+    /// False if the texts of these pairs cannot hold the term.
+    bool mayStandIn(const BytePairs& pairs) const noexcept
+    {
+        return term_.size() < 2 || (pairs.mayHold(pairs_[0]) && pairs.mayHold(pairs_[1]));
+    }
 
     /// An order of terms: the smaller, the less likely a text holds the term.
     unsigned frequency() const noexcept { return frequency_; }
@@ -99,6 +127,7 @@ private:
     std::string term_;
     std::size_t firstBreak_;         // npos: none
     std::size_t probes_[2] = {};     // places of two bytes of the term that are rare in names
+    std::uint16_t pairs_[2] = {};    // the numbers of the pairs with these bytes
     std::size_t criticalPlace_ = 0;  // of the two-way search, for long terms
     std::size_t period_ = 0;
     bool periodic_ = false;  // the term repeats itself at the distance of period_

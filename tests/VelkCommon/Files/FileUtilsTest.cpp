@@ -82,6 +82,14 @@ TEST_F(FileUtilsTest, CreateDirectoriesMakesAllParents)
     EXPECT_EQ(test::readFile(at(U"file")), "x");
 }
 
+#ifdef _WIN32
+TEST_F(FileUtilsTest, NothingIsCreatedOnADriveThatIsNotThere)
+{
+    EXPECT_FALSE(FileUtils::createDirectoriesWithPerm(fileString(U"Q:\\a\\b")));
+    EXPECT_FALSE(FileUtils::createDirectoriesWithPerm(fileString(U"Q:\\")));
+}
+#endif
+
 TEST_F(FileUtilsTest, RemoveDirectoryDeletesEverythingBelow)
 {
     ASSERT_TRUE(FileUtils::createDirectoriesWithPerm(at(U"a/b/c")));

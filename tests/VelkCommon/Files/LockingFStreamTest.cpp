@@ -3,6 +3,7 @@
 
 #include "support/TestHost.h"
 
+#include <future>
 #include <iterator>
 #include <string>
 
@@ -81,7 +82,7 @@ TEST_F(LockingFStreamTest, ModesAreNumbersOfItsOwn)
 TEST_F(LockingFStreamTest, OtherModesFailAndTouchNothing)
 {
     test::writeFile(file_, "text");
-    for (const int mode : {0, 3, 35, 32, 8, 16, -1}) {
+    for (const int mode : {0, 3, 35, 32, 8, 16, 42, 38, 50, 5, 9, -1, 34 | 1 << 30}) {
         LockingFStream stream(file_, mode);
         EXPECT_TRUE(stream.fail()) << mode;
         EXPECT_FALSE(stream.isOpen()) << mode;
@@ -191,27 +192,44 @@ TEST_F(LockingFStreamTest, ClosingTwiceIsHarmless)
     EXPECT_EQ(test::readFile(file_), "text");
 }
 
-TEST_F(LockingFStreamTest, ReadersShareAndAWriterIsAlone)
+TEST_F(LockingFStreamTest, ReadersShareTheFile)
 {
     test::writeFile(file_, "text");
-    {
-        LockingFStream first(file_, 1);
-        LockingFStream second(file_, 1);
-        EXPECT_TRUE(first.isOpen());
-        EXPECT_TRUE(second.isOpen());
-        EXPECT_FALSE(FileUtils::isPathWriteLocked(file_)) << "nobody writes";
-        LockingFStream writer(file_, writeBytes);
-        EXPECT_TRUE(writer.fail());
-        EXPECT_EQ(readAll(first), "text") << "not emptied without the lock";
-    }
+    LockingFStream first(file_, 1);
+    LockingFStream second(file_, 1);
+    EXPECT_FALSE(FileUtils::isPathWriteLocked(file_)) << "nobody writes";
+    EXPECT_EQ(readAll(first), "text");
+    EXPECT_EQ(readAll(second), "text");
+}
+
+TEST_F(LockingFStreamTest, AWriterIsAlone)
+{
     LockingFStream writer(file_, writeBytes);
     EXPECT_TRUE(writer.isOpen());
     EXPECT_TRUE(FileUtils::isPathWriteLocked(file_)) << "a holder in this process counts too";
-    EXPECT_TRUE(LockingFStream(file_, 1).fail());
-    EXPECT_TRUE(LockingFStream(file_, writeBytes).fail());
     writer.close();
     EXPECT_FALSE(FileUtils::isPathWriteLocked(file_));
     EXPECT_TRUE(LockingFStream(file_, 1).good());
+}
+
+// All at once, as each waits for the whole time that a held file is given.
+TEST_F(LockingFStreamTest, WhoComesTooLateGetsNothing)
+{
+    const fileString read = root_ / U"read";
+    const fileString written = root_ / U"written";
+    test::writeFile(read, "text");
+    LockingFStream reader(read, 1);
+    LockingFStream writer(written, writeBytes);
+    const auto refused = [](const fileString& path, int mode) {
+        return std::async(std::launch::async, [=] { return LockingFStream(path, mode).fail(); });
+    };
+    auto writerOfRead = refused(read, writeBytes);
+    auto readerOfWritten = refused(written, 1);
+    auto writerOfWritten = refused(written, writeBytes);
+    EXPECT_TRUE(writerOfRead.get());
+    EXPECT_TRUE(readerOfWritten.get());
+    EXPECT_TRUE(writerOfWritten.get());
+    EXPECT_EQ(readAll(reader), "text") << "not emptied without the lock";
 }
 
 TEST_F(LockingFStreamTest, NobodyLocksAMissingFile)

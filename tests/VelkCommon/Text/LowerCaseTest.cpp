@@ -57,8 +57,7 @@ void PrintTo(const LowerCase& row, std::ostream* os)
 const LowerCase lowerCases[] = {
     {"Nothing", U"", U""},
     {"Ascii", U"The Quick BROWN fox @[`{ 09_AZaz", U"the quick brown fox @[`{ 09_azaz"},
-    {"ZeroAndControls", std::u32string(U"A\0B\nC\x7F", 6),
-     std::u32string(U"a\0b\nc\x7F", 6)},
+    {"ZeroAndControls", std::u32string(U"A\0B\nC\x7F", 6), std::u32string(U"a\0b\nc\x7F", 6)},
     {"LatinOne", U"ÀÉÎÕÜßÞ×÷ÿ", U"àéîõüßþ×÷ÿ"},
     {"CapitalIWithDotIsI", U"\u0130", U"i"},
     {"DotlessI", U"I\u0131", U"i\u0131"},
@@ -95,8 +94,7 @@ const LowerCase lowerCases[] = {
 };
 
 class ToLower : public testing::TestWithParam<LowerCase>
-{
-};
+{};
 
 TEST_P(ToLower, Utf32)
 {
@@ -206,7 +204,10 @@ TEST(LowerCase, BytesThatAreNoUtf8Stay)
     }
     EXPECT_EQ(StringUtils::toLowerUtf8("\xC3\xC3\x89"), "\xC3\xC3\xA9") << "what follows is a letter of its own";
     EXPECT_EQ(StringUtils::toLowerUtf8("\xE1\xC3\x89"), "\xE1\xC3\xA9");
-    EXPECT_EQ(StringUtils::toLowerUtf8("\xF0\x90" "A"), "\xF0\x90" "a");
+    EXPECT_EQ(StringUtils::toLowerUtf8("\xF0\x90"
+                                       "A"),
+              "\xF0\x90"
+              "a");
     EXPECT_EQ(StringUtils::toLowerUtf8("\xE6\xC3\x89"), "\xE6\xC3\xA9");
 }
 
@@ -255,8 +256,7 @@ TEST(LowerCase, DoesNotDependOnTheLocale)
 
 template <typename Bytes>
 class SixteenBytes : public testing::Test
-{
-};
+{};
 
 #ifdef VELK_BYTES16_SSE2
 using Forms = testing::Types<Velk::Platform::Bytes16Portable, Velk::Platform::Bytes16Sse2>;
@@ -294,6 +294,8 @@ TYPED_TEST(SixteenBytes, Combine)
                              [](unsigned a, unsigned b) { return a == b ? 0xFFU : 0U; });
     expectForAllBytes<Bytes>([](Bytes a, Bytes b) { return a & b; }, [](unsigned a, unsigned b) { return a & b; });
     expectForAllBytes<Bytes>([](Bytes a, Bytes b) { return a | b; }, [](unsigned a, unsigned b) { return a | b; });
+    expectForAllBytes<Bytes>([](Bytes a, Bytes b) { return a + b; },
+                             [](unsigned a, unsigned b) { return (a + b) & 0xFF; });
 }
 
 TYPED_TEST(SixteenBytes, AreInRange)
@@ -306,6 +308,14 @@ TYPED_TEST(SixteenBytes, AreInRange)
         expectForAllBytes<Bytes>([=](Bytes a, Bytes) { return inRange(a, low, high); },
                                  [=](unsigned a, unsigned) { return a >= low && a <= high ? 0xFFU : 0U; });
     }
+}
+
+TYPED_TEST(SixteenBytes, MoveOn)
+{
+    const char* const text = "0123456789abcdef";
+    char moved[16];
+    TypeParam::load(text).movedOn().store(moved);
+    EXPECT_EQ(std::string(moved, 16), "\0"s + "0123456789abcde");
 }
 
 TYPED_TEST(SixteenBytes, GiveAMask)
