@@ -90,7 +90,7 @@ private:
         return files;
     }
 
-    fileString target(fileString source, const std::string& language) const
+    fileString target(const fileString& source, const std::string& language) const
     {
         return libraries(language) / (source.stem() + fileString(std::string(".calib")));
     }
