@@ -109,7 +109,8 @@ public:
     /// Trees built by hand are welcome: a null operand, or a group without any, is absent together with
     /// the operator before it, and a node that is neither term nor group stays a leaf.
     /// Throws std::length_error, before building anything, when the result would have more than 16,384
-    /// terms in all or groups lie more than 512 deep in one another; std::invalid_argument when the
-    /// result needs a leaf twice that is no term. After any exception the expression is as it was.
+    /// terms in all or 1,048,576 code points in them, or groups lie more than 512 deep in one another;
+    /// std::invalid_argument when the result needs a leaf twice that is no term. After any exception the expression is
+    /// as it was.
     void convertToDisjunctiveNormalForm();
 };

@@ -12,8 +12,9 @@ using Group = BooleanExp::Group;
 using Conjunction = BooleanExp::Conjunction;
 using Slot = std::unique_ptr<Node>;
 
-constexpr std::uint64_t literalLimit = 16'384;  // terms of all alternatives, counted with repetitions
-constexpr std::size_t depthLimit = 512;         // groups in one another, far above what parse() builds
+constexpr std::uint64_t literalLimit = 16'384;       // terms of all alternatives, counted with repetitions
+constexpr std::uint64_t characterLimit = 1'048'576;  // code points of these terms; one long word may stand in each
+constexpr std::size_t depthLimit = 512;              // groups in one another, far above what parse() builds
 
 /// An OR of AND-runs of leaves already, with every operand present.
 bool isNormalForm(const Group& root)
@@ -53,35 +54,45 @@ void forEachOperand(Group& group, Function f)
     }
 }
 
-void requireWithinLimit(std::uint64_t literals)
-{
-    if (literals > literalLimit)
-        throw std::length_error("search expression: too many alternatives");
-}
-
-/// How large the normal form of a part is. Counting stops just above the limit, so nothing overflows.
+/// How large the normal form of a part is. Counting stops just above the limits, so nothing overflows.
 struct Extent
 {
     std::uint64_t alternatives = 0;
     std::uint64_t literals = 0;
+    std::uint64_t characters = 0;
 };
 
-constexpr std::uint64_t saturated(std::uint64_t count)
+void requireWithinLimits(const Extent& extent)
 {
-    return std::min(count, literalLimit + 1);
+    if (extent.literals > literalLimit || extent.characters > characterLimit)
+        throw std::length_error("search expression: too many alternatives");
+}
+
+Extent saturated(const Extent& extent)
+{
+    return {std::min(extent.alternatives, literalLimit + 1), std::min(extent.literals, literalLimit + 1),
+            std::min(extent.characters, characterLimit + 1)};
+}
+
+Extent extentOf(const Slot& leaf)
+{
+    const Term* term = std::as_const(*leaf).asTerm();
+    return saturated({1, 1, term != nullptr ? term->text.size() : 0});
 }
 
 Extent eitherOf(Extent left, Extent right)
 {
-    return {saturated(left.alternatives + right.alternatives), saturated(left.literals + right.literals)};
+    return saturated(
+        {left.alternatives + right.alternatives, left.literals + right.literals, left.characters + right.characters});
 }
 
 Extent bothOf(Extent left, Extent right)
 {
     if (left.alternatives == 0)
         return right;
-    return {saturated(left.alternatives * right.alternatives),
-            saturated(left.literals * right.alternatives + left.alternatives * right.literals)};
+    return saturated({left.alternatives * right.alternatives,
+                      left.literals * right.alternatives + left.alternatives * right.literals,
+                      left.characters * right.alternatives + left.alternatives * right.characters});
 }
 
 /// The extent of `group`'s normal form. Under a NOT its runs are joined by AND and their operands by OR.
@@ -97,7 +108,7 @@ Extent extentOf(Group& group, bool negated, std::size_t depth)
         if (conjunction == Conjunction::Or)
             runs = joinRuns(runs, std::exchange(run, {}));
         Group* inner = operand->asGroup();
-        run = joinOperands(run, inner ? extentOf(*inner, negated != inner->negated, depth + 1) : Extent{1, 1});
+        run = joinOperands(run, inner ? extentOf(*inner, negated != inner->negated, depth + 1) : extentOf(operand));
     });
     return joinRuns(runs, run);
 }
@@ -279,11 +290,14 @@ void BooleanExp::convertToDisjunctiveNormalForm()
     if (!root)
         return;
     if (isNormalForm(*root)) {
-        requireWithinLimit(root->conjoinedTerms.size() + 1);
+        Extent extent = extentOf(root->first);
+        for (const Group::ConjoinedTerm& term : root->conjoinedTerms)
+            extent = eitherOf(extent, extentOf(term.expression));
+        requireWithinLimits(extent);
         return;
     }
     const Extent extent = extentOf(*root, root->negated, 0);
-    requireWithinLimit(extent.literals);
+    requireWithinLimits(extent);
     Expansion expansion(*root, extent);
     const std::unique_ptr<Group> flat = flatGroupOf(expansion);
     moveLeaves(expansion, *flat);

@@ -199,6 +199,32 @@ TEST(BooleanExpNormalForm, TakesExactlyTheLimit)
     EXPECT_THROW(tooLarge.convertToDisjunctiveNormalForm(), std::length_error);
 }
 
+TEST(BooleanExpNormalForm, LimitsTheCharacters)
+{
+    const auto product = [](std::size_t wordLength) {
+        BooleanExp expression = build("(a | a | a | a | a | a | a | a) & (a | a | a | a | a | a | a | a)");
+        Group& left = *expression.root->first->asGroup();
+        left.conjoinedTerms.push_back(
+            {std::make_unique<BooleanExp::Term>(std::u32string(wordLength, U'x')), Group::Or});
+        return expression;
+    };
+    // 9 times 8 alternatives: 72 letters of the right and 64 of the left factor, 8 words.
+    BooleanExp largest = product((1'048'576 - 72 - 64) / 8);
+    EXPECT_NO_THROW(largest.convertToDisjunctiveNormalForm());
+    BooleanExp tooLarge = product((1'048'576 - 72 - 64) / 8 + 1);
+    EXPECT_THROW(tooLarge.convertToDisjunctiveNormalForm(), std::length_error);
+    EXPECT_NE(tooLarge.root->first->asGroup(), nullptr);
+}
+
+TEST(BooleanExpNormalForm, LimitsTheCharactersOfFlatExpressionsToo)
+{
+    BooleanExp expression = build("a | b");
+    expression.root->first->asTerm()->text.assign(1'048'575, U'x');
+    EXPECT_NO_THROW(expression.convertToDisjunctiveNormalForm());
+    expression.root->first->asTerm()->text.push_back(U'x');
+    EXPECT_THROW(expression.convertToDisjunctiveNormalForm(), std::length_error);
+}
+
 // ---- equivalence, over all assignments of six variables at once: bit i of a value is the result
 // under assignment i
 

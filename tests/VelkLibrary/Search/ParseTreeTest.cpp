@@ -249,6 +249,13 @@ TEST(ParseSearchTermsLimits, MorePairsGiveNothing)
     EXPECT_EQ(parseSearchTerms(pairs(30)), ParseTree());
 }
 
+TEST(ParseSearchTermsLimits, ALongWordInEveryAlternativeGivesNothing)
+{
+    const std::u32string factor = U"(" + repeated(72, U"a|") + U"a)";
+    EXPECT_EQ(parseSearchTerms(factor + factor + U" x").groups.size(), 73U * 73U);
+    EXPECT_EQ(parseSearchTerms(factor + factor + std::u32string(16'000, U'x')), ParseTree());
+}
+
 TEST(ParseSearchTermsLimits, NegatedPairsGiveNothing)
 {
     std::u32string text = U"NOT (a1 b1";
