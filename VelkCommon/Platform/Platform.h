@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// Everything that differs between operating systems, and nothing else: one source file per system
-/// stands behind this header. Paths are narrow UTF-8 text (odd bytes allowed, see fileString.h); an
+/// Everything that differs between operating systems, and nothing else: the sources of each system
+/// stand behind this header. Paths are narrow UTF-8 text (odd bytes allowed, see fileString.h); an
 /// empty path and one with a zero byte name nothing, so every operation on them fails.
 ///
 /// Any thread. Unless said otherwise, nothing throws but for memory, and what fails leaves its reason

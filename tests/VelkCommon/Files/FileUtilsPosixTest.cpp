@@ -194,19 +194,6 @@ TEST_F(FileUtilsPosix, RootsAndRelativePathsAreRefused)
     });
 }
 
-TEST_F(FileUtilsPosix, DotsAreNoWayToAnotherFolder)
-{
-    makeFolder(at(U"tree"));
-    test::writeFile(at(U"file"), "x");
-    test::writeFile(at(U"tree/file"), "x");
-    for (const char32_t* path : {U"tree/..", U"tree/../", U"tree/.", U"tree//..//"})
-        EXPECT_FALSE(FileUtils::removeDirectoryAndFiles(at(path), 1)) << at(path);
-    EXPECT_THAT(names(), ElementsAre("file", "tree"));
-    EXPECT_THAT(test::listFolder(at(U"tree")), ElementsAre("file"));
-    EXPECT_TRUE(FileUtils::removeDirectoryAndFiles(at(U"tree/../tree"), 1)) << "a name at the end";
-    EXPECT_THAT(names(), ElementsAre("file"));
-}
-
 // Too deep for recursion, for a descriptor per level and for paths as the system takes them.
 TEST_F(FileUtilsPosix, DeepTreesAreRemoved)
 {

@@ -71,6 +71,19 @@ TEST_F(FileUtilsTest, RemovePathDeletesFilesOnly)
     EXPECT_THAT(names(), ElementsAre("folder"));
 }
 
+TEST_F(FileUtilsTest, DotsAreNoWayToAnotherFolder)
+{
+    ASSERT_TRUE(FileUtils::createDirectoriesWithPerm(at(U"tree")));
+    test::writeFile(at(U"file"), "x");
+    test::writeFile(at(U"tree/file"), "x");
+    for (const char32_t* path : {U"tree/..", U"tree/../", U"tree/.", U"tree//..//"})
+        EXPECT_FALSE(FileUtils::removeDirectoryAndFiles(at(path), 1)) << at(path);
+    EXPECT_THAT(names(), ElementsAre("file", "tree"));
+    EXPECT_THAT(test::listFolder(at(U"tree")), ElementsAre("file"));
+    EXPECT_TRUE(FileUtils::removeDirectoryAndFiles(at(U"tree/../tree"), 1)) << "a name at the end";
+    EXPECT_THAT(names(), ElementsAre("file"));
+}
+
 TEST_F(FileUtilsTest, CreateDirectoriesMakesAllParents)
 {
     EXPECT_TRUE(FileUtils::createDirectoriesWithPerm(at(U"a/b//c/")));

@@ -1,0 +1,177 @@
+#pragma once
+
+/// @file
+/// What the sources of this layer for Windows share.
+
+#include <VelkCommon/Files/fileString.h>
+
+// The order of the system's headers matters: windows.h comes first.
+#include <windows.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Velk::Platform {
+
+/// A single request to the system must fit into 32 bits.
+inline constexpr std::size_t requestLimit = std::size_t{1} << 30;
+inline constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+inline constexpr std::wstring_view longPrefix = L"\\\\?\\";
+inline constexpr std::wstring_view longShare = L"\\\\?\\UNC\\";
+/// Programs that look at every new file hold it for a moment.
+inline constexpr int busyAttempts = 10;
+inline constexpr DWORD busyPause = 20;
+
+/// The path as system calls take it; one with a zero byte would name another file, so it becomes the
+/// empty path, which names nothing.
+inline std::wstring systemPath(const std::string& path)
+{
+    if (path.find('\0') != std::string::npos)
+        return {};
+    return fileString(path).toNativeString();
+}
+
+/// What `operation` returns; `failure` when it throws (for want of memory).
+template <typename Operation, typename Result>
+Result guarded(Operation operation, Result failure) noexcept
+{
+    try {
+        return operation();
+    } catch (...) {
+        return failure;
+    }
+}
+
+/// An open handle; closes itself and leaves the last error as it was.
+class Handle
+{
+public:
+    explicit Handle(HANDLE handle) noexcept : handle_(handle) {}
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+    ~Handle()
+    {
+        const DWORD error = ::GetLastError();
+        if (*this)
+            ::CloseHandle(handle_);
+        ::SetLastError(error);
+    }
+
+    HANDLE get() const noexcept { return handle_; }
+    explicit operator bool() const noexcept { return handle_ != INVALID_HANDLE_VALUE; }
+
+private:
+    HANDLE handle_;
+};
+
+inline HANDLE handleOf(std::intptr_t handle) noexcept
+{
+    return reinterpret_cast<HANDLE>(handle);
+}
+
+inline std::intptr_t numberOf(HANDLE handle) noexcept
+{
+    return reinterpret_cast<std::intptr_t>(handle);
+}
+
+/// Opens a file, never a folder: without FILE_FLAG_BACKUP_SEMANTICS the system refuses those itself.
+inline HANDLE openFile(const std::string& path, DWORD access, DWORD share, DWORD creation) noexcept
+{
+    return guarded(
+        [&] {
+            return ::CreateFileW(systemPath(path).c_str(), access, share, nullptr, creation, FILE_ATTRIBUTE_NORMAL,
+                                 nullptr);
+        },
+        INVALID_HANDLE_VALUE);
+}
+
+inline bool isBusy(DWORD error) noexcept
+{
+    return error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED || error == ERROR_LOCK_VIOLATION;
+}
+
+/// Tries again while another program looks at the file.
+template <typename Call>
+bool patiently(Call call)
+{
+    for (int attempt = 1;; ++attempt) {
+        if (call())
+            return true;
+        if (attempt == busyAttempts || !isBusy(::GetLastError()))
+            return false;
+        ::Sleep(busyPause);
+    }
+}
+
+inline DWORD attributesOf(const std::wstring& path) noexcept
+{
+    return path.empty() ? INVALID_FILE_ATTRIBUTES : ::GetFileAttributesW(path.c_str());
+}
+
+inline bool isFolder(DWORD attributes) noexcept
+{
+    return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+inline bool isLink(DWORD attributes) noexcept
+{
+    return (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+}
+
+inline bool clearReadOnly(const std::wstring& path, DWORD attributes) noexcept
+{
+    if ((attributes & FILE_ATTRIBUTE_READONLY) == 0)
+        return true;
+    return ::SetFileAttributesW(path.c_str(), attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY)) != 0;
+}
+
+/// Deletes one file, one link or one empty folder.
+inline bool removeOne(const std::wstring& path, DWORD attributes, bool overrideReadOnly)
+{
+    if (overrideReadOnly && !clearReadOnly(path, attributes))
+        return false;
+    return patiently(
+        [&] { return (isFolder(attributes) ? ::RemoveDirectoryW(path.c_str()) : ::DeleteFileW(path.c_str())) != 0; });
+}
+
+inline std::string toUtf8(std::wstring_view text)
+{
+    return fileString::fromNative(text).utf8();
+}
+
+/// The pieces of a path without "." and with ".." taken back, joined; behind the long-path prefix the
+/// system does neither.
+inline std::wstring resolved(std::wstring_view pieces)
+{
+    std::vector<std::wstring_view> kept;
+    while (!pieces.empty()) {
+        const std::size_t end = std::min(pieces.find(L'\\'), pieces.size());
+        const std::wstring_view piece = pieces.substr(0, end);
+        pieces.remove_prefix(std::min(end + 1, pieces.size()));
+        if (piece == L"..") {
+            if (!kept.empty())
+                kept.pop_back();
+        } else if (!piece.empty() && piece != L".") {
+            kept.push_back(piece);
+        }
+    }
+    std::wstring joined;
+    for (const std::wstring_view piece : kept)
+        joined.append(joined.empty() ? L"" : L"\\").append(piece);
+    return joined;
+}
+
+template <typename T>
+struct LocalMemory
+{
+    T* pointer = nullptr;
+    LocalMemory() = default;
+    LocalMemory(const LocalMemory&) = delete;
+    LocalMemory& operator=(const LocalMemory&) = delete;
+    ~LocalMemory() { ::LocalFree(pointer); }
+};
+
+}  // namespace Velk::Platform
