@@ -9,7 +9,6 @@
 #include <memory>
 #include <optional>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 using Library::Search::ORGroup;
@@ -127,21 +126,10 @@ private:
 struct GroupMatcher
 {
     std::string exactText;
-    std::size_t requiredBegin = 0;
-    std::size_t excludedBegin = 0;
-    std::size_t end = 0;
+    std::uint32_t requiredBegin = 0;
+    std::uint32_t excludedBegin = 0;
+    std::uint32_t end = 0;
 };
-
-std::string exactTextOf(const ORGroup& group)
-{
-    std::u32string joined;
-    for (const std::u32string& term : group.terms) {
-        if (&term != &group.terms.front())
-            joined += U' ';
-        joined += term;
-    }
-    return StringConvert::toStdUtf8String(StringUtils::toLower(joined));
-}
 
 }  // namespace
 
@@ -166,29 +154,48 @@ private:
 class LibraryResultCategorizer::Matchers::Builder
 {
 public:
-    explicit Builder(Matchers& matchers) : matchers_(matchers) {}
+    Builder(Matchers& matchers, const std::vector<ORGroup>& groups) : matchers_(matchers)
+    {
+        std::size_t count = 0;
+        for (const ORGroup& group : groups)
+            count += group.terms.size() + group.excludedTerms.size();
+        matchers_.groups.reserve(groups.size());
+        matchers_.groupTerms.reserve(count);
+        matchers_.terms.reserve(std::min(count, usualTermCount));
+        byText_.reserve(std::min(count, usualTermCount));
+    }
 
     void add(const ORGroup& group)
     {
-        std::vector<std::uint32_t>& list = matchers_.groupTerms;
-        GroupMatcher matcher;
-        matcher.exactText = exactTextOf(group);
-        matcher.requiredBegin = list.size();
+        GroupMatcher& matcher = matchers_.groups.emplace_back();
+        matcher.requiredBegin = listSize();
         addTerms(group.terms);
-        matcher.excludedBegin = list.size();
+        for (std::uint32_t i = matcher.requiredBegin; i < listSize(); ++i) {
+            matcher.exactText += i == matcher.requiredBegin ? "" : " ";
+            matcher.exactText += matchers_.terms[matchers_.groupTerms[i]].term();
+        }
+        arrange(matcher.requiredBegin);
+        matcher.excludedBegin = listSize();
         addTerms(group.excludedTerms);
-        matcher.end = list.size();
-        matchers_.groups.push_back(std::move(matcher));
+        arrange(matcher.excludedBegin);
+        matcher.end = listSize();
     }
 
 private:
-    // Each term once, first those that are most likely to be missing.
+    static constexpr std::size_t usualTermCount = 16;
+
+    std::uint32_t listSize() const { return static_cast<std::uint32_t>(matchers_.groupTerms.size()); }
+
     void addTerms(const std::vector<std::u32string>& texts)
     {
-        std::vector<std::uint32_t>& list = matchers_.groupTerms;
-        const auto begin = static_cast<std::ptrdiff_t>(list.size());
         for (const std::u32string& text : texts)
-            list.push_back(indexOf(StringConvert::toStdUtf8String(StringUtils::toLower(text))));
+            matchers_.groupTerms.push_back(indexOf(StringConvert::toStdUtf8String(StringUtils::toLower(text))));
+    }
+
+    // Each term once, first those that are most likely to be missing.
+    void arrange(std::uint32_t begin)
+    {
+        std::vector<std::uint32_t>& list = matchers_.groupTerms;
         const auto rank = [this](std::uint32_t term) { return std::pair(matchers_.terms[term].frequency(), term); };
         std::sort(list.begin() + begin, list.end(), [&](auto a, auto b) { return rank(a) < rank(b); });
         list.erase(std::unique(list.begin() + begin, list.end()), list.end());
@@ -196,28 +203,35 @@ private:
 
     std::uint32_t indexOf(std::string term)
     {
-        const auto [place, isNew] = indexes_.try_emplace(term, static_cast<std::uint32_t>(indexes_.size()));
-        if (isNew)
-            matchers_.terms.emplace_back(std::move(term));
-        return place->second;
+        const auto isBefore = [this](std::uint32_t a, const std::string& b) { return matchers_.terms[a].term() < b; };
+        const auto place = std::lower_bound(byText_.begin(), byText_.end(), term, isBefore);
+        if (place != byText_.end() && matchers_.terms[*place].term() == term)
+            return *place;
+        const auto index = static_cast<std::uint32_t>(matchers_.terms.size());
+        byText_.insert(place, index);
+        matchers_.terms.emplace_back(std::move(term));
+        return index;
     }
 
     Matchers& matchers_;
-    std::unordered_map<std::string, std::uint32_t> indexes_;
+    std::vector<std::uint32_t> byText_;  // indexes of the terms in the order of their texts
 };
 
 /// One rating in progress.
 class LibraryResultCategorizer::Matchers::Rating
 {
 public:
-    Rating(const Matchers& matchers, const NameWorths& worths, const LoweredTexts& texts, TermState* states)
+    Rating(const Matchers& matchers, const NameWorths& worths, LoweredTexts& texts, TermState* states)
         : matchers_(matchers),
           texts_(texts),
           states_(states),
           exact_(worths.exact),
           worths_(matchers.wordMatchesOnly ? worths.wholeWords : worths.anyMatch)
     {
-        if (matchers.terms.size() >= fewestTermsForPairs && texts.size() <= BytePairs::largestUseful)
+        if (matchers.terms.size() < fewestTermsForPairs)
+            return;
+        texts.lowerKeywords();
+        if (texts.size() <= BytePairs::largestUseful)
             pairs_.emplace(texts);
     }
 
@@ -275,7 +289,7 @@ private:
     static constexpr std::size_t fewestTermsForPairs = 8;
 
     const Matchers& matchers_;
-    const LoweredTexts& texts_;
+    LoweredTexts& texts_;
     std::optional<BytePairs> pairs_;
     TermState* const states_;
     const Worth exact_;
@@ -285,8 +299,7 @@ private:
 LibraryResultCategorizer::Matchers::Matchers(const Library::Search::Info& info)
     : wordMatchesOnly(info.legacySearch), textSearch(info.textSearch)
 {
-    groups.reserve(info.parseTree.groups.size());
-    Builder builder(*this);
+    Builder builder(*this, info.parseTree.groups);
     for (const ORGroup& group : info.parseTree.groups)
         builder.add(group);
     terms.shrink_to_fit();
@@ -303,7 +316,7 @@ SearchPriority LibraryResultCategorizer::Matchers::rate(const NameWorths& worths
     const RatingMemory memory(statesSize + textsSize);
     auto* const states = reinterpret_cast<TermState*>(memory.data());
     std::uninitialized_fill_n(states, terms.size(), TermState{});
-    const LoweredTexts texts(memory.data() + statesSize, name, keywords);
+    LoweredTexts texts(memory.data() + statesSize, name, keywords);
     const Worth best = Rating(*this, worths, texts, states).best();
     return best == noWorth ? Invalid : static_cast<SearchPriority>(best);
 }

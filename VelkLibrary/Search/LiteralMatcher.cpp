@@ -16,13 +16,18 @@ using Velk::Platform::lowestBit;
 namespace Library::Search::detail {
 namespace {
 
-constexpr char guard = '\xFF';  // in no UTF-8, so in no term; and no word character
+constexpr char capitalBit = 0x20;  // what a capital lacks of its small letter, in ASCII
+constexpr char guard = '\xFF';     // in no UTF-8, so in no term; and no word character
 
 // A term up to this size is compared wherever it may stand. With longer ones that would take time by
 // the product of the sizes, so they have a budget of bytes to compare, in multiples of the text.
 constexpr std::size_t longestUnbudgetedTerm = 64;
 constexpr std::size_t budgetPerByte = 8;
 constexpr std::size_t leastBudget = 4096;
+
+// Bytes of a term among which the probes are chosen; their places fit a byte.
+constexpr std::size_t mostProbed = 256;
+constexpr std::size_t mostPlain = 16;
 
 // The bytes of names and keywords in many languages, most frequent first; any other is rare.
 constexpr std::string_view frequentBytes =
@@ -63,6 +68,13 @@ Bytes16 areWord(const char* bytes)
 {
     const Bytes16 block = Bytes16::load(bytes);
     return inRange(block, 'a', 'z') | inRange(block, '0', '9') | equal(block, Bytes16('_'));
+}
+
+// Whether nothing but a byte itself and its capital has this lower case. Of what is not ASCII, U+0130
+// alone becomes ASCII, "i", and U+212A, "k".
+bool isPlain(char byte)
+{
+    return static_cast<unsigned char>(byte) < 0x80 && byte != 'i' && byte != 'k';
 }
 
 bool isBreak(char byte)
@@ -117,18 +129,38 @@ std::size_t LoweredTexts::room(std::size_t nameSize, std::size_t keywordsSize) n
 LoweredTexts::LoweredTexts(char* buffer, std::string_view name, const std::string* keywords) noexcept
     : bytes_(buffer + 1), hasKeywords_(keywords != nullptr)
 {
-    char* const to = buffer + 1;
     *buffer = guard;
-    name_.end = StringUtils::toLowerUtf8Into(to, name);
+    name_.end = StringUtils::toLowerUtf8Into(bytes_, name);
     keywords_ = {name_.end, name_.end};
-    if (keywords != nullptr) {
-        to[name_.end] = guard;
-        keywords_.begin = name_.end + 1;
-        keywords_.end = keywords_.begin + StringUtils::toLowerUtf8Into(to + keywords_.begin, *keywords);
-    }
+    if (hasKeywords_ && keywords->size() < leastPending)
+        append(*keywords);
+    else if (hasKeywords_)
+        pendingKeywords_ = *keywords;
+    close();
+}
+
+void LoweredTexts::lowerKeywords() noexcept
+{
+    if (pendingKeywords_.empty())
+        return;
+    append(pendingKeywords_);
+    pendingKeywords_ = {};
+    breaks_[true] = Breaks::Unknown;
+    close();
+}
+
+void LoweredTexts::append(std::string_view keywords) noexcept
+{
+    bytes_[name_.end] = guard;
+    keywords_.begin = name_.end + 1;
+    keywords_.end = keywords_.begin + StringUtils::toLowerUtf8Into(bytes_ + keywords_.begin, keywords);
+}
+
+void LoweredTexts::close() noexcept
+{
     static_assert(readable == 2 * Bytes16::size);
-    Bytes16(static_cast<std::uint8_t>(guard)).store(to + keywords_.end);
-    Bytes16(static_cast<std::uint8_t>(guard)).store(to + keywords_.end + Bytes16::size);
+    Bytes16(static_cast<std::uint8_t>(guard)).store(bytes_ + keywords_.end);
+    Bytes16(static_cast<std::uint8_t>(guard)).store(bytes_ + keywords_.end + Bytes16::size);
 }
 
 bool LoweredTexts::hasBreak(bool inKeywords) const noexcept
@@ -213,12 +245,15 @@ LiteralMatcher::LiteralMatcher(std::string term) : term_(std::move(term)), first
     beginsInWord_ = isWord(term_.front());
     endsInWord_ = isWord(term_.back());
     chooseProbes();
+    choosePlainPart();
     if (term_.size() > longestUnbudgetedTerm)
         factorize();
 }
 
-Worth LiteralMatcher::best(const LoweredTexts& texts, const PlaceWorths& worths) const noexcept
+Worth LiteralMatcher::best(LoweredTexts& texts, const PlaceWorths& worths) const noexcept
 {
+    if (!texts.pendingKeywords().empty() && mayStandInRaw(texts.pendingKeywords()))
+        texts.lowerKeywords();
     if (term_.size() > texts.size())
         return noWorth;
     if (firstBreak_ != npos)
@@ -233,24 +268,89 @@ Worth LiteralMatcher::best(const LoweredTexts& texts, const PlaceWorths& worths)
 // Two different bytes if there are any, the rarest; of equally rare ones the first.
 void LiteralMatcher::chooseProbes() noexcept
 {
+    const std::size_t size = std::min(term_.size(), mostProbed);
     std::size_t rarest = 0;
-    for (std::size_t i = 1; i < term_.size(); ++i) {
+    for (std::size_t i = 1; i < size; ++i) {
         if (frequencyOf(term_[i]) < frequencyOf(term_[rarest]))
             rarest = i;
     }
-    std::size_t second = rarest == 0 ? term_.size() - 1 : 0;
-    for (std::size_t i = 0; i < term_.size(); ++i) {
+    std::size_t second = rarest == 0 ? size - 1 : 0;
+    for (std::size_t i = 0; i < size; ++i) {
         const bool different = term_[i] != term_[rarest];
         if (different && (term_[second] == term_[rarest] || frequencyOf(term_[i]) < frequencyOf(term_[second])))
             second = i;
     }
-    probes_[0] = rarest;
-    probes_[1] = second;
+    probes_[0] = static_cast<std::uint8_t>(rarest);
+    probes_[1] = static_cast<std::uint8_t>(second);
     for (std::size_t i = 0; i < 2 && term_.size() > 1; ++i) {
-        const std::size_t first = probes_[i] == 0 ? 0 : probes_[i] - 1;
+        const std::size_t first = probes_[i] == 0 ? 0 : probes_[i] - 1U;
         pairs_[i] = BytePairs::number(term_[first], term_[first + 1]);
     }
     frequency_ = static_cast<std::uint16_t>(frequencyOf(term_[rarest]) * 256 + frequencyOf(term_[second]));
+}
+
+// Two neighbours, the rarest, and what stands around them.
+void LiteralMatcher::choosePlainPart() noexcept
+{
+    const std::size_t size = std::min(term_.size(), mostProbed);
+    unsigned rarest = std::numeric_limits<unsigned>::max();
+    std::size_t probe = size;
+    for (std::size_t i = 0; i < size; ++i) {
+        const bool alone = i + 1 == size || !isPlain(term_[i + 1]);
+        const unsigned frequency = alone ? 512U : frequencyOf(term_[i]) + frequencyOf(term_[i + 1]);
+        if (isPlain(term_[i]) && frequency < rarest) {
+            rarest = frequency;
+            probe = i;
+        }
+    }
+    std::size_t begin = probe;
+    while (begin > 0 && probe - begin < mostPlain / 2 && isPlain(term_[begin - 1]))
+        --begin;
+    std::size_t end = probe;
+    while (end < size && end - begin < mostPlain && isPlain(term_[end]))
+        ++end;
+    plainBegin_ = static_cast<std::uint8_t>(begin);
+    plainProbe_ = static_cast<std::uint8_t>(probe - begin);
+    plainSize_ = static_cast<std::uint8_t>(end - begin);
+}
+
+bool LiteralMatcher::plainPartStandsAt(const char* place) const noexcept
+{
+    const char* const part = term_.data() + plainBegin_;
+    for (std::size_t i = 0; i < plainSize_; ++i) {
+        if ((part[i] | capitalBit) != (place[i] | capitalBit))
+            return false;
+    }
+    return true;
+}
+
+// Whether a text, of at least LoweredTexts::leastPending bytes, may hold the term once it is lowered.
+// Most texts do not, and to see it here takes less time than to lower them.
+bool LiteralMatcher::mayStandInRaw(std::string_view text) const noexcept
+{
+    if (plainSize_ == 0)
+        return true;
+    const std::size_t distance = plainProbe_ + 1U < plainSize_ ? 1 : 0;
+    const char* const probes = term_.data() + plainBegin_ + plainProbe_;
+    const Bytes16 capital(static_cast<std::uint8_t>(capitalBit));
+    const Bytes16 first = Bytes16(static_cast<std::uint8_t>(probes[0])) | capital;
+    const Bytes16 second = Bytes16(static_cast<std::uint8_t>(probes[distance])) | capital;
+    const char* const firstPlace = text.data() + plainProbe_;
+    const char* const lastPlace = text.data() + text.size() - (plainSize_ - plainProbe_);
+    static_assert(LoweredTexts::leastPending >= mostPlain + Bytes16::size);
+    for (const char* place = firstPlace; place <= lastPlace; place += Bytes16::size) {
+        // The last block reaches back, not beyond the end.
+        const char* const block = std::min(place, text.data() + text.size() - distance - Bytes16::size);
+        std::uint32_t candidates =
+            (equal(Bytes16::load(block) | capital, first) & equal(Bytes16::load(block + distance) | capital, second))
+                .mask();
+        for (; candidates != 0; candidates &= candidates - 1) {
+            const char* const found = block + lowestBit(candidates);
+            if (found >= firstPlace && found <= lastPlace && plainPartStandsAt(found - plainProbe_))
+                return true;
+        }
+    }
+    return false;
 }
 
 // The places of a term that holds a line break: it must cover all breaks of the text, so its first one

@@ -34,15 +34,22 @@ struct Extent
 
 /// A name, and keywords where there are any, in lower case: one behind the other in a buffer, with a
 /// byte that stands in no term before, between and behind them. So one search finds what is in either,
-/// and the ends of both need no care. Lives within one rating, in the thread of that rating.
+/// and the ends of both need no care. Long keywords are lowered only when asked for, since most hold no
+/// term. Lives within one rating, in the thread of that rating.
 class LoweredTexts
 {
 public:
     /// The room that the constructor needs.
     static std::size_t room(std::size_t nameSize, std::size_t keywordsSize) noexcept;
 
-    /// Writes the texts to `buffer`, which must outlive this. No keywords: null.
+    /// Writes to `buffer`, which must outlive this, as must `keywords`. No keywords: null.
     LoweredTexts(char* buffer, std::string_view name, const std::string* keywords) noexcept;
+
+    /// The keywords as they were given, if they are not in lower case yet; else empty. Not shorter than
+    /// `leastPending` then. Until lowerKeywords(), all else is as if there were none.
+    std::string_view pendingKeywords() const noexcept { return pendingKeywords_; }
+    void lowerKeywords() noexcept;
+    static constexpr std::size_t leastPending = 32;
 
     /// Readable from one byte before the name to `readable` bytes behind the end.
     const char* bytes() const noexcept { return bytes_; }
@@ -61,7 +68,11 @@ public:
 private:
     enum class Breaks : std::uint8_t { Unknown, None, Some };
 
-    const char* bytes_ = nullptr;
+    void append(std::string_view keywords) noexcept;
+    void close() noexcept;
+
+    char* bytes_;
+    std::string_view pendingKeywords_;
     Extent name_;
     Extent keywords_;
     bool hasKeywords_ = false;
@@ -102,8 +113,9 @@ public:
     /// `term` is well-formed UTF-8, or at least without the byte FF.
     explicit LiteralMatcher(std::string term);
 
-    /// The worth of the best place of the term, `noWorth` if it has none.
-    Worth best(const LoweredTexts& texts, const PlaceWorths& worths) const noexcept;
+    /// The worth of the best place of the term, `noWorth` if it has none. Lowers the keywords if they
+    /// may hold the term.
+    Worth best(LoweredTexts& texts, const PlaceWorths& worths) const noexcept;
 
     /// False if the texts of these pairs cannot hold the term.
     bool mayStandIn(const BytePairs& pairs) const noexcept
@@ -114,10 +126,15 @@ public:
     /// An order of terms: the smaller, the less likely a text holds the term.
     unsigned frequency() const noexcept { return frequency_; }
 
+    const std::string& term() const noexcept { return term_; }
+
 private:
     class Places;
 
     void chooseProbes() noexcept;
+    void choosePlainPart() noexcept;
+    bool mayStandInRaw(std::string_view text) const noexcept;
+    bool plainPartStandsAt(const char* place) const noexcept;
     void factorize() noexcept;
     Worth bestAcrossBreaks(const LoweredTexts& texts, const PlaceWorths& worths) const noexcept;
     Worth bestOfEmpty(const LoweredTexts& texts, const PlaceWorths& worths) const noexcept;
@@ -126,14 +143,17 @@ private:
 
     std::string term_;
     std::size_t firstBreak_;         // npos: none
-    std::size_t probes_[2] = {};     // places of two bytes of the term that are rare in names
-    std::uint16_t pairs_[2] = {};    // the numbers of the pairs with these bytes
     std::size_t criticalPlace_ = 0;  // of the two-way search, for long terms
     std::size_t period_ = 0;
-    bool periodic_ = false;  // the term repeats itself at the distance of period_
+    std::uint16_t pairs_[2] = {};  // the numbers of the pairs with the bytes at probes_
+    std::uint16_t frequency_ = 0;
+    std::uint8_t probes_[2] = {};  // places of two bytes of the term that are rare in names
+    std::uint8_t plainBegin_ = 0;  // a part of the term that has only capitals besides itself
+    std::uint8_t plainSize_ = 0;   // 0: none
+    std::uint8_t plainProbe_ = 0;  // the place in this part of two neighbours, or one, that are rare
+    bool periodic_ = false;        // the term repeats itself at the distance of period_
     bool beginsInWord_ = false;
     bool endsInWord_ = false;
-    std::uint16_t frequency_ = 0;
 };
 
 }  // namespace Library::Search::detail
