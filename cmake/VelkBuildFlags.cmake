@@ -33,3 +33,11 @@ function(velk_program_properties target)
     target_link_libraries(${target} PRIVATE velk_build_flags)
     set_target_properties(${target} PROPERTIES COMPILE_WARNING_AS_ERROR ${VELK_WERROR})
 endfunction()
+
+# Sources with loops over every byte of large texts: with sanitizers and without any optimisation they
+# would take most of the time of all tests.
+function(velk_optimise_in_debug_builds)
+    if(NOT MSVC)
+        set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_OPTIONS $<$<CONFIG:Debug>:-O1>)
+    endif()
+endfunction()
