@@ -339,6 +339,39 @@ TEST_P(AgreesWithTrial, WhereComparingIsGivenUp)
     }
 }
 
+// Keywords so long that they are lowered only where they may hold a term, around the letters that more
+// than their capitals become.
+TEST_P(AgreesWithTrial, OnLongKeywords)
+{
+    const Alphabet alphabet = {"",
+                               {U"a", U"b", U"I", U"k", U"é", U"\u212A", U"\u0130", U"-", U"@", U"7"},
+                               {"a", "A", "b", "B",  "i", "I", "\u0130", "k",    "K",    "\u212A",
+                                "é", "É", "-", "\r", "`", "@", "7",      "\x17", "\xC4", "\xE2\x84"},
+                               6,
+                               90};
+    Random random(GetParam());
+    Pool pool(alphabet, GetParam());
+    int matches = 0;
+    for (int i = 0; i < 2000; ++i) {
+        Info info = pool.search();
+        std::string name = pool.text();
+        std::string keywords = pool.text();
+        std::erase(name, '\r');
+        if (below(random, 8) != 0)
+            std::erase(keywords, '\r');
+        if (below(random, 2) == 0)
+            keywords.insert(
+                below(random, keywords.size() + 1),
+                test::lowered(info.parseTree.groups[0].terms.empty() ? U"" : info.parseTree.groups[0].terms[0]));
+        const LibraryResultCategorizer categorizer(info);
+        const test::PlainOracle oracle(info);
+        ASSERT_NO_FATAL_FAILURE(expectSame(info, categorizer, oracle, name, keywords));
+        ASSERT_NO_FATAL_FAILURE(expectSame(info, categorizer, oracle, "", keywords));
+        matches += categorizer.categorizeItemResult("", keywords) != Invalid ? 1 : 0;
+    }
+    EXPECT_GT(matches, 100);
+}
+
 TEST_P(AgreesWithTrial, OnTextsWithBreaks)
 {
     Random random(GetParam());

@@ -1,14 +1,18 @@
 #include <VelkLibrary/LibraryResultCategorizer.h>
 
+#include <VelkCommon/Text/StringUtils.h>
 #include <VelkLibrary/Search/ParseTree.h>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <clocale>
 #include <cstdlib>
 #include <functional>
+#include <iterator>
 #include <locale>
 #include <new>
+#include <numeric>
 #include <string>
 #include <vector>
 
@@ -445,6 +449,36 @@ TEST(Categorizer, RatesTextsOfAnySizeAlike)
         ASSERT_EQ(chair.categorizeItemResult(text + "Chair\n", "r" + text), Invalid) << size;
         ASSERT_EQ(chair.categorizeFolderResult("Éx" + text + "chairs"), FolderContainsSequence) << size;
     }
+}
+
+TEST(Categorizer, FindsWhatBecomesItsTermInKeywordsOfAnySize)
+{
+    const LibraryResultCategorizer kitchen(searchFor(U"kitchen"));
+    const LibraryResultCategorizer zero(searchFor({group({U"@0 b_"})}));
+    for (std::size_t size = 0; size < 100; ++size) {
+        const std::string before(size, '.');
+        for (const std::string& behind : {""s, "."s, std::string(20, '.')}) {
+            ASSERT_EQ(kitchen.categorizeItemResult("", before + "KITCHEN" + behind), KeywordsContainWord) << size;
+            ASSERT_EQ(kitchen.categorizeItemResult("", before + "\u212A\u0130TcheN" + behind), KeywordsContainWord)
+                << size;
+            ASSERT_EQ(kitchen.categorizeItemResult("", before + "kitche." + behind), Invalid) << size;
+            ASSERT_EQ(zero.categorizeItemResult("", before + "@0 B_" + behind), KeywordsContainSequence) << size;
+            ASSERT_EQ(zero.categorizeItemResult("", before + "`\x10\0\x42\x7F"s + behind), Invalid) << size;
+        }
+    }
+}
+
+TEST(Categorizer, OnlyTwoOthersBecomeAscii)
+{
+    // What makes it sound to look for other letters before a text is in lower case.
+    std::u32string characters(0x110000, U'\0');
+    std::iota(characters.begin(), characters.end(), U'\0');
+    const std::u32string lower = StringUtils::toLower(characters);
+    ASSERT_EQ(lower.size(), characters.size());
+    std::u32string others;
+    std::copy_if(characters.begin() + 0x80, characters.end(), std::back_inserter(others),
+                 [&](char32_t character) { return lower[character] < 0x80; });
+    EXPECT_EQ(others, U"\u0130\u212A");
 }
 
 TEST(Categorizer, KnowsOneTermInManyGroups)
