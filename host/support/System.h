@@ -36,7 +36,7 @@ WriteResult writeToOutput(std::string_view bytes) noexcept;
 /// `text` in the quotes that the system's shell takes, or as it stands where it needs none.
 std::string shellQuoted(const std::string& text);
 
-/// The program's own file, or its name when the system does not tell. UTF-8.
+/// The program as one types it in the current folder, or its name when the system does not tell. UTF-8.
 std::string programPath();
 
 }  // namespace VelkHost

@@ -59,8 +59,16 @@ std::string programPath()
 {
     std::array<char, 4'096> path;
     const ssize_t length = ::readlink("/proc/self/exe", path.data(), path.size());
-    const bool known = length > 0 && static_cast<std::size_t>(length) < path.size();
-    return known ? std::string(path.data(), static_cast<std::size_t>(length)) : "velk";
+    if (length <= 0 || static_cast<std::size_t>(length) >= path.size())
+        return "velk";
+    std::string program(path.data(), static_cast<std::size_t>(length));
+    std::array<char, 4'096> folder;
+    if (::getcwd(folder.data(), folder.size()) != nullptr) {
+        const std::string below = std::string(folder.data()) + "/";
+        if (program.starts_with(below) && program.find('/', below.size()) != std::string::npos)
+            program.erase(0, below.size());
+    }
+    return program;
 }
 
 }  // namespace VelkHost
