@@ -248,7 +248,9 @@ TEST(BooleanExpParse, SeparatesAtEveryBlank)
 
 TEST(BooleanExpParse, KeepsWhatOnlyLooksBlank)
 {
-    for (const char32_t c : {0x7F, 0x84, 0x86, 0xAD, 0x180E, 0x200B, 0x200C, 0x200D, 0x2060, 0xFEFF, 0xD800, 0x110000})
+    constexpr char32_t notBlank[] = {0x7F,   0x84,   0x86,   0xAD,   0x180E, 0x200B,
+                                     0x200C, 0x200D, 0x2060, 0xFEFF, 0xD800, 0x110000};
+    for (const char32_t c : notBlank)
         EXPECT_EQ(BooleanExp::parse(U"a" + std::u32string(1, c) + U"b")->root->conjoinedTerms.size(), 0U)
             << std::hex << +c;
 }

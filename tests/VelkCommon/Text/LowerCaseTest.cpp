@@ -111,7 +111,7 @@ TEST_P(ToLower, Utf8WhereverItStands)
     const std::string text = encoded(GetParam().text);
     const std::string lower = encoded(GetParam().lower);
     for (std::size_t before = 0; before < 40; ++before) {
-        for (const std::size_t behind : {0, 1, 5, 15, 16, 17}) {
+        for (const std::size_t behind : std::initializer_list<std::size_t>{0, 1, 5, 15, 16, 17}) {
             const std::string front(before, 'x');
             const std::string back(behind, 'y');
             ASSERT_EQ(StringUtils::toLowerUtf8(std::string(before, 'X') + text + std::string(behind, 'Y')),
