@@ -3,6 +3,7 @@
 // Arguments: folders to look for libraries in, in place of the system's; then those of Google Benchmark.
 #include "LibraryNames.h"
 #include "RatingPeers.h"
+#include "support/CountedMemory.h"
 
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkLibrary/LibraryResultCategorizer.h>
@@ -23,32 +24,8 @@
 
 using Library::Search::Info;
 using Library::Search::ORGroup;
-
-namespace {
-
-std::size_t allocations = 0;
-std::size_t allocatedBytes = 0;
-
-}  // namespace
-
-void* operator new(std::size_t size)
-{
-    ++allocations;
-    allocatedBytes += size;
-    if (void* const memory = std::malloc(size == 0 ? 1 : size))
-        return memory;
-    throw std::bad_alloc();
-}
-
-void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
+using test::allocatedBytes;
+using test::allocations;
 
 namespace {
 

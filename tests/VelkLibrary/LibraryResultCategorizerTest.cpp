@@ -1,3 +1,5 @@
+#include "support/CountedMemory.h"
+
 #include <VelkLibrary/LibraryResultCategorizer.h>
 
 #include <VelkCommon/Text/StringUtils.h>
@@ -24,35 +26,10 @@
 
 using Library::Search::Info;
 using Library::Search::ORGroup;
+using test::allocatedBytes;
+using test::allocations;
 
 using namespace std::string_literals;
-
-namespace {
-
-std::size_t allocations = 0;
-std::size_t allocatedBytes = 0;
-
-}  // namespace
-
-// All of the program's memory comes through here, so that a test can count.
-void* operator new(std::size_t size)
-{
-    ++allocations;
-    allocatedBytes += size;
-    if (void* const memory = std::malloc(size == 0 ? 1 : size))
-        return memory;
-    throw std::bad_alloc();
-}
-
-void operator delete(void* memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
 
 namespace {
 
