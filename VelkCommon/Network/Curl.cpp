@@ -30,7 +30,7 @@ std::string extensionOf(const std::string& url)
     const auto isPlain = [](char c) {
         return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
     };
-    if (extension.size() > extensionLimit || !std::all_of(extension.begin() + 1, extension.end(), isPlain))
+    if (extension.size() < 2 || extension.size() > extensionLimit || !std::all_of(extension.begin() + 1, extension.end(), isPlain))
         return {};
     return extension;
 }
