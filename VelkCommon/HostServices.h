@@ -84,6 +84,10 @@ struct HostServices
     /// Where the library's files are. Default: see HostFolders.
     HostFolders folders;
 
+    /// A file of certificates (PEM) of the authorities that servers are verified against, in place of the
+    /// system's. Empty: the system's. One that cannot be read makes every HTTPS transfer fail.
+    fileString certificateFile;
+
     /// The translation of a literal into the user's language; empty result or absent: the literal.
     std::function<std::u32string(std::u32string_view literal)> translate;
 

@@ -25,8 +25,8 @@ VELKCOMMON_EXPORT std::string getUrlAfterRedirects(const std::string& url);
 /// its values in order. Values come without the blanks around them.
 ///
 /// Lines may end with CRLF or LF. A line that begins with a blank or tab continues the value before it,
-/// joined by one blank. The status line, lines without a colon and lines without a name are skipped; so
-/// is a name with blanks around it or within it. Takes time and memory linear in the block.
+/// joined by one blank. Names come without the blanks around them. The status line, lines without a colon
+/// and lines without a name are skipped. Takes time and memory linear in the block.
 VELKCOMMON_EXPORT void parseReturnHeader(const std::string& header,
                                          std::map<std::string, std::vector<std::string>, HeaderNameCompare>& out);
 
