@@ -6,6 +6,8 @@
 
 #include <zip.h>
 
+#include <random>
+
 namespace test {
 
 std::string sha1(const std::string& bytes)
@@ -17,9 +19,10 @@ std::string sha1(const std::string& bytes)
 
 std::string databaseBytes(char seed, std::size_t size)
 {
-    std::string bytes = "database ";
-    for (std::size_t i = 0; bytes.size() < size; ++i)
-        bytes += static_cast<char>(seed + static_cast<char>(i % 7));
+    std::mt19937 random(static_cast<unsigned char>(seed));
+    std::string bytes(size, '\0');
+    for (char& byte : bytes)
+        byte = static_cast<char>('0' + (random() & 63));
     return bytes;
 }
 

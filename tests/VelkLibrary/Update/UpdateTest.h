@@ -20,7 +20,7 @@ namespace test {
 /// The SHA-1 of bytes, as the hash of a file that holds them.
 std::string sha1(const std::string& bytes);
 
-/// Bytes that differ by `seed`, and take at least as many kilobytes to travel.
+/// Bytes that differ by `seed` and that packing makes hardly shorter.
 std::string databaseBytes(char seed, std::size_t size = 5'000);
 
 /// A zip archive of named entries.
