@@ -9,18 +9,21 @@
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/SHA1.h>
 #include <VelkCommon/HostServices.h>
+#include <VelkCommon/Network/Curl.h>
 #include <VelkLibrary/LibraryCatalogUpdater.h>
 
 #include <QCoreApplication>
 #include <QObject>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <functional>
-#include <optional>
+#include <map>
+#include <mutex>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -196,6 +199,7 @@ class Measures
 public:
     bool print()
     {
+        throughput();
         checks(milliseconds(10));
         checks(milliseconds(50));
         downloads();
@@ -205,6 +209,7 @@ public:
     }
 
 private:
+    void throughput();
     void checks(milliseconds oneWay);
     void downloads();
     void unreachable();
@@ -218,6 +223,30 @@ private:
     Service service_{installation_, authority_.issue()};
     std::vector<bench::Measure> measures_;
 };
+
+int lockAndGoOn(void* data, double, double, double, double)
+{
+    const std::lock_guard lock(*static_cast<std::mutex*>(data));
+    return 0;
+}
+
+// What the calls of the progress callback cost: as many bytes as fast as this machine can.
+void Measures::throughput()
+{
+    test::ScriptedServer server;
+    server.on("/file", test::Reply{.body = std::string(20 * changedSize, 'x')});
+    const fileString target = installation_.root() / fileString(std::string("file"));
+    std::mutex mutex;
+    const auto fetch = [&](Curl::Progress progress) {
+        std::string reason;
+        unsigned int code = 0;
+        if (!Curl::get().download_to_location(server.url("/file"), target, {}, &mutex, progress, reason, code))
+            throw std::runtime_error(reason);
+    };
+    const double without = leastSecondsOf([&] { fetch(nullptr); });
+    const double with = leastSecondsOf([&] { fetch(&lockAndGoOn); });
+    std::printf("210 MB on this machine: %.2f s, with a progress callback %.2f s\n", without, with);
+}
 
 // The whole run with its redirect and its index, against curl's check alone.
 void Measures::checks(milliseconds oneWay)

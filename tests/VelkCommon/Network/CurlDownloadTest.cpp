@@ -1,5 +1,6 @@
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Network/Curl.h>
+#include <VelkCommon/Platform/Platform.h>
 
 #include "NetworkTest.h"
 
@@ -178,6 +179,13 @@ TEST_F(CurlDownload, ReportsAFolderThatIsNotThere)
     EXPECT_THAT(reason, testing::HasSubstr("none"));
     EXPECT_FALSE(Curl::get().download_to_location(server_.url("/a"), fileString(), reason));
     EXPECT_NE(reason, "");
+}
+
+TEST_F(CurlDownload, KnowsTheRoomOnTheDisk)
+{
+    EXPECT_GT(Velk::Platform::freeSpace(folder().utf8()).value_or(0), 0U);
+    EXPECT_FALSE(Velk::Platform::freeSpace((folder() / U"none").utf8()));
+    EXPECT_FALSE(Velk::Platform::freeSpace(""));
 }
 
 TEST_F(CurlDownload, LeavesRoomOnTheDisk)
