@@ -17,6 +17,7 @@
 #include <QImage>
 
 #include <any>
+#include <array>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -40,6 +41,16 @@ struct HostFolders
     fileString proprietaryLibraryReferencedFiles;  ///< files that library content refers to
     fileString userTexture;                        ///< the user's textures
     fileString temp;                               ///< downloads and unpacking
+};
+
+/// The editions of the product. The content service has a list of the core catalogs for each: a file
+/// named by the edition's word and "_Core_Content_Index.txt".
+struct HostEditions
+{
+    /// The words; each makes a plain file name. UTF-8.
+    std::array<std::string, 10> words = {"Standard",  "Professional", "Premium", "Enterprise", "Interior",
+                                         "Landscape", "Education",    "Student", "Home",       "Trial"};
+    std::size_t running = 0;  ///< the index of the edition that runs; a wrong one counts as 0
 };
 
 /// How numbers are written for people.
@@ -82,6 +93,9 @@ struct HostServices
 
     /// The numbered text in the user's language; no result or absent: the built-in English text.
     std::function<std::optional<std::u32string>(unsigned int id)> resourceString;
+
+    /// Default: ten common words, the first of which ("Standard") runs.
+    HostEditions editions;
 
     /// Default: "1,234.5".
     NumberFormat numberFormat;
