@@ -144,10 +144,16 @@ private:
         server_->set_read_timeout(stalledSeconds);
         server_->set_write_timeout(stalledSeconds);
         server_->set_payload_max_length(requestBodyBytes);
-        server_->set_pre_routing_handler([this](const httplib::Request& request, httplib::Response& response) {
+        const auto handler = [this](const httplib::Request& request, httplib::Response& response) {
             handle(request, response);
-            return httplib::Server::HandlerResponse::Handled;
-        });
+        };
+        server_->Get(".*", handler);
+        // Of the others the body has to be read before they are refused, or it would count as a request.
+        server_->Post(".*", handler);
+        server_->Put(".*", handler);
+        server_->Patch(".*", handler);
+        server_->Delete(".*", handler);
+        server_->Options(".*", handler);
     }
 
     void bind()
