@@ -53,11 +53,12 @@ SiteAnswer fileAnswer(const SiteRequest& request, const SiteFile& file)
         answer.headers = {{"Content-Range", "bytes */" + size}};
         return answer;
     }
-    answer.headers.emplace_back("Accept-Ranges", "bytes");
     answer.type = typeOf(file.stored);
     answer.file = file.stored;
     answer.length = file.size;
-    if (range.kind == ByteRange::Kind::Part) {
+    if (range.kind == ByteRange::Kind::Whole) {
+        answer.headers.emplace_back("Accept-Ranges", "bytes");
+    } else {
         answer.status = 206;
         answer.offset = range.offset;
         answer.length = range.length;

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <sstream>
 
 namespace test {
 namespace {
@@ -70,14 +71,23 @@ void NginxServer::reload() const
 
 std::string NginxServer::complaints() const
 {
-    return readFile(folder_ / U"error.log");
+    std::istringstream log(readFile(folder_ / U"error.log"));
+    std::string complaints;
+    for (std::string line; std::getline(log, line);)
+        if (line.find("[notice]") == std::string::npos)
+            complaints += line + "\n";
+    return complaints;
 }
 
 void NginxServer::writeConfiguration(const fileString& configuration, const fileString& certificate,
                                      const fileString& key) const
 {
     const std::string home = folder_.utf8();
-    std::string text = "daemon off;\nmaster_process off;\npid \"" + home + "/nginx.pid\";\nevents {}\nhttp {\n";
+    std::string text = "daemon off;\nworker_processes 1;\npid \"" + home + "/nginx.pid\";\n";
+    // Its workers shall be this user, too, who alone can read the temporary folder.
+    if (::geteuid() == 0)
+        text += "user root;\n";
+    text += "events {}\nhttp {\n";
     for (const char* kind : {"client_body", "proxy", "fastcgi", "uwsgi", "scgi"})
         text += std::string(kind) + "_temp_path \"" + home + "/" + kind + "\";\n";
     // Compression is asked for, as many installations have it; catalogs must stay out of it.

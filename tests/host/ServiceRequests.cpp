@@ -140,7 +140,7 @@ std::vector<ServiceRequest> rangeRequests(const ServedSite& site)
             coreTarget,
             {{"Range", value}},
             206,
-            ranges + cache + length(last - first + 1) + part(first, last, size) + bytes + tag(site.coreTag),
+            cache + length(last - first + 1) + part(first, last, size) + bytes + tag(site.coreTag),
             site.core.substr(first, last - first + 1)};
     };
     const auto none = [&](const char* name, const std::string& value) {
@@ -167,7 +167,7 @@ std::vector<ServiceRequest> rangeRequests(const ServedSite& site)
          coreTarget,
          {{"Range", "bytes=0-9"}},
          206,
-         ranges + cache + length(10) + part(0, 9, size) + bytes + tag(site.coreTag),
+         cache + length(10) + part(0, 9, size) + bytes + tag(site.coreTag),
          ""},
     };
 }
@@ -190,7 +190,7 @@ std::string describeHeaders(const httplib::Response& response)
         names = {"Content-Range"};
     else if (response.status != 302 && response.status != 304)
         names.insert(names.end(), {"Content-Length", "Content-Type"});
-    if (response.has_header("ETag") && response.status != 304)
+    if (response.has_header("ETag") && response.status == 200)
         names.emplace_back("Accept-Ranges");
     std::sort(names.begin(), names.end(), [](std::string_view left, std::string_view right) { return left < right; });
     std::string lines;
