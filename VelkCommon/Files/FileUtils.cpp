@@ -3,23 +3,14 @@
 #include <VelkCommon/Files/ReplacementFile.h>
 #include <VelkCommon/Files/detail/Folders.h>
 #include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/detail/Guarded.h>
 
 namespace Platform = Velk::Platform;
+using Velk::guarded;
 
 namespace {
 
 using Existing = ReplacementFile::Existing;
-
-// What `operation` returns; `failure` when it throws (for want of memory).
-template <typename Operation, typename Result>
-Result guarded(Operation operation, Result failure) noexcept
-{
-    try {
-        return operation();
-    } catch (...) {
-        return failure;
-    }
-}
 
 bool isFile(const fileString& path)
 {

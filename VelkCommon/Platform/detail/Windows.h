@@ -4,6 +4,7 @@
 /// What the sources of this layer for Windows share.
 
 #include <VelkCommon/Files/fileString.h>
+#include <VelkCommon/detail/Guarded.h>
 
 // The order of the system's headers matters: windows.h comes first.
 #include <windows.h>
@@ -32,17 +33,6 @@ inline std::wstring systemPath(const std::string& path)
     if (path.find('\0') != std::string::npos)
         return {};
     return fileString(path).toNativeString();
-}
-
-/// What `operation` returns; `failure` when it throws (for want of memory).
-template <typename Operation, typename Result>
-Result guarded(Operation operation, Result failure) noexcept
-{
-    try {
-        return operation();
-    } catch (...) {
-        return failure;
-    }
 }
 
 /// An open handle; closes itself and leaves the last error as it was.

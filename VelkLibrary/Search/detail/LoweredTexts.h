@@ -1,0 +1,91 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace Library::Search::detail {
+
+/// Part of the bytes of LoweredTexts.
+struct Extent
+{
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    std::size_t size() const noexcept { return end - begin; }
+};
+
+/// The place of the first line break in the extent, std::string::npos if there is none. Reads blocks of 16
+/// bytes to their end.
+std::size_t findBreak(const char* bytes, const Extent& extent) noexcept;
+
+/// A name, and keywords where there are any, in lower case: one behind the other in a buffer, with a
+/// byte that stands in no term before, between and behind them. So one search finds what is in either,
+/// and the ends of both need no care. Long keywords are lowered only when asked for, since most hold no
+/// term. Lives within one rating, in the thread of that rating.
+class LoweredTexts
+{
+public:
+    /// The room that the constructor needs.
+    static std::size_t room(std::size_t nameSize, std::size_t keywordsSize) noexcept;
+
+    /// Writes to `buffer`, which must outlive this, as must `keywords`. No keywords: null.
+    LoweredTexts(char* buffer, std::string_view name, const std::string* keywords) noexcept;
+
+    /// The keywords as they were given, if they are not in lower case yet; else empty. Not shorter than
+    /// `leastPending` then. Until lowerKeywords(), all else is as if there were none.
+    std::string_view pendingKeywords() const noexcept { return pendingKeywords_; }
+    void lowerKeywords() noexcept;
+    static constexpr std::size_t leastPending = 32;
+
+    /// Readable from one byte before the name to `readable` bytes behind the end.
+    const char* bytes() const noexcept { return bytes_; }
+    std::size_t size() const noexcept { return keywords_.end; }
+    const Extent& name() const noexcept { return name_; }
+    /// Of no extent behind the end of the name where there are none.
+    const Extent& keywords() const noexcept { return keywords_; }
+    bool hasKeywords() const noexcept { return hasKeywords_; }
+    std::string_view nameText() const noexcept { return {bytes_, name_.end}; }
+
+    /// Whether that text holds a line break. Looked up once.
+    bool hasBreak(bool inKeywords) const noexcept;
+
+    static constexpr std::size_t readable = 32;
+
+private:
+    enum class Breaks : std::uint8_t { Unknown, None, Some };
+
+    void append(std::string_view keywords) noexcept;
+    void close() noexcept;
+
+    char* bytes_;
+    std::string_view pendingKeywords_;
+    Extent name_;
+    Extent keywords_;
+    bool hasKeywords_ = false;
+    mutable Breaks breaks_[2] = {Breaks::Unknown, Breaks::Unknown};
+};
+
+/// Which pairs of neighbouring bytes the texts may hold: one look at the texts that spares most of the
+/// searches for many terms. May hold a pair that the texts do not, never the other way round.
+class BytePairs
+{
+public:
+    /// A pair's number; different pairs of small letters have different ones.
+    static std::uint16_t number(char first, char second) noexcept
+    {
+        return static_cast<std::uint16_t>((first & 31) << 5 | (second & 31));
+    }
+
+    explicit BytePairs(const LoweredTexts& texts) noexcept;
+
+    bool mayHold(std::uint16_t number) const noexcept { return held_[number]; }
+
+    /// Larger texts hold nearly all pairs.
+    static constexpr std::size_t largestUseful = 1024;
+
+private:
+    bool held_[1024] = {};
+};
+
+}  // namespace Library::Search::detail
