@@ -69,7 +69,7 @@ bool isCommand(const CLI::App& app, const std::string& name)
 int reportUnknownCommand(const std::string& name, Output& output)
 {
     output.error("there is no command \"" + name + "\"",
-                 "The commands are search, catalog and tour; see \"velk --help\".");
+                 "The commands are search, catalog, publish, serve and tour; see \"velk --help\".");
     return static_cast<int>(ExitCode::Usage);
 }
 
@@ -80,6 +80,8 @@ int run(const std::vector<std::string>& arguments, Output& output)
     Action action;
     addSearchCommand(app, output, action);
     addCatalogCommand(app, output, action);
+    addPublishCommand(app, output, action);
+    addServeCommand(app, output, action);
     addTourCommand(app, output, action);
     if (arguments.empty()) {
         output.write(app.help());

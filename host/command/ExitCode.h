@@ -9,7 +9,8 @@ enum class ExitCode : int {
     Usage = 2,          ///< the command line makes no sense
     BrokenLibrary = 3,  ///< a library to search is missing or broken; the others were searched
     BuildFailed = 4,    ///< a catalog could not be made
-    OutputFailed = 5    ///< standard output could not be written
+    OutputFailed = 5,   ///< standard output could not be written
+    ServiceFailed = 8   ///< a site could not be published or served
 };
 
 }  // namespace VelkHost

@@ -40,22 +40,6 @@ std::string shellQuoted(const std::string& text);
 /// The program as one types it in the current folder, or its name when the system does not tell. UTF-8.
 std::string programPath();
 
-/// While it lives, Ctrl-C (and a polite request of the system to end) does not end the process but is kept here.
-/// One at a time.
-class InterruptWatch
-{
-public:
-    InterruptWatch();
-    ~InterruptWatch();
-    InterruptWatch(const InterruptWatch&) = delete;
-    InterruptWatch& operator=(const InterruptWatch&) = delete;
-
-    /// Whether it was asked for. Any thread.
-    static bool interrupted() noexcept;
-    /// Returns once it was asked for.
-    static void wait() noexcept;
-};
-
 /// Prepares a socket that will listen: a restarted program gets its port back at once, and no other program can
 /// take it meanwhile.
 void allowQuickRestart(std::intptr_t socket) noexcept;

@@ -3,29 +3,11 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
-#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 namespace VelkHost {
-namespace {
-
-volatile std::sig_atomic_t interruptAsked = 0;
-int interruptPipe[2] = {-1, -1};
-struct sigaction interruptBefore[2];
-constexpr int interruptSignals[2] = {SIGINT, SIGTERM};
-
-// Nothing but what a signal handler may do.
-extern "C" void keepInterrupt(int)
-{
-    const int error = errno;
-    interruptAsked = 1;
-    static_cast<void>(!::write(interruptPipe[1], "!", 1));
-    errno = error;
-}
-
-}  // namespace
 
 std::vector<std::string> programArguments(int argumentCount, char** arguments)
 {
@@ -88,43 +70,6 @@ std::string programPath()
             program.erase(0, below.size());
     }
     return program;
-}
-
-InterruptWatch::InterruptWatch()
-{
-    interruptAsked = 0;
-    if (::pipe2(interruptPipe, O_CLOEXEC) != 0)
-        return;
-    struct sigaction action = {};
-    action.sa_handler = keepInterrupt;
-    ::sigemptyset(&action.sa_mask);
-    action.sa_flags = SA_RESTART;
-    for (int i = 0; i < 2; ++i)
-        ::sigaction(interruptSignals[i], &action, &interruptBefore[i]);
-}
-
-InterruptWatch::~InterruptWatch()
-{
-    if (interruptPipe[0] < 0)
-        return;
-    for (int i = 0; i < 2; ++i)
-        ::sigaction(interruptSignals[i], &interruptBefore[i], nullptr);
-    for (int& end : interruptPipe) {
-        ::close(end);
-        end = -1;
-    }
-}
-
-bool InterruptWatch::interrupted() noexcept
-{
-    return interruptAsked != 0;
-}
-
-void InterruptWatch::wait() noexcept
-{
-    char mark = 0;
-    while (!interrupted() && ::read(interruptPipe[0], &mark, 1) < 0 && errno == EINTR) {
-    }
 }
 
 void allowQuickRestart(std::intptr_t socket) noexcept

@@ -19,21 +19,6 @@ std::string utf8(const wchar_t* text)
     return StringConvert::toStdUtf8String(StringConvert::toUnicode(std::wstring_view(text)));
 }
 
-// Signalled once Ctrl-C was pressed; made by the first watch.
-HANDLE interruptEvent()
-{
-    static const HANDLE event = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    return event;
-}
-
-BOOL WINAPI keepInterrupt(DWORD kind)
-{
-    if (kind != CTRL_C_EVENT && kind != CTRL_BREAK_EVENT)
-        return FALSE;
-    ::SetEvent(interruptEvent());
-    return TRUE;
-}
-
 HANDLE standardOutput()
 {
     return ::GetStdHandle(STD_OUTPUT_HANDLE);
@@ -107,27 +92,6 @@ std::string programPath()
     std::array<wchar_t, 32'768> path;
     const DWORD length = ::GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
     return length > 0 && length < path.size() ? utf8(path.data()) : "velk";
-}
-
-InterruptWatch::InterruptWatch()
-{
-    ::ResetEvent(interruptEvent());
-    ::SetConsoleCtrlHandler(keepInterrupt, TRUE);
-}
-
-InterruptWatch::~InterruptWatch()
-{
-    ::SetConsoleCtrlHandler(keepInterrupt, FALSE);
-}
-
-bool InterruptWatch::interrupted() noexcept
-{
-    return ::WaitForSingleObject(interruptEvent(), 0) == WAIT_OBJECT_0;
-}
-
-void InterruptWatch::wait() noexcept
-{
-    ::WaitForSingleObject(interruptEvent(), INFINITE);
 }
 
 void allowQuickRestart(std::intptr_t socket) noexcept
