@@ -81,7 +81,6 @@ TEST_F(ArchiveCommand, UnpacksFromAnAddress)
 {
     pack();
     test::ScriptedServer server;
-    server.on("/libs/garden%20house.calibz", test::Reply::file(test::readFile(work_ / U"house.calibz"), "tag"));
     server.on("/plain.calibz", test::Reply::file(test::readFile(work_ / U"house.calibz"), "tag"));
     EXPECT_EQ(velk({"unpack", server.url("/plain.calibz?x=/y"), "-o", "out"}).exitCode, 0);
     EXPECT_THAT(test::listFolder(work_ / U"out"), ElementsAre("plain.calib", "plain.zip"));
