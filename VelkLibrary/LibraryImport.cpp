@@ -82,8 +82,13 @@ public:
 
     OptionalPaths run()
     {
+        // Unpacked over itself, an archive would be gone before it is read.
+        if (databasePath_ == archive_)
+            return {};
         FileReaper databaseReaper(databasePath_);
         FileReaper otherFilesReaper(otherFilesPath_);
+        if (otherFilesPath_ == archive_)
+            otherFilesReaper.cancel();
         if (progress_ != nullptr)
             openSubRange(*progress_, archive_);
         const auto visited = ZipUtils::getFilesDataInArchive(
