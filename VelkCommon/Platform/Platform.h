@@ -103,6 +103,9 @@ VELKCOMMON_EXPORT MoveResult move(const std::string& from, const std::string& to
 /// Makes the names in `folder` last through a power failure, as far as the system can.
 VELKCOMMON_EXPORT void syncFolder(const std::string& folder) noexcept;
 
+/// The bytes that this user may still write to the volume of `folder`; nothing when that is unknown.
+VELKCOMMON_EXPORT std::optional<std::uint64_t> freeSpace(const std::string& folder) noexcept;
+
 /// The names in `folder` can be changed.
 VELKCOMMON_EXPORT bool canChangeFolder(const std::string& folder) noexcept;
 /// The existing file can be opened for writing.
@@ -152,6 +155,9 @@ public:
 
     /// The number of bytes read, fewer than `size` only at the end; -1 on failure.
     long long read(char* bytes, std::size_t size) noexcept;
+    /// The same from `offset` bytes behind the beginning. On Windows it moves the place where read() and
+    /// write() go on.
+    long long readAt(long long offset, char* bytes, std::size_t size) noexcept;
     /// Writes all or fails.
     bool write(const char* bytes, std::size_t size) noexcept;
     /// Moves to `offset` bytes from the beginning.
@@ -167,6 +173,9 @@ public:
 
     /// Appends the rest of `source`, by the system's own means where it has them.
     bool copyFrom(File& source);
+    /// Appends `size` bytes of `source` from `offset` on; false as well when it does not have them. On
+    /// Windows it moves the place where `source` goes on.
+    bool copyRange(File& source, long long offset, long long size);
     /// Takes over who may do what with the file `source`, where files carry that themselves.
     bool copyPermissionsFrom(const std::string& source) noexcept;
 
