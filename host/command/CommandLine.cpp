@@ -69,7 +69,7 @@ bool isCommand(const CLI::App& app, const std::string& name)
 int reportUnknownCommand(const std::string& name, Output& output)
 {
     output.error("there is no command \"" + name + "\"",
-                 "The commands are search, catalog and tour; see \"velk --help\".");
+                 "The commands are search, catalog, tour and update; see \"velk --help\".");
     return static_cast<int>(ExitCode::Usage);
 }
 
@@ -81,6 +81,7 @@ int run(const std::vector<std::string>& arguments, Output& output)
     addSearchCommand(app, output, action);
     addCatalogCommand(app, output, action);
     addTourCommand(app, output, action);
+    addUpdateCommand(app, output, action);
     if (arguments.empty()) {
         output.write(app.help());
         return static_cast<int>(ExitCode::Success);

@@ -20,6 +20,7 @@ using Action = std::function<int()>;
 void addSearchCommand(CLI::App& app, Output& output, Action& action);
 void addCatalogCommand(CLI::App& app, Output& output, Action& action);
 void addTourCommand(CLI::App& app, Output& output, Action& action);
+void addUpdateCommand(CLI::App& app, Output& output, Action& action);
 
 /// The parser would take "[a,b]" for a list and drop "%%", so arguments pass it in disguise. This is the
 /// argument as it was typed.

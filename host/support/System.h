@@ -33,6 +33,11 @@ enum class WriteResult {
 /// Writes all bytes to standard output, as they are. Any thread.
 WriteResult writeToOutput(std::string_view bytes) noexcept;
 
+/// From now on Ctrl-C does not end the program but is noticed; a second one ends it.
+void watchInterrupts();
+/// Ctrl-C was pressed since. Any thread.
+bool interrupted() noexcept;
+
 /// `text` in the quotes that the system's shell takes, or as it stands where it needs none.
 std::string shellQuoted(const std::string& text);
 

@@ -7,6 +7,16 @@
 #include <unistd.h>
 
 namespace VelkHost {
+namespace {
+
+volatile std::sig_atomic_t interruptSeen = 0;
+
+extern "C" void noteInterrupt(int)
+{
+    interruptSeen = 1;
+}
+
+}  // namespace
 
 std::vector<std::string> programArguments(int argumentCount, char** arguments)
 {
@@ -42,6 +52,20 @@ WriteResult writeToOutput(std::string_view bytes) noexcept
         bytes.remove_prefix(static_cast<std::size_t>(written));
     }
     return WriteResult::Written;
+}
+
+void watchInterrupts()
+{
+    struct sigaction action = {};
+    action.sa_handler = noteInterrupt;
+    action.sa_flags = SA_RESETHAND | SA_RESTART;
+    ::sigaction(SIGINT, &action, nullptr);
+    ::sigaction(SIGTERM, &action, nullptr);
+}
+
+bool interrupted() noexcept
+{
+    return interruptSeen != 0;
 }
 
 std::string shellQuoted(const std::string& text)

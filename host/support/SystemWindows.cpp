@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <windows.h>
 
 #include <shellapi.h>
@@ -15,6 +16,14 @@ namespace {
 std::string utf8(const wchar_t* text)
 {
     return StringConvert::toStdUtf8String(StringConvert::toUnicode(std::wstring_view(text)));
+}
+
+std::atomic<bool> interruptSeen{false};
+
+// The second one goes to the system's own handler, which ends the program.
+BOOL WINAPI noteInterrupt(DWORD event)
+{
+    return (event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT) && !interruptSeen.exchange(true);
 }
 
 HANDLE standardOutput()
@@ -72,6 +81,16 @@ WriteResult writeToOutput(std::string_view bytes) noexcept
         bytes.remove_prefix(written);
     }
     return WriteResult::Written;
+}
+
+void watchInterrupts()
+{
+    ::SetConsoleCtrlHandler(noteInterrupt, TRUE);
+}
+
+bool interrupted() noexcept
+{
+    return interruptSeen;
 }
 
 std::string shellQuoted(const std::string& text)
