@@ -11,7 +11,8 @@ enum class ExitCode : int {
     BuildFailed = 4,    ///< a catalog could not be made
     OutputFailed = 5,   ///< standard output could not be written
     UpdateFailed = 6,   ///< something could not be updated; the rest was
-    Cancelled = 7       ///< ended by Ctrl-C; nothing is left half done
+    Cancelled = 7,      ///< ended by Ctrl-C; nothing is left half done
+    ServiceFailed = 8   ///< a site could not be published or served
 };
 
 }  // namespace VelkHost

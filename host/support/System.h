@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,5 +44,9 @@ std::string shellQuoted(const std::string& text);
 
 /// The program as one types it in the current folder, or its name when the system does not tell. UTF-8.
 std::string programPath();
+
+/// Prepares a socket that will listen: a restarted program gets its port back at once, and no other program can
+/// take it meanwhile.
+void allowQuickRestart(std::intptr_t socket) noexcept;
 
 }  // namespace VelkHost

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <csignal>
 #include <sys/ioctl.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 namespace VelkHost {
@@ -93,6 +94,12 @@ std::string programPath()
             program.erase(0, below.size());
     }
     return program;
+}
+
+void allowQuickRestart(std::intptr_t socket) noexcept
+{
+    const int yes = 1;
+    ::setsockopt(static_cast<int>(socket), SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
 }
 
 }  // namespace VelkHost

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <winsock2.h>
+
 #include <windows.h>
 
 #include <shellapi.h>
@@ -109,6 +111,14 @@ std::string programPath()
     std::array<wchar_t, 32'768> path;
     const DWORD length = ::GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
     return length > 0 && length < path.size() ? utf8(path.data()) : "velk";
+}
+
+void allowQuickRestart(std::intptr_t socket) noexcept
+{
+    // The port comes back at once in any case; what must be asked for is that nobody else takes it.
+    const BOOL yes = TRUE;
+    ::setsockopt(static_cast<SOCKET>(socket), SOL_SOCKET, SO_EXCLUSIVEADDRUSE, reinterpret_cast<const char*>(&yes),
+                 sizeof yes);
 }
 
 }  // namespace VelkHost
