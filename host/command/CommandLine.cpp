@@ -72,8 +72,7 @@ int reportUnknownCommand(const CLI::App& app, const std::string& name, Output& o
     const std::vector<const CLI::App*> all = app.get_subcommands({});
     for (const CLI::App* command : all)
         commands += (commands.empty() ? "" : command == all.back() ? " and " : ", ") + command->get_name();
-    output.error("there is no command \"" + name + "\"",
-                 "The commands are " + commands + "; see \"velk --help\".");
+    output.error("there is no command \"" + name + "\"", "The commands are " + commands + "; see \"velk --help\".");
     return static_cast<int>(ExitCode::Usage);
 }
 
