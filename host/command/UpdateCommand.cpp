@@ -268,7 +268,8 @@ void check(const UpdateArguments& arguments)
 {
     if (!Curl::downloadable(fromParser(arguments.service)))
         throw CLI::ValidationError("--service", "must be an address that begins with http:// or https://");
-    if (arguments.manual && !kindsOf(arguments.kinds).contains("core"))
+    const bool core = kindsOf(arguments.kinds).contains("core");
+    if (arguments.manual && !core)
         throw CLI::ValidationError("--manual", "is about core catalogs, which --kinds leaves out");
 }
 

@@ -97,11 +97,8 @@ TEST_F(UpdateCommand, FillsAnEmptyInstallation)
     const std::string garden = catalogBytes("Garden");
     publish("Standard_Core_Content_Index.txt", "plants.calib\n");
     publish("plants.calib", plants);
-    answer("garden.calibz", Reply::file(test::ZipBuilder()
-                                            .add({.name = "x.calib", .data = garden, .deflated = true})
-                                            .add("oak.png", "texture")
-                                            .bytes(),
-                                        "edition1"));
+    answer("garden.calibz",
+           Reply::file(test::ZipBuilder().add("x.calib", garden).add("oak.png", "texture").bytes(), "edition1"));
     ProgramRun run = update({"--bonus", "garden"});
     EXPECT_EQ(run.exitCode, 0) << run.errors;
     EXPECT_EQ(run.errors, "");

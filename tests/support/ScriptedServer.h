@@ -44,6 +44,8 @@ public:
 
 private:
     friend class ScriptedServer;
+    void end();
+
     struct State;
     std::shared_ptr<State> state_;
 };

@@ -55,6 +55,13 @@ void extend(X509* certificate, X509* issuer, int kind, const std::string& value)
     need(extension != nullptr && X509_add_ext(certificate, extension.get(), -1) == 1);
 }
 
+// Each one has a name of its own, or the client would take it for another with a wrong signature.
+std::string authorityName()
+{
+    static std::atomic<int> number = 0;
+    return "Velk test authority " + std::to_string(++number);
+}
+
 X509Certificate newCertificate(const std::string& name, EVP_PKEY* key, int daysLeft)
 {
     static std::atomic<long> serial = 0;
@@ -80,7 +87,7 @@ bool isAddress(const std::string& host)
 struct TestAuthority::Keys
 {
     Key key = newKey();
-    X509Certificate certificate = newCertificate("Velk test authority", key.get(), 1);
+    X509Certificate certificate = newCertificate(authorityName(), key.get(), 1);
 };
 
 TestAuthority::TestAuthority() : keys_(std::make_unique<Keys>())

@@ -48,10 +48,8 @@ struct DeafPort::Impl
         acceptor.listen(0);
         constexpr int enough = 4;
         for (int i = 0; i < enough; ++i) {
-            tcp::socket& socket = queued.emplace_back(context, tcp::v4());
-            socket.non_blocking(true);
-            error_code pending;
-            socket.connect(acceptor.local_endpoint(), pending);
+            // Begins at once; nobody waits for its end.
+            queued.emplace_back(context, tcp::v4()).async_connect(acceptor.local_endpoint(), [](error_code) {});
         }
     }
 };
