@@ -211,9 +211,9 @@ private:
                      printableUtf8(Library::ErrorLog::file().humanReadableString()) + "\n";
         else if (updatedNames().empty())
             lines += "Everything is up to date.\n";
-        if (receiver_.kilobytes() > 0)
+        if (receiver_.kilobytes() > 0 && !failed())
             lines += formatWithThousandsSeparatorPrecision(static_cast<double>(receiver_.kilobytes()), 0) +
-                     " KB to download.\n";
+                     " KB downloaded.\n";
         return lines;
     }
 
