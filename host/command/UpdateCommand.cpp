@@ -33,7 +33,6 @@ namespace VelkHost {
 namespace {
 
 using LibraryCatalogUpdate::LibraryCatalogUpdater;
-using LibraryCatalogUpdate::UpdateData;
 
 constexpr const char* examples = R"(Examples:
   velk update --service http://127.0.0.1:8080/
