@@ -16,6 +16,7 @@
 
 #include <map>
 #include <set>
+#include <string_view>
 
 namespace VelkHost {
 namespace {
@@ -40,7 +41,7 @@ std::string storedExtension(const fileString& path)
 {
     const std::string extension = lookupKey(path.extension().utf8());
     for (const auto& [known, type] : contentTypes)
-        if (extension == "." + std::string(known))
+        if (!extension.empty() && std::string_view(extension).substr(1) == known)
             return extension;
     return ".bin";
 }
