@@ -3,8 +3,7 @@
 #include <VelkCommon/Files/SHA1.h>
 
 #include "VelkLibrary/Update/EventLoop.h"
-
-#include <zip.h>
+#include "support/ZipBuilder.h"
 
 #include <random>
 
@@ -28,16 +27,15 @@ std::string databaseBytes(char seed, std::size_t size)
 
 std::string zipOf(const std::vector<std::pair<std::string, std::string>>& entries)
 {
-    const TemporaryFolder folder;
-    const fileString path = folder / U"archive.zip";
-    int error = 0;
-    zip_t* const archive = zip_open(path.utf8().c_str(), ZIP_CREATE, &error);
+    ZipBuilder archive;
     for (const auto& [name, bytes] : entries) {
-        zip_source_t* const source = zip_source_buffer(archive, bytes.data(), bytes.size(), 0);
-        EXPECT_GE(zip_file_add(archive, name.c_str(), source, ZIP_FL_ENC_UTF_8), 0) << name;
+        ZipItem item;
+        item.name = name;
+        item.data = bytes;
+        item.deflated = true;
+        archive.add(std::move(item));
     }
-    EXPECT_EQ(zip_close(archive), 0);
-    return readFile(path);
+    return archive.bytes();
 }
 
 UpdateTest::UpdateTest() : address(server.url("/api?key=k")), receiver_(std::make_unique<RecordingReceiver>())
