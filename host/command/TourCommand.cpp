@@ -157,7 +157,7 @@ private:
 
     void secondUpdate()
     {
-        chapter("Publish a changed edition", "Two libraries now have German names.");
+        chapter("Publish a changed edition", "What is built anew has German names now; the rest stays as it is.");
         content_.change(output_);
         publish();
         chapter("Update again", "The running service has noticed. Only what has changed travels.");
@@ -177,7 +177,7 @@ private:
     void tellMore()
     {
         const std::string velk = "  " + shellQuoted(programPath());
-        const std::string core = " --library " + shellQuoted(path(U"home")) + "/core";
+        const std::string core = " --library " + shellQuoted((folder_ / U"home" / U"core").utf8());
         output_.write(printableUtf8(velk + " search lamp" + core) + "\n" +
                       printableUtf8(velk + " search --explain " + shellQuoted("(bed OR sofa) -double")) + "\n" +
                       printableUtf8(velk + " serve " + shellQuoted(path(U"site")) + " --port 8080") + "\n" +

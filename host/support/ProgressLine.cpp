@@ -44,7 +44,8 @@ void ProgressLine::begin(std::uint64_t range, const std::string& unit)
     unit_ = unit;
     value_ = 0;
     firstMoved_ = {};
-    show(true);
+    // Its text comes after it, and is to be seen at once.
+    shown_ = {};
 }
 
 void ProgressLine::setValue(std::uint64_t value)
@@ -71,7 +72,7 @@ void ProgressLine::show(bool always)
         return;
     shown_ = now;
     visible_ = true;
-    StyledText line{printable(text_ + "  " + bar(value_, range_) + " " + amounts()), {}};
+    StyledText line{printable(range_ == 0 ? text_ : text_ + "  " + bar(value_, range_) + " " + amounts()), {}};
     line.bold.resize(line.text.size());
     output_.write(eraseLine + render(cutToWidth(std::move(line), output_.columns() - 1), false));
 }
