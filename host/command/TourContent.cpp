@@ -97,8 +97,8 @@ void TourContent::buildLibrary(const Library& library, const std::string& langua
             packWithFurniture(catalog, library.source, target);
     }
     output.write("  " + printableUtf8(target.stemWithExtension().utf8()) + ": " + std::to_string(built.items) +
-                 " items in " + std::to_string(built.folders) + " folders, named in " +
-                 (language.empty() ? "English" : "German") + "; " +
+                 " items in " + std::to_string(built.folders) + (built.folders == 1 ? " folder" : " folders") +
+                 ", named in " + (language.empty() ? "English" : "German") + "; " +
                  byteText(static_cast<std::uint64_t>(FileUtils::fileSize(target))) +
                  (library.bonus ? " with models and textures" : "") + "\n");
 }
