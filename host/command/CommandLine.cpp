@@ -85,7 +85,9 @@ int run(const std::vector<std::string>& arguments, Output& output)
     addCatalogCommand(app, output, action);
     addPublishCommand(app, output, action);
     addServeCommand(app, output, action);
+    addTexturesCommand(app, output, action);
     addTourCommand(app, output, action);
+    addUnpackCommand(app, output, action);
     addUpdateCommand(app, output, action);
     if (arguments.empty()) {
         output.write(app.help());
