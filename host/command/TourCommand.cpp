@@ -131,9 +131,10 @@ private:
                 "It learns of the core libraries from the service, and asks for the bonus libraries by name.");
         allBytes_ = update();
         const fileString textures = folder_ / U"home" / U"referenced";
+        output_.write("  Models and textures are in place:\n");
         for (const fileString& archive : filesInFolder(textures, fileString(ZipUtils::getExtension())))
-            output_.write("  Models and textures in place: " + printableUtf8(archive.stemWithExtension().utf8()) +
-                          ", " + std::to_string(ZipUtils::getSizeOfArchive(archive)) + " files, " +
+            output_.write("    " + printableUtf8(archive.stemWithExtension().utf8()) + ", " +
+                          std::to_string(ZipUtils::getSizeOfArchive(archive)) + " files, " +
                           byteText(static_cast<std::uint64_t>(FileUtils::fileSize(archive))) + "\n");
     }
 

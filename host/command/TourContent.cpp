@@ -32,6 +32,11 @@ std::vector<fileString> furnitureIn(const fileString& folder)
     return files;
 }
 
+std::string counted(std::size_t count, const std::string& singular)
+{
+    return std::to_string(count) + " " + singular + (count == 1 ? "" : "s");
+}
+
 /// The sample has pictures where real libraries have textures.
 std::vector<std::pair<std::string, std::string>> picturesOf(const fileString& catalog)
 {
@@ -96,10 +101,9 @@ void TourContent::buildLibrary(const Library& library, const std::string& langua
         else
             packWithFurniture(catalog, library.source, target);
     }
-    output.write("  " + printableUtf8(target.stemWithExtension().utf8()) + ": " + std::to_string(built.items) +
-                 " items in " + std::to_string(built.folders) + (built.folders == 1 ? " folder" : " folders") +
-                 ", named in " + (language.empty() ? "English" : "German") + "; " +
-                 byteText(static_cast<std::uint64_t>(FileUtils::fileSize(target))) +
+    output.write("  " + printableUtf8(target.stemWithExtension().utf8()) + ": " + counted(built.items, "item") +
+                 " in " + counted(built.folders, "folder") + ", named in " + (language.empty() ? "English" : "German") +
+                 "; " + byteText(static_cast<std::uint64_t>(FileUtils::fileSize(target))) +
                  (library.bonus ? " with models and textures" : "") + "\n");
 }
 
