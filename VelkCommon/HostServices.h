@@ -17,6 +17,7 @@
 #include <QImage>
 
 #include <any>
+#include <array>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -40,6 +41,16 @@ struct HostFolders
     fileString proprietaryLibraryReferencedFiles;  ///< files that library content refers to
     fileString userTexture;                        ///< the user's textures
     fileString temp;                               ///< downloads and unpacking
+};
+
+/// The editions of the product. The content service has a list of the core catalogs for each: a file
+/// named by the edition's word and "_Core_Content_Index.txt".
+struct HostEditions
+{
+    /// The words; each makes a plain file name. UTF-8.
+    std::array<std::string, 10> words = {"Standard",  "Professional", "Premium", "Enterprise", "Interior",
+                                         "Landscape", "Education",    "Student", "Home",       "Trial"};
+    std::size_t running = 0;  ///< the index of the edition that runs; a wrong one counts as 0
 };
 
 /// How numbers are written for people.
@@ -73,11 +84,18 @@ struct HostServices
     /// Where the library's files are. Default: see HostFolders.
     HostFolders folders;
 
+    /// A file of certificates (PEM) of the authorities that servers are verified against, in place of the
+    /// system's. Empty: the system's. One that cannot be read makes every HTTPS transfer fail.
+    fileString certificateFile;
+
     /// The translation of a literal into the user's language; empty result or absent: the literal.
     std::function<std::u32string(std::u32string_view literal)> translate;
 
     /// The numbered text in the user's language; no result or absent: the built-in English text.
     std::function<std::optional<std::u32string>(unsigned int id)> resourceString;
+
+    /// Default: ten common words, the first of which ("Standard") runs.
+    HostEditions editions;
 
     /// Default: "1,234.5".
     NumberFormat numberFormat;

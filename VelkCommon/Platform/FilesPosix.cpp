@@ -3,6 +3,7 @@
 #include <VelkCommon/Platform/detail/Posix.h>
 
 #include <sys/file.h>
+#include <sys/statvfs.h>
 
 #include <cstdio>
 
@@ -119,6 +120,14 @@ void syncFolder(const std::string& folder) noexcept
 {
     if (const Descriptor opened = openPath(folder, O_RDONLY | O_DIRECTORY))
         ::fsync(opened.get());
+}
+
+std::optional<std::uint64_t> freeSpace(const std::string& folder) noexcept
+{
+    struct statvfs status = {};
+    if (uninterrupted([&] { return ::statvfs(systemPath(folder), &status); }) != 0)
+        return std::nullopt;
+    return static_cast<std::uint64_t>(status.f_bavail) * status.f_frsize;
 }
 
 bool canChangeFolder(const std::string& folder) noexcept

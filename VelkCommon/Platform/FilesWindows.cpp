@@ -130,6 +130,18 @@ void syncFolder(const std::string&) noexcept
     // MOVEFILE_WRITE_THROUGH has done it.
 }
 
+std::optional<std::uint64_t> freeSpace(const std::string& folder) noexcept
+{
+    return guarded(
+        [&]() -> std::optional<std::uint64_t> {
+            ULARGE_INTEGER available = {};
+            if (::GetDiskFreeSpaceExW(systemPath(folder).c_str(), &available, nullptr, nullptr) == 0)
+                return std::nullopt;
+            return available.QuadPart;
+        },
+        std::optional<std::uint64_t>());
+}
+
 bool canChangeFolder(const std::string& folder) noexcept
 {
     return guarded(

@@ -103,6 +103,9 @@ VELKCOMMON_EXPORT MoveResult move(const std::string& from, const std::string& to
 /// Makes the names in `folder` last through a power failure, as far as the system can.
 VELKCOMMON_EXPORT void syncFolder(const std::string& folder) noexcept;
 
+/// The bytes that this user may still write to the volume of `folder`; nothing when that is unknown.
+VELKCOMMON_EXPORT std::optional<std::uint64_t> freeSpace(const std::string& folder) noexcept;
+
 /// The names in `folder` can be changed.
 VELKCOMMON_EXPORT bool canChangeFolder(const std::string& folder) noexcept;
 /// The existing file can be opened for writing.

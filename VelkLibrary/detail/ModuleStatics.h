@@ -6,10 +6,30 @@
 /// loaded.
 
 #include <mutex>
+#include <string>
 
 namespace Library::detail {
 
 /// Held while the error log is looked at or written. Nothing that may log runs under it.
 extern std::mutex errorLogMutex;
+
+/// The name of the file in each catalog folder that lists the catalogs' hashes.
+extern const std::u32string catalogHashFileName;
+
+/// Held while the catalog update's cancel flag and addresses are read or written.
+extern std::mutex catalogUpdateMutex;
+
+/// What stands in a manufacturer's card for the manager's own text. Not translated.
+extern const std::u32string defaultMarker;
+
+/// Held while the manufacturer manager is made or destroyed.
+extern std::mutex manufacturerManagerMutex;
+
+/// The manufacturer data file, and the file that a new one is downloaded to.
+extern const std::u32string manufacturerDataFileName;
+extern const std::u32string manufacturerDataTemporaryFileName;
+
+/// Held while the chooser is made or destroyed.
+extern std::mutex chooserMutex;
 
 }  // namespace Library::detail

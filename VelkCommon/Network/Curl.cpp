@@ -1,0 +1,166 @@
+#include <VelkCommon/Network/Curl.h>
+
+#include <VelkCommon/Network/detail/HeaderBatch.h>
+#include <VelkCommon/Network/detail/Requests.h>
+#include <VelkCommon/Network/detail/Session.h>
+#include <VelkCommon/Network/detail/UrlText.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace detail = Velk::detail;
+
+namespace {
+
+using detail::Transfer;
+using detail::TransferRequest;
+using Wanted = TransferRequest::Wanted;
+
+constexpr std::size_t extensionLimit = 16;
+
+// Of the address's path, when it is one for a file name everywhere; else "".
+std::string extensionOf(const std::string& url)
+{
+    const std::string path = url.substr(0, url.find_first_of("?#"));
+    const std::size_t dot = path.find_last_of("./");
+    const std::size_t host = path.find("//");
+    if (dot == std::string::npos || path[dot] != '.' || path.find('/', host + 2) > dot)
+        return {};
+    const std::string extension = path.substr(dot);
+    const auto isPlain = [](char c) {
+        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+    };
+    if (extension.size() > extensionLimit || !std::all_of(extension.begin() + 1, extension.end(), isPlain))
+        return {};
+    return extension;
+}
+
+// Runs `request` into the file, and says what came of it.
+detail::TransferFailure fetch(TransferRequest request, detail::FileBody body)
+{
+    Transfer transfer(std::move(request), body);
+    detail::run(transfer);
+    if (!transfer.answered())
+        return transfer.failure();
+    if (!transfer.succeeded())
+        return {CURLE_HTTP_RETURNED_ERROR, "HTTP status " + std::to_string(transfer.status())};
+    return {};
+}
+
+// What `operation` returns; what there is to say when it throws.
+template <typename Operation>
+detail::TransferFailure guarded(Operation operation) noexcept
+{
+    try {
+        return operation();
+    } catch (...) {
+        return {CURLE_OUT_OF_MEMORY, {}};
+    }
+}
+
+}  // namespace
+
+Curl::Curl() = default;
+
+const Curl& Curl::get()
+{
+    static const Curl instance;
+    return instance;
+}
+
+bool Curl::downloadable(const std::string& text)
+{
+    return detail::isWebAddress(text);
+}
+
+fileString Curl::download(const std::string& url) const
+{
+    try {
+        const detail::TransferLimits limits = detail::transferLimits();
+        fileString target;
+        target.generateAsTempName(extensionOf(url));
+        TransferRequest request = detail::bodyRequest(url, {}, Wanted::success);
+        request.slowest = limits.slowest;
+        const bool fetched = fetch(std::move(request), {target, std::nullopt, limits.diskReserve}).code == CURLE_OK;
+        return fetched ? target : fileString();
+    } catch (...) {
+        return {};
+    }
+}
+
+bool Curl::download_to_location(const std::string& url, const fileString& target,
+                                const std::vector<std::string>& headers, void* data, Progress progress,
+                                std::string& reason, unsigned int& code) const
+{
+    detail::TransferFailure failure = guarded([&] {
+        TransferRequest request = detail::bodyRequest(url, headers, Wanted::success);
+        if (progress != nullptr) {
+            request.progress = progress;
+            request.progressData = data;
+            request.silence = request.total = std::nullopt;
+        }
+        return fetch(std::move(request), {target, std::nullopt, detail::transferLimits().diskReserve});
+    });
+    reason = std::move(failure.reason);
+    code = failure.code;
+    return code == CURLE_OK;
+}
+
+bool Curl::download_to_location(const std::string& url, const fileString& target, std::string& reason) const
+{
+    detail::TransferFailure failure = guarded([&] {
+        const detail::TransferLimits limits = detail::transferLimits();
+        return fetch(detail::bodyRequest(url, {}, Wanted::success),
+                     {target, limits.shortFormBytes, limits.diskReserve});
+    });
+    reason = std::move(failure.reason);
+    return failure.code == CURLE_OK;
+}
+
+bool Curl::getURLHeader(const std::string& url, const std::vector<std::string>& headers, std::string& header,
+                        long& responseCode) const
+{
+    header.clear();
+    responseCode = 0;
+    const detail::TransferFailure failure = guarded([&] {
+        detail::NoBody body;
+        Transfer transfer(detail::headerRequest(url, headers), body);
+        detail::run(transfer);
+        if (transfer.answered()) {
+            header = std::move(transfer.header());
+            responseCode = transfer.status();
+        }
+        return transfer.failure();
+    });
+    return failure.code == CURLE_OK;
+}
+
+void Curl::getURLHeaders(const std::vector<HeaderRequest>& requests,
+                         const std::function<void(std::size_t index, const HeaderAnswer& answer)>& answered) const
+{
+    detail::requestHeaders(requests, answered);
+}
+
+bool Curl::browseURL(const std::string& url, const std::vector<std::string>& headers, std::string& body, bool,
+                     long) const
+{
+    body.clear();
+    bool succeeded = false;
+    guarded([&] {
+        detail::TextBody text(detail::transferLimits().textBytes);
+        TransferRequest request = detail::bodyRequest(url, headers, Wanted::all);
+        request.compressed = true;
+        Transfer transfer(std::move(request), text);
+        detail::run(transfer);
+        if (transfer.answered())
+            body = std::move(text.text());
+        succeeded = transfer.succeeded();
+        return transfer.failure();
+    });
+    return succeeded;
+}
+
+void Curl::forgetUnreachable() const
+{
+    detail::UnreachableServers::get().forget();
+}

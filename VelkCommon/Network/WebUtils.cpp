@@ -1,0 +1,101 @@
+#include <VelkCommon/Network/WebUtils.h>
+
+#include <VelkCommon/Network/detail/Requests.h>
+#include <VelkCommon/Network/detail/Session.h>
+
+#include <algorithm>
+#include <string_view>
+
+namespace detail = Velk::detail;
+
+namespace {
+
+constexpr std::string_view blanks = " \t\r\n";
+
+std::string_view trimmed(std::string_view text)
+{
+    const std::size_t first = text.find_first_not_of(blanks);
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+// Cuts the first line off `text` and returns it without its end.
+std::string_view takeLine(std::string_view& text)
+{
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    std::string_view line = text.substr(0, end);
+    text.remove_prefix(std::min(end + 1, text.size()));
+    if (line.ends_with('\r'))
+        line.remove_suffix(1);
+    return line;
+}
+
+void continueValue(std::string& value, std::string_view line)
+{
+    const std::string_view more = trimmed(line);
+    if (!value.empty() && !more.empty())
+        value += ' ';
+    value += more;
+}
+
+unsigned char lower(char c)
+{
+    return static_cast<unsigned char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+}
+
+}  // namespace
+
+namespace WebUtils {
+
+bool HeaderNameCompare::operator()(const std::string& left, const std::string& right) const
+{
+    return std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end(),
+                                        [](char a, char b) { return lower(a) < lower(b); });
+}
+
+std::string getUrlAfterRedirects(const std::string& url)
+{
+    constexpr long methodNotAllowed = 405;
+    constexpr long notImplemented = 501;
+    try {
+        detail::NoBody body;
+        detail::TransferRequest request = detail::headerRequest(url, {});
+        detail::Transfer head(request, body);
+        detail::run(head);
+        if (!head.answered())
+            return {};
+        if (head.status() != methodNotAllowed && head.status() != notImplemented)
+            return head.address();
+        request.method = detail::TransferRequest::Method::get;
+        request.url = head.address();
+        detail::Transfer get(request, body);
+        detail::run(get);
+        return get.answered() ? get.address() : std::string();
+    } catch (...) {
+        return {};
+    }
+}
+
+void parseReturnHeader(const std::string& header,
+                       std::map<std::string, std::vector<std::string>, HeaderNameCompare>& out)
+{
+    out.clear();
+    std::string* value = nullptr;  // of the line before
+    for (std::string_view rest = header; !rest.empty();) {
+        const std::string_view line = takeLine(rest);
+        if (line.starts_with(' ') || line.starts_with('\t')) {
+            if (value != nullptr)
+                continueValue(*value, line);
+            continue;
+        }
+        value = nullptr;
+        const std::size_t colon = line.find(':');
+        const std::string_view name = trimmed(line.substr(0, std::min(colon, line.size())));
+        if (colon == std::string_view::npos || name.empty() || line.starts_with("HTTP/"))
+            continue;
+        value = &out[std::string(name)].emplace_back(trimmed(line.substr(colon + 1)));
+    }
+}
+
+}  // namespace WebUtils

@@ -1,0 +1,199 @@
+#include <VelkCommon/Network/detail/Session.h>
+
+#include <VelkCommon/Network/detail/TransferLimits.h>
+
+#include <algorithm>
+#include <memory>
+#include <mutex>
+#include <new>
+
+namespace Velk::detail {
+namespace {
+
+constexpr long keptConnections = 16;
+constexpr std::size_t keptSessions = 8;
+
+// Never destroyed: transfers may run while the process ends.
+struct Pool
+{
+    std::mutex mutex;
+    std::vector<std::unique_ptr<Session>> sessions;
+};
+
+Pool& pool()
+{
+    static Pool& sessions = *new Pool;
+    return sessions;
+}
+
+// The thread's session of the innermost call that has one.
+thread_local Session* current = nullptr;
+
+// The one given back last: its connections are the freshest.
+std::unique_ptr<Session> fromPool()
+{
+    const std::lock_guard lock(pool().mutex);
+    if (pool().sessions.empty())
+        return nullptr;
+    std::unique_ptr<Session> session = std::move(pool().sessions.back());
+    pool().sessions.pop_back();
+    return session;
+}
+
+void backToPool(std::unique_ptr<Session> session) noexcept
+{
+    const std::lock_guard lock(pool().mutex);
+    try {
+        if (pool().sessions.size() < keptSessions)
+            pool().sessions.push_back(std::move(session));
+    } catch (...) {
+        // It ends here; another one is made when needed.
+    }
+}
+
+CURLM* newMulti()
+{
+    static const CURLcode initialized = curl_global_init(CURL_GLOBAL_DEFAULT);
+    CURLM* const multi = initialized == CURLE_OK ? curl_multi_init() : nullptr;
+    if (multi == nullptr)
+        throw std::bad_alloc();
+    return multi;
+}
+
+}  // namespace
+
+Session::Session() : multi_(newMulti())
+{
+    curl_multi_setopt(multi_, CURLMOPT_MAX_HOST_CONNECTIONS, static_cast<long>(requestsInFlight));
+    curl_multi_setopt(multi_, CURLMOPT_MAXCONNECTS, keptConnections);
+}
+
+Session::~Session()
+{
+    for (CURL* const handle : spare_)
+        curl_easy_cleanup(handle);
+    curl_multi_cleanup(multi_);
+}
+
+void Session::start(Transfer& transfer)
+{
+    running_.reserve(running_.size() + 1);
+    CURL* const handle = takeHandle();
+    if (!transfer.begin(*this, handle)) {
+        keepHandle(handle);
+        return;
+    }
+    curl_multi_add_handle(multi_, handle);
+    running_.push_back(&transfer);
+}
+
+void Session::turn()
+{
+    if (!moveOn() && !running_.empty())
+        curl_multi_poll(multi_, nullptr, 0, static_cast<int>(transferLimits().tick.count()), nullptr);
+}
+
+// Whether a request came to its end.
+bool Session::moveOn()
+{
+    busy_ = true;
+    const std::unique_ptr<bool, void (*)(bool*)> mark(&busy_, [](bool* busy) { *busy = false; });
+    int stillRunning = 0;
+    curl_multi_perform(multi_, &stillRunning);
+    const bool finished = collectFinished();
+    tick();
+    return finished;
+}
+
+void Session::finish(const Transfer& transfer)
+{
+    while (!transfer.done())
+        turn();
+}
+
+bool Session::collectFinished()
+{
+    bool any = false;
+    int left = 0;
+    while (const CURLMsg* const message = curl_multi_info_read(multi_, &left)) {
+        const CURLcode code = message->data.result;
+        CURL* const handle = message->easy_handle;
+        char* owner = nullptr;
+        curl_easy_getinfo(handle, CURLINFO_PRIVATE, &owner);
+        auto& transfer = *reinterpret_cast<Transfer*>(owner);
+        curl_multi_remove_handle(multi_, handle);
+        if (transfer.goOn(code))
+            curl_multi_add_handle(multi_, handle);
+        else
+            remove(transfer);
+        any = true;
+    }
+    return any;
+}
+
+void Session::tick()
+{
+    const auto now = Transfer::Clock::now();
+    const std::vector<Transfer*> all = running_;
+    for (Transfer* const transfer : all) {
+        if (!transfer->tick(now))
+            remove(*transfer);
+    }
+}
+
+void Session::remove(Transfer& transfer) noexcept
+{
+    curl_multi_remove_handle(multi_, transfer.handle_);
+    std::erase(running_, &transfer);
+    keepHandle(transfer.handle_);
+    transfer.handle_ = nullptr;
+    transfer.session_ = nullptr;
+}
+
+CURL* Session::takeHandle()
+{
+    spare_.reserve(spare_.size() + running_.size() + 1);
+    if (!spare_.empty()) {
+        CURL* const handle = spare_.back();
+        spare_.pop_back();
+        return handle;
+    }
+    CURL* const handle = curl_easy_init();
+    if (handle == nullptr)
+        throw std::bad_alloc();
+    return handle;
+}
+
+void Session::keepHandle(CURL* handle)
+{
+    // It must not refer to what goes away with the transfer.
+    curl_easy_reset(handle);
+    spare_.push_back(handle);
+}
+
+SessionLease::SessionLease() : outer_(current), session_(current)
+{
+    if (session_ != nullptr && !session_->busy())
+        return;
+    std::unique_ptr<Session> session = fromPool();
+    if (!session)
+        session = std::make_unique<Session>();
+    session_ = current = session.release();
+}
+
+SessionLease::~SessionLease()
+{
+    if (session_ == outer_)
+        return;
+    current = outer_;
+    backToPool(std::unique_ptr<Session>(session_));
+}
+
+void run(Transfer& transfer)
+{
+    const SessionLease session;
+    session->start(transfer);
+    session->finish(transfer);
+}
+
+}  // namespace Velk::detail

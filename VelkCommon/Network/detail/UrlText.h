@@ -1,0 +1,31 @@
+#pragma once
+
+/// @file
+/// Addresses as text: which can be fetched, and how they travel.
+
+#include <VelkCommon/Export.h>
+
+#include <string>
+#include <string_view>
+
+namespace Velk::detail {
+
+/// "http://" or "https://" in any letter case, followed by a host.
+bool isWebAddress(std::string_view text) noexcept;
+/// `address` begins with "https:" in any letter case.
+bool isSecure(std::string_view address) noexcept;
+/// A byte below the blank, or DEL.
+bool hasControlCharacter(std::string_view text) noexcept;
+/// The same for a header line, where tabs are allowed.
+bool isHeaderLine(std::string_view line) noexcept;
+
+/// `address` with those bytes percent-encoded that no URL can carry: blanks, bytes above 0x7E, controls
+/// and " < > \ ^ ` { | }. All others stay, "%" and "#" included.
+VELKCOMMON_EXPORT std::string wireForm(std::string_view address);
+
+/// Scheme, host and port in lower case, as the name of a server; empty when `address` is no URL.
+std::string serverOf(const std::string& address);
+/// Where `reference`, relative or not, leads from `base`, in wire form; empty when it is no URL.
+std::string resolved(const std::string& base, const std::string& reference);
+
+}  // namespace Velk::detail

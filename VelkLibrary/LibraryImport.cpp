@@ -1,0 +1,277 @@
+#include <VelkLibrary/LibraryImport.h>
+
+#include <VelkCommon/Archive/ZipUtils.h>
+#include <VelkCommon/Files/FileReaper.h>
+#include <VelkCommon/Files/FileSearch.h>
+#include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Files/LockingFStream.h>
+#include <VelkCommon/Files/PathUtils.h>
+#include <VelkCommon/Text/StringConvert.h>
+#include <VelkCommon/Text/StringUtils.h>
+#include <VelkCommon/Text/xl8.h>
+
+#include <new>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace {
+
+using OptionalPaths = std::pair<std::optional<fileString>, std::optional<fileString>>;
+using Handle = ZipUtils::ZipHandles::unzArchiveHandle;
+
+constexpr int blockSize = 52'428'800;  // bytes of a database too large for memory that are read at once
+constexpr double allUnits = 100;
+
+const fileString& databaseExtension()
+{
+    static const fileString extension(std::string(".calib"));
+    return extension;
+}
+
+const fileString& otherFilesExtension()
+{
+    static const fileString extension(std::string(".zip"));
+    return extension;
+}
+
+bool neverStop()
+{
+    return false;
+}
+
+void openSubRange(ProgressSubject& progress, const fileString& archive)
+{
+    progress.openSubRange(ZipUtils::getSizeOfArchive(archive), allUnits);
+}
+
+void advance(ProgressSubject& progress, const std::u32string& entryName)
+{
+    std::u32string label = xl8(U"Copying: %1%");
+    StringUtils::replaceAll(label, U"%1%", entryName);
+    progress.increment(label, {});
+}
+
+fileString combinedPath(const fileString& archive, const fileString& entryName)
+{
+    return archive + fileString(ZipUtils::getDelimiter()) + entryName;
+}
+
+// ---- Unpacking -----------------------------------------------------------------------------------
+
+fileString outputPath(const fileString& archive, bool useTempNames, const fileString& extension)
+{
+    if (useTempNames)
+        return fileString(archive).generateAsTempName(extension);
+    return archive.pathAndName() + extension;
+}
+
+void append(std::ostream& stream, const std::vector<unsigned char>& bytes)
+{
+    stream.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+}
+
+/// One unpack: where its files go, and what came of it.
+class Unpacking
+{
+public:
+    Unpacking(const fileString& archive, bool useTempNames, ProgressSubject* progress)
+        : archive_(archive),
+          databasePath_(outputPath(archive, useTempNames, databaseExtension())),
+          otherFilesPath_(outputPath(archive, useTempNames, otherFilesExtension())),
+          progress_(progress)
+    {}
+
+    OptionalPaths run()
+    {
+        FileReaper databaseReaper(databasePath_);
+        FileReaper otherFilesReaper(otherFilesPath_);
+        if (progress_ != nullptr)
+            openSubRange(*progress_, archive_);
+        const auto visited = ZipUtils::getFilesDataInArchive(
+            archive_,
+            [this](const std::u32string& name, const Handle& handle, ZipUtils::ZipRawDataInfo* entry) {
+                return visit(name, handle, entry);
+            },
+            &neverStop);
+        // Without names, the archive of the other files was not completed.
+        if (visited.empty())
+            result_.second.reset();
+        if (cancelled_)
+            result_ = {};
+        if (result_.first)
+            databaseReaper.cancel();
+        if (result_.second)
+            otherFilesReaper.cancel();
+        return result_;
+    }
+
+private:
+    bool visit(const std::u32string& name, const Handle& handle, ZipUtils::ZipRawDataInfo* entry)
+    {
+        const fileString entryName(name);
+        if (progress_ != nullptr) {
+            cancelled_ = progress_->isCancelled();
+            if (cancelled_)
+                return false;
+            advance(*progress_, name);
+        }
+        if (entryName.extension() == databaseExtension())
+            extractDatabase(entryName);
+        else if (copyEntry(entryName, handle, entry))
+            result_.second = otherFilesPath_;
+        return true;
+    }
+
+    bool copyEntry(const fileString& entryName, const Handle& handle, ZipUtils::ZipRawDataInfo* entry) const
+    {
+        const bool added = ZipUtils::canAddToArchive(otherFilesPath_) &&
+                           ZipUtils::writeFileToArchiveRaw(otherFilesPath_, entryName, handle, false, entry);
+        return added || ZipUtils::writeFileToArchiveRaw(otherFilesPath_, entryName, handle, true, entry);
+    }
+
+    void extractDatabase(const fileString& entryName)
+    {
+        result_.first.reset();
+        LockingFStream stream(databasePath_, LockingFStream::out | LockingFStream::binary);
+        const bool whole = writeDatabase(combinedPath(archive_, entryName), stream);
+        stream.close();
+        if (whole && stream.good())
+            result_.first = databasePath_;
+    }
+
+    // Whether the whole entry went into the stream.
+    static bool writeDatabase(const fileString& combined, LockingFStream& stream)
+    {
+        try {
+            bool whole = false;
+            ZipUtils::writeFileDataFromArchive(combined, [&](std::vector<unsigned char>& bytes) {
+                append(stream, bytes);
+                whole = true;
+            });
+            return whole;
+        } catch (const std::bad_alloc&) {
+            return writeDatabaseInBlocks(combined, stream);
+        }
+    }
+
+    static bool writeDatabaseInBlocks(const fileString& combined, LockingFStream& stream)
+    {
+        ZipUtils::ZipInputStream entry(combined);
+        while (entry.isFileOpen() && !entry.reachedEOF() && stream.good()) {
+            const std::vector<unsigned char> block = entry.readArchivedFile(blockSize);
+            if (!block.empty())
+                append(stream, block);
+        }
+        return entry.isWhole();
+    }
+
+    fileString archive_;
+    fileString databasePath_;
+    fileString otherFilesPath_;
+    ProgressSubject* progress_;
+    OptionalPaths result_;
+    bool cancelled_ = false;
+};
+
+// ---- Merging -------------------------------------------------------------------------------------
+
+std::set<fileString> namesIn(const fileString& archive)
+{
+    const std::vector<fileString> names = ZipUtils::getFilenamesInArchive(archive);
+    return {names.begin(), names.end()};
+}
+
+bool copyArchivedFile(const fileString& from, const fileString& to, ProgressSubject* progress,
+                      const std::set<fileString>& skip)
+{
+    openSubRange(*progress, from);
+    bool result = true;
+    bool copied = false;
+    const auto visited = ZipUtils::getFilesDataInArchive(
+        from,
+        [&](const std::u32string& name, const Handle& handle, ZipUtils::ZipRawDataInfo* entry) {
+            const fileString entryName(name);
+            advance(*progress, name);
+            if (skip.count(entryName) > 0)
+                return true;
+            result = ZipUtils::writeFileToArchiveRaw(to, entryName, handle, false, entry);
+            copied = copied || result;
+            return result;
+        },
+        &neverStop);
+    // Without names, `to` was not completed.
+    return result && !(copied && visited.empty());
+}
+
+bool merge(const fileString& source, const fileString& destination, ProgressSubject& progress)
+{
+    const std::set<fileString> sourceNames = namesIn(source);
+    fileString merged = destination;
+    merged.generateAsTempName(otherFilesExtension());
+    const FileReaper reaper(merged);
+    return FileUtils::copyFile(destination, merged, true) &&
+           copyArchivedFile(destination, merged, &progress, sourceNames) &&
+           copyArchivedFile(source, merged, &progress, namesIn(merged)) &&
+           FileUtils::moveFile(merged, destination, true);
+}
+
+bool putInPlace(const fileString& source, const fileString& destination, ProgressSubject* progress)
+{
+    FileUtils::createDirectoriesWithPerm(destination.parentPath());
+    if (!FileUtils::pathExists(destination))
+        return FileUtils::copyFile(source, destination, false);
+    ProgressSubject unwatched;
+    return merge(source, destination, progress != nullptr ? *progress : unwatched);
+}
+
+}  // namespace
+
+namespace LibraryImport {
+
+OptionalPaths unpack(const fileString& archive, bool useTempNames, std::shared_ptr<ProgressSubject> progress)
+{
+    if (!FileUtils::pathExists(archive))
+        return {};
+    return Unpacking(archive, useTempNames, progress.get()).run();
+}
+
+OptionalPaths unpackArchivedLibrary(const fileString& source, std::shared_ptr<ProgressSubject> progress)
+{
+    return unpack(source, true, std::move(progress));
+}
+
+std::optional<fileString> createTempDatabase(const fileString& database, ProgressSubject* progress)
+{
+    if (!FileUtils::pathExists(database))
+        return std::nullopt;
+    fileString copy = database;
+    copy.generateAsTempName(databaseExtension());
+    if (progress != nullptr)
+        progress->updateLabels(database.unicodeString(), {});
+    if (!FileUtils::copyFile(database, copy, true))
+        return std::nullopt;
+    FileUtils::makeFileWritable(copy);
+    return copy;
+}
+
+fileString getArchivedTexturePath(const fileString& library, bool referenced)
+{
+    const PathUtils& paths = PathUtils::getObject();
+    const fileString folder =
+        referenced ? paths.getProprietaryLibraryReferencedFilesPath() : paths.getUserTexturePath();
+    return folder + library.stem() + fileString(ZipUtils::getExtension());
+}
+
+bool moveArchivedTextures(const fileString& source, const fileString& destination, ProgressSubject* progress)
+{
+    if (!FileUtils::pathExists(source))
+        return true;
+    const bool placed = putInPlace(source, destination, progress);
+    if (placed)
+        FileSearch::get().resetFileSearch(destination.parentPathWithSeparator());
+    FileUtils::removePath(source, FileUtils::noFlags);
+    return placed;
+}
+
+}  // namespace LibraryImport

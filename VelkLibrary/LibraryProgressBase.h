@@ -1,0 +1,58 @@
+#pragma once
+
+#include <VelkLibrary/Export.h>
+#include <VelkLibrary/UpdateData.h>
+
+#include <cstddef>
+#include <memory>
+#include <string>
+
+class QObject;
+
+/// The base of jobs on a worker thread that tell one object, the receiver, what they do. Everything
+/// travels as a call of one of the receiver's slots by name, made on the receiver's thread: in the order
+/// sent, with copied arguments, while the worker goes on at once. A slot that the receiver lacks is left
+/// out, with Qt's warning.
+///
+/// The receiver may be destroyed at any time on its own thread; what is still under way, and all that
+/// follows, is dropped. It stays on the thread that it lives on when the job is made. Jobs can be copied;
+/// copies share the receiver.
+class VELKLIBRARY_EXPORT LibraryProgressBase
+{
+public:
+    virtual ~LibraryProgressBase();
+    LibraryProgressBase(const LibraryProgressBase&);
+    LibraryProgressBase(LibraryProgressBase&&) noexcept;
+    LibraryProgressBase& operator=(const LibraryProgressBase&);
+    LibraryProgressBase& operator=(LibraryProgressBase&&) noexcept;
+
+    // Each sends one call, from any thread; nothing throws but for memory.
+
+    /// "onSetText(std::string)": what is being done.
+    void sendText(const std::string& text) const;
+    /// "onSetRangeInGauge(size_t)": a gauge starts, with that many steps.
+    void sendRange(std::size_t range) const;
+    /// "onUpdateInGauge()": one step is done.
+    void sendStep() const;
+    /// "onSetValueInGauge(size_t)": so many steps are done.
+    void sendValue(std::size_t value) const;
+    /// "onSetUnits(std::string)": the unit of the gauge's steps.
+    void sendUnits(const std::string& units) const;
+    /// "onCatalogUpdatedEvent(FileStringPair)": a new database is ready for installation.
+    void sendCatalogUpdated(const FileStringPair& paths) const;
+    /// "closeCatalogUpdateEvent(LibraryCatalogUpdate::UpdateData)": the run has ended.
+    void sendEnd(const LibraryCatalogUpdate::UpdateData& data) const;
+    /// "onClose()": the run has ended after it was cancelled.
+    void sendCancelled() const;
+
+protected:
+    /// Registers the argument types with Qt: "std::string", "size_t" (as Qt's unsigned 64-bit type, which
+    /// is another C++ type on each system), "fileString", "LibraryCatalogUpdate::UpdateData" and
+    /// "FileStringPair". Call it on the receiver's thread, or on another one while the receiver is sure
+    /// to live.
+    explicit LibraryProgressBase(QObject& receiver);
+
+private:
+    class Relay;
+    std::shared_ptr<Relay> relay_;
+};
