@@ -1,11 +1,14 @@
 #include <VelkLibrary/LibraryImport.h>
 
+#include <VelkLibrary/detail/DiskReserve.h>
+
 #include <VelkCommon/Archive/ZipUtils.h>
 #include <VelkCommon/Files/FileReaper.h>
 #include <VelkCommon/Files/FileSearch.h>
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/LockingFStream.h>
 #include <VelkCommon/Files/PathUtils.h>
+#include <VelkCommon/Network/Curl.h>
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
 #include <VelkCommon/Text/xl8.h>
@@ -64,11 +67,6 @@ fileString outputPath(const fileString& archive, bool useTempNames, const fileSt
     if (useTempNames)
         return fileString(archive).generateAsTempName(extension);
     return archive.pathAndName() + extension;
-}
-
-void append(std::ostream& stream, const std::vector<unsigned char>& bytes)
-{
-    stream.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
 }
 
 /// One unpack: where its files go, and what came of it.
@@ -140,8 +138,8 @@ private:
             result_.first = databasePath_;
     }
 
-    // Whether the whole entry went into the stream.
-    static bool writeDatabase(const fileString& combined, LockingFStream& stream)
+    // Whether the whole entry was read; what became of it is in the stream's state.
+    bool writeDatabase(const fileString& combined, LockingFStream& stream) const
     {
         try {
             bool whole = false;
@@ -155,7 +153,7 @@ private:
         }
     }
 
-    static bool writeDatabaseInBlocks(const fileString& combined, LockingFStream& stream)
+    bool writeDatabaseInBlocks(const fileString& combined, LockingFStream& stream) const
     {
         ZipUtils::ZipInputStream entry(combined);
         while (entry.isFileOpen() && !entry.reachedEOF() && stream.good()) {
@@ -164,6 +162,15 @@ private:
                 append(stream, block);
         }
         return entry.isWhole();
+    }
+
+    // Leaves some of the disk to others.
+    void append(LockingFStream& stream, const std::vector<unsigned char>& bytes) const
+    {
+        if (Velk::detail::leavesDiskReserve(databasePath_, bytes.size()))
+            stream.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+        else
+            stream.setstate(std::ios::failbit);
     }
 
     fileString archive_;
@@ -238,7 +245,14 @@ OptionalPaths unpack(const fileString& archive, bool useTempNames, std::shared_p
 
 OptionalPaths unpackArchivedLibrary(const fileString& source, std::shared_ptr<ProgressSubject> progress)
 {
-    return unpack(source, true, std::move(progress));
+    const std::string location = StringConvert::toWin1252(source.unicodeString());
+    if (!Curl::downloadable(location))
+        return unpack(source, true, std::move(progress));
+    const fileString downloaded = Curl::get().download(location);
+    if (downloaded.empty())
+        return {};
+    const FileReaper reaper(downloaded);
+    return unpack(downloaded, true, std::move(progress));
 }
 
 std::optional<fileString> createTempDatabase(const fileString& database, ProgressSubject* progress)

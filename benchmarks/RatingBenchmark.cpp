@@ -2,6 +2,7 @@
 // what is aimed at (target). Every peer must give our ratings on all of the data before it is timed.
 // Arguments: folders to look for libraries in, in place of the system's; then those of Google Benchmark.
 #include "LibraryNames.h"
+#include "Measures.h"
 #include "RatingPeers.h"
 #include "support/CountedMemory.h"
 
@@ -162,16 +163,7 @@ private:
     void registerConstruction();
     void registerParsing();
 
-    struct Row
-    {
-        std::string what;
-        double value;
-        double gate;
-        double target;
-        bool higherIsBetter;
-        const char* unit;
-    };
-    std::vector<Row> rows(const LeastTimes& times) const;
+    std::vector<bench::Measure> rows(const LeastTimes& times) const;
 
     std::vector<Entry> libraries_;
     std::vector<Entry> sample_;
@@ -407,7 +399,7 @@ double heapBeyondTexts()
     return (static_cast<double>(allocatedBytes - before) - static_cast<double>(texts)) / 1024;
 }
 
-std::vector<Measures::Row> Measures::rows(const LeastTimes& times) const
+std::vector<bench::Measure> Measures::rows(const LeastTimes& times) const
 {
     const std::size_t all = std::size(searches);
     const std::string small = "large" + std::to_string(16 * kibi);
@@ -460,16 +452,7 @@ bool Measures::print(const LeastTimes& times) const
     std::printf("1 MiB, us: own %.0f, floor %.0f, Hyperscan %.0f\n\n", times.of(key("large1048576", "own")) / 1e3,
                 times.of(key("large1048576", "floor")) / 1e3, times.of(key("large1048576", "Hyperscan")) / 1e3);
 
-    bool passed = true;
-    std::printf("%-48s %12s %8s %8s\n", "measure", "value", "gate", "target");
-    for (const Row& row : rows(times)) {
-        const auto holds = [&](double limit) { return row.higherIsBetter ? row.value >= limit : row.value <= limit; };
-        const char* const verdict = !holds(row.gate) ? "FAIL" : holds(row.target) ? "pass, target met" : "pass";
-        std::printf("%-48s %9.2f %-3s %7.4g %7.4g  %s\n", row.what.c_str(), row.value, row.unit, row.gate, row.target,
-                    verdict);
-        passed = passed && holds(row.gate);
-    }
-    return passed;
+    return bench::printMeasures(rows(times));
 }
 
 std::vector<std::string> foldersFrom(int argumentCount, char** arguments)

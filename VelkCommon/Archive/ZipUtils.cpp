@@ -1,5 +1,162 @@
 #include <VelkCommon/Archive/ZipUtils.h>
 
+#include <VelkCommon/Archive/detail/ZipArchive.h>
+#include <VelkCommon/Archive/detail/ZipEntryReader.h>
+#include <VelkCommon/Archive/detail/ZipWriter.h>
+#include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Platform/Platform.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <map>
+#include <new>
+#include <optional>
+#include <utility>
+
+namespace Platform = Velk::Platform;
+
+using Velk::detail::ZipArchive;
+using Velk::detail::ZipEntry;
+using Velk::detail::ZipEntryReader;
+using Velk::detail::ZipWriter;
+
+/// The entry that the walk has come to.
+class ZipUtils::ZipRawDataInfo
+{
+public:
+    explicit ZipRawDataInfo(const ZipEntry& entry) noexcept : entry_(entry) {}
+
+    const ZipEntry& entry() const noexcept { return entry_; }
+
+private:
+    const ZipEntry& entry_;
+};
+
+/// A walk: the archive that is read, and those that are written.
+class ZipUtils::ZipHandles::unzArchiveHandle
+{
+public:
+    unzArchiveHandle(fileString path, std::shared_ptr<ZipArchive> archive)
+        : path_(std::move(path)), archive_(std::move(archive)), outer_(std::exchange(innermost, this))
+    {}
+    ~unzArchiveHandle() { innermost = outer_; }
+    unzArchiveHandle(const unzArchiveHandle&) = delete;
+    unzArchiveHandle& operator=(const unzArchiveHandle&) = delete;
+
+    ZipArchive& archive() const noexcept { return *archive_; }
+
+    /// The archive at `path` when a walk of this thread has it open for reading; null otherwise.
+    static std::shared_ptr<ZipArchive> findArchive(const fileString& path);
+    /// What a walk of this thread writes to `path`, be it after a failure; null otherwise.
+    static ZipWriter* findWriter(const fileString& path);
+
+    /// What this walk writes to `path`; begun when it is not yet. Null when that may not be, or cannot.
+    ZipWriter* writer(const fileString& path, bool create) const;
+    /// Completes what was written and puts it in place. False when anything of it is lost.
+    bool finish() const;
+
+private:
+    // The walks that the thread is in, each within the perEntry of the one that it points to.
+    static thread_local const unzArchiveHandle* innermost;
+
+    fileString path_;
+    std::shared_ptr<ZipArchive> archive_;
+    const unzArchiveHandle* outer_;
+    // Null for an archive that may not be replaced, so that it is read only once.
+    mutable std::map<fileString, std::unique_ptr<ZipWriter>> writers_;
+};
+
+thread_local const ZipUtils::ZipHandles::unzArchiveHandle* ZipUtils::ZipHandles::unzArchiveHandle::innermost = nullptr;
+
+namespace {
+
+using Handle = ZipUtils::ZipHandles::unzArchiveHandle;
+
+bool isFolder(const fileString& path)
+{
+    const auto status = Platform::fileStatus(path.utf8());
+    return status && status->folder;
+}
+
+bool canBeReplaced(const fileString& path)
+{
+    const fileString folder = path.parentPathWithSeparator();
+    return FileUtils::canWriteFile(path) && Platform::canChangeFolder(folder.empty() ? "." : folder.utf8());
+}
+
+/// An entry by its combined path.
+struct Addressed
+{
+    std::shared_ptr<ZipArchive> archive;
+    const ZipEntry* entry = nullptr;
+};
+
+std::optional<Addressed> locate(const fileString& combined)
+{
+    const std::string& text = combined.utf8();
+    const std::size_t end = text.find('\0');
+    if (end == std::string::npos)
+        return std::nullopt;
+    const fileString path(text.substr(0, end));
+    Addressed found;
+    // Within a walk the archive is not opened anew for each of its entries.
+    found.archive = Handle::findArchive(path);
+    if (!found.archive)
+        found.archive = ZipArchive::open(path);
+    if (found.archive)
+        found.entry = found.archive->find(fileString(text.substr(end + 1)));
+    return found.entry != nullptr ? std::optional(std::move(found)) : std::nullopt;
+}
+
+}  // namespace
+
+// ---- The walk ------------------------------------------------------------------------------------
+
+std::shared_ptr<ZipArchive> Handle::findArchive(const fileString& path)
+{
+    for (const Handle* walk = innermost; walk != nullptr; walk = walk->outer_)
+        if (walk->path_ == path)
+            return walk->archive_;
+    return nullptr;
+}
+
+ZipWriter* Handle::findWriter(const fileString& path)
+{
+    for (const Handle* walk = innermost; walk != nullptr; walk = walk->outer_)
+        if (const auto found = walk->writers_.find(path); found != walk->writers_.end())
+            return found->second.get();
+    return nullptr;
+}
+
+ZipWriter* Handle::writer(const fileString& path, bool create) const
+{
+    if (const auto open = writers_.find(path); open != writers_.end())
+        return open->second.get();
+    auto old = ZipArchive::open(path);
+    if (!old && (!create || isFolder(path)))
+        return nullptr;
+    if (old && !canBeReplaced(path))
+        return writers_[path].get();
+    return writers_.emplace(path, std::make_unique<ZipWriter>(path, std::move(old))).first->second.get();
+}
+
+bool Handle::finish() const
+{
+    bool complete = true;
+    for (const auto& [path, writer] : writers_)
+        if (writer && writer->changed())
+            complete = writer->finish() && complete;
+    // One of them may be put in the place of the archive that was read, and not every system replaces
+    // an open file.
+    archive_->close();
+    for (const auto& [path, writer] : writers_)
+        if (writer && writer->changed())
+            complete = writer->commit() && complete;
+    return complete;
+}
+
+// ---- The operations ------------------------------------------------------------------------------
+
 std::u32string ZipUtils::getExtension()
 {
     return U".zip";
@@ -10,60 +167,126 @@ std::u32string ZipUtils::getDelimiter()
     return std::u32string(1, U'\0');
 }
 
-// Reading and copying entries is not there yet: every archive counts as unreadable.
-unsigned long long ZipUtils::getSizeOfArchive(const fileString&)
+unsigned long long ZipUtils::getSizeOfArchive(const fileString& archive)
 {
-    return 0;
+    const auto opened = ZipArchive::open(archive);
+    return opened ? opened->directory().entries().size() : 0;
 }
 
-std::vector<fileString> ZipUtils::getFilenamesInArchive(const fileString&)
+std::vector<fileString> ZipUtils::getFilenamesInArchive(const fileString& archive)
 {
-    return {};
+    std::vector<fileString> names;
+    if (const auto opened = ZipArchive::open(archive))
+        for (const ZipEntry& entry : opened->directory().entries())
+            names.push_back(opened->directory().name(entry));
+    return names;
 }
 
 std::vector<fileString> ZipUtils::getFilesDataInArchive(
-    const fileString&, std::function<bool(const std::u32string&, const ZipHandles::unzArchiveHandle&, ZipRawDataInfo*)>,
-    const std::function<bool()>&)
+    const fileString& archive,
+    std::function<bool(const std::u32string&, const ZipHandles::unzArchiveHandle&, ZipRawDataInfo*)> perEntry,
+    const std::function<bool()>& stop)
 {
-    return {};
+    std::vector<fileString> visited;
+    const std::shared_ptr<ZipArchive> opened = ZipArchive::open(archive);
+    if (!opened)
+        return visited;
+    const Handle walk(archive, opened);
+    for (const ZipEntry& entry : opened->directory().entries()) {
+        if (stop && stop())
+            break;
+        ZipRawDataInfo data(entry);
+        visited.push_back(opened->directory().name(entry));
+        if (!perEntry(visited.back().unicodeString(), walk, &data))
+            break;
+    }
+    if (!walk.finish())
+        visited.clear();
+    return visited;
 }
 
-bool ZipUtils::canAddToArchive(const fileString&)
+bool ZipUtils::canAddToArchive(const fileString& archive)
 {
-    return false;
+    if (const ZipWriter* const writer = Handle::findWriter(archive))
+        return writer->good();
+    return canBeReplaced(archive) && ZipArchive::open(archive) != nullptr;
 }
 
-bool ZipUtils::writeFileToArchiveRaw(const fileString&, const fileString&, const ZipHandles::unzArchiveHandle&, bool,
-                                     ZipRawDataInfo*)
+bool ZipUtils::writeFileToArchiveRaw(const fileString& archive, const fileString& entryName,
+                                     const ZipHandles::unzArchiveHandle& handle, bool create, ZipRawDataInfo* entry)
 {
-    return false;
+    ZipWriter* const writer = entry != nullptr ? handle.writer(archive, create) : nullptr;
+    return writer != nullptr && writer->add(handle.archive(), entry->entry(), entryName);
 }
 
-void ZipUtils::writeFileDataFromArchive(const fileString&, std::function<void(std::vector<unsigned char>&)>) {}
+void ZipUtils::writeFileDataFromArchive(const fileString& combined,
+                                        std::function<void(std::vector<unsigned char>&)> sink)
+{
+    const auto found = locate(combined);
+    if (!found)
+        return;
+    if (std::max(found->entry->size, found->entry->compressedSize) > wholeEntryLimit)
+        throw std::bad_alloc();
+    if (auto bytes = Velk::detail::readWholeEntry(*found->archive, *found->entry))
+        sink(*bytes);
+}
+
+// ---- Reading in blocks ---------------------------------------------------------------------------
+
+namespace {
+
+// Data is made in pieces that stay in the processor's cache, and then appended to the block, whose memory
+// is touched only as far as it is filled.
+constexpr std::size_t pieceSize = std::size_t{1} << 17;
+
+}  // namespace
 
 struct ZipUtils::ZipInputStream::Source
-{};
+{
+    explicit Source(const Addressed& found) : reader(found.archive, *found.entry), piece(pieceSize) {}
 
-ZipUtils::ZipInputStream::ZipInputStream(const fileString&) {}
+    ZipEntryReader reader;
+    std::vector<unsigned char> piece;
+};
+
+ZipUtils::ZipInputStream::ZipInputStream(const fileString& combined)
+{
+    if (const auto found = locate(combined))
+        source_ = std::make_unique<Source>(*found);
+}
 
 ZipUtils::ZipInputStream::~ZipInputStream() = default;
 
 bool ZipUtils::ZipInputStream::isFileOpen() const
 {
-    return false;
+    return source_ && !source_->reader.failed();
 }
 
-std::vector<unsigned char> ZipUtils::ZipInputStream::readArchivedFile(int)
+std::vector<unsigned char> ZipUtils::ZipInputStream::readArchivedFile(int maxBytes)
 {
-    return {};
+    std::vector<unsigned char> block;
+    if (maxBytes <= 0 || reachedEOF())
+        return block;
+    ZipEntryReader& reader = source_->reader;
+    std::vector<unsigned char>& piece = source_->piece;
+    const auto size =
+        static_cast<std::size_t>(std::min<std::uint64_t>(static_cast<std::uint64_t>(maxBytes), reader.remaining()));
+    block.reserve(size);
+    while (block.size() < size) {
+        const std::size_t got = reader.read(piece.data(), std::min(piece.size(), size - block.size()));
+        if (got == 0)
+            break;
+        block.insert(block.end(), piece.begin(), piece.begin() + static_cast<std::ptrdiff_t>(got));
+    }
+    return block;
 }
 
 bool ZipUtils::ZipInputStream::reachedEOF() const
 {
-    return true;
+    return !source_ || source_->reader.failed() || source_->reader.whole();
 }
 
 bool ZipUtils::ZipInputStream::isWhole() const
 {
-    return false;
+    return source_ && source_->reader.whole();
 }

@@ -12,9 +12,9 @@
 /// being compressed anew.
 ///
 /// An archive counts as readable when its directory is whole and its entries lie apart from each other
-/// within the file; zip64, a comment and bytes before the first entry are fine, parts on several disks are
-/// not. What is not readable has no entries; no operation throws for it, nor for any other failure of a file
-/// or of memory, unless said otherwise.
+/// within the file; zip64, a comment and bytes in front of the first entry are fine; bytes behind the
+/// archive and parts on several disks are not. What is not readable has no entries. No operation throws for that, nor
+/// for any other failure of a file.
 ///
 /// The name of an entry is read as UTF-8 where the archive says so or its bytes are valid UTF-8, and as code
 /// page 437 otherwise; bytes that are not text survive as in any fileString. A name is only compared and never used

@@ -67,6 +67,18 @@ bool ReplacementFile::copyFrom(Platform::File& source) noexcept
     return !failed_;
 }
 
+bool ReplacementFile::copyRange(Platform::File& source, long long offset, long long size) noexcept
+{
+    if (!isOpen() || failed_)
+        return false;
+    try {
+        failed_ = !file_->copyRange(source, offset, size);
+    } catch (...) {
+        failed_ = true;
+    }
+    return !failed_;
+}
+
 bool ReplacementFile::copyPermissionsFrom(const fileString& source) noexcept
 {
     return isOpen() && file_->copyPermissionsFrom(source.utf8());

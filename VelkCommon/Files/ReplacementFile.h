@@ -42,6 +42,8 @@ public:
     bool write(std::string_view bytes) noexcept;
     /// Appends what is left of `source`.
     bool copyFrom(Velk::Platform::File& source) noexcept;
+    /// Appends `size` bytes of `source` from `offset` on; false as well when it does not have them.
+    bool copyRange(Velk::Platform::File& source, long long offset, long long size) noexcept;
     /// Takes over the access rights of `source`, where files carry them themselves.
     bool copyPermissionsFrom(const fileString& source) noexcept;
 

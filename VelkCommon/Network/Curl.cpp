@@ -4,6 +4,7 @@
 #include <VelkCommon/Network/detail/Requests.h>
 #include <VelkCommon/Network/detail/Session.h>
 #include <VelkCommon/Network/detail/UrlText.h>
+#include <VelkCommon/detail/Guarded.h>
 
 #include <algorithm>
 #include <utility>
@@ -30,7 +31,8 @@ std::string extensionOf(const std::string& url)
     const auto isPlain = [](char c) {
         return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
     };
-    if (extension.size() > extensionLimit || !std::all_of(extension.begin() + 1, extension.end(), isPlain))
+    if (extension.size() < 2 || extension.size() > extensionLimit ||
+        !std::all_of(extension.begin() + 1, extension.end(), isPlain))
         return {};
     return extension;
 }
@@ -47,15 +49,11 @@ detail::TransferFailure fetch(TransferRequest request, detail::FileBody body)
     return {};
 }
 
-// What `operation` returns; what there is to say when it throws.
+// What `operation` returns, also for want of memory.
 template <typename Operation>
 detail::TransferFailure guarded(Operation operation) noexcept
 {
-    try {
-        return operation();
-    } catch (...) {
-        return {CURLE_OUT_OF_MEMORY, {}};
-    }
+    return Velk::guarded(operation, detail::TransferFailure{CURLE_OUT_OF_MEMORY, "Out of memory"});
 }
 
 }  // namespace

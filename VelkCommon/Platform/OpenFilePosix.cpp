@@ -4,6 +4,7 @@
 
 #include <sys/file.h>
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -80,6 +81,22 @@ long long File::read(char* bytes, std::size_t size) noexcept
     return static_cast<long long>(total);
 }
 
+long long File::readAt(long long offset, char* bytes, std::size_t size) noexcept
+{
+    std::size_t total = 0;
+    while (total < size) {
+        const auto position = static_cast<off_t>(offset + static_cast<long long>(total));
+        const ssize_t got =
+            uninterrupted([&] { return ::pread(descriptorOf(handle_), bytes + total, size - total, position); });
+        if (got < 0)
+            return -1;
+        if (got == 0)
+            break;
+        total += static_cast<std::size_t>(got);
+    }
+    return static_cast<long long>(total);
+}
+
 bool File::write(const char* bytes, std::size_t size) noexcept
 {
     while (size > 0) {
@@ -139,6 +156,32 @@ bool File::copyFrom(File& source)
         if (!write(block.data(), static_cast<std::size_t>(got)))
             return false;
     }
+}
+
+bool File::copyRange(File& source, long long offset, long long size)
+{
+    off_t position = offset;
+    auto rest = static_cast<std::size_t>(size);
+    while (rest > 0) {
+        const ssize_t copied = uninterrupted([&] {
+            return ::copy_file_range(descriptorOf(source.handle_), &position, descriptorOf(handle_), nullptr,
+                                     std::min(rest, kernelCopyBlock), 0);
+        });
+        if (copied <= 0)
+            break;
+        rest -= static_cast<std::size_t>(copied);
+    }
+    // As for copyFrom().
+    std::vector<char> block(std::min(rest, copyBlock));
+    while (rest > 0) {
+        const auto request = std::min(rest, block.size());
+        if (source.readAt(position, block.data(), request) != static_cast<long long>(request) ||
+            !write(block.data(), request))
+            return false;
+        position += static_cast<off_t>(request);
+        rest -= request;
+    }
+    return true;
 }
 
 bool File::copyPermissionsFrom(const std::string& source) noexcept

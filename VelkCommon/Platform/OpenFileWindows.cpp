@@ -75,6 +75,11 @@ long long File::read(char* bytes, std::size_t size) noexcept
     return static_cast<long long>(total);
 }
 
+long long File::readAt(long long offset, char* bytes, std::size_t size) noexcept
+{
+    return seek(offset) ? read(bytes, size) : -1;
+}
+
 bool File::write(const char* bytes, std::size_t size) noexcept
 {
     while (size > 0) {
@@ -129,6 +134,20 @@ bool File::copyFrom(File& source)
         if (!write(block.data(), static_cast<std::size_t>(got)))
             return false;
     }
+}
+
+bool File::copyRange(File& source, long long offset, long long size)
+{
+    if (!source.seek(offset))
+        return false;
+    std::vector<char> block(std::min(static_cast<std::size_t>(size), copyBlock));
+    for (long long rest = size; rest > 0;) {
+        const auto request = static_cast<std::size_t>(std::min(rest, static_cast<long long>(block.size())));
+        if (source.read(block.data(), request) != static_cast<long long>(request) || !write(block.data(), request))
+            return false;
+        rest -= static_cast<long long>(request);
+    }
+    return true;
 }
 
 bool File::copyPermissionsFrom(const std::string& source) noexcept

@@ -155,6 +155,9 @@ public:
 
     /// The number of bytes read, fewer than `size` only at the end; -1 on failure.
     long long read(char* bytes, std::size_t size) noexcept;
+    /// The same from `offset` bytes behind the beginning. On Windows it moves the place where read() and
+    /// write() go on.
+    long long readAt(long long offset, char* bytes, std::size_t size) noexcept;
     /// Writes all or fails.
     bool write(const char* bytes, std::size_t size) noexcept;
     /// Moves to `offset` bytes from the beginning.
@@ -170,6 +173,9 @@ public:
 
     /// Appends the rest of `source`, by the system's own means where it has them.
     bool copyFrom(File& source);
+    /// Appends `size` bytes of `source` from `offset` on; false as well when it does not have them. On
+    /// Windows it moves the place where `source` goes on.
+    bool copyRange(File& source, long long offset, long long size);
     /// Takes over who may do what with the file `source`, where files carry that themselves.
     bool copyPermissionsFrom(const std::string& source) noexcept;
 

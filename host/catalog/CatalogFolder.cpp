@@ -41,17 +41,25 @@ void makeFolder(const fileString& path)
 std::vector<fileString> filesInFolder(const fileString& folder, const fileString& extension)
 {
     std::vector<fileString> files;
+    for (const FolderEntry& entry : folderEntries(folder))
+        if (!entry.isFolder && entry.name.extension() == extension)
+            files.push_back(folder / entry.name);
+    return files;
+}
+
+std::vector<FolderEntry> folderEntries(const fileString& folder)
+{
+    std::vector<FolderEntry> entries;
     std::error_code error;
     for (fs::directory_iterator entry(native(folder), error), end; !error && entry != end; entry.increment(error)) {
-        fileString name = fromNative(entry->path().filename());
         std::error_code ignored;
-        if (name.extension() == extension && !entry->is_directory(ignored))
-            files.push_back(folder / name);
+        entries.push_back({fromNative(entry->path().filename()), entry->is_directory(ignored)});
     }
     if (error)
         throw CatalogError(folder, "cannot be read: " + error.message());
-    std::sort(files.begin(), files.end());
-    return files;
+    std::sort(entries.begin(), entries.end(),
+              [](const FolderEntry& left, const FolderEntry& right) { return left.name < right.name; });
+    return entries;
 }
 
 }  // namespace VelkHost

@@ -16,4 +16,14 @@ void makeFolder(const fileString& path);
 /// Throws CatalogError for a folder that cannot be read.
 std::vector<fileString> filesInFolder(const fileString& folder, const fileString& extension);
 
+/// What stands in a folder.
+struct FolderEntry
+{
+    fileString name;
+    bool isFolder = false;  ///< a link counts by its target
+};
+
+/// Everything in `folder`, sorted by name. Throws CatalogError for a folder that cannot be read.
+std::vector<FolderEntry> folderEntries(const fileString& folder);
+
 }  // namespace VelkHost

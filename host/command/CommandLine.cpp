@@ -66,10 +66,14 @@ bool isCommand(const CLI::App& app, const std::string& name)
 }
 
 /// The first argument names no command.
-int reportUnknownCommand(const std::string& name, Output& output)
+int reportUnknownCommand(const CLI::App& app, const std::string& name, Output& output)
 {
+    std::string commands;
+    const std::vector<const CLI::App*> all = app.get_subcommands({});
+    for (const CLI::App* command : all)
+        commands += (commands.empty() ? "" : command == all.back() ? " and " : ", ") + command->get_name();
     output.error("there is no command \"" + name + "\"",
-                 "The commands are search, catalog and tour; see \"velk --help\".");
+                 "The commands are " + commands + "; see \"velk --help\".");
     return static_cast<int>(ExitCode::Usage);
 }
 
@@ -80,13 +84,16 @@ int run(const std::vector<std::string>& arguments, Output& output)
     Action action;
     addSearchCommand(app, output, action);
     addCatalogCommand(app, output, action);
+    addPublishCommand(app, output, action);
+    addServeCommand(app, output, action);
     addTourCommand(app, output, action);
+    addUpdateCommand(app, output, action);
     if (arguments.empty()) {
         output.write(app.help());
         return static_cast<int>(ExitCode::Success);
     }
     if (!arguments.front().starts_with('-') && !isCommand(app, arguments.front()))
-        return reportUnknownCommand(arguments.front(), output);
+        return reportUnknownCommand(app, arguments.front(), output);
     try {
         // The parser takes its arguments from the back.
         std::vector<std::string> reversed;

@@ -19,7 +19,10 @@ using Action = std::function<int()>;
 /// `output` and `action` must live until the action has run.
 void addSearchCommand(CLI::App& app, Output& output, Action& action);
 void addCatalogCommand(CLI::App& app, Output& output, Action& action);
+void addPublishCommand(CLI::App& app, Output& output, Action& action);
+void addServeCommand(CLI::App& app, Output& output, Action& action);
 void addTourCommand(CLI::App& app, Output& output, Action& action);
+void addUpdateCommand(CLI::App& app, Output& output, Action& action);
 
 /// The parser would take "[a,b]" for a list and drop "%%", so arguments pass it in disguise. This is the
 /// argument as it was typed.

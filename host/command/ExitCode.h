@@ -9,7 +9,10 @@ enum class ExitCode : int {
     Usage = 2,          ///< the command line makes no sense
     BrokenLibrary = 3,  ///< a library to search is missing or broken; the others were searched
     BuildFailed = 4,    ///< a catalog could not be made
-    OutputFailed = 5    ///< standard output could not be written
+    OutputFailed = 5,   ///< standard output could not be written
+    UpdateFailed = 6,   ///< something could not be updated; the rest was
+    Cancelled = 7,      ///< ended by Ctrl-C; nothing is left half done
+    ServiceFailed = 8   ///< a site could not be published or served
 };
 
 }  // namespace VelkHost

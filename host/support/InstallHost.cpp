@@ -5,6 +5,9 @@
 #include <VelkCommon/HostServices.h>
 #include <VelkCommon/Platform/Platform.h>
 
+#include <QDir>
+#include <QString>
+
 namespace VelkHost {
 namespace {
 
@@ -28,13 +31,42 @@ error::Button showMessage(const error::Message& message)
     return error::Button::Ok;
 }
 
+fileString absolutePath(const fileString& path)
+{
+    if (Velk::Platform::isAbsolute(path.utf8()))
+        return path;
+    return fileString(QDir::currentPath().toStdString()) / path;
+}
+
+Velk::HostFolders foldersBelow(const fileString& home)
+{
+    Velk::HostFolders folders;
+    folders.userDatabase = home / U"user";
+    folders.coreLibraryDatabase = home / U"core";
+    folders.bonusLibraryDatabase = home / U"bonus";
+    folders.manufacturerLibrary = home / U"manufacturer";
+    folders.manufacturerData = home / U"manufacturer-data";
+    folders.proprietaryLibraryReferencedFiles = home / U"referenced";
+    folders.userTexture = home / U"textures";
+    folders.temp = home / U"temp";
+    return folders;
+}
+
 }  // namespace
+
+Velk::HostServices hostServices(const fileString& home)
+{
+    Velk::HostServices services;
+    const fileString chosen = home.empty() ? fileString(qEnvironmentVariable("VELK_HOME").toStdString()) : home;
+    if (!chosen.empty())
+        services.folders = foldersBelow(absolutePath(chosen));
+    services.showMessage = showMessage;
+    return services;
+}
 
 void installHost()
 {
-    Velk::HostServices services;
-    services.showMessage = showMessage;
-    Velk::installHost(std::move(services));
+    Velk::installHost(hostServices());
 }
 
 }  // namespace VelkHost

@@ -1,9 +1,19 @@
 #pragma once
 
+#include <VelkCommon/HostServices.h>
+
 namespace VelkHost {
 
-/// Installs what a program without a window supplies: the library's defaults (the user's folders, English
-/// texts, preferences in memory), and messages on standard error, under the program's name.
+/// What a program without a window supplies: the library's defaults (English texts, preferences in memory),
+/// and messages on standard error, under the program's name.
+///
+/// The folders are those of the installation at `home`: core, bonus, manufacturer, manufacturer-data,
+/// referenced, textures, user (with the error log) and temp below it. Without one it is the folder that
+/// the environment variable VELK_HOME names, and without that the user's folders of the system. A relative
+/// path counts from the current folder.
+Velk::HostServices hostServices(const fileString& home = {});
+
+/// Installs that.
 void installHost();
 
 }  // namespace VelkHost

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,10 +34,19 @@ enum class WriteResult {
 /// Writes all bytes to standard output, as they are. Any thread.
 WriteResult writeToOutput(std::string_view bytes) noexcept;
 
+/// From now on Ctrl-C does not end the program but is noticed; a second one ends it.
+void watchInterrupts();
+/// Ctrl-C was pressed since. Any thread.
+bool interrupted() noexcept;
+
 /// `text` in the quotes that the system's shell takes, or as it stands where it needs none.
 std::string shellQuoted(const std::string& text);
 
 /// The program as one types it in the current folder, or its name when the system does not tell. UTF-8.
 std::string programPath();
+
+/// Prepares a socket that will listen: a restarted program gets its port back at once, and no other program can
+/// take it meanwhile.
+void allowQuickRestart(std::intptr_t socket) noexcept;
 
 }  // namespace VelkHost

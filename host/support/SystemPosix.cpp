@@ -4,9 +4,20 @@
 #include <cerrno>
 #include <csignal>
 #include <sys/ioctl.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 namespace VelkHost {
+namespace {
+
+volatile std::sig_atomic_t interruptSeen = 0;
+
+extern "C" void noteInterrupt(int)
+{
+    interruptSeen = 1;
+}
+
+}  // namespace
 
 std::vector<std::string> programArguments(int argumentCount, char** arguments)
 {
@@ -44,6 +55,20 @@ WriteResult writeToOutput(std::string_view bytes) noexcept
     return WriteResult::Written;
 }
 
+void watchInterrupts()
+{
+    struct sigaction action = {};
+    action.sa_handler = noteInterrupt;
+    action.sa_flags = SA_RESETHAND | SA_RESTART;
+    ::sigaction(SIGINT, &action, nullptr);
+    ::sigaction(SIGTERM, &action, nullptr);
+}
+
+bool interrupted() noexcept
+{
+    return interruptSeen != 0;
+}
+
 std::string shellQuoted(const std::string& text)
 {
     constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_./=:,+@%";
@@ -69,6 +94,12 @@ std::string programPath()
             program.erase(0, below.size());
     }
     return program;
+}
+
+void allowQuickRestart(std::intptr_t socket) noexcept
+{
+    const int yes = 1;
+    ::setsockopt(static_cast<int>(socket), SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
 }
 
 }  // namespace VelkHost

@@ -5,6 +5,9 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
+#include <winsock2.h>
+
 #include <windows.h>
 
 #include <shellapi.h>
@@ -15,6 +18,14 @@ namespace {
 std::string utf8(const wchar_t* text)
 {
     return StringConvert::toStdUtf8String(StringConvert::toUnicode(std::wstring_view(text)));
+}
+
+std::atomic<bool> interruptSeen{false};
+
+// The second one goes to the system's own handler, which ends the program.
+BOOL WINAPI noteInterrupt(DWORD event)
+{
+    return (event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT) && !interruptSeen.exchange(true);
 }
 
 HANDLE standardOutput()
@@ -74,6 +85,16 @@ WriteResult writeToOutput(std::string_view bytes) noexcept
     return WriteResult::Written;
 }
 
+void watchInterrupts()
+{
+    ::SetConsoleCtrlHandler(noteInterrupt, TRUE);
+}
+
+bool interrupted() noexcept
+{
+    return interruptSeen;
+}
+
 std::string shellQuoted(const std::string& text)
 {
     // A path cannot hold a quote; in other text a backslash before it serves most programs.
@@ -90,6 +111,14 @@ std::string programPath()
     std::array<wchar_t, 32'768> path;
     const DWORD length = ::GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
     return length > 0 && length < path.size() ? utf8(path.data()) : "velk";
+}
+
+void allowQuickRestart(std::intptr_t socket) noexcept
+{
+    // The port comes back at once in any case; what must be asked for is that nobody else takes it.
+    const BOOL yes = TRUE;
+    ::setsockopt(static_cast<SOCKET>(socket), SOL_SOCKET, SO_EXCLUSIVEADDRUSE, reinterpret_cast<const char*>(&yes),
+                 sizeof yes);
 }
 
 }  // namespace VelkHost

@@ -155,7 +155,7 @@ struct UsageCase
 const UsageCase usageCases[] = {
     {"UnknownCommand",
      {"serch", "chair"},
-     "velk: there is no command \"serch\"\nThe commands are search, catalog and tour"},
+     "velk: there is no command \"serch\"\nThe commands are search, catalog, "},
     {"UnknownOption", {"search", "chair", "--bar"}, "--bar"},
     {"NoText", {"search"}, "TEXT (what to look for) or --id is required"},
     {"NoCatalogCommand", {"catalog"}, "See \"velk catalog --help\""},

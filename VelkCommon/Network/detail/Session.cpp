@@ -26,6 +26,19 @@ Pool& pool()
     return sessions;
 }
 
+// Sets a flag for the length of a block.
+class Mark
+{
+public:
+    explicit Mark(bool& flag) noexcept : flag_(flag) { flag_ = true; }
+    ~Mark() { flag_ = false; }
+    Mark(const Mark&) = delete;
+    Mark& operator=(const Mark&) = delete;
+
+private:
+    bool& flag_;
+};
+
 // The thread's session of the innermost call that has one.
 thread_local Session* current = nullptr;
 
@@ -96,8 +109,7 @@ void Session::turn()
 // Whether a request came to its end.
 bool Session::moveOn()
 {
-    busy_ = true;
-    const std::unique_ptr<bool, void (*)(bool*)> mark(&busy_, [](bool* busy) { *busy = false; });
+    const Mark mark(busy_);
     int stillRunning = 0;
     curl_multi_perform(multi_, &stillRunning);
     const bool finished = collectFinished();

@@ -105,8 +105,9 @@ void Transfer::setOptions()
     set(CURLOPT_USERAGENT, "velk");
     set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(transferLimits().connect.count()));
     set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
-    // Rather share a connection that is about to stand than open another one.
-    set(CURLOPT_PIPEWAIT, 1L);
+    // Rather share a connection that is about to stand than open another one. Without TLS that would show
+    // only with the first answer, and be in vain.
+    set(CURLOPT_PIPEWAIT, isSecure(address_) ? 1L : 0L);
     set(CURLOPT_BUFFERSIZE, receiveBuffer);
     set(CURLOPT_TCP_KEEPALIVE, 1L);
     // Without revocation lists, Schannel would refuse everything on a machine that is cut off from them.
@@ -278,6 +279,8 @@ bool Transfer::goOn(CURLcode code)
         return fail(body_.failure().code, body_.failure().reason);
     if (code != CURLE_OK && !enough_)
         return failFrom(code);
+    if (!headerEnded_)
+        return fail(CURLE_PARTIAL_FILE, "The header is incomplete");
     if (isRedirect())
         return follow(headerValue(header_, "Location"));
     finish();

@@ -41,7 +41,7 @@ public:
     /// Done at each call, after it was written down.
     std::function<void(const Event& event)> reaction;
 
-public slots:
+public Q_SLOTS:
     void onSetText(std::string text);
     void onSetRangeInGauge(size_t range);
     void onUpdateInGauge();

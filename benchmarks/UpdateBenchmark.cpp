@@ -1,0 +1,312 @@
+// How long the update of an installation takes over lines with a long round trip, and without a service,
+// as one table with what is demanded (gate) and what is aimed at (target). The peers are the curl command
+// with eight requests at a time, and with one connection. All goes over TLS, and through a relay that
+// delays it.
+#include "DelayingRelay.h"
+#include "Measures.h"
+#include "support/ScriptedServer.h"
+
+#include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Files/SHA1.h>
+#include <VelkCommon/HostServices.h>
+#include <VelkCommon/Network/Curl.h>
+#include <VelkLibrary/LibraryCatalogUpdater.h>
+
+#include <QCoreApplication>
+#include <QObject>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using std::chrono::milliseconds;
+using Clock = std::chrono::steady_clock;
+
+constexpr int catalogCount = 200;
+constexpr int changedCount = 20;
+constexpr std::size_t changedSize = 10500000;             // bytes
+constexpr std::uint64_t lineRate = 200 * 1000000ULL / 8;  // bytes a second
+constexpr int repetitions = 3;
+
+double secondsOf(const std::function<void()>& work)
+{
+    const auto begin = Clock::now();
+    work();
+    return std::chrono::duration<double>(Clock::now() - begin).count();
+}
+
+double leastSecondsOf(const std::function<void()>& work)
+{
+    double least = secondsOf(work);
+    for (int i = 1; i < repetitions; ++i)
+        least = std::min(least, secondsOf(work));
+    return least;
+}
+
+void writeFile(const fileString& path, const std::string& bytes)
+{
+    std::ofstream out(path.utf8(), std::ios::binary);
+    out << bytes;
+    if (!out.flush())
+        throw std::runtime_error("cannot write " + path.utf8());
+}
+
+std::string catalogName(int number)
+{
+    return "Catalog " + std::to_string(number) + ".calib";
+}
+
+/// 200 core catalogs in a folder that goes away at the end, with a host for them.
+class Installation
+{
+public:
+    explicit Installation(const std::string& authority)
+    {
+        services_.folders.userDatabase = folder("user");
+        services_.folders.coreLibraryDatabase = folder("core");
+        services_.folders.bonusLibraryDatabase = folder("bonus");
+        services_.folders.manufacturerLibrary = folder("manufacturer");
+        services_.folders.proprietaryLibraryReferencedFiles = folder("referenced");
+        services_.folders.temp = folder("temp");
+        services_.certificateFile = root() / fileString(std::string("authority.pem"));
+        writeFile(services_.certificateFile, authority);
+        Velk::installHost(services_);
+        for (int i = 0; i < catalogCount; ++i) {
+            const fileString path = services_.folders.coreLibraryDatabase / fileString(catalogName(i));
+            writeFile(path, catalogName(i));
+            catalogs_.insert(path);
+        }
+    }
+    ~Installation() { Velk::installHost({}); }
+    Installation(const Installation&) = delete;
+    Installation& operator=(const Installation&) = delete;
+
+    fileString root() const { return fileString(root_.path().toStdString()); }
+    const fileString& certificates() const { return services_.certificateFile; }
+    const std::set<fileString>& catalogs() const { return catalogs_; }
+
+    /// An update of all catalogs. What it learned of earlier ones is gone before.
+    void update(const std::string& service) const
+    {
+        FileUtils::removePath(services_.folders.coreLibraryDatabase / fileString(std::string("catalog_hash.txt")), 0);
+        QObject receiver;
+        LibraryCatalogUpdate::LibraryCatalogUpdater updater(receiver, catalogs_, {}, {}, "planner", "12", service,
+                                                            false);
+        std::thread worker([&updater] { updater(); });
+        worker.join();
+        QCoreApplication::processEvents();
+    }
+
+private:
+    fileString folder(const char* name) const
+    {
+        const fileString path = root() / fileString(std::string(name));
+        FileUtils::createDirectoriesWithPerm(path);
+        return path + fileString(std::string("/"));
+    }
+
+    QTemporaryDir root_;
+    Velk::HostServices services_;
+    std::set<fileString> catalogs_;
+};
+
+/// The service: knows every catalog, and has others in place of the first `changed` ones.
+class Service
+{
+public:
+    explicit Service(const Installation& installation, const test::Certificate& certificate) : server_(certificate)
+    {
+        for (const fileString& path : installation.catalogs())
+            tags_[path.stemWithExtension().utf8()] = SHA1::fileContentsToSHA1Hex(path);
+        server_.on("/start", test::Reply::redirect("/api?service=catalogs"));
+        server_.on("/api", [this](const test::SeenRequest& request) { return answer(request); });
+    }
+
+    void change(int count)
+    {
+        changed_.clear();
+        for (int i = 0; i < count; ++i)
+            changed_.insert(catalogName(i));
+    }
+    const test::ScriptedServer& server() const { return server_; }
+
+private:
+    test::Reply answer(const test::SeenRequest& request) const
+    {
+        const std::string library = request.parameter("library");
+        if (changed_.count(library) != 0)
+            return test::Reply::file(body_, "changed");
+        const auto found = tags_.find(library);
+        return test::Reply::file("", found == tags_.end() ? "index" : found->second);
+    }
+
+    std::map<std::string, std::string> tags_;
+    std::set<std::string> changed_;
+    std::string body_ = std::string(changedSize, 'x');
+    test::ScriptedServer server_;
+};
+
+/// The curl command with a list of addresses.
+class CurlCommand
+{
+public:
+    CurlCommand(const Installation& installation, std::string options)
+        : list_(installation.root() / fileString(std::string("list"))),
+          options_(std::move(options) + " --silent --show-error --fail --cacert '" +
+                   installation.certificates().utf8() + "' --config '" + list_.utf8() + "'"),
+          output_((installation.root() / fileString(std::string("output"))).utf8())
+    {}
+
+    void fetch(const std::string& endpoint, int count, bool keep) const
+    {
+        std::string text;
+        for (int i = 0; i < count; ++i) {
+            text += "url = \"" + endpoint + "&library=Catalog%20" + std::to_string(i) + ".calib\"\n";
+            text += "output = \"" + (keep ? output_ + std::to_string(i) : "/dev/null") + "\"\n";
+        }
+        writeFile(list_, text);
+        if (std::system(("curl " + options_).c_str()) != 0)
+            throw std::runtime_error("curl failed");
+    }
+
+private:
+    fileString list_;
+    std::string options_;
+    std::string output_;
+};
+
+std::string addressOf(const bench::DelayingRelay& relay)
+{
+    return "https://127.0.0.1:" + std::to_string(relay.port());
+}
+
+/// All that is measured.
+class Measures
+{
+public:
+    bool print()
+    {
+        throughput();
+        checks(milliseconds(10));
+        checks(milliseconds(50));
+        downloads();
+        unreachable();
+        std::printf("\n");
+        return bench::printMeasures(measures_);
+    }
+
+private:
+    void throughput();
+    void checks(milliseconds oneWay);
+    void downloads();
+    void unreachable();
+    void add(const std::string& what, double value, double gate, double target, const char* unit)
+    {
+        measures_.push_back({what, value, gate, target, false, unit});
+    }
+
+    test::TestAuthority authority_;
+    Installation installation_{authority_.certificate()};
+    Service service_{installation_, authority_.issue()};
+    std::vector<bench::Measure> measures_;
+};
+
+int lockAndGoOn(void* data, double, double, double, double)
+{
+    const std::lock_guard lock(*static_cast<std::mutex*>(data));
+    return 0;
+}
+
+// What the calls of the progress callback cost: as many bytes as fast as this machine can.
+void Measures::throughput()
+{
+    test::ScriptedServer server;
+    server.on("/file", test::Reply{.body = std::string(20 * changedSize, 'x')});
+    const fileString target = installation_.root() / fileString(std::string("file"));
+    std::mutex mutex;
+    const auto fetch = [&](Curl::Progress progress) {
+        std::string reason;
+        unsigned int code = 0;
+        if (!Curl::get().download_to_location(server.url("/file"), target, {}, &mutex, progress, reason, code))
+            throw std::runtime_error(reason);
+    };
+    const double without = leastSecondsOf([&] { fetch(nullptr); });
+    const double with = leastSecondsOf([&] { fetch(&lockAndGoOn); });
+    std::printf("210 MB on this machine: %.2f s, with a progress callback %.2f s\n", without, with);
+}
+
+// The whole run with its redirect and its index, against curl's check alone.
+void Measures::checks(milliseconds oneWay)
+{
+    const bench::DelayingRelay relay(service_.server().port(), oneWay, 0);
+    const std::string address = addressOf(relay);
+    service_.change(0);
+    const std::size_t before = service_.server().connections();
+    const double own = leastSecondsOf([&] { installation_.update(address + "/start"); });
+    const auto connections = static_cast<double>(service_.server().connections() - before);
+    const CurlCommand parallel(installation_, "--head -Z --parallel-max 8");
+    const double eight =
+        leastSecondsOf([&] { parallel.fetch(address + "/api?service=catalogs", catalogCount, false); });
+    const CurlCommand serial(installation_, "--head");
+    const double one = secondsOf([&] { serial.fetch(address + "/api?service=catalogs", catalogCount, false); });
+    const std::string line = std::to_string(2 * oneWay.count()) + " ms";
+    std::printf("%d checks at %s round trip: own %.2f s, curl with eight at a time %.2f s, with one %.2f s\n",
+                catalogCount, line.c_str(), own, eight, one);
+    add("check of 200 at " + line + ": part of curl -Z's time", own / eight, 1.5, 1.1, "x");
+    add("connections of " + std::to_string(repetitions) + " checks at " + line, connections, 8, 8, "");
+}
+
+// The time that the downloads add to a run, against curl with one connection that it keeps.
+void Measures::downloads()
+{
+    const bench::DelayingRelay relay(service_.server().port(), milliseconds(50), lineRate);
+    const std::string address = addressOf(relay);
+    service_.change(0);
+    const double check = leastSecondsOf([&] { installation_.update(address + "/start"); });
+    service_.change(changedCount);
+    const std::size_t before = service_.server().connections();
+    const double own = secondsOf([&] { installation_.update(address + "/start"); }) - check;
+    const auto connections = static_cast<double>(service_.server().connections() - before);
+    const CurlCommand command(installation_, "");
+    const double peer = secondsOf([&] { command.fetch(address + "/api?service=catalogs", changedCount, true); });
+    std::printf("%d downloads of 10.5 MB at 100 ms and 200 Mbit/s: own %.2f s, curl %.2f s\n", changedCount, own, peer);
+    add("downloads of 20: part of one curl's time", own / peer, 1.15, 1.05, "x");
+    add("further connections of a run with downloads", connections, 8, 8, "");
+    service_.change(0);
+}
+
+void Measures::unreachable()
+{
+    const test::RefusingPort refusing;
+    add("unreachable, refused", secondsOf([&] { installation_.update(refusing.url()); }), 2, 1, "s");
+    const std::string nowhere = "http://content.invalid/";
+    add("unreachable, name not found", secondsOf([&] { installation_.update(nowhere); }), 2, 1, "s");
+    const test::DeafPort deaf;
+    add("unreachable, packets dropped", secondsOf([&] { installation_.update(deaf.url()); }), 20, 15, "s");
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments)
+{
+    const QCoreApplication application(argumentCount, arguments);
+    try {
+        return Measures().print() ? 0 : 1;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 2;
+    }
+}

@@ -1,0 +1,64 @@
+#include "host/command/UpdateReceiver.h"
+
+#include <VelkCommon/Text/StringConvert.h>
+
+#include <utility>
+
+namespace VelkHost {
+
+UpdateReceiver::UpdateReceiver(Output& output, std::function<void()> finished)
+    : progress_(output), finished_(std::move(finished))
+{}
+
+void UpdateReceiver::onSetText(std::string text)
+{
+    progress_.setText(StringConvert::toStdUtf8String(StringConvert::fromWin1252(text)));
+}
+
+void UpdateReceiver::onSetRangeInGauge(size_t range)
+{
+    range_ = range;
+    progress_.begin(range);
+}
+
+void UpdateReceiver::onUpdateInGauge()
+{
+    progress_.step();
+}
+
+void UpdateReceiver::onSetValueInGauge(size_t value)
+{
+    progress_.setValue(value);
+}
+
+// Only the gauge of the downloads has a unit.
+void UpdateReceiver::onSetUnits(std::string unit_string)
+{
+    kilobytes_ = range_;
+    progress_.begin(range_, unit_string);
+}
+
+void UpdateReceiver::onCatalogUpdatedEvent(FileStringPair paths)
+{
+    installer_.install(paths);
+}
+
+void UpdateReceiver::closeCatalogUpdateEvent(const LibraryCatalogUpdate::UpdateData& data)
+{
+    report_ = data;
+    end();
+}
+
+void UpdateReceiver::onClose()
+{
+    end();
+}
+
+void UpdateReceiver::end()
+{
+    progress_.clear();
+    installer_.finish();
+    finished_();
+}
+
+}  // namespace VelkHost

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "host/catalog/CatalogError.h"
+
+#include <VelkCommon/Files/fileString.h>
+
+#include <string>
+
+namespace VelkHost {
+
+/// What a publisher must know about a packed library (".calibz").
+struct PackedCatalog
+{
+    std::string catalogHash;  ///< SHA-1 of the ".calib" inside, which is what an installation holds
+    std::string companions;   ///< a digest of the names and contents of all other entries
+};
+
+/// Reads every entry to its end and the catalog as a browser would. Throws CatalogError for an archive that
+/// is damaged, or does not hold exactly one ".calib" that can be read.
+PackedCatalog inspectPackedCatalog(const fileString& path);
+
+/// Reads every entry of a zip archive to its end. Throws CatalogError for a damaged one.
+void checkArchive(const fileString& path);
+
+}  // namespace VelkHost

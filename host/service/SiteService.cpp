@@ -1,0 +1,250 @@
+#include "host/service/SiteService.h"
+
+#include "host/service/SiteAnswer.h"
+#include "host/support/System.h"
+
+#include <VelkCommon/Platform/Platform.h>
+
+#include <httplib.h>
+
+#include <algorithm>
+#include <atomic>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace VelkHost {
+namespace {
+
+using Velk::Platform::File;
+
+constexpr std::size_t connections = 32;
+constexpr int idleSeconds = 2;
+constexpr int stalledSeconds = 10;
+constexpr std::size_t requestsPerConnection = 100'000;
+constexpr std::size_t requestBodyBytes = 64 << 10;
+constexpr std::size_t blockBytes = 64 << 10;
+
+/// Keeps the edition in force in memory.
+class EditionWatch
+{
+public:
+    explicit EditionWatch(fileString site) : site_(std::move(site)) { current(); }
+
+    /// The edition in force now. While a damaged switch or table cannot be read, the last one that could.
+    std::shared_ptr<const SiteEdition> current()
+    {
+        const std::lock_guard lock(mutex_);
+        try {
+            const std::string name = currentTable(site_);
+            if (name.empty())
+                throw CatalogError(site_, "is no published site; see \"velk publish --help\"");
+            if (name != name_) {
+                edition_ = std::make_shared<SiteEdition>(readTable(site_, name));
+                name_ = name;
+            }
+        } catch (const CatalogError&) {
+            if (!edition_)
+                throw;
+        }
+        return edition_;
+    }
+
+private:
+    fileString site_;
+    std::mutex mutex_;
+    std::string name_;
+    std::shared_ptr<const SiteEdition> edition_;
+};
+
+SiteRequest siteRequest(const httplib::Request& request)
+{
+    return {request.method, request.target, request.get_header_value("If-None-Match"),
+            request.get_header_value("If-Range"), request.get_header_value("Range")};
+}
+
+/// Sends a part of an open file, and counts what was sent.
+class FileBody
+{
+public:
+    FileBody(File file, std::uint64_t offset, std::shared_ptr<std::atomic<std::uint64_t>> sent)
+        : file_(std::make_shared<File>(std::move(file))), offset_(offset), sent_(std::move(sent))
+    {}
+
+    bool operator()(std::size_t position, std::size_t length, httplib::DataSink& sink) const
+    {
+        std::vector<char> block(std::min(length, blockBytes));
+        if (!file_->seek(static_cast<long long>(offset_ + position)))
+            return false;
+        const long long got = file_->read(block.data(), block.size());
+        if (got <= 0 || !sink.write(block.data(), static_cast<std::size_t>(got)))
+            return false;
+        *sent_ += static_cast<std::uint64_t>(got);
+        return true;
+    }
+
+private:
+    std::shared_ptr<File> file_;
+    std::uint64_t offset_;
+    std::shared_ptr<std::atomic<std::uint64_t>> sent_;
+};
+
+}  // namespace
+
+class SiteService::Implementation
+{
+public:
+    explicit Implementation(ServiceOptions options)
+        : options_(std::move(options)), editions_(options_.site), server_(makeServer())
+    {
+        configure();
+        bind();
+        thread_ = std::thread([this] { server_->listen_after_bind(); });
+        // Stopping has no effect before the server runs.
+        while (!server_->is_running())
+            std::this_thread::yield();
+    }
+
+    ~Implementation()
+    {
+        server_->stop();
+        thread_.join();
+    }
+
+    int port() const noexcept { return port_; }
+
+    std::string origin() const
+    {
+        const bool ipv6 = options_.address.find(':') != std::string::npos;
+        return std::string(options_.tls ? "https" : "http") + "://" +
+               (ipv6 ? "[" + options_.address + "]" : options_.address) + ":" + std::to_string(port_);
+    }
+
+private:
+    std::unique_ptr<httplib::Server> makeServer() const
+    {
+        if (!options_.tls)
+            return std::make_unique<httplib::Server>();
+        auto server = std::make_unique<httplib::SSLServer>(options_.tls->certificate.utf8().c_str(),
+                                                           options_.tls->privateKey.utf8().c_str());
+        if (!server->is_valid())
+            throw CatalogError(options_.tls->certificate, "cannot be used with the key " +
+                                                              options_.tls->privateKey.humanReadableString() +
+                                                              "; both must be PEM files that belong together");
+        return server;
+    }
+
+    void configure()
+    {
+        server_->new_task_queue = [] { return new httplib::ThreadPool(connections); };
+        server_->set_socket_options([](socket_t socket) { allowQuickRestart(static_cast<std::intptr_t>(socket)); });
+        server_->set_tcp_nodelay(true);
+        server_->set_keep_alive_max_count(requestsPerConnection);
+        server_->set_keep_alive_timeout(idleSeconds);
+        server_->set_read_timeout(stalledSeconds);
+        server_->set_write_timeout(stalledSeconds);
+        server_->set_payload_max_length(requestBodyBytes);
+        const auto handler = [this](const httplib::Request& request, httplib::Response& response) {
+            handle(request, response);
+        };
+        server_->Get(".*", handler);
+        // Of the others the body has to be read before they are refused, or it would count as a request.
+        server_->Post(".*", handler);
+        server_->Put(".*", handler);
+        server_->Patch(".*", handler);
+        server_->Delete(".*", handler);
+        server_->Options(".*", handler);
+    }
+
+    void bind()
+    {
+        if (options_.port == 0)
+            port_ = server_->bind_to_any_port(options_.address);
+        else
+            port_ = server_->bind_to_port(options_.address, options_.port) ? options_.port : -1;
+        if (port_ <= 0)
+            throw CatalogError(fileString(options_.address + ":" + std::to_string(options_.port)),
+                               "cannot be listened on; is another program using the port?");
+    }
+
+    void handle(const httplib::Request& request, httplib::Response& response)
+    {
+        // Ranges are answered here; the server must not cut what is a part already. The object behind the
+        // reference is the server's own and not constant.
+        const_cast<httplib::Request&>(request).ranges.clear();  // NOLINT
+        const SiteRequest asked = siteRequest(request);
+        SiteAnswer answer = editions_.current()->answer(asked);
+        if (!answer.file.empty() && !openBody(answer, asked, response))
+            return;
+        response.status = answer.status;
+        for (const auto& [name, value] : answer.headers)
+            response.set_header(name, value);
+        if (answer.file.empty()) {
+            if (answer.status != 304)
+                response.set_content(answer.body, answer.type);
+            report({asked.method, asked.target, answer.status, asked.method == "HEAD" ? 0 : answer.body.size()});
+        }
+    }
+
+    /// Opens the file of an answer now, so that it can be sent to its end whatever is published meanwhile.
+    bool openBody(const SiteAnswer& answer, const SiteRequest& asked, httplib::Response& response)
+    {
+        File file = File::open(storedFile(options_.site, answer.file).utf8(), File::Mode::read);
+        if (!file.isOpen()) {
+            response.status = 500;
+            response.set_content("The site is damaged.\n", std::string(textType));
+            report({asked.method, asked.target, response.status, 0});
+            return false;
+        }
+        const auto sent = std::make_shared<std::atomic<std::uint64_t>>(0);
+        const auto done = [this, asked, status = answer.status, sent](bool) {
+            report({asked.method, asked.target, status, *sent});
+        };
+        if (answer.length == 0) {
+            response.set_content("", answer.type);
+            done(true);
+        } else
+            response.set_content_provider(answer.length, answer.type, FileBody(std::move(file), answer.offset, sent),
+                                          done);
+        return true;
+    }
+
+    void report(const ServedRequest& served) const
+    {
+        if (options_.served)
+            options_.served(served);
+    }
+
+    ServiceOptions options_;
+    EditionWatch editions_;
+    std::unique_ptr<httplib::Server> server_;
+    int port_ = -1;
+    std::thread thread_;
+};
+
+SiteService::SiteService(ServiceOptions options) : implementation_(std::make_unique<Implementation>(std::move(options)))
+{}
+
+SiteService::~SiteService() = default;
+
+int SiteService::port() const noexcept
+{
+    return implementation_->port();
+}
+
+std::string SiteService::address() const
+{
+    return implementation_->origin() + std::string(paths::service);
+}
+
+std::string SiteService::manufacturersAddress() const
+{
+    return implementation_->origin() + std::string(paths::manufacturers);
+}
+
+std::string SiteService::logoAddress() const
+{
+    return implementation_->origin() + std::string(paths::logo) + "?v=1";
+}
+
+}  // namespace VelkHost

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <VelkCommon/Files/fileString.h>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace VelkHost {
+
+/// A certificate and its private key, as PEM files.
+struct ServiceCertificate
+{
+    fileString certificate;  ///< with the intermediate ones, the service's own first
+    fileString privateKey;
+};
+
+/// A request that was answered.
+struct ServedRequest
+{
+    std::string method;
+    std::string target;  ///< as it came over the wire
+    int status = 0;
+    std::uint64_t bodyBytes = 0;  ///< sent, without headers
+};
+
+struct ServiceOptions
+{
+    fileString site;                    ///< a published site
+    std::string address = "127.0.0.1";  ///< to listen on; this machine only, unless told
+    int port = 0;                       ///< 0 for any free one
+    std::optional<ServiceCertificate> tls;
+    /// Told of each request once it is answered; several threads, several calls at a time.
+    std::function<void(const ServedRequest&)> served;
+};
+
+/// The content service within a program: for development, demonstrations and tests. It answers as soon as it
+/// is constructed and ends with the destructor, which waits for running requests.
+///
+/// A newly published edition is served from the next request on. A request sees one edition, and a file
+/// that is being sent is sent to its end.
+///
+/// Limits: 32 connections are served at a time, others wait; an idle one is closed after 2 seconds, a stalled
+/// one after 10; a request line has 8 KiB, each header 8 KiB, a body 64 KiB. Something that must stand
+/// up to the internet is a web server's task.
+class SiteService
+{
+public:
+    /// Throws CatalogError when nothing is published in the site, the address cannot be listened on, or the
+    /// certificate cannot be used.
+    explicit SiteService(ServiceOptions options);
+    ~SiteService();
+    SiteService(const SiteService&) = delete;
+    SiteService& operator=(const SiteService&) = delete;
+
+    int port() const noexcept;
+    /// The service address for clients, "http://127.0.0.1:8080/".
+    std::string address() const;
+    /// The addresses of the manufacturers' data and the logos.
+    std::string manufacturersAddress() const;
+    std::string logoAddress() const;
+
+private:
+    class Implementation;
+    std::unique_ptr<Implementation> implementation_;
+};
+
+}  // namespace VelkHost

@@ -1,0 +1,162 @@
+// Full disks, users without rights, and death in the middle.
+#include "ZipWalk.h"
+#include "support/Processes.h"
+
+#include <VelkCommon/Files/FileUtils.h>
+
+#include <gmock/gmock.h>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
+#include <string>
+
+namespace {
+
+using test::ZipBuilder;
+using test::ZipHandle;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class ZipPosix : public test::ArchiveTest
+{
+protected:
+    ZipPosix()
+    {
+        ZipBuilder builder;
+        for (unsigned i = 0; i < 40; ++i)
+            builder.add("entry " + std::to_string(i), test::noise(1000, i));
+        builder.writeTo(source_);
+        FileUtils::createDirectoriesWithPerm(folder_);
+    }
+
+    static void limitFileSize(rlim_t size)
+    {
+        ::signal(SIGXFSZ, SIG_IGN);
+        const struct rlimit limit = {size, size};
+        ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+    }
+
+    std::vector<std::string> names() const { return test::listFolder(folder_); }
+
+    fileString folder_ = at(U"work");
+    fileString source_ = at(U"source.zip");
+    fileString target_ = folder_ / U"target.zip";
+};
+
+// From too little for one entry to all but the last byte: there is no archive, and the walk says so.
+TEST_F(ZipPosix, AFullDiskShowsInTheResultAndLeavesNothing)
+{
+    const auto whole = static_cast<rlim_t>(FileUtils::fileSize(source_));
+    for (const rlim_t room : {rlim_t{1}, rlim_t{1500}, whole / 2, whole - 3000, whole - 22, whole - 1}) {
+        test::inChild([&] {
+            limitFileSize(room);
+            bool anySuccess = false;
+            const auto visited =
+                walk(source_, [&](const fileString& name, const ZipHandle& handle, ZipUtils::ZipRawDataInfo* entry) {
+                    anySuccess = ZipUtils::writeFileToArchiveRaw(target_, name, handle, true, entry) || anySuccess;
+                });
+            EXPECT_TRUE(!anySuccess || visited.empty()) << room;
+        });
+        EXPECT_THAT(names(), IsEmpty()) << room;
+    }
+    test::inChild([&] {
+        limitFileSize(whole);
+        EXPECT_TRUE(copyAll(source_, target_));
+    });
+    EXPECT_TRUE(test::readFile(target_) == test::readFile(source_));
+}
+
+TEST_F(ZipPosix, AFullDiskLeavesTheOldArchive)
+{
+    const std::string old = ZipBuilder().add("old", test::noise(20'000)).bytes();
+    test::writeFile(target_, old);
+    test::inChild([&] {
+        limitFileSize(30'000);
+        const auto visited =
+            walk(source_, [&](const fileString& name, const ZipHandle& handle, ZipUtils::ZipRawDataInfo* entry) {
+                ZipUtils::writeFileToArchiveRaw(target_, name, handle, false, entry);
+            });
+        EXPECT_THAT(visited, IsEmpty());
+    });
+    EXPECT_THAT(names(), ElementsAre("target.zip"));
+    EXPECT_TRUE(test::readFile(target_) == old);
+}
+
+// Entries so large that they are written at once: the failure shows while the walk goes on.
+TEST_F(ZipPosix, AfterTheFirstFailedWriteNothingIsAdded)
+{
+    ZipBuilder builder;
+    for (unsigned i = 0; i < 4; ++i)
+        builder.add("entry " + std::to_string(i), std::string(9'000'000, 'x'));
+    builder.add("small", "x");
+    builder.writeTo(source_);
+    test::inChild([&] {
+        limitFileSize(10'000'000);
+        std::string results;
+        const auto visited =
+            walk(source_, [&](const fileString& name, const ZipHandle& handle, ZipUtils::ZipRawDataInfo* entry) {
+                results += ZipUtils::writeFileToArchiveRaw(target_, name, handle, true, entry) ? "+" : "-";
+                results += ZipUtils::canAddToArchive(target_) ? "a" : "n";
+            });
+        EXPECT_EQ(results, "+a-n-n-n-n");
+        EXPECT_THAT(visited, IsEmpty());
+    });
+    EXPECT_THAT(names(), IsEmpty());
+}
+
+TEST_F(ZipPosix, WhatMayNotBeWrittenCannotBeAddedTo)
+{
+    ZipBuilder().add("old", "o").writeTo(target_);
+    ::chmod(source_.utf8().c_str(), 0644);
+    ::chmod(folder().utf8().c_str(), 0755);
+    ::chmod(folder().parentPath().utf8().c_str(), 01777);
+    const std::string old = test::readFile(target_);
+    for (const mode_t folderMode : {mode_t{0555}, mode_t{0777}}) {
+        ::chmod(target_.utf8().c_str(), folderMode == 0555 ? 0666 : 0444);
+        ::chmod(folder_.utf8().c_str(), folderMode);
+        test::asOrdinaryUser([&] {
+            EXPECT_EQ(namesOf(target_), "old");
+            EXPECT_FALSE(ZipUtils::canAddToArchive(target_));
+            walk(source_, [&](const fileString& name, const ZipHandle& handle, ZipUtils::ZipRawDataInfo* entry) {
+                EXPECT_FALSE(ZipUtils::writeFileToArchiveRaw(target_, name, handle, false, entry));
+                EXPECT_FALSE(ZipUtils::writeFileToArchiveRaw(target_, name, handle, true, entry));
+            });
+        });
+        EXPECT_THAT(names(), ElementsAre("target.zip"));
+        EXPECT_TRUE(test::readFile(target_) == old);
+    }
+}
+
+TEST_F(ZipPosix, TheModeOfAnArchiveStays)
+{
+    ZipBuilder().add("old", "o").writeTo(target_);
+    ::chmod(target_.utf8().c_str(), 0640);
+    EXPECT_TRUE(copyAll(source_, target_));
+    struct stat status = {};
+    ASSERT_EQ(::stat(target_.utf8().c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0640u);
+}
+
+// Killed at each of its system calls in turn.
+TEST_F(ZipPosix, DeathLeavesTheOldArchiveOrTheNew)
+{
+    const std::string old = ZipBuilder().add("old", test::noise(5000)).bytes();
+    bool died = true;
+    int deaths = 0;
+    for (; died; ++deaths) {
+        ASSERT_LT(deaths, 2000);
+        test::writeFile(target_, old);
+        died = test::killedAtSystemCall(deaths, [&] { EXPECT_TRUE(copyAll(source_, target_)); });
+        const bool isOld = test::readFile(target_) == old;
+        ASSERT_TRUE(isOld ? died : ZipUtils::getSizeOfArchive(target_) == 41) << "torn at call " << deaths;
+        for (const std::string& name : names())
+            if (name != "target.zip")
+                FileUtils::removePath(folder_ / fileString(name), 0);
+    }
+    EXPECT_GT(deaths, 20) << "the work was not watched";
+    EXPECT_TRUE(dataOf(target_, "old") == test::noise(5000));
+}
+
+}  // namespace

@@ -1,0 +1,324 @@
+// Many requests: connections that are kept, checks that overlap, servers that are away.
+#include <VelkCommon/Network/Curl.h>
+#include <VelkCommon/Network/WebUtils.h>
+
+#include "NetworkTest.h"
+
+#include <algorithm>
+#include <atomic>
+#include <memory>
+#include <numeric>
+#include <stdexcept>
+#include <thread>
+
+namespace {
+
+using std::chrono::milliseconds;
+using test::Gate;
+using test::Outcome;
+using test::Reply;
+using test::SeenRequest;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+using CurlRun = test::NetworkTest;
+
+// ---- Connections ---------------------------------------------------------------------------------
+
+TEST_F(CurlRun, NeedsOneConnectionForAllKindsOfRequests)
+{
+    server_.on("/a", Reply::file("body", "tag"));
+    server_.on("/missing", Reply{.status = 404, .body = "no such file"});
+    server_.on("/moved", Reply::redirect("/a"));
+    for (int i = 0; i < 10; ++i) {
+        EXPECT_EQ(WebUtils::getUrlAfterRedirects(server_.url("/moved")), server_.url("/a"));
+        EXPECT_TRUE(askHeader(server_.url("/a")));
+        EXPECT_TRUE(browse(server_.url("/a")));
+        EXPECT_TRUE(download(server_.url("/a")).succeeded);
+        EXPECT_FALSE(download(server_.url("/missing")).succeeded);
+        EXPECT_FALSE(download(server_.url("/a"), {"If-None-Match: \"tag\""}).succeeded);
+        EXPECT_FALSE(browse(server_.url("/missing")));
+    }
+    EXPECT_EQ(server_.connections(), 1U);
+}
+
+TEST_F(CurlRun, WorksFromManyThreads)
+{
+    const std::string body(100000, 'x');
+    server_.on("/a", Reply::file(body, "tag"));
+    std::vector<std::thread> threads;
+    std::atomic<int> good = 0;
+    for (int i = 0; i < 8; ++i) {
+        threads.emplace_back([&, i] {
+            for (int j = 0; j < 10; ++j) {
+                std::string text;
+                std::string header;
+                std::string reason;
+                long status = 0;
+                const fileString file = folder() / fileString("file" + std::to_string(i));
+                good += Curl::get().browseURL(server_.url("/a"), {}, text, true, 0) && text == body;
+                good += Curl::get().getURLHeader(server_.url("/a"), {}, header, status) && status == 200;
+                good += Curl::get().download_to_location(server_.url("/a"), file, reason);
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(good, 8 * 10 * 3);
+    EXPECT_LE(server_.connections(), 8U);
+}
+
+// ---- Header requests that overlap ----------------------------------------------------------------
+
+std::vector<Curl::HeaderRequest> numbered(const test::ScriptedServer& server, int count)
+{
+    std::vector<Curl::HeaderRequest> requests;
+    for (int i = 0; i < count; ++i)
+        requests.push_back({server.url("/n?i=" + std::to_string(i)), {"If-None-Match: \"" + std::to_string(i) + "\""}});
+    return requests;
+}
+
+Reply tagged(const SeenRequest& request)
+{
+    return Reply{.headers = {{"ETag", '"' + request.parameter("i") + '"'}}};
+}
+
+TEST_F(CurlRun, AnswersABatchInOrder)
+{
+    server_.on("/n", tagged);
+    std::vector<std::size_t> order;
+    Curl::get().getURLHeaders(numbered(server_, 100), [&](std::size_t index, const Curl::HeaderAnswer& answer) {
+        order.push_back(index);
+        EXPECT_TRUE(answer.received);
+        EXPECT_EQ(answer.responseCode, 200);
+        EXPECT_THAT(answer.header, testing::HasSubstr("ETag: \"" + std::to_string(index) + "\"\r\n"));
+    });
+    std::vector<std::size_t> expected(100);
+    std::iota(expected.begin(), expected.end(), 0U);
+    EXPECT_EQ(order, expected);
+    EXPECT_EQ(server_.requests().size(), 100U);
+    EXPECT_LE(server_.connections(), 8U);
+    for (const SeenRequest& request : server_.requests()) {
+        EXPECT_EQ(request.method, "HEAD");
+        EXPECT_EQ(request.header("If-None-Match"), '"' + request.parameter("i") + '"');
+    }
+}
+
+TEST_F(CurlRun, OverlapsEightRequests)
+{
+    // No answer before eight are asked; so the test comes to its end only when they overlap.
+    Gate gate;
+    server_.on("/warm", Reply{});
+    EXPECT_TRUE(askHeader(server_.url("/warm")));
+    server_.on("/n", [gate](const SeenRequest& request) {
+        Reply reply = tagged(request);
+        reply.beforeHeader = gate;
+        return reply;
+    });
+    std::size_t answered = 0;
+    std::thread opener([&] {
+        gate.waitForArrivals(8);
+        EXPECT_EQ(server_.requests("/n").size(), 8U) << "and not more than eight";
+        gate.openForGood();
+    });
+    Curl::get().getURLHeaders(numbered(server_, 20), [&](std::size_t, const Curl::HeaderAnswer& answer) {
+        answered += answer.received ? 1U : 0U;
+    });
+    opener.join();
+    EXPECT_EQ(answered, 20U);
+    EXPECT_LE(server_.connections(), 8U);
+}
+
+TEST_F(CurlRun, HoldsAnswersBackUntilThoseBeforeThemAreThere)
+{
+    Gate gate;
+    server_.on("/n", [gate](const SeenRequest& request) {
+        Reply reply = tagged(request);
+        if (request.parameter("i") == "0")
+            reply.beforeHeader = gate;
+        return reply;
+    });
+    std::vector<std::size_t> order;
+    std::atomic<std::size_t> answered = 0;
+    std::thread opener([&] {
+        server_.waitForRequests(30);
+        EXPECT_EQ(answered, 0U);
+        gate.openForGood();
+    });
+    Curl::get().getURLHeaders(numbered(server_, 30), [&](std::size_t index, const Curl::HeaderAnswer&) {
+        order.push_back(index);
+        ++answered;
+    });
+    opener.join();
+    EXPECT_EQ(order.size(), 30U);
+    EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
+}
+
+TEST_F(CurlRun, TellsWhatFailedInABatch)
+{
+    const test::RefusingPort refusing;
+    server_.on("/fine", Reply{});
+    server_.on("/missing", Reply{.status = 404});
+    server_.on("/reset", Reply::resetAtOnce());
+    server_.on("/moved", Reply::redirect("/fine"));
+    server_.on("/loop", Reply::redirect("/loop"));
+    std::vector<long> codes;
+    Curl::get().getURLHeaders({{server_.url("/fine"), {}},
+                               {server_.url("/missing"), {}},
+                               {refusing.url(), {}},
+                               {"no address", {}},
+                               {server_.url("/reset"), {}},
+                               {server_.url("/moved"), {}},
+                               {server_.url("/loop"), {}},
+                               {server_.url("/fine"), {"X: a\r\nb"}},
+                               {server_.url("/fine"), {}}},
+                              [&](std::size_t, const Curl::HeaderAnswer& answer) {
+                                  EXPECT_EQ(answer.received, !answer.header.empty());
+                                  codes.push_back(answer.received ? answer.responseCode : -1);
+                              });
+    EXPECT_THAT(codes, ElementsAre(200, 404, -1, -1, -1, 200, -1, -1, 200));
+}
+
+TEST_F(CurlRun, MayTransferBetweenTheAnswersOfABatch)
+{
+    server_.on("/n", [](const SeenRequest& request) {
+        Reply reply = tagged(request);
+        reply.status = request.method == "HEAD" ? 404 : 403;
+        reply.body = "message " + request.parameter("i");
+        return reply;
+    });
+    const std::vector<Curl::HeaderRequest> requests = numbered(server_, 40);
+    Curl::get().getURLHeaders(requests, [&](std::size_t index, const Curl::HeaderAnswer& answer) {
+        EXPECT_EQ(answer.responseCode, 404);
+        EXPECT_FALSE(browse(requests[index].url));
+        EXPECT_EQ(body_, "message " + std::to_string(index));
+    });
+    EXPECT_LE(server_.connections(), 8U) << "also with the requests in between";
+}
+
+TEST_F(CurlRun, MayBeGivenUpBetweenTheAnswersOfABatch)
+{
+    server_.on("/n", tagged);
+    std::size_t answered = 0;
+    EXPECT_THROW(Curl::get().getURLHeaders(numbered(server_, 40),
+                                           [&](std::size_t, const Curl::HeaderAnswer&) {
+                                               if (++answered == 3)
+                                                   throw std::runtime_error("enough");
+                                           }),
+                 std::runtime_error);
+    EXPECT_EQ(answered, 3U);
+    EXPECT_TRUE(askHeader(server_.url("/n?i=1"))) << "all goes on as before";
+}
+
+TEST_F(CurlRun, HasNothingToDoForAnEmptyBatch)
+{
+    Curl::get().getURLHeaders({}, [](std::size_t, const Curl::HeaderAnswer&) { ADD_FAILURE(); });
+}
+
+TEST_F(CurlRun, OverlapsOverTls)
+{
+    const test::TestAuthority authority;
+    test::writeFile(folder() / U"authority.pem", authority.certificate());
+    Velk::HostServices host = services();
+    host.certificateFile = folder() / U"authority.pem";
+    Velk::installHost(std::move(host));
+    test::ScriptedServer server(authority.issue());
+    server.on("/n", tagged);
+    std::size_t good = 0;
+    Curl::get().getURLHeaders(numbered(server, 100), [&](std::size_t, const Curl::HeaderAnswer& answer) {
+        good += answer.received && answer.responseCode == 200 ? 1U : 0U;
+    });
+    EXPECT_EQ(good, 100U);
+    EXPECT_LE(server.connections(), 8U);
+}
+
+// ---- Servers that are away -----------------------------------------------------------------------
+
+TEST_F(CurlRun, DoesNotAskAServerAgainThatWasAway)
+{
+    // Bound without a listener first; then there is one, who must not be asked for now.
+    auto away = std::make_unique<test::ScriptedServer>();
+    const std::string url = away->url("/a");
+    away->stop();
+    const Outcome first = download(url);
+    EXPECT_EQ(first.code, test::couldNotConnect);
+    const Outcome second = download(url);
+    EXPECT_EQ(second.code, first.code);
+    EXPECT_EQ(second.reason, first.reason);
+    EXPECT_FALSE(browse(url));
+    EXPECT_FALSE(askHeader(url));
+    EXPECT_EQ(WebUtils::getUrlAfterRedirects(url), "");
+}
+
+// The time-out of connecting is an hour: only a server that is not asked again fails at once.
+TEST_F(CurlRun, RemembersThatAConnectionDidNotComeAbout)
+{
+    limit([](auto& limits) { limits.connect = milliseconds(100); });
+    const test::DeafPort deaf;
+    const Outcome first = download(deaf.url("/a"));
+    EXPECT_EQ(first.code, test::timedOut);
+    limit([](auto& limits) { limits.connect = std::chrono::hours(1); });
+    EXPECT_EQ(download(deaf.url("/b?c=d")).reason, first.reason);
+    EXPECT_FALSE(browse(deaf.url()));
+    std::size_t failed = 0;
+    Curl::get().getURLHeaders(
+        std::vector<Curl::HeaderRequest>(200, {deaf.url("/n"), {}}),
+        [&](std::size_t, const Curl::HeaderAnswer& answer) { failed += answer.received ? 0U : 1U; });
+    EXPECT_EQ(failed, 200U);
+    server_.on("/a", Reply{});
+    EXPECT_TRUE(browse(server_.url("/a"))) << "another port is another server";
+}
+
+TEST_F(CurlRun, RemembersThatANameWasNotFound)
+{
+    // No label of a name is so long; so nobody needs to be asked.
+    const std::string url = "http://" + std::string(70, 'x') + ".invalid/a";
+    const Outcome first = download(url);
+    EXPECT_EQ(first.code, test::couldNotResolve);
+    EXPECT_EQ(download(url).reason, first.reason);
+}
+
+TEST_F(CurlRun, AsksAgainWhenItIsToldTo)
+{
+    limit([](auto& limits) { limits.connect = milliseconds(100); });
+    const test::DeafPort deaf;
+    struct Ticks
+    {
+        int count = 0;
+    } ticks;
+    const auto count = [](void* data, double, double, double, double) {
+        return ++static_cast<Ticks*>(data)->count > 2 ? 1 : 0;
+    };
+    EXPECT_EQ(download(deaf.url()).code, test::timedOut);
+    limit([](auto& limits) {
+        limits.connect = std::chrono::hours(1);
+        limits.tick = milliseconds(5);
+    });
+    EXPECT_EQ(download(deaf.url(), {}, &ticks, count).code, test::timedOut) << "remembered";
+    EXPECT_EQ(ticks.count, 0);
+    Curl::get().forgetUnreachable();
+    EXPECT_EQ(download(deaf.url(), {}, &ticks, count).code, test::aborted) << "asked";
+}
+
+TEST_F(CurlRun, AsksAgainAfterAWhile)
+{
+    limit([](auto& limits) {
+        limits.connect = milliseconds(50);
+        limits.unreachable = milliseconds(0);
+    });
+    const test::DeafPort deaf;
+    EXPECT_EQ(download(deaf.url()).code, test::timedOut);
+    limit([](auto& limits) { limits.tick = milliseconds(5); });
+    const auto stop = [](void*, double, double, double, double) { return 1; };
+    EXPECT_EQ(download(deaf.url(), {}, nullptr, stop).code, test::aborted) << "asked";
+}
+
+TEST_F(CurlRun, AsksAgainAfterOtherFailures)
+{
+    server_.on("/a", Reply::resetAtOnce());
+    EXPECT_FALSE(browse(server_.url("/a")));
+    server_.on("/a", Reply{.body = "a"});
+    EXPECT_TRUE(browse(server_.url("/a")));
+}
+
+}  // namespace

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <VelkCommon/Network/Curl.h>
+#include <VelkCommon/Network/detail/TransferLimits.h>
+
+#include "support/ScriptedServer.h"
+#include "support/TestHost.h"
+
+#include <QByteArray>
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace test {
+
+/// What a libcurl code means here.
+inline constexpr unsigned int couldNotResolve = 6;
+inline constexpr unsigned int couldNotConnect = 7;
+inline constexpr unsigned int partialFile = 18;
+inline constexpr unsigned int httpError = 22;
+inline constexpr unsigned int writeError = 23;
+inline constexpr unsigned int timedOut = 28;
+inline constexpr unsigned int aborted = 42;
+inline constexpr unsigned int tooManyRedirects = 47;
+inline constexpr unsigned int badCertificate = 60;
+inline constexpr unsigned int tooLarge = 63;
+inline constexpr unsigned int badAuthorities = 77;
+
+/// What came of a download.
+struct Outcome
+{
+    bool succeeded = false;
+    std::string reason;
+    unsigned int code = 0;
+};
+
+/// A host, a server, no proxy, and limits that are as usual again after each test.
+class NetworkTest : public TestHost
+{
+protected:
+    NetworkTest()
+    {
+        for (const char* const name : {"http_proxy", "https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY"})
+            qunsetenv(name);
+        Curl::get().forgetUnreachable();
+    }
+    ~NetworkTest() override { Velk::detail::setTransferLimits({}); }
+
+    /// Changes the limits for this test.
+    template <typename Change>
+    void limit(Change change)
+    {
+        Velk::detail::TransferLimits limits;
+        change(limits);
+        Velk::detail::setTransferLimits(limits);
+    }
+
+    fileString target() const { return folder() / U"target"; }
+
+    /// The long form, with the outputs filled before, so that one that is not replaced shows.
+    Outcome download(const std::string& url, const std::vector<std::string>& headers = {}, void* data = nullptr,
+                     Curl::Progress progress = nullptr) const
+    {
+        Outcome outcome{false, "before", 99};
+        outcome.succeeded =
+            Curl::get().download_to_location(url, target(), headers, data, progress, outcome.reason, outcome.code);
+        return outcome;
+    }
+    bool browse(const std::string& url, const std::vector<std::string>& headers = {})
+    {
+        body_ = "before";
+        return Curl::get().browseURL(url, headers, body_, true, 0);
+    }
+    bool askHeader(const std::string& url, const std::vector<std::string>& headers = {})
+    {
+        header_ = "before";
+        status_ = 99;
+        return Curl::get().getURLHeader(url, headers, header_, status_);
+    }
+    /// The names in the test's folder that are not the well-known ones of the host.
+    std::vector<std::string> strayFiles() const
+    {
+        const std::vector<std::string> known = {"bonus",      "core",     "manufacturer", "manufacturer-data",
+                                                "referenced", "textures", "temp",         "user"};
+        std::vector<std::string> names = listFolder(folder());
+        std::erase_if(names, [&](const std::string& name) { return std::count(known.begin(), known.end(), name) > 0; });
+        return names;
+    }
+
+    ScriptedServer server_;
+    std::string body_;
+    std::string header_;
+    long status_ = 0;
+};
+
+}  // namespace test

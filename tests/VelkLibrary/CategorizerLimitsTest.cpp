@@ -1,0 +1,184 @@
+#include "CategorizerCalls.h"
+#include "support/CountedMemory.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <functional>
+#include <locale>
+#include <string>
+
+#ifdef _WIN32
+#include <thread>
+#else
+#include <pthread.h>
+#endif
+
+using namespace test;
+using namespace std::string_literals;
+
+namespace {
+
+TEST(Categorizer, AllocatesNothingForUsualTexts)
+{
+    const LibraryResultCategorizer some(searchFor(U"(chair|café) -red | (a|b|c) (d|e) -f | стол"));
+    const std::string name = std::string(256, 'n') + " Chair";
+    const std::string keywords(512, 'K');
+    const std::string unusual(100000, 'U');
+    some.categorizeItemResult(unusual, unusual);
+    const std::size_t before = allocations;
+    some.categorizeItemResult(name, keywords);
+    some.categorizeItemResult(keywords);
+    some.categorizeFolderResult(keywords);
+    EXPECT_EQ(allocations, before);
+    some.categorizeItemResult(unusual, unusual);
+    EXPECT_EQ(allocations, before) << "the memory for large texts is kept";
+}
+
+TEST(Categorizer, AllocatesNothingInANewThreadForUsualTexts)
+{
+    const LibraryResultCategorizer chair(searchFor(U"chair -red"));
+    const std::string text(512, 'K');
+    const std::size_t before = allocations;
+    chair.categorizeItemResult(text, text);
+    EXPECT_EQ(allocations, before);
+}
+
+TEST(Categorizer, IsSmall)
+{
+    const Info info = searchFor(U"office chair -red");
+    const std::size_t before = allocatedBytes;
+    const LibraryResultCategorizer some(info);
+#ifndef _WIN32  // where each module has an operator new of its own
+    EXPECT_GT(allocatedBytes - before, 0U);
+#endif
+    EXPECT_LT(allocatedBytes - before, 2048U) << "with everything that was needed to build it";
+    EXPECT_EQ(some.categorizeItemResult("office chair"), ItemExactName);
+}
+
+/// Runs `work` in a thread with a stack of 512 KiB, where the system lets one choose.
+void runOnSmallStack(const std::function<void()>& work)
+{
+#ifdef _WIN32
+    std::thread(work).join();
+#else
+    pthread_attr_t attributes;
+    ASSERT_EQ(pthread_attr_init(&attributes), 0);
+    ASSERT_EQ(pthread_attr_setstacksize(&attributes, 512 * 1024), 0);
+    pthread_t thread{};
+    const auto entry = [](void* argument) -> void* {
+        (*static_cast<const std::function<void()>*>(argument))();
+        return nullptr;
+    };
+    ASSERT_EQ(pthread_create(&thread, &attributes, entry, const_cast<std::function<void()>*>(&work)), 0);
+    ASSERT_EQ(pthread_join(thread, nullptr), 0);
+    pthread_attr_destroy(&attributes);
+#endif
+}
+
+constexpr std::size_t huge = 16 << 20;
+
+TEST(Categorizer, HugeTextsNeedNoStack)
+{
+    runOnSmallStack([] {
+        const std::string text = std::string(huge, 'A') + " chair";
+        const LibraryResultCategorizer chair(searchFor(U"chair -red"));
+        EXPECT_EQ(chair.categorizeItemResult(text, text), ItemContainsWord);
+        EXPECT_EQ(chair.categorizeFolderResult(text + "\n"), Invalid);
+    });
+}
+
+TEST(Categorizer, HugeTermsNeedNoStackAndLinearTime)
+{
+    runOnSmallStack([] {
+        const std::u32string term = std::u32string(huge / 2, U'a') + U"b" + std::u32string(huge / 2 - 1, U'a');
+        const LibraryResultCategorizer huger(searchFor({group({term}, {term + U"x"})}));
+        EXPECT_EQ(huger.categorizeItemResult(std::string(huge, 'a')), Invalid);
+        const std::string repeated = std::string(huge / 2 - 1, 'a') + "b";
+        EXPECT_EQ(huger.categorizeItemResult(repeated + repeated), Invalid);
+        EXPECT_EQ(huger.categorizeItemResult(repeated, "a" + repeated + repeated + "b"), KeywordsContainSequence);
+    });
+}
+
+TEST(Categorizer, ComparesInLinearTime)
+{
+    // Every place of these begins like the term, and the probes are no help: by comparison at every
+    // place each would take hours.
+    std::u32string term;
+    std::string text;
+    while (term.size() < (1 << 20))
+        term += U"ab";
+    term += U"aab";
+    while (text.size() < (8 << 20))
+        text += "ab";
+    const LibraryResultCategorizer pairs(searchFor({group({term + term})}));
+    EXPECT_EQ(pairs.categorizeItemResult(text), Invalid);
+    const LibraryResultCategorizer same(searchFor({group({std::u32string(1 << 20, U'a')})}));
+    EXPECT_EQ(same.categorizeItemResult(std::string(8 << 20, 'a')), ItemBeginsWithSequence);
+    EXPECT_EQ(same.categorizeItemResult("b" + std::string(8 << 20, 'a')), ItemContainsSequence);
+}
+
+/// Sees every letter but "a" as a blank, and has the rest upside down.
+class ContraryCharacters : public std::ctype<char>
+{
+public:
+    ContraryCharacters() : std::ctype<char>(masks()) {}
+
+private:
+    static const mask* masks()
+    {
+        static mask table[table_size];
+        for (std::size_t i = 0; i < table_size; ++i)
+            table[i] = i == 'a' || i >= 0x80 ? alpha | lower : space;
+        return table;
+    }
+    char do_tolower(char character) const override { return static_cast<char>(character + 1); }
+    const char* do_tolower(char* begin, const char* end) const override
+    {
+        for (; begin != end; ++begin)
+            *begin = do_tolower(*begin);
+        return end;
+    }
+};
+
+class WithLocale : public testing::Test
+{
+protected:
+    void TearDown() override
+    {
+        std::locale::global(previous_);
+        std::setlocale(LC_ALL, "C");
+    }
+
+    static void expectClassicResults()
+    {
+        EXPECT_EQ(item(searchFor(U"caf"), "café"), ItemBeginsWithWord);
+        EXPECT_EQ(item(searchFor(U"CAFÉ"), "Big Café"), ItemWordBeginsWithSequence);
+        EXPECT_EQ(item(searchFor(U"chair"), "Office Chair"), ItemContainsWord);
+        EXPECT_EQ(item(searchFor(U"chair"), "Armchair"), ItemContainsSequence);
+        EXPECT_EQ(item(searchFor(U"i"), "I"), ItemExactName);
+        EXPECT_EQ(item(wordsFor({"a"}), "b a_ \xE9"), Invalid);
+    }
+
+private:
+    std::locale previous_;
+};
+
+TEST_F(WithLocale, AnyCharacterClassesGiveTheSameResults)
+{
+    std::locale::global(std::locale(std::locale::classic(), new ContraryCharacters));
+    expectClassicResults();
+}
+
+TEST_F(WithLocale, TheSystemsLocalesGiveTheSameResults)
+{
+    // Which of them a system has differs; the results must not.
+    for (const char* const name : {"de_DE.ISO-8859-1", "de_DE.iso88591", "tr_TR.UTF-8", "tr_TR.utf8", "C.UTF-8"}) {
+        if (std::setlocale(LC_ALL, name) != nullptr)
+            std::locale::global(std::locale(name));
+        SCOPED_TRACE(name);
+        expectClassicResults();
+    }
+}
+
+}  // namespace

@@ -1,0 +1,97 @@
+#pragma once
+
+#include <VelkLibrary/LibraryCatalogUpdater.h>
+
+#include "VelkLibrary/Update/RecordingReceiver.h"
+#include "support/ScriptedServer.h"
+#include "support/TestHost.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace test {
+
+/// The SHA-1 of bytes, as the hash of a file that holds them.
+std::string sha1(const std::string& bytes);
+
+/// Bytes that differ by `seed` and that packing makes hardly shorter.
+std::string databaseBytes(char seed, std::size_t size = 5'000);
+
+/// A zip archive of named entries.
+std::string zipOf(const std::vector<std::pair<std::string, std::string>>& entries);
+
+/// A run of the update against a content service in this process. The service answers at "/api?key=k" by
+/// the name of the library that is asked for.
+class UpdateTest : public TestHost
+{
+    // Before the server, whose threads use them.
+    std::mutex mutex_;
+    std::map<std::string, ScriptedServer::Handler> answers_;
+
+protected:
+    UpdateTest();
+
+    fileString coreFolder() const { return folder() / U"core"; }
+    fileString bonusFolder() const { return folder() / U"bonus"; }
+    fileString manufacturerFolder() const { return folder() / U"manufacturer"; }
+    fileString referencedFolder() const { return folder() / U"referenced"; }
+    fileString downloads(const std::u32string& kind) const { return folder() / U"temp" / (U"velk.downloads." + kind); }
+
+    /// Puts a catalog into its folder and into the set that the update is given.
+    void installCore(const std::u32string& name, const std::string& bytes);
+    void installBonus(const std::u32string& name, const std::string& bytes);
+    void installManufacturer(const std::u32string& name, const std::string& bytes);
+
+    /// What the service has: a file with its hash as the entity tag, or any answer.
+    void publish(const std::string& library, const std::string& bytes);
+    void answer(const std::string& library, Reply reply);
+    void answer(const std::string& library, ScriptedServer::Handler handler);
+    void publishIndex(const std::string& lines) { publish("Standard_Core_Content_Index.txt", lines); }
+
+    LibraryCatalogUpdate::LibraryCatalogUpdater makeUpdater(bool manual);
+    /// Makes an updater and runs it to its end. The receiver is a new one.
+    void run(bool manual = false);
+    /// Runs one that was made.
+    void run(LibraryCatalogUpdate::LibraryCatalogUpdater& updater);
+    /// Runs something else on the worker.
+    void run(const std::function<void()>& work);
+    void destroyReceiver() { receiver_.reset(); }
+
+    RecordingReceiver& receiver() { return *receiver_; }
+    /// The calls, without those that depend on how the bytes came in.
+    std::vector<std::string> steps() const;
+    /// The final report; fails the test when there is none.
+    LibraryCatalogUpdate::UpdateData report() const;
+    /// The paths handed over: name of the installed catalog, bytes of the new database.
+    std::map<std::string, std::string> handedOver() const { return handedOver_; }
+
+    /// The messages of the error log, in order.
+    std::vector<std::string> log() const;
+    /// What the service was asked about a library, by method.
+    std::vector<SeenRequest> requests(const std::string& library, const std::string& method) const;
+    std::size_t downloadsOf(const std::string& library) const { return requests(library, "GET").size(); }
+    /// A hash file's text, without what text mode adds; empty without one.
+    std::string hashFile(const fileString& folder) const;
+
+    ScriptedServer server;
+    std::string address;
+    std::set<fileString> core;
+    std::set<fileString> bonus;
+    std::set<fileString> manufacturer;
+    std::string product = "planner";
+    std::string version = "12";
+
+private:
+    Reply replyTo(const SeenRequest& request);
+
+    std::unique_ptr<RecordingReceiver> receiver_;
+    std::map<std::string, std::string> handedOver_;
+};
+
+}  // namespace test

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <VelkCommon/Files/fileString.h>
+
+#include <QProcess>
+
+#include <string>
+
+namespace test {
+
+/// A web server of its own, run by this user in a temporary folder, on a port that the system chooses.
+class NginxServer
+{
+public:
+    /// `folder` takes its files. Serves "velk-maps.conf" and "velk-locations.conf" of `configuration`; with
+    /// a `certificate` and its key (PEM files) over TLS. Answers as soon as it is constructed.
+    NginxServer(const fileString& folder, const fileString& configuration, const fileString& certificate = {},
+                const fileString& key = {});
+    ~NginxServer();
+    NginxServer(const NginxServer&) = delete;
+    NginxServer& operator=(const NginxServer&) = delete;
+
+    int port() const noexcept { return port_; }
+    std::string origin() const;
+    /// Reads the configuration anew, as "nginx -s reload" makes it do; returns before it has.
+    void reload() const;
+    /// What it complained about so far.
+    std::string complaints() const;
+
+private:
+    void writeConfiguration(const fileString& configuration, const fileString& certificate,
+                            const fileString& key) const;
+
+    fileString folder_;
+    bool secure_;
+    int port_ = 0;
+    int socket_ = -1;
+    QProcess process_;
+};
+
+}  // namespace test

@@ -1,0 +1,119 @@
+#include "host/service/PublishedName.h"
+
+#include <gmock/gmock.h>
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace VelkHost {
+namespace {
+
+struct NameCase
+{
+    const char* name;
+    std::string file;
+    const char* reason;  // part of it; empty: the name can be published
+};
+
+const NameCase nameCases[] = {
+    {"Plain", "Scopia.calibz", ""},
+    {"Blanks", "two  words .calib", ""},
+    {"Umlauts",
+     "K\xC3\xBC"
+     "che.calib",
+     ""},
+    {"Cjk", "\xE6\xA4\x85\xE5\xAD\x90.calib", ""},
+    {"Signs", "~It's (a) $5 deal; 50=50, @home!.calib", ""},
+    {"Dots", "a.b..calib", ""},
+    {"LikeADevice", "console.calib", ""},
+    {"TwoHundred", std::string(200, 'n') + ".calib", ""},
+    {"LongestStem", std::string(246, 'n') + ".calib", ""},
+    // What does not survive in the request
+    {"Percent", "100% wool.calib", "\"%\""},
+    {"Ampersand", "Smith & Sons.calib", "\"&\""},
+    {"NumberSign", "No #1.calib", "\"#\""},
+    {"Plus", "A+B.calib", "\"+\""},
+    // What not every disk can store
+    {"Empty", "", "is no name"},
+    {"Parent", "..", "is no name"},
+    {"Slash", "a/b.calib", "\"/\""},
+    {"Backslash", "a\\b.calib", "\"\\\""},
+    {"Colon", "a:b.calib", "\":\""},
+    {"Star", "a*.calib", "\"*\""},
+    {"Question", "a?.calib", "\"?\""},
+    {"Quote", "a\".calib", "\"\"\""},
+    {"Less", "a<.calib", "\"<\""},
+    {"Greater", "a>.calib", "\">\""},
+    {"Bar", "a|.calib", "\"|\""},
+    {"LineFeed", "a\nb.calib", "control character"},
+    {"Delete", "a\x7F.calib", "control character"},
+    {"Zero", std::string("a\0b.calib", 9), "control character"},
+    {"EndsWithDot", "a.calib.", "ends with a dot or a blank"},
+    {"EndsWithBlank", "a.calib ", "ends with a dot or a blank"},
+    {"Device", "CON.calib", "device"},
+    {"NumberedDevice", "lpt1.x.calib", "device"},
+    {"OddBytes", "a\xFF.calib", "UTF-8"},
+    {"TooLong", std::string(250, 'n') + ".calib", "255 bytes"},
+    {"TooLongForADownload", std::string(247, 'n') + ".calib", "246 bytes"},
+};
+
+class LibraryName : public testing::TestWithParam<NameCase>
+{};
+
+TEST_P(LibraryName, IsJudged)
+{
+    const std::string reason = whyNoLibraryName(fileString(GetParam().file));
+    EXPECT_EQ(reason.empty(), *GetParam().reason == '\0') << reason;
+    EXPECT_THAT(reason, HasSubstr(GetParam().reason));
+}
+
+INSTANTIATE_TEST_SUITE_P(Names, LibraryName, testing::ValuesIn(nameCases),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST(LogoName, MayStandInFolders)
+{
+    EXPECT_THAT(whyNoLogoName("acme.png"), IsEmpty());
+    EXPECT_THAT(whyNoLogoName("doors/T\xC3\xBCr.png"), IsEmpty());
+    EXPECT_THAT(whyNoLogoName("/acme.png"), HasSubstr("is no name"));
+    EXPECT_THAT(whyNoLogoName("a//b.png"), HasSubstr("is no name"));
+    EXPECT_THAT(whyNoLogoName("../a.png"), HasSubstr("is no name"));
+    EXPECT_THAT(whyNoLogoName("a/"), HasSubstr("is no name"));
+    EXPECT_THAT(whyNoLogoName("nul/b.png"), HasSubstr("device"));
+    EXPECT_THAT(whyNoLogoName("a+b/c.png"), HasSubstr("\"+\""));
+}
+
+TEST(LogoName, MustExistInWindows1252)
+{
+    EXPECT_THAT(whyNoLogoName("\xE2\x82\xAC.png"), IsEmpty());
+    EXPECT_THAT(whyNoLogoName("\xE6\xA4\x85.png"), HasSubstr("Windows-1252"));
+}
+
+TEST(LogoName, IsNoneOfTheClientsOwnFiles)
+{
+    EXPECT_THAT(whyNoLogoName("Manufacturer_Data.json"), HasSubstr("own data file"));
+    EXPECT_THAT(whyNoLogoName("x/manufacturer_data_temp.JSON"), HasSubstr("own data file"));
+}
+
+TEST(OnTheWire, EncodesWhatAUrlCannotCarryAndNothingElse)
+{
+    EXPECT_EQ(onTheWire("a b\x01\x7F\"<>\\^`{|}\xC3\xBC"), "a%20b%01%7F%22%3C%3E%5C%5E%60%7B%7C%7D%C3%BC");
+    const std::string kept = "AZaz09!#$%&'()*+,-./:;=?@[]_~";
+    EXPECT_EQ(onTheWire(kept), kept);
+}
+
+TEST(LookupKey, IgnoresLetterCase)
+{
+    EXPECT_EQ(lookupKey("AZ[%C3%9Caz"), "az[%c3%9caz");
+}
+
+TEST(Caseless, KnowsMoreThanAscii)
+{
+    EXPECT_EQ(caseless("K\xC3\x9C"
+                       "CHE"),
+              caseless("k\xC3\xBC"
+                       "che"));
+    EXPECT_NE(caseless("a"), caseless("b"));
+}
+
+}  // namespace
+}  // namespace VelkHost

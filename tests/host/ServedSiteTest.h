@@ -1,0 +1,24 @@
+#pragma once
+
+#include "PublishFixtures.h"
+#include "ServiceRequests.h"
+
+#include "host/service/SiteService.h"
+#include "support/ScriptedServer.h"
+
+namespace test {
+
+/// A base for tests of what serves a site: one with something of everything is published.
+class ServedSiteTest : public PublishTest
+{
+protected:
+    ServedSiteTest();
+
+    /// The files that serviceRequests() expects.
+    ServedSite served() const;
+
+    /// Writes a certificate for 127.0.0.1 with its key, and the authority's own as "authority.crt".
+    VelkHost::ServiceCertificate certificate(const TestAuthority& authority) const;
+};
+
+}  // namespace test

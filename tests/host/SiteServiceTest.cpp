@@ -1,0 +1,210 @@
+#include "ServedSiteTest.h"
+
+#include "host/service/SiteAnswer.h"
+#include "host/service/SiteService.h"
+
+#include <VelkCommon/Network/Curl.h>
+#include <VelkCommon/Network/WebUtils.h>
+
+#include <atomic>
+#include <mutex>
+#include <thread>
+
+using testing::HasSubstr;
+using testing::StartsWith;
+using testing::UnorderedElementsAre;
+using VelkHost::ServiceOptions;
+using VelkHost::SiteService;
+
+namespace {
+
+class SiteServiceTest : public test::ServedSiteTest
+{
+protected:
+    ServiceOptions options() const
+    {
+        ServiceOptions options;
+        options.site = site();
+        return options;
+    }
+};
+
+TEST_F(SiteServiceTest, AnswersAsTheTableSays)
+{
+    const SiteService service(options());
+    httplib::Client client("127.0.0.1", service.port());
+    test::expectAnswers(client, test::serviceRequests(served()));
+}
+
+TEST_F(SiteServiceTest, AnswersTheSameOverTls)
+{
+    const test::TestAuthority authority;
+    ServiceOptions secure = options();
+    secure.tls = certificate(authority);
+    const SiteService service(secure);
+    EXPECT_THAT(service.address(), StartsWith("https://127.0.0.1:"));
+    httplib::Client client("https://127.0.0.1:" + std::to_string(service.port()));
+    client.set_ca_cert_path((folder() / U"authority.crt").utf8());
+    test::expectAnswers(client, test::serviceRequests(served()));
+}
+
+// The names as the client's own transport brings them.
+TEST_F(SiteServiceTest, UnderstandsTheClient)
+{
+    const SiteService service(options());
+    const std::string endpoint = WebUtils::getUrlAfterRedirects(service.address());
+    EXPECT_EQ(endpoint, service.address() + "catalog?v=1");
+    for (const auto& [name, file] : table().libraries) {
+        std::string header;
+        long status = 0;
+        EXPECT_TRUE(Curl::get().getURLHeader(endpoint + "&library=" + name + "&product=pl\xC3\xA4n r&version=1 2",
+                                             {"If-None-Match: \"" + file.tag + "\""}, header, status));
+        EXPECT_EQ(status, 304) << name;
+    }
+    std::string reason;
+    for (const auto& [name, file] : table().logos) {
+        const std::string url = service.logoAddress() + "&logo-path=" + VelkHost::logoOnTheWire(name);
+        EXPECT_TRUE(Curl::get().download_to_location(url, folder() / U"logo", reason)) << reason;
+        EXPECT_EQ(test::readFile(folder() / U"logo"), served().logo);
+    }
+    EXPECT_TRUE(Curl::get().download_to_location(service.manufacturersAddress(), folder() / U"data", reason));
+    EXPECT_EQ(test::readFile(folder() / U"data"), served().manufacturers);
+}
+
+TEST_F(SiteServiceTest, ServesANewEditionAtOnce)
+{
+    const SiteService service(options());
+    httplib::Client client("127.0.0.1", service.port());
+    const std::string target = "/catalog?v=1&library=new.calib";
+    EXPECT_EQ(client.Get(target)->status, 404);
+    test::writeCatalogFile(input(U"core/new.calib"), "New");
+    publish();
+    EXPECT_EQ(client.Get(target)->body, test::readFile(input(U"core/new.calib")));
+    EXPECT_THAT(client.Get("/catalog?v=1&library=Home_Core_Content_Index.txt")->body, HasSubstr("new.calib\n"));
+}
+
+TEST_F(SiteServiceTest, KeepsTheLastEditionThatItCouldRead)
+{
+    const SiteService service(options());
+    httplib::Client client("127.0.0.1", service.port());
+    test::writeFile(site() / U"current", "nonsense");
+    EXPECT_EQ(client.Get("/manufacturers")->status, 200);
+}
+
+TEST_F(SiteServiceTest, SaysThatItsSiteIsDamaged)
+{
+    const SiteService service(options());
+    httplib::Client client("127.0.0.1", service.port());
+    for (const std::string& name : test::listFolder(site() / U"files"))
+        test::writeFile(VelkHost::storedFile(site(), name), "");
+    const auto cut = client.Get("/manufacturers");
+    EXPECT_FALSE(cut && cut->status == 200 && cut->body.empty());
+}
+
+// What is on its way arrives as it was when it was asked for, while editions come and go.
+TEST_F(SiteServiceTest, ShowsReadersOneEditionWhileOthersArePublished)
+{
+    constexpr int editions = 8;
+    const SiteService service(options());
+    const auto write = [&](int edition) {
+        test::writeCatalogFile(input(U"core/v.calib"), std::string(100'000, 'v') + std::to_string(edition));
+    };
+    write(0);
+    publish();
+    std::atomic<bool> done = false;
+    std::atomic<int> reads = 0;
+    const auto read = [&](fileString target) {
+        for (; !done; ++reads) {
+            httplib::Client client("127.0.0.1", service.port());
+            const auto answer = client.Get("/catalog?v=1&library=v.calib");
+            ASSERT_TRUE(answer);
+            ASSERT_EQ(answer->status, 200);
+            test::writeFile(target, answer->body);
+            EXPECT_EQ("\"" + test::hashOf(target) + "\"", answer->get_header_value("ETag"));
+        }
+    };
+    std::thread first(read, folder() / U"first");
+    std::thread second(read, folder() / U"second");
+    for (int edition = 1; edition < editions; ++edition) {
+        write(edition);
+        const int before = reads;
+        publish();
+        while (reads < before + 2)
+            std::this_thread::yield();
+    }
+    done = true;
+    first.join();
+    second.join();
+}
+
+TEST_F(SiteServiceTest, TellsWhatItServed)
+{
+    std::mutex mutex;
+    std::vector<std::string> lines;
+    {
+        ServiceOptions watched = options();
+        watched.served = [&](const VelkHost::ServedRequest& served) {
+            const std::lock_guard lock(mutex);
+            lines.push_back(served.method + " " + served.target + " " + std::to_string(served.status) + " " +
+                            std::to_string(served.bodyBytes));
+        };
+        const SiteService service(watched);
+        httplib::Client client("127.0.0.1", service.port());
+        client.Get("/manufacturers");
+        client.Head("/manufacturers");
+        client.Get("/none");
+    }
+    EXPECT_THAT(lines, UnorderedElementsAre("GET /manufacturers 200 " + std::to_string(served().manufacturers.size()),
+                                            "HEAD /manufacturers 200 0", "GET /none 404 23"));
+}
+
+TEST_F(SiteServiceTest, ListensOnThisMachineOnly)
+{
+    const SiteService service(options());
+    EXPECT_THAT(service.address(), StartsWith("http://127.0.0.1:"));
+    EXPECT_GT(service.port(), 0);
+    ServiceOptions second = options();
+    second.port = service.port();
+    EXPECT_THAT(test::reasonOf([&] { SiteService{second}; }), HasSubstr("cannot be listened on"));
+}
+
+TEST_F(SiteServiceTest, GetsItsPortBackAtOnce)
+{
+    ServiceOptions same = options();
+    {
+        const SiteService service(same);
+        same.port = service.port();
+        httplib::Client client("127.0.0.1", service.port());
+        EXPECT_EQ(client.Get("/manufacturers")->status, 200);
+    }
+    const SiteService again(same);
+    EXPECT_EQ(again.port(), same.port);
+}
+
+TEST_F(SiteServiceTest, NeedsAPublishedSite)
+{
+    ServiceOptions wrong = options();
+    wrong.site = folder() / U"nothing";
+    EXPECT_THAT(test::reasonOf([&] { SiteService{wrong}; }), HasSubstr("is no published site"));
+}
+
+TEST_F(SiteServiceTest, NeedsACertificateWithItsKey)
+{
+    const test::TestAuthority authority;
+    ServiceOptions secure = options();
+    secure.tls = certificate(authority);
+    test::writeFile(secure.tls->privateKey, authority.issue().key);
+    EXPECT_THAT(test::reasonOf([&] { SiteService{secure}; }), HasSubstr("must be PEM files that belong together"));
+}
+
+TEST_F(SiteServiceTest, RefusesWhatIsTooLong)
+{
+    const SiteService service(options());
+    httplib::Client client("127.0.0.1", service.port());
+    EXPECT_EQ(client.Get("/catalog?library=" + std::string(9'000, 'x'))->status, 414);
+    const auto posted = client.Post("/catalog", std::string(100'000, 'x'), "text/plain");
+    EXPECT_EQ(posted->status, 413);
+    EXPECT_EQ(client.Get("/manufacturers")->status, 200);
+}
+
+}  // namespace
