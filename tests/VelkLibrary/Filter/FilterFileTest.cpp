@@ -230,7 +230,7 @@ TEST_F(FilterFile, ThatIsNoneCountsAsUnreadable)
 TEST_F(FilterFile, ReportsOnlyWhereReportsAreEnabled)
 {
     Velk::HostServices host = services();
-    host.assertionsEnabled = [] { return false; };
+    host.assertionReportsEnabled = [] { return false; };
     Velk::installHost(std::move(host));
     write(R"({"Current_Filter": "5"})");
     load(filterFile());

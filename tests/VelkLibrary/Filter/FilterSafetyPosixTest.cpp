@@ -18,7 +18,7 @@ protected:
     {
         std::vector<LibraryFilter> filters;
         for (int i = 0; i < count; ++i)
-            filters.emplace_back(std::string(1, letter), i, std::vector<std::string>(20, std::string(10, letter)));
+            filters.emplace_back(letter + std::to_string(i), i, std::vector<std::string>(20, std::string(10, letter)));
         manager().setLibraryFilters(filters);
     }
 
