@@ -298,7 +298,7 @@ TEST_P(HostileLogo, IsStoredAndNothingElse)
 
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(Names, HostileLogo, testing::Values(
-    "", ".", "..", "../outside.png", "..\\outside.png", "sub", "sub/inner.png", "sub\\inner.png", "./sub/inner.png",
+    "", ".", "..", "../outside.png", "..\\outside.png", "sub/inner.png", "sub\\inner.png", "./sub/inner.png",
     "/etc/passwd", "C:\\outside.png", "C:outside.png", "\\\\server\\share\\a.png", "a.png/", "a/../../outside.png",
     "NUL", "con.png", "Lpt1.txt", "a.png:stream", "a.png.", "a.png ", "a?.png", "a\x01.png",
     "manufacturer_data.json", "Manufacturer_Data.JSON", "manufacturer_data_temp.json",
@@ -312,6 +312,15 @@ TEST_F(HostileLogo, OfAHeldCardStaysWhileTheNewOneIsFetched)
     update();
     EXPECT_EQ(test::readFile(folder() / std::u32string(U"outside.png")), "protected");
     EXPECT_THAT(askedLogos(), ElementsAre("good.png"));
+}
+
+TEST_F(HostileLogo, ThatNamesAFolderLeavesIt)
+{
+    hold(early, {{1, "A", early, "sub"}});
+    publish(dataText(late, {{1, "B", late, "sub"}}));
+    update();
+    EXPECT_EQ(namesOf(manager()), "1 B");
+    EXPECT_EQ(test::readFile(dataFolder() / std::u32string(U"sub/inner.png")), "protected");
 }
 
 // ---- Failures ------------------------------------------------------------------------------------
