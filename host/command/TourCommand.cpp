@@ -55,7 +55,8 @@ public:
     void run()
     {
         chapter("Build libraries, as their publisher does",
-                "Core libraries are for everyone; bonus libraries are packed with their models and textures.");
+                "Core libraries are for everyone; bonus libraries are packed with their models and textures\n"
+                "(\"velk catalog pack\" packs your own).");
         content_.build(output_);
         chapter("Publish them", "A site of plain files comes out, which a web server or an object store can serve.");
         publish();
