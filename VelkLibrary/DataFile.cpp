@@ -4,6 +4,7 @@
 #include <VelkCommon/Files/LockingFStream.h>
 #include <VelkCommon/Reporting/MessagingSystem.h>
 
+#include <algorithm>
 #include <ios>
 #include <string_view>
 #include <vector>
@@ -14,7 +15,7 @@ namespace {
 constexpr long unwritableMessage = 272032391;
 constexpr std::size_t blockSize = std::size_t{1} << 16;
 // Twenty thousand manufacturers have 7 MB; the tree of a document has some ten times its size.
-constexpr std::size_t largestDataFile = std::size_t{128} << 20;
+constexpr long long largestDataFile = 128LL << 20;
 
 std::string readWhole(const fileString& path)
 {
@@ -23,11 +24,12 @@ std::string readWhole(const fileString& path)
         throw std::ios_base::failure("A data file cannot be opened.");
     file.exceptions(std::ios_base::badbit);
     std::string text;
+    text.reserve(static_cast<std::size_t>(std::clamp(FileUtils::fileSize(path), 0LL, largestDataFile)) + blockSize);
     std::vector<char> block(blockSize);
     while (file) {
         file.read(block.data(), static_cast<std::streamsize>(block.size()));
         text.append(block.data(), static_cast<std::size_t>(file.gcount()));
-        if (text.size() > largestDataFile)
+        if (text.size() > static_cast<std::size_t>(largestDataFile))
             throw std::ios_base::failure("A data file is too large.");
     }
     return text;

@@ -3,6 +3,7 @@
 #include <VelkLibrary/JsonReader.h>
 
 #define BOOST_SPIRIT_THREADSAFE
+#include <boost/spirit/include/classic_chset.hpp>
 #include <boost/spirit/include/classic_core.hpp>
 
 #include <QJsonDocument>
@@ -51,7 +52,7 @@ public:
 
     bool parse(const std::string& text) const
     {
-        return spirit::parse(text.data(), text.data() + text.size(), value_, spirit::space_p).full;
+        return spirit::parse(text.data(), text.data() + text.size(), value_, spirit::space_p).hit;
     }
 
 private:

@@ -5,6 +5,8 @@
 #include <VelkLibrary/Manufacturer/ManufacturerManager.h>
 #include <VelkLibrary/detail/ModuleStatics.h>
 
+#include <utility>
+
 using boost::posix_time::ptime;
 using Library::detail::defaultMarker;
 
@@ -21,15 +23,14 @@ const std::u32string& resolved(const std::u32string& text, bool resolveDefault)
 
 Manufacturer::Manufacturer() : lastModified_(std::make_unique<ptime>(Library::getTimeNow())) {}
 
-Manufacturer::Manufacturer(const std::u32string& name, const std::u32string& url, const std::u32string& phone,
-                           const std::u32string& fax, const fileString& logo, const std::u32string& email, bool deleted,
-                           const ptime& lastModified)
-    : name_(name),
-      url_(url),
-      phoneNumber_(phone),
-      faxNumber_(fax),
-      logoName_(logo),
-      email_(email),
+Manufacturer::Manufacturer(std::u32string name, std::u32string url, std::u32string phone, std::u32string fax,
+                           fileString logo, std::u32string email, bool deleted, const ptime& lastModified)
+    : name_(std::move(name)),
+      url_(std::move(url)),
+      phoneNumber_(std::move(phone)),
+      faxNumber_(std::move(fax)),
+      logoName_(std::move(logo)),
+      email_(std::move(email)),
       deleted_(deleted),
       lastModified_(std::make_unique<ptime>(lastModified))
 {}

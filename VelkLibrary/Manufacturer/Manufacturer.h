@@ -19,9 +19,8 @@ public:
     /// An empty card, changed now.
     Manufacturer();
     /// A card with these contents. `logo` is a file name in the manufacturer data folder.
-    Manufacturer(const std::u32string& name, const std::u32string& url, const std::u32string& phone,
-                 const std::u32string& fax, const fileString& logo, const std::u32string& email, bool deleted,
-                 const boost::posix_time::ptime& lastModified);
+    Manufacturer(std::u32string name, std::u32string url, std::u32string phone, std::u32string fax, fileString logo,
+                 std::u32string email, bool deleted, const boost::posix_time::ptime& lastModified);
     Manufacturer(const Manufacturer& other);
     Manufacturer& operator=(const Manufacturer& other);
     ~Manufacturer();

@@ -84,10 +84,11 @@ void readCard(const JsonObject& object, const TextDecoder& texts, std::map<long,
     if (id == nullptr)
         return;
     const bool* const deleted = findMember<bool>(object, deletedKey);
-    const Manufacturer card(texts.member(object, nameKey), texts.member(object, urlKey), texts.member(object, phoneKey),
-                            texts.member(object, faxKey), fileString(texts.member(object, logoKey)),
-                            texts.member(object, emailKey), deleted != nullptr && *deleted, cardTime(object));
-    cards.insert_or_assign(*id, card);
+    // Of several with this id, the last one counts.
+    cards.erase(*id);
+    cards.try_emplace(*id, texts.member(object, nameKey), texts.member(object, urlKey), texts.member(object, phoneKey),
+                      texts.member(object, faxKey), fileString(texts.member(object, logoKey)),
+                      texts.member(object, emailKey), deleted != nullptr && *deleted, cardTime(object));
 }
 
 // ---- Writing -------------------------------------------------------------------------------------
