@@ -7,6 +7,10 @@ if(MSVC)
 else()
     target_compile_options(velk_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion)
 endif()
+# Where several sources are compiled as one, g++ takes all but the first for headers.
+if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(velk_warnings INTERFACE -Wno-subobject-linkage)
+endif()
 target_compile_definitions(velk_warnings INTERFACE
     QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH)
 if(WIN32)

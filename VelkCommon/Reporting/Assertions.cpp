@@ -3,16 +3,14 @@
 #include <VelkCommon/HostServices.h>
 #include <VelkCommon/Platform/Platform.h>
 #include <VelkCommon/Reporting/detail/ReportLine.h>
+#include <VelkCommon/Reporting/detail/TextOrNothing.h>
 #include <VelkCommon/detail/AskHost.h>
 
 #include <string>
 
-namespace {
+using Velk::detail::textOrNothing;
 
-const char* textOrNothing(const char* text)
-{
-    return text != nullptr ? text : "";
-}
+namespace {
 
 void writeAssertion(const Velk::AssertionReport& report)
 {

@@ -1,17 +1,16 @@
 #include <VelkCommon/Reporting/EnforcerThrow.h>
 
+#include <VelkCommon/Reporting/detail/TextOrNothing.h>
+
 #include <utility>
+
+using Velk::detail::textOrNothing;
 
 namespace {
 
 std::string describe(const std::string& expression, const std::string& sourceFile, std::size_t line)
 {
     return "precondition violated: " + expression + " (" + sourceFile + ":" + std::to_string(line) + ")";
-}
-
-std::string textOrNothing(const char* text)
-{
-    return text != nullptr ? text : "";
 }
 
 }  // namespace

@@ -12,7 +12,7 @@ struct Current
     TransferLimits limits;
 };
 
-Current& current()
+Current& currentLimits()
 {
     static Current& state = *new Current;
     return state;
@@ -22,14 +22,14 @@ Current& current()
 
 TransferLimits transferLimits()
 {
-    const std::lock_guard lock(current().mutex);
-    return current().limits;
+    const std::lock_guard lock(currentLimits().mutex);
+    return currentLimits().limits;
 }
 
 void setTransferLimits(const TransferLimits& limits)
 {
-    const std::lock_guard lock(current().mutex);
-    current().limits = limits;
+    const std::lock_guard lock(currentLimits().mutex);
+    currentLimits().limits = limits;
 }
 
 }  // namespace Velk::detail
