@@ -122,7 +122,8 @@ std::pair<std::string, std::vector<std::string>> buildCatalogRequest(const fileS
     std::string url = resolveApiEndpoint();
     if (!url.empty())
         url += "&library=" + libraryName(fileName, record.kind) + "&product=" + product + "&version=" + version;
-    return {std::move(url), {"If-None-Match: \"" + record.localHash + "\""}};
+    std::vector<std::string> headers{"If-None-Match: \"" + record.localHash + "\""};
+    return {std::move(url), std::move(headers)};
 }
 
 void applyHeaderResponse(CatalogRecord& record, const std::string& header, long status)

@@ -55,7 +55,8 @@ public:
     void run()
     {
         chapter("Build libraries, as their publisher does",
-                "Core libraries are for everyone; bonus libraries are packed with their models and textures.");
+                "Core libraries are for everyone; bonus libraries are packed with their models and textures\n"
+                "(\"velk catalog pack\" packs your own).");
         content_.build(output_);
         chapter("Publish them", "A site of plain files comes out, which a web server or an object store can serve.");
         publish();
@@ -131,9 +132,10 @@ private:
                 "It learns of the core libraries from the service, and asks for the bonus libraries by name.");
         allBytes_ = update();
         const fileString textures = folder_ / U"home" / U"referenced";
+        output_.write("  Models and textures are in place:\n");
         for (const fileString& archive : filesInFolder(textures, fileString(ZipUtils::getExtension())))
-            output_.write("  Models and textures in place: " + printableUtf8(archive.stemWithExtension().utf8()) +
-                          ", " + std::to_string(ZipUtils::getSizeOfArchive(archive)) + " files, " +
+            output_.write("    " + printableUtf8(archive.stemWithExtension().utf8()) + ", " +
+                          std::to_string(ZipUtils::getSizeOfArchive(archive)) + " files, " +
                           byteText(static_cast<std::uint64_t>(FileUtils::fileSize(archive))) + "\n");
     }
 
@@ -157,7 +159,7 @@ private:
 
     void secondUpdate()
     {
-        chapter("Publish a changed edition", "Two libraries now have German names.");
+        chapter("Publish a changed edition", "What is built anew has German names now; the rest stays as it is.");
         content_.change(output_);
         publish();
         chapter("Update again", "The running service has noticed. Only what has changed travels.");
@@ -177,7 +179,7 @@ private:
     void tellMore()
     {
         const std::string velk = "  " + shellQuoted(programPath());
-        const std::string core = " --library " + shellQuoted(path(U"home")) + "/core";
+        const std::string core = " --library " + shellQuoted((folder_ / U"home" / U"core").utf8());
         output_.write(printableUtf8(velk + " search lamp" + core) + "\n" +
                       printableUtf8(velk + " search --explain " + shellQuoted("(bed OR sofa) -double")) + "\n" +
                       printableUtf8(velk + " serve " + shellQuoted(path(U"site")) + " --port 8080") + "\n" +

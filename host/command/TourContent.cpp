@@ -32,6 +32,11 @@ std::vector<fileString> furnitureIn(const fileString& folder)
     return files;
 }
 
+std::string counted(std::size_t count, const std::string& singular)
+{
+    return std::to_string(count) + " " + singular + (count == 1 ? "" : "s");
+}
+
 /// The sample has pictures where real libraries have textures.
 std::vector<std::pair<std::string, std::string>> picturesOf(const fileString& catalog)
 {
@@ -46,7 +51,7 @@ std::vector<std::pair<std::string, std::string>> picturesOf(const fileString& ca
 TourContent::TourContent(const fileString& source, const fileString& folder) : folder_(folder)
 {
     if (source.empty()) {
-        libraries_ = {{{}, "Sample house", false}, {{}, "Sample garden house", true}};
+        libraries_ = {{{}, "Sample house", false}, {{}, "Sample office", false}, {{}, "Sample garden house", true}};
         return;
     }
     for (const fileString& file : furnitureIn(source))
@@ -61,11 +66,10 @@ void TourContent::build(Output& output) const
 
 void TourContent::change(Output& output) const
 {
-    const auto bonus =
-        std::find_if(libraries_.begin(), libraries_.end(), [](const Library& library) { return library.bonus; });
     buildLibrary(libraries_.front(), "de", output);
-    if (bonus != libraries_.end())
-        buildLibrary(*bonus, "de", output);
+    // The last one stays as it is, to show what does not travel.
+    if (libraries_.size() > coreLibraries + 1)
+        buildLibrary(libraries_[coreLibraries], "de", output);
 }
 
 std::vector<std::string> TourContent::bonusNames() const
@@ -97,11 +101,10 @@ void TourContent::buildLibrary(const Library& library, const std::string& langua
         else
             packWithFurniture(catalog, library.source, target);
     }
-    const std::string summary = built.summary().substr(built.path.utf8().size() + 2);
-    output.write("  " + printableUtf8(target.stemWithExtension().utf8()) + ": " +
-                 summary.substr(0, summary.find(" thumbnail")).substr(0, summary.rfind(", ")) + ", " +
-                 byteText(static_cast<std::uint64_t>(FileUtils::fileSize(target))) +
-                 (library.bonus ? " with its models and textures" : "") + "\n");
+    output.write("  " + printableUtf8(target.stemWithExtension().utf8()) + ": " + counted(built.items, "item") +
+                 " in " + counted(built.folders, "folder") + ", named in " + (language.empty() ? "English" : "German") +
+                 "; " + byteText(static_cast<std::uint64_t>(FileUtils::fileSize(target))) +
+                 (library.bonus ? " with models and textures" : "") + "\n");
 }
 
 }  // namespace VelkHost

@@ -20,7 +20,7 @@ public:
 
     /// Builds everything and tells about each library.
     void build(Output& output) const;
-    /// Builds one core and one bonus library anew, with German names.
+    /// Builds the smallest core library anew, with German names, and the smallest bonus library of several.
     void change(Output& output) const;
 
     /// The bonus libraries, for an installation to choose from; UTF-8.

@@ -33,7 +33,6 @@ namespace VelkHost {
 namespace {
 
 using LibraryCatalogUpdate::LibraryCatalogUpdater;
-using LibraryCatalogUpdate::UpdateData;
 
 constexpr const char* examples = R"(Examples:
   velk update --service http://127.0.0.1:8080/
@@ -211,9 +210,9 @@ private:
                      printableUtf8(Library::ErrorLog::file().humanReadableString()) + "\n";
         else if (updatedNames().empty())
             lines += "Everything is up to date.\n";
-        if (receiver_.kilobytes() > 0)
+        if (receiver_.kilobytes() > 0 && !failed())
             lines += formatWithThousandsSeparatorPrecision(static_cast<double>(receiver_.kilobytes()), 0) +
-                     " KB to download.\n";
+                     " KB downloaded.\n";
         return lines;
     }
 
@@ -268,7 +267,8 @@ void check(const UpdateArguments& arguments)
 {
     if (!Curl::downloadable(fromParser(arguments.service)))
         throw CLI::ValidationError("--service", "must be an address that begins with http:// or https://");
-    if (arguments.manual && !kindsOf(arguments.kinds).contains("core"))
+    const bool core = kindsOf(arguments.kinds).contains("core");
+    if (arguments.manual && !core)
         throw CLI::ValidationError("--manual", "is about core catalogs, which --kinds leaves out");
 }
 

@@ -10,7 +10,7 @@ UpdateReceiver::UpdateReceiver(Output& output, std::function<void()> finished)
     : progress_(output), finished_(std::move(finished))
 {}
 
-void UpdateReceiver::onSetText(std::string text)
+void UpdateReceiver::onSetText(const std::string& text)
 {
     progress_.setText(StringConvert::toStdUtf8String(StringConvert::fromWin1252(text)));
 }
@@ -32,13 +32,13 @@ void UpdateReceiver::onSetValueInGauge(size_t value)
 }
 
 // Only the gauge of the downloads has a unit.
-void UpdateReceiver::onSetUnits(std::string unit_string)
+void UpdateReceiver::onSetUnits(const std::string& unit_string)
 {
     kilobytes_ = range_;
     progress_.begin(range_, unit_string);
 }
 
-void UpdateReceiver::onCatalogUpdatedEvent(FileStringPair paths)
+void UpdateReceiver::onCatalogUpdatedEvent(const FileStringPair& paths)
 {
     installer_.install(paths);
 }

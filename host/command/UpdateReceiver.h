@@ -31,12 +31,12 @@ public:
     std::size_t kilobytes() const noexcept { return kilobytes_; }
 
 public Q_SLOTS:
-    void onSetText(std::string text);
+    void onSetText(const std::string& text);
     void onSetRangeInGauge(size_t range);
     void onUpdateInGauge();
     void onSetValueInGauge(size_t value);
-    void onSetUnits(std::string unit_string);
-    void onCatalogUpdatedEvent(FileStringPair paths);
+    void onSetUnits(const std::string& unit_string);
+    void onCatalogUpdatedEvent(const FileStringPair& paths);
     void closeCatalogUpdateEvent(const LibraryCatalogUpdate::UpdateData& data);
     void onClose();
 

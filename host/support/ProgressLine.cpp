@@ -17,7 +17,7 @@ std::string bar(std::uint64_t value, std::uint64_t range)
 {
     const double part = range == 0 ? 0.0 : static_cast<double>(std::min(value, range)) / static_cast<double>(range);
     const auto filled = static_cast<std::size_t>(part * static_cast<double>(barWidth));
-    return "[" + std::string(filled, '#') + std::string(barWidth - filled, '.') + "]";
+    return std::string("[").append(filled, '#').append(barWidth - filled, '.').append("]");
 }
 
 std::string grouped(double value)
@@ -44,7 +44,8 @@ void ProgressLine::begin(std::uint64_t range, const std::string& unit)
     unit_ = unit;
     value_ = 0;
     firstMoved_ = {};
-    show(true);
+    // Its text comes after it, and is to be seen at once.
+    shown_ = {};
 }
 
 void ProgressLine::setValue(std::uint64_t value)
@@ -71,7 +72,7 @@ void ProgressLine::show(bool always)
         return;
     shown_ = now;
     visible_ = true;
-    StyledText line{printable(text_ + "  " + bar(value_, range_) + " " + amounts()), {}};
+    StyledText line{printable(range_ == 0 ? text_ : text_ + "  " + bar(value_, range_) + " " + amounts()), {}};
     line.bold.resize(line.text.size());
     output_.write(eraseLine + render(cutToWidth(std::move(line), output_.columns() - 1), false));
 }

@@ -17,7 +17,7 @@ const std::string manufacturerName(200, 'x');
 class ServiceUpdate : public test::ServedSiteTest
 {
 protected:
-    ServiceUpdate() : service_({.site = site()}) {}
+    ServiceUpdate() : service_(options()) {}
 
     /// What one update of the installation made the service do.
     ServiceTraffic update()

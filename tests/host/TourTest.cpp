@@ -52,7 +52,7 @@ TEST_F(Tour, TellsTheStoryOfTheSample)
     EXPECT_THAT(run.output, Not(HasSubstr("\n0 hits")));
     EXPECT_THAT(run.output, HasSubstr("Everything is up to date."));
     EXPECT_EQ(installed(U"my tour/home/core/Sample house.calib").language, "de");
-    EXPECT_EQ(installed(U"my tour/home/bonus/Sample garden house.calib").language, "de");
+    EXPECT_EQ(installed(U"my tour/home/core/Sample office.calib").language, "en");
     EXPECT_EQ(ZipUtils::getSizeOfArchive(folder() / U"my tour/home/referenced/Sample garden house.zip"), 40U);
 }
 

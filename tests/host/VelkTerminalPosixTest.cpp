@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <regex>
+#include <sstream>
 
 #include <pty.h>
 #include <sys/wait.h>
@@ -74,20 +75,17 @@ private:
     }
 };
 
-std::size_t widestLine(const std::string& screen)
+/// The characters of the widest line of the table, which ends at an empty line or at the count of hits.
+std::size_t tableWidth(const std::string& screen)
 {
-    const std::string plain = std::regex_replace(screen, std::regex("\x1b\\[[0-9;]*m"), "");
+    const std::string plain = std::regex_replace(screen, std::regex("\x1b\\[[0-9;]*m|\r"), "");
+    std::istringstream lines(plain);
     std::size_t widest = 0;
-    std::size_t width = 0;
-    for (const char byte : plain) {
-        if (byte == '\n') {
-            widest = std::max(widest, width);
-            width = 0;
-        } else if (byte != '\r' && (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U) {
-            ++width;
-        }
+    for (std::string line; std::getline(lines, line) && line.find(" hits. ") == std::string::npos;) {
+        const auto isFirstByte = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; };
+        widest = std::max(widest, static_cast<std::size_t>(std::count_if(line.begin(), line.end(), isFirstByte)));
     }
-    return std::max(widest, width);
+    return widest;
 }
 
 TEST_F(VelkAtATerminal, HighlightsWhatMatched)
@@ -111,8 +109,8 @@ TEST_F(VelkAtATerminal, LeavesStylesOutWhereTheyAreNotWanted)
 TEST_F(VelkAtATerminal, FitsTheTableIntoTheWidth)
 {
     const std::string wide = velk("search chair -l a.calib").screen;
-    ASSERT_GT(widestLine(wide), 80U) << "the table would fit anyway";
-    EXPECT_LE(widestLine(velk("search chair -l a.calib", 80).screen), 80U);
+    ASSERT_GT(tableWidth(wide), 80U) << "the table would fit anyway";
+    EXPECT_LE(tableWidth(velk("search chair -l a.calib", 80).screen), 80U);
 }
 
 TEST_F(VelkAtATerminal, EndsInSilenceWhenTheReaderHasEnough)

@@ -302,7 +302,7 @@ private:
         published.body = published.catalog;
         if (published.library.ends_with(".calibz"))
             published.body = test::ZipBuilder()
-                                 .add({.name = "library.calib", .data = published.catalog, .deflated = true})
+                                 .add("library.calib", published.catalog)
                                  .add("textures/oak.png", std::string(5'000, 'x'))
                                  .bytes();
         service_.publish(published);

@@ -328,10 +328,10 @@ TEST_P(CatalogNames, TravelAndComeBack)
 }
 
 INSTANTIATE_TEST_SUITE_P(Names, CatalogNames,
-                         testing::Values(U"two words", U" leading", U"100%25 wool",
-                                         U"K\u00FCche \u00C4\u00D6\u00DC\u00DF", U"\u56F3\u66F8\u9928",
-                                         U"\U0001F6CB sofa", U"quote' (x) [y] {z} ~ ^ ` ; , = ! $ @",
-                                         std::u32string(200, U'n'), std::u32string(70, U'\u56F3')));
+                         testing::Values(U"two words", U" leading", U"K\u00FCche \u00C4\u00D6\u00DC\u00DF",
+                                         U"\u56F3\u66F8\u9928", U"\U0001F6CB sofa",
+                                         U"quote' (x) [y] {z} ~ ^ ` ; , = ! $ @", std::u32string(200, U'n'),
+                                         std::u32string(70, U'\u56F3')));
 
 TEST_F(UpdaterDownload, NamesThatDifferInCaseAreTwo)
 {

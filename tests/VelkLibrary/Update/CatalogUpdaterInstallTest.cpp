@@ -1,6 +1,7 @@
 #include "VelkLibrary/Update/UpdateTest.h"
 
 #include <VelkCommon/Files/LockingFStream.h>
+#include <VelkLibrary/detail/CatalogInstall.h>
 
 #include <gmock/gmock.h>
 
@@ -197,6 +198,25 @@ TEST_F(UpdaterInstall, ALockedTargetEndsThePhase)
                                    downloadPath(U"core", U"a.download")));
     EXPECT_EQ(downloadsOf("b.calib"), 0u) << "others wait for the next run";
     EXPECT_EQ(hashFile(coreFolder()), "a.calib:" + sha1("outdated") + "\nb.calib:" + sha1("outdated") + "\n");
+}
+
+// Between the end of a transfer and the installing lies too little to get hold of the file, so here the
+// step is taken by itself.
+TEST_F(UpdaterInstall, ALockedDownloadIsRefused)
+{
+    const LibraryCatalogUpdater updater = makeUpdater(false);
+    fs::create_directories(downloads(U"core").utf8());
+    const fileString downloaded = downloads(U"core") / U"a.download";
+    LockingFStream other(downloaded, 34);
+    other << "bytes" << std::flush;
+    detail::CatalogRun catalogRun;
+    CatalogRecord record;
+    record.kind = CoreCatalogs;
+    EXPECT_FALSE(
+        detail::installCatalog(updater, catalogRun, downloaded, fileString(std::u32string(U"a.calib")), record));
+    EXPECT_EQ(catalogRun.resultCode, 0x1036918Eu);
+    EXPECT_FALSE(record.updated);
+    EXPECT_THAT(log(), ElementsAre("Download destination file was locked or not writeable:  " + downloaded.utf8()));
 }
 
 TEST_F(UpdaterInstall, AFileThatCannotBeRenamedEndsThePhase)

@@ -5,8 +5,11 @@
 
 #include <gmock/gmock.h>
 
+#include <QCoreApplication>
+
 #include <filesystem>
 #include <optional>
+#include <stdexcept>
 #include <thread>
 
 namespace {
@@ -317,6 +320,54 @@ TEST_F(UpdaterRun, NeedsAnApplicationObject)
     });
     EXPECT_TRUE(thrown);
     EXPECT_EQ(report().outcome, 0) << "the receiver learns that the run has ended";
+}
+
+class ThrowingApplication : public applicationManager
+{
+public:
+    std::string getInstanceName() const override { throw std::runtime_error("no name today"); }
+};
+
+TEST_F(UpdaterRun, GoesOnAfterAnException)
+{
+    ThrowingApplication application;
+    Velk::HostServices host = services();
+    host.application = &application;
+    Velk::installHost(host);
+    installCore(U"a.calib", "outdated");
+    installCore(U"b.calib", "outdated");
+    publishIndex("");
+    publish("a.calib", databaseBytes('a'));
+    publish("b.calib", databaseBytes('b'));
+    run();
+    EXPECT_EQ(report().outcome, 0);
+    EXPECT_THAT(log(), SizeIs(3)) << "the removal of leftovers and two downloads";
+    EXPECT_THAT(log(), Each(std::string("Exception in catalog update:  no name today")));
+    EXPECT_THAT(steps(), testing::Contains("onSetText Downloading b"));
+    EXPECT_EQ(hashFile(coreFolder()), "a.calib:" + sha1("outdated") + "\nb.calib:" + sha1("outdated") + "\n");
+    Velk::installHost(services());
+}
+
+// The receiver dies on its own thread after so many calls, while the worker goes on.
+TEST_F(UpdaterRun, GoesOnWhereverItsReceiverDies)
+{
+    for (char32_t c = U'a'; c <= U'f'; ++c) {
+        installCore(std::u32string(1, c) + U".calib", "outdated");
+        publish(fileString(std::u32string(1, c)).utf8() + ".calib", databaseBytes(static_cast<char>(c)));
+    }
+    publishIndex("");
+    const std::string hashOfA = sha1(databaseBytes('a'));
+    for (int calls = 1; calls <= 40; ++calls) {
+        test::writeFile(coreFolder() / U"catalog_hash.txt", "");
+        auto updater = makeUpdater(false);
+        receiver().reaction = [&, made = 0](const test::Event&) mutable {
+            if (++made == calls)
+                QMetaObject::invokeMethod(
+                    QCoreApplication::instance(), [&] { destroyReceiver(); }, Qt::QueuedConnection);
+        };
+        run(updater);
+        ASSERT_THAT(hashFile(coreFolder()), testing::StartsWith("a.calib:" + hashOfA)) << "the run was completed";
+    }
 }
 
 TEST_F(UpdaterRun, GoesOnWithoutItsReceiver)

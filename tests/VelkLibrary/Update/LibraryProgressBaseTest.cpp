@@ -12,6 +12,7 @@
 #include <atomic>
 #include <memory>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -242,23 +243,23 @@ TEST_F(ProgressBase, AReceiverThatLacksASlotGetsTheOthers)
 TEST_F(ProgressBase, AReceiverOnAThreadOfItsOwnIsCalledThere)
 {
     QThread thread;
-    thread.start();
     auto* const receiver = new RecordingReceiver;
     receiver->moveToThread(&thread);
     const Job job(*receiver);
-    std::atomic<bool> called{false};
-    std::atomic<bool> right{false};
-    receiver->reaction = [&](const test::Event&) {
-        right = QThread::currentThread() == &thread;
-        called = true;
-        called.notify_all();
+    std::vector<QThread*> calledOn;
+    receiver->reaction = [&](const test::Event& event) {
+        calledOn.push_back(QThread::currentThread());
+        if (event.slot != "onClose")
+            return;
+        receiver->deleteLater();
+        thread.quit();
     };
     job.sendStep();
-    called.wait(false);
-    EXPECT_TRUE(right);
-    receiver->deleteLater();
-    thread.quit();
+    job.sendCancelled();
+    EXPECT_THAT(calledOn, IsEmpty());
+    thread.start();
     thread.wait();
+    EXPECT_THAT(calledOn, ElementsAre(&thread, &thread));
 }
 
 }  // namespace

@@ -28,8 +28,13 @@ std::string databaseBytes(char seed, std::size_t size)
 std::string zipOf(const std::vector<std::pair<std::string, std::string>>& entries)
 {
     ZipBuilder archive;
-    for (const auto& [name, bytes] : entries)
-        archive.add({.name = name, .data = bytes, .deflated = true});
+    for (const auto& [name, bytes] : entries) {
+        ZipItem item;
+        item.name = name;
+        item.data = bytes;
+        item.deflated = true;
+        archive.add(std::move(item));
+    }
     return archive.bytes();
 }
 
