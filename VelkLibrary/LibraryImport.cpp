@@ -23,7 +23,7 @@ namespace {
 using OptionalPaths = std::pair<std::optional<fileString>, std::optional<fileString>>;
 using Handle = ZipUtils::ZipHandles::unzArchiveHandle;
 
-constexpr int blockSize = 52'428'800;  // bytes of a database too large for memory that are read at once
+constexpr int blockSize = 52'428'800;  // the most bytes to read at once of a database too large for memory
 constexpr double allUnits = 100;
 
 const fileString& databaseExtension()

@@ -1,7 +1,7 @@
 # Finds libdeflate by its header and library: LibDeflate::deflate. Its older releases, Debian 12's among
 # them, come without a package configuration.
 find_path(LibDeflate_INCLUDE_DIR libdeflate.h)
-find_library(LibDeflate_LIBRARY NAMES deflate)
+find_library(LibDeflate_LIBRARY NAMES deflate libdeflate)
 include(FindPackageHandleStandardArgs)
 find_package_handle_standard_args(LibDeflate REQUIRED_VARS LibDeflate_LIBRARY LibDeflate_INCLUDE_DIR)
 mark_as_advanced(LibDeflate_LIBRARY LibDeflate_INCLUDE_DIR)

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <new>
 #include <optional>
@@ -235,9 +236,10 @@ void ZipUtils::writeFileDataFromArchive(const fileString& combined,
 
 namespace {
 
-// Data is made in pieces that stay in the processor's cache, and then appended to the block, whose memory
-// is touched only as far as it is filled.
+// Data is made in pieces, and then appended to the block, whose memory is touched only as far as it is
+// filled. Both are so small that they stay in the processor's cache.
 constexpr std::size_t pieceSize = std::size_t{1} << 17;
+constexpr std::uint64_t largestBlock = std::uint64_t{1} << 20;
 
 }  // namespace
 
@@ -270,7 +272,7 @@ std::vector<unsigned char> ZipUtils::ZipInputStream::readArchivedFile(int maxByt
     ZipEntryReader& reader = source_->reader;
     std::vector<unsigned char>& piece = source_->piece;
     const auto size =
-        static_cast<std::size_t>(std::min<std::uint64_t>(static_cast<std::uint64_t>(maxBytes), reader.remaining()));
+        static_cast<std::size_t>(std::min({static_cast<std::uint64_t>(maxBytes), reader.remaining(), largestBlock}));
     block.reserve(size);
     while (block.size() < size) {
         const std::size_t got = reader.read(piece.data(), std::min(piece.size(), size - block.size()));

@@ -372,7 +372,7 @@ TEST_F(SmallDisk, ADatabaseLeavesTheReserve)
 TEST_F(SmallDisk, ALargeDatabaseStopsAtTheReserve)
 {
     ZipBuilder().add(deflatedItem("library.calib", std::string(80'000'000, 'x'))).writeTo(archive_);
-    availableBytes = (256ULL << 20) + 52'428'799;
+    availableBytes = (256ULL << 20) + (1ULL << 20) - 1;
     EXPECT_FALSE(unpack().first);
     EXPECT_THAT(names(), ElementsAre("lib.calibz"));
     ++availableBytes;
