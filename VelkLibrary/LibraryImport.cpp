@@ -82,8 +82,13 @@ public:
 
     OptionalPaths run()
     {
+        // Unpacked over itself, an archive would be gone before it is read.
+        if (databasePath_ == archive_)
+            return {};
         FileReaper databaseReaper(databasePath_);
         FileReaper otherFilesReaper(otherFilesPath_);
+        if (otherFilesPath_ == archive_)
+            otherFilesReaper.cancel();
         if (progress_ != nullptr)
             openSubRange(*progress_, archive_);
         const auto visited = ZipUtils::getFilesDataInArchive(
@@ -211,16 +216,18 @@ bool copyArchivedFile(const fileString& from, const fileString& to, ProgressSubj
     return result && !(copied && visited.empty());
 }
 
+// The copy of the destination holds the destination's entries as they are, those of a name that the
+// source has too included; copying them into it again would write everything once more for nothing.
 bool merge(const fileString& source, const fileString& destination, ProgressSubject& progress)
 {
-    const std::set<fileString> sourceNames = namesIn(source);
     fileString merged = destination;
     merged.generateAsTempName(otherFilesExtension());
     const FileReaper reaper(merged);
-    return FileUtils::copyFile(destination, merged, true) &&
-           copyArchivedFile(destination, merged, &progress, sourceNames) &&
-           copyArchivedFile(source, merged, &progress, namesIn(merged)) &&
-           FileUtils::moveFile(merged, destination, true);
+    if (!FileUtils::copyFile(destination, merged, true))
+        return false;
+    const std::set<fileString> present = namesIn(merged);
+    return copyArchivedFile(destination, merged, &progress, present) &&
+           copyArchivedFile(source, merged, &progress, present) && FileUtils::moveFile(merged, destination, true);
 }
 
 bool putInPlace(const fileString& source, const fileString& destination, ProgressSubject* progress)

@@ -28,6 +28,9 @@ namespace LibraryImport {
 /// output paths that are not in the result are removed, be they from before. Both are empty when the
 /// archive does not exist, and after cancellation, which is looked for at each entry.
 ///
+/// An archive named ".zip" receives its own entries and is not removed; of one named ".calib", beside which
+/// its database would have its own name, nothing is unpacked.
+///
 /// The caller owns the files. `progress` gets one step per entry, over the 100 units.
 VELKLIBRARY_EXPORT std::pair<std::optional<fileString>, std::optional<fileString>> unpack(
     const fileString& archive, bool useTempNames, std::shared_ptr<ProgressSubject> progress);

@@ -68,7 +68,8 @@ void readProperties(std::string_view text, std::vector<Entry>& entries)
     for (auto& [number, values] : byNumber) {
         const std::string& tags = values["tags"];
         if (!values["name"].empty())
-            entries.push_back({values["name"], tags.empty() ? values["category"] : tags + "," + values["category"]});
+            entries.push_back({values["name"], tags.empty() ? values["category"] : tags + "," + values["category"],
+                               values["creator"]});
     }
 }
 

@@ -11,6 +11,7 @@ struct Entry
 {
     std::string name;
     std::string keywords;
+    std::string creator = {};  ///< who made it; empty where that is not told
 };
 
 /// The entries of all furniture libraries (*.sh3f, every language) and symbol libraries (*.kicad_sym)

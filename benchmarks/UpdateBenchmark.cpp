@@ -4,6 +4,7 @@
 // delays it.
 #include "DelayingRelay.h"
 #include "Measures.h"
+#include "UpdateReceiver.h"
 #include "support/ScriptedServer.h"
 
 #include <VelkCommon/Files/FileUtils.h>
@@ -11,9 +12,9 @@
 #include <VelkCommon/HostServices.h>
 #include <VelkCommon/Network/Curl.h>
 #include <VelkLibrary/LibraryCatalogUpdater.h>
+#include <VelkLibrary/UpdateData.h>
 
 #include <QCoreApplication>
-#include <QObject>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -22,6 +23,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <functional>
+#include <limits>
 #include <map>
 #include <mutex>
 #include <set>
@@ -48,11 +50,14 @@ double secondsOf(const std::function<void()>& work)
     return std::chrono::duration<double>(Clock::now() - begin).count();
 }
 
-double leastSecondsOf(const std::function<void()>& work)
+/// The least times of each; they take turns, as the machine's speed drifts.
+std::vector<double> leastSecondsOf(const std::vector<std::function<void()>>& works)
 {
-    double least = secondsOf(work);
-    for (int i = 1; i < repetitions; ++i)
-        least = std::min(least, secondsOf(work));
+    std::vector<double> least(works.size(), std::numeric_limits<double>::max());
+    for (int i = 0; i < repetitions; ++i) {
+        for (std::size_t j = 0; j < works.size(); ++j)
+            least[j] = std::min(least[j], secondsOf(works[j]));
+    }
     return least;
 }
 
@@ -98,16 +103,19 @@ public:
     const fileString& certificates() const { return services_.certificateFile; }
     const std::set<fileString>& catalogs() const { return catalogs_; }
 
-    /// An update of all catalogs. What it learned of earlier ones is gone before.
-    void update(const std::string& service) const
+    /// An update of all catalogs. What it learned of earlier ones is gone before. Throws when it does not
+    /// end as it should.
+    void update(const std::string& service, std::int32_t outcome, int installed = 0) const
     {
         FileUtils::removePath(services_.folders.coreLibraryDatabase / fileString(std::string("catalog_hash.txt")), 0);
-        QObject receiver;
+        bench::UpdateReceiver receiver;
         LibraryCatalogUpdate::LibraryCatalogUpdater updater(receiver, catalogs_, {}, {}, "planner", "12", service,
                                                             false);
         std::thread worker([&updater] { updater(); });
         worker.join();
         QCoreApplication::processEvents();
+        if (receiver.outcome != outcome || receiver.installed != installed)
+            throw std::runtime_error("the update did not end as it should");
     }
 
 private:
@@ -165,8 +173,8 @@ class CurlCommand
 public:
     CurlCommand(const Installation& installation, std::string options)
         : list_(installation.root() / fileString(std::string("list"))),
-          options_(std::move(options) + " --silent --show-error --fail --cacert '" +
-                   installation.certificates().utf8() + "' --config '" + list_.utf8() + "'"),
+          options_(std::move(options) + " --fail --stderr /dev/null --cacert '" + installation.certificates().utf8() +
+                   "' --config '" + list_.utf8() + "'"),
           output_((installation.root() / fileString(std::string("output"))).utf8())
     {}
 
@@ -243,9 +251,8 @@ void Measures::throughput()
         if (!Curl::get().download_to_location(server.url("/file"), target, {}, &mutex, progress, reason, code))
             throw std::runtime_error(reason);
     };
-    const double without = leastSecondsOf([&] { fetch(nullptr); });
-    const double with = leastSecondsOf([&] { fetch(&lockAndGoOn); });
-    std::printf("210 MB on this machine: %.2f s, with a progress callback %.2f s\n", without, with);
+    const std::vector<double> times = leastSecondsOf({[&] { fetch(nullptr); }, [&] { fetch(&lockAndGoOn); }});
+    std::printf("210 MB on this machine: %.2f s, with a progress callback %.2f s\n", times[0], times[1]);
 }
 
 // The whole run with its redirect and its index, against curl's check alone.
@@ -254,19 +261,23 @@ void Measures::checks(milliseconds oneWay)
     const bench::DelayingRelay relay(service_.server().port(), oneWay, 0);
     const std::string address = addressOf(relay);
     service_.change(0);
-    const std::size_t before = service_.server().connections();
-    const double own = leastSecondsOf([&] { installation_.update(address + "/start"); });
-    const auto connections = static_cast<double>(service_.server().connections() - before);
     const CurlCommand parallel(installation_, "--head -Z --parallel-max 8");
-    const double eight =
-        leastSecondsOf([&] { parallel.fetch(address + "/api?service=catalogs", catalogCount, false); });
+    std::size_t connections = 0;
+    const auto update = [&] {
+        const std::size_t before = service_.server().connections();
+        installation_.update(address + "/start", LibraryCatalogUpdate::UpToDate);
+        connections += service_.server().connections() - before;
+    };
+    const auto curl = [&] { parallel.fetch(address + "/api?service=catalogs", catalogCount, false); };
+    const std::vector<double> times = leastSecondsOf({update, curl});
     const CurlCommand serial(installation_, "--head");
     const double one = secondsOf([&] { serial.fetch(address + "/api?service=catalogs", catalogCount, false); });
     const std::string line = std::to_string(2 * oneWay.count()) + " ms";
     std::printf("%d checks at %s round trip: own %.2f s, curl with eight at a time %.2f s, with one %.2f s\n",
-                catalogCount, line.c_str(), own, eight, one);
-    add("check of 200 at " + line + ": part of curl -Z's time", own / eight, 1.5, 1.1, "x");
-    add("connections of " + std::to_string(repetitions) + " checks at " + line, connections, 8, 8, "");
+                catalogCount, line.c_str(), times[0], times[1], one);
+    add("check of 200 at " + line + ": part of curl -Z's time", times[0] / times[1], 1.5, 1.1, "x");
+    add("connections of " + std::to_string(repetitions) + " checks at " + line, static_cast<double>(connections), 8, 8,
+        "");
 }
 
 // The time that the downloads add to a run, against curl with one connection that it keeps.
@@ -275,27 +286,33 @@ void Measures::downloads()
     const bench::DelayingRelay relay(service_.server().port(), milliseconds(50), lineRate);
     const std::string address = addressOf(relay);
     service_.change(0);
-    const double check = leastSecondsOf([&] { installation_.update(address + "/start"); });
-    service_.change(changedCount);
     const std::size_t before = service_.server().connections();
-    const double own = secondsOf([&] { installation_.update(address + "/start"); }) - check;
+    const double check =
+        leastSecondsOf({[&] { installation_.update(address + "/start", LibraryCatalogUpdate::UpToDate); }}).front();
+    service_.change(changedCount);
+    const double own =
+        secondsOf([&] { installation_.update(address + "/start", LibraryCatalogUpdate::Installed, changedCount); }) -
+        check;
     const auto connections = static_cast<double>(service_.server().connections() - before);
     const CurlCommand command(installation_, "");
     const double peer = secondsOf([&] { command.fetch(address + "/api?service=catalogs", changedCount, true); });
     std::printf("%d downloads of 10.5 MB at 100 ms and 200 Mbit/s: own %.2f s, curl %.2f s\n", changedCount, own, peer);
     add("downloads of 20: part of one curl's time", own / peer, 1.15, 1.05, "x");
-    add("further connections of a run with downloads", connections, 8, 8, "");
+    add("connections of all runs with downloads", connections, 8, 8, "");
     service_.change(0);
 }
 
 void Measures::unreachable()
 {
     const test::RefusingPort refusing;
-    add("unreachable, refused", secondsOf([&] { installation_.update(refusing.url()); }), 2, 1, "s");
+    add("unreachable, refused",
+        secondsOf([&] { installation_.update(refusing.url(), LibraryCatalogUpdate::ErrorsAutomatic); }), 2, 1, "s");
     const std::string nowhere = "http://content.invalid/";
-    add("unreachable, name not found", secondsOf([&] { installation_.update(nowhere); }), 2, 1, "s");
+    add("unreachable, name not found",
+        secondsOf([&] { installation_.update(nowhere, LibraryCatalogUpdate::ErrorsAutomatic); }), 2, 1, "s");
     const test::DeafPort deaf;
-    add("unreachable, packets dropped", secondsOf([&] { installation_.update(deaf.url()); }), 20, 15, "s");
+    add("unreachable, packets dropped",
+        secondsOf([&] { installation_.update(deaf.url(), LibraryCatalogUpdate::ErrorsAutomatic); }), 20, 15, "s");
 }
 
 }  // namespace

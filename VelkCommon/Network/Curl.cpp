@@ -27,7 +27,7 @@ std::string extensionOf(const std::string& url)
     const std::size_t host = path.find("//");
     if (dot == std::string::npos || path[dot] != '.' || path.find('/', host + 2) > dot)
         return {};
-    const std::string extension = path.substr(dot);
+    std::string extension = path.substr(dot);
     const auto isPlain = [](char c) {
         return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
     };

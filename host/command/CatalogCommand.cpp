@@ -2,6 +2,7 @@
 #include "host/command/CatalogBuild.h"
 #include "host/command/CommandLine.h"
 #include "host/command/ExitCode.h"
+#include "host/command/PackCommand.h"
 #include "host/support/DisplayText.h"
 
 #include <CLI/CLI.hpp>
@@ -93,10 +94,11 @@ void addSample(CLI::App& catalog, Output& output, Action& action)
 
 void addCatalogCommand(CLI::App& app, Output& output, Action& action)
 {
-    CLI::App* const catalog = app.add_subcommand("catalog", "Make library files (.calib)");
+    CLI::App* const catalog = app.add_subcommand("catalog", "Make library files (.calib, .calibz)");
     catalog->require_subcommand(1);
     addBuild(*catalog, output, action);
     addSample(*catalog, output, action);
+    addPackCommand(*catalog, output, action);
 }
 
 }  // namespace VelkHost

@@ -72,8 +72,7 @@ int reportUnknownCommand(const CLI::App& app, const std::string& name, Output& o
     const std::vector<const CLI::App*> all = app.get_subcommands({});
     for (const CLI::App* command : all)
         commands += (commands.empty() ? "" : command == all.back() ? " and " : ", ") + command->get_name();
-    output.error("there is no command \"" + name + "\"",
-                 "The commands are " + commands + "; see \"velk --help\".");
+    output.error("there is no command \"" + name + "\"", "The commands are " + commands + "; see \"velk --help\".");
     return static_cast<int>(ExitCode::Usage);
 }
 
@@ -86,7 +85,9 @@ int run(const std::vector<std::string>& arguments, Output& output)
     addCatalogCommand(app, output, action);
     addPublishCommand(app, output, action);
     addServeCommand(app, output, action);
+    addTexturesCommand(app, output, action);
     addTourCommand(app, output, action);
+    addUnpackCommand(app, output, action);
     addUpdateCommand(app, output, action);
     if (arguments.empty()) {
         output.write(app.help());

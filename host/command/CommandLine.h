@@ -21,7 +21,9 @@ void addSearchCommand(CLI::App& app, Output& output, Action& action);
 void addCatalogCommand(CLI::App& app, Output& output, Action& action);
 void addPublishCommand(CLI::App& app, Output& output, Action& action);
 void addServeCommand(CLI::App& app, Output& output, Action& action);
+void addTexturesCommand(CLI::App& app, Output& output, Action& action);
 void addTourCommand(CLI::App& app, Output& output, Action& action);
+void addUnpackCommand(CLI::App& app, Output& output, Action& action);
 void addUpdateCommand(CLI::App& app, Output& output, Action& action);
 
 /// The parser would take "[a,b]" for a list and drop "%%", so arguments pass it in disguise. This is the

@@ -8,7 +8,7 @@ enum class ExitCode : int {
     NoHit = 1,          ///< a search without hits
     Usage = 2,          ///< the command line makes no sense
     BrokenLibrary = 3,  ///< a library to search is missing or broken; the others were searched
-    BuildFailed = 4,    ///< a catalog could not be made
+    BuildFailed = 4,    ///< a catalog could not be made, an archive not be taken apart
     OutputFailed = 5,   ///< standard output could not be written
     UpdateFailed = 6,   ///< something could not be updated; the rest was
     Cancelled = 7,      ///< ended by Ctrl-C; nothing is left half done

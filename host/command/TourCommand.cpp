@@ -1,14 +1,20 @@
 #include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFolder.h"
-#include "host/command/CatalogBuild.h"
 #include "host/command/CommandLine.h"
 #include "host/command/ExitCode.h"
-#include "host/command/SearchCommand.h"
+#include "host/command/PublishReportText.h"
+#include "host/command/TourContent.h"
+#include "host/command/TourFolder.h"
+#include "host/service/SiteService.h"
 #include "host/support/DisplayText.h"
 #include "host/support/System.h"
 
+#include <VelkCommon/Archive/ZipUtils.h>
+#include <VelkCommon/Files/FileUtils.h>
+
 #include <CLI/CLI.hpp>
 
+#include <chrono>
 #include <memory>
 
 namespace VelkHost {
@@ -16,9 +22,12 @@ namespace {
 
 constexpr const char* examples = R"(Examples:
   velk tour --sample -o tour
-  velk tour /usr/share/sweethome3d/furniture -o tour)";
+  velk tour /usr/share/sweethome3d/furniture -o tour
 
-constexpr std::size_t shownHits = 8;  // of each search
+WORKDIR gets what a publisher, a service and an installation have: content, site
+and home. They are made anew each time.)";
+
+constexpr const char* germanWords = "T\u00FCr OR Fenster OR Lampe";
 
 struct TourArguments
 {
@@ -27,119 +36,172 @@ struct TourArguments
     bool sample = false;
 };
 
-/// One search of the tour.
-struct TourSearch
+/// A command of the tour did not succeed.
+struct TourEnded
 {
-    const char* title;
-    const char* language;  ///< the folder with the libraries in that language
-    const char* text;
-    bool legacy;
+    int code;
 };
 
-constexpr TourSearch searches[] = {
-    {"An expression: one of two words, and nothing with a third", "en", "(door OR window) -garage", false},
-    {"The same libraries with German names", "de", "T\u00FCr OR Fenster", false},
-    {"Plain words, matched as whole words only", "en", "dining table", true},
-};
-
+/// The story, chapter by chapter. The commands are those that anyone could type, run in this program.
 class Tour
 {
 public:
     Tour(const TourArguments& arguments, Output& output)
-        : arguments_(arguments), folder_(fromParser(arguments.folder)), output_(output)
+        : output_(output),
+          folder_(freshTourFolder(fileString(fromParser(arguments.folder)))),
+          content_(fileString(fromParser(arguments.source)), folder_ / U"content")
     {}
 
-    int run()
+    void run()
     {
-        for (const char* language : {"en", "de"})
-            build(language);
-        int code = static_cast<int>(ExitCode::Success);
-        for (const TourSearch& search : searches)
-            code = std::max(code, show(search));
+        chapter("Build libraries, as their publisher does",
+                "Core libraries are for everyone; bonus libraries are packed with their models and textures\n"
+                "(\"velk catalog pack\" packs your own).");
+        content_.build(output_);
+        chapter("Publish them", "A site of plain files comes out, which a web server or an object store can serve.");
+        publish();
+        startService();
+        firstUpdate();
+        searches();
+        secondUpdate();
+        thirdUpdate();
+        chapter("Now your own", "");
         tellMore();
-        return code;
     }
 
 private:
-    fileString libraries(const std::string& language) const { return folder_ / fileString(language); }
-
-    void build(const std::string& language)
+    void chapter(const std::string& title, const std::string& explanation)
     {
-        BuildOptions options;
-        options.kind = LibraryKind::Core;
-        // The sources' own names are English.
-        options.language = language == "en" ? "" : language;
-        makeFolder(libraries(language));
-        output_.write("Building libraries in " + printableUtf8(libraries(language).utf8()) + "\n");
-        if (arguments_.sample)
-            tell(buildSample(libraries(language) / U"sample.calib", options));
-        else
-            for (const fileString& source : sources())
-                tell(buildCatalog(source, target(source, language), options));
+        const std::string head = std::to_string(++chapter_) + ". " + title;
+        output_.write("\n" + (output_.styles() ? "\x1b[1m" + head + "\x1b[0m" : head) + "\n");
+        if (!explanation.empty())
+            output_.write(explanation + "\n");
+    }
+
+    /// Shows a command and runs it.
+    void command(const std::vector<std::string>& arguments, bool mayFindNothing = false)
+    {
+        std::string line = "$ " + shellQuoted(programPath());
+        for (const std::string& argument : arguments)
+            line += " " + shellQuoted(argument);
+        output_.write(printableUtf8(line) + "\n");
+        const int code = runVelk(arguments, output_);
+        if (code != static_cast<int>(ExitCode::Success) &&
+            !(mayFindNothing && code == static_cast<int>(ExitCode::NoHit)))
+            throw TourEnded{code};
+    }
+
+    std::string path(const char32_t* name) const { return (folder_ / fileString(std::u32string(name))).utf8(); }
+
+    void publish() { command({"publish", path(U"content"), "-o", path(U"site")}); }
+
+    void startService()
+    {
+        chapter("Serve it", "The service of \"velk serve\" runs within this tour, to count what travels.");
+        ServiceOptions options;
+        options.site = folder_ / U"site";
+        service_ = std::make_unique<SiteService>(options);
+        output_.write("  The service address is " + service_->address() + "\n");
+    }
+
+    /// Runs the update, and returns the bytes that travelled.
+    std::uint64_t update()
+    {
+        std::vector<std::string> arguments = {"update", "--service", service_->address(), "--home", path(U"home")};
+        if (updates_++ == 0)
+            for (const std::string& name : content_.bonusNames())
+                arguments.insert(arguments.end(), {"--bonus", name});
+        const ServiceTraffic before = service_->traffic();
+        const auto start = std::chrono::steady_clock::now();
+        command(arguments);
+        const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
+        const ServiceTraffic after = service_->traffic();
+        const std::uint64_t bytes = after.bodyBytes - before.bodyBytes;
+        std::string seconds = std::to_string(static_cast<int>(took.count() * 10 + 0.5));
+        seconds.insert(0, seconds.size() < 2 ? 2 - seconds.size() : 0, '0');
+        seconds.insert(seconds.size() - 1, ".");
+        output_.write("  " + std::to_string(after.requests - before.requests) + " requests, " +
+                      std::to_string(after.notModified - before.notModified) + " answered \"not modified\"; " +
+                      byteText(bytes) + " travelled in " + seconds + " s.\n");
+        return bytes;
+    }
+
+    void firstUpdate()
+    {
+        chapter("Update an empty installation",
+                "It learns of the core libraries from the service, and asks for the bonus libraries by name.");
+        allBytes_ = update();
+        const fileString textures = folder_ / U"home" / U"referenced";
+        output_.write("  Models and textures are in place:\n");
+        for (const fileString& archive : filesInFolder(textures, fileString(ZipUtils::getExtension())))
+            output_.write("    " + printableUtf8(archive.stemWithExtension().utf8()) + ", " +
+                          std::to_string(ZipUtils::getSizeOfArchive(archive)) + " files, " +
+                          byteText(static_cast<std::uint64_t>(FileUtils::fileSize(archive))) + "\n");
+    }
+
+    void search(std::vector<std::string> arguments, const char* limit)
+    {
+        arguments.insert(arguments.begin(), "search");
+        for (const char32_t* kind : {U"core", U"bonus"})
+            if (isFolder(folder_ / U"home" / std::u32string(kind)))
+                arguments.insert(arguments.end(), {"--library", (folder_ / U"home" / std::u32string(kind)).utf8()});
+        arguments.insert(arguments.end(), {"--limit", limit});
+        command(arguments, true);
+    }
+
+    void searches()
+    {
+        chapter("Search what is installed", "One of two words, and nothing with a third; then plain words.");
+        search({"(door OR window) -garage"}, "6");
         output_.write("\n");
+        search({"--legacy", "dining table"}, "4");
     }
 
-    std::vector<fileString> sources() const
+    void secondUpdate()
     {
-        const fileString folder(fromParser(arguments_.source));
-        if (!isFolder(folder))
-            throw CatalogError(folder, "is no folder; name one with .sh3f files, or give --sample");
-        std::vector<fileString> files = filesInFolder(folder, fileString(std::string(".sh3f")));
-        if (files.empty())
-            throw CatalogError(folder, "holds no .sh3f file; give --sample to do without");
-        return files;
+        chapter("Publish a changed edition", "What is built anew has German names now; the rest stays as it is.");
+        content_.change(output_);
+        publish();
+        chapter("Update again", "The running service has noticed. Only what has changed travels.");
+        const std::uint64_t bytes = update();
+        output_.write("  That saved " + byteText(allBytes_ - std::min(bytes, allBytes_)) + " of " +
+                      byteText(allBytes_) + ".\n");
+        chapter("Search again", "");
+        search({germanWords}, "6");
     }
 
-    fileString target(const fileString& source, const std::string& language) const
+    void thirdUpdate()
     {
-        return libraries(language) / (source.stem() + fileString(std::string(".calib")));
-    }
-
-    void tell(const BuiltCatalog& built)
-    {
-        output_.write("  " + printableUtf8(fileString(built.path).stemWithExtension().utf8()) +
-                      built.summary().substr(built.path.utf8().size()) + "\n");
-    }
-
-    std::string command(const TourSearch& search) const
-    {
-        return shellQuoted(programPath()) + " search " + (search.legacy ? "--legacy " : "") + shellQuoted(search.text) +
-               " --library " + shellQuoted(libraries(search.language).utf8());
-    }
-
-    int show(const TourSearch& search)
-    {
-        output_.write(std::string(search.title) + "\n$ " + command(search) + " --limit " + std::to_string(shownHits) +
-                      "\n");
-        SearchOptions options;
-        options.request.text = search.text;
-        options.request.legacy = search.legacy;
-        options.libraries = {libraries(search.language)};
-        options.limit = shownHits;
-        const int code = VelkHost::search(options, output_);
-        output_.write("\n");
-        // A library of other things is no failure.
-        return code == static_cast<int>(ExitCode::NoHit) ? static_cast<int>(ExitCode::Success) : code;
+        chapter("Update once more", "Nothing has changed since, so next to nothing travels.");
+        update();
     }
 
     void tellMore()
     {
-        const std::string velk = shellQuoted(programPath());
-        const std::string library = " --library " + shellQuoted(libraries("en").utf8());
-        output_.write("Now your own, for example:\n  " + velk + " search lamp" + library + "\n  " + velk + " search " +
-                      shellQuoted("\"coffee table\" OR sofa") + library + " --kind items\n  " + velk +
-                      " search --explain " + shellQuoted("(bed OR sofa) -double") + "\n  " + velk + " --help\n");
+        const std::string velk = "  " + shellQuoted(programPath());
+        const std::string core = " --library " + shellQuoted((folder_ / U"home" / U"core").utf8());
+        output_.write(printableUtf8(velk + " search lamp" + core) + "\n" +
+                      printableUtf8(velk + " search --explain " + shellQuoted("(bed OR sofa) -double")) + "\n" +
+                      printableUtf8(velk + " serve " + shellQuoted(path(U"site")) + " --port 8080") + "\n" +
+                      printableUtf8(velk + " --help") + "\n");
     }
 
-    TourArguments arguments_;
-    fileString folder_;
     Output& output_;
+    fileString folder_;
+    TourContent content_;
+    std::unique_ptr<SiteService> service_;
+    int chapter_ = 0;
+    int updates_ = 0;
+    std::uint64_t allBytes_ = 0;
 };
 
 int runTour(const TourArguments& arguments, Output& output)
 {
     try {
-        return Tour(arguments, output).run();
+        Tour(arguments, output).run();
+        return static_cast<int>(ExitCode::Success);
+    } catch (const TourEnded& ended) {
+        return ended.code;
     } catch (const CatalogError& error) {
         output.error(error.what());
         return static_cast<int>(ExitCode::BuildFailed);
@@ -150,14 +212,13 @@ int runTour(const TourArguments& arguments, Output& output)
 
 void addTourCommand(CLI::App& app, Output& output, Action& action)
 {
-    CLI::App* const command = app.add_subcommand("tour", "Build libraries and show three searches in them");
+    CLI::App* const command =
+        app.add_subcommand("tour", "The whole story: build, publish, update, search, and update again");
     const auto arguments = std::make_shared<TourArguments>();
     CLI::Option* const source =
         command->add_option("FOLDER", arguments->source, "A folder with furniture libraries (.sh3f)");
     command->add_flag("--sample", arguments->sample, "Use the sample library instead")->excludes(source);
-    command->add_option("-o,--output", arguments->folder, "The folder to build the libraries in")
-        ->required()
-        ->type_name("WORKDIR");
+    command->add_option("-o,--output", arguments->folder, "The folder to work in")->required()->type_name("WORKDIR");
     command->footer(examples);
     command->callback([arguments, &output, &action] {
         if (arguments->source.empty() && !arguments->sample)

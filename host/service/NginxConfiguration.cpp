@@ -114,7 +114,9 @@ std::string fileLocation(std::string_view path, const std::string& withoutFile)
         if (type.find(';') == std::string_view::npos)
             text += "        " + std::string(type) + " " + std::string(extension) + ";\n";
     text += "    }\n    default_type \"" + std::string(textType) + "\";\n";
-    text += "    gzip off;\n    etag off;\n    if_modified_since off;\n    max_ranges 1;\n    log_not_found on;\n";
+    text +=
+        "    sendfile on;\n    gzip off;\n    etag off;\n    if_modified_since off;\n    max_ranges 1;\n    "
+        "log_not_found on;\n";
     text +=
         "    add_header ETag $velk_quoted_tag;\n    add_header Cache-Control " + inQuotes(cacheControl) + " always;\n";
     text += "    add_header Last-Modified \"\";\n\n";

@@ -94,6 +94,13 @@ private:
         return entries;
     }
 
+    /// A missing one is fine.
+    void requireFolder(const fileString& folder)
+    {
+        if (folder.pathExists() && !isFolder(folder))
+            refuse(folder, "is no folder");
+    }
+
     void checkTop()
     {
         for (const FolderEntry& entry : entriesOf(folder_))
@@ -106,8 +113,7 @@ private:
     void readRoom(const Room& room)
     {
         const fileString folder = folder_ / fileString(std::u32string(room.folder));
-        if (folder.pathExists() && !isFolder(folder))
-            refuse(folder, "is no folder");
+        requireFolder(folder);
         for (const FolderEntry& entry : entriesOf(folder)) {
             const fileString path = folder / entry.name;
             if (entry.isFolder)
@@ -170,7 +176,12 @@ private:
         content_.libraries.emplace(name, std::move(source));
     }
 
-    void readLogos() { readLogos(folder_ / U"logos", ""); }
+    void readLogos()
+    {
+        const fileString folder = folder_ / U"logos";
+        requireFolder(folder);
+        readLogos(folder, "");
+    }
 
     // Folders that lead in circles are cut off, as names end somewhere.
     void readLogos(const fileString& folder, const std::string& prefix, std::size_t depth = 0)

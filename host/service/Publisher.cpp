@@ -14,6 +14,7 @@
 
 #include <QCryptographicHash>
 
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -38,9 +39,9 @@ void writeWhole(const fileString& path, const std::string& bytes)
 /// ".calibz" of a library, ".png" of a logo; ".bin" for types that the service does not tell.
 std::string storedExtension(const fileString& path)
 {
-    const std::string extension = lookupKey(path.extension().utf8());
+    std::string extension = lookupKey(path.extension().utf8());
     for (const auto& [known, type] : contentTypes)
-        if (extension == "." + std::string(known))
+        if (std::string_view(extension).substr(std::min<std::size_t>(extension.size(), 1)) == known)
             return extension;
     return ".bin";
 }

@@ -24,6 +24,7 @@ constexpr int stalledSeconds = 10;
 constexpr std::size_t requestsPerConnection = 100'000;
 constexpr std::size_t requestBodyBytes = 64 << 10;
 constexpr std::size_t blockBytes = 64 << 10;
+constexpr int notFound = 404;
 
 /// Keeps the edition in force in memory.
 class EditionWatch
@@ -63,12 +64,17 @@ SiteRequest siteRequest(const httplib::Request& request)
             request.get_header_value("If-Range"), request.get_header_value("Range")};
 }
 
-/// Sends a part of an open file, and counts what was sent.
+using Counter = std::shared_ptr<std::atomic<std::uint64_t>>;
+
+/// Sends a part of an open file, and counts what was sent: of this answer, and of all.
 class FileBody
 {
 public:
-    FileBody(File file, std::uint64_t offset, std::shared_ptr<std::atomic<std::uint64_t>> sent)
-        : file_(std::make_shared<File>(std::move(file))), offset_(offset), sent_(std::move(sent))
+    FileBody(File file, std::uint64_t offset, Counter sent, Counter allSent)
+        : file_(std::make_shared<File>(std::move(file))),
+          offset_(offset),
+          sent_(std::move(sent)),
+          allSent_(std::move(allSent))
     {}
 
     bool operator()(std::size_t position, std::size_t length, httplib::DataSink& sink) const
@@ -77,16 +83,19 @@ public:
         if (!file_->seek(static_cast<long long>(offset_ + position)))
             return false;
         const long long got = file_->read(block.data(), block.size());
-        if (got <= 0 || !sink.write(block.data(), static_cast<std::size_t>(got)))
+        if (got <= 0)
             return false;
+        // Before it is sent, so that whoever has received it finds it counted.
         *sent_ += static_cast<std::uint64_t>(got);
-        return true;
+        *allSent_ += static_cast<std::uint64_t>(got);
+        return sink.write(block.data(), static_cast<std::size_t>(got));
     }
 
 private:
     std::shared_ptr<File> file_;
     std::uint64_t offset_;
-    std::shared_ptr<std::atomic<std::uint64_t>> sent_;
+    Counter sent_;
+    Counter allSent_;
 };
 
 }  // namespace
@@ -99,9 +108,12 @@ public:
     {
         configure();
         bind();
-        thread_ = std::thread([this] { server_->listen_after_bind(); });
+        thread_ = std::thread([this] {
+            server_->listen_after_bind();
+            ended_ = true;
+        });
         // Stopping has no effect before the server runs.
-        while (!server_->is_running())
+        while (!server_->is_running() && !ended_)
             std::this_thread::yield();
     }
 
@@ -112,6 +124,7 @@ public:
     }
 
     int port() const noexcept { return port_; }
+    ServiceTraffic traffic() const { return {requests_, notModified_, *bodyBytes_}; }
 
     std::string origin() const
     {
@@ -144,16 +157,18 @@ private:
         server_->set_read_timeout(stalledSeconds);
         server_->set_write_timeout(stalledSeconds);
         server_->set_payload_max_length(requestBodyBytes);
-        const auto handler = [this](const httplib::Request& request, httplib::Response& response) {
+        server_->set_pre_routing_handler([this](const httplib::Request& request, httplib::Response& response) {
+            if (request.method != "GET" && request.method != "HEAD")
+                return httplib::Server::HandlerResponse::Unhandled;
             handle(request, response);
-        };
-        server_->Get(".*", handler);
-        // Of the others the body has to be read before they are refused, or it would count as a request.
-        server_->Post(".*", handler);
-        server_->Put(".*", handler);
-        server_->Patch(".*", handler);
-        server_->Delete(".*", handler);
-        server_->Options(".*", handler);
+            return httplib::Server::HandlerResponse::Handled;
+        });
+        // The server has read the body of any other request by then, which would count as the next request
+        // otherwise.
+        server_->set_error_handler([this](const httplib::Request& request, httplib::Response& response) {
+            if (response.status == notFound && request.method != "GET" && request.method != "HEAD")
+                handle(request, response);
+        });
     }
 
     void bind()
@@ -173,7 +188,10 @@ private:
         // reference is the server's own and not constant.
         const_cast<httplib::Request&>(request).ranges.clear();  // NOLINT
         const SiteRequest asked = siteRequest(request);
-        SiteAnswer answer = editions_.current()->answer(asked);
+        const SiteAnswer answer = editions_.current()->answer(asked);
+        ++requests_;
+        if (answer.status == 304)
+            ++notModified_;
         if (!answer.file.empty() && !openBody(answer, asked, response))
             return;
         response.status = answer.status;
@@ -182,7 +200,9 @@ private:
         if (answer.file.empty()) {
             if (answer.status != 304)
                 response.set_content(answer.body, answer.type);
-            report({asked.method, asked.target, answer.status, asked.method == "HEAD" ? 0 : answer.body.size()});
+            const std::uint64_t bytes = asked.method == "HEAD" ? 0 : answer.body.size();
+            *bodyBytes_ += bytes;
+            report({asked.method, asked.target, answer.status, bytes});
         }
     }
 
@@ -204,8 +224,8 @@ private:
             response.set_content("", answer.type);
             done(true);
         } else
-            response.set_content_provider(answer.length, answer.type, FileBody(std::move(file), answer.offset, sent),
-                                          done);
+            response.set_content_provider(answer.length, answer.type,
+                                          FileBody(std::move(file), answer.offset, sent, bodyBytes_), done);
         return true;
     }
 
@@ -219,6 +239,10 @@ private:
     EditionWatch editions_;
     std::unique_ptr<httplib::Server> server_;
     int port_ = -1;
+    std::atomic<bool> ended_ = false;
+    std::atomic<std::uint64_t> requests_ = 0;
+    std::atomic<std::uint64_t> notModified_ = 0;
+    const Counter bodyBytes_ = std::make_shared<std::atomic<std::uint64_t>>(0);
     std::thread thread_;
 };
 
@@ -245,6 +269,11 @@ std::string SiteService::manufacturersAddress() const
 std::string SiteService::logoAddress() const
 {
     return implementation_->origin() + std::string(paths::logo) + "?v=1";
+}
+
+ServiceTraffic SiteService::traffic() const
+{
+    return implementation_->traffic();
 }
 
 }  // namespace VelkHost

@@ -26,6 +26,14 @@ struct ServedRequest
     std::uint64_t bodyBytes = 0;  ///< sent, without headers
 };
 
+/// What a service has done so far. A client that has got an answer finds it counted.
+struct ServiceTraffic
+{
+    std::uint64_t requests = 0;
+    std::uint64_t notModified = 0;  ///< of these, answered 304: the client has it already
+    std::uint64_t bodyBytes = 0;    ///< sent, without headers
+};
+
 struct ServiceOptions
 {
     fileString site;                    ///< a published site
@@ -61,6 +69,7 @@ public:
     /// The addresses of the manufacturers' data and the logos.
     std::string manufacturersAddress() const;
     std::string logoAddress() const;
+    ServiceTraffic traffic() const;
 
 private:
     class Implementation;

@@ -17,7 +17,7 @@ std::string bar(std::uint64_t value, std::uint64_t range)
 {
     const double part = range == 0 ? 0.0 : static_cast<double>(std::min(value, range)) / static_cast<double>(range);
     const auto filled = static_cast<std::size_t>(part * static_cast<double>(barWidth));
-    return "[" + std::string(filled, '#') + std::string(barWidth - filled, '.') + "]";
+    return std::string("[").append(filled, '#').append(barWidth - filled, '.').append("]");
 }
 
 std::string grouped(double value)

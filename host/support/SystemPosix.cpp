@@ -59,7 +59,7 @@ void watchInterrupts()
 {
     struct sigaction action = {};
     action.sa_handler = noteInterrupt;
-    action.sa_flags = SA_RESETHAND | SA_RESTART;
+    action.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
     ::sigaction(SIGINT, &action, nullptr);
     ::sigaction(SIGTERM, &action, nullptr);
 }

@@ -129,11 +129,11 @@ TEST_F(ImportPosix, OtherProgramsReadTheResults)
     ASSERT_TRUE(second);
     ASSERT_TRUE(LibraryImport::moveArchivedTextures(*second, destination_, nullptr));
     for (const char* const judge : {"unzip -tqq", "7z t -bso0", "python3 -m zipfile -t"}) {
-        const test::ProgramRun run = test::runProgram(std::string(judge) + " '" + destination_.utf8() + "'");
+        const test::Verdict run = test::ask(std::string(judge) + " '" + destination_.utf8() + "'");
         EXPECT_EQ(run.status, 0) << judge << ": " << run.output;
     }
-    const std::string expected = test::runProgram("unzip -p '" + archive_.utf8() + "' library.calib | sha1sum").output;
-    EXPECT_EQ(test::runProgram("sha1sum < '" + first->utf8() + "'").output, expected);
+    const std::string expected = test::ask("unzip -p '" + archive_.utf8() + "' library.calib | sha1sum").output;
+    EXPECT_EQ(test::ask("sha1sum < '" + first->utf8() + "'").output, expected);
 }
 
 }  // namespace

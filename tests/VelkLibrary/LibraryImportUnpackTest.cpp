@@ -213,12 +213,26 @@ TEST_F(Unpack, ADamagedEntryIsLeftOut)
     EXPECT_EQ(namesOf(others_), "a.png");
 }
 
-TEST_F(Unpack, AnArchiveNamedLikeItsOutputs)
+TEST_F(Unpack, AnArchiveNamedLikeItsOutputsStays)
 {
     archive_ = folder_ / U"lib.zip";
-    ZipBuilder().add("a.png", "1").add("library.calib", "database").writeTo(archive_);
-    EXPECT_EQ(unpack().first, database_);
-    EXPECT_EQ(test::readFile(database_), "database");
+    for (const bool withOthers : {true, false}) {
+        ZipBuilder builder;
+        if (withOthers)
+            builder.add("a.png", "1");
+        builder.add("library.calib", "database").writeTo(archive_);
+        const auto [first, second] = unpack();
+        EXPECT_EQ(first, database_);
+        EXPECT_EQ(second.has_value(), withOthers);
+        EXPECT_EQ(test::readFile(database_), "database");
+        EXPECT_EQ(namesOf(archive_), withOthers ? "a.png library.calib" : "library.calib");
+    }
+    ZipBuilder().add("library.calib", "database").writeTo(database_);
+    const std::string bytes = test::readFile(database_);
+    archive_ = database_;
+    EXPECT_FALSE(unpack().first);
+    EXPECT_TRUE(test::readFile(database_) == bytes);
+    EXPECT_TRUE(unpack(true).first);
 }
 
 TEST_F(Unpack, NamesAreNotUsedOnDisk)

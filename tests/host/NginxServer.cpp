@@ -93,7 +93,7 @@ void NginxServer::writeConfiguration(const fileString& configuration, const file
     // Compression is asked for, as many installations have it; catalogs must stay out of it.
     text += "access_log off;\ngzip on;\ngzip_types *;\ngzip_min_length 1;\n";
     text += "include \"" + configuration.utf8() + "/velk-maps.conf\";\nserver {\n";
-    text += "listen 127.0.0.1:" + std::to_string(port_) + (secure_ ? " ssl" : "") + ";\n";
+    text += "listen 127.0.0.1:" + std::to_string(port_) + (secure_ ? " ssl http2" : "") + ";\n";
     if (secure_)
         text += "ssl_certificate \"" + certificate.utf8() + "\";\nssl_certificate_key \"" + key.utf8() + "\";\n";
     text += "include \"" + configuration.utf8() + "/velk-locations.conf\";\n}\n}\n";

@@ -37,8 +37,10 @@ TEST_F(PublishFolder, MustExistAndHoldSomething)
 TEST_F(PublishFolder, HasFoldersWhereFoldersBelong)
 {
     test::writeFileDeep(input(U"core"), "a file");
+    test::writeFileDeep(input(U"logos"), "a file");
     test::writePackedFile(input(U"bonus/sub/x.calibz"), "A", {});
-    EXPECT_THAT(problems(), ElementsAre("core: is no folder", "bonus/sub: is a folder; libraries stand side by side"));
+    EXPECT_THAT(problems(), ElementsAre("core: is no folder", "bonus/sub: is a folder; libraries stand side by side",
+                                        "logos: is no folder"));
 }
 
 // One record per installed file name, one archive of referenced files per stem.

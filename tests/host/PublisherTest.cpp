@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <functional>
 #include <thread>
 
 using testing::Contains;
@@ -227,24 +228,23 @@ TEST_F(Publisher, ShowsReadersTheOldOrTheNewEdition)
     write(0);
     publish();
     std::atomic<bool> done = false;
-    std::atomic<int> reads = 0;
-    const auto read = [&] {
-        while (!done) {
+    std::atomic<int> reads[2] = {0, 0};
+    const auto read = [&](std::atomic<int>& count) {
+        for (; !done; ++count) {
             const VelkHost::SiteTable seen = table();
             const auto& a = seen.libraries.at("a.calib");
             EXPECT_EQ(a.tag, seen.libraries.at("b.calib").tag);
             EXPECT_EQ(SHA1::fileContentsToSHA1Hex(VelkHost::storedFile(site(), a.stored)), a.tag);
-            ++reads;
         }
     };
-    std::thread first(read);
-    std::thread second(read);
+    std::thread first(read, std::ref(reads[0]));
+    std::thread second(read, std::ref(reads[1]));
     for (int edition = 1; edition < editions; ++edition) {
         write(edition);
-        const int before = reads;
+        const int before[2] = {reads[0], reads[1]};
         EXPECT_TRUE(publish().changed);
-        // An edition stays for two reads, as files stay for one more edition.
-        while (reads < before + 4)
+        // Files stay for one more edition: whoever has begun to read before this one comes to an end.
+        while (reads[0] < before[0] + 2 || reads[1] < before[1] + 2)
             std::this_thread::yield();
     }
     done = true;

@@ -24,6 +24,13 @@ ServedSite ServedSiteTest::served() const
             readFile(input(U"logos/Gro\u00DF/T\u00FCr 1.png"))};
 }
 
+VelkHost::ServiceOptions ServedSiteTest::options() const
+{
+    VelkHost::ServiceOptions options;
+    options.site = site();
+    return options;
+}
+
 VelkHost::ServiceCertificate ServedSiteTest::certificate(const TestAuthority& authority) const
 {
     const Certificate issued = authority.issue();

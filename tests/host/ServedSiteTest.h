@@ -17,6 +17,9 @@ protected:
     /// The files that serviceRequests() expects.
     ServedSite served() const;
 
+    /// To serve it with.
+    VelkHost::ServiceOptions options() const;
+
     /// Writes a certificate for 127.0.0.1 with its key, and the authority's own as "authority.crt".
     VelkHost::ServiceCertificate certificate(const TestAuthority& authority) const;
 };

@@ -134,14 +134,13 @@ std::vector<ServiceRequest> rangeRequests(const ServedSite& site)
     const std::string current = "\"" + site.coreTag + "\"";
     const std::size_t size = site.core.size();
     const auto range = [&](const char* name, const std::string& value, std::size_t first, std::size_t last) {
-        return ServiceRequest{
-            name,
-            "GET",
-            coreTarget,
-            {{"Range", value}},
-            206,
-            cache + length(last - first + 1) + part(first, last, size) + bytes + tag(site.coreTag),
-            site.core.substr(first, last - first + 1)};
+        return ServiceRequest{name,
+                              "GET",
+                              coreTarget,
+                              {{"Range", value}},
+                              206,
+                              cache + length(last - first + 1) + part(first, last, size) + bytes + tag(site.coreTag),
+                              site.core.substr(first, last - first + 1)};
     };
     const auto none = [&](const char* name, const std::string& value) {
         return ServiceRequest{

@@ -7,6 +7,7 @@
 #include <VelkCommon/Network/WebUtils.h>
 
 #include <atomic>
+#include <functional>
 #include <mutex>
 #include <thread>
 
@@ -18,16 +19,7 @@ using VelkHost::SiteService;
 
 namespace {
 
-class SiteServiceTest : public test::ServedSiteTest
-{
-protected:
-    ServiceOptions options() const
-    {
-        ServiceOptions options;
-        options.site = site();
-        return options;
-    }
-};
+using SiteServiceTest = test::ServedSiteTest;
 
 TEST_F(SiteServiceTest, AnswersAsTheTableSays)
 {
@@ -112,24 +104,24 @@ TEST_F(SiteServiceTest, ShowsReadersOneEditionWhileOthersArePublished)
     write(0);
     publish();
     std::atomic<bool> done = false;
-    std::atomic<int> reads = 0;
-    const auto read = [&](fileString target) {
-        for (; !done; ++reads) {
+    std::atomic<int> reads[2] = {0, 0};
+    const auto read = [&](const fileString& target, std::atomic<int>& count) {
+        for (; !done; ++count) {
             httplib::Client client("127.0.0.1", service.port());
             const auto answer = client.Get("/catalog?v=1&library=v.calib");
-            ASSERT_TRUE(answer);
-            ASSERT_EQ(answer->status, 200);
-            test::writeFile(target, answer->body);
-            EXPECT_EQ("\"" + test::hashOf(target) + "\"", answer->get_header_value("ETag"));
+            EXPECT_TRUE(answer && answer->status == 200);
+            test::writeFile(target, answer ? answer->body : std::string());
+            EXPECT_EQ("\"" + test::hashOf(target) + "\"", answer ? answer->get_header_value("ETag") : std::string());
         }
     };
-    std::thread first(read, folder() / U"first");
-    std::thread second(read, folder() / U"second");
+    std::thread first(read, folder() / U"first", std::ref(reads[0]));
+    std::thread second(read, folder() / U"second", std::ref(reads[1]));
     for (int edition = 1; edition < editions; ++edition) {
         write(edition);
-        const int before = reads;
+        const int before[2] = {reads[0], reads[1]};
         publish();
-        while (reads < before + 2)
+        // Files stay for one more edition: whoever has begun to read before this one comes to an end.
+        while (reads[0] < before[0] + 2 || reads[1] < before[1] + 2)
             std::this_thread::yield();
     }
     done = true;

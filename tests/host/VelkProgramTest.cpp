@@ -153,9 +153,7 @@ struct UsageCase
 };
 
 const UsageCase usageCases[] = {
-    {"UnknownCommand",
-     {"serch", "chair"},
-     "velk: there is no command \"serch\"\nThe commands are search, catalog, "},
+    {"UnknownCommand", {"serch", "chair"}, "velk: there is no command \"serch\"\nThe commands are search, catalog, "},
     {"UnknownOption", {"search", "chair", "--bar"}, "--bar"},
     {"NoText", {"search"}, "TEXT (what to look for) or --id is required"},
     {"NoCatalogCommand", {"catalog"}, "See \"velk catalog --help\""},
@@ -239,29 +237,6 @@ TEST_F(VelkProgram, SaysWhyABuildFails)
     EXPECT_THAT(errors({"catalog", "build", "t.sh3f", "-o", "none/x.calib"}),
                 StartsWith("velk: none/x.calib: cannot be written"));
     EXPECT_FALSE((folder() / U"x.calib").pathExists());
-}
-
-TEST_F(VelkProgram, GivesATourOfTheSample)
-{
-    const ProgramRun run = velk({"tour", "--sample", "-o", "my tour"});
-    EXPECT_EQ(run.exitCode, 0) << run.errors;
-    EXPECT_THAT(run.output, HasSubstr("(door OR window) -garage"));
-    EXPECT_THAT(run.output, HasSubstr("T\u00FCr OR Fenster"));
-    EXPECT_THAT(run.output, HasSubstr("--legacy"));
-    EXPECT_THAT(run.output, testing::Not(HasSubstr("\n0 hits")));
-    EXPECT_EQ(VelkHost::readCatalog(folder() / U"my tour/de/sample.calib", VelkHost::CatalogContent::Names).language,
-              "de");
-}
-
-TEST_F(VelkProgram, GivesATourOfFurnitureLibraries)
-{
-    FileUtils::createDirectoriesWithPerm(folder() / U"furniture");
-    EXPECT_EQ(velk({"tour", "furniture", "-o", "out"}).exitCode, 4);
-    writeFurniture(U"furniture/t.sh3f");
-    const ProgramRun run = velk({"tour", "furniture", "-o", "out"});
-    EXPECT_EQ(run.exitCode, 0) << run.errors;
-    EXPECT_THAT(run.output, HasSubstr("t.calib: Test (de), 2 items"));
-    EXPECT_THAT(run.output, HasSubstr("T\u00FCr   Test \u203A Raum"));
 }
 
 #ifdef __linux__

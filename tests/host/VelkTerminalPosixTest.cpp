@@ -128,4 +128,14 @@ TEST_F(VelkAtATerminal, SaysThatAFolderTakesNoFile)
     EXPECT_THAT(run.screen, HasSubstr("velk: /proc/sample.calib: cannot be written"));
 }
 
+TEST_F(VelkAtATerminal, ShowsHowFarAnUnpackIs)
+{
+    test::writeZip(folder() / U"packed.calibz", {{"picture.png", "x"}, {"packed.calib", "database"}});
+    const TerminalRun run = velk("unpack packed.calibz -o out");
+    EXPECT_EQ(run.exitCode, 0) << run.screen;
+    EXPECT_THAT(run.screen, HasSubstr("[####################] 100 of 100"));
+    EXPECT_THAT(run.screen, HasSubstr("packed.zip: 0 KB, 1 entries"));
+    EXPECT_THAT(velk("unpack packed.calibz -o out", 200, {"TERM=dumb"}).screen, Not(HasSubstr("100 of 100")));
+}
+
 }  // namespace

@@ -16,14 +16,14 @@ std::string describeZip(const fileString& path)
         "for i in zipfile.ZipFile(sys.argv[1]).infolist():\n"
         "    print([i.orig_filename, i.compress_type, i.CRC, i.compress_size, i.file_size, i.date_time, i.flag_bits,\n"
         "           i.external_attr, i.internal_attr, i.create_system, i.create_version, i.extra, i.comment])\n";
-    const ProgramRun run = runProgram("python3 -c '" + program + "' '" + path.utf8() + "'");
+    const Verdict run = ask("python3 -c '" + program + "' '" + path.utf8() + "'");
     EXPECT_EQ(run.status, 0) << run.output;
     return run.output;
 }
 
-ProgramRun runProgram(const std::string& line)
+Verdict ask(const std::string& line)
 {
-    ProgramRun run;
+    Verdict run;
     std::FILE* const pipe = ::popen(("(" + line + ") 2>&1 </dev/null").c_str(), "r");
     if (pipe == nullptr) {
         ADD_FAILURE() << "cannot run " << line;

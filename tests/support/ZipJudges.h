@@ -14,12 +14,12 @@ namespace test {
 std::string describeZip(const fileString& path);
 
 /// What a program prints, and how it ends. Fails the test when it cannot be run.
-struct ProgramRun
+struct Verdict
 {
     int status = -1;
     std::string output;
 };
 /// Runs a line of the shell, with standard error in the output.
-ProgramRun runProgram(const std::string& line);
+Verdict ask(const std::string& line);
 
 }  // namespace test

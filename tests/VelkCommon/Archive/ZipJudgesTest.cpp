@@ -22,7 +22,7 @@ protected:
     static void expectSound(const fileString& archive)
     {
         for (const char* const judge : {"unzip -tqq", "7z t -bso0", "python3 -m zipfile -t"}) {
-            const test::ProgramRun run = test::runProgram(std::string(judge) + " '" + archive.utf8() + "'");
+            const test::Verdict run = test::ask(std::string(judge) + " '" + archive.utf8() + "'");
             EXPECT_EQ(run.status, 0) << judge << ": " << run.output;
             EXPECT_EQ(run.output.find("WARN"), std::string::npos) << judge << ": " << run.output;
         }
@@ -31,7 +31,7 @@ protected:
     // Everything that Info-ZIP knows of each entry, but for where it is.
     static std::string described(const fileString& archive)
     {
-        std::string text = test::runProgram("unzip -Zv '" + archive.utf8() + "'").output;
+        std::string text = test::ask("unzip -Zv '" + archive.utf8() + "'").output;
         text.erase(0, text.find("Central directory entry #1"));
         return std::regex_replace(text, std::regex("  offset of local header[^\n]*\n[^\n]*\n"), "");
     }
@@ -153,7 +153,7 @@ TEST_F(ZipJudges, ArchivesOfOtherPrograms)
     for (const std::string& writer : writers) {
         FileUtils::removePath(source_, 0);
         FileUtils::removePath(copy_, 0);
-        const test::ProgramRun run = test::runProgram("cd '" + folder + "' && " + writer);
+        const test::Verdict run = test::ask("cd '" + folder + "' && " + writer);
         ASSERT_EQ(run.status, 0) << run.output;
         ASSERT_TRUE(copyAll(source_, copy_)) << writer;
         EXPECT_EQ(described(copy_), described(source_)) << writer;

@@ -301,7 +301,7 @@ TEST_F(ZipReading, ManyThreadsReadOneArchiveEach)
     for (int i = 0; i < threads; ++i) {
         const fileString path = at(U"own") + fileString(std::to_string(i));
         ZipBuilder().add(item(test::noise(50'000, static_cast<unsigned>(i)), true)).writeTo(path);
-        readers.emplace_back([this, path, i, &right] {
+        readers.emplace_back([path, i, &right] {
             for (int round = 0; round < 20; ++round) {
                 bool same = false;
                 walk(path, [&](const fileString& name, const ZipHandle&, ZipUtils::ZipRawDataInfo*) {

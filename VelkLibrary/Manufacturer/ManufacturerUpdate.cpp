@@ -1,0 +1,109 @@
+#include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Files/PathUtils.h>
+#include <VelkCommon/Network/Curl.h>
+#include <VelkCommon/Text/StringConvert.h>
+#include <VelkCommon/Text/StringUtils.h>
+#include <VelkCommon/Text/TimeText.h>
+#include <VelkLibrary/ErrorLog.h>
+#include <VelkLibrary/Manufacturer/ManufacturerManager.h>
+#include <VelkLibrary/Manufacturer/detail/ManufacturerDataFile.h>
+#include <VelkLibrary/detail/DataFile.h>
+#include <VelkLibrary/detail/ModuleStatics.h>
+#include <VelkLibrary/detail/PlainFileName.h>
+
+#include <algorithm>
+#include <array>
+#include <mutex>
+#include <string>
+#include <utility>
+
+namespace {
+
+constexpr const char32_t* logoPathParameter = U"&logo-path=";
+
+// The service takes and gives Windows-1252.
+bool fetch(const fileString& url, const fileString& target)
+{
+    std::string reason;
+    return Curl::get().download_to_location(StringConvert::toWin1252(url.unicodeString()), target, reason);
+}
+
+void removeLogo(const Manufacturer& card)
+{
+    if (Library::detail::isSafeLogoName(card.getManufacturerLogoName()))
+        FileUtils::removePath(card.getManufacturerFullLogoName(), FileUtils::overrideReadOnly);
+}
+
+void fetchLogo(const Manufacturer& card, const fileString& logoUrl)
+{
+    if (Library::detail::isSafeLogoName(card.getManufacturerLogoName()))
+        fetch(logoUrl + fileString(std::u32string(logoPathParameter)) + card.getManufacturerLogoName(),
+              card.getManufacturerFullLogoName());
+}
+
+}  // namespace
+
+namespace Library::detail {
+
+bool isSafeLogoName(const fileString& name)
+{
+    const std::array<fileString, 5> ownFiles{manufacturerDataFileName, manufacturerDataTemporaryFileName,
+                                             catalogHashFileName, std::u32string(filterFileName),
+                                             ErrorLog::file().stemWithExtension()};
+    const auto lowered = StringUtils::toLowerUtf8(name.utf8());
+    const auto isName = [&](const fileString& own) { return StringUtils::toLowerUtf8(own.utf8()) == lowered; };
+    return isPlainFileName(name.utf8()) && std::none_of(ownFiles.begin(), ownFiles.end(), isName);
+}
+
+}  // namespace Library::detail
+
+void ManufacturerManager::checkForManufacturerUpdates(const std::u32string& dataUrl, const std::u32string& logoUrl)
+{
+    try {
+        const fileString downloaded = PathUtils::getObject().getManufacturerDataPath() +
+                                      fileString(Library::detail::manufacturerDataTemporaryFileName);
+        if (FileUtils::pathExists(downloaded))
+            FileUtils::removePath(downloaded, FileUtils::overrideReadOnly);
+        if (!fetch(fileString(dataUrl), downloaded))
+            return;
+        update(downloaded, logoUrl);
+        FileUtils::removePath(downloaded, FileUtils::overrideReadOnly);
+    } catch (...) {
+        // For want of memory. The cards are the old ones or the new ones; the next update removes the file.
+    }
+}
+
+void ManufacturerManager::update(const fileString& downloadedFile, const std::u32string& logoUrl)
+{
+    Cards downloaded;
+    Time fileTime = Library::detail::earliestTime();
+    std::u32string defaultText;
+    readDataFile(downloadedFile, downloaded, fileTime, defaultText);
+    if (!(*lastModified_ < fileTime))
+        return;
+    fetchLogos(downloaded, logoUrl);
+    takeOver(std::move(downloaded), std::move(defaultText));
+    *lastModified_ = Library::getTimeNow();
+    writeDataFile();
+}
+
+void ManufacturerManager::fetchLogos(const Cards& downloaded, const std::u32string& logoUrl) const
+{
+    for (const auto& [id, card] : downloaded) {
+        const auto held = manufacturers_.find(id);
+        if (held != manufacturers_.end()) {
+            if (!(held->second.getLastModified() < card.getLastModified()))
+                continue;
+            removeLogo(held->second);
+        }
+        fetchLogo(card, fileString(logoUrl));
+    }
+}
+
+// Lookups go on while an update runs.
+void ManufacturerManager::takeOver(Cards cards, std::u32string defaultText)
+{
+    const std::lock_guard lock(Library::detail::manufacturerManagerMutex);
+    manufacturers_.swap(cards);
+    defaultText_ = std::move(defaultText);
+}

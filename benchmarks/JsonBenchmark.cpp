@@ -1,0 +1,310 @@
+// How fast the data files are read and written, and Base64 coded, beside other libraries, as one table with
+// what is demanded (gate) and what is aimed at (target). Arguments: folders to look for furniture libraries
+// in, whose makers stand on the cards.
+#include "JsonPeers.h"
+#include "LibraryNames.h"
+#include "Measures.h"
+
+#include <VelkCommon/Files/PathUtils.h>
+#include <VelkCommon/HostServices.h>
+#include <VelkCommon/Text/StringConvert.h>
+#include <VelkCommon/Text/TimeText.h>
+#include <VelkLibrary/Base64.h>
+#include <VelkLibrary/JsonReader.h>
+#include <VelkLibrary/LibraryFilterManager.h>
+#include <VelkLibrary/Manufacturer/ManufacturerManager.h>
+
+#include <QThread>
+
+#include <boost/date_time/posix_time/posix_time_types.hpp>
+
+#include <openssl/evp.h>
+
+#include <malloc.h>
+
+#include <chrono>
+#include <cstdio>
+#include <ctime>
+#include <filesystem>
+#include <functional>
+#include <iterator>
+#include <limits>
+#include <map>
+#include <random>
+#include <set>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using bench::Measure;
+
+constexpr long cardCount = 20'000;
+constexpr long filterCount = 10'000;
+constexpr int rounds = 15;
+constexpr double noLimit = std::numeric_limits<double>::infinity();
+
+// ---- Time ----------------------------------------------------------------------------------------
+
+// Processor time of this process: the machine may have other things to do.
+double milliseconds()
+{
+    struct timespec time = {};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+}
+
+// Least times of works that take turns, by their names. Each begins with a heap in order, as a program does
+// that reads its data files at its start: what the last one left in the allocator would count for the next.
+class Turns
+{
+public:
+    void add(const std::string& name, std::function<void()> work) { works_[name] = std::move(work); }
+
+    void run()
+    {
+        for (int round = 0; round < rounds; ++round)
+            for (const auto& [name, work] : works_) {
+                malloc_trim(0);
+                const double begin = milliseconds();
+                work();
+                const double time = milliseconds() - begin;
+                double& least = least_.try_emplace(name, noLimit).first->second;
+                least = std::min(least, time);
+            }
+    }
+
+    double of(const std::string& name) const { return least_.at(name); }
+    const std::map<std::string, double>& all() const { return least_; }
+
+private:
+    std::map<std::string, std::function<void()>> works_;
+    std::map<std::string, double> least_;
+};
+
+// ---- Data ----------------------------------------------------------------------------------------
+
+// Folders of a host for as long as the measuring takes.
+class Folders
+{
+public:
+    Folders() : path_(fs::temp_directory_path() / ("velk-bench-" + std::to_string(std::random_device{}())))
+    {
+        Velk::HostServices host;
+        for (fileString* const folder : {&host.folders.manufacturerData, &host.folders.coreLibraryDatabase}) {
+            const fs::path name = path_ / (folder == &host.folders.manufacturerData ? "manufacturers" : "core");
+            fs::create_directories(name);
+            *folder = fileString(name.string());
+        }
+        Velk::installHost(std::move(host));
+    }
+    ~Folders() { fs::remove_all(path_); }
+    Folders(const Folders&) = delete;
+    Folders& operator=(const Folders&) = delete;
+
+    fileString operator/(const char* name) const { return fileString((path_ / name).string()); }
+
+private:
+    fs::path path_;
+};
+
+// Who made the furniture; made-up names where there are no libraries.
+std::vector<std::string> makers(const std::vector<std::string>& folders)
+{
+    std::set<std::string> names;
+    for (const bench::Entry& entry : bench::readLibraries(folders))
+        if (!entry.creator.empty())
+            names.insert(entry.creator);
+    if (names.empty()) {
+        std::fprintf(stderr, "No furniture libraries: the makers on the cards are made up.\n");
+        names = {"Acme Doors",
+                 "K\xC3\xBC"
+                 "chen Meyer",
+                 "Belt & Sons"};
+    }
+    return {names.begin(), names.end()};
+}
+
+std::map<long, Manufacturer> makeCards(const std::vector<std::string>& makers)
+{
+    std::map<long, Manufacturer> cards;
+    const auto begin = Library::fromString<boost::posix_time::ptime>("20240101T080000.5");
+    for (long id = 0; id < cardCount; ++id) {
+        const std::string number = std::to_string(id);
+        const auto wide = [](const std::string& text) { return StringConvert::toUnicodeFromUtf8(text); };
+        const std::string& maker = makers[static_cast<std::size_t>(id) % makers.size()];
+        cards.emplace(
+            id, Manufacturer(wide(maker + " " + number), wide("https://www.maker" + number + ".example/furniture"),
+                             id % 3 == 0 ? U"default" : wide("+49 30 555 " + number), U"default",
+                             fileString("maker" + number + ".png"), wide("info@maker" + number + ".example"),
+                             id % 17 == 0, begin + boost::posix_time::minutes(id)));
+    }
+    return cards;
+}
+
+std::vector<LibraryFilter> makeFilters(const std::string& name)
+{
+    std::vector<LibraryFilter> filters;
+    for (long id = 0; id < filterCount; ++id) {
+        std::vector<std::string> ids;
+        for (long i = 0; i < 5; ++i)
+            ids.push_back("lib-" + name + "-" + std::to_string(id * 5 + i));
+        // Every third name is taken, so that a number has to be found.
+        filters.emplace_back(id % 3 == 0 ? "Filter" : "Filter " + name + " " + std::to_string(id), id, std::move(ids));
+    }
+    return filters;
+}
+
+std::string readFile(const fileString& path)
+{
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.utf8().c_str(), "rb"), std::fclose);
+    std::string text(static_cast<std::size_t>(fs::file_size(path.utf8())), '\0');
+    text.resize(std::fread(text.data(), 1, text.size(), file.get()));
+    return text;
+}
+
+// The document in `text` as the writer has it; all of our data files hold only such values.
+json_writer::Object toDocument(const json::grammar<char>::object_type& members)
+{
+    json_writer::Object object;
+    for (const auto& [key, value] : members)
+        if (const auto* const text = boost::any_cast<std::string>(value.get()))
+            object.add_element(key, *text);
+        else if (const auto* const number = boost::any_cast<int>(value.get()))
+            object.add_element(key, *number);
+        else if (const auto* const flag = boost::any_cast<bool>(value.get()))
+            object.add_element(key, *flag);
+        else
+            object.add_element(key, toDocument(boost::any_cast<const json::grammar<char>::object_type&>(*value)));
+    return object;
+}
+
+// ---- Measures ------------------------------------------------------------------------------------
+
+void measureReading(const std::string& text, std::vector<Measure>& table)
+{
+    Turns turns;
+    for (const bench::JsonReader& reader : bench::jsonReaders())
+        turns.add(reader.name, [&text, reader] { reader.read(text); });
+    turns.run();
+    std::printf("%ld cards, %.1f MB, read and freed:\n", cardCount, static_cast<double>(text.size()) / 1e6);
+    for (const auto& [name, time] : turns.all())
+        std::printf("  %-14s %7.1f ms\n", name.c_str(), time);
+    const double own = turns.of("own");
+    table.push_back({"read and free, to nlohmann's time", own / turns.of("nlohmann"), 1, 1, false, "x"});
+    table.push_back({"read and free, to a plain Spirit grammar's", own / turns.of("Spirit"), 1, 1, false, "x"});
+    table.push_back({"read and free, to a hand-written reader's", own / turns.of("by hand"), noLimit, 1.2, false, "x"});
+}
+
+void measureCards(const std::string& text, const fileString& path, std::vector<Measure>& table)
+{
+    Turns turns;
+    turns.add("document", [&] { json::read(text); });
+    turns.add("file", [&] { readFile(path); });
+    turns.add("all", [] {
+        ManufacturerManager::getManufacturerManager();
+        ManufacturerManager::cleanup();
+    });
+    turns.run();
+    const double cards = turns.of("all") - turns.of("document") - turns.of("file");
+    std::printf("data file to cards: %.1f ms in all\n", turns.of("all"));
+    table.push_back({"document to cards, to the reading's time", cards / turns.of("document"), 0.5, 0.5, false, "x"});
+}
+
+void measureWriting(const std::string& text, std::vector<Measure>& table)
+{
+    const auto root = json::read(text);
+    const auto document = toDocument(boost::any_cast<const json::grammar<char>::object_type&>(*root));
+    Turns turns;
+    turns.add("own", [&] { json_writer::to_text(document); });
+    turns.add("RapidJSON", [&] { bench::writtenByRapidJson(document); });
+    turns.run();
+    std::printf("written: own %.1f ms, RapidJSON %.1f ms\n", turns.of("own"), turns.of("RapidJSON"));
+    table.push_back({"write, to RapidJSON's time", turns.of("own") / turns.of("RapidJSON"), 5, 1.5, false, "x"});
+}
+
+void measureMerging(const Folders& folders, std::vector<Measure>& table)
+{
+    using Clock = std::chrono::steady_clock;
+    LibraryFilterManager& manager = LibraryFilterManager::getLibraryFilterManager();
+    const fileString target = folders / "filters.json";
+    manager.setLibraryFilters(makeFilters("there"));
+    manager.mergeFilters(target);
+    manager.setLibraryFilters(makeFilters("new"));
+    const auto begin = Clock::now();
+    const bool merged = manager.mergeFilters(target);
+    const std::chrono::duration<double> seconds = Clock::now() - begin;
+    const bool complete = merged && manager.getLibraryFilters().size() == 2U * filterCount;
+    table.push_back({"merge of 10,000 filters into 10,000", complete ? seconds.count() : noLimit, 1, 0.5, false, "s"});
+}
+
+void measureDepth(std::vector<Measure>& table)
+{
+    constexpr unsigned smallStack = 1U << 20;
+    double time = noLimit;
+    QThread* const thread = QThread::create([&time] {
+        const std::string text(1'000'000, '[');
+        for (int round = 0; round < rounds; ++round) {
+            const double begin = milliseconds();
+            if (!json::read(text)->empty())
+                return;
+            time = std::min(time, milliseconds() - begin);
+        }
+    });
+    thread->setStackSize(smallStack);
+    thread->start();
+    thread->wait();
+    delete thread;
+    table.push_back({"refusal of a million '[' on a 1 MiB stack", time, 10, 1, false, "ms"});
+}
+
+void measureBase64(std::vector<Measure>& table)
+{
+    constexpr std::size_t size = 3U << 20;
+    std::mt19937 random(1);
+    std::vector<unsigned char> bytes(size);
+    for (unsigned char& byte : bytes)
+        byte = static_cast<unsigned char>(random());
+    const std::string text = Base64::encode(bytes);
+    const auto input = [](const std::string& coded) { return reinterpret_cast<const unsigned char*>(coded.data()); };
+    Turns turns;
+    turns.add("encode", [&] { Base64::encode(bytes); });
+    turns.add("decode", [&] { Base64::decode(text); });
+    // With the memory that the result needs, as ours.
+    turns.add("OpenSSL encode", [&] {
+        std::vector<unsigned char> result(text.size() + 1);
+        EVP_EncodeBlock(result.data(), bytes.data(), static_cast<int>(bytes.size()));
+    });
+    turns.add("OpenSSL decode", [&] {
+        std::vector<unsigned char> result(bytes.size() + 4);
+        EVP_DecodeBlock(result.data(), input(text), static_cast<int>(text.size()));
+    });
+    turns.run();
+    table.push_back(
+        {"Base64 encode, to OpenSSL's time", turns.of("encode") / turns.of("OpenSSL encode"), 1.2, 1.2, false, "x"});
+    table.push_back(
+        {"Base64 decode, to OpenSSL's time", turns.of("decode") / turns.of("OpenSSL decode"), 1.5, 1.5, false, "x"});
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments)
+{
+    const Folders folders;
+    std::map<long, Manufacturer> cards = makeCards(makers({arguments + 1, arguments + argumentCount}));
+    ManufacturerManager::getManufacturerManager().saveModifiedManufacturers(cards, U"See the maker's web site");
+    const fileString path =
+        PathUtils::getObject().getManufacturerDataPath() + fileString(std::string("manufacturer_data.json"));
+    const std::string text = readFile(path);
+    ManufacturerManager::cleanup();
+
+    std::vector<Measure> table;
+    measureReading(text, table);
+    measureCards(text, path, table);
+    measureWriting(text, table);
+    measureMerging(folders, table);
+    measureDepth(table);
+    measureBase64(table);
+    std::printf("\n");
+    return bench::printMeasures(table) ? 0 : 1;
+}

@@ -1,0 +1,33 @@
+// Reads any bytes as JSON, beside a strict reader: what that one takes, we take, and we read it the same.
+#include "VelkLibrary/Json/JsonOracle.h"
+
+#include "Check.h"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace {
+
+// Ten digits in a row: an integer that may be beyond 32 bits, and hidden by an equal key later on.
+bool mayHoldWideInteger(const std::string& text)
+{
+    std::size_t digits = 0;
+    for (const char character : text) {
+        digits = character >= '0' && character <= '9' ? digits + 1 : 0;
+        if (digits >= 10)
+            return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    const std::string text(reinterpret_cast<const char*>(data), size);
+    if (test::isShallow(text))
+        fuzz::check(test::disagreement(text, !mayHoldWideInteger(text)).empty(), "both read the same");
+    else
+        json::read(text);
+    return 0;
+}

@@ -1,0 +1,170 @@
+#include "host/command/PackCommand.h"
+
+#include "host/catalog/CatalogError.h"
+#include "host/catalog/CatalogFolder.h"
+#include "host/catalog/SourceFile.h"
+#include "host/command/ExitCode.h"
+#include "host/support/DisplayText.h"
+#include "host/support/ProgressLine.h"
+#include "host/support/ShownProgress.h"
+#include "host/support/System.h"
+
+#include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Text/StringUtils.h>
+
+#include <CLI/CLI.hpp>
+#include <zip.h>
+
+#include <limits>
+#include <memory>
+
+namespace VelkHost {
+namespace {
+
+constexpr const char* examples = R"(Examples:
+  velk catalog pack house.calib --files textures -o house.calibz
+
+Every file below the folder goes in, under its path there.
+Exit codes: 0 written, 2 wrong command line, 4 it could not be packed, 7 cancelled
+by Ctrl-C. Then an older target stays as it was.)";
+
+constexpr std::size_t maximumDepth = 100;  // of folders below each other
+
+struct PackArguments
+{
+    std::string catalog;
+    std::string folder;
+    std::string target;
+};
+
+/// A file with its name in the archive.
+struct PackedFile
+{
+    fileString path;
+    std::string name;
+};
+
+// ---- What goes in --------------------------------------------------------------------------------
+
+void collect(const fileString& folder, const std::string& prefix, std::size_t depth, const fileString& target,
+             std::vector<PackedFile>& files)
+{
+    if (depth > maximumDepth)
+        throw CatalogError(folder, "has too many folders below each other; does a link lead back?");
+    for (const FolderEntry& entry : folderEntries(folder)) {
+        const fileString path = folder / entry.name;
+        const std::string name = prefix + entry.name.utf8();
+        if (entry.isFolder)
+            collect(path, name + "/", depth + 1, target, files);
+        else if (path.extension() == fileString(std::string(".calib")))
+            throw CatalogError(path, "is another library; a packed library holds exactly one");
+        else if (path != target)
+            files.push_back({path, name});
+    }
+}
+
+std::vector<PackedFile> filesFor(const PackArguments& arguments, const fileString& target)
+{
+    const fileString catalog(fromParser(arguments.catalog));
+    requireFile(catalog, std::numeric_limits<std::uint64_t>::max());
+    if (catalog.extension() != fileString(std::string(".calib")))
+        throw CatalogError(catalog, "is no library; its name must end with \".calib\"");
+    std::vector<PackedFile> files{{catalog, catalog.stemWithExtension().utf8()}};
+    const fileString folder(fromParser(arguments.folder));
+    if (!isFolder(folder))
+        throw CatalogError(folder, "is no folder");
+    collect(folder, {}, 0, target, files);
+    return files;
+}
+
+// ---- Writing -------------------------------------------------------------------------------------
+
+struct Discard
+{
+    void operator()(zip_t* archive) const { zip_discard(archive); }
+};
+using Archive = std::unique_ptr<zip_t, Discard>;
+
+void showShare(zip_t*, double share, void* line)
+{
+    constexpr double wholeRange = 100;
+    static_cast<ProgressLine*>(line)->setValue(static_cast<std::uint64_t>(share * wholeRange));
+}
+
+int isInterrupted(zip_t*, void*)
+{
+    return interrupted() ? 1 : 0;
+}
+
+void addFile(zip_t* archive, const PackedFile& file)
+{
+    zip_source_t* const source = zip_source_file(archive, file.path.utf8().c_str(), 0, -1);
+    if (source == nullptr)
+        throw CatalogError(file.path, std::string("cannot be read (") + zip_strerror(archive) + ")");
+    if (zip_file_add(archive, file.name.c_str(), source, ZIP_FL_ENC_UTF_8) < 0) {
+        zip_source_free(source);
+        throw CatalogError(file.path, std::string("cannot be packed (") + zip_strerror(archive) + ")");
+    }
+}
+
+void write(const std::vector<PackedFile>& files, const fileString& target, Output& output)
+{
+    constexpr double precision = 0.005;  // of the whole, between two looks at the progress
+    int code = 0;
+    Archive archive(zip_open(target.utf8().c_str(), ZIP_CREATE | ZIP_TRUNCATE, &code));
+    if (!archive)
+        throw CatalogError(target, "cannot be written");
+    for (const PackedFile& file : files)
+        addFile(archive.get(), file);
+    ProgressLine line(output);
+    line.setText("Packing " + std::to_string(files.size()) + " files");
+    line.begin(100);
+    watchInterrupts();
+    zip_register_progress_callback_with_state(archive.get(), precision, &showShare, nullptr, &line);
+    zip_register_cancel_callback_with_state(archive.get(), &isInterrupted, nullptr, nullptr);
+    if (zip_close(archive.get()) != 0) {
+        if (interrupted())
+            throw Interrupted();
+        throw CatalogError(target, std::string("cannot be packed (") + zip_strerror(archive.get()) + ")");
+    }
+    static_cast<void>(archive.release());
+}
+
+int run(const PackArguments& arguments, Output& output)
+{
+    const fileString target(fromParser(arguments.target));
+    try {
+        const std::vector<PackedFile> files = filesFor(arguments, target);
+        write(files, target, output);
+        constexpr double bytesPerKilobyte = 1'000;
+        const auto bytes = static_cast<double>(FileUtils::fileSize(target));
+        output.write(printableUtf8(target.humanReadableString()) + ": a library and " +
+                     std::to_string(files.size() - 1) + " files, " +
+                     formatWithThousandsSeparatorPrecision(bytes / bytesPerKilobyte, 0) + " KB\n");
+        return static_cast<int>(ExitCode::Success);
+    } catch (const CatalogError& error) {
+        output.error(error.what());
+        return static_cast<int>(ExitCode::BuildFailed);
+    } catch (const Interrupted&) {
+        output.error("cancelled");
+        return static_cast<int>(ExitCode::Cancelled);
+    }
+}
+
+}  // namespace
+
+void addPackCommand(CLI::App& catalog, Output& output, Action& action)
+{
+    CLI::App* const command = catalog.add_subcommand("pack", "Pack a .calib file with its other files (.calibz)");
+    const auto arguments = std::make_shared<PackArguments>();
+    command->add_option("FILE", arguments->catalog, "The library (.calib)")->required();
+    command->add_option("--files", arguments->folder, "The folder of its textures and other files")
+        ->required()
+        ->type_name("DIR");
+    command->add_option("-o,--output", arguments->target, "The packed library to write")->required()->type_name("FILE");
+    command->footer(examples);
+    command->callback(
+        [arguments, &output, &action] { action = [arguments, &output] { return run(*arguments, output); }; });
+}
+
+}  // namespace VelkHost

@@ -1,0 +1,83 @@
+#include "host/catalog/CatalogError.h"
+#include "host/command/CommandLine.h"
+#include "host/command/ExitCode.h"
+#include "host/support/DisplayText.h"
+#include "host/support/ShownProgress.h"
+#include "host/support/System.h"
+
+#include <VelkCommon/Archive/ZipUtils.h>
+#include <VelkCommon/Files/FileReaper.h>
+#include <VelkCommon/Files/FileUtils.h>
+#include <VelkLibrary/LibraryImport.h>
+
+#include <CLI/CLI.hpp>
+
+#include <memory>
+
+namespace VelkHost {
+namespace {
+
+constexpr const char* examples = R"(Examples:
+  velk textures merge house.zip textures/house.zip
+
+What both archives hold stays as DEST has it. SOURCE is kept.
+Exit codes: 0 merged, 2 wrong command line, 4 they could not be merged, 7 cancelled
+by Ctrl-C. Then DEST is as it was.)";
+
+struct MergeArguments
+{
+    std::string source;
+    std::string destination;
+};
+
+void merge(const fileString& source, const fileString& destination, Output& output)
+{
+    if (!source.pathExists())
+        throw CatalogError(source, "there is no such file");
+    if (ZipUtils::getSizeOfArchive(source) == 0)
+        throw CatalogError(source, "is no readable zip archive, or has no entries");
+    if (destination.pathExists() && !ZipUtils::canAddToArchive(destination))
+        throw CatalogError(destination, "is no zip archive that can be added to");
+    // The library's operation takes its source away.
+    fileString copy;
+    copy.generateAsTempName(ZipUtils::getExtension());
+    const FileReaper reaper(copy);
+    ShownProgress progress(output, ShownProgress::Cancel::thrown);
+    if (!FileUtils::copyFile(source, copy, true) || !LibraryImport::moveArchivedTextures(copy, destination, &progress))
+        throw CatalogError(destination,
+                           "could not be merged with " + source.humanReadableString() + "; it is as it was");
+}
+
+int run(const MergeArguments& arguments, Output& output)
+{
+    const fileString destination(fromParser(arguments.destination));
+    try {
+        merge(fileString(fromParser(arguments.source)), destination, output);
+        output.write(printableUtf8(destination.humanReadableString()) + ": " +
+                     std::to_string(ZipUtils::getSizeOfArchive(destination)) + " entries\n");
+        return static_cast<int>(ExitCode::Success);
+    } catch (const CatalogError& error) {
+        output.error(error.what());
+        return static_cast<int>(ExitCode::BuildFailed);
+    } catch (const Interrupted&) {
+        output.error("cancelled");
+        return static_cast<int>(ExitCode::Cancelled);
+    }
+}
+
+}  // namespace
+
+void addTexturesCommand(CLI::App& app, Output& output, Action& action)
+{
+    CLI::App* const textures = app.add_subcommand("textures", "Put archives of textures in place (.zip)");
+    textures->require_subcommand(1);
+    CLI::App* const command = textures->add_subcommand("merge", "Add an archive's entries to another");
+    const auto arguments = std::make_shared<MergeArguments>();
+    command->add_option("SOURCE", arguments->source, "The archive to take entries from")->required();
+    command->add_option("DEST", arguments->destination, "The archive to add them to; made when missing")->required();
+    command->footer(examples);
+    command->callback(
+        [arguments, &output, &action] { action = [arguments, &output] { return run(*arguments, output); }; });
+}
+
+}  // namespace VelkHost

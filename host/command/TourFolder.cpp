@@ -1,0 +1,41 @@
+#include "host/command/TourFolder.h"
+
+#include "host/catalog/CatalogError.h"
+#include "host/catalog/CatalogFolder.h"
+
+#include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Files/ReplacementFile.h>
+
+#include <QDir>
+
+namespace VelkHost {
+namespace {
+
+// Removing takes absolute paths only.
+fileString absolutePath(const fileString& folder)
+{
+    return fileString(QDir(QString::fromStdString(folder.utf8())).absolutePath().toStdString());
+}
+
+}  // namespace
+
+fileString freshTourFolder(const fileString& folder)
+{
+    makeFolder(folder);
+    const fileString mark = folder / U"made-by-velk-tour.txt";
+    for (const char32_t* name : {U"content", U"site", U"home"}) {
+        const fileString part = folder / fileString(std::u32string(name));
+        if (!part.pathExists())
+            continue;
+        if (!mark.pathExists())
+            throw CatalogError(part, "is there already, and was not made by a tour; choose another folder");
+        if (!FileUtils::removeDirectoryAndFiles(absolutePath(part), FileUtils::overrideReadOnly))
+            throw CatalogError(part, "cannot be removed");
+    }
+    ReplacementFile file(mark);
+    if (!file.write("\"velk tour\" makes the folders content, site and home here anew each time.\n") || !file.commit())
+        throw CatalogError(mark, "cannot be written");
+    return folder;
+}
+
+}  // namespace VelkHost

@@ -1,0 +1,165 @@
+#include "host/catalog/CatalogError.h"
+#include "host/catalog/CatalogFolder.h"
+#include "host/command/CommandLine.h"
+#include "host/command/ExitCode.h"
+#include "host/support/DisplayText.h"
+#include "host/support/ShownProgress.h"
+#include "host/support/System.h"
+
+#include <VelkCommon/Archive/ZipUtils.h>
+#include <VelkCommon/Files/FileReaper.h>
+#include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Network/Curl.h>
+#include <VelkCommon/Text/StringUtils.h>
+#include <VelkLibrary/LibraryImport.h>
+#include <VelkLibrary/detail/PlainFileName.h>
+
+#include <CLI/CLI.hpp>
+
+#include <memory>
+
+namespace VelkHost {
+namespace {
+
+constexpr const char* examples = R"(Examples:
+  velk unpack house.calibz                       makes house.calib and house.zip here
+  velk unpack house.calibz -o libraries
+  velk unpack https://content.example/house.calibz
+
+Exit codes: 0 unpacked, 2 wrong command line, 4 it could not be unpacked, 7 cancelled
+by Ctrl-C. Then nothing is left, and older files stay as they were.)";
+
+struct UnpackArguments
+{
+    std::string source;
+    std::string folder = ".";
+};
+
+// ---- Fetching ------------------------------------------------------------------------------------
+
+/// What the transfer tells.
+struct Transfer
+{
+    ProgressLine line;
+    bool begun = false;
+};
+
+int showTransfer(void* data, double toReceive, double received, double, double)
+{
+    constexpr double bytesPerKilobyte = 1'000;
+    auto& transfer = *static_cast<Transfer*>(data);
+    if (!transfer.begun && toReceive > 0) {
+        transfer.line.begin(static_cast<std::uint64_t>(toReceive / bytesPerKilobyte) + 1, "KB");
+        transfer.begun = true;
+    }
+    transfer.line.setValue(static_cast<std::uint64_t>(received / bytesPerKilobyte));
+    return interrupted() ? 1 : 0;
+}
+
+void download(const std::string& url, const fileString& target, Output& output)
+{
+    watchInterrupts();
+    Transfer transfer{ProgressLine(output)};
+    transfer.line.setText("Downloading");
+    std::string reason;
+    unsigned int code = 0;
+    if (Curl::get().download_to_location(url, target, {}, &transfer, &showTransfer, reason, code))
+        return;
+    if (interrupted())
+        throw Interrupted();
+    throw CatalogError(fileString(url), "cannot be downloaded (" + reason + ")");
+}
+
+/// The last piece of the address without its extension, where that can name a file.
+fileString stemOf(const std::string& url)
+{
+    const std::string path = url.substr(0, url.find_first_of("?#"));
+    const fileString stem = fileString(path.substr(path.find_last_of('/') + 1)).stem();
+    return Library::detail::isPlainFileName(stem.utf8()) ? stem : fileString(std::string("library"));
+}
+
+// ---- Unpacking -----------------------------------------------------------------------------------
+
+std::string describe(const fileString& path)
+{
+    constexpr double bytesPerKilobyte = 1'000;
+    const auto bytes = static_cast<double>(FileUtils::fileSize(path));
+    const std::string size = formatWithThousandsSeparatorPrecision(bytes / bytesPerKilobyte, 0) + " KB";
+    const bool isArchive = path.extension() == fileString(ZipUtils::getExtension());
+    const std::string entries =
+        isArchive ? ", " + std::to_string(ZipUtils::getSizeOfArchive(path)) + " entries" : std::string();
+    return printableUtf8(path.humanReadableString()) + ": " + size + entries + "\n";
+}
+
+void putInPlace(const fileString& from, const fileString& to)
+{
+    if (!FileUtils::moveFile(from, to, true))
+        throw CatalogError(to, "cannot be written");
+}
+
+void unpackLocal(const fileString& archive, const fileString& named, const fileString& target, Output& output)
+{
+    if (!archive.pathExists())
+        throw CatalogError(named, "there is no such file");
+    const auto progress = std::make_shared<ShownProgress>(output, ShownProgress::Cancel::answered);
+    const auto [database, others] = LibraryImport::unpack(archive, true, progress);
+    const FileReaper databaseReaper(database.value_or(fileString()));
+    const FileReaper othersReaper(others.value_or(fileString()));
+    if (interrupted())
+        throw Interrupted();
+    if (!database)
+        throw CatalogError(named, "is no packed library: its database is missing or damaged");
+    makeFolder(target.parentPath());
+    const fileString databaseTarget = target + fileString(std::string(".calib"));
+    const fileString othersTarget = target + fileString(ZipUtils::getExtension());
+    if (others)
+        putInPlace(*others, othersTarget);
+    putInPlace(*database, databaseTarget);
+    output.write(describe(databaseTarget) + (others ? describe(othersTarget) : std::string()));
+}
+
+void unpack(const UnpackArguments& arguments, Output& output)
+{
+    const std::string source = fromParser(arguments.source);
+    const fileString folder(fromParser(arguments.folder));
+    if (!Curl::downloadable(source)) {
+        unpackLocal(source, source, folder / fileString(source).stem(), output);
+        return;
+    }
+    fileString archive;
+    archive.generateAsTempName(std::string(".calibz"));
+    const FileReaper reaper(archive);
+    download(source, archive, output);
+    unpackLocal(archive, source, folder / stemOf(source), output);
+}
+
+int run(const UnpackArguments& arguments, Output& output)
+{
+    try {
+        unpack(arguments, output);
+        return static_cast<int>(ExitCode::Success);
+    } catch (const CatalogError& error) {
+        output.error(error.what());
+        return static_cast<int>(ExitCode::BuildFailed);
+    } catch (const Interrupted&) {
+        output.error("cancelled");
+        return static_cast<int>(ExitCode::Cancelled);
+    }
+}
+
+}  // namespace
+
+void addUnpackCommand(CLI::App& app, Output& output, Action& action)
+{
+    CLI::App* const command = app.add_subcommand("unpack", "Take a packed library (.calibz) apart");
+    const auto arguments = std::make_shared<UnpackArguments>();
+    command->add_option("SOURCE", arguments->source, "A packed library: a file, or an address (http, https)")
+        ->required();
+    command->add_option("-o,--output", arguments->folder, "The folder to unpack into (default: this one)")
+        ->type_name("DIR");
+    command->footer(examples);
+    command->callback(
+        [arguments, &output, &action] { action = [arguments, &output] { return run(*arguments, output); }; });
+}
+
+}  // namespace VelkHost

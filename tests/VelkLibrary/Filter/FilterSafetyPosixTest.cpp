@@ -1,0 +1,106 @@
+#include <VelkCommon/Files/LockingFStream.h>
+#include <VelkLibrary/JsonReader.h>
+#include <VelkLibrary/LibraryFilterManager.h>
+
+#include "FilterTest.h"
+#include "support/DocumentDeaths.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using testing::ElementsAre;
+
+class FilterSafety : public test::FilterTest
+{
+protected:
+    static void useFilters(char letter, int count)
+    {
+        std::vector<LibraryFilter> filters;
+        for (int i = 0; i < count; ++i)
+            filters.emplace_back(letter + std::to_string(i), i, std::vector<std::string>(20, std::string(10, letter)));
+        manager().setLibraryFilters(filters);
+    }
+
+    static std::string savedText()
+    {
+        manager().saveFilters();
+        return test::readFile(filterFile());
+    }
+};
+
+TEST_F(FilterSafety, ADeathAtAnyMomentLeavesTheOldOrTheNewFile)
+{
+    useFilters('o', 200);
+    const std::string oldText = savedText();
+    useFilters('n', 200);
+    const std::string newText = savedText();
+    test::expectOldOrNewAtEveryDeath(
+        filterFile(), oldText, [] { manager().saveFilters(); },
+        [&](const std::string& text) { return text == newText; });
+}
+
+TEST_F(FilterSafety, ADeathWhileMergingLeavesTheOldOrTheNewFile)
+{
+    useFilters('o', 100);
+    const std::string oldText = savedText();
+    useFilters('n', 1);
+    test::expectOldOrNewAtEveryDeath(
+        filterFile(), oldText, [] { EXPECT_TRUE(manager().mergeFilters(filterFile())); },
+        [](const std::string& text) {
+            return text.find("nnnnnnnnnn") != std::string::npos && !json::read(text)->empty();
+        });
+}
+
+TEST_F(FilterSafety, AFullDiskLeavesTheOldFile)
+{
+    useFilters('o', 10);
+    const std::string oldText = savedText();
+    useFilters('n', 500);
+    test::expectOldOnFullDisk(filterFile(), oldText, 20'000, [this] {
+        manager().saveFilters();
+        expectReport(231, "Error Writing Library Filter Data File");
+    });
+    test::expectOldOnFullDisk(filterFile(), oldText, 20'000, [] {
+        EXPECT_FALSE(manager().mergeFilters(filterFile()));
+        EXPECT_EQ(manager().getLibraryFilters().size(), 500U);
+    });
+}
+
+TEST_F(FilterSafety, ProcessesThatSaveAtOnceLeaveOneOfTheirFiles)
+{
+    std::vector<std::string> texts;
+    for (const char letter : {'a', 'b'}) {
+        useFilters(letter, 300);
+        texts.push_back(savedText());
+    }
+    test::expectWholeAmongWriters(
+        filterFile(),
+        [](int writer) {
+            useFilters(static_cast<char>('a' + writer), 300);
+            manager().saveFilters();
+        },
+        [&](const std::string& text) { return text == texts[0] || text == texts[1]; });
+}
+
+// A file that is written in place, as other programs may do, is waited for.
+TEST_F(FilterSafety, AFileThatIsBeingWrittenIsWaitedFor)
+{
+    test::Signal holding;
+    test::Signal reading;
+    const std::string text = "{" + test::filterText("A", 1, "") + "}";
+    test::Child writer([&] {
+        LockingFStream file(filterFile(), LockingFStream::out | LockingFStream::binary);
+        holding.send();
+        reading.wait();
+        file << text;
+        file.close();
+    });
+    holding.wait();
+    reading.send();
+    load(filterFile());
+    writer.wait();
+    EXPECT_THAT(filters(), ElementsAre("1 A []"));
+}
+
+}  // namespace

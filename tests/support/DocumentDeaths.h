@@ -1,0 +1,83 @@
+#pragma once
+
+/// @file
+/// What must hold for a file that is saved as a whole: whenever the process dies or the disk is full, the
+/// old or the new document is there. On POSIX.
+
+#include "support/Processes.h"
+#include "support/TestHost.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/resource.h>
+
+#include <csignal>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace test {
+
+/// Runs `save`, which turns `file` from `oldText` into another document, in processes that are killed at each
+/// of its system calls in turn. `isNew` tells that a text is the new document, whole.
+inline void expectOldOrNewAtEveryDeath(const fileString& file, const std::string& oldText,
+                                       const std::function<void()>& save,
+                                       const std::function<bool(const std::string&)>& isNew)
+{
+    constexpr int mostCalls = 2000;
+    int deaths = 0;
+    int olds = 0;
+    int news = 0;
+    for (bool died = true; died; ++deaths) {
+        ASSERT_LT(deaths, mostCalls);
+        writeFile(file, oldText);
+        died = killedAtSystemCall(deaths, save);
+        const std::string text = readFile(file);
+        const bool old = text == oldText;
+        ASSERT_TRUE(old ? died : isNew(text)) << "torn at call " << deaths << ": " << text.substr(0, 100);
+        ++(old ? olds : news);
+    }
+    EXPECT_GT(olds, 5) << "the saving was not watched";
+    EXPECT_GT(news, 0);
+}
+
+/// Runs `save` in a process for which the disk is full after `bytes`; the file must stay as it was.
+inline void expectOldOnFullDisk(const fileString& file, const std::string& oldText, rlim_t bytes,
+                                const std::function<void()>& save)
+{
+    writeFile(file, oldText);
+    const std::size_t names = listFolder(file.parentPath()).size();
+    inChild([&] {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const struct rlimit limit = {bytes, bytes};
+        ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+        save();
+    });
+    EXPECT_EQ(readFile(file), oldText);
+    EXPECT_EQ(listFolder(file.parentPath()).size(), names) << "something was left behind";
+}
+
+/// Runs `save(writer)` in several processes at once, many times each, while this one reads: what is read is
+/// always a whole document.
+inline void expectWholeAmongWriters(const fileString& file, const std::function<void(int writer)>& save,
+                                    const std::function<bool(const std::string&)>& isWhole)
+{
+    constexpr int writers = 2;
+    constexpr int saves = 25;
+    save(0);
+    std::vector<std::unique_ptr<Child>> children;
+    for (int writer = 0; writer < writers; ++writer)
+        children.push_back(std::make_unique<Child>([&save, writer] {
+            for (int i = 0; i < saves; ++i)
+                save(writer);
+        }));
+    for (int reading = 0; reading < 50; ++reading)
+        ASSERT_TRUE(isWhole(readFile(file)));
+    for (const auto& child : children)
+        child->wait();
+    EXPECT_TRUE(isWhole(readFile(file)));
+    EXPECT_EQ(listFolder(file.parentPath()).size(), 1U) << "something was left behind";
+}
+
+}  // namespace test
