@@ -85,10 +85,13 @@ void readCard(const JsonObject& object, const TextDecoder& texts, std::map<long,
         return;
     const bool* const deleted = findMember<bool>(object, deletedKey);
     // Of several with this id, the last one counts.
-    cards.erase(*id);
-    cards.try_emplace(*id, texts.member(object, nameKey), texts.member(object, urlKey), texts.member(object, phoneKey),
-                      texts.member(object, faxKey), fileString(texts.member(object, logoKey)),
-                      texts.member(object, emailKey), deleted != nullptr && *deleted, cardTime(object));
+    auto place = cards.lower_bound(*id);
+    if (place != cards.end() && place->first == *id)
+        place = cards.erase(place);
+    cards.try_emplace(place, *id, texts.member(object, nameKey), texts.member(object, urlKey),
+                      texts.member(object, phoneKey), texts.member(object, faxKey),
+                      fileString(texts.member(object, logoKey)), texts.member(object, emailKey),
+                      deleted != nullptr && *deleted, cardTime(object));
 }
 
 // ---- Writing -------------------------------------------------------------------------------------
