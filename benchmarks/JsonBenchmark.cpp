@@ -41,7 +41,7 @@ using bench::Measure;
 
 constexpr long cardCount = 20'000;
 constexpr long filterCount = 10'000;
-constexpr int rounds = 15;
+constexpr int rounds = 25;
 constexpr double noLimit = std::numeric_limits<double>::infinity();
 
 // ---- Time ----------------------------------------------------------------------------------------

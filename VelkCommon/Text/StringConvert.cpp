@@ -2,6 +2,7 @@
 
 #include <VelkCommon/Text/detail/Utf8.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <new>
@@ -120,8 +121,12 @@ std::vector<std::u32string> toUnicode(const std::vector<std::string>& texts, Met
 
 std::u32string toUnicodeFromUtf8(std::string_view text, bool* ok)
 {
-    std::u32string result;
-    result.reserve(text.size());
+    // Most texts are ASCII to the end.
+    const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
+    const auto asciiEnd = std::find_if_not(text.begin(), text.end(), isAscii);
+    std::u32string result(text.begin(), asciiEnd);
+    text.remove_prefix(result.size());
+    result.reserve(result.size() + text.size());
     bool wellFormed = true;
     while (!text.empty()) {
         const auto decoded = Velk::detail::decodeUtf8(text, Velk::detail::Surrogates::malformed);

@@ -10,11 +10,15 @@
 #include <VelkLibrary/detail/DataFile.h>
 #include <VelkLibrary/detail/ModuleStatics.h>
 
+#include <algorithm>
+#include <array>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 using boost::posix_time::ptime;
 using Library::detail::findMember;
+using Library::detail::JsonNode;
 using Library::detail::JsonObject;
 using Library::detail::valueOf;
 
@@ -51,15 +55,42 @@ public:
         return utf8_ ? StringConvert::toUnicodeFromUtf8(text) : StringConvert::fromWin1252(text);
     }
 
-    // Empty when there is no such member.
-    std::u32string member(const JsonObject& object, const std::string& key) const
-    {
-        const std::string* const text = findMember<std::string>(object, key);
-        return text != nullptr ? decode(*text) : std::u32string();
-    }
+    // Empty when there is none.
+    std::u32string decode(const std::string* text) const { return text != nullptr ? decode(*text) : std::u32string(); }
 
 private:
     bool utf8_;
+};
+
+// The members of a card, all found in one pass: to look for one after the other takes as long as all the
+// rest. Of members that share a key, the first one counts.
+class CardMembers
+{
+public:
+    enum Member : std::size_t { id, lastModified, name, url, phone, fax, email, logo, deleted, count };
+
+    explicit CardMembers(const JsonObject& object)
+    {
+        constexpr std::array<std::string_view, count> keys{idKey,  lastModifiedKey, nameKey, urlKey,    phoneKey,
+                                                           faxKey, emailKey,        logoKey, deletedKey};
+        for (const auto& [key, node] : object) {
+            const auto place = static_cast<std::size_t>(std::find(keys.begin(), keys.end(), key) - keys.begin());
+            if (place < count && nodes_[place] == nullptr)
+                nodes_[place] = &node;
+        }
+    }
+
+    // Null when there is none; throws when it is no `Value`.
+    template <typename Value>
+    const Value* find(Member member) const
+    {
+        return nodes_[member] != nullptr ? &valueOf<Value>(*nodes_[member]) : nullptr;
+    }
+
+    const std::string* text(Member member) const { return find<std::string>(member); }
+
+private:
+    std::array<const JsonNode*, count> nodes_{};
 };
 
 // What is no time compares with none; kept, it would stop updates or repeat them for ever.
@@ -72,23 +103,27 @@ ptime timeIn(const std::string& text)
 }
 
 // Not-a-date-time when the card has none, and that is then written too.
-ptime cardTime(const JsonObject& object)
+ptime cardTime(const std::string* text)
 {
-    const std::string* const text = findMember<std::string>(object, lastModifiedKey);
     return text == nullptr || *text == Library::toString(ptime()) ? ptime() : timeIn(*text);
 }
 
 void readCard(const JsonObject& object, const TextDecoder& texts, std::map<long, Manufacturer>& cards)
 {
-    const int* const id = findMember<int>(object, idKey);
+    using Member = CardMembers::Member;
+    const CardMembers members(object);
+    const int* const id = members.find<int>(Member::id);
     if (id == nullptr)
         return;
-    const bool* const deleted = findMember<bool>(object, deletedKey);
+    const auto text = [&](Member member) { return texts.decode(members.text(member)); };
+    const bool* const deleted = members.find<bool>(Member::deleted);
     // Of several with this id, the last one counts.
-    cards.erase(*id);
-    cards.try_emplace(*id, texts.member(object, nameKey), texts.member(object, urlKey), texts.member(object, phoneKey),
-                      texts.member(object, faxKey), fileString(texts.member(object, logoKey)),
-                      texts.member(object, emailKey), deleted != nullptr && *deleted, cardTime(object));
+    auto place = cards.lower_bound(*id);
+    if (place != cards.end() && place->first == *id)
+        place = cards.erase(place);
+    cards.try_emplace(place, *id, text(Member::name), text(Member::url), text(Member::phone), text(Member::fax),
+                      fileString(text(Member::logo)), text(Member::email), deleted != nullptr && *deleted,
+                      cardTime(members.text(Member::lastModified)));
 }
 
 // ---- Writing -------------------------------------------------------------------------------------

@@ -97,6 +97,7 @@ const FileCase files[] = {
                        "1 A", U"Ask the maker"},
     {"SameKey",        R"({"Manufacturer_1": {"Id": 1, "Name": "A"}, "Manufacturer_1": {"Id": 2, "Name": "B"}})",
                        "1 A, 2 B", U"Ask the maker"},
+    {"SameMember",     R"({"Manufacturer_1": {"Id": 2, "Name": "A", "Id": 1, "Name": "B"}})", "1 B", U"Ask the maker"},
     // One wrong member spoils the file
     {"CardIsNumber",   with("2"),                               "", U""},
     {"CardIsArray",    with("[]"),                              "", U""},
