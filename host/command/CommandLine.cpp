@@ -16,7 +16,7 @@ constexpr char disguise = '\x01';
 
 constexpr const char* description = "velk - searches libraries of architectural content, and makes them";
 
-constexpr const char* examples = R"(Try it in three steps:
+constexpr const char* lineExamples = R"(Try it in three steps:
   velk catalog sample -o sample.calib            make a small library to play with
   velk search chair --library sample.calib       look for something
   velk search 'chair OR sofa' --library .        in all libraries of a folder
@@ -32,7 +32,7 @@ A search text, from simple to clever:
 
 void describe(CLI::App& app)
 {
-    app.footer(examples);
+    app.footer(lineExamples);
     app.require_subcommand(1);
     app.get_formatter()->column_width(34);
     // "/x" is a text to search for on every system.

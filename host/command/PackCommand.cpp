@@ -4,6 +4,7 @@
 #include "host/catalog/CatalogFolder.h"
 #include "host/catalog/SourceFile.h"
 #include "host/command/ExitCode.h"
+#include "host/command/NewArchive.h"
 #include "host/support/DisplayText.h"
 #include "host/support/ProgressLine.h"
 #include "host/support/ShownProgress.h"
@@ -13,7 +14,6 @@
 #include <VelkCommon/Text/StringUtils.h>
 
 #include <CLI/CLI.hpp>
-#include <zip.h>
 
 #include <limits>
 #include <memory>
@@ -21,7 +21,7 @@
 namespace VelkHost {
 namespace {
 
-constexpr const char* examples = R"(Examples:
+constexpr const char* packExamples = R"(Examples:
   velk catalog pack house.calib --files textures -o house.calibz
 
 Every file below the folder goes in, under its path there.
@@ -79,12 +79,6 @@ std::vector<PackedFile> filesFor(const PackArguments& arguments, const fileStrin
 
 // ---- Writing -------------------------------------------------------------------------------------
 
-struct Discard
-{
-    void operator()(zip_t* archive) const { zip_discard(archive); }
-};
-using Archive = std::unique_ptr<zip_t, Discard>;
-
 void showShare(zip_t*, double share, void* line)
 {
     constexpr double wholeRange = 100;
@@ -111,7 +105,7 @@ void write(const std::vector<PackedFile>& files, const fileString& target, Outpu
 {
     constexpr double precision = 0.005;  // of the whole, between two looks at the progress
     int code = 0;
-    Archive archive(zip_open(target.utf8().c_str(), ZIP_CREATE | ZIP_TRUNCATE, &code));
+    NewArchive archive(zip_open(target.utf8().c_str(), ZIP_CREATE | ZIP_TRUNCATE, &code));
     if (!archive)
         throw CatalogError(target, "cannot be written");
     for (const PackedFile& file : files)
@@ -162,7 +156,7 @@ void addPackCommand(CLI::App& catalog, Output& output, Action& action)
         ->required()
         ->type_name("DIR");
     command->add_option("-o,--output", arguments->target, "The packed library to write")->required()->type_name("FILE");
-    command->footer(examples);
+    command->footer(packExamples);
     command->callback(
         [arguments, &output, &action] { action = [arguments, &output] { return run(*arguments, output); }; });
 }

@@ -2,23 +2,16 @@
 
 #include "host/catalog/CatalogError.h"
 #include "host/catalog/SourceFile.h"
+#include "host/command/NewArchive.h"
 
 #include <VelkCommon/Archive/ZipUtils.h>
 #include <VelkCommon/Files/FileReaper.h>
 #include <VelkCommon/Files/FileUtils.h>
 
-#include <zip.h>
-
 #include <limits>
-#include <memory>
 
 namespace VelkHost {
 namespace {
-
-struct Discard
-{
-    void operator()(zip_t* archive) const { zip_discard(archive); }
-};
 
 /// Adds bytes that live until the archive is closed.
 bool addEntry(zip_t* archive, const std::string& name, const std::string& bytes)
@@ -45,7 +38,7 @@ void packWithFiles(const fileString& catalog, const std::vector<std::pair<std::s
 {
     const std::string bytes = readSourceFile(catalog, std::numeric_limits<std::size_t>::max());
     int code = 0;
-    std::unique_ptr<zip_t, Discard> archive(zip_open(target.utf8().c_str(), ZIP_CREATE | ZIP_TRUNCATE, &code));
+    NewArchive archive(zip_open(target.utf8().c_str(), ZIP_CREATE | ZIP_TRUNCATE, &code));
     bool complete = archive != nullptr && addEntry(archive.get(), target.stem().utf8() + ".calib", bytes);
     for (const auto& [name, content] : files)
         complete = complete && addEntry(archive.get(), name, content);

@@ -13,7 +13,7 @@
 namespace VelkHost {
 namespace {
 
-constexpr const char* examples = R"(Examples:
+constexpr const char* publishExamples = R"(Examples:
   velk publish content -o site                    the next edition of site
   velk publish content -o site --nginx nginx      and what nginx needs to serve it
   velk serve site                                 try it out
@@ -72,7 +72,7 @@ void addPublishCommand(CLI::App& app, Output& output, Action& action)
         ->type_name("SITE");
     command->add_option("--nginx", arguments->nginx, "Also write the configuration for nginx into this folder")
         ->type_name("DIR");
-    command->footer(examples);
+    command->footer(publishExamples);
     command->callback(
         [arguments, &output, &action] { action = [arguments, &output] { return runPublish(*arguments, output); }; });
 }

@@ -12,7 +12,7 @@
 namespace VelkHost {
 namespace {
 
-constexpr const char* examples = R"(Examples:
+constexpr const char* searchExamples = R"(Examples:
   velk search office chair --library sample.calib
   velk search '(chair OR stool) -office' --library libraries/
   velk search --legacy table --kind items
@@ -132,7 +132,7 @@ void addSearchCommand(CLI::App& app, Output& output, Action& action)
         app.add_subcommand("search", "Rate everything in libraries against a text, best hits first");
     const auto arguments = std::make_shared<SearchArguments>();
     addOptions(*command, *arguments);
-    command->footer(examples);
+    command->footer(searchExamples);
     command->callback([arguments, &output, &action] {
         if (arguments->words.empty() && arguments->id.empty())
             throw CLI::RequiredError("TEXT (what to look for) or --id");

@@ -18,7 +18,7 @@
 namespace VelkHost {
 namespace {
 
-constexpr const char* examples = R"(Examples:
+constexpr const char* serveExamples = R"(Examples:
   velk serve site                           on a free port of this machine
   velk serve site --port 8080 --quiet
   velk serve site --tls cert.pem key.pem
@@ -111,7 +111,7 @@ void addServeCommand(CLI::App& app, Output& output, Action& action)
         ->excludes(tls)
         ->type_name("DIR");
     command->add_flag("-q,--quiet", arguments->quiet, "Do not show the requests");
-    command->footer(examples);
+    command->footer(serveExamples);
     command->callback(
         [arguments, &output, &action] { action = [arguments, &output] { return runServe(*arguments, output); }; });
 }

@@ -17,7 +17,7 @@
 namespace VelkHost {
 namespace {
 
-constexpr const char* examples = R"(Examples:
+constexpr const char* texturesExamples = R"(Examples:
   velk textures merge house.zip textures/house.zip
 
 What both archives hold stays as DEST has it. SOURCE is kept.
@@ -75,7 +75,7 @@ void addTexturesCommand(CLI::App& app, Output& output, Action& action)
     const auto arguments = std::make_shared<MergeArguments>();
     command->add_option("SOURCE", arguments->source, "The archive to take entries from")->required();
     command->add_option("DEST", arguments->destination, "The archive to add them to; made when missing")->required();
-    command->footer(examples);
+    command->footer(texturesExamples);
     command->callback(
         [arguments, &output, &action] { action = [arguments, &output] { return run(*arguments, output); }; });
 }

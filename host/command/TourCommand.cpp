@@ -20,7 +20,7 @@
 namespace VelkHost {
 namespace {
 
-constexpr const char* examples = R"(Examples:
+constexpr const char* tourExamples = R"(Examples:
   velk tour --sample -o tour
   velk tour /usr/share/sweethome3d/furniture -o tour
 
@@ -219,7 +219,7 @@ void addTourCommand(CLI::App& app, Output& output, Action& action)
         command->add_option("FOLDER", arguments->source, "A folder with furniture libraries (.sh3f)");
     command->add_flag("--sample", arguments->sample, "Use the sample library instead")->excludes(source);
     command->add_option("-o,--output", arguments->folder, "The folder to work in")->required()->type_name("WORKDIR");
-    command->footer(examples);
+    command->footer(tourExamples);
     command->callback([arguments, &output, &action] {
         if (arguments->source.empty() && !arguments->sample)
             throw CLI::RequiredError("FOLDER or --sample");

@@ -21,7 +21,7 @@
 namespace VelkHost {
 namespace {
 
-constexpr const char* examples = R"(Examples:
+constexpr const char* unpackExamples = R"(Examples:
   velk unpack house.calibz                       makes house.calib and house.zip here
   velk unpack house.calibz -o libraries
   velk unpack https://content.example/house.calibz
@@ -157,7 +157,7 @@ void addUnpackCommand(CLI::App& app, Output& output, Action& action)
         ->required();
     command->add_option("-o,--output", arguments->folder, "The folder to unpack into (default: this one)")
         ->type_name("DIR");
-    command->footer(examples);
+    command->footer(unpackExamples);
     command->callback(
         [arguments, &output, &action] { action = [arguments, &output] { return run(*arguments, output); }; });
 }

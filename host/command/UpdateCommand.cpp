@@ -34,7 +34,7 @@ namespace {
 
 using LibraryCatalogUpdate::LibraryCatalogUpdater;
 
-constexpr const char* examples = R"(Examples:
+constexpr const char* updateExamples = R"(Examples:
   velk update --service http://127.0.0.1:8080/
   velk update --service https://content.example/ --home ./planner --kinds core
   velk update --service http://127.0.0.1:8080/ --bonus 'Garden' --format json
@@ -46,7 +46,7 @@ kinds, name the ones to add. Ctrl-C ends the update; what is installed by then s
 Exit codes: 0 up to date now, 2 wrong command line, 5 the output cannot be written,
 6 something failed (the error log tells what), 7 cancelled.)";
 
-constexpr std::chrono::milliseconds betweenInterruptChecks{50};
+constexpr std::chrono::milliseconds betweenChecks{50};
 constexpr std::size_t coreCatalogsStay = 271;  // a preference
 
 struct UpdateArguments
@@ -156,7 +156,7 @@ private:
             if (interrupted())
                 LibraryCatalogUpdater::killDownload();
         });
-        timer.start(betweenInterruptChecks);
+        timer.start(betweenChecks);
         std::thread worker([&updater] { updater(); });
         loop_.exec();
         worker.join();
@@ -279,7 +279,7 @@ void addUpdateCommand(CLI::App& app, Output& output, Action& action)
     CLI::App* const command = app.add_subcommand("update", "Bring the installed libraries up to date from a service");
     const auto arguments = std::make_shared<UpdateArguments>();
     addOptions(*command, *arguments);
-    command->footer(examples);
+    command->footer(updateExamples);
     command->callback([arguments, &output, &action] {
         check(*arguments);
         action = [arguments, &output] { return update(*arguments, output); };

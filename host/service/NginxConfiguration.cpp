@@ -3,8 +3,8 @@
 #include "host/catalog/CatalogFolder.h"
 #include "host/service/PublishedName.h"
 #include "host/service/SiteAnswer.h"
+#include "host/service/WholeFile.h"
 
-#include <VelkCommon/Files/ReplacementFile.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -161,13 +161,6 @@ std::string absolute(const fileString& site)
     if (error || std::any_of(result.begin(), result.end(), isControl))
         throw CatalogError(site, "has a path that cannot stand in a configuration");
     return result;
-}
-
-void writeWhole(const fileString& path, const std::string& text)
-{
-    ReplacementFile file(path);
-    if (!file.write(text) || !file.commit())
-        throw CatalogError(path, "cannot be written; is the disk full?");
 }
 
 }  // namespace

@@ -5,9 +5,9 @@
 #include "host/service/PublishFolder.h"
 #include "host/service/PublishedName.h"
 #include "host/service/SiteAnswer.h"
+#include "host/service/WholeFile.h"
 
 #include <VelkCommon/Files/FileUtils.h>
-#include <VelkCommon/Files/ReplacementFile.h>
 #include <VelkCommon/Files/SHA1.h>
 #include <VelkCommon/Platform/Platform.h>
 #include <VelkCommon/Text/TimeText.h>
@@ -27,13 +27,6 @@ std::string sha1(const std::string& bytes)
 {
     const QByteArray view = QByteArray::fromRawData(bytes.data(), static_cast<int>(bytes.size()));
     return QCryptographicHash::hash(view, QCryptographicHash::Sha1).toHex().toStdString();
-}
-
-void writeWhole(const fileString& path, const std::string& bytes)
-{
-    ReplacementFile file(path);
-    if (!file.write(bytes) || !file.commit())
-        throw CatalogError(path, "cannot be written; is the disk full?");
 }
 
 /// ".calibz" of a library, ".png" of a logo; ".bin" for types that the service does not tell.

@@ -2,8 +2,8 @@
 
 #include "host/catalog/CatalogError.h"
 #include "host/catalog/SourceFile.h"
+#include "host/service/WholeFile.h"
 
-#include <VelkCommon/Files/ReplacementFile.h>
 #include <VelkCommon/Platform/Platform.h>
 
 #include <openssl/evp.h>
@@ -82,13 +82,6 @@ bool isCurrent(const fileString& path)
     int seconds = 0;
     return certificate && ASN1_TIME_diff(&days, &seconds, nullptr, X509_get0_notAfter(certificate.get())) == 1 &&
            days >= renewalDays;
-}
-
-void writeWhole(const fileString& path, const std::string& text)
-{
-    ReplacementFile file(path);
-    if (text.empty() || !file.write(text) || !file.commit())
-        throw CatalogError(path, "cannot be written");
 }
 
 }  // namespace

@@ -23,7 +23,7 @@ constexpr int idleSeconds = 2;
 constexpr int stalledSeconds = 10;
 constexpr std::size_t requestsPerConnection = 100'000;
 constexpr std::size_t requestBodyBytes = 64 << 10;
-constexpr std::size_t blockBytes = 64 << 10;
+constexpr std::size_t sentAtATime = 64 << 10;
 constexpr int notFound = 404;
 
 /// Keeps the edition in force in memory.
@@ -79,7 +79,7 @@ public:
 
     bool operator()(std::size_t position, std::size_t length, httplib::DataSink& sink) const
     {
-        std::vector<char> block(std::min(length, blockBytes));
+        std::vector<char> block(std::min(length, sentAtATime));
         if (!file_->seek(static_cast<long long>(offset_ + position)))
             return false;
         const long long got = file_->read(block.data(), block.size());
