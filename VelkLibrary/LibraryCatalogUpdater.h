@@ -37,10 +37,10 @@ public:
                           const std::string& product, const std::string& version, const std::string& serviceAddress,
                           bool manual);
     ~LibraryCatalogUpdater() override;
-    LibraryCatalogUpdater(const LibraryCatalogUpdater&);
-    LibraryCatalogUpdater(LibraryCatalogUpdater&&) noexcept;
-    LibraryCatalogUpdater& operator=(const LibraryCatalogUpdater&);
-    LibraryCatalogUpdater& operator=(LibraryCatalogUpdater&&) noexcept;
+    LibraryCatalogUpdater(const LibraryCatalogUpdater&);                 ///< the same job
+    LibraryCatalogUpdater(LibraryCatalogUpdater&&) noexcept;             ///< takes the job over
+    LibraryCatalogUpdater& operator=(const LibraryCatalogUpdater&);      ///< the same job
+    LibraryCatalogUpdater& operator=(LibraryCatalogUpdater&&) noexcept;  ///< takes the job over
 
     /// Runs the job. Nothing leaves it but an EnforcerException, when there is no application object;
     /// the final event was sent even then. Leftovers of earlier runs in the download folders are removed

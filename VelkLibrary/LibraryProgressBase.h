@@ -21,10 +21,10 @@ class VELKLIBRARY_EXPORT LibraryProgressBase
 {
 public:
     virtual ~LibraryProgressBase();
-    LibraryProgressBase(const LibraryProgressBase&);
-    LibraryProgressBase(LibraryProgressBase&&) noexcept;
-    LibraryProgressBase& operator=(const LibraryProgressBase&);
-    LibraryProgressBase& operator=(LibraryProgressBase&&) noexcept;
+    LibraryProgressBase(const LibraryProgressBase&);                 ///< shares the receiver
+    LibraryProgressBase(LibraryProgressBase&&) noexcept;             ///< takes the receiver over
+    LibraryProgressBase& operator=(const LibraryProgressBase&);      ///< shares the receiver
+    LibraryProgressBase& operator=(LibraryProgressBase&&) noexcept;  ///< takes the receiver over
 
     // Each sends one call, from any thread; nothing throws but for memory.
 
