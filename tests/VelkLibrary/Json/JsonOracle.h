@@ -123,8 +123,8 @@ inline bool isShallow(const std::string& text)
 /// What the other reader makes of `text`; discarded when it refuses it.
 inline nlohmann::json readByOther(const std::string& text)
 {
-    // It knows a byte order mark, which is no part of a document.
-    if (text.starts_with("\xEF\xBB\xBF"))
+    // It knows a byte order mark, and takes a zero byte for the end; neither is part of a document.
+    if (text.starts_with("\xEF\xBB\xBF") || text.find('\0') != std::string::npos)
         return nlohmann::json(nlohmann::json::value_t::discarded);
     return nlohmann::json::parse(text, nullptr, false);
 }
