@@ -5,7 +5,6 @@
 #include "host/service/SiteAnswer.h"
 #include "host/service/WholeFile.h"
 
-
 #include <algorithm>
 #include <filesystem>
 #include <functional>
