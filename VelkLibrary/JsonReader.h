@@ -63,10 +63,10 @@ template <>
 class VELKLIBRARY_EXPORT grammar<char>
 {
 public:
-    using value_type = std::shared_ptr<boost::any>;
-    using array_type = std::deque<value_type>;
-    using object_type = std::multimap<std::string, value_type>;
-    using stack_type = std::deque<value_type>;
+    using value_type = std::shared_ptr<boost::any>;              ///< a node of the tree
+    using array_type = std::deque<value_type>;                   ///< what an array's node holds
+    using object_type = std::multimap<std::string, value_type>;  ///< what an object's node holds
+    using stack_type = std::deque<value_type>;                   ///< what the actions work on
 
     /// Stands on the stack where an array began.
     struct VELKLIBRARY_EXPORT array_delimiter
@@ -81,8 +81,8 @@ public:
     /// document takes goes into allocations, and without these nearly half of them would be for keys.
     struct VELKLIBRARY_EXPORT spare_nodes
     {
-        stack_type strings;
-        stack_type pairs;
+        stack_type strings;  ///< each holds a string
+        stack_type pairs;    ///< each holds a pair
     };
 
     /// What all actions have: the stack that they work on, and perhaps spare nodes that they share. Both
@@ -95,62 +95,71 @@ public:
         {}
 
     protected:
-        stack_type* values_;
-        spare_nodes* spares_;
+        stack_type* values_;   ///< the stack
+        spare_nodes* spares_;  ///< null when nodes are not used again
     };
 
     /// A string: pushes the decoded text of the token between `first` and `last`, quotes included.
     struct VELKLIBRARY_EXPORT push_string : action
     {
         using action::action;
+        /// Does it.
         void operator()(const char* first, const char* last) const;
     };
     /// An integer: pushes it.
     struct VELKLIBRARY_EXPORT push_int : action
     {
         using action::action;
+        /// Does it.
         void operator()(int value) const;
     };
     /// A real number: pushes it.
     struct VELKLIBRARY_EXPORT push_double : action
     {
         using action::action;
+        /// Does it.
         void operator()(double value) const;
     };
     /// "true" or "false": pushes true when the token begins with "t".
     struct VELKLIBRARY_EXPORT push_boolean : action
     {
         using action::action;
+        /// Does it.
         void operator()(const char* first, const char* last) const;
     };
     /// "null": pushes a node that holds nothing.
     struct VELKLIBRARY_EXPORT push_null : action
     {
         using action::action;
+        /// Does it.
         void operator()(const char* first, const char* last) const;
     };
     /// "[": pushes an array_delimiter.
     struct VELKLIBRARY_EXPORT begin_array : action
     {
         using action::action;
+        /// Does it.
         void operator()(char bracket) const;
     };
     /// "]": replaces what lies above the last array_delimiter, and this, by an array of it.
     struct VELKLIBRARY_EXPORT end_array : action
     {
         using action::action;
+        /// Does it.
         void operator()(char bracket) const;
     };
     /// "{": pushes an object_delimiter.
     struct VELKLIBRARY_EXPORT begin_object : action
     {
         using action::action;
+        /// Does it.
         void operator()(char bracket) const;
     };
     /// A member's value was pushed: replaces it and the key below it by their pair.
     struct VELKLIBRARY_EXPORT create_pair : action
     {
         using action::action;
+        /// Does it.
         void operator()(const char* first, const char* last) const;
     };
     /// "}": replaces the pairs above the last object_delimiter, and this, by an object of them. The last
@@ -158,6 +167,7 @@ public:
     struct VELKLIBRARY_EXPORT end_object : action
     {
         using action::action;
+        /// Does it.
         void operator()(char bracket) const;
     };
 

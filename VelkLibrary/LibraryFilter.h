@@ -18,9 +18,12 @@ public:
 
     /// UTF-8; the reference is valid until the filter changes.
     const std::string& getFilterName() const noexcept { return filterName_; }
+    /// Any text, also an empty one, with which the filter file drops it.
     void setFilterName(std::string name);
 
+    /// -1 when it is no filter.
     long getFilterId() const noexcept { return filterId_; }
+    /// Any number.
     void setFilterId(long id) noexcept { filterId_ = id; }
 
     /// The reference is valid until the filter changes.

@@ -34,10 +34,15 @@ struct Value;
 class VELKCOMMON_EXPORT Object
 {
 public:
+    /// Empty.
     Object() noexcept;
+    /// A copy shares nothing.
     Object(const Object& other);
+    /// `other` is empty afterwards.
     Object(Object&& other) noexcept;
+    /// Takes over a copy.
     Object& operator=(const Object& other);
+    /// `other` may hold anything afterwards.
     Object& operator=(Object&& other) noexcept;
     ~Object();
 
@@ -79,10 +84,15 @@ private:
 class VELKCOMMON_EXPORT Array
 {
 public:
+    /// Empty.
     Array() noexcept;
+    /// A copy shares nothing.
     Array(const Array& other);
+    /// `other` is empty afterwards.
     Array(Array&& other) noexcept;
+    /// Takes over a copy.
     Array& operator=(const Array& other);
+    /// `other` may hold anything afterwards.
     Array& operator=(Array&& other) noexcept;
     ~Array();
 

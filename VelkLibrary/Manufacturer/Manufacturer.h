@@ -21,13 +21,16 @@ public:
     /// A card with these contents. `logo` is a file name in the manufacturer data folder.
     Manufacturer(std::u32string name, std::u32string url, std::u32string phone, std::u32string fax, fileString logo,
                  std::u32string email, bool deleted, const boost::posix_time::ptime& lastModified);
+    /// A card of its own, with a time of its own.
     Manufacturer(const Manufacturer& other);
+    /// Takes over everything.
     Manufacturer& operator=(const Manufacturer& other);
     ~Manufacturer();
 
     /// All is equal but perhaps the fax, which is not compared. The time counts.
     bool operator==(const Manufacturer& other) const;
 
+    /// For display.
     const std::u32string& getManufacturerName() const noexcept { return name_; }
     /// The maker's web address.
     const std::u32string& getManufacturerUrl() const noexcept { return url_; }
@@ -41,8 +44,11 @@ public:
     /// The same for the e-mail address.
     const std::u32string& getManufacturerEmail(bool resolveDefault) const;
 
+    /// The phone number is the marker.
     bool isPhoneDefaulted() const;
+    /// The fax number is the marker.
     bool isFaxDefaulted() const;
+    /// The e-mail address is the marker.
     bool isEmailDefaulted() const;
     /// Stores the marker in place of the phone number.
     void setPhoneDefaulted();
@@ -59,7 +65,9 @@ public:
     /// The manufacturer was withdrawn; its card is kept.
     bool isDeleted() const noexcept { return deleted_; }
 
+    /// The time of the last change, UTC; not-a-date-time where a data file tells none.
     const boost::posix_time::ptime& getLastModified() const noexcept { return *lastModified_; }
+    /// Replaces it.
     void setLastModified(const boost::posix_time::ptime& time);
 
 private:

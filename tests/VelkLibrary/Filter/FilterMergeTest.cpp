@@ -200,7 +200,7 @@ TEST_F(FilterMerge, AgreesWithTheDescription)
         }
         return filters;
     };
-    for (int round = 0; round < 300; ++round) {
+    for (int round = 0; round < 80; ++round) {
         const auto file = randomFilters();
         const auto own = randomFilters();
         write(file, "");

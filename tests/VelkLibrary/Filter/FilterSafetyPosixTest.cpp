@@ -31,9 +31,9 @@ protected:
 
 TEST_F(FilterSafety, ADeathAtAnyMomentLeavesTheOldOrTheNewFile)
 {
-    useFilters('o', 200);
+    useFilters('o', 60);
     const std::string oldText = savedText();
-    useFilters('n', 200);
+    useFilters('n', 60);
     const std::string newText = savedText();
     test::expectOldOrNewAtEveryDeath(
         filterFile(), oldText, [] { manager().saveFilters(); },
@@ -42,7 +42,7 @@ TEST_F(FilterSafety, ADeathAtAnyMomentLeavesTheOldOrTheNewFile)
 
 TEST_F(FilterSafety, ADeathWhileMergingLeavesTheOldOrTheNewFile)
 {
-    useFilters('o', 100);
+    useFilters('o', 30);
     const std::string oldText = savedText();
     useFilters('n', 1);
     test::expectOldOrNewAtEveryDeath(
@@ -71,13 +71,13 @@ TEST_F(FilterSafety, ProcessesThatSaveAtOnceLeaveOneOfTheirFiles)
 {
     std::vector<std::string> texts;
     for (const char letter : {'a', 'b'}) {
-        useFilters(letter, 300);
+        useFilters(letter, 60);
         texts.push_back(savedText());
     }
     test::expectWholeAmongWriters(
         filterFile(),
         [](int writer) {
-            useFilters(static_cast<char>('a' + writer), 300);
+            useFilters(static_cast<char>('a' + writer), 60);
             manager().saveFilters();
         },
         [&](const std::string& text) { return text == texts[0] || text == texts[1]; });
