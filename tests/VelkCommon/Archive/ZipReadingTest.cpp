@@ -4,7 +4,6 @@
 
 #include <new>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace {
@@ -301,29 +300,6 @@ TEST_F(ZipReading, DataIsReadWithinAWalkOfTheSameArchive)
         read += dataOf(archive_, name.utf8()) + streamOf(archive_, name.utf8());
     });
     EXPECT_EQ(read, "332233");
-}
-
-TEST_F(ZipReading, ManyThreadsReadOneArchiveEach)
-{
-    constexpr int threads = 4;
-    std::vector<std::thread> readers;
-    std::vector<int> right(threads, 0);
-    for (int i = 0; i < threads; ++i) {
-        const fileString path = at(U"own") + fileString(std::to_string(i));
-        ZipBuilder().add(item(test::noise(50'000, static_cast<unsigned>(i)), true)).writeTo(path);
-        readers.emplace_back([path, i, &right] {
-            for (int round = 0; round < 20; ++round) {
-                bool same = false;
-                walk(path, [&](const fileString& name, const ZipHandle&, ZipUtils::ZipRawDataInfo*) {
-                    same = dataOf(path, name.utf8()) == test::noise(50'000, static_cast<unsigned>(i));
-                });
-                right[static_cast<std::size_t>(i)] += same ? 1 : 0;
-            }
-        });
-    }
-    for (std::thread& reader : readers)
-        reader.join();
-    EXPECT_THAT(right, testing::Each(20));
 }
 
 }  // namespace
