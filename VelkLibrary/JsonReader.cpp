@@ -317,7 +317,7 @@ value_type pop(stack_type& values)
 
 // Pushes a node that holds `value`, a spare one when there is any; all of them hold a `Value`.
 template <typename Value>
-void pushOnSpare(stack_type& values, stack_type* spares, Value&& value)
+void pushOnSpare(stack_type& values, stack_type* spares, Value value)
 {
     if (spares == nullptr || spares->empty()) {
         push(values, std::move(value));
