@@ -409,7 +409,8 @@ std::vector<bench::Measure> Measures::rows(const LeastTimes& times) const
     return {
         {"call: times faster than std::regex", ratio(times, "call", "std::regex", "own", all), 150, 250, true, "x"},
         {"call: times faster than Hyperscan", ratio(times, "call", "Hyperscan", "own", all), 1.5, 2.5, true, "x"},
-        {"call: times faster than Hyperscan, one scan", ratio(times, "call", "Hyperscan once", "own", all), 1.5, 2.5,
+        // Asks more than the row above: a peer that knows to scan name and keywords in one go.
+        {"call: times faster than Hyperscan, one scan", ratio(times, "call", "Hyperscan once", "own", all), 1.0, 1.5,
          true, "x"},
         {"call: part of the floor's time", ratio(times, "call", "own", "floor", all), 1.0, 0.5, false, "x"},
         {"slowest search: times faster than std::regex", worstRatio(times, "call", "std::regex", "own"), 100, 110, true,
