@@ -10,6 +10,8 @@
 #include <QThread>
 
 #include <atomic>
+#include <chrono>
+#include <future>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -246,20 +248,22 @@ TEST_F(ProgressBase, AReceiverOnAThreadOfItsOwnIsCalledThere)
     auto* const receiver = new RecordingReceiver;
     receiver->moveToThread(&thread);
     const Job job(*receiver);
-    std::vector<QThread*> calledOn;
-    receiver->reaction = [&](const test::Event& event) {
+    std::promise<std::vector<QThread*>> end;
+    receiver->reaction = [&, calledOn = std::vector<QThread*>()](const test::Event& event) mutable {
         calledOn.push_back(QThread::currentThread());
         if (event.slot != "onClose")
             return;
         receiver->deleteLater();
         thread.quit();
+        end.set_value(calledOn);
     };
+    std::future<std::vector<QThread*>> calledOn = end.get_future();
     job.sendStep();
     job.sendCancelled();
-    EXPECT_THAT(calledOn, IsEmpty());
+    EXPECT_EQ(calledOn.wait_for(std::chrono::seconds(0)), std::future_status::timeout);
     thread.start();
+    EXPECT_THAT(calledOn.get(), ElementsAre(&thread, &thread));
     thread.wait();
-    EXPECT_THAT(calledOn, ElementsAre(&thread, &thread));
 }
 
 }  // namespace
