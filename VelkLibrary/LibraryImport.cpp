@@ -16,6 +16,7 @@
 #include <new>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -245,9 +246,10 @@ namespace LibraryImport {
 
 OptionalPaths unpack(const fileString& archive, bool useTempNames, std::shared_ptr<ProgressSubject> progress)
 {
+    const auto watched = std::move(progress);
     if (!FileUtils::pathExists(archive))
         return {};
-    return Unpacking(archive, useTempNames, progress.get()).run();
+    return Unpacking(archive, useTempNames, watched.get()).run();
 }
 
 OptionalPaths unpackArchivedLibrary(const fileString& source, std::shared_ptr<ProgressSubject> progress)

@@ -188,6 +188,7 @@ std::vector<fileString> ZipUtils::getFilesDataInArchive(
     std::function<bool(const std::u32string&, const ZipHandles::unzArchiveHandle&, ZipRawDataInfo*)> perEntry,
     const std::function<bool()>& stop)
 {
+    const auto visit = std::move(perEntry);
     std::vector<fileString> visited;
     const std::shared_ptr<ZipArchive> opened = ZipArchive::open(archive);
     if (!opened)
@@ -198,7 +199,7 @@ std::vector<fileString> ZipUtils::getFilesDataInArchive(
             break;
         ZipRawDataInfo data(entry);
         visited.push_back(opened->directory().name(entry));
-        if (!perEntry(visited.back().unicodeString(), walk, &data))
+        if (!visit(visited.back().unicodeString(), walk, &data))
             break;
     }
     if (!walk.finish())
@@ -223,13 +224,14 @@ bool ZipUtils::writeFileToArchiveRaw(const fileString& archive, const fileString
 void ZipUtils::writeFileDataFromArchive(const fileString& combined,
                                         std::function<void(std::vector<unsigned char>&)> sink)
 {
+    const auto take = std::move(sink);
     const auto found = locate(combined);
     if (!found)
         return;
     if (std::max(found->entry->size, found->entry->compressedSize) > wholeEntryLimit)
         throw std::bad_alloc();
     if (auto bytes = Velk::detail::readWholeEntry(*found->archive, *found->entry))
-        sink(*bytes);
+        take(*bytes);
 }
 
 // ---- Reading in blocks ---------------------------------------------------------------------------

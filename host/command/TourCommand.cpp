@@ -15,6 +15,7 @@
 #include <CLI/CLI.hpp>
 
 #include <chrono>
+#include <cmath>
 #include <memory>
 
 namespace VelkHost {
@@ -117,7 +118,7 @@ private:
         const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
         const ServiceTraffic after = service_->traffic();
         const std::uint64_t bytes = after.bodyBytes - before.bodyBytes;
-        std::string seconds = std::to_string(static_cast<int>(took.count() * 10 + 0.5));
+        std::string seconds = std::to_string(std::lround(took.count() * 10));
         seconds.insert(0, seconds.size() < 2 ? 2 - seconds.size() : 0, '0');
         seconds.insert(seconds.size() - 1, ".");
         output_.write("  " + std::to_string(after.requests - before.requests) + " requests, " +

@@ -155,7 +155,7 @@ std::string absolute(const fileString& site)
     const std::filesystem::path path =
         std::filesystem::absolute(std::u8string(site.utf8().begin(), site.utf8().end()), error);
     const std::u8string text = path.lexically_normal().generic_u8string();
-    const std::string result(text.begin(), text.end());
+    std::string result(text.begin(), text.end());
     const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
     if (error || std::any_of(result.begin(), result.end(), isControl))
         throw CatalogError(site, "has a path that cannot stand in a configuration");

@@ -88,7 +88,7 @@ bool isCurrent(const fileString& path)
 
 ServiceCertificate selfSignedCertificate(const fileString& folder)
 {
-    const ServiceCertificate files{folder / U"velk-service.crt", folder / U"velk-service.key"};
+    ServiceCertificate files{folder / U"velk-service.crt", folder / U"velk-service.key"};
     if (!Velk::Platform::createPrivateFolder(folder.utf8()))
         throw CatalogError(folder, "is no folder of this user alone, and the certificate's key shall stay private");
     if (isCurrent(files.certificate) && files.privateKey.pathExists())

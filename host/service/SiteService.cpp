@@ -80,7 +80,8 @@ public:
     bool operator()(std::size_t position, std::size_t length, httplib::DataSink& sink) const
     {
         std::vector<char> block(std::min(length, sentAtATime));
-        if (!file_->seek(static_cast<long long>(offset_ + position)))
+        const std::uint64_t from = offset_ + position;
+        if (!file_->seek(static_cast<long long>(from)))
             return false;
         const long long got = file_->read(block.data(), block.size());
         if (got <= 0)
