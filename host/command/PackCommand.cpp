@@ -3,7 +3,7 @@
 #include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFolder.h"
 #include "host/catalog/SourceFile.h"
-#include "host/command/ExitCode.h"
+#include "host/command/CancellableWork.h"
 #include "host/command/NewArchive.h"
 #include "host/support/DisplayText.h"
 #include "host/support/ProgressLine.h"
@@ -127,7 +127,7 @@ void write(const std::vector<PackedFile>& files, const fileString& target, Outpu
 int run(const PackArguments& arguments, Output& output)
 {
     const fileString target(fromParser(arguments.target));
-    try {
+    return runCancellable(output, [&] {
         const std::vector<PackedFile> files = filesFor(arguments, target);
         write(files, target, output);
         constexpr double bytesPerKilobyte = 1'000;
@@ -135,14 +135,7 @@ int run(const PackArguments& arguments, Output& output)
         output.write(printableUtf8(target.humanReadableString()) + ": a library and " +
                      std::to_string(files.size() - 1) + " files, " +
                      formatWithThousandsSeparatorPrecision(bytes / bytesPerKilobyte, 0) + " KB\n");
-        return static_cast<int>(ExitCode::Success);
-    } catch (const CatalogError& error) {
-        output.error(error.what());
-        return static_cast<int>(ExitCode::BuildFailed);
-    } catch (const Interrupted&) {
-        output.error("cancelled");
-        return static_cast<int>(ExitCode::Cancelled);
-    }
+    });
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 #include "host/catalog/CatalogError.h"
+#include "host/command/CancellableWork.h"
 #include "host/command/CommandLine.h"
-#include "host/command/ExitCode.h"
 #include "host/support/DisplayText.h"
 #include "host/support/ShownProgress.h"
 #include "host/support/System.h"
@@ -51,18 +51,11 @@ void merge(const fileString& source, const fileString& destination, Output& outp
 int run(const MergeArguments& arguments, Output& output)
 {
     const fileString destination(fromParser(arguments.destination));
-    try {
+    return runCancellable(output, [&] {
         merge(fileString(fromParser(arguments.source)), destination, output);
         output.write(printableUtf8(destination.humanReadableString()) + ": " +
                      std::to_string(ZipUtils::getSizeOfArchive(destination)) + " entries\n");
-        return static_cast<int>(ExitCode::Success);
-    } catch (const CatalogError& error) {
-        output.error(error.what());
-        return static_cast<int>(ExitCode::BuildFailed);
-    } catch (const Interrupted&) {
-        output.error("cancelled");
-        return static_cast<int>(ExitCode::Cancelled);
-    }
+    });
 }
 
 }  // namespace

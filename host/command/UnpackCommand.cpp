@@ -1,7 +1,7 @@
 #include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFolder.h"
+#include "host/command/CancellableWork.h"
 #include "host/command/CommandLine.h"
-#include "host/command/ExitCode.h"
 #include "host/support/DisplayText.h"
 #include "host/support/ShownProgress.h"
 #include "host/support/System.h"
@@ -135,16 +135,7 @@ void unpack(const UnpackArguments& arguments, Output& output)
 
 int run(const UnpackArguments& arguments, Output& output)
 {
-    try {
-        unpack(arguments, output);
-        return static_cast<int>(ExitCode::Success);
-    } catch (const CatalogError& error) {
-        output.error(error.what());
-        return static_cast<int>(ExitCode::BuildFailed);
-    } catch (const Interrupted&) {
-        output.error("cancelled");
-        return static_cast<int>(ExitCode::Cancelled);
-    }
+    return runCancellable(output, [&] { unpack(arguments, output); });
 }
 
 }  // namespace
