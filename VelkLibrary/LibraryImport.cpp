@@ -1,13 +1,12 @@
 #include <VelkLibrary/LibraryImport.h>
 
-#include <VelkLibrary/detail/DiskReserve.h>
-
 #include <VelkCommon/Archive/ZipUtils.h>
 #include <VelkCommon/Files/FileReaper.h>
 #include <VelkCommon/Files/FileSearch.h>
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/LockingFStream.h>
 #include <VelkCommon/Files/PathUtils.h>
+#include <VelkCommon/Files/detail/DiskReserve.h>
 #include <VelkCommon/Network/Curl.h>
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
@@ -173,7 +172,7 @@ private:
     // Leaves some of the disk to others.
     void append(LockingFStream& stream, const std::vector<unsigned char>& bytes) const
     {
-        if (Velk::detail::leavesDiskReserve(databasePath_, bytes.size()))
+        if (bytes.size() <= Velk::detail::roomOnDisk(databasePath_))
             stream.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
         else
             stream.setstate(std::ios::failbit);

@@ -172,7 +172,7 @@ TEST_F(HostileServer, HasTheLimitsThatAreDocumented)
     const Velk::detail::TransferLimits limits = Velk::detail::transferLimits();
     EXPECT_EQ(limits.textBytes, 8 * mebi);
     EXPECT_EQ(limits.shortFormBytes, 64 * mebi);
-    EXPECT_EQ(limits.diskReserve, 256 * mebi);
+    EXPECT_EQ(Velk::detail::diskReserve, 256 * mebi);
     EXPECT_EQ(limits.headerBytes, 256 * 1024U);
     EXPECT_EQ(limits.silence, milliseconds(60000));
     EXPECT_EQ(limits.total, milliseconds(120000));
