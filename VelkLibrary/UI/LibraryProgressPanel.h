@@ -77,12 +77,8 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    void makeWidgets();
-    void layOut();
-
     QPointer<ProgressText> text_;
     QPointer<ProgressGauge> gauge_;
-    QPointer<QLabel> dialogLabel_;
     QPointer<QLabel> progressLabel_;
     QPointer<QLabel> rangeLabel_;
 };

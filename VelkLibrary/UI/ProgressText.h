@@ -50,7 +50,6 @@ private:
     std::string amountsText() const;
     std::string units() const;
 
-    LibraryProgressPanel* const panel_;
     ProgressDisplayType displayType_;
     int value_ = 0;
     int range_ = 0;
