@@ -1,0 +1,148 @@
+#include "VelkLibrary/UI/PanelTest.h"
+
+#include <VelkLibrary/LibraryCatalogUpdater.h>
+
+#include <gmock/gmock.h>
+
+#include <QTest>
+#include <QThread>
+
+#include <atomic>
+#include <memory>
+#include <thread>
+
+namespace {
+
+using test::Application;
+
+class PanelThreads : public test::PanelTest
+{
+protected:
+    // Queues on a worker, in an order that the thread sanitizer sees.
+    template <typename Call>
+    static void queue(Call call)
+    {
+        Application::running().queue(call);
+    }
+};
+
+TEST_F(PanelThreads, AWorkerDrivesThePanel)
+{
+    makePanel(3);
+    window_.show();
+    LibraryProgressPanel& panel = this->panel();
+    Application::runBesideEventLoop([&panel] {
+        queue([&] { panel.onSetText("Copying"); });
+        queue([&] { panel.onSetRangeInGauge(500); });
+        for (int step = 1; step <= 500; ++step)
+            queue([&] { panel.onSetValueInGauge(step); });
+    });
+    EXPECT_EQ(gauge().maximum(), 500);
+    EXPECT_EQ(gauge().value(), 500);
+    EXPECT_EQ(labelText(), "Copying");
+    EXPECT_EQ(rangeText(), "500 of 500");
+}
+
+TEST_F(PanelThreads, AWorkerSetsUnitsWhileTextsAreMade)
+{
+    makePanel(3);
+    LibraryProgressPanel& panel = this->panel();
+    Application::runBesideEventLoop([&panel] {
+        for (int step = 1; step <= 500; ++step) {
+            panel.onSetUnits(step % 2 == 0 ? "a unit that is longer than a short string" : "KB");
+            queue([&] { panel.onSetValueInGauge(step); });
+        }
+        panel.onSetUnits("MB");
+        queue([&] { panel.onSetRangeInGauge(500); });
+    });
+    EXPECT_EQ(rangeText(), "500 of 500 MB");
+}
+
+TEST_F(PanelThreads, EverythingHappensOnTheWidgetsThread)
+{
+    makePanel(2);
+    LibraryProgressPanel& panel = this->panel();
+    std::vector<QThread*> threads;
+    QObject::connect(
+        &gauge(), &QProgressBar::valueChanged, &gauge(), [&] { threads.push_back(QThread::currentThread()); },
+        Qt::DirectConnection);
+    QObject::connect(
+        &text(), &ProgressText::setRangeText, &text(), [&] { threads.push_back(QThread::currentThread()); },
+        Qt::DirectConnection);
+    Application::runBesideEventLoop([&panel] {
+        for (int step = 1; step <= 10; ++step) {
+            queue([&] { panel.onSetValueInGauge(step); });
+            queue([&] { panel.onUpdateInGauge(); });
+        }
+    });
+    EXPECT_THAT(threads, testing::SizeIs(testing::Gt(30u)));
+    EXPECT_THAT(threads, testing::Each(QThread::currentThread()));
+}
+
+TEST_F(PanelThreads, ClicksWhileAWorkerDrivesArriveAll)
+{
+    makePanel(1);
+    window_.show();
+    LibraryProgressPanel& panel = this->panel();
+    int clicks = 0;
+    QObject::connect(&gauge(), &QProgressBar::valueChanged, &gauge(), [&] {
+        if (clicks < 50) {
+            ++clicks;
+            QTest::mouseClick(&gauge(), Qt::LeftButton);
+        }
+    });
+    Application::runBesideEventLoop([&panel] {
+        queue([&] { panel.onSetRangeInGauge(200); });
+        for (int step = 1; step <= 200; ++step)
+            queue([&] { panel.onSetValueInGauge(step); });
+    });
+    EXPECT_EQ(clicks, 50);
+    EXPECT_EQ(storedDisplayTypes_.size(), 50u);
+    EXPECT_EQ(rangeText(), "200 of 200") << "50 clicks lead from the bar alone to the amounts";
+}
+
+// ---- As a job's receiver -------------------------------------------------------------------------
+
+TEST_F(PanelThreads, AJobReportsThroughTheBaseOfThePanel)
+{
+    makePanel(3);
+    Application::runBesideEventLoop([progress = panel().progressHandle()] {
+        progress.sendText("Copying");
+        progress.sendUnits("KB");
+        progress.sendRange(4294967297 + 9);
+        progress.sendValue(2);
+        progress.sendStep();
+    });
+    EXPECT_EQ(labelText(), "Copying");
+    EXPECT_EQ(rangeText(), "3 of 10 KB");
+    EXPECT_EQ(gauge().value(), 3);
+}
+
+TEST_F(PanelThreads, AJobMayOutliveThePanel)
+{
+    for (int round = 0; round < 30; ++round) {
+        makePanel(3);
+        std::atomic<int> sent{0};
+        std::atomic<bool> stop{false};
+        std::thread worker([&sent, &stop, progress = panel().progressHandle()] {
+            while (!stop) {
+                progress.sendText("a text that is longer than a short string");
+                progress.sendStep();
+                ++sent;
+                std::this_thread::yield();
+            }
+        });
+        while (sent < 5 + round % 7)
+            Application::deliverEvents();
+        delete &panel();
+        const int atDestruction = sent;
+        while (sent < atDestruction + 5)
+            Application::deliverEvents();
+        stop = true;
+        worker.join();
+        Application::deliverEvents();
+    }
+    EXPECT_EQ(splitter_->count(), 1);
+}
+
+}  // namespace
