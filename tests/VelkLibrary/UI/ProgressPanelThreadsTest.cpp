@@ -1,14 +1,11 @@
 #include "VelkLibrary/UI/PanelTest.h"
 
-#include <VelkLibrary/LibraryCatalogUpdater.h>
-
 #include <gmock/gmock.h>
 
 #include <QTest>
 #include <QThread>
 
-#include <atomic>
-#include <memory>
+#include <semaphore>
 #include <thread>
 
 namespace {
@@ -118,27 +115,27 @@ TEST_F(PanelThreads, AJobReportsThroughTheBaseOfThePanel)
     EXPECT_EQ(gauge().value(), 3);
 }
 
+// On each round the panel dies while a worker sends.
 TEST_F(PanelThreads, AJobMayOutliveThePanel)
 {
-    for (int round = 0; round < 30; ++round) {
+    constexpr int rounds = 100;
+    constexpr int reports = 60;
+    for (int round = 0; round < rounds; ++round) {
         makePanel(3);
-        std::atomic<int> sent{0};
-        std::atomic<bool> stop{false};
-        std::thread worker([&sent, &stop, progress = panel().progressHandle()] {
-            while (!stop) {
+        std::counting_semaphore<reports> allowed{0};  // or a fast worker would send for minutes
+        std::thread worker([&allowed, progress = panel().progressHandle()] {
+            for (int report = 0; report < reports; ++report) {
+                allowed.acquire();
                 progress.sendText("a text that is longer than a short string");
                 progress.sendStep();
-                ++sent;
-                std::this_thread::yield();
             }
         });
-        while (sent < 5 + round % 7)
-            Application::deliverEvents();
+        allowed.release(20);
+        Application::deliverEvents();
+        allowed.release(20 + round % 20);
         delete &panel();
-        const int atDestruction = sent;
-        while (sent < atDestruction + 5)
-            Application::deliverEvents();
-        stop = true;
+        allowed.release(20 - round % 20);
+        Application::deliverEvents();
         worker.join();
         Application::deliverEvents();
     }
