@@ -72,10 +72,13 @@ public Q_SLOTS:
     void setProgressRangeText(QString rangeStr);
 
 protected:
-    // A progress dialog arranges its label and bar by itself; here a layout does.
+    /// Does nothing: a progress dialog arranges its label and bar by itself, here a layout does.
     void resizeEvent(QResizeEvent* event) override;
+    /// Arranges everything anew after a change of style.
     void changeEvent(QEvent* event) override;
+    /// Stays where it is put, where a dialog would look for a place on the screen.
     void showEvent(QShowEvent* event) override;
+    /// Leaves keys to the window: the escape key would hide a dialog.
     void keyPressEvent(QKeyEvent* event) override;
 
 private:

@@ -1,5 +1,7 @@
 #include "VelkLibrary/UI/PanelTest.h"
 
+#include <VelkLibrary/LibraryCatalogUpdater.h>
+
 #include <gmock/gmock.h>
 
 #include <QTest>
@@ -113,6 +115,32 @@ TEST_F(PanelThreads, AJobReportsThroughTheBaseOfThePanel)
     EXPECT_EQ(labelText(), "Copying");
     EXPECT_EQ(rangeText(), "3 of 10 KB");
     EXPECT_EQ(gauge().value(), 3);
+}
+
+TEST_F(PanelThreads, ACatalogUpdateReportsToThePanel)
+{
+    makePanel(3);
+    texts_[8717] = U"Checking";
+    texts_[8723] = U"Looking at ";
+    const fileString catalog = folder() / std::u32string(
+                                              U"K\x00FC"
+                                              U"che.calib");
+    test::writeFile(catalog, "x");
+    constexpr const char* nobodyListens = "http://127.0.0.1:1/";
+    LibraryCatalogUpdate::LibraryCatalogUpdater updater(panel(), {catalog}, {}, {}, "planner", "12", nobodyListens,
+                                                        true);
+    std::vector<std::string> labels;
+    QObject::connect(&text(), &ProgressText::setLabelText, &window_, [&labels](const QString& label) {
+        if (labels.empty() || labels.back() != label.toStdString())
+            labels.push_back(label.toStdString());
+    });
+    Application::runBesideEventLoop([&updater] { updater(); });
+    EXPECT_THAT(labels, testing::IsSupersetOf({"Checking",
+                                               "Looking at K\xC3\xBC"
+                                               "che.calib"}));
+    EXPECT_EQ(gauge().maximum(), 1);
+    EXPECT_EQ(gauge().value(), 1);
+    EXPECT_EQ(rangeText(), "1 of 1");
 }
 
 // On each round the panel dies while a worker sends.
