@@ -7,6 +7,7 @@
 #include "host/command/PackLibrary.h"
 #include "host/command/PublishReportText.h"
 #include "host/support/DisplayText.h"
+#include "host/support/TextTable.h"
 
 #include <VelkCommon/Files/FileReaper.h>
 #include <VelkCommon/Files/FileUtils.h>
@@ -30,11 +31,6 @@ std::vector<fileString> furnitureIn(const fileString& folder)
     };
     std::stable_sort(files.begin(), files.end(), smaller);
     return files;
-}
-
-std::string counted(std::size_t count, const std::string& singular)
-{
-    return std::to_string(count) + " " + singular + (count == 1 ? "" : "s");
 }
 
 /// The sample has pictures where real libraries have textures.
