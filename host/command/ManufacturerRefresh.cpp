@@ -42,15 +42,16 @@ struct Holdings
 {
     ManufacturerCards cards;
     std::u32string defaultText;
-    std::map<std::string, std::string> logos;  ///< SHA-1 by name; empty for one that is not there
+    std::map<std::string, std::string> logos;  ///< SHA-1 by name, of those that are there
 };
 
 Holdings holdings(const ManufacturerManager& manager)
 {
     Holdings held{manager.getManufacturers(), manager.getDefaultText(), {}};
     for (const auto& [id, card] : held.cards)
-        if (const fileString logo = card.getManufacturerLogoName(); !logo.empty())
-            held.logos.emplace(logo.utf8(), SHA1::fileContentsToSHA1Hex(card.getManufacturerFullLogoName()));
+        if (hasLogoFile(card))
+            held.logos.emplace(card.getManufacturerLogoName().utf8(),
+                               SHA1::fileContentsToSHA1Hex(card.getManufacturerFullLogoName()));
     return held;
 }
 

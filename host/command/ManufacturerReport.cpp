@@ -3,13 +3,10 @@
 #include "host/support/JsonText.h"
 #include "host/support/TextTable.h"
 
-#include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Text/StringConvert.h>
 
 #include <QJsonArray>
 #include <QJsonObject>
-
-#include <boost/date_time/posix_time/posix_time_types.hpp>
 
 #include <boost/date_time/posix_time/time_formatters.hpp>
 
@@ -29,11 +26,6 @@ std::string narrow(const std::u32string& text)
 std::string timeText(const boost::posix_time::ptime& time)
 {
     return time.is_special() ? std::string() : boost::posix_time::to_iso_extended_string(time) + "Z";
-}
-
-bool hasLogoFile(const Manufacturer& card)
-{
-    return !card.getManufacturerLogoName().empty() && FileUtils::fileSize(card.getManufacturerFullLogoName()) > 0;
 }
 
 QJsonObject cardObject(long id, const Manufacturer& card)

@@ -92,7 +92,7 @@ private:
             return;
         if (!Library::detail::isSafeLogoName(logo))
             add("names the logo \"" + logo.utf8() + "\", which is no plain file name");
-        else if (FileUtils::fileSize(card.getManufacturerFullLogoName()) <= 0)
+        else if (!hasLogoFile(card))
             add("names the logo \"" + logo.utf8() + "\", which is not there");
     }
 
@@ -132,6 +132,12 @@ std::vector<std::string> changedFields(const Manufacturer& before, const Manufac
     if (before.isDeleted() != after.isDeleted())
         changed.emplace_back("deleted");
     return changed;
+}
+
+bool hasLogoFile(const Manufacturer& card)
+{
+    return Library::detail::isSafeLogoName(card.getManufacturerLogoName()) &&
+           FileUtils::fileSize(card.getManufacturerFullLogoName()) > 0;
 }
 
 ManufacturerManager& installedManufacturers()

@@ -44,7 +44,8 @@ std::vector<std::pair<std::string, std::string>> picturesOf(const fileString& ca
 
 }  // namespace
 
-TourContent::TourContent(const fileString& source, const fileString& folder) : folder_(folder)
+TourContent::TourContent(const fileString& source, const fileString& folder, const fileString& publisher)
+    : folder_(folder), makers_(source.empty() ? std::vector<fileString>() : furnitureIn(source), publisher, folder)
 {
     if (source.empty()) {
         libraries_ = {{{}, "Sample house", false}, {{}, "Sample office", false}, {{}, "Sample garden house", true}};
@@ -58,6 +59,7 @@ void TourContent::build(Output& output) const
 {
     for (const Library& library : libraries_)
         buildLibrary(library, "", output);
+    makers_.build(output);
 }
 
 void TourContent::change(Output& output) const
@@ -66,6 +68,7 @@ void TourContent::change(Output& output) const
     // The last one stays as it is, to show what does not travel.
     if (libraries_.size() > coreLibraries + 1)
         buildLibrary(libraries_[coreLibraries], "de", output);
+    makers_.change(output);
 }
 
 std::vector<std::string> TourContent::bonusNames() const
@@ -82,7 +85,10 @@ void TourContent::buildLibrary(const Library& library, const std::string& langua
     BuildOptions options;
     options.kind = library.bonus ? LibraryKind::Bonus : LibraryKind::Core;
     options.language = language;
-    options.name = library.source.empty() ? library.name : std::string();
+    if (library.source.empty()) {
+        options.name = library.name;
+        options.id = library.name;
+    }
     const fileString folder = folder_ / (library.bonus ? U"bonus" : U"core");
     makeFolder(folder);
     fileString target = folder / fileString(library.name + ".calib");
