@@ -17,6 +17,7 @@ using Library::Search::detail::LiteralMatcher;
 using Library::Search::detail::LoweredTexts;
 using Library::Search::detail::noWorth;
 using Library::Search::detail::PlaceWorths;
+using Library::Search::detail::PlainPart;
 using Library::Search::detail::Worth;
 
 namespace {
@@ -131,6 +132,9 @@ struct GroupMatcher
     std::uint32_t end = 0;
 };
 
+// From so many terms on, one look at the texts' pairs of bytes is less work than one for each term.
+constexpr std::size_t fewestTermsForPairs = 8;
+
 }  // namespace
 
 /// The compiled search. Each distinct term is compiled and looked for once, however many groups hold it.
@@ -139,12 +143,14 @@ struct LibraryResultCategorizer::Matchers
     explicit Matchers(const Library::Search::Info& info);
 
     SearchPriority rate(const NameWorths& worths, const std::string& name, const std::string* keywords) const;
+    bool mayMatch(std::string_view name, std::string_view keywords) const;
 
     std::vector<LiteralMatcher> terms;
     std::vector<std::uint32_t> groupTerms;  // indexes into `terms`
     std::vector<GroupMatcher> groups;
     bool wordMatchesOnly;
     bool textSearch;
+    bool looksAtGivenTexts;  // mayMatch() is worth its time
 
 private:
     class Builder;
@@ -286,8 +292,6 @@ private:
         return pairs_ && !term.mayStandIn(*pairs_) ? noWorth : term.best(texts_, worths);
     }
 
-    static constexpr std::size_t fewestTermsForPairs = 8;
-
     const Matchers& matchers_;
     LoweredTexts& texts_;
     std::optional<BytePairs> pairs_;
@@ -304,12 +308,31 @@ LibraryResultCategorizer::Matchers::Matchers(const Library::Search::Info& info)
         builder.add(group);
     terms.shrink_to_fit();
     groupTerms.shrink_to_fit();
+    looksAtGivenTexts = terms.size() < fewestTermsForPairs &&
+                        std::all_of(groups.begin(), groups.end(), [this](const GroupMatcher& group) {
+                            return group.requiredBegin < group.excludedBegin &&
+                                   terms[groupTerms[group.requiredBegin]].plainPart().exists();
+                        });
+}
+
+// Whether some group has all its required terms in the texts, as far as that can be told before they are in
+// lower case. Most texts fail here.
+bool LibraryResultCategorizer::Matchers::mayMatch(std::string_view name, std::string_view keywords) const
+{
+    const auto mayStand = [&](std::uint32_t term) {
+        const PlainPart& part = terms[term].plainPart();
+        return part.mayStandIn(keywords) || part.mayStandIn(name);
+    };
+    return std::any_of(groups.begin(), groups.end(), [&](const GroupMatcher& group) {
+        return std::all_of(groupTerms.begin() + group.requiredBegin, groupTerms.begin() + group.excludedBegin,
+                           mayStand);
+    });
 }
 
 SearchPriority LibraryResultCategorizer::Matchers::rate(const NameWorths& worths, const std::string& name,
                                                         const std::string* keywords) const
 {
-    if (groups.empty())
+    if (groups.empty() || (looksAtGivenTexts && !mayMatch(name, keywords == nullptr ? std::string_view() : *keywords)))
         return Invalid;
     const std::size_t statesSize = terms.size() * sizeof(TermState);
     const std::size_t textsSize = LoweredTexts::room(name.size(), keywords == nullptr ? 0 : keywords->size());

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -27,6 +28,13 @@ public:
     {
         Bytes16Portable result(0);
         std::memcpy(result.bytes_.data(), from, size);
+        return result;
+    }
+    /// The `count` bytes at `from`, at most 16, and zeros behind them. Reads nothing else.
+    static Bytes16Portable loadPart(const char* from, std::size_t count) noexcept
+    {
+        Bytes16Portable result(0);
+        std::memcpy(result.bytes_.data(), from, count);
         return result;
     }
     void store(char* to) const noexcept { std::memcpy(to, bytes_.data(), size); }
@@ -98,6 +106,21 @@ public:
     {
         return Bytes16Sse2(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from)));
     }
+    static Bytes16Sse2 loadPart(const char* from, std::size_t count) noexcept
+    {
+        std::uint64_t low = 0;
+        std::uint64_t high = 0;
+        if (count >= 8) {
+            low = word<std::uint64_t>(from);
+            high = count == 8 ? 0 : word<std::uint64_t>(from + count - 8) >> 8 * (16 - count);
+        } else if (count >= 4) {
+            low = word<std::uint32_t>(from) | word<std::uint32_t>(from + count - 4) << 8 * (count - 4);
+        } else if (count > 0) {
+            low = word<std::uint8_t>(from) | word<std::uint8_t>(from + count / 2) << 8 * (count / 2) |
+                  word<std::uint8_t>(from + count - 1) << 8 * (count - 1);
+        }
+        return Bytes16Sse2(_mm_set_epi64x(static_cast<std::int64_t>(high), static_cast<std::int64_t>(low)));
+    }
     void store(char* to) const noexcept { _mm_storeu_si128(reinterpret_cast<__m128i*>(to), bytes_); }
 
     friend Bytes16Sse2 equal(Bytes16Sse2 a, Bytes16Sse2 b) noexcept
@@ -132,6 +155,14 @@ public:
 
 private:
     explicit Bytes16Sse2(__m128i bytes) noexcept : bytes_(bytes) {}
+
+    template <typename Word>
+    static std::uint64_t word(const char* from) noexcept
+    {
+        Word result;
+        std::memcpy(&result, from, sizeof result);
+        return result;
+    }
 
     __m128i bytes_;
 };

@@ -159,52 +159,6 @@ char* lowerCharacter(char* out, const char*& in, const char* end)
     return out + 1;
 }
 
-// ASCII only: eight bytes in a word, none of which carries into the next.
-std::uint64_t lowerAscii(std::uint64_t word)
-{
-    constexpr std::uint64_t each = 0x0101010101010101;
-    const std::uint64_t fromA = word + each * (0x80 - 'A');
-    const std::uint64_t aboveZ = word + each * (0x7F - 'Z');
-    return word | (fromA & ~aboveZ & each * 0x80) >> 2;
-}
-
-// Lowers an ASCII text of `sizeof(Word)` to twice that many bytes as two words that may overlap.
-template <typename Word>
-bool lowerAsTwoWords(char* out, std::string_view text)
-{
-    const std::size_t second = text.size() - sizeof(Word);
-    Word low = 0;
-    Word high = 0;
-    std::memcpy(&low, text.data(), sizeof low);
-    std::memcpy(&high, text.data() + second, sizeof high);
-    if (((low | high) & static_cast<Word>(0x8080808080808080)) != 0)
-        return false;
-    low = static_cast<Word>(lowerAscii(std::uint64_t{low}));
-    high = static_cast<Word>(lowerAscii(std::uint64_t{high}));
-    std::memcpy(out, &low, sizeof low);
-    std::memcpy(out + second, &high, sizeof high);
-    return true;
-}
-
-// Names are short, so the bytes that fill no block count. Succeeds where the rest of `text` from `in`
-// on, and as much before it as is needed to fill a block or word, is ASCII.
-bool lowerAsciiRest(char* to, std::string_view text, const char* in)
-{
-    const char* const end = text.data() + text.size();
-    if (text.size() >= Bytes16::size) {
-        const Bytes16 last = Bytes16::load(end - Bytes16::size);
-        if (last.mask() != 0)
-            return false;
-        lowerAscii(last).store(to + (end - in) - Bytes16::size);
-        return true;
-    }
-    if (text.size() >= sizeof(std::uint64_t))
-        return lowerAsTwoWords<std::uint64_t>(to, text);
-    if (text.size() >= sizeof(std::uint32_t))
-        return lowerAsTwoWords<std::uint32_t>(to, text);
-    return false;
-}
-
 /// A block of text in which something is not ASCII.
 struct LoweredBlock
 {
@@ -307,16 +261,24 @@ std::string toLowerUtf8(std::string_view text)
 
 std::size_t toLowerUtf8Into(char* const out, std::string_view text) noexcept
 {
+    if (text.size() < Bytes16::size) {  // as most names
+        const Bytes16 block = Bytes16::loadPart(text.data(), text.size());
+        if (block.mask() != 0)
+            return lowerRest(out, text.data(), text.size());
+        lowerAscii(block).store(out);
+        return text.size();
+    }
     const char* in = text.data();
     const char* const end = in + text.size();
     char* to = out;
-    if (text.size() > Bytes16::size)
-        lowerBlocks(to, in, end - Bytes16::size, end);
+    lowerBlocks(to, in, end - Bytes16::size, end);
     const auto done = static_cast<std::size_t>(to - out);
     const auto left = static_cast<std::size_t>(end - in);
-    if (left == 0 || lowerAsciiRest(to, text, in))
-        return done + left;
-    return done + lowerRest(to, in, left);
+    const Bytes16 last = Bytes16::load(end - Bytes16::size);
+    if (last.mask() != 0)
+        return done + lowerRest(to, in, left);
+    lowerAscii(last).store(out + done + left - Bytes16::size);
+    return done + left;
 }
 
 }  // namespace StringUtils

@@ -1,7 +1,7 @@
 #include <VelkLibrary/Search/detail/LiteralMatcher.h>
 
 #include <VelkCommon/Platform/Bytes16.h>
-#include <VelkCommon/Text/StringUtils.h>
+#include <VelkLibrary/Search/detail/ByteFrequency.h>
 
 #include <algorithm>
 #include <array>
@@ -16,8 +16,6 @@ using Velk::Platform::lowestBit;
 namespace Library::Search::detail {
 namespace {
 
-constexpr char capitalBit = 0x20;  // what a capital lacks of its small letter, in ASCII
-
 // A term up to this size is compared wherever it may stand. With longer ones that would take time by
 // the product of the sizes, so they have a budget of bytes to compare, in multiples of the text.
 constexpr std::size_t longestUnbudgetedTerm = 64;
@@ -26,25 +24,6 @@ constexpr std::size_t leastBudget = 4096;
 
 // Bytes of a term among which the probes are chosen; their places fit a byte.
 constexpr std::size_t mostProbed = 256;
-constexpr std::size_t mostPlain = 16;
-
-// The bytes of names and keywords in many languages, most frequent first; any other is rare.
-constexpr std::string_view frequentBytes =
-    " eaiorntslcudpm,hg\xD0\xD1"
-    "bkfv-y01w2\xC3\x80\xE3\xB0\xB5\xB8\xBE"
-    "3_x\x81\x82\xBD\x83.z4j5(8)6\xD7/q79\xBB\x8C\x86\xE4\xE5\xE6\xCE\xCF\xA9";
-
-constexpr std::array<std::uint8_t, 256> frequencies = [] {
-    std::array<std::uint8_t, 256> result{};
-    for (std::size_t i = 0; i < frequentBytes.size(); ++i)
-        result[static_cast<unsigned char>(frequentBytes[i])] = static_cast<std::uint8_t>(frequentBytes.size() - i);
-    return result;
-}();
-
-std::uint8_t frequencyOf(char byte)
-{
-    return frequencies[static_cast<unsigned char>(byte)];
-}
 
 // Texts are in lower case here.
 constexpr std::array<bool, 256> wordBytes = [] {
@@ -67,13 +46,6 @@ Bytes16 areWord(const char* bytes)
 {
     const Bytes16 block = Bytes16::load(bytes);
     return inRange(block, 'a', 'z') | inRange(block, '0', '9') | equal(block, Bytes16('_'));
-}
-
-// Whether nothing but a byte itself and its capital has this lower case. Of what is not ASCII, U+0130
-// alone becomes ASCII, "i", and U+212A, "k".
-bool isPlain(char byte)
-{
-    return static_cast<unsigned char>(byte) < 0x80 && byte != 'i' && byte != 'k';
 }
 
 bool isBreak(char byte)
@@ -166,21 +138,21 @@ private:
     bool onlyWords_ = false;
 };
 
-LiteralMatcher::LiteralMatcher(std::string term) : term_(std::move(term)), firstBreak_(term_.find_first_of("\n\r"))
+LiteralMatcher::LiteralMatcher(std::string term)
+    : term_(std::move(term)), firstBreak_(term_.find_first_of("\n\r")), plainPart_(term_)
 {
     if (term_.empty())
         return;
     beginsInWord_ = isWord(term_.front());
     endsInWord_ = isWord(term_.back());
     chooseProbes();
-    choosePlainPart();
     if (term_.size() > longestUnbudgetedTerm)
         factorize();
 }
 
 Worth LiteralMatcher::best(LoweredTexts& texts, const PlaceWorths& worths) const noexcept
 {
-    if (!texts.pendingKeywords().empty() && mayStandInRaw(texts.pendingKeywords()))
+    if (!texts.pendingKeywords().empty() && plainPart_.mayStandIn(texts.pendingKeywords()))
         texts.lowerKeywords();
     if (term_.size() > texts.size())
         return noWorth;
@@ -215,70 +187,6 @@ void LiteralMatcher::chooseProbes() noexcept
         pairs_[i] = BytePairs::number(term_[first], term_[first + 1]);
     }
     frequency_ = static_cast<std::uint16_t>(frequencyOf(term_[rarest]) * 256 + frequencyOf(term_[second]));
-}
-
-// Two neighbours, the rarest, and what stands around them.
-void LiteralMatcher::choosePlainPart() noexcept
-{
-    const std::size_t size = std::min(term_.size(), mostProbed);
-    unsigned rarest = std::numeric_limits<unsigned>::max();
-    std::size_t probe = size;
-    for (std::size_t i = 0; i < size; ++i) {
-        const bool alone = i + 1 == size || !isPlain(term_[i + 1]);
-        const unsigned frequency = alone ? 512U : frequencyOf(term_[i]) + frequencyOf(term_[i + 1]);
-        if (isPlain(term_[i]) && frequency < rarest) {
-            rarest = frequency;
-            probe = i;
-        }
-    }
-    std::size_t begin = probe;
-    while (begin > 0 && probe - begin < mostPlain / 2 && isPlain(term_[begin - 1]))
-        --begin;
-    std::size_t end = probe;
-    while (end < size && end - begin < mostPlain && isPlain(term_[end]))
-        ++end;
-    plainBegin_ = static_cast<std::uint8_t>(begin);
-    plainProbe_ = static_cast<std::uint8_t>(probe - begin);
-    plainSize_ = static_cast<std::uint8_t>(end - begin);
-}
-
-bool LiteralMatcher::plainPartStandsAt(const char* place) const noexcept
-{
-    const char* const part = term_.data() + plainBegin_;
-    for (std::size_t i = 0; i < plainSize_; ++i) {
-        if ((part[i] | capitalBit) != (place[i] | capitalBit))
-            return false;
-    }
-    return true;
-}
-
-// Whether a text, of at least LoweredTexts::leastPending bytes, may hold the term once it is lowered.
-// Most texts do not, and to see it here takes less time than to lower them.
-bool LiteralMatcher::mayStandInRaw(std::string_view text) const noexcept
-{
-    if (plainSize_ == 0)
-        return true;
-    const std::size_t distance = plainProbe_ + 1U < plainSize_ ? 1 : 0;
-    const char* const probes = term_.data() + plainBegin_ + plainProbe_;
-    const Bytes16 capital(static_cast<std::uint8_t>(capitalBit));
-    const Bytes16 first = Bytes16(static_cast<std::uint8_t>(probes[0])) | capital;
-    const Bytes16 second = Bytes16(static_cast<std::uint8_t>(probes[distance])) | capital;
-    const char* const firstPlace = text.data() + plainProbe_;
-    const char* const lastPlace = text.data() + text.size() - (plainSize_ - plainProbe_);
-    static_assert(LoweredTexts::leastPending >= mostPlain + Bytes16::size);
-    for (const char* place = firstPlace; place <= lastPlace; place += Bytes16::size) {
-        // The last block reaches back, not beyond the end.
-        const char* const block = std::min(place, text.data() + text.size() - distance - Bytes16::size);
-        std::uint32_t candidates =
-            (equal(Bytes16::load(block) | capital, first) & equal(Bytes16::load(block + distance) | capital, second))
-                .mask();
-        for (; candidates != 0; candidates &= candidates - 1) {
-            const char* const found = block + lowestBit(candidates);
-            if (found >= firstPlace && found <= lastPlace && plainPartStandsAt(found - plainProbe_))
-                return true;
-        }
-    }
-    return false;
 }
 
 // The places of a term that holds a line break: it must cover all breaks of the text, so its first one

@@ -1,9 +1,13 @@
 #include "CategorizerCalls.h"
 
+#include <VelkCommon/Text/StringConvert.h>
+#include <VelkCommon/Text/StringUtils.h>
+
 #include <gtest/gtest.h>
 
 #include <ostream>
 #include <string>
+#include <vector>
 
 using namespace test;
 using namespace std::string_literals;
@@ -167,5 +171,33 @@ TEST_P(RatesTerm, AsExclusionWhereItOccurs)
 
 INSTANTIATE_TEST_SUITE_P(Categorizer, RatesTerm, testing::ValuesIn(termCases),
                          [](const auto& row) { return std::string(row.param.name); });
+
+std::vector<char32_t> charactersWithOtherLowerCase()
+{
+    std::vector<char32_t> result;
+    for (char32_t character = 0; character <= 0x10FFFF; ++character) {
+        if (StringUtils::toLower(std::u32string(1, character)).front() != character)
+            result.push_back(character);
+    }
+    return result;
+}
+
+TEST(Categorizer, FindsEveryCharacterThatHasALowerCaseByThatLowerCase)
+{
+    const std::vector<char32_t> characters = charactersWithOtherLowerCase();
+    ASSERT_GT(characters.size(), 1000u);
+    const std::u32string filling(40, U'.');
+    for (const char32_t character : characters) {
+        for (const std::u32string& text : {std::u32string{character}, U"b" + std::u32string{character},
+                                           character + std::u32string(U"b"), U"\u043F" + std::u32string{character}}) {
+            const LibraryResultCategorizer categorizer(searchFor({group({StringUtils::toLower(text)})}));
+            const std::string name = StringConvert::toStdUtf8String(text);
+            const std::string keywords = StringConvert::toStdUtf8String(filling + text + filling);
+            EXPECT_EQ(categorizer.categorizeItemResult(name), ItemExactName) << name;
+            EXPECT_NE(categorizer.categorizeItemResult("x" + name), Invalid) << name;
+            EXPECT_NE(categorizer.categorizeItemResult("x", keywords), Invalid) << name;
+        }
+    }
+}
 
 }  // namespace

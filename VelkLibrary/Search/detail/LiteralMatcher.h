@@ -1,6 +1,7 @@
 #pragma once
 
 #include <VelkLibrary/Search/detail/LoweredTexts.h>
+#include <VelkLibrary/Search/detail/PlainPart.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -51,15 +52,14 @@ public:
     /// An order of terms: the smaller, the less likely a text holds the term.
     unsigned frequency() const noexcept { return frequency_; }
 
+    const PlainPart& plainPart() const noexcept { return plainPart_; }
+
     const std::string& term() const noexcept { return term_; }
 
 private:
     class Places;
 
     void chooseProbes() noexcept;
-    void choosePlainPart() noexcept;
-    bool mayStandInRaw(std::string_view text) const noexcept;
-    bool plainPartStandsAt(const char* place) const noexcept;
     void factorize() noexcept;
     Worth bestAcrossBreaks(const LoweredTexts& texts, const PlaceWorths& worths) const noexcept;
     Worth bestOfEmpty(const LoweredTexts& texts, const PlaceWorths& worths) const noexcept;
@@ -67,15 +67,13 @@ private:
     void searchInLinearTime(Places& places, std::size_t from) const noexcept;
 
     std::string term_;
-    std::size_t firstBreak_;         // npos: none
+    std::size_t firstBreak_;  // npos: none
+    PlainPart plainPart_;
     std::size_t criticalPlace_ = 0;  // of the two-way search, for long terms
     std::size_t period_ = 0;
     std::uint16_t pairs_[2] = {};  // the numbers of the pairs with the bytes at probes_
     std::uint16_t frequency_ = 0;
     std::uint8_t probes_[2] = {};  // places of two bytes of the term that are rare in names
-    std::uint8_t plainBegin_ = 0;  // a part of the term that has only capitals besides itself
-    std::uint8_t plainSize_ = 0;   // 0: none
-    std::uint8_t plainProbe_ = 0;  // the place in this part of two neighbours, or one, that are rare
     bool periodic_ = false;        // the term repeats itself at the distance of period_
     bool beginsInWord_ = false;
     bool endsInWord_ = false;

@@ -5,10 +5,12 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <cstddef>
 #include <cstdint>
 #include <locale>
 #include <random>
 #include <string>
+#include <vector>
 
 using namespace std::string_literals;
 
@@ -264,6 +266,19 @@ using Forms = testing::Types<Velk::Platform::Bytes16Portable, Velk::Platform::By
 using Forms = testing::Types<Velk::Platform::Bytes16Portable>;
 #endif
 TYPED_TEST_SUITE(SixteenBytes, Forms);
+
+TYPED_TEST(SixteenBytes, LoadPartReadsSoManyBytesAndNoMore)
+{
+    const std::string bytes = "\x01\x82\x03\x84\x05\x86\x07\x88\x09\x8A\x0B\x8C\x0D\x8E\x0F\x90";
+    for (std::size_t count = 0; count <= bytes.size(); ++count) {
+        const std::vector<char> given(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count));
+        std::string expected = bytes.substr(0, count);
+        expected.resize(16);
+        std::string result(16, 'x');
+        TypeParam::loadPart(given.data(), count).store(result.data());
+        EXPECT_EQ(result, expected) << count;
+    }
+}
 
 // What a byte of the result should be, for all pairs of bytes at all places.
 template <typename Bytes, typename Operation, typename Expected>
