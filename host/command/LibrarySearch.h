@@ -42,6 +42,9 @@ LibrarySet loadLibraries(const std::vector<fileString>& paths);
 /// Reads the libraries of the user's core, bonus, manufacturer and user folders, as far as they exist.
 LibrarySet loadInstalledLibraries();
 
+/// Leaves those of the loaded libraries whose ids stand in `ids`.
+void keepLibraries(LibrarySet& libraries, const std::vector<std::string>& ids);
+
 /// The installed libraries' folders.
 std::vector<fileString> installedLibraryFolders();
 
@@ -53,6 +56,7 @@ struct SearchRequest
     bool folders = true;      ///< rate folders
     bool items = true;        ///< rate items
     std::set<libType> types;  ///< kinds of library; empty for all
+    std::string filter;       ///< the name of the filter that the libraries were limited by; empty without one
 };
 
 /// The search as the library takes it.
