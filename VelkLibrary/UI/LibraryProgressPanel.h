@@ -1,0 +1,84 @@
+#pragma once
+
+#include <VelkLibrary/Export.h>
+#include <VelkLibrary/LibraryProgressBase.h>
+
+#include <QPointer>
+#include <QProgressDialog>
+#include <QString>
+
+#include <cstddef>
+#include <string>
+
+class ProgressGauge;
+class ProgressText;
+class QLabel;
+
+/// A slim strip that shows the progress of a long job below the browser: what is being done, a bar, and how
+/// much is done. A progress dialog that is part of a window instead of being one; it does not show itself.
+///
+///     auto* const panel = LibraryProgressPanel::create(browserWindow);
+///     LibraryCatalogUpdate::LibraryCatalogUpdater updater(*panel, ...);   // the panel as the receiver
+///     // or, for a job of the host's own:
+///     std::thread worker([progress = LibraryProgressBase(*panel)] { progress.sendRange(3); ... });
+///
+/// A worker that may outlive the panel works with a copy of its LibraryProgressBase, as above: what is sent
+/// after the panel's end is dropped. The slots may be called directly from any thread too, by one who knows
+/// that the panel lives; they only queue calls to the widgets, in the order made. Everything else is the
+/// user-interface thread's.
+///
+/// A value or range reaches the text twice, once directly and once through the gauge; that is harmless.
+class VELKLIBRARY_EXPORT LibraryProgressPanel : public QProgressDialog, public LibraryProgressBase
+{
+    Q_OBJECT
+
+public:
+    /// Makes a panel and puts it below everything else in the QSplitter named "libMainSplitter" somewhere in
+    /// `parent`, as a section of fixed height that cannot be collapsed. Without such a splitter the panel is
+    /// made, but put nowhere. Owned by the splitter, else by `parent`, else (null) by the caller.
+    static LibraryProgressPanel* create(QWidget* parent);
+
+    /// A panel that is put nowhere yet; create() is what a browser wants.
+    explicit LibraryProgressPanel(QWidget* parent = nullptr);
+    ~LibraryProgressPanel() override;
+
+    /// The size of the strip.
+    QSize sizeHint() const override;
+
+public Q_SLOTS:
+    // What a job reports, by the names that LibraryProgressBase sends. Texts are UTF-8.
+
+    /// One step is done.
+    void onUpdateInGauge();
+    /// So many steps are done. Only the lowest 32 bits count.
+    void onSetValueInGauge(size_t val);
+    /// So many steps are done.
+    void onSetValueInGauge(int val);
+    /// A gauge of so many steps. Only the lowest 32 bits count.
+    void onSetRangeInGauge(size_t val);
+    /// A gauge of so many steps.
+    void onSetRangeInGauge(int val);
+    /// What is being done. Bytes that are no UTF-8 are read as Windows-1252, as the catalog update's file
+    /// names are.
+    void onSetText(std::string text);
+    /// The unit of the steps, stored at once and seen with the next change.
+    void onSetUnits(std::string unit_string);
+
+    /// Shows what is being done, left of the bar. User-interface thread.
+    void setProgressLabelText(QString labelStr);
+    /// Shows how much is done, right of the bar. User-interface thread.
+    void setProgressRangeText(QString rangeStr);
+
+protected:
+    // A progress dialog arranges its label and bar by itself; here a layout does.
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    QPointer<ProgressText> text_;
+    QPointer<ProgressGauge> gauge_;
+    QPointer<QLabel> progressLabel_;
+    QPointer<QLabel> rangeLabel_;
+};
