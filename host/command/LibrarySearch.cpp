@@ -158,6 +158,11 @@ LibrarySet loadLibraries(const std::vector<fileString>& paths)
 
 LibrarySet loadInstalledLibraries()
 {
+    return loadLibraries(installedLibraryFiles());
+}
+
+std::vector<fileString> installedLibraryFiles()
+{
     std::vector<fileString> files;
     const fileString extension(std::string(".calib"));
     for (const fileString& folder : installedLibraryFolders()) {
@@ -166,7 +171,7 @@ LibrarySet loadInstalledLibraries()
         const std::vector<fileString> found = filesInFolder(folder, extension);
         files.insert(files.end(), found.begin(), found.end());
     }
-    return loadLibraries(files);
+    return files;
 }
 
 std::vector<fileString> installedLibraryFolders()

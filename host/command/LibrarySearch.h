@@ -42,6 +42,9 @@ LibrarySet loadLibraries(const std::vector<fileString>& paths);
 /// Reads the libraries of the user's core, bonus, manufacturer and user folders, as far as they exist.
 LibrarySet loadInstalledLibraries();
 
+/// Their files, folder by folder.
+std::vector<fileString> installedLibraryFiles();
+
 /// The installed libraries' folders.
 std::vector<fileString> installedLibraryFolders();
 
