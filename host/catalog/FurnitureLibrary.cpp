@@ -12,6 +12,7 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
+#include <map>
 
 namespace VelkHost {
 namespace {
@@ -71,6 +72,18 @@ public:
         for (const std::uint32_t number : itemNumbers(texts_.back()))
             addItem(builder, '#' + std::to_string(number));
         return builder.finish();
+    }
+
+    std::vector<FurnitureMaker> makers()
+    {
+        std::map<std::string, FurnitureMaker> makers;
+        addProvider(makers, text("provider"));
+        for (const std::uint32_t number : itemNumbers(texts_.back()))
+            addMaker(makers, '#' + std::to_string(number));
+        std::vector<FurnitureMaker> list;
+        for (auto& [name, maker] : makers)
+            list.push_back(std::move(maker));
+        return list;
     }
 
 private:
@@ -146,6 +159,34 @@ private:
         builder.add(std::move(item));
     }
 
+    static FurnitureMaker& makerNamed(std::map<std::string, FurnitureMaker>& makers, std::string_view name)
+    {
+        const std::string clean = cleanText(name, limits::nameCharacters);
+        FurnitureMaker& maker = makers[clean];
+        maker.name = clean;
+        return maker;
+    }
+
+    static void addProvider(std::map<std::string, FurnitureMaker>& makers, std::string_view name)
+    {
+        if (!name.empty())
+            makerNamed(makers, name).url = name.starts_with("www.") ? "https://" + std::string(name) : "";
+    }
+
+    void addMaker(std::map<std::string, FurnitureMaker>& makers, const std::string& suffix)
+    {
+        const std::string_view name = text("creator" + suffix);
+        if (name.empty())
+            return;
+        FurnitureMaker& maker = makerNamed(makers, name);
+        if (maker.icon.empty() || maker.otherIcon == maker.icon) {
+            maker.otherIcon = thumbnail(entryName(text("icon" + suffix)));
+            if (maker.icon.empty())
+                maker.icon = maker.otherIcon;
+        }
+        ++maker.items;
+    }
+
     std::string thumbnail(const std::string& icon)
     {
         if (icon.empty())
@@ -181,6 +222,11 @@ private:
 Catalog readFurnitureLibrary(const fileString& path, const BuildOptions& options)
 {
     return FurnitureLibrary(path, options).catalog();
+}
+
+std::vector<FurnitureMaker> readFurnitureMakers(const fileString& path)
+{
+    return FurnitureLibrary(path, {}).makers();
 }
 
 }  // namespace VelkHost

@@ -2,6 +2,10 @@
 
 #include "host/catalog/Languages.h"
 
+#include <cstddef>
+#include <string>
+#include <vector>
+
 namespace VelkHost {
 
 /// Reads a furniture library (".sh3f"): a zip archive with "PluginFurnitureCatalog.properties", its
@@ -12,5 +16,18 @@ namespace VelkHost {
 /// translation lacks is taken from the default. An icon that is missing or no PNG file is left out.
 /// Throws CatalogError.
 Catalog readFurnitureLibrary(const fileString& path, const BuildOptions& options);
+
+/// Someone who made things in a furniture library, or who provides it.
+struct FurnitureMaker
+{
+    std::string name;
+    std::string url;        ///< may be empty
+    std::size_t items = 0;  ///< that they made
+    std::string icon;       ///< of one of their things (PNG), as far as there is one
+    std::string otherIcon;  ///< of another one; the same when there is no other
+};
+
+/// The makers and providers that a furniture library names, by name. Throws CatalogError.
+std::vector<FurnitureMaker> readFurnitureMakers(const fileString& path);
 
 }  // namespace VelkHost

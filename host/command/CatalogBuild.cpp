@@ -7,6 +7,7 @@
 #include "host/catalog/FurnitureLibrary.h"
 #include "host/catalog/SampleLibrary.h"
 #include "host/catalog/SourceFile.h"
+#include "host/support/TextTable.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Text/StringUtils.h>
@@ -17,12 +18,6 @@
 
 namespace VelkHost {
 namespace {
-
-std::string counted(std::size_t count, const std::string& singular)
-{
-    return formatWithThousandsSeparatorPrecision(static_cast<double>(count), 0) + " " + singular +
-           (count == 1 ? "" : "s");
-}
 
 BuiltCatalog write(Catalog catalog, const fileString& target)
 {

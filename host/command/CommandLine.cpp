@@ -83,6 +83,8 @@ int run(const std::vector<std::string>& arguments, Output& output)
     Action action;
     addSearchCommand(app, output, action);
     addCatalogCommand(app, output, action);
+    addFilterCommand(app, output, action);
+    addManufacturerCommand(app, output, action);
     addPublishCommand(app, output, action);
     addServeCommand(app, output, action);
     addTexturesCommand(app, output, action);

@@ -19,6 +19,8 @@ using Action = std::function<int()>;
 /// `output` and `action` must live until the action has run.
 void addSearchCommand(CLI::App& app, Output& output, Action& action);
 void addCatalogCommand(CLI::App& app, Output& output, Action& action);
+void addFilterCommand(CLI::App& app, Output& output, Action& action);
+void addManufacturerCommand(CLI::App& app, Output& output, Action& action);
 void addPublishCommand(CLI::App& app, Output& output, Action& action);
 void addServeCommand(CLI::App& app, Output& output, Action& action);
 void addTexturesCommand(CLI::App& app, Output& output, Action& action);

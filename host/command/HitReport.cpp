@@ -1,41 +1,23 @@
 #include "host/command/HitReport.h"
 
 #include "host/support/DisplayText.h"
+#include "host/support/JsonText.h"
+#include "host/support/TextTable.h"
 
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
-
-#include <algorithm>
-#include <array>
 
 namespace VelkHost {
 namespace {
 
-constexpr std::size_t columnCount = 5;
-constexpr std::size_t firstFlexible = 2;    // the columns from here on give way on a narrow terminal
-constexpr std::size_t narrowestColumn = 8;  // characters
-constexpr std::string_view columnGap = "  ";
 constexpr std::string_view pathSeparator = " \u203A ";
-
-using Row = std::array<StyledText, columnCount>;
 
 std::string number(double value, int decimals)
 {
     return formatWithThousandsSeparatorPrecision(value, decimals);
-}
-
-std::string counted(std::size_t count, const std::string& singular, const std::string& plural)
-{
-    return number(static_cast<double>(count), 0) + " " + (count == 1 ? singular : plural);
-}
-
-StyledText plain(std::string_view text)
-{
-    return highlighted(text, {});
 }
 
 std::vector<std::u32string> lowerTerms(const Library::Search::Info& info)
@@ -55,7 +37,8 @@ std::string wherePath(const LibrarySet& libraries, const Hit& hit)
     return where;
 }
 
-Row hitRow(const LibrarySet& libraries, const Hit& hit, std::size_t rank, const std::vector<std::u32string>& terms)
+TextTable::Row hitRow(const LibrarySet& libraries, const Hit& hit, std::size_t rank,
+                      const std::vector<std::u32string>& terms)
 {
     const Catalog& catalog = libraries.loaded[hit.library].catalog;
     const std::string keywords = hit.isFolder ? std::string() : catalog.items[hit.index].keywords;
@@ -63,72 +46,19 @@ Row hitRow(const LibrarySet& libraries, const Hit& hit, std::size_t rank, const 
             plain(wherePath(libraries, hit)), highlighted(keywords, terms)};
 }
 
-using Widths = std::array<std::size_t, columnCount>;
-
-/// What the columns take in all when no flexible one is wider than `cap`.
-std::size_t totalWidth(const Widths& widths, std::size_t cap)
-{
-    std::size_t total = columnGap.size() * (columnCount - 1);
-    for (std::size_t i = 0; i < columnCount; ++i)
-        total += i < firstFlexible ? widths[i] : std::min(widths[i], cap);
-    return total;
-}
-
-/// The columns' widths: what they need, or less in the flexible ones when the terminal is narrow. The
-/// widest gives way first, so that short columns stay whole.
-Widths columnWidths(const std::vector<Row>& rows, std::size_t columns)
-{
-    Widths widths{};
-    for (const Row& row : rows)
-        for (std::size_t i = 0; i < columnCount; ++i)
-            widths[i] = std::max(widths[i], displayWidth(row[i].text));
-    if (columns == 0)
-        return widths;
-    std::size_t cap = *std::max_element(widths.begin() + firstFlexible, widths.end());
-    while (cap > narrowestColumn && totalWidth(widths, cap) > columns)
-        --cap;
-    for (std::size_t i = firstFlexible; i < columnCount; ++i)
-        widths[i] = std::min(widths[i], cap);
-    return widths;
-}
-
-std::string tableLine(const Row& row, const Widths& widths, bool styles)
-{
-    std::string line;
-    for (std::size_t i = 0; i < columnCount; ++i) {
-        const StyledText cell = cutToWidth(row[i], widths[i]);
-        const std::string padding(widths[i] - displayWidth(cell.text), ' ');
-        const bool rightAligned = i == 0;
-        line += (i == 0 ? "" : std::string(columnGap)) + (rightAligned ? padding : "") + render(cell, styles) +
-                (rightAligned ? "" : padding);
-    }
-    line.erase(line.find_last_not_of(' ') + 1);
-    return line + "\n";
-}
-
-std::size_t shownHits(const SearchResult& result, std::size_t limit)
-{
-    return limit == 0 ? result.hits.size() : std::min(limit, result.hits.size());
-}
-
 std::string figures(const LibrarySet& libraries, const SearchResult& result, const Library::Search::Info& info)
 {
     const std::size_t rated = result.ratedFolders + result.ratedItems;
     const double each = rated == 0 ? 0 : result.milliseconds * 1'000 / static_cast<double>(rated);
-    std::string text = counted(result.hits.size(), "hit", "hits") + ". ";
+    std::string text = counted(result.hits.size(), "hit") + ". ";
     text += info.uniqueId.empty() ? "Rated " : "Looked at ";
-    text += counted(result.ratedItems, "item", "items");
+    text += counted(result.ratedItems, "item");
     if (result.ratedFolders > 0)
-        text += " and " + counted(result.ratedFolders, "folder", "folders");
+        text += " and " + counted(result.ratedFolders, "folder");
     text += " of " + counted(result.searchedLibraries, "library", "libraries") + " in " +
             number(result.milliseconds, 3) + " ms (" + number(each, 3) + " \u00B5s each); loading took " +
             number(libraries.milliseconds, 1) + " ms.\n";
     return text;
-}
-
-QString qtText(std::string_view text)
-{
-    return StringConvert::toQString(text, StringConvert::Utf8);
 }
 
 QJsonObject hitObject(const LibrarySet& libraries, const Hit& hit)
@@ -164,11 +94,6 @@ QJsonArray libraryArray(const LibrarySet& libraries)
     return array;
 }
 
-std::string jsonText(const QJsonObject& object)
-{
-    return QJsonDocument(object).toJson(QJsonDocument::Indented).toStdString();
-}
-
 std::string quotedTerms(const std::vector<std::u32string>& terms)
 {
     std::string text;
@@ -199,41 +124,40 @@ std::string matchName(SearchPriority priority)
 std::string hitTable(const LibrarySet& libraries, const SearchResult& result, const Library::Search::Info& info,
                      const ReportStyle& style)
 {
-    const std::size_t shown = shownHits(result, style.limit);
     const std::vector<std::u32string> terms = lowerTerms(info);
-    std::vector<Row> rows{{plain("#"), plain("Match"), plain("Name"), plain("Where"), plain("Keywords")}};
-    for (std::size_t i = 0; i < shown; ++i)
-        rows.push_back(hitRow(libraries, result.hits[i], i + 1, terms));
-    std::string table;
-    const Widths widths = columnWidths(rows, style.columns);
-    for (const Row& row : rows)
-        if (shown > 0)
-            table += tableLine(row, widths, style.styles);
-    if (shown < result.hits.size())
-        table +=
-            "... and " + number(static_cast<double>(result.hits.size() - shown), 0) + " more (--limit 0 shows all)\n";
-    return table + (table.empty() ? "" : "\n") + figures(libraries, result, info);
+    TextTable table({{"#", true, false},
+                     {"Match", false, false},
+                     {"Name", false, true},
+                     {"Where", false, true},
+                     {"Keywords", false, true}});
+    for (std::size_t i = 0; i < shownOf(result.hits.size(), style.limit); ++i)
+        table.add(hitRow(libraries, result.hits[i], i + 1, terms));
+    const std::string text = table.text(style.columns, style.styles) + moreLine(result.hits.size(), style.limit);
+    return text + (text.empty() ? "" : "\n") + figures(libraries, result, info);
 }
 
 std::string hitJson(const LibrarySet& libraries, const SearchResult& result, const SearchRequest& request,
                     std::size_t limit)
 {
     QJsonArray hits;
-    for (std::size_t i = 0; i < shownHits(result, limit); ++i)
+    for (std::size_t i = 0; i < shownOf(result.hits.size(), limit); ++i)
         hits.append(hitObject(libraries, result.hits[i]));
     const bool byId = !request.uniqueId.empty();
     const QString search = byId             ? QStringLiteral("id")
                            : request.legacy ? QStringLiteral("words")
                                             : QStringLiteral("expression");
-    return jsonText({{QStringLiteral("search"), search},
-                     {QStringLiteral("text"), qtText(byId ? request.uniqueId : request.text)},
-                     {QStringLiteral("libraries"), libraryArray(libraries)},
-                     {QStringLiteral("ratedItems"), static_cast<qint64>(result.ratedItems)},
-                     {QStringLiteral("ratedFolders"), static_cast<qint64>(result.ratedFolders)},
-                     {QStringLiteral("ratingMilliseconds"), result.milliseconds},
-                     {QStringLiteral("loadingMilliseconds"), libraries.milliseconds},
-                     {QStringLiteral("found"), static_cast<qint64>(result.hits.size())},
-                     {QStringLiteral("hits"), hits}});
+    QJsonObject object{{QStringLiteral("search"), search},
+                       {QStringLiteral("text"), qtText(byId ? request.uniqueId : request.text)},
+                       {QStringLiteral("libraries"), libraryArray(libraries)},
+                       {QStringLiteral("ratedItems"), static_cast<qint64>(result.ratedItems)},
+                       {QStringLiteral("ratedFolders"), static_cast<qint64>(result.ratedFolders)},
+                       {QStringLiteral("ratingMilliseconds"), result.milliseconds},
+                       {QStringLiteral("loadingMilliseconds"), libraries.milliseconds},
+                       {QStringLiteral("found"), static_cast<qint64>(result.hits.size())},
+                       {QStringLiteral("hits"), hits}};
+    if (!request.filter.empty())
+        object.insert(QStringLiteral("filter"), qtText(request.filter));
+    return jsonText(object);
 }
 
 std::string explainText(const Library::Search::Info& info)

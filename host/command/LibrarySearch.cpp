@@ -174,6 +174,12 @@ std::vector<fileString> installedLibraryFiles()
     return files;
 }
 
+void keepLibraries(LibrarySet& libraries, const std::vector<std::string>& ids)
+{
+    const std::set<std::string> kept(ids.begin(), ids.end());
+    std::erase_if(libraries.loaded, [&](const LoadedLibrary& library) { return !kept.contains(library.catalog.id); });
+}
+
 std::vector<fileString> installedLibraryFolders()
 {
     const PathUtils& paths = PathUtils::getObject();

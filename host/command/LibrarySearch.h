@@ -45,6 +45,9 @@ LibrarySet loadInstalledLibraries();
 /// Their files, folder by folder.
 std::vector<fileString> installedLibraryFiles();
 
+/// Leaves those of the loaded libraries whose ids stand in `ids`.
+void keepLibraries(LibrarySet& libraries, const std::vector<std::string>& ids);
+
 /// The installed libraries' folders.
 std::vector<fileString> installedLibraryFolders();
 
@@ -56,6 +59,7 @@ struct SearchRequest
     bool folders = true;      ///< rate folders
     bool items = true;        ///< rate items
     std::set<libType> types;  ///< kinds of library; empty for all
+    std::string filter;       ///< the name of the filter that the libraries were limited by; empty without one
 };
 
 /// The search as the library takes it.

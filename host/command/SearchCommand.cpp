@@ -1,7 +1,10 @@
 #include "host/command/SearchCommand.h"
 
 #include "host/command/CommandLine.h"
+#include "host/command/CommonOptions.h"
+#include "host/command/DataError.h"
 #include "host/command/ExitCode.h"
+#include "host/command/Filters.h"
 #include "host/command/HitReport.h"
 #include "host/support/DisplayText.h"
 
@@ -17,11 +20,13 @@ constexpr const char* searchExamples = R"(Examples:
   velk search '(chair OR stool) -office' --library libraries/
   velk search --legacy table --kind items
   velk search --explain '(chair OR table) oak'
+  velk search sink --filter Kitchens            only in libraries of that filter
   velk search --id 'velk-sample#desk' --library sample.calib --format json
   velk search -- -office chair          a text that begins with "-"
 
 Exit codes: 0 hits, 1 no hit, 2 wrong command line, 3 a library is missing or
-broken (the hits of the others are shown), 5 the output cannot be written.)";
+broken (the hits of the others are shown), 5 the output cannot be written, 9 there
+is no such filter.)";
 
 /// What the parser fills in; texts that mean something else are turned into SearchOptions afterwards.
 struct SearchArguments
@@ -31,7 +36,9 @@ struct SearchArguments
     std::vector<std::string> types;
     std::string id;
     std::string kind = "all";
-    std::string format = "table";
+    std::string filter;
+    std::string home;
+    std::string format;
     std::size_t limit = SearchOptions().limit;
     bool legacy = false;
     bool explain = false;
@@ -50,18 +57,23 @@ void addOptions(CLI::App& command, SearchArguments& arguments)
                     "Only libraries of this type: core, manufacturer,\nbonus or user; may be repeated")
         ->allow_extra_args(false)
         ->check(CLI::IsMember({"core", "manufacturer", "bonus", "user"}));
+    requireText(
+        *command
+             .add_option(
+                 "--filter", arguments.filter,
+                 "Only libraries of this filter (see velk filter); without\nit the current filter plays no part")
+             ->type_name("NAME"));
     command.add_option("--kind", arguments.kind, "What to rate: folders, items or all")
         ->check(CLI::IsMember({"folders", "items", "all"}))
         ->type_name("KIND");
     command.add_flag("--legacy", arguments.legacy, "Take TEXT as plain words, matched as whole words only");
     command.add_option("--id", arguments.id, "Show the item with exactly this id")->type_name("ID");
     command.add_flag("--explain", arguments.explain, "Show how TEXT is understood, and search nothing");
-    command.add_option("--format", arguments.format, "table or json")
-        ->check(CLI::IsMember({"table", "json"}))
-        ->type_name("FORMAT");
+    addFormatOption(command, arguments.format);
     command.add_option("--limit", arguments.limit, "Show at most this many hits, 0 for all (default: 20)")
         ->check(CLI::NonNegativeNumber)
         ->type_name("N");
+    addHomeOption(command, arguments.home);
 }
 
 SearchOptions optionsFrom(const SearchArguments& arguments)
@@ -70,6 +82,7 @@ SearchOptions optionsFrom(const SearchArguments& arguments)
     for (const std::string& word : arguments.words)
         options.request.text += (options.request.text.empty() ? "" : " ") + fromParser(word);
     options.request.uniqueId = fromParser(arguments.id);
+    options.request.filter = fromParser(arguments.filter);
     options.request.legacy = arguments.legacy;
     options.request.folders = arguments.kind != "items";
     options.request.items = arguments.kind != "folders";
@@ -105,25 +118,52 @@ bool reportLibraries(const LibrarySet& libraries, const Output& output)
     return false;
 }
 
+LibrarySet librariesFor(const SearchOptions& options)
+{
+    return options.libraries.empty() ? loadInstalledLibraries() : loadLibraries(options.libraries);
+}
+
+/// Leaves the libraries with these ids. False, with the reason told, when none of them is there.
+bool limitTo(const std::vector<std::string>& ids, const std::string& filter, LibrarySet& libraries,
+             const Output& output)
+{
+    if (libraries.loaded.empty())
+        return true;
+    keepLibraries(libraries, ids);
+    if (libraries.loaded.empty())
+        output.error("none of these libraries is in the filter \"" + filter + "\"",
+                     "\"velk filter show\" shows the libraries of a filter.");
+    return !libraries.loaded.empty();
+}
+
+ExitCode searchLibraries(const SearchOptions& options, Output& output)
+{
+    const std::string& filter = options.request.filter;
+    const std::vector<std::string> ids =
+        filter.empty() ? std::vector<std::string>() : filterNamed(filter).getDatabaseIds();
+    LibrarySet libraries = librariesFor(options);
+    if (!reportLibraries(libraries, output))
+        return ExitCode::BrokenLibrary;
+    if (libraries.loaded.empty() && !options.json)
+        return ExitCode::BrokenLibrary;
+    if (!filter.empty() && !limitTo(ids, filter, libraries, output))
+        return ExitCode::BrokenLibrary;
+    const Library::Search::Info info = searchInfo(options.request);
+    const SearchResult result = runSearch(libraries, options.request, info);
+    output.write(options.json ? hitJson(libraries, result, options.request, options.limit)
+                              : hitTable(libraries, result, info, {options.limit, output.columns(), output.styles()}));
+    if (!libraries.broken.empty())
+        return ExitCode::BrokenLibrary;
+    return result.hits.empty() ? ExitCode::NoHit : ExitCode::Success;
+}
+
 }  // namespace
 
 int search(const SearchOptions& options, Output& output)
 {
     if (options.explain)
         return explain(options, output);
-    const LibrarySet libraries =
-        options.libraries.empty() ? loadInstalledLibraries() : loadLibraries(options.libraries);
-    if (!reportLibraries(libraries, output))
-        return static_cast<int>(ExitCode::BrokenLibrary);
-    if (libraries.loaded.empty() && !options.json)
-        return static_cast<int>(ExitCode::BrokenLibrary);
-    const Library::Search::Info info = searchInfo(options.request);
-    const SearchResult result = runSearch(libraries, options.request, info);
-    output.write(options.json ? hitJson(libraries, result, options.request, options.limit)
-                              : hitTable(libraries, result, info, {options.limit, output.columns(), output.styles()}));
-    if (!libraries.broken.empty())
-        return static_cast<int>(ExitCode::BrokenLibrary);
-    return static_cast<int>(result.hits.empty() ? ExitCode::NoHit : ExitCode::Success);
+    return static_cast<int>(runOnData(output, [&] { return searchLibraries(options, output); }));
 }
 
 void addSearchCommand(CLI::App& app, Output& output, Action& action)
@@ -136,7 +176,10 @@ void addSearchCommand(CLI::App& app, Output& output, Action& action)
     command->callback([arguments, &output, &action] {
         if (arguments->words.empty() && arguments->id.empty())
             throw CLI::RequiredError("TEXT (what to look for) or --id");
-        action = [arguments, &output] { return search(optionsFrom(*arguments), output); };
+        action = [arguments, &output] {
+            useHome(arguments->home);
+            return search(optionsFrom(*arguments), output);
+        };
     });
 }
 

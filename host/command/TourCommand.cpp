@@ -25,9 +25,10 @@ constexpr const char* tourExamples = R"(Examples:
   velk tour --sample -o tour
   velk tour /usr/share/sweethome3d/furniture -o tour
 
-WORKDIR gets what a publisher, a service and an installation have: content, site
-and home. They are made anew each time.)";
+WORKDIR gets what a publisher, a service and an installation have: content and
+publisher, site, and home. They are made anew each time.)";
 
+constexpr const char* doorsOrWindows = "(door OR window) -garage";
 constexpr const char* germanWords = "T\u00FCr OR Fenster OR Lampe";
 
 struct TourArguments
@@ -50,20 +51,21 @@ public:
     Tour(const TourArguments& arguments, Output& output)
         : output_(output),
           folder_(freshTourFolder(fileString(fromParser(arguments.folder)))),
-          content_(fileString(fromParser(arguments.source)), folder_ / U"content")
+          content_(fileString(fromParser(arguments.source)), folder_ / U"content", folder_ / U"publisher")
     {}
 
     void run()
     {
         chapter("Build libraries, as their publisher does",
                 "Core libraries are for everyone; bonus libraries are packed with their models and textures\n"
-                "(\"velk catalog pack\" packs your own).");
+                "(\"velk catalog pack\" packs your own). Who made them is in the manufacturers' cards.");
         content_.build(output_);
         chapter("Publish them", "A site of plain files comes out, which a web server or an object store can serve.");
         publish();
         startService();
         firstUpdate();
         searches();
+        filteredSearch();
         secondUpdate();
         thirdUpdate();
         chapter("Now your own", "");
@@ -127,10 +129,17 @@ private:
         return bytes;
     }
 
+    void updateManufacturers()
+    {
+        command({"manufacturer", "update", "--data-url", service_->manufacturersAddress(), "--logo-url",
+                 service_->logoAddress(), "--home", path(U"home"), "--limit", "4"});
+    }
+
     void firstUpdate()
     {
         chapter("Update an empty installation",
-                "It learns of the core libraries from the service, and asks for the bonus libraries by name.");
+                "It learns of the core libraries from the service, and asks for the bonus libraries by name.\n"
+                "The manufacturers' cards and logos come by themselves.");
         allBytes_ = update();
         const fileString textures = folder_ / U"home" / U"referenced";
         output_.write("  Models and textures are in place:\n");
@@ -138,35 +147,45 @@ private:
             output_.write("    " + printableUtf8(archive.stemWithExtension().utf8()) + ", " +
                           std::to_string(ZipUtils::getSizeOfArchive(archive)) + " files, " +
                           byteText(static_cast<std::uint64_t>(FileUtils::fileSize(archive))) + "\n");
+        updateManufacturers();
     }
 
     void search(std::vector<std::string> arguments, const char* limit)
     {
         arguments.insert(arguments.begin(), "search");
-        for (const char32_t* kind : {U"core", U"bonus"})
-            if (isFolder(folder_ / U"home" / std::u32string(kind)))
-                arguments.insert(arguments.end(), {"--library", (folder_ / U"home" / std::u32string(kind)).utf8()});
-        arguments.insert(arguments.end(), {"--limit", limit});
+        arguments.insert(arguments.end(), {"--home", path(U"home"), "--limit", limit});
         command(arguments, true);
     }
 
     void searches()
     {
         chapter("Search what is installed", "One of two words, and nothing with a third; then plain words.");
-        search({"(door OR window) -garage"}, "6");
+        search({doorsOrWindows}, "6");
         output_.write("\n");
         search({"--legacy", "dining table"}, "4");
     }
 
+    void filteredSearch()
+    {
+        chapter("Narrow a search with a filter", "A filter names libraries; here the core libraries alone.");
+        command({"filter", "add", "Core only", "--library", path(U"home/core"), "--home", path(U"home")});
+        search({doorsOrWindows, "--filter", "Core only"}, "3");
+    }
+
     void secondUpdate()
     {
-        chapter("Publish a changed edition", "What is built anew has German names now; the rest stays as it is.");
+        chapter("Publish a changed edition",
+                "What is built anew has German names now, and a manufacturer another card and logo; the rest\n"
+                "stays as it is.");
+        command({"manufacturer", "edit", std::to_string(content_.changedManufacturer()), "--phone", "555 0123",
+                 "--home", path(U"publisher")});
         content_.change(output_);
         publish();
         chapter("Update again", "The running service has noticed. Only what has changed travels.");
         const std::uint64_t bytes = update();
         output_.write("  That saved " + byteText(allBytes_ - std::min(bytes, allBytes_)) + " of " +
                       byteText(allBytes_) + ".\n");
+        updateManufacturers();
         chapter("Search again", "");
         search({germanWords}, "6");
     }
@@ -175,13 +194,16 @@ private:
     {
         chapter("Update once more", "Nothing has changed since, so next to nothing travels.");
         update();
+        updateManufacturers();
     }
 
     void tellMore()
     {
         const std::string velk = "  " + shellQuoted(programPath());
-        const std::string core = " --library " + shellQuoted((folder_ / U"home" / U"core").utf8());
-        output_.write(printableUtf8(velk + " search lamp" + core) + "\n" +
+        const std::string home = " --home " + shellQuoted(path(U"home"));
+        const std::string changed = std::to_string(content_.changedManufacturer());
+        output_.write(printableUtf8(velk + " search lamp" + home) + "\n" +
+                      printableUtf8(velk + " manufacturer show " + changed + home) + "\n" +
                       printableUtf8(velk + " search --explain " + shellQuoted("(bed OR sofa) -double")) + "\n" +
                       printableUtf8(velk + " serve " + shellQuoted(path(U"site")) + " --port 8080") + "\n" +
                       printableUtf8(velk + " --help") + "\n");

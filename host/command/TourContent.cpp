@@ -7,6 +7,7 @@
 #include "host/command/PackLibrary.h"
 #include "host/command/PublishReportText.h"
 #include "host/support/DisplayText.h"
+#include "host/support/TextTable.h"
 
 #include <VelkCommon/Files/FileReaper.h>
 #include <VelkCommon/Files/FileUtils.h>
@@ -32,11 +33,6 @@ std::vector<fileString> furnitureIn(const fileString& folder)
     return files;
 }
 
-std::string counted(std::size_t count, const std::string& singular)
-{
-    return std::to_string(count) + " " + singular + (count == 1 ? "" : "s");
-}
-
 /// The sample has pictures where real libraries have textures.
 std::vector<std::pair<std::string, std::string>> picturesOf(const fileString& catalog)
 {
@@ -48,7 +44,8 @@ std::vector<std::pair<std::string, std::string>> picturesOf(const fileString& ca
 
 }  // namespace
 
-TourContent::TourContent(const fileString& source, const fileString& folder) : folder_(folder)
+TourContent::TourContent(const fileString& source, const fileString& folder, const fileString& publisher)
+    : folder_(folder), makers_(source.empty() ? std::vector<fileString>() : furnitureIn(source), publisher, folder)
 {
     if (source.empty()) {
         libraries_ = {{{}, "Sample house", false}, {{}, "Sample office", false}, {{}, "Sample garden house", true}};
@@ -62,6 +59,7 @@ void TourContent::build(Output& output) const
 {
     for (const Library& library : libraries_)
         buildLibrary(library, "", output);
+    makers_.build(output);
 }
 
 void TourContent::change(Output& output) const
@@ -70,6 +68,7 @@ void TourContent::change(Output& output) const
     // The last one stays as it is, to show what does not travel.
     if (libraries_.size() > coreLibraries + 1)
         buildLibrary(libraries_[coreLibraries], "de", output);
+    makers_.change(output);
 }
 
 std::vector<std::string> TourContent::bonusNames() const
@@ -86,7 +85,10 @@ void TourContent::buildLibrary(const Library& library, const std::string& langua
     BuildOptions options;
     options.kind = library.bonus ? LibraryKind::Bonus : LibraryKind::Core;
     options.language = language;
-    options.name = library.source.empty() ? library.name : std::string();
+    if (library.source.empty()) {
+        options.name = library.name;
+        options.id = library.name;
+    }
     const fileString folder = folder_ / (library.bonus ? U"bonus" : U"core");
     makeFolder(folder);
     fileString target = folder / fileString(library.name + ".calib");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/command/TourMakers.h"
 #include "host/support/Output.h"
 
 #include <VelkCommon/Files/fileString.h>
@@ -11,20 +12,24 @@ namespace VelkHost {
 
 /// What the tour's publisher publishes: a folder for "velk publish", built from real furniture libraries or
 /// from the sample. The smaller libraries become core catalogs, the others packed bonus libraries with their
-/// models and textures.
+/// models and textures; those who made them become manufacturers.
 class TourContent
 {
 public:
     /// The furniture libraries (".sh3f") of `source`; with an empty one the sample. Throws CatalogError.
-    TourContent(const fileString& source, const fileString& folder);
+    /// The publisher keeps the manufacturers in `publisher`.
+    TourContent(const fileString& source, const fileString& folder, const fileString& publisher);
 
     /// Builds everything and tells about each library.
     void build(Output& output) const;
-    /// Builds the smallest core library anew, with German names, and the smallest bonus library of several.
+    /// Builds the smallest core library anew, with German names, and the smallest bonus library of several. Takes
+    /// over what the publisher has changed in the manufacturers' data, and gives one of them another logo.
     void change(Output& output) const;
 
     /// The bonus libraries, for an installation to choose from; UTF-8.
     std::vector<std::string> bonusNames() const;
+    /// The manufacturer who gets another logo.
+    long changedManufacturer() const { return makers_.busiest(); }
 
 private:
     /// A library of the tour; without a source it is the sample.
@@ -39,6 +44,7 @@ private:
 
     fileString folder_;
     std::vector<Library> libraries_;  // core ones first, each by size
+    TourMakers makers_;
 };
 
 }  // namespace VelkHost

@@ -23,7 +23,7 @@ fileString freshTourFolder(const fileString& folder)
 {
     makeFolder(folder);
     const fileString mark = folder / U"made-by-velk-tour.txt";
-    for (const char32_t* name : {U"content", U"site", U"home"}) {
+    for (const char32_t* name : {U"content", U"publisher", U"site", U"home"}) {
         const fileString part = folder / fileString(std::u32string(name));
         if (!part.pathExists())
             continue;
@@ -33,7 +33,8 @@ fileString freshTourFolder(const fileString& folder)
             throw CatalogError(part, "cannot be removed");
     }
     ReplacementFile file(mark);
-    if (!file.write("\"velk tour\" makes the folders content, site and home here anew each time.\n") || !file.commit())
+    if (!file.write("\"velk tour\" makes the folders content, publisher, site and home here anew each time.\n") ||
+        !file.commit())
         throw CatalogError(mark, "cannot be written");
     return folder;
 }

@@ -4,8 +4,8 @@
 
 namespace VelkHost {
 
-/// Makes `folder` ready for a tour, without "content", "site" and "home" of an earlier one. Throws CatalogError
-/// when folders of these names are there that no tour has made.
+/// Makes `folder` ready for a tour, without "content", "publisher", "site" and "home" of an earlier one. Throws
+/// CatalogError when folders of these names are there that no tour has made.
 fileString freshTourFolder(const fileString& folder);
 
 }  // namespace VelkHost

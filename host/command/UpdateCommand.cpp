@@ -1,10 +1,12 @@
 #include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFolder.h"
 #include "host/command/CommandLine.h"
+#include "host/command/CommonOptions.h"
 #include "host/command/ExitCode.h"
 #include "host/command/UpdateReceiver.h"
 #include "host/support/DisplayText.h"
 #include "host/support/InstallHost.h"
+#include "host/support/JsonText.h"
 #include "host/support/System.h"
 
 #include <VelkCommon/Files/PathUtils.h>
@@ -18,7 +20,6 @@
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QTimer>
 
@@ -66,8 +67,7 @@ struct UpdateArguments
 void addOptions(CLI::App& command, UpdateArguments& arguments)
 {
     command.add_option("--service", arguments.service, "The content service's address")->required()->type_name("URL");
-    command.add_option("--home", arguments.home, "The installation's folder (default: VELK_HOME, or the user's)")
-        ->type_name("DIR");
+    addHomeOption(command, arguments.home);
     command.add_option("--kinds", arguments.kinds, "What to update: core, bonus, manufacturer, separated by \",\"")
         ->type_name("KINDS");
     command.add_option("--bonus", arguments.bonus, "A bonus library to add; may be repeated")
@@ -236,10 +236,8 @@ private:
                            {QStringLiteral("log"), qtText(Library::ErrorLog::file().utf8())}};
         if (receiver_.report())
             object.insert(QStringLiteral("resultCode"), static_cast<double>(receiver_.report()->resultCode));
-        return QJsonDocument(object).toJson(QJsonDocument::Indented).toStdString();
+        return jsonText(object);
     }
-
-    static QString qtText(const std::string& text) { return StringConvert::toQString(text, StringConvert::Utf8); }
 
     const UpdateArguments& arguments_;
     Output& output_;

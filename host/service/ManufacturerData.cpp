@@ -15,7 +15,7 @@
 namespace VelkHost {
 namespace {
 
-constexpr std::size_t dataBytes = std::size_t{8} << 20;  // clients read texts up to this length
+constexpr std::size_t dataBytes = std::size_t{64} << 20;  // what clients download
 
 class CardReader
 {

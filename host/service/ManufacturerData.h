@@ -11,7 +11,7 @@ namespace VelkHost {
 struct ManufacturerLogo
 {
     std::string card;  ///< the manufacturer's name
-    std::string name;  ///< with "/" between folders
+    std::string name;  ///< of its file
 };
 
 /// Checks a file of manufacturers' cards as clients will read it, and returns the logos of the cards that

@@ -180,22 +180,13 @@ private:
     {
         const fileString folder = folder_ / U"logos";
         requireFolder(folder);
-        readLogos(folder, "");
-    }
-
-    // Folders that lead in circles are cut off, as names end somewhere.
-    void readLogos(const fileString& folder, const std::string& prefix, std::size_t depth = 0)
-    {
-        constexpr std::size_t maximumDepth = 8;
         for (const FolderEntry& entry : entriesOf(folder)) {
             const fileString path = folder / entry.name;
-            const std::string name = prefix + entry.name.utf8();
-            if (const std::string reason = whyNoLogoName(name); !reason.empty())
+            const std::string& name = entry.name.utf8();
+            if (entry.isFolder)
+                refuse(path, "is a folder; logos stand side by side, as clients take plain names only");
+            else if (const std::string reason = whyNoLogoName(name); !reason.empty())
                 refuse(path, reason);
-            else if (entry.isFolder && depth == maximumDepth)
-                refuse(path, "is nested too deep");
-            else if (entry.isFolder)
-                readLogos(path, name + "/", depth + 1);
             else if (!logos_.emplace(caseless(name), path).second)
                 refuse(path, "differs from another logo in letter case only");
             else
@@ -209,15 +200,21 @@ private:
         if (!path.pathExists())
             return;
         attempt(path, [&] {
-            for (const ManufacturerLogo& logo : readManufacturerLogos(path)) {
-                if (!content_.logos.contains(logo.name) && !logos_.contains(caseless(logo.name)))
-                    refuse(path, "names the logo \"" + logo.name + "\" (" + logo.card + "), which is not in logos");
-                else if (!content_.logos.contains(logo.name))
-                    refuse(path,
-                           "names the logo \"" + logo.name + "\" (" + logo.card + ") in other letters than logos");
-            }
+            for (const ManufacturerLogo& logo : readManufacturerLogos(path))
+                checkLogo(path, logo);
             content_.manufacturers = sourceOf(path);
         });
+    }
+
+    void checkLogo(const fileString& path, const ManufacturerLogo& logo)
+    {
+        const std::string subject = "names the logo \"" + logo.name + "\" (" + logo.card + ")";
+        if (const std::string reason = whyNoLogoName(logo.name); !reason.empty())
+            refuse(path, subject + ", which " + reason);
+        else if (!logos_.contains(caseless(logo.name)))
+            refuse(path, subject + ", which is not in logos");
+        else if (!content_.logos.contains(logo.name))
+            refuse(path, subject + " in other letters than logos");
     }
 
     void readWithdrawn()

@@ -16,7 +16,7 @@
 ///     bonus/*.calibz             packed libraries
 ///     manufacturer/*.calibz      packed libraries of manufacturers
 ///     manufacturer_data.json     the manufacturers' cards
-///     logos/...                  the logos that they name
+///     logos/*                    the logos that they name
 ///     withdrawn.txt              lines "NAME: MESSAGE" of libraries that clients shall not get any more
 
 namespace VelkHost {

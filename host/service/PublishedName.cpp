@@ -2,31 +2,16 @@
 
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
+#include <VelkLibrary/Manufacturer/detail/ManufacturerDataFile.h>
+#include <VelkLibrary/detail/PlainFileName.h>
 
 #include <algorithm>
-#include <array>
 
 namespace VelkHost {
 namespace {
 
 constexpr std::size_t nameBytes = 255;  // what file systems take
 constexpr std::string_view downloadSuffix = ".download";
-constexpr std::string_view deviceNames[] = {"con", "prn", "aux", "nul"};
-
-bool isControl(char character)
-{
-    const auto byte = static_cast<unsigned char>(character);
-    return byte < 0x20 || byte == 0x7F;
-}
-
-// Windows takes "con" and "con.txt" for the console, also "lpt1" and "com9".
-bool isDevice(std::string_view name)
-{
-    const std::string base = lookupKey(name.substr(0, name.find('.')));
-    if (std::find(std::begin(deviceNames), std::end(deviceNames), base) != std::end(deviceNames))
-        return true;
-    return base.size() == 4 && (base.starts_with("com") || base.starts_with("lpt")) && base[3] >= '1' && base[3] <= '9';
-}
 
 bool isUtf8(std::string_view text)
 {
@@ -55,16 +40,17 @@ std::string whyNoFileName(std::string_view name)
         return "is no name for a file";
     if (!isUtf8(name))
         return "has a name that is not valid UTF-8";
-    if (std::any_of(name.begin(), name.end(), isControl))
+    if (Library::detail::holdsControlCharacter(name))
         return "has a control character in its name";
     if (const std::size_t at = name.find_first_of("/\\:*?\"<>|"); at != std::string_view::npos)
         return holds(name[at]) + " in its name, which not every system can store";
     if (name.back() == '.' || name.back() == ' ')
         return "has a name that ends with a dot or a blank, which Windows cuts off";
-    if (isDevice(name))
-        return "has the name of a device on Windows";
     if (name.size() > nameBytes)
         return "has a name of more than 255 bytes";
+    // What clients refuse beyond the above.
+    if (!Library::detail::isPlainFileName(name))
+        return "has the name of a device on Windows";
     return {};
 }
 
@@ -86,17 +72,10 @@ std::string whyNoLibraryName(const fileString& name)
 
 std::string whyNoLogoName(std::string_view name)
 {
-    for (std::size_t start = 0;;) {
-        const std::size_t end = std::min(name.find('/', start), name.size());
-        if (std::string reason = whyNoFileName(name.substr(start, end - start)); !reason.empty())
-            return reason;
-        if (end == name.size())
-            break;
-        start = end + 1;
-    }
-    const std::string last = lookupKey(name.substr(name.rfind('/') + 1));
-    if (last == "manufacturer_data.json" || last == "manufacturer_data_temp.json")
-        return "has the name of a client's own data file";
+    if (std::string reason = whyNoFileName(name); !reason.empty())
+        return reason;
+    if (!Library::detail::isSafeLogoName(fileString(std::string(name))))
+        return "has the name of one of a client's own files";
     if (!survivesWindows1252(name))
         return "has a name with characters beyond Windows-1252, in which clients ask for logos";
     return whyNoQueryValue(name);

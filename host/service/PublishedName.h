@@ -22,8 +22,8 @@ std::string whyNoQueryValue(std::string_view name);
 /// stores a download as the stem with ".download".
 std::string whyNoLibraryName(const fileString& name);
 
-/// Why a logo of this relative name ("acme.png", "doors/acme.png") cannot be published; empty when it
-/// can. Clients ask for logos in Windows-1252.
+/// Why a logo of this name cannot be published; empty when it can. Clients ask for logos in Windows-1252, and
+/// store them beside their own files, by plain names only.
 std::string whyNoLogoName(std::string_view name);
 
 /// The bytes as the client's transport puts them on the wire: blanks, controls, everything beyond ASCII

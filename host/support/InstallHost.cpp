@@ -8,8 +8,12 @@
 #include <QDir>
 #include <QString>
 
+#include <atomic>
+
 namespace VelkHost {
 namespace {
+
+std::atomic<std::size_t> reports{0};
 
 std::string_view severityName(error::Severity severity)
 {
@@ -26,9 +30,19 @@ std::string_view severityName(error::Severity severity)
 /// Nobody is there to press a button, so every message is acknowledged.
 error::Button showMessage(const error::Message& message)
 {
+    ++reports;
     const std::string text = "velk: " + std::string(severityName(message.trait.severity));
     Velk::Platform::writeToStandardError(text + printableUtf8(message.formatted()) + "\n");
     return error::Button::Ok;
+}
+
+/// Nobody is there to debug, either.
+bool reportAssertion(const Velk::AssertionReport& report)
+{
+    ++reports;
+    Velk::Platform::writeToStandardError("velk: " + printableUtf8(report.expression) + " (" + report.sourceFile + ":" +
+                                         std::to_string(report.line) + ")\n");
+    return false;
 }
 
 fileString absolutePath(const fileString& path)
@@ -61,12 +75,18 @@ Velk::HostServices hostServices(const fileString& home)
     if (!chosen.empty())
         services.folders = foldersBelow(absolutePath(chosen));
     services.showMessage = showMessage;
+    services.reportAssertion = reportAssertion;
     return services;
 }
 
-void installHost()
+void installHost(const fileString& home)
 {
-    Velk::installHost(hostServices());
+    Velk::installHost(hostServices(home));
+}
+
+std::size_t reportedFailures() noexcept
+{
+    return reports;
 }
 
 }  // namespace VelkHost

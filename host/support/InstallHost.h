@@ -2,6 +2,8 @@
 
 #include <VelkCommon/HostServices.h>
 
+#include <cstddef>
+
 namespace VelkHost {
 
 /// What a program without a window supplies: the library's defaults (English texts, preferences in memory),
@@ -14,6 +16,10 @@ namespace VelkHost {
 Velk::HostServices hostServices(const fileString& home = {});
 
 /// Installs that.
-void installHost();
+void installHost(const fileString& home = {});
+
+/// How often the library has had something to tell: messages to the user and failed assertions. Its operations
+/// on data files have no other result. Any thread.
+std::size_t reportedFailures() noexcept;
 
 }  // namespace VelkHost

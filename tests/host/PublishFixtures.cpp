@@ -92,8 +92,9 @@ void PublishTest::writeEverything() const
     writeZipFile(input(U"referenced/M\u00F6bel 2.zip"), {{"oak.png", "oak"}});
     writePackedFile(input(U"bonus/\u6905\u5B50.calibz"), "Chair", {{"oak.png", "oak"}});
     writePackedFile(input() / fileString("manufacturer/" + std::string(200, 'x') + ".calibz"), "Door", {});
-    writeFileDeep(input(U"manufacturer_data.json"), manufacturerData("Gro\xC3\x9F/T\xC3\xBCr 1.png"));
-    writeFileDeep(input(U"logos/Gro\u00DF/T\u00FCr 1.png"), png("door"));
+    writeFileDeep(input(U"manufacturer_data.json"), manufacturerData("Gro\xC3\x9F"
+                                                                     "e T\xC3\xBCr 1.png"));
+    writeFileDeep(input(U"logos/Gro\u00DFe T\u00FCr 1.png"), png("door"));
     writeFileDeep(input(U"withdrawn.txt"), "Old {1}.calibz: Replaced by \"New\" for $5 \\ year, \xC3\xBC.\r\n\n");
 }
 

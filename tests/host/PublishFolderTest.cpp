@@ -43,6 +43,18 @@ TEST_F(PublishFolder, HasFoldersWhereFoldersBelong)
                                         "logos: is no folder"));
 }
 
+TEST_F(PublishFolder, HasLogosThatClientsTake)
+{
+    test::writeCatalogFile(input(U"core/a.calib"), "A");
+    test::writeFileDeep(input(U"logos/doors/acme.png"), "logo");
+    test::writeFileDeep(input(U"logos/catalog_hash.txt"), "logo");
+    test::writeFileDeep(input(U"logos/Acme.png"), "logo");
+    test::writeFileDeep(input(U"logos/acme.png"), "logo");
+    EXPECT_THAT(problems(), ElementsAre(StartsWith("logos/acme.png: differs from another logo in letter case only"),
+                                        StartsWith("logos/catalog_hash.txt: has the name of one of a client's own"),
+                                        StartsWith("logos/doors: is a folder; logos stand side by side")));
+}
+
 // One record per installed file name, one archive of referenced files per stem.
 TEST_F(PublishFolder, HasEveryInstalledNameOnce)
 {
@@ -164,6 +176,10 @@ const ManufacturerCase manufacturerCases[] = {
          "Manufacturer_2": {"Id": 1, "Last_Modified": "20260301T140559"}})",
      "\"Manufacturer_2\" has the \"Id\" of another card"},
     {"MissingLogo", test::manufacturerData("none.png"), "names the logo \"none.png\" (Acme), which is not in logos"},
+    {"LogoInAFolder", test::manufacturerData("doors/acme.png"),
+     "names the logo \"doors/acme.png\" (Acme), which holds the character \"/\""},
+    {"LogoOverAClientsFile", test::manufacturerData("Errors.log"),
+     "names the logo \"Errors.log\" (Acme), which has the name of one of a client's own files"},
     {"LogoInOtherLetters", test::manufacturerData("ACME.png"), "names the logo \"ACME.png\" (Acme) in other letters"},
 };
 

@@ -21,7 +21,7 @@ ServedSite ServedSiteTest::served() const
             now.libraries.at(packed).tag,
             published("Standard_Core_Content_Index.txt"),
             readFile(input(U"manufacturer_data.json")),
-            readFile(input(U"logos/Gro\u00DF/T\u00FCr 1.png"))};
+            readFile(input(U"logos/Gro\u00DFe T\u00FCr 1.png"))};
 }
 
 VelkHost::ServiceOptions ServedSiteTest::options() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <VelkCommon/Files/fileString.h>
+#include <VelkLibrary/Export.h>
 
 #include <boost/date_time/posix_time/posix_time_types.hpp>
 
@@ -17,6 +18,6 @@ boost::posix_time::ptime earliestTime();
 
 /// Whether a logo of this name may be written to and removed from the data folder: it is a plain file name
 /// and none of the module's own files, which may stand in the same folder.
-bool isSafeLogoName(const fileString& name);
+VELKLIBRARY_EXPORT bool isSafeLogoName(const fileString& name);
 
 }  // namespace Library::detail

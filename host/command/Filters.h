@@ -1,0 +1,56 @@
+#pragma once
+
+#include <VelkCommon/Files/fileString.h>
+#include <VelkLibrary/LibraryFilter.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+class LibraryFilterManager;
+
+/// @file
+/// The installation's library filters and their file. All changes are saved before a function returns. A
+/// process works on the filters of one installation. Everything throws CatalogError when the filter file is
+/// damaged or cannot be written, and DataError for a filter that there is not.
+
+namespace VelkHost {
+
+/// No filter's id.
+constexpr long noFilterId = -1;
+
+/// The manager, with the installation's filters.
+LibraryFilterManager& installedFilters();
+
+/// The filter of that name, the first of several.
+LibraryFilter filterNamed(const std::string& name);
+
+/// What became of a filter.
+struct FilterChange
+{
+    bool made = false;          ///< there was none of this name
+    std::size_t added = 0;      ///< libraries that it did not have
+    std::size_t libraries = 0;  ///< that it has now
+};
+/// Adds libraries, by their ids, to the filter of that name, which is made when missing.
+FilterChange addToFilter(const std::string& name, const std::vector<std::string>& ids);
+
+/// Takes libraries out of a filter.
+void removeFromFilter(const std::string& name, const std::vector<std::string>& ids);
+/// Removes a filter; true when it was the current one, and now none is.
+bool removeFilter(const std::string& name);
+
+/// Puts a filter in force; noFilterId for none.
+void setCurrentFilter(long id);
+
+/// What merging another filter file brought.
+struct FilterMerge
+{
+    std::vector<std::string> came;  ///< the names that the filters have here
+    std::size_t present = 0;        ///< filters that were here already
+};
+/// Adds the filters of the file at `path`, which stays as it is. Those that are here already (same name, same
+/// libraries) are not added again; one whose name is taken gets a number.
+FilterMerge mergeFilterFile(const fileString& path);
+
+}  // namespace VelkHost

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace VelkHost {
+
+/// What an update did to a card.
+struct CardChange
+{
+    enum class Kind { Added, Changed, Removed };
+
+    long id = 0;
+    std::string name;
+    Kind kind = Kind::Changed;
+    std::vector<std::string> what;  ///< the fields that changed; "image" for the logo itself
+    bool logoMissing = false;       ///< its logo did not come
+};
+
+struct ManufacturerRefresh
+{
+    enum class Outcome {
+        Updated,  ///< what the service has was taken
+        Current,  ///< the service has the same
+        Newer     ///< the service has something else, but not newer than what is here
+    };
+
+    Outcome outcome = Outcome::Current;
+    std::vector<CardChange> changes;  ///< in the order of the ids
+    bool defaultTextChanged = false;
+    std::size_t cards = 0;         ///< that are here now
+    std::size_t missingLogos = 0;  ///< that did not come
+};
+
+/// Lets the library bring the installation's manufacturers up to date, and finds out what that did. Throws
+/// DataError when the service cannot be reached or has no such data, CatalogError as installedManufacturers().
+ManufacturerRefresh refreshManufacturers(const std::string& dataUrl, const std::string& logoUrl);
+
+}  // namespace VelkHost
