@@ -1,18 +1,18 @@
 #include <VelkLibrary/LibraryImport.h>
 
-#include <VelkLibrary/detail/DiskReserve.h>
-
 #include <VelkCommon/Archive/ZipUtils.h>
 #include <VelkCommon/Files/FileReaper.h>
 #include <VelkCommon/Files/FileSearch.h>
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/LockingFStream.h>
 #include <VelkCommon/Files/PathUtils.h>
+#include <VelkCommon/Files/detail/DiskReserve.h>
 #include <VelkCommon/Network/Curl.h>
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
 #include <VelkCommon/Text/xl8.h>
 
+#include <functional>
 #include <new>
 #include <set>
 #include <string>
@@ -173,7 +173,7 @@ private:
     // Leaves some of the disk to others.
     void append(LockingFStream& stream, const std::vector<unsigned char>& bytes) const
     {
-        if (Velk::detail::leavesDiskReserve(databasePath_, bytes.size()))
+        if (bytes.size() <= Velk::detail::roomOnDisk(databasePath_))
             stream.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
         else
             stream.setstate(std::ios::failbit);
@@ -195,30 +195,33 @@ std::set<fileString> namesIn(const fileString& archive)
     return {names.begin(), names.end()};
 }
 
-bool copyArchivedFile(const fileString& from, const fileString& to, ProgressSubject* progress,
-                      const std::set<fileString>& skip)
+using CopyEntry = std::function<bool(const fileString& name, const Handle& handle, ZipUtils::ZipRawDataInfo* entry)>;
+
+// Copies the entries of `from` by `copy`, but for those of the names in `skip`, as long as it succeeds.
+bool copyArchivedFile(const fileString& from, ProgressSubject& progress, const std::set<fileString>& skip,
+                      const CopyEntry& copy)
 {
-    openSubRange(*progress, from);
+    openSubRange(progress, from);
     bool result = true;
     bool copied = false;
     const auto visited = ZipUtils::getFilesDataInArchive(
         from,
         [&](const std::u32string& name, const Handle& handle, ZipUtils::ZipRawDataInfo* entry) {
             const fileString entryName(name);
-            advance(*progress, name);
+            advance(progress, name);
             if (skip.count(entryName) > 0)
                 return true;
-            result = ZipUtils::writeFileToArchiveRaw(to, entryName, handle, false, entry);
+            result = copy(entryName, handle, entry);
             copied = copied || result;
             return result;
         },
         &neverStop);
-    // Without names, `to` was not completed.
+    // Without names, what was copied is lost.
     return result && !(copied && visited.empty());
 }
 
-// The copy of the destination holds the destination's entries as they are, those of a name that the
-// source has too included; copying them into it again would write everything once more for nothing.
+// The copy of the destination holds the destination's entries as they are; copying them into it again would
+// write everything once more for nothing. It is enough that they can be copied.
 bool merge(const fileString& source, const fileString& destination, ProgressSubject& progress)
 {
     fileString merged = destination;
@@ -226,9 +229,14 @@ bool merge(const fileString& source, const fileString& destination, ProgressSubj
     const FileReaper reaper(merged);
     if (!FileUtils::copyFile(destination, merged, true))
         return false;
-    const std::set<fileString> present = namesIn(merged);
-    return copyArchivedFile(destination, merged, &progress, present) &&
-           copyArchivedFile(source, merged, &progress, present) && FileUtils::moveFile(merged, destination, true);
+    const auto check = [](const fileString&, const Handle& handle, const ZipUtils::ZipRawDataInfo* entry) {
+        return ZipUtils::canCopyRaw(handle, entry);
+    };
+    const auto add = [&](const fileString& name, const Handle& handle, ZipUtils::ZipRawDataInfo* entry) {
+        return ZipUtils::writeFileToArchiveRaw(merged, name, handle, false, entry);
+    };
+    return copyArchivedFile(destination, progress, namesIn(source), check) &&
+           copyArchivedFile(source, progress, namesIn(merged), add) && FileUtils::moveFile(merged, destination, true);
 }
 
 bool putInPlace(const fileString& source, const fileString& destination, ProgressSubject* progress)

@@ -221,6 +221,11 @@ bool ZipUtils::writeFileToArchiveRaw(const fileString& archive, const fileString
     return writer != nullptr && writer->add(handle.archive(), entry->entry(), entryName);
 }
 
+bool ZipUtils::canCopyRaw(const ZipHandles::unzArchiveHandle& handle, const ZipRawDataInfo* entry)
+{
+    return entry != nullptr && handle.archive().extent(entry->entry()).has_value();
+}
+
 void ZipUtils::writeFileDataFromArchive(const fileString& combined,
                                         std::function<void(std::vector<unsigned char>&)> sink)
 {

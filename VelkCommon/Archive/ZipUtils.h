@@ -92,6 +92,10 @@ public:
     static bool writeFileToArchiveRaw(const fileString& archive, const fileString& entryName,
                                       const ZipHandles::unzArchiveHandle& handle, bool create, ZipRawDataInfo* entry);
 
+    /// The entry that the walk has come to is not damaged in a way that would make writeFileToArchiveRaw()
+    /// fail, whatever the archive to write. Its data is not looked at.
+    static bool canCopyRaw(const ZipHandles::unzArchiveHandle& handle, const ZipRawDataInfo* entry);
+
     /// Reads one entry, addressed by its combined path, and hands its bytes to `sink` in one call. `sink`
     /// is called when the entry was read to its end, with the declared length and checksum, and not at all
     /// otherwise: when there is no such entry, when it is damaged, encrypted or compressed by a method

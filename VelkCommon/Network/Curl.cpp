@@ -74,12 +74,11 @@ bool Curl::downloadable(const std::string& text)
 fileString Curl::download(const std::string& url) const
 {
     try {
-        const detail::TransferLimits limits = detail::transferLimits();
         fileString target;
         target.generateAsTempName(extensionOf(url));
         TransferRequest request = detail::bodyRequest(url, {}, Wanted::success);
-        request.slowest = limits.slowest;
-        const bool fetched = fetch(std::move(request), {target, std::nullopt, limits.diskReserve}).code == CURLE_OK;
+        request.slowest = detail::transferLimits().slowest;
+        const bool fetched = fetch(std::move(request), {target, std::nullopt}).code == CURLE_OK;
         return fetched ? target : fileString();
     } catch (...) {
         return {};
@@ -97,7 +96,7 @@ bool Curl::download_to_location(const std::string& url, const fileString& target
             request.progressData = data;
             request.silence = request.total = std::nullopt;
         }
-        return fetch(std::move(request), {target, std::nullopt, detail::transferLimits().diskReserve});
+        return fetch(std::move(request), {target, std::nullopt});
     });
     reason = std::move(failure.reason);
     code = failure.code;
@@ -107,9 +106,7 @@ bool Curl::download_to_location(const std::string& url, const fileString& target
 bool Curl::download_to_location(const std::string& url, const fileString& target, std::string& reason) const
 {
     detail::TransferFailure failure = guarded([&] {
-        const detail::TransferLimits limits = detail::transferLimits();
-        return fetch(detail::bodyRequest(url, {}, Wanted::success),
-                     {target, limits.shortFormBytes, limits.diskReserve});
+        return fetch(detail::bodyRequest(url, {}, Wanted::success), {target, detail::transferLimits().shortFormBytes});
     });
     reason = std::move(failure.reason);
     return failure.code == CURLE_OK;

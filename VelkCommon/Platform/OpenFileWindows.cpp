@@ -24,20 +24,6 @@ HANDLE openForReading(const std::string& path, DWORD share) noexcept
 
 }  // namespace
 
-File::File(File&& other) noexcept : handle_(std::exchange(other.handle_, closed)) {}
-
-File& File::operator=(File&& other) noexcept
-{
-    std::swap(handle_, other.handle_);
-    return *this;
-}
-
-File::~File()
-{
-    if (isOpen())
-        close();
-}
-
 File File::open(const std::string& path, Mode mode) noexcept
 {
     if (mode == Mode::read)

@@ -1,17 +1,43 @@
 #pragma once
 
+#include <VelkCommon/Files/fileString.h>
+
 #include <zip.h>
 
-#include <memory>
+#include <functional>
+#include <string>
+#include <string_view>
 
 namespace VelkHost {
 
-struct DiscardArchive
+/// A zip archive that is made from files and bytes. It is at its place once close() has succeeded; otherwise
+/// what was there stays. Failures throw CatalogError.
+class NewArchive
 {
-    void operator()(zip_t* archive) const { zip_discard(archive); }
-};
+public:
+    explicit NewArchive(const fileString& target);
+    ~NewArchive();
+    NewArchive(const NewArchive&) = delete;
+    NewArchive& operator=(const NewArchive&) = delete;
 
-/// An archive being written; what is not closed by zip_close() before its end is given up.
-using NewArchive = std::unique_ptr<zip_t, DiscardArchive>;
+    /// Adds a file under a name (UTF-8). It is read by close().
+    void addFile(const std::string& name, const fileString& path);
+    /// The same with bytes, which must live until then.
+    void addBytes(const std::string& name, std::string_view bytes);
+
+    /// Lets close() tell how much is done (from 0 to 1) and ask whether to give up.
+    void watch(std::function<void(double share)> show, std::function<bool()> cancelled);
+
+    /// Writes it. False when it was given up.
+    bool close();
+
+private:
+    void add(const std::string& name, zip_source_t* source);
+
+    fileString target_;
+    zip_t* archive_;
+    std::function<void(double)> show_;
+    std::function<bool()> cancelled_;
+};
 
 }  // namespace VelkHost

@@ -79,49 +79,19 @@ std::vector<PackedFile> filesFor(const PackArguments& arguments, const fileStrin
 
 // ---- Writing -------------------------------------------------------------------------------------
 
-void showShare(zip_t*, double share, void* line)
-{
-    constexpr double wholeRange = 100;
-    static_cast<ProgressLine*>(line)->setValue(static_cast<std::uint64_t>(share * wholeRange));
-}
-
-int isInterrupted(zip_t*, void*)
-{
-    return interrupted() ? 1 : 0;
-}
-
-void addFile(zip_t* archive, const PackedFile& file)
-{
-    zip_source_t* const source = zip_source_file(archive, file.path.utf8().c_str(), 0, -1);
-    if (source == nullptr)
-        throw CatalogError(file.path, std::string("cannot be read (") + zip_strerror(archive) + ")");
-    if (zip_file_add(archive, file.name.c_str(), source, ZIP_FL_ENC_UTF_8) < 0) {
-        zip_source_free(source);
-        throw CatalogError(file.path, std::string("cannot be packed (") + zip_strerror(archive) + ")");
-    }
-}
-
 void write(const std::vector<PackedFile>& files, const fileString& target, Output& output)
 {
-    constexpr double precision = 0.005;  // of the whole, between two looks at the progress
-    int code = 0;
-    NewArchive archive(zip_open(target.utf8().c_str(), ZIP_CREATE | ZIP_TRUNCATE, &code));
-    if (!archive)
-        throw CatalogError(target, "cannot be written");
+    NewArchive archive(target);
     for (const PackedFile& file : files)
-        addFile(archive.get(), file);
+        archive.addFile(file.name, file.path);
+    constexpr double wholeRange = 100;
     ProgressLine line(output);
     line.setText("Packing " + std::to_string(files.size()) + " files");
     line.begin(100);
     watchInterrupts();
-    zip_register_progress_callback_with_state(archive.get(), precision, &showShare, nullptr, &line);
-    zip_register_cancel_callback_with_state(archive.get(), &isInterrupted, nullptr, nullptr);
-    if (zip_close(archive.get()) != 0) {
-        if (interrupted())
-            throw Interrupted();
-        throw CatalogError(target, std::string("cannot be packed (") + zip_strerror(archive.get()) + ")");
-    }
-    static_cast<void>(archive.release());
+    archive.watch([&](double share) { line.setValue(static_cast<std::uint64_t>(share * wholeRange)); }, &interrupted);
+    if (!archive.close())
+        throw Interrupted();
 }
 
 int run(const PackArguments& arguments, Output& output)

@@ -159,6 +159,52 @@ TEST_F(Merge, ADamagedEntryFails)
     EXPECT_THAT(temporaryFiles(), IsEmpty());
 }
 
+class DamagedDestination : public Merge
+{
+protected:
+    // The entry b is not where the directory says.
+    DamagedDestination()
+    {
+        old_ = ZipBuilder().add("a", "1").add("b", "2").add("c", "3").bytes();
+        old_[old_.find("PK\x03\x04", 1)] = 'X';
+        test::writeFile(destination_, old_);
+    }
+
+    std::string old_;
+};
+
+TEST_F(DamagedDestination, Stays)
+{
+    Velk::installHost(watchedServices());
+    ZipBuilder().add("d", "4").writeTo(source_);
+    EXPECT_FALSE(merge());
+    EXPECT_TRUE(test::readFile(destination_) == old_);
+    EXPECT_FALSE(source_.pathExists());
+    EXPECT_THAT(names(), ElementsAre("destination.zip"));
+    EXPECT_THAT(temporaryFiles(), IsEmpty());
+    EXPECT_THAT(resets_, IsEmpty());
+    EXPECT_THAT(progress_.calls, ElementsAre("range 3 100", "step [Copying: a] []", "step [Copying: b] []"));
+}
+
+TEST_F(DamagedDestination, StaysAsWellWhenThereIsNothingToAdd)
+{
+    ZipBuilder().add("a", "4").writeTo(source_);
+    EXPECT_FALSE(merge());
+    EXPECT_TRUE(test::readFile(destination_) == old_);
+    EXPECT_FALSE(source_.pathExists());
+}
+
+// What the source has, too, is not copied, and remains the destination's.
+TEST_F(DamagedDestination, TakesMoreWhenTheSourceHasTheDamagedEntry)
+{
+    ZipBuilder().add("b", "source").add("d", "4").writeTo(source_);
+    EXPECT_TRUE(merge());
+    EXPECT_EQ(namesOf(destination_), "a b c d");
+    EXPECT_EQ(dataOf(destination_, "c"), "3");
+    EXPECT_EQ(dataOf(destination_, "d"), "4");
+    EXPECT_FALSE(source_.pathExists());
+}
+
 TEST_F(Merge, AFolderInThePlaceOfTheDestination)
 {
     FileUtils::createDirectoriesWithPerm(destination_ / U"inside");

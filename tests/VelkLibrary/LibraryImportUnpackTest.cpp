@@ -1,13 +1,11 @@
 #include "LibraryImportFixture.h"
-
-#include <VelkLibrary/detail/DiskReserve.h>
+#include "support/SmallDisk.h"
 
 #include <VelkCommon/Files/LockingFStream.h>
 
 #include <gmock/gmock.h>
 
 #include <memory>
-#include <optional>
 #include <string>
 
 namespace {
@@ -345,37 +343,27 @@ TEST_F(Unpack, ALargeDatabaseThatIsDamagedIsNoDatabase)
     EXPECT_THAT(names(), ElementsAre("lib.calibz"));
 }
 
-std::uint64_t availableBytes = 0;
-
-std::optional<std::uint64_t> someFreeSpace(const std::string&) noexcept
-{
-    return availableBytes;
-}
-
-class SmallDisk : public Unpack
-{
-protected:
-    SmallDisk() { Velk::detail::setFreeSpaceQuery(&someFreeSpace); }
-    ~SmallDisk() override { Velk::detail::setFreeSpaceQuery(nullptr); }
-};
-
-TEST_F(SmallDisk, ADatabaseLeavesTheReserve)
+TEST_F(Unpack, ADatabaseLeavesTheDisksReserve)
 {
     ZipBuilder().add("library.calib", "database").add("a", "1").writeTo(archive_);
-    availableBytes = (256ULL << 20) + 7;
-    EXPECT_FALSE(unpack().first);
+    {
+        const test::SmallDisk disk(7);
+        EXPECT_FALSE(unpack().first);
+    }
     EXPECT_THAT(names(), ElementsAre("lib.calibz", "lib.zip"));
-    ++availableBytes;
+    const test::SmallDisk disk(8);
     EXPECT_EQ(unpack().first, database_);
 }
 
-TEST_F(SmallDisk, ALargeDatabaseStopsAtTheReserve)
+TEST_F(Unpack, ALargeDatabaseStopsAtTheDisksReserve)
 {
     ZipBuilder().add(deflatedItem("library.calib", std::string(80'000'000, 'x'))).writeTo(archive_);
-    availableBytes = (256ULL << 20) + (1ULL << 20) - 1;
-    EXPECT_FALSE(unpack().first);
+    {
+        const test::SmallDisk disk((1 << 20) - 1);
+        EXPECT_FALSE(unpack().first);
+    }
     EXPECT_THAT(names(), ElementsAre("lib.calibz"));
-    ++availableBytes;
+    const test::SmallDisk disk(1 << 20);
     EXPECT_EQ(unpack().first, database_);
 }
 

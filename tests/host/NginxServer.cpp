@@ -53,10 +53,7 @@ NginxServer::NginxServer(const fileString& folder, const fileString& configurati
 
 NginxServer::~NginxServer()
 {
-    process_.terminate();
-    if (!process_.waitForFinished())
-        process_.kill();
-    process_.waitForFinished();
+    end();
 }
 
 std::string NginxServer::origin() const
@@ -79,6 +76,24 @@ std::string NginxServer::complaints() const
     return complaints;
 }
 
+std::vector<NginxRequest> NginxServer::stop()
+{
+    end();
+    std::istringstream log(readFile(folder_ / U"access.log"));
+    std::vector<NginxRequest> requests;
+    for (NginxRequest request; log >> request.connection >> request.protocol;)
+        requests.push_back(request);
+    return requests;
+}
+
+void NginxServer::end()
+{
+    process_.terminate();
+    if (!process_.waitForFinished())
+        process_.kill();
+    process_.waitForFinished();
+}
+
 void NginxServer::writeConfiguration(const fileString& configuration, const fileString& certificate,
                                      const fileString& key) const
 {
@@ -90,8 +105,9 @@ void NginxServer::writeConfiguration(const fileString& configuration, const file
     text += "events {}\nhttp {\n";
     for (const char* kind : {"client_body", "proxy", "fastcgi", "uwsgi", "scgi"})
         text += std::string(kind) + "_temp_path \"" + home + "/" + kind + "\";\n";
+    text += "log_format test \"$connection $server_protocol\";\naccess_log \"" + home + "/access.log\" test;\n";
     // Compression is asked for, as many installations have it; catalogs must stay out of it.
-    text += "access_log off;\ngzip on;\ngzip_types *;\ngzip_min_length 1;\n";
+    text += "gzip on;\ngzip_types *;\ngzip_min_length 1;\n";
     text += "include \"" + configuration.utf8() + "/velk-maps.conf\";\nserver {\n";
     text += "listen 127.0.0.1:" + std::to_string(port_) + (secure_ ? " ssl http2" : "") + ";\n";
     if (secure_)

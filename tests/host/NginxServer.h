@@ -5,15 +5,24 @@
 #include <QProcess>
 
 #include <string>
+#include <vector>
 
 namespace test {
+
+/// A request that was answered.
+struct NginxRequest
+{
+    std::string connection;  ///< its number
+    std::string protocol;    ///< "HTTP/1.1"
+};
 
 /// A web server of its own, run by this user in a temporary folder, on a port that the system chooses.
 class NginxServer
 {
 public:
     /// `folder` takes its files. Serves "velk-maps.conf" and "velk-locations.conf" of `configuration`; with
-    /// a `certificate` and its key (PEM files) over TLS. Answers as soon as it is constructed.
+    /// a `certificate` and its key (PEM files) over TLS, where it speaks HTTP/2 as well. Answers as soon as it is
+    /// constructed.
     NginxServer(const fileString& folder, const fileString& configuration, const fileString& certificate = {},
                 const fileString& key = {});
     ~NginxServer();
@@ -26,8 +35,11 @@ public:
     void reload() const;
     /// What it complained about so far.
     std::string complaints() const;
+    /// Ends it, and tells all requests in the order of their answers.
+    std::vector<NginxRequest> stop();
 
 private:
+    void end();
     void writeConfiguration(const fileString& configuration, const fileString& certificate,
                             const fileString& key) const;
 

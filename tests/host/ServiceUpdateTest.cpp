@@ -1,20 +1,14 @@
-#include "ServedSiteTest.h"
+#include "ServedInstallation.h"
 
-#include <VelkCommon/Archive/ZipUtils.h>
 #include <VelkCommon/Files/FileUtils.h>
-
-#include <algorithm>
 
 using VelkHost::ServiceTraffic;
 using VelkHost::SiteService;
 
 namespace {
 
-const std::string bonusName = "\xE6\xA4\x85\xE5\xAD\x90";
-const std::string manufacturerName(200, 'x');
-
 /// The real client against the real service.
-class ServiceUpdate : public test::ServedSiteTest
+class ServiceUpdate : public test::ServedInstallation
 {
 protected:
     ServiceUpdate() : service_(options()) {}
@@ -30,25 +24,6 @@ protected:
         const ServiceTraffic after = service_.traffic();
         return {after.requests - before.requests, after.notModified - before.notModified,
                 after.bodyBytes - before.bodyBytes};
-    }
-
-    fileString home() const { return folder() / U"home"; }
-    fileString home(const std::string& path) const { return home() / fileString(path); }
-    std::uint64_t indexBytes() const { return published("Standard_Core_Content_Index.txt").size(); }
-
-    void expectCurrent() const
-    {
-        const VelkHost::SiteTable now = table();
-        for (const char* name : {"core/M\xC3\xB6"
-                                 "bel 2.calib",
-                                 "core/~It's (a) $5 deal; 50=50, @home!.calib"})
-            EXPECT_TRUE(test::readFile(home(name)) == test::readFile(input() / fileString(std::string(name)))) << name;
-        EXPECT_EQ(test::hashOf(home("bonus/" + bonusName + ".calib")), now.libraries.at(bonusName + ".calibz").tag);
-        EXPECT_EQ(test::hashOf(home("manufacturer/" + manufacturerName + ".calib")),
-                  now.libraries.at(manufacturerName + ".calibz").tag);
-        EXPECT_EQ(ZipUtils::getFilenamesInArchive(home("referenced/" + bonusName + ".zip")).size(), 1U);
-        EXPECT_TRUE(test::readFile(home("referenced/M\xC3\xB6"
-                                        "bel 2.zip")) == test::readFile(input(U"referenced/M\u00F6bel 2.zip")));
     }
 
     SiteService service_;

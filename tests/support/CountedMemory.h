@@ -1,10 +1,11 @@
 #pragma once
 
 /// @file
-/// Replaces the program's `operator new`, so that what it takes can be counted. For exactly one source
-/// of a program. The counters are plain: count while one thread runs.
+/// Replaces the program's `operator new`, so that what it takes can be counted, and refused. For exactly one
+/// source of a program. The counters are plain: count while one thread runs.
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <new>
 
@@ -12,11 +13,18 @@ namespace test {
 
 inline std::size_t allocations = 0;
 inline std::size_t allocatedBytes = 0;
+/// Larger requests fail.
+inline std::size_t largestAllocation = SIZE_MAX;
+inline std::size_t refusedAllocations = 0;
 
 }  // namespace test
 
 void* operator new(std::size_t size)
 {
+    if (size > test::largestAllocation) {
+        ++test::refusedAllocations;
+        throw std::bad_alloc();
+    }
     ++test::allocations;
     test::allocatedBytes += size;
     if (void* const memory = std::malloc(size == 0 ? 1 : size))

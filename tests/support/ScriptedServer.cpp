@@ -15,6 +15,7 @@
 #include <list>
 #include <map>
 #include <mutex>
+#include <set>
 #include <thread>
 
 namespace test {
@@ -126,9 +127,11 @@ struct ScriptedServer::Impl
     std::vector<std::string> offered;
     std::list<std::shared_ptr<Wire>> wires;
     std::list<std::thread> threads;
-    std::vector<Gate> gates;  // that were waited for
+    std::set<std::thread::id> ended;  // of those
+    std::vector<Gate> gates;          // that were waited for
 
     void accept();
+    void joinEnded();
     void serve(tcp::socket socket, std::size_t number);
     template <typename Stream>
     bool exchange(Stream& stream, asio::streambuf& input, std::size_t number, Reply::Ending& ending);
@@ -159,8 +162,24 @@ void ScriptedServer::Impl::accept()
             continue;
         const std::size_t number = ++connections;
         socket.set_option(tcp::no_delay(true), error);
-        threads.emplace_back([this, number, moved = std::move(socket)]() mutable { serve(std::move(moved), number); });
+        joinEnded();
+        threads.emplace_back([this, number, moved = std::move(socket)]() mutable {
+            serve(std::move(moved), number);
+            const std::lock_guard lockAtEnd(mutex);
+            ended.insert(std::this_thread::get_id());
+        });
     }
+}
+
+// A thread keeps its stack until it is joined.
+void ScriptedServer::Impl::joinEnded()
+{
+    std::erase_if(threads, [this](std::thread& thread) {
+        if (ended.erase(thread.get_id()) == 0)
+            return false;
+        thread.join();
+        return true;
+    });
 }
 
 void ScriptedServer::Impl::serve(tcp::socket socket, std::size_t number)

@@ -1,5 +1,6 @@
 #include <VelkCommon/Network/detail/Body.h>
 
+#include <VelkCommon/Files/detail/DiskReserve.h>
 #include <VelkCommon/Platform/Platform.h>
 
 #include <curl/curl.h>
@@ -40,9 +41,7 @@ bool TextBody::take(std::string_view bytes)
     return true;
 }
 
-FileBody::FileBody(fileString target, std::optional<std::uint64_t> limit, std::uint64_t reserve)
-    : target_(std::move(target)), limit_(limit), reserve_(reserve)
-{}
+FileBody::FileBody(fileString target, std::optional<std::uint64_t> limit) : target_(std::move(target)), limit_(limit) {}
 
 bool FileBody::begin(std::optional<std::uint64_t> declared)
 {
@@ -81,10 +80,7 @@ bool FileBody::write()
 
 bool FileBody::hasRoomFor(std::uint64_t bytes)
 {
-    const fileString folder = target_.parentPath();
-    const auto free = Platform::freeSpace(folder.empty() ? "." : folder.utf8());
-    // Where the system does not tell, writing will.
-    const std::uint64_t usable = free ? *free - std::min(*free, reserve_) : UINT64_MAX;
+    const std::uint64_t usable = roomOnDisk(target_);
     if (bytes > usable)
         return fail(CURLE_WRITE_ERROR, "Too little space is left on the disk for " + target_.humanReadableString());
     room_ = std::min(usable, writtenBetweenLooks);

@@ -63,11 +63,11 @@ private:
 };
 
 /// A file that is replaced when the body is complete. At most `limit` bytes, and only as long as
-/// `reserve` bytes of the disk remain.
+/// the disk's reserve remains.
 class FileBody : public Body
 {
 public:
-    FileBody(fileString target, std::optional<std::uint64_t> limit, std::uint64_t reserve);
+    FileBody(fileString target, std::optional<std::uint64_t> limit);
 
     bool begin(std::optional<std::uint64_t> declared) override;
     bool take(std::string_view bytes) override;
@@ -80,7 +80,6 @@ private:
 
     fileString target_;
     std::optional<std::uint64_t> limit_;
-    std::uint64_t reserve_;
     std::optional<ReplacementFile> file_;
     std::string buffer_;
     std::uint64_t taken_ = 0;

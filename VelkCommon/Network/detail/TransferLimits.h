@@ -34,8 +34,6 @@ struct TransferLimits
     std::uint64_t headerBytes = 256ULL << 10;
     std::uint64_t textBytes = 8ULL << 20;
     std::uint64_t shortFormBytes = 64ULL << 20;
-    /// Of the disk that a download leaves alone.
-    std::uint64_t diskReserve = 256ULL << 20;
     /// Bytes a second on average that lengthen `total` for a file of any size.
     std::uint64_t slowest = 64ULL << 10;
 };

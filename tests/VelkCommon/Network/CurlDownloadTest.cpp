@@ -190,7 +190,7 @@ TEST_F(CurlDownload, KnowsTheRoomOnTheDisk)
 
 TEST_F(CurlDownload, LeavesRoomOnTheDisk)
 {
-    limit([](auto& limits) { limits.diskReserve = UINT64_MAX; });
+    const test::SmallDisk disk(0);
     server_.on("/a", Reply{.body = "x"});
     server_.on("/unknown", Reply{.body = "x", .chunked = true});
     for (const char* const path : {"/a", "/unknown"}) {

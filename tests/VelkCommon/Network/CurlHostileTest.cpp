@@ -167,12 +167,38 @@ TEST_F(HostileServer, GetsNoMoreThanALimitedSmallFile)
     EXPECT_THAT(strayFiles(), ElementsAre("target"));
 }
 
+// Nothing in the header tells that it has no end.
+TEST_F(HostileServer, DoesNotFillTheDisk)
+{
+    server_.on("/endless", Reply{.body = std::string(100000, 'x'), .withLength = false, .endless = true});
+    server_.on("/chunks", Reply{.body = std::string(100000, 'x'), .chunked = true, .endless = true});
+    test::writeFile(target(), "old");
+    const test::SmallDisk disk(mebi, folder());
+    for (const char* const path : {"/endless", "/chunks"}) {
+        const Outcome outcome = download(server_.url(path));
+        EXPECT_FALSE(outcome.succeeded) << path;
+        EXPECT_EQ(outcome.code, test::writeError) << path;
+        EXPECT_THAT(outcome.reason, HasSubstr("Too little space is left on the disk")) << path;
+    }
+    EXPECT_EQ(test::readFile(target()), "old");
+    EXPECT_THAT(strayFiles(), ElementsAre("target"));
+}
+
+TEST_F(HostileServer, DoesNotFillTheDiskWithTemporaryFiles)
+{
+    server_.on("/endless", Reply{.body = std::string(100000, 'x'), .withLength = false, .endless = true});
+    const fileString temporary = folder() / U"temp";
+    const test::SmallDisk disk(mebi, temporary);
+    EXPECT_TRUE(Curl::get().download(server_.url("/endless")).empty());
+    EXPECT_THAT(test::listFolder(temporary), IsEmpty());
+}
+
 TEST_F(HostileServer, HasTheLimitsThatAreDocumented)
 {
     const Velk::detail::TransferLimits limits = Velk::detail::transferLimits();
     EXPECT_EQ(limits.textBytes, 8 * mebi);
     EXPECT_EQ(limits.shortFormBytes, 64 * mebi);
-    EXPECT_EQ(limits.diskReserve, 256 * mebi);
+    EXPECT_EQ(Velk::detail::diskReserve, 256 * mebi);
     EXPECT_EQ(limits.headerBytes, 256 * 1024U);
     EXPECT_EQ(limits.silence, milliseconds(60000));
     EXPECT_EQ(limits.total, milliseconds(120000));

@@ -4,6 +4,7 @@
 #include <VelkCommon/Network/detail/TransferLimits.h>
 
 #include "support/ScriptedServer.h"
+#include "support/SmallDisk.h"
 #include "support/TestHost.h"
 
 #include <QByteArray>

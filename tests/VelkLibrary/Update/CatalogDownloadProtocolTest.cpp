@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 
+#include <ostream>
 #include <string>
 
 namespace {
@@ -31,67 +32,71 @@ CatalogRecord recordAfter(const std::string& headerLines, long status = 200)
     return record;
 }
 
-struct TagCase
+struct HeaderCase
 {
     const char* name;
     std::string header;
-    std::string remoteHash;
+    std::string remoteHash = "previous";
+    std::uint32_t contentLength = 7;
 };
 
-class EntityTag : public testing::TestWithParam<TagCase>
-{};
-
-TEST_P(EntityTag, IsReadAs)
+void PrintTo(const HeaderCase& row, std::ostream* out)
 {
-    EXPECT_EQ(recordAfter(GetParam().header).remoteHash, GetParam().remoteHash);
+    *out << row.header;
 }
 
-INSTANTIATE_TEST_SUITE_P(Headers, EntityTag,
-                         testing::Values(TagCase{"Strong", "ETag: \"abc\"\r\n", "abc"},
-                                         TagCase{"Weak", "ETag: W/\"abc\"\r\n", "abc"},
-                                         TagCase{"Absent", "Server: x\r\n", "previous"},
-                                         TagCase{"LowerCaseName", "etag: \"abc\"\r\n", "abc"},
-                                         TagCase{"TheLastOfSeveral", "ETag: \"one\"\r\nETag: \"two\"\r\n", "two"},
-                                         TagCase{"QuotesWithin", "ETag: \"a\"b\"c\"\r\n", "a\"b\"c"},
-                                         TagCase{"Empty", "ETag: \"\"\r\n", ""}, TagCase{"NoValue", "ETag:\r\n", ""},
-                                         TagCase{"NoQuotes", "ETag: abc\r\n", "abc"},
-                                         TagCase{"OneQuote", "ETag: \"abc\r\n", "\"abc"},
-                                         TagCase{"WeakWithoutQuotes", "ETag: W/abc\r\n", "W/abc"},
-                                         TagCase{"TextAfterTheQuotes", "ETag: \"abc\" def\r\n", "abc"},
-                                         TagCase{"Controls", "ETag: \"a\x01\tb\x7F\"\r\n", "ab"},
-                                         TagCase{"Colon", "ETag: \"a:b\"\r\n", "a:b"}),
-                         [](const auto& info) { return info.param.name; });
+class HeaderLine : public testing::TestWithParam<HeaderCase>
+{};
 
-struct LengthCase
+TEST_P(HeaderLine, IsReadAs)
 {
-    const char* name;
-    std::string header;
-    std::uint32_t contentLength;
+    const CatalogRecord record = recordAfter(GetParam().header);
+    EXPECT_EQ(record.remoteHash, GetParam().remoteHash);
+    EXPECT_EQ(record.contentLength, GetParam().contentLength);
+}
+
+const HeaderCase tagCases[] = {
+    {"Strong", "ETag: \"abc\"\r\n", "abc"},
+    {"Weak", "ETag: W/\"abc\"\r\n", "abc"},
+    {"Absent", "Server: x\r\n"},
+    {"LowerCaseName", "etag: \"abc\"\r\n", "abc"},
+    {"TheLastOfSeveral", "ETag: \"one\"\r\nETag: \"two\"\r\n", "two"},
+    {"QuotesWithin", "ETag: \"a\"b\"c\"\r\n", "a\"b\"c"},
+    {"Empty", "ETag: \"\"\r\n", ""},
+    {"NoValue", "ETag:\r\n", ""},
+    {"NoQuotes", "ETag: abc\r\n", "abc"},
+    {"OneQuote", "ETag: \"abc\r\n", "\"abc"},
+    {"WeakWithoutQuotes", "ETag: W/abc\r\n", "W/abc"},
+    {"TextAfterTheQuotes", "ETag: \"abc\" def\r\n", "abc"},
+    {"Controls", "ETag: \"a\x01\tb\x7F\"\r\n", "ab"},
+    {"Colon", "ETag: \"a:b\"\r\n", "a:b"},
 };
 
-class ContentLength : public testing::TestWithParam<LengthCase>
-{};
-
-TEST_P(ContentLength, IsReadAs)
+HeaderCase length(const char* name, const std::string& header, std::uint32_t contentLength = 7)
 {
-    EXPECT_EQ(recordAfter(GetParam().header).contentLength, GetParam().contentLength);
+    return {name, header, "previous", contentLength};
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Headers, ContentLength,
-    testing::Values(LengthCase{"Plain", "Content-Length: 123\r\n", 123}, LengthCase{"Zero", "Content-Length: 0\r\n", 0},
-                    LengthCase{"OddCase", "CONTENT-length: 123\r\n", 123},
-                    LengthCase{"TheLastOfSeveral", "Content-Length: 1\r\nContent-Length: 2\r\n", 2},
-                    LengthCase{"Largest", "Content-Length: 4294967295\r\n", 4'294'967'295u},
-                    LengthCase{"TooLarge", "Content-Length: 4294967296\r\n", 7},
-                    LengthCase{"FarTooLarge", "Content-Length: 99999999999999999999999\r\n", 7},
-                    LengthCase{"Negative", "Content-Length: -1\r\n", 7},
-                    LengthCase{"Signed", "Content-Length: +1\r\n", 7},
-                    LengthCase{"Text", "Content-Length: many\r\n", 7},
-                    LengthCase{"Unit", "Content-Length: 12 KB\r\n", 7},
-                    LengthCase{"Hexadecimal", "Content-Length: 0x10\r\n", 7},
-                    LengthCase{"Empty", "Content-Length:\r\n", 7}, LengthCase{"Absent", "Server: x\r\n", 7}),
-    [](const auto& info) { return info.param.name; });
+const HeaderCase lengthCases[] = {
+    length("Plain", "Content-Length: 123\r\n", 123),
+    length("Zero", "Content-Length: 0\r\n", 0),
+    length("OddCase", "CONTENT-length: 123\r\n", 123),
+    length("TheLastOfSeveral", "Content-Length: 1\r\nContent-Length: 2\r\n", 2),
+    length("Largest", "Content-Length: 4294967295\r\n", 4'294'967'295u),
+    length("TooLarge", "Content-Length: 4294967296\r\n"),
+    length("FarTooLarge", "Content-Length: 99999999999999999999999\r\n"),
+    length("Negative", "Content-Length: -1\r\n"),
+    length("Signed", "Content-Length: +1\r\n"),
+    length("Text", "Content-Length: many\r\n"),
+    length("Unit", "Content-Length: 12 KB\r\n"),
+    length("Hexadecimal", "Content-Length: 0x10\r\n"),
+    length("Empty", "Content-Length:\r\n"),
+    length("Absent", "Server: x\r\n"),
+};
+
+const auto caseName = [](const auto& info) { return std::string(info.param.name); };
+INSTANTIATE_TEST_SUITE_P(EntityTag, HeaderLine, testing::ValuesIn(tagCases), caseName);
+INSTANTIATE_TEST_SUITE_P(ContentLength, HeaderLine, testing::ValuesIn(lengthCases), caseName);
 
 TEST(HeaderResponse, KeepsTheStatus)
 {

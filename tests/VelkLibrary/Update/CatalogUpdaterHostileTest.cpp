@@ -1,4 +1,5 @@
 #include "VelkLibrary/Update/UpdateTest.h"
+#include "support/SmallDisk.h"
 
 #include <gmock/gmock.h>
 
@@ -121,6 +122,15 @@ TEST_F(UpdaterHostile, ALengthThatIsNoNumber)
     EXPECT_EQ(test::readFile(coreFolder() / U"a.calib"), "installed");
     EXPECT_EQ(otherFiles().count((folder() / U"precious.txt").utf8()), 1u);
     receiver().finalEvent();
+}
+
+// It ends when the disk is as full as a download may make it.
+TEST_F(UpdaterHostile, ABodyWithoutEnd)
+{
+    deliver(Reply{.body = databaseBytes('a', 100'000), .chunked = true, .endless = true});
+    const test::SmallDisk disk(1 << 20, downloads(U"core"));
+    expectRefused("Too little space is left on the disk");
+    EXPECT_EQ(report().resultCode, 0x10369189u) << "nobody aborted it";
 }
 
 TEST_F(UpdaterHostile, AnErrorPage)

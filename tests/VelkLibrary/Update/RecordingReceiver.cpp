@@ -48,64 +48,42 @@ std::size_t RecordingReceiver::count(const std::string& slot) const
 
 void RecordingReceiver::onSetText(std::string text)
 {
-    Event event;
-    event.slot = "onSetText";
-    event.text = std::move(text);
-    record(std::move(event));
+    record({.slot = "onSetText", .text = std::move(text)});
 }
 
 void RecordingReceiver::onSetRangeInGauge(size_t range)
 {
-    Event event;
-    event.slot = "onSetRangeInGauge";
-    event.number = range;
-    record(std::move(event));
+    record({.slot = "onSetRangeInGauge", .number = range});
 }
 
 void RecordingReceiver::onUpdateInGauge()
 {
-    Event event;
-    event.slot = "onUpdateInGauge";
-    record(std::move(event));
+    record({.slot = "onUpdateInGauge"});
 }
 
 void RecordingReceiver::onSetValueInGauge(size_t value)
 {
-    Event event;
-    event.slot = "onSetValueInGauge";
-    event.number = value;
-    record(std::move(event));
+    record({.slot = "onSetValueInGauge", .number = value});
 }
 
 void RecordingReceiver::onSetUnits(std::string unit_string)
 {
-    Event event;
-    event.slot = "onSetUnits";
-    event.text = std::move(unit_string);
-    record(std::move(event));
+    record({.slot = "onSetUnits", .text = std::move(unit_string)});
 }
 
 void RecordingReceiver::onCatalogUpdatedEvent(FileStringPair paths)
 {
-    Event event;
-    event.slot = "onCatalogUpdatedEvent";
-    event.paths = std::move(paths);
-    record(std::move(event));
+    record({.slot = "onCatalogUpdatedEvent", .paths = std::move(paths)});
 }
 
 void RecordingReceiver::closeCatalogUpdateEvent(const LibraryCatalogUpdate::UpdateData& data)
 {
-    Event event;
-    event.slot = "closeCatalogUpdateEvent";
-    event.data = data;
-    record(std::move(event));
+    record({.slot = "closeCatalogUpdateEvent", .data = data});
 }
 
 void RecordingReceiver::onClose()
 {
-    Event event;
-    event.slot = "onClose";
-    record(std::move(event));
+    record({.slot = "onClose"});
 }
 
 void RecordingReceiver::record(Event event)

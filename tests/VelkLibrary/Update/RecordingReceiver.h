@@ -15,12 +15,12 @@ namespace test {
 /// One call of a slot.
 struct Event
 {
-    std::string slot;
-    std::string text;        ///< of texts and units
+    std::string slot = {};
+    std::string text = {};   ///< of texts and units
     std::size_t number = 0;  ///< of ranges and values
-    FileStringPair paths;
-    LibraryCatalogUpdate::UpdateData data;
-    std::thread::id thread;
+    FileStringPair paths = {};
+    LibraryCatalogUpdate::UpdateData data = {};
+    std::thread::id thread = {};
 
     /// "onSetText Checking catalogs", "onSetRangeInGauge 3", "onCatalogUpdatedEvent plants.calib".
     std::string summary() const;

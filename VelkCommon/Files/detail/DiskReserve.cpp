@@ -1,7 +1,8 @@
-#include <VelkLibrary/detail/DiskReserve.h>
+#include <VelkCommon/Files/detail/DiskReserve.h>
 
 #include <VelkCommon/Platform/Platform.h>
 
+#include <algorithm>
 #include <atomic>
 
 namespace Velk::detail {
@@ -11,13 +12,13 @@ std::atomic<FreeSpaceQuery> freeSpaceQuery = nullptr;
 
 }  // namespace
 
-bool leavesDiskReserve(const fileString& path, std::uint64_t bytes)
+std::uint64_t roomOnDisk(const fileString& path)
 {
     const FreeSpaceQuery query = freeSpaceQuery;
     const fileString parent = path.parentPathWithSeparator();
     const std::string folder = parent.empty() ? "." : parent.utf8();
-    const auto available = query != nullptr ? query(folder) : Platform::freeSpace(folder);
-    return !available || (*available >= diskReserve && *available - diskReserve >= bytes);
+    const auto free = query != nullptr ? query(folder) : Platform::freeSpace(folder);
+    return free ? *free - std::min(*free, diskReserve) : UINT64_MAX;
 }
 
 void setFreeSpaceQuery(FreeSpaceQuery query) noexcept

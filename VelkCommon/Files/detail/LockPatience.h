@@ -1,0 +1,15 @@
+#pragma once
+
+#include <VelkCommon/Export.h>
+
+#include <chrono>
+
+namespace Velk::detail {
+
+/// How long LockingFStream tries to open a file that somebody else holds.
+inline constexpr std::chrono::milliseconds usualLockPatience{2000};
+
+/// Changes that. For tests, which must not depend on how busy the machine is. Any thread.
+VELKCOMMON_EXPORT void setLockPatience(std::chrono::milliseconds patience) noexcept;
+
+}  // namespace Velk::detail

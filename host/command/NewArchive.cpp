@@ -1,0 +1,66 @@
+#include "host/command/NewArchive.h"
+
+#include "host/catalog/CatalogError.h"
+
+#include <utility>
+
+namespace VelkHost {
+
+NewArchive::NewArchive(const fileString& target)
+    : target_(target), archive_(zip_open(target.utf8().c_str(), ZIP_CREATE | ZIP_TRUNCATE, nullptr))
+{
+    if (archive_ == nullptr)
+        throw CatalogError(target_, "cannot be written");
+}
+
+NewArchive::~NewArchive()
+{
+    if (archive_ != nullptr)
+        zip_discard(archive_);
+}
+
+void NewArchive::addFile(const std::string& name, const fileString& path)
+{
+    zip_source_t* const source = zip_source_file(archive_, path.utf8().c_str(), 0, -1);
+    if (source == nullptr)
+        throw CatalogError(path, std::string("cannot be read (") + zip_strerror(archive_) + ")");
+    add(name, source);
+}
+
+void NewArchive::addBytes(const std::string& name, std::string_view bytes)
+{
+    add(name, zip_source_buffer(archive_, bytes.data(), bytes.size(), 0));
+}
+
+void NewArchive::add(const std::string& name, zip_source_t* source)
+{
+    if (source != nullptr && zip_file_add(archive_, name.c_str(), source, ZIP_FL_ENC_UTF_8) >= 0)
+        return;
+    const std::string reason = zip_strerror(archive_);
+    zip_source_free(source);
+    throw CatalogError(target_, "cannot take in \"" + name + "\" (" + reason + ")");
+}
+
+void NewArchive::watch(std::function<void(double)> show, std::function<bool()> cancelled)
+{
+    constexpr double precision = 0.005;  // of the whole, between two looks
+    show_ = std::move(show);
+    cancelled_ = std::move(cancelled);
+    const auto tell = [](zip_t*, double share, void* self) { static_cast<NewArchive*>(self)->show_(share); };
+    const auto ask = [](zip_t*, void* self) { return static_cast<NewArchive*>(self)->cancelled_() ? 1 : 0; };
+    zip_register_progress_callback_with_state(archive_, precision, tell, nullptr, this);
+    zip_register_cancel_callback_with_state(archive_, ask, nullptr, this);
+}
+
+bool NewArchive::close()
+{
+    if (zip_close(archive_) == 0) {
+        archive_ = nullptr;
+        return true;
+    }
+    if (zip_error_code_zip(zip_get_error(archive_)) == ZIP_ER_CANCELLED)
+        return false;
+    throw CatalogError(target_, std::string("cannot be packed (") + zip_strerror(archive_) + ")");
+}
+
+}  // namespace VelkHost
