@@ -2,16 +2,18 @@
 
 #include "host/browser/DetailPane.h"
 #include "host/browser/LibraryDelegate.h"
+#include "host/browser/SearchPane.h"
 #include "host/command/LibrarySearch.h"
 #include "host/support/QtText.h"
 
+#include <VelkCommon/Text/StringConvert.h>
 #include <VelkLibrary/UI/Chooser.h>
 #include <VelkLibrary/UI/TreeItemData.h>
 
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QShortcut>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
@@ -31,20 +33,11 @@ BrowserWindow::BrowserWindow(QWidget* parent) : QMainWindow(parent), model_(thum
     setWindowTitle(tr("Libraries"));
     resize(1000, 700);
     buildTree();
+    buildSearch();
     buildLayout();
     buildMenus();
-    connect(&loader_, &LibraryLoader::libraryRead, this, [this](const BrowsedLibrary& library) {
-        model_.setLibrary(library);
-        showEmptyOrTree();
-    });
-    connect(&loader_, &LibraryLoader::libraryFailed, this, [this](const fileString& path, const QString& reason) {
-        model_.removeLibrary(path);
-        showMessage(tr("%1 cannot be read: %2").arg(qtText(path.stem().utf8()), reason));
-    });
-    connect(&loader_, &LibraryLoader::finished, this, [this] {
-        showEmptyOrTree();
-        Q_EMIT librariesRead();
-    });
+    connectLoader();
+    showPage();
 }
 
 BrowserWindow::~BrowserWindow() = default;
@@ -60,18 +53,37 @@ void BrowserWindow::buildTree()
     tree_->setObjectName(QStringLiteral("libraryTree"));
     tree_->setAccessibleName(tr("Libraries"));
     tree_->setModel(&model_);
+    tree_->setItemDelegate(new LibraryDelegate(tree_));
     tree_->setHeaderHidden(true);
     tree_->setUniformRowHeights(true);
-    tree_->setItemDelegate(new LibraryDelegate(tree_));
     tree_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     tree_->setDragEnabled(true);
     model_.setPictureSide(static_cast<int>(LibraryDelegate::pictureSide * devicePixelRatioF()));
     connect(tree_->selectionModel(), &QItemSelectionModel::currentChanged, this, &BrowserWindow::showSelected);
-    connect(tree_, &QTreeView::activated, this, &BrowserWindow::chooseSelected);
+    connect(tree_, &QTreeView::activated, this, &BrowserWindow::choosePlace);
     connect(&thumbnails_, &ThumbnailCache::changed, tree_->viewport(), [this] { tree_->viewport()->update(); });
 }
 
-void BrowserWindow::buildLayout()
+void BrowserWindow::buildSearch()
+{
+    searchBox_ = new QLineEdit;
+    searchBox_->setObjectName(QStringLiteral("searchBox"));
+    searchBox_->setClearButtonEnabled(true);
+    searchBox_->setPlaceholderText(tr("Search the libraries"));
+    searchBox_->setAccessibleName(tr("Search"));
+    search_ = new SearchPane(thumbnails_);
+    connect(searchBox_, &QLineEdit::textChanged, this, &BrowserWindow::searchTextChanged);
+    connect(searchBox_, &QLineEdit::returnPressed, this, [this] {
+        if (pages_->currentWidget() == search_)
+            search_->view()->setFocus();
+    });
+    connect(search_, &SearchPane::shown, this, &BrowserWindow::showPage);
+    connect(search_, &SearchPane::selected, this, &BrowserWindow::showPlace);
+    connect(search_, &SearchPane::activated, this,
+            [this](const LibraryPlace& place) { place.isFolder ? reveal(place) : choosePlace(); });
+}
+
+QWidget* BrowserWindow::leftSide()
 {
     empty_ = new QLabel;
     empty_->setObjectName(QStringLiteral("emptyState"));
@@ -80,22 +92,22 @@ void BrowserWindow::buildLayout()
     pages_ = new QStackedWidget;
     pages_->addWidget(empty_);
     pages_->addWidget(tree_);
-    searchBox_ = new QLineEdit;
-    searchBox_->setObjectName(QStringLiteral("searchBox"));
-    searchBox_->setClearButtonEnabled(true);
-    searchBox_->setPlaceholderText(tr("Search the libraries"));
-    searchBox_->setAccessibleName(tr("Search"));
+    pages_->addWidget(search_);
     auto* const left = new QWidget;
-    auto* const leftLayout = new QVBoxLayout(left);
-    leftLayout->setContentsMargins(8, 8, 0, 8);
-    leftLayout->addWidget(searchBox_);
-    leftLayout->addWidget(pages_);
+    auto* const layout = new QVBoxLayout(left);
+    layout->setContentsMargins(8, 8, 0, 8);
+    layout->addWidget(searchBox_);
+    layout->addWidget(pages_);
+    return left;
+}
 
+void BrowserWindow::buildLayout()
+{
     details_ = new DetailPane(thumbnails_);
-    connect(details_, &DetailPane::chosen, this, &BrowserWindow::chooseSelected);
+    connect(details_, &DetailPane::chosen, this, &BrowserWindow::choosePlace);
     auto* const columns = new QSplitter(Qt::Horizontal);
     columns->setObjectName(QStringLiteral("columnSplitter"));
-    columns->addWidget(left);
+    columns->addWidget(leftSide());
     columns->addWidget(details_);
     columns->setStretchFactor(0, 1);
     columns->setSizes({640, 360});
@@ -105,42 +117,115 @@ void BrowserWindow::buildLayout()
     mainSplitter_->addWidget(columns);
     setCentralWidget(mainSplitter_);
     statusBar()->setObjectName(QStringLiteral("statusBar"));
-    showEmptyOrTree();
 }
 
 void BrowserWindow::buildMenus()
 {
     QMenu* const file = menuBar()->addMenu(tr("&File"));
     file->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence::Quit);
+    QMenu* const edit = menuBar()->addMenu(tr("&Edit"));
+    edit->addAction(
+        tr("&Find"), searchBox_,
+        [this] {
+            searchBox_->setFocus();
+            searchBox_->selectAll();
+        },
+        QKeySequence::Find);
+    edit->addAction(
+        tr("Back to the &Tree"), searchBox_,
+        [this] {
+            searchBox_->clear();
+            tree_->setFocus();
+        },
+        QKeySequence(Qt::Key_Escape));
+}
+
+void BrowserWindow::connectLoader()
+{
+    connect(&loader_, &LibraryLoader::libraryRead, this, [this](const BrowsedLibrary& library) {
+        model_.setLibrary(library);
+        librariesChanged();
+    });
+    connect(&loader_, &LibraryLoader::libraryFailed, this, [this](const fileString& path, const QString& reason) {
+        model_.removeLibrary(path);
+        librariesChanged();
+        showMessage(tr("%1 cannot be read: %2").arg(qtText(path.stem().utf8()), reason));
+    });
+    connect(&loader_, &LibraryLoader::finished, this, &BrowserWindow::librariesRead);
+}
+
+void BrowserWindow::librariesChanged()
+{
+    std::vector<BrowsedLibrary> searched;
+    for (const auto& [path, library] : model_.libraries())
+        if (library.order != nullptr && model_.isShown(library))
+            searched.push_back(library);
+    search_->runner().setLibraries(std::move(searched));
+    search_->runner().search(searchBox_->text());
+    showPage();
+}
+
+void BrowserWindow::searchTextChanged(const QString& text)
+{
+    search_->runner().search(text);
+    showPage();
+}
+
+// The results of the last search stay until those of the next one are there.
+void BrowserWindow::showPage()
+{
+    const bool searching = !searchBox_->text().trimmed().isEmpty();
+    empty_->setText(
+        tr("No libraries are installed.\n\nCheck for updates to fetch those of the content service, or drop "
+           "a packed library (.calibz) here."));
+    if (searching && search_->model().outcome() != nullptr)
+        pages_->setCurrentWidget(search_);
+    else
+        pages_->setCurrentWidget(model_.rowCount() == 0 ? static_cast<QWidget*>(empty_) : tree_);
+    if (!searching) {
+        search_->clear();
+        showSelected();
+    }
+}
+
+void BrowserWindow::reveal(const LibraryPlace& place)
+{
+    const QModelIndex index = model_.find(place);
+    searchBox_->clear();
+    if (!index.isValid())
+        return;
+    tree_->setCurrentIndex(index);
+    tree_->scrollTo(index, QAbstractItemView::PositionAtCenter);
+    if (place.isFolder)
+        tree_->expand(index);
+    tree_->setFocus();
 }
 
 void BrowserWindow::showSelected()
 {
-    const std::optional<LibraryPlace> place = model_.place(tree_->currentIndex());
+    showPlace(model_.place(tree_->currentIndex()));
+}
+
+void BrowserWindow::showPlace(const std::optional<LibraryPlace>& place)
+{
+    shownPlace_ = place;
     details_->show(place ? model_.library(place->library) : nullptr, place.value_or(LibraryPlace()));
 }
 
-void BrowserWindow::chooseSelected()
+void BrowserWindow::choosePlace()
 {
-    const auto* const node = dynamic_cast<const Library::TreeData*>(model_.itemFromIndex(tree_->currentIndex()));
-    const Library::TreeItemData* const item = node == nullptr ? nullptr : node->asItemData();
-    if (item == nullptr)
+    const BrowsedLibrary* const library = shownPlace_ ? model_.library(shownPlace_->library) : nullptr;
+    if (library == nullptr || shownPlace_->isFolder || shownPlace_->index >= library->catalog->items.size())
         return;
-    Library::Chooser::get().setData(*item);
-    showMessage(tr("Chosen: %1").arg(item->text()));
+    const std::string& name = library->catalog->items[shownPlace_->index].name;
+    Library::Chooser::get().setData(Library::TreeItemData(static_cast<long long>(shownPlace_->index), library->path,
+                                                          StringConvert::toUnicodeFromUtf8(name)));
+    showMessage(tr("Chosen: %1").arg(qtText(name)));
 }
 
 void BrowserWindow::showMessage(const QString& text)
 {
     statusBar()->showMessage(text, messageMilliseconds);
-}
-
-void BrowserWindow::showEmptyOrTree()
-{
-    empty_->setText(
-        tr("No libraries are installed.\n\nCheck for updates to fetch those of the content service, or drop "
-           "a packed library (.calibz) here."));
-    pages_->setCurrentWidget(model_.rowCount() == 0 ? static_cast<QWidget*>(empty_) : tree_);
 }
 
 }  // namespace VelkHost

@@ -4,17 +4,15 @@
 #include "host/browser/LibraryTreeModel.h"
 #include "host/browser/ThumbnailCache.h"
 
-#include <VelkCommon/Files/fileString.h>
-
 #include <QMainWindow>
 #include <QString>
 
-#include <string>
+#include <optional>
 #include <vector>
 
-class QAction;
 class QLabel;
 class QLineEdit;
+class QModelIndex;
 class QSplitter;
 class QStackedWidget;
 class QTreeView;
@@ -22,8 +20,10 @@ class QTreeView;
 namespace VelkHost {
 
 class DetailPane;
+class SearchPane;
 
-/// The library browser: the libraries as a tree, what is selected beside it.
+/// The library browser: the libraries as a tree or, while something is typed, what the search finds; and what
+/// is selected beside it.
 class BrowserWindow : public QMainWindow
 {
     Q_OBJECT
@@ -37,6 +37,10 @@ public:
 
     LibraryTreeModel& model() { return model_; }
     QTreeView* tree() const { return tree_; }
+    SearchPane* searchPane() const { return search_; }
+
+    /// Shows a place in the tree, opened and selected.
+    void reveal(const LibraryPlace& place);
 
 Q_SIGNALS:
     /// All libraries that were asked for are in the tree.
@@ -44,18 +48,26 @@ Q_SIGNALS:
 
 private:
     void buildTree();
+    void buildSearch();
     void buildLayout();
     void buildMenus();
+    void connectLoader();
+    QWidget* leftSide();
+    void searchTextChanged(const QString& text);
+    void librariesChanged();
     void showSelected();
-    void chooseSelected();
+    void showPlace(const std::optional<LibraryPlace>& place);
+    void choosePlace();
     void showMessage(const QString& text);
-    void showEmptyOrTree();
+    void showPage();
 
     ThumbnailCache thumbnails_;
     LibraryLoader loader_;
     LibraryTreeModel model_;
+    std::optional<LibraryPlace> shownPlace_;
     QLineEdit* searchBox_ = nullptr;
     QTreeView* tree_ = nullptr;
+    SearchPane* search_ = nullptr;
     QLabel* empty_ = nullptr;
     QStackedWidget* pages_ = nullptr;
     DetailPane* details_ = nullptr;

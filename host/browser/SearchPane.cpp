@@ -4,14 +4,11 @@
 #include "host/command/HitReport.h"
 #include "host/support/QtText.h"
 
-#include <QDesktopServices>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLocale>
 #include <QToolButton>
 #include <QTreeView>
-#include <QUrl>
 #include <QVBoxLayout>
 
 namespace VelkHost {
@@ -70,6 +67,12 @@ SearchPane::SearchPane(ThumbnailCache& thumbnails, QWidget* parent)
     });
     connect(&thumbnails, &ThumbnailCache::changed, view_->viewport(), [this] { view_->viewport()->update(); });
     retranslate();
+}
+
+void SearchPane::clear()
+{
+    if (model_.outcome() != nullptr)
+        model_.setOutcome(nullptr);
 }
 
 bool SearchPane::isExplained() const

@@ -25,6 +25,9 @@ public:
     SearchResultModel& model() { return model_; }
     QTreeView* view() const { return view_; }
 
+    /// Shows nothing.
+    void clear();
+
     /// Whether it says how the text is understood.
     bool isExplained() const;
     void setExplained(bool explained);

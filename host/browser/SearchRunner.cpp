@@ -65,8 +65,8 @@ void SearchRunner::start()
         request.text = text.toStdString();
         Library::Search::Info info = searchInfo(request);
         SearchResult result = runSearch(libraries, request, info, stop);
-        auto outcome = std::make_shared<const SearchOutcome>(
-            SearchOutcome{text, std::move(info), libraries, std::move(result)});
+        auto outcome =
+            std::make_shared<const SearchOutcome>(SearchOutcome{text, std::move(info), libraries, std::move(result)});
         const auto arrive = [this, outcome, stop] {
             if (!stop.stop_requested())
                 Q_EMIT found(outcome);

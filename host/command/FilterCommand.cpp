@@ -54,7 +54,7 @@ std::vector<std::string> libraryIds(const FilterArguments& arguments)
     if (!libraries.broken.empty())
         throw CatalogError(libraries.broken.front().path, libraries.broken.front().reason);
     for (const LoadedLibrary& library : libraries.loaded)
-        ids.push_back(library.catalog.id);
+        ids.push_back(library.catalog->id);
     return ids;
 }
 

@@ -20,18 +20,9 @@ std::string number(double value, int decimals)
     return formatWithThousandsSeparatorPrecision(value, decimals);
 }
 
-std::vector<std::u32string> lowerTerms(const Library::Search::Info& info)
-{
-    std::vector<std::u32string> terms;
-    for (const Library::Search::ORGroup& group : info.parseTree.groups)
-        for (const std::u32string& term : group.terms)
-            terms.push_back(StringUtils::toLower(term));
-    return terms;
-}
-
 std::string wherePath(const LibrarySet& libraries, const Hit& hit)
 {
-    std::string where = libraries.loaded[hit.library].catalog.name;
+    std::string where = libraries.loaded[hit.library].catalog->name;
     for (const std::string& name : hitPath(libraries, hit))
         where.append(pathSeparator).append(name);
     return where;
@@ -40,7 +31,7 @@ std::string wherePath(const LibrarySet& libraries, const Hit& hit)
 TextTable::Row hitRow(const LibrarySet& libraries, const Hit& hit, std::size_t rank,
                       const std::vector<std::u32string>& terms)
 {
-    const Catalog& catalog = libraries.loaded[hit.library].catalog;
+    const Catalog& catalog = *libraries.loaded[hit.library].catalog;
     const std::string keywords = hit.isFolder ? std::string() : catalog.items[hit.index].keywords;
     return {plain(std::to_string(rank)), plain(matchName(hit.priority)), highlighted(hitName(libraries, hit), terms),
             plain(wherePath(libraries, hit)), highlighted(keywords, terms)};
@@ -71,11 +62,11 @@ QJsonObject hitObject(const LibrarySet& libraries, const Hit& hit)
                        {QStringLiteral("match"), qtText(matchName(hit.priority))},
                        {QStringLiteral("kind"), hit.isFolder ? QStringLiteral("folder") : QStringLiteral("item")},
                        {QStringLiteral("name"), qtText(hitName(libraries, hit))},
-                       {QStringLiteral("library"), qtText(library.catalog.name)},
+                       {QStringLiteral("library"), qtText(library.catalog->name)},
                        {QStringLiteral("path"), path}};
     if (!hit.isFolder) {
-        object.insert(QStringLiteral("id"), qtText(library.catalog.items[hit.index].uniqueId));
-        object.insert(QStringLiteral("keywords"), qtText(library.catalog.items[hit.index].keywords));
+        object.insert(QStringLiteral("id"), qtText(library.catalog->items[hit.index].uniqueId));
+        object.insert(QStringLiteral("keywords"), qtText(library.catalog->items[hit.index].keywords));
     }
     return object;
 }
@@ -85,9 +76,9 @@ QJsonArray libraryArray(const LibrarySet& libraries)
     QJsonArray array;
     for (const LoadedLibrary& library : libraries.loaded)
         array.append(QJsonObject{{QStringLiteral("path"), qtText(library.path.utf8())},
-                                 {QStringLiteral("id"), qtText(library.catalog.id)},
-                                 {QStringLiteral("name"), qtText(library.catalog.name)},
-                                 {QStringLiteral("type"), qtText(kindName(library.catalog.kind))}});
+                                 {QStringLiteral("id"), qtText(library.catalog->id)},
+                                 {QStringLiteral("name"), qtText(library.catalog->name)},
+                                 {QStringLiteral("type"), qtText(kindName(library.catalog->kind))}});
     for (const BrokenLibrary& library : libraries.broken)
         array.append(QJsonObject{{QStringLiteral("path"), qtText(library.path.utf8())},
                                  {QStringLiteral("error"), qtText(library.reason)}});
@@ -158,6 +149,15 @@ std::string hitJson(const LibrarySet& libraries, const SearchResult& result, con
     if (!request.filter.empty())
         object.insert(QStringLiteral("filter"), qtText(request.filter));
     return jsonText(object);
+}
+
+std::vector<std::u32string> lowerTerms(const Library::Search::Info& info)
+{
+    std::vector<std::u32string> terms;
+    for (const Library::Search::ORGroup& group : info.parseTree.groups)
+        for (const std::u32string& term : group.terms)
+            terms.push_back(StringUtils::toLower(term));
+    return terms;
 }
 
 std::string explainText(const Library::Search::Info& info)

@@ -3,6 +3,7 @@
 #include "host/command/LibrarySearch.h"
 
 #include <string>
+#include <vector>
 
 namespace VelkHost {
 
@@ -24,6 +25,9 @@ std::string hitTable(const LibrarySet& libraries, const SearchResult& result, co
 /// The same as one JSON object (docs/command.md); valid UTF-8 whatever the names hold.
 std::string hitJson(const LibrarySet& libraries, const SearchResult& result, const SearchRequest& request,
                     std::size_t limit);
+
+/// The terms that an entry may be found by, in lower case: what to mark in it.
+std::vector<std::u32string> lowerTerms(const Library::Search::Info& info);
 
 /// The parsed search for people: its alternatives with terms and excluded terms.
 std::string explainText(const Library::Search::Info& info);
