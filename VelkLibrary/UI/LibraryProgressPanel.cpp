@@ -114,7 +114,7 @@ void LibraryProgressPanel::onSetRangeInGauge(int val)
     queueCall(text_, "onSetRange", Q_ARG(int, val));
 }
 
-void LibraryProgressPanel::onSetText(std::string text)
+void LibraryProgressPanel::onSetText(std::string text)  // NOLINT(performance-unnecessary-value-param)
 {
     queueCall(text_, "onSetText", Q_ARG(std::string, text));
 }

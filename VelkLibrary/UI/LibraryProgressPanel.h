@@ -20,12 +20,11 @@ class QLabel;
 ///     auto* const panel = LibraryProgressPanel::create(browserWindow);
 ///     LibraryCatalogUpdate::LibraryCatalogUpdater updater(*panel, ...);   // the panel as the receiver
 ///     // or, for a job of the host's own:
-///     std::thread worker([progress = LibraryProgressBase(*panel)] { progress.sendRange(3); ... });
+///     std::thread worker([progress = panel->progressHandle()] { progress.sendRange(3); ... });
 ///
-/// A worker that may outlive the panel works with a copy of its LibraryProgressBase, as above: what is sent
-/// after the panel's end is dropped. The slots may be called directly from any thread too, by one who knows
-/// that the panel lives; they only queue calls to the widgets, in the order made. Everything else is the
-/// user-interface thread's.
+/// A worker may outlive such a handle's panel. The slots for jobs may be called directly from any thread too,
+/// by one who knows that the panel lives; they only queue calls to the widgets, in the order made.
+/// Everything else is the user-interface thread's.
 ///
 /// A value or range reaches the text twice, once directly and once through the gauge; that is harmless.
 class VELKLIBRARY_EXPORT LibraryProgressPanel : public QProgressDialog, public LibraryProgressBase
@@ -41,6 +40,9 @@ public:
     /// A panel that is put nowhere yet; create() is what a browser wants.
     explicit LibraryProgressPanel(QWidget* parent = nullptr);
     ~LibraryProgressPanel() override;
+
+    /// What a worker reports with. It can be copied; what is sent after the panel's end is dropped.
+    LibraryProgressBase progressHandle() const { return static_cast<const LibraryProgressBase&>(*this); }
 
     /// The size of the strip.
     QSize sizeHint() const override;
@@ -70,10 +72,13 @@ public Q_SLOTS:
     void setProgressRangeText(QString rangeStr);
 
 protected:
-    // A progress dialog arranges its label and bar by itself; here a layout does.
+    /// Does nothing: a progress dialog arranges its label and bar by itself, here a layout does.
     void resizeEvent(QResizeEvent* event) override;
+    /// Arranges everything anew after a change of style.
     void changeEvent(QEvent* event) override;
+    /// Stays where it is put, where a dialog would look for a place on the screen.
     void showEvent(QShowEvent* event) override;
+    /// Leaves keys to the window: the escape key would hide a dialog.
     void keyPressEvent(QKeyEvent* event) override;
 
 private:

@@ -34,12 +34,12 @@ ProgressDisplayType nextDisplayType(ProgressDisplayType type)
 std::optional<unsigned int> toolTipText(ProgressDisplayType type)
 {
     switch (type) {
-    case ProgressDisplayType::BarOnly:
-        return barOnlyToolTip;
-    case ProgressDisplayType::Percentage:
-        return percentageToolTip;
-    case ProgressDisplayType::Amounts:
-        return amountsToolTip;
+        case ProgressDisplayType::BarOnly:
+            return barOnlyToolTip;
+        case ProgressDisplayType::Percentage:
+            return percentageToolTip;
+        case ProgressDisplayType::Amounts:
+            return amountsToolTip;
     }
     return std::nullopt;
 }

@@ -34,6 +34,7 @@ public Q_SLOTS:
     void onSetRange(int size);
 
 protected:
+    /// Goes to the next display type with the left button; the event is ignored in any case.
     void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:

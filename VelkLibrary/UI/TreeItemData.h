@@ -31,7 +31,6 @@ public:
     /// The same item: equal database paths, ids and selection pane names. The name in the tree does not
     /// count.
     bool operator==(const TreeItemData& other) const;
-    using TreeData::operator<;
 
     /// The name that the selection pane shows; empty until it is set.
     std::u32string getSelectionPaneName() const;

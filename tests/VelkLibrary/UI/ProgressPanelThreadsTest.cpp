@@ -1,0 +1,173 @@
+#include "VelkLibrary/UI/PanelTest.h"
+
+#include <VelkLibrary/LibraryCatalogUpdater.h>
+
+#include <gmock/gmock.h>
+
+#include <QTest>
+#include <QThread>
+
+#include <semaphore>
+#include <thread>
+
+namespace {
+
+using test::Application;
+
+class PanelThreads : public test::PanelTest
+{
+protected:
+    // Queues on a worker, in an order that the thread sanitizer sees.
+    template <typename Call>
+    static void queue(Call call)
+    {
+        Application::running().queue(call);
+    }
+};
+
+TEST_F(PanelThreads, AWorkerDrivesThePanel)
+{
+    makePanel(3);
+    window_.show();
+    LibraryProgressPanel& panel = this->panel();
+    Application::runBesideEventLoop([&panel] {
+        queue([&] { panel.onSetText("Copying"); });
+        queue([&] { panel.onSetRangeInGauge(500); });
+        for (int step = 1; step <= 500; ++step)
+            queue([&] { panel.onSetValueInGauge(step); });
+    });
+    EXPECT_EQ(gauge().maximum(), 500);
+    EXPECT_EQ(gauge().value(), 500);
+    EXPECT_EQ(labelText(), "Copying");
+    EXPECT_EQ(rangeText(), "500 of 500");
+}
+
+TEST_F(PanelThreads, AWorkerSetsUnitsWhileTextsAreMade)
+{
+    makePanel(3);
+    LibraryProgressPanel& panel = this->panel();
+    Application::runBesideEventLoop([&panel] {
+        for (int step = 1; step <= 500; ++step) {
+            panel.onSetUnits(step % 2 == 0 ? "a unit that is longer than a short string" : "KB");
+            queue([&] { panel.onSetValueInGauge(step); });
+        }
+        panel.onSetUnits("MB");
+        queue([&] { panel.onSetRangeInGauge(500); });
+    });
+    EXPECT_EQ(rangeText(), "500 of 500 MB");
+}
+
+TEST_F(PanelThreads, EverythingHappensOnTheWidgetsThread)
+{
+    makePanel(2);
+    LibraryProgressPanel& panel = this->panel();
+    std::vector<QThread*> threads;
+    QObject::connect(
+        &gauge(), &QProgressBar::valueChanged, &gauge(), [&] { threads.push_back(QThread::currentThread()); },
+        Qt::DirectConnection);
+    QObject::connect(
+        &text(), &ProgressText::setRangeText, &text(), [&] { threads.push_back(QThread::currentThread()); },
+        Qt::DirectConnection);
+    Application::runBesideEventLoop([&panel] {
+        for (int step = 1; step <= 10; ++step) {
+            queue([&] { panel.onSetValueInGauge(step); });
+            queue([&] { panel.onUpdateInGauge(); });
+        }
+    });
+    EXPECT_THAT(threads, testing::SizeIs(testing::Gt(30u)));
+    EXPECT_THAT(threads, testing::Each(QThread::currentThread()));
+}
+
+TEST_F(PanelThreads, ClicksWhileAWorkerDrivesArriveAll)
+{
+    makePanel(1);
+    window_.show();
+    LibraryProgressPanel& panel = this->panel();
+    int clicks = 0;
+    QObject::connect(&gauge(), &QProgressBar::valueChanged, &gauge(), [&] {
+        if (clicks < 50) {
+            ++clicks;
+            QTest::mouseClick(&gauge(), Qt::LeftButton);
+        }
+    });
+    Application::runBesideEventLoop([&panel] {
+        queue([&] { panel.onSetRangeInGauge(200); });
+        for (int step = 1; step <= 200; ++step)
+            queue([&] { panel.onSetValueInGauge(step); });
+    });
+    EXPECT_EQ(clicks, 50);
+    EXPECT_EQ(storedDisplayTypes_.size(), 50u);
+    EXPECT_EQ(rangeText(), "200 of 200") << "50 clicks lead from the bar alone to the amounts";
+}
+
+// ---- As a job's receiver -------------------------------------------------------------------------
+
+TEST_F(PanelThreads, AJobReportsThroughTheBaseOfThePanel)
+{
+    makePanel(3);
+    Application::runBesideEventLoop([progress = panel().progressHandle()] {
+        progress.sendText("Copying");
+        progress.sendUnits("KB");
+        progress.sendRange(4294967297 + 9);
+        progress.sendValue(2);
+        progress.sendStep();
+    });
+    EXPECT_EQ(labelText(), "Copying");
+    EXPECT_EQ(rangeText(), "3 of 10 KB");
+    EXPECT_EQ(gauge().value(), 3);
+}
+
+TEST_F(PanelThreads, ACatalogUpdateReportsToThePanel)
+{
+    makePanel(3);
+    texts_[8717] = U"Checking";
+    texts_[8723] = U"Looking at ";
+    const fileString catalog = folder() / std::u32string(
+                                              U"K\x00FC"
+                                              U"che.calib");
+    test::writeFile(catalog, "x");
+    constexpr const char* nobodyListens = "http://127.0.0.1:1/";
+    LibraryCatalogUpdate::LibraryCatalogUpdater updater(panel(), {catalog}, {}, {}, "planner", "12", nobodyListens,
+                                                        true);
+    std::vector<std::string> labels;
+    QObject::connect(&text(), &ProgressText::setLabelText, &window_, [&labels](const QString& label) {
+        if (labels.empty() || labels.back() != label.toStdString())
+            labels.push_back(label.toStdString());
+    });
+    Application::runBesideEventLoop([&updater] { updater(); });
+    EXPECT_THAT(labels, testing::IsSupersetOf({"Checking",
+                                               "Looking at K\xC3\xBC"
+                                               "che.calib"}));
+    EXPECT_EQ(gauge().maximum(), 1);
+    EXPECT_EQ(gauge().value(), 1);
+    EXPECT_EQ(rangeText(), "1 of 1");
+}
+
+// On each round the panel dies while a worker sends.
+TEST_F(PanelThreads, AJobMayOutliveThePanel)
+{
+    constexpr int rounds = 100;
+    constexpr int reports = 60;
+    for (int round = 0; round < rounds; ++round) {
+        makePanel(3);
+        std::counting_semaphore<reports> allowed{0};  // or a fast worker would send for minutes
+        std::thread worker([&allowed, progress = panel().progressHandle()] {
+            for (int report = 0; report < reports; ++report) {
+                allowed.acquire();
+                progress.sendText("a text that is longer than a short string");
+                progress.sendStep();
+            }
+        });
+        allowed.release(20);
+        Application::deliverEvents();
+        allowed.release(20 + round % 20);
+        delete &panel();
+        allowed.release(20 - round % 20);
+        Application::deliverEvents();
+        worker.join();
+        Application::deliverEvents();
+    }
+    EXPECT_EQ(splitter_->count(), 1);
+}
+
+}  // namespace
