@@ -1,5 +1,6 @@
 #include "host/browser/LibraryTreeModel.h"
 
+#include "host/browser/ItemDrag.h"
 #include "host/browser/LibraryCategories.h"
 #include "host/browser/LibraryDelegate.h"
 #include "host/support/QtText.h"
@@ -8,7 +9,7 @@
 #include <VelkLibrary/UI/TreeFolderData.h>
 #include <VelkLibrary/UI/TreeItemData.h>
 
-#include <QIcon>
+#include <QMimeData>
 
 #include <algorithm>
 #include <iterator>
@@ -201,6 +202,23 @@ QVariant LibraryTreeModel::itemData(const BrowsedLibrary& library, std::size_t i
     if (role == Qt::ToolTipRole)
         return qtText(item.keywords).toHtmlEscaped();
     return thumbnails_.find({library.path, item.uniqueId, pictureSide_});
+}
+
+QMimeData* LibraryTreeModel::mimeData(const QModelIndexList& indexes) const
+{
+    for (const QModelIndex& index : indexes) {
+        const std::optional<LibraryPlace> dragged = place(index);
+        const BrowsedLibrary* const found = dragged && !dragged->isFolder ? library(dragged->library) : nullptr;
+        if (found != nullptr)
+            return dragOf(found->path, *found->catalog, dragged->index,
+                          index.data(Qt::DecorationRole).value<QPixmap>());
+    }
+    return nullptr;
+}
+
+Qt::DropActions LibraryTreeModel::supportedDragActions() const
+{
+    return Qt::CopyAction;
 }
 
 TreeData* LibraryTreeModel::node(const QModelIndex& index) const

@@ -1,11 +1,13 @@
 #include "host/browser/SearchResultModel.h"
 
+#include "host/browser/ItemDrag.h"
 #include "host/browser/LibraryDelegate.h"
 #include "host/command/HitReport.h"
 #include "host/support/DisplayText.h"
 #include "host/support/QtText.h"
 
 #include <QFont>
+#include <QMimeData>
 #include <QPoint>
 #include <QStringList>
 #include <QVector>
@@ -117,6 +119,18 @@ Qt::ItemFlags SearchResultModel::flags(const QModelIndex& index) const
         return Qt::ItemIsEnabled;
     const Qt::ItemFlags selectable = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
     return found->isFolder ? selectable : selectable | Qt::ItemIsDragEnabled;
+}
+
+QMimeData* SearchResultModel::mimeData(const QModelIndexList& indexes) const
+{
+    for (const QModelIndex& index : indexes) {
+        const Hit* const dragged = hit(index);
+        if (dragged == nullptr || dragged->isFolder)
+            continue;
+        const LoadedLibrary& library = outcome_->libraries.loaded[dragged->library];
+        return dragOf(library.path, *library.catalog, dragged->index, picture(*dragged).value<QPixmap>());
+    }
+    return nullptr;
 }
 
 const Hit* SearchResultModel::hit(const QModelIndex& index) const

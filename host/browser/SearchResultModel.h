@@ -37,6 +37,8 @@ public:
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
+    /// The first item among them; see dragOf(). Null without one.
+    QMimeData* mimeData(const QModelIndexList& indexes) const override;
 
 private:
     struct Group
