@@ -173,17 +173,23 @@ private:
             makerNamed(makers, name).url = name.starts_with("www.") ? "https://" + std::string(name) : "";
     }
 
+    static void addIcon(FurnitureMaker& maker, const std::string& icon)
+    {
+        if (icon.empty())
+            return;
+        maker.otherIcon = icon;
+        if (maker.icon.empty())
+            maker.icon = icon;
+    }
+
     void addMaker(std::map<std::string, FurnitureMaker>& makers, const std::string& suffix)
     {
         const std::string_view name = text("creator" + suffix);
         if (name.empty())
             return;
         FurnitureMaker& maker = makerNamed(makers, name);
-        if (maker.icon.empty() || maker.otherIcon == maker.icon) {
-            maker.otherIcon = thumbnail(entryName(text("icon" + suffix)));
-            if (maker.icon.empty())
-                maker.icon = maker.otherIcon;
-        }
+        if (maker.otherIcon == maker.icon)
+            addIcon(maker, thumbnail(entryName(text("icon" + suffix))));
         ++maker.items;
     }
 

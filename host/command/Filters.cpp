@@ -72,6 +72,11 @@ std::vector<LibraryFilter>::iterator requireNamed(std::vector<LibraryFilter>& fi
                     names.empty() ? "There are none yet; \"velk filter add\" makes one." : "The filters are:" + advice);
 }
 
+[[noreturn]] void refuseUnlisted(const std::string& name, const std::string& id)
+{
+    throw DataError("the filter \"" + name + "\" does not have the library \"" + id + "\"");
+}
+
 long freeId(const std::vector<LibraryFilter>& filters)
 {
     std::set<long> taken;
@@ -196,7 +201,7 @@ void removeFromFilter(const std::string& name, const std::vector<std::string>& i
         for (std::size_t i = 0; i < before; ++i)
             filter->removeDatabaseId(id);
         if (filter->getDatabaseIds().size() == before)
-            throw DataError("the filter \"" + name + "\" does not have the library \"" + id + "\"");
+            refuseUnlisted(name, id);
     }
     save(manager, filters);
 }

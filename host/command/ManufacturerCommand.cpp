@@ -48,7 +48,7 @@ struct ManufacturerArguments
 std::string titleOf(std::int32_t id)
 {
     const std::string name = StringConvert::toStdUtf8String(cardWithId(id).getManufacturerName());
-    return "anufacturer " + std::to_string(id) + (name.empty() ? "" : " (" + printableUtf8(name) + ")");
+    return "manufacturer " + std::to_string(id) + (name.empty() ? "" : " (" + printableUtf8(name) + ")");
 }
 
 // ---- What the commands do ------------------------------------------------------------------------
@@ -75,9 +75,11 @@ void editFields(const ManufacturerArguments& arguments, Output& output)
         fields += (fields.empty() ? "" : ", ") + field;
     const std::string title = titleOf(*arguments.id);
     if (arguments.edit.make)
-        output.write("Made m" + title + ".\n");
+        output.write("Made " + title + ".\n");
+    else if (fields.empty())
+        output.write("There is nothing to change in " + title + ".\n");
     else
-        output.write("M" + title + (fields.empty() ? " is like this already.\n" : ": changed " + fields + ".\n"));
+        output.write("Changed " + fields + " of " + title + ".\n");
 }
 
 ExitCode editCards(const ManufacturerArguments& arguments, Output& output)

@@ -139,7 +139,7 @@ private:
     {
         chapter("Update an empty installation",
                 "It learns of the core libraries from the service, and asks for the bonus libraries by name.\n"
-                "The manufacturers' cards and logos come by themselves.");
+                "The manufacturers' cards and logos have an update of their own.");
         allBytes_ = update();
         const fileString textures = folder_ / U"home" / U"referenced";
         output_.write("  Models and textures are in place:\n");

@@ -22,12 +22,21 @@ namespace {
 constexpr const char32_t* defaultText = U"Ask the provider of the library.";
 constexpr const char32_t* dataFile = U"manufacturer_data.json";
 
+/// A library that names nobody stands for itself.
+std::vector<FurnitureMaker> makersOf(const fileString& library)
+{
+    std::vector<FurnitureMaker> makers = readFurnitureMakers(library);
+    if (makers.empty())
+        makers.push_back({library.stem().utf8(), {}, 0, {}, {}});
+    return makers;
+}
+
 /// Those of all libraries; one who is in several is one.
 std::vector<FurnitureMaker> makersOf(const std::vector<fileString>& libraries)
 {
     std::map<std::string, FurnitureMaker> all;
     for (const fileString& library : libraries)
-        for (const FurnitureMaker& maker : readFurnitureMakers(library)) {
+        for (const FurnitureMaker& maker : makersOf(library)) {
             const auto [known, fresh] = all.emplace(maker.name, maker);
             if (!fresh)
                 known->second.items += maker.items;
@@ -88,8 +97,10 @@ void TourMakers::build(Output& output) const
 void TourMakers::change(Output& output) const
 {
     const std::size_t maker = static_cast<std::size_t>(busiest() - 1);
-    writeLogo(maker, makers_[maker].otherIcon);
     copyData();
+    if (makers_[maker].icon.empty())
+        return;
+    writeLogo(maker, makers_[maker].otherIcon);
     output.write("  " + logoName(maker) + ": another picture\n");
 }
 

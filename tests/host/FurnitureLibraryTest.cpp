@@ -209,4 +209,30 @@ TEST_F(FurnitureLibrary, NeverUsesEntryNamesAsPaths)
     EXPECT_FALSE((folder().parentPath().parentPath() / U"evil.png").pathExists());
 }
 
+TEST_F(FurnitureLibrary, NamesItsMakers)
+{
+    const fileString path = folder() / U"makers.sh3f";
+    test::writeZip(path, {{"PluginFurnitureCatalog.properties",
+                           "provider=www.example.org\n"
+                           "name#1=A\ncreator#1=Bob\nicon#1=/none.png\nname#2=B\ncreator#2=Bob\nicon#2=/2.png\n"
+                           "name#3=C\ncreator#3=Ann\tLee\nicon#3=/2.png\nname#4=D\ncreator#4=Bob\nicon#4=/4.png\n"
+                           "name#5=E\nname#6=F\ncreator#6=Bob\n"},
+                          {"2.png", test::png("2")},
+                          {"4.png", test::png("4")}});
+    const std::vector<VelkHost::FurnitureMaker> makers = VelkHost::readFurnitureMakers(path);
+    ASSERT_EQ(makers.size(), 3U);
+    EXPECT_EQ(makers[0].name, "Ann Lee");
+    EXPECT_EQ(makers[0].items, 1U);
+    EXPECT_EQ(makers[0].otherIcon, test::png("2"));
+    EXPECT_EQ(makers[1].name, "Bob");
+    EXPECT_EQ(makers[1].url, "");
+    EXPECT_EQ(makers[1].items, 4U);
+    EXPECT_EQ(makers[1].icon, test::png("2"));
+    EXPECT_EQ(makers[1].otherIcon, test::png("4"));
+    EXPECT_EQ(makers[2].name, "www.example.org");
+    EXPECT_EQ(makers[2].url, "https://www.example.org");
+    EXPECT_EQ(makers[2].items, 0U);
+    EXPECT_TRUE(VelkHost::readFurnitureMakers(library()).empty());
+}
+
 }  // namespace

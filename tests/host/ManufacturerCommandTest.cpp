@@ -60,16 +60,17 @@ TEST_F(ManufacturerCommand, MakesAndChangesCards)
     EXPECT_EQ(velk({"edit", "7", "--new", "--name", "T\u00FCr & Tor", "--phone", "default"}).output,
               "Made manufacturer 7 (T\u00FCr & Tor).\n");
     EXPECT_EQ(velk({"edit", "7", "--url", "https://acme.example", "--email", "a@b", "--logo", "acme.png"}).output,
-              "Manufacturer 7 (T\u00FCr & Tor): changed url, email, logo.\n");
-    EXPECT_EQ(velk({"edit", "7", "--fax", "12"}).output, "Manufacturer 7 (T\u00FCr & Tor): changed fax.\n");
-    EXPECT_EQ(velk({"edit", "7", "--fax", "12"}).output, "Manufacturer 7 (T\u00FCr & Tor) is like this already.\n");
+              "Changed url, email, logo of manufacturer 7 (T\u00FCr & Tor).\n");
+    EXPECT_EQ(velk({"edit", "7", "--fax", "12"}).output, "Changed fax of manufacturer 7 (T\u00FCr & Tor).\n");
+    EXPECT_EQ(velk({"edit", "7", "--fax", "12"}).output,
+              "There is nothing to change in manufacturer 7 (T\u00FCr & Tor).\n");
     have({"edit", "--new", "--deleted", "yes", "--", "-3"});
     EXPECT_EQ(velk({"list"}).output,
               "Id  Name       Web address           Phone    Fax  E-mail  Logo\n"
               "-3                                                                   deleted\n"
               " 7  T\u00FCr & Tor  https://acme.example  default  12   a@b     acme.png\n");
     EXPECT_EQ(velk({"edit", "7", "--name", "", "--phone", "", "--fax", "", "--deleted", "no"}).output,
-              "Manufacturer 7: changed name, phone, fax.\n");
+              "Changed name, phone, fax of manufacturer 7.\n");
 }
 
 TEST_F(ManufacturerCommand, ShowsACard)

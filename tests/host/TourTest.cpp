@@ -44,8 +44,8 @@ TEST_F(Tour, TellsTheStoryOfTheSample)
     EXPECT_EQ(run.exitCode, 0) << run.errors;
     EXPECT_EQ(run.errors, "");
     for (const char* chapter : {"\n1. Build libraries", "\n2. Publish them", "\n3. Serve it", "\n4. Update an empty",
-                                "\n5. Search", "\n6. Publish a changed", "\n7. Update again", "\n8. Search again",
-                                "\n9. Update once more", "\n10. Now your own"})
+                                "\n5. Search", "\n6. Narrow a search", "\n7. Publish a changed", "\n8. Update again",
+                                "\n9. Search again", "\n10. Update once more", "\n11. Now your own"})
         EXPECT_THAT(run.output, HasSubstr(chapter));
     EXPECT_THAT(run.output, HasSubstr("(door OR window) -garage"));
     EXPECT_THAT(run.output, HasSubstr("--legacy 'dining table'"));
@@ -54,6 +54,43 @@ TEST_F(Tour, TellsTheStoryOfTheSample)
     EXPECT_EQ(installed(U"my tour/home/core/Sample house.calib").language, "de");
     EXPECT_EQ(installed(U"my tour/home/core/Sample office.calib").language, "en");
     EXPECT_EQ(ZipUtils::getSizeOfArchive(folder() / U"my tour/home/referenced/Sample garden house.zip"), 40U);
+}
+
+TEST_F(Tour, ShowsFiltersAndManufacturersAtWork)
+{
+    const ProgramRun run = velk({"tour", "--sample", "-o", "t"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_THAT(run.output, HasSubstr("of 3 libraries in "));
+    EXPECT_THAT(run.output, HasSubstr("Made the filter \"Core only\" with 2 libraries.\n"));
+    EXPECT_THAT(run.output, HasSubstr("of 2 libraries in "));
+    EXPECT_THAT(run.output, HasSubstr("3 manufacturers: 3 new, 0 changed, 0 gone; another default text.\n"));
+    EXPECT_THAT(run.output, HasSubstr(" 1  Sample doors  changed  phone, logo image\n"));
+    EXPECT_THAT(run.output, HasSubstr("Everything is up to date (3 manufacturers).\n"));
+    const fileString logo(std::string("maker-1.png"));
+    EXPECT_EQ(test::readFile(folder() / U"t/home/manufacturer-data" / logo),
+              test::readFile(folder() / U"t/content/logos" / logo));
+}
+
+TEST_F(Tour, MakesManufacturersOfThoseWhomLibrariesName)
+{
+    FileUtils::createDirectoriesWithPerm(folder() / U"furniture");
+    test::writeZip(
+        folder() / U"furniture/a.sh3f",
+        {{"PluginFurnitureCatalog.properties",
+          "id=a\nname=a\nprovider=www.example.org\nname#1=Door\ncategory#1=Room\ncreator#1=Ann\nicon#1=/1.png\n"
+          "name#2=Desk\ncategory#2=Room\ncreator#2=Ann\nicon#2=/2.png\nname#3=Bed\ncategory#3=Room\n"
+          "creator#3=Bob\n"},
+         {"PluginFurnitureCatalog_de.properties", "name#1=T\\u00fcr\n"},
+         {"1.png", test::png("1")},
+         {"2.png", test::png("2")}});
+    writeFurniture(U"b.sh3f", "B", 10);
+    const ProgramRun run = velk({"tour", "furniture", "-o", "out"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_THAT(run.output, HasSubstr("manufacturer_data.json: 4 manufacturers, 1 logo\n"));
+    const std::string list = velk({"manufacturer", "list", "--home", "out/home"}).output;
+    EXPECT_THAT(list, testing::ContainsRegex(" 1  Ann +555 0123  default  default  maker-1.png\n"));
+    EXPECT_THAT(list, HasSubstr(" 4  www.example.org  https://www.example.org  default   default  default\n"));
+    EXPECT_EQ(test::readFile(folder() / U"out/home/manufacturer-data/maker-1.png"), test::png("2"));
 }
 
 TEST_F(Tour, LetsOnlyWhatChangedTravel)
