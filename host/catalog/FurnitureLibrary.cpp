@@ -81,6 +81,7 @@ public:
         for (const std::uint32_t number : itemNumbers(texts_.back()))
             addMaker(makers, '#' + std::to_string(number));
         std::vector<FurnitureMaker> list;
+        list.reserve(makers.size());
         for (auto& [name, maker] : makers)
             list.push_back(std::move(maker));
         return list;

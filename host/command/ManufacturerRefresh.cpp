@@ -38,16 +38,14 @@ private:
 };
 
 /// What is here of the manufacturers at a moment.
-struct Holdings
+struct Holdings : HeldCards
 {
-    ManufacturerCards cards;
-    std::u32string defaultText;
     std::map<std::string, std::string> logos;  ///< SHA-1 by name, of those that are there
 };
 
 Holdings holdings(const ManufacturerManager& manager)
 {
-    Holdings held{manager.getManufacturers(), manager.getDefaultText(), {}};
+    Holdings held{heldCards(manager), {}};
     for (const auto& [id, card] : held.cards)
         if (hasLogoFile(card))
             held.logos.emplace(card.getManufacturerLogoName().utf8(),
@@ -65,7 +63,7 @@ bool sameCards(const ManufacturerCards& left, const ManufacturerCards& right)
 }
 
 /// The service's data, which the library itself would only take in silence or leave in silence.
-Holdings offered(const std::string& dataUrl)
+HeldCards offered(const std::string& dataUrl)
 {
     const PassingFolder folder;
     const fileString file = folder.path() / U"manufacturer_data.json";
@@ -74,7 +72,7 @@ Holdings offered(const std::string& dataUrl)
         throw DataError(dataUrl + ": " + reason);
     ManufacturerManager& manager = ManufacturerManager::getManufacturerManager();
     if (manager.changeManufacturerDataPath(folder.path()))
-        return {manager.getManufacturers(), manager.getDefaultText(), {}};
+        return heldCards(manager);
     try {
         readManufacturerLogos(file);
     } catch (const CatalogError& error) {
@@ -125,6 +123,7 @@ std::vector<CardChange> compareCards(const Holdings& before, const Holdings& aft
             changes.emplace(id, std::move(change));
     }
     std::vector<CardChange> list;
+    list.reserve(changes.size());
     for (auto& [id, change] : changes)
         list.push_back(std::move(change));
     return list;
@@ -135,12 +134,12 @@ std::vector<CardChange> compareCards(const Holdings& before, const Holdings& aft
 ManufacturerRefresh refreshManufacturers(const std::string& dataUrl, const std::string& logoUrl)
 {
     const Holdings before = holdings(installedManufacturers());
-    const Holdings service = offered(dataUrl);
+    const HeldCards service = offered(dataUrl);
     ManufacturerManager& manager = installedManufacturers();
     manager.checkForManufacturerUpdates(StringConvert::toUnicodeFromUtf8(dataUrl),
                                         StringConvert::toUnicodeFromUtf8(logoUrl));
-    requireWritten(manager);
-    const Holdings after = holdings(ManufacturerManager::getManufacturerManager());
+    const Holdings after = holdings(manager);
+    requireWritten(after);
 
     ManufacturerRefresh refresh;
     refresh.cards = after.cards.size();

@@ -55,10 +55,10 @@ void requireLogoName(const Manufacturer& card)
                         "The logo itself belongs into " + PathUtils::getObject().getManufacturerDataPath().utf8());
 }
 
-void save(ManufacturerManager& manager, ManufacturerCards cards, const std::u32string& defaultText)
+void save(ManufacturerManager& manager, HeldCards held)
 {
-    manager.saveModifiedManufacturers(cards, defaultText);
-    requireWritten(manager);
+    manager.saveModifiedManufacturers(held.cards, held.defaultText);
+    requireWritten(held);
 }
 
 /// What is wrong with one card.
@@ -153,22 +153,26 @@ ManufacturerManager& installedManufacturers()
     return manager;
 }
 
+HeldCards heldCards(const ManufacturerManager& manager)
+{
+    return {manager.getManufacturers(), manager.getDefaultText()};
+}
+
 fileString manufacturerFile()
 {
     return PathUtils::getObject().getManufacturerDataPath() / U"manufacturer_data.json";
 }
 
-void requireWritten(const ManufacturerManager& manager)
+// The library tells nobody that a disk was full.
+void requireWritten(const HeldCards& expected)
 {
-    // The library tells nobody that a disk was full.
-    const ManufacturerCards cards = manager.getManufacturers();
-    const std::u32string text = manager.getDefaultText();
-    const ManufacturerManager& written = installedManufacturers();
+    const ManufacturerManager& manager = installedManufacturers();
+    const ManufacturerCards& written = manager.getManufacturers();
     const auto same = [](const auto& left, const auto& right) {
         return left.first == right.first && changedFields(left.second, right.second).empty();
     };
-    const ManufacturerCards& held = written.getManufacturers();
-    if (written.getDefaultText() != text || !std::equal(cards.begin(), cards.end(), held.begin(), held.end(), same))
+    if (manager.getDefaultText() != expected.defaultText ||
+        !std::equal(expected.cards.begin(), expected.cards.end(), written.begin(), written.end(), same))
         throw CatalogError(manufacturerFile(), "cannot be written; the cards are as they were");
 }
 
@@ -188,24 +192,25 @@ std::vector<std::string> editCard(long id, const CardEdit& edit)
         throw DataError("there is a manufacturer " + std::to_string(id) + " already", "Leave out --new to change it.");
     if (!edit.make && !manager.manufacturerExists(id))
         throw DataError("there is no manufacturer " + std::to_string(id), "With --new it is made.");
-    ManufacturerCards cards = manager.getManufacturers();
-    Manufacturer& card = cards[id];
+    HeldCards held = heldCards(manager);
+    Manufacturer& card = held.cards[id];
     const Manufacturer before = card;
     card = edited(card, edit);
     requireLogoName(card);
     std::vector<std::string> changed = changedFields(before, card);
     if (edit.make || !changed.empty())
-        save(manager, std::move(cards), manager.getDefaultText());
+        save(manager, std::move(held));
     return changed;
 }
 
 bool editDefaultText(const std::string& text)
 {
     ManufacturerManager& manager = installedManufacturers();
-    const std::u32string characters = StringConvert::toUnicodeFromUtf8(text);
-    if (manager.getDefaultText() == characters)
+    HeldCards held = heldCards(manager);
+    held.defaultText = StringConvert::toUnicodeFromUtf8(text);
+    if (manager.getDefaultText() == held.defaultText)
         return false;
-    save(manager, manager.getManufacturers(), characters);
+    save(manager, std::move(held));
     return true;
 }
 

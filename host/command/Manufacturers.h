@@ -39,10 +39,18 @@ bool hasLogoFile(const Manufacturer& card);
 /// The manager, with what the installation's data file holds now.
 ManufacturerManager& installedManufacturers();
 
+/// A copy of what a manager holds.
+struct HeldCards
+{
+    ManufacturerCards cards;
+    std::u32string defaultText;
+};
+HeldCards heldCards(const ManufacturerManager& manager);
+
 /// The data file.
 fileString manufacturerFile();
-/// Throws CatalogError unless the data file holds exactly the manager's cards.
-void requireWritten(const ManufacturerManager& manager);
+/// Makes the manager anew, and throws CatalogError unless the data file holds exactly this.
+void requireWritten(const HeldCards& expected);
 
 /// The card of an id; throws DataError when there is none.
 const Manufacturer& cardWithId(long id);

@@ -42,6 +42,7 @@ std::vector<FurnitureMaker> makersOf(const std::vector<fileString>& libraries)
                 known->second.items += maker.items;
         }
     std::vector<FurnitureMaker> makers;
+    makers.reserve(all.size());
     for (auto& [name, maker] : all)
         makers.push_back(std::move(maker));
     return makers;
@@ -73,25 +74,25 @@ TourMakers::TourMakers(const std::vector<fileString>& libraries, const fileStrin
 void TourMakers::build(Output& output) const
 {
     makeFolder(content_ / U"logos");
-    ManufacturerCards cards;
+    HeldCards held{{}, defaultText};
     std::size_t logos = 0;
     for (std::size_t i = 0; i < makers_.size(); ++i) {
         const FurnitureMaker& maker = makers_[i];
         const bool hasLogo = !maker.icon.empty();
-        cards.try_emplace(static_cast<long>(i + 1), wide(maker.name), wide(maker.url), U"default", U"default",
-                          hasLogo ? fileString(logoName(i)) : fileString(), U"default", false, Library::getTimeNow());
+        held.cards.try_emplace(static_cast<long>(i + 1), wide(maker.name), wide(maker.url), U"default", U"default",
+                               hasLogo ? fileString(logoName(i)) : fileString(), U"default", false,
+                               Library::getTimeNow());
         if (hasLogo) {
             writeLogo(i, maker.icon);
             ++logos;
         }
     }
     installHost(home_);
-    ManufacturerManager& manager = installedManufacturers();
-    manager.saveModifiedManufacturers(cards, defaultText);
-    requireWritten(manager);
+    installedManufacturers().saveModifiedManufacturers(held.cards, held.defaultText);
+    requireWritten(held);
     copyData();
-    output.write("  manufacturer_data.json: " + counted(cards.size(), "manufacturer") + ", " + counted(logos, "logo") +
-                 "\n");
+    output.write("  manufacturer_data.json: " + counted(held.cards.size(), "manufacturer") + ", " +
+                 counted(logos, "logo") + "\n");
 }
 
 void TourMakers::change(Output& output) const
