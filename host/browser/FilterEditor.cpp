@@ -86,6 +86,12 @@ FilterEditor::FilterEditor(const FilterState& state, const std::map<fileString, 
     list_->setFocus();
 }
 
+// A name that is being edited is handed in when the list ends, which is after everything here.
+FilterEditor::~FilterEditor()
+{
+    list_->disconnect(this);
+}
+
 void FilterEditor::buildFilters()
 {
     list_->setObjectName(QStringLiteral("filterList"));

@@ -31,6 +31,7 @@ public:
     /// `libraries` are the installed ones. Others that a filter names are offered too.
     FilterEditor(const FilterState& state, const std::map<fileString, BrowsedLibrary>& libraries,
                  QWidget* parent = nullptr);
+    ~FilterEditor() override;
 
     const std::vector<LibraryFilter>& filters() const { return filters_; }
     long currentId() const { return currentId_; }

@@ -71,7 +71,6 @@ MakerPane::MakerPane(MakerStore& store, QWidget* parent)
       edit_(new QPushButton)
 {
     setObjectName(QStringLiteral("makerPane"));
-    title_->setForegroundRole(QPalette::PlaceholderText);
     QFont heading = font();
     heading.setBold(true);
     name_->setFont(heading);
@@ -110,7 +109,6 @@ void MakerPane::buildLayout()
 MakerPane::Row MakerPane::addRow(QFormLayout* form, const char* objectName)
 {
     auto* const title = new QLabel;
-    title->setForegroundRole(QPalette::PlaceholderText);
     const Row row{title, cardLabel(objectName)};
     form->addRow(row.title, row.value);
     connect(row.value, &QLabel::linkActivated, this,

@@ -9,6 +9,7 @@
 #include <VelkLibrary/LibraryFilterManager.h>
 #include <VelkLibrary/Manufacturer/ManufacturerManager.h>
 
+#include <QApplication>
 #include <QLineEdit>
 #include <QSignalSpy>
 #include <QStatusBar>
@@ -19,12 +20,6 @@
 #include <map>
 
 namespace test {
-namespace {
-
-constexpr int patience = 60'000;  // milliseconds; for a busy machine
-
-}  // namespace
-
 void typeText(QWidget* widget, const QString& text)
 {
     for (const QChar& sign : text)
@@ -84,11 +79,17 @@ void FilteredWindow::open(const VelkHost::BrowserOptions& options)
     window_ = std::make_unique<VelkHost::BrowserWindow>(options);
     QSignalSpy read(window_.get(), &VelkHost::BrowserWindow::librariesRead);
     window_->show();
-    window_->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(window_.get(), patience));
+    activate(window_.get());
     window_->readLibraries();
     ASSERT_TRUE(QTest::qWaitFor([&] { return !read.isEmpty(); }, patience));
     settle();
+}
+
+// QTest::qWaitForWindowActive() takes a window for active while one of its dialogs is, and the other way round.
+void FilteredWindow::activate(QWidget* window)
+{
+    window->activateWindow();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == window; }, patience));
 }
 
 void FilteredWindow::settle()

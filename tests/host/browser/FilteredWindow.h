@@ -6,6 +6,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QTest>
 
 #include <memory>
 #include <string>
@@ -33,6 +34,12 @@ protected:
 
     /// Opens the window and waits until everything is read.
     void open(const VelkHost::BrowserOptions& options = {});
+    /// Waits until something has come about; fails the test when it does not.
+    template <typename Condition>
+    static void eventually(Condition condition)
+    {
+        EXPECT_TRUE(QTest::qWaitFor(condition, patience));
+    }
     /// Waits until nothing is under way.
     void settle();
 
@@ -45,12 +52,17 @@ protected:
         EXPECT_NE(found, nullptr) << objectName;
         return found;
     }
-    /// The dialog of that name that is open; fails the test when there is none.
+    /// The dialog of that name, where the keys go now; fails the test when it does not open.
     template <typename Dialog>
     Dialog* dialog(const char* objectName)
     {
-        auto* const found = window_->findChild<Dialog*>(QString::fromLatin1(objectName));
-        EXPECT_TRUE(found != nullptr && found->isVisible()) << objectName;
+        Dialog* found = nullptr;
+        eventually([&] {
+            found = window_->findChild<Dialog*>(QString::fromLatin1(objectName));
+            return found != nullptr && found->isVisible();
+        });
+        if (found != nullptr)
+            activate(found);
         return found;
     }
 
@@ -66,6 +78,9 @@ protected:
     std::string savedFilters() const;
 
 private:
+    static constexpr int patience = 60'000;  // milliseconds; for a busy machine
+
+    static void activate(QWidget* window);
     fileString pathOf(const std::string& name, VelkHost::LibraryKind kind) const;
 
     std::unique_ptr<VelkHost::BrowserWindow> window_;

@@ -12,7 +12,6 @@
 #endif
 
 using testing::HasSubstr;
-using testing::StartsWith;
 using VelkHost::mailAddress;
 using VelkHost::MakerBook;
 using VelkHost::MakerCard;
@@ -222,7 +221,7 @@ public Q_SLOTS:
 
 TEST_F(ManufacturerCard, OpensItsLinks)
 {
-    haveCard(7, {{"name", "Acme Doors"}, {"email", "sales@acme.example"}, {"url", "https://acme.example/?a=1&b=\"2"}});
+    haveCard(7, {{"name", "Acme Doors"}, {"email", "sales@acme.example"}, {"url", "https://acme.example/?a=1&b=2"}});
     paneOf(0);
     OpenedLinks opened;
     for (const char* link : {"makerEmail", "makerUrl"}) {
@@ -232,8 +231,7 @@ TEST_F(ManufacturerCard, OpensItsLinks)
         QTest::keyClick(label, Qt::Key_Tab);
         QTest::mouseClick(label, Qt::LeftButton, Qt::NoModifier, QPoint(12, label->height() / 2));
     }
-    EXPECT_THAT(opened.links,
-                testing::ElementsAre("mailto:sales@acme.example", StartsWith("https://acme.example/?a=1&b=")));
+    EXPECT_THAT(opened.links, testing::ElementsAre("mailto:sales@acme.example", "https://acme.example/?a=1&b=2"));
 }
 
 TEST_F(ManufacturerCard, HasNoLinkToAnythingElse)

@@ -39,8 +39,6 @@ protected:
         QTest::keyClick(&window(), Qt::Key_R, Qt::AltModifier);
         editor_ = dialog<MakerEditor>("makerEditor");
         ASSERT_NE(editor_, nullptr);
-        editor_->activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(editor_));
     }
 
     QLineEdit* line(const char* objectName) { return find<QLineEdit>(objectName, editor_); }
