@@ -1,8 +1,14 @@
 #include "host/browser/BrowserWindow.h"
 
 #include "host/browser/DetailPane.h"
+#include "host/browser/FilterMenu.h"
+#include "host/browser/HiddenNote.h"
+#include "host/browser/KindMenu.h"
 #include "host/browser/LibraryDelegate.h"
+#include "host/browser/MakerMenu.h"
+#include "host/browser/MakerPane.h"
 #include "host/browser/SearchPane.h"
+#include "host/browser/ShownLibraries.h"
 #include "host/command/LibrarySearch.h"
 #include "host/support/QtText.h"
 
@@ -10,6 +16,7 @@
 #include <VelkLibrary/UI/Chooser.h>
 #include <VelkLibrary/UI/TreeItemData.h>
 
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -20,6 +27,8 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace VelkHost {
 namespace {
 
@@ -27,7 +36,8 @@ constexpr int messageMilliseconds = 8'000;
 
 }  // namespace
 
-BrowserWindow::BrowserWindow(QWidget* parent) : QMainWindow(parent), model_(thumbnails_)
+BrowserWindow::BrowserWindow(BrowserOptions options, QWidget* parent)
+    : QMainWindow(parent), options_(std::move(options)), model_(thumbnails_), shown_(new ShownLibraries(model_, this))
 {
     setObjectName(QStringLiteral("browserWindow"));
     setWindowTitle(tr("Libraries"));
@@ -36,7 +46,9 @@ BrowserWindow::BrowserWindow(QWidget* parent) : QMainWindow(parent), model_(thum
     buildSearch();
     buildLayout();
     buildMenus();
+    buildMakers();
     connectLoader();
+    connectShown();
     showPage();
 }
 
@@ -93,10 +105,15 @@ QWidget* BrowserWindow::leftSide()
     pages_->addWidget(empty_);
     pages_->addWidget(tree_);
     pages_->addWidget(search_);
+    pages_->addWidget(shown_->page());
+    auto* const head = new QHBoxLayout;
+    head->addWidget(searchBox_, 1);
+    head->addWidget(shown_->filterBox());
     auto* const left = new QWidget;
     auto* const layout = new QVBoxLayout(left);
     layout->setContentsMargins(8, 8, 0, 8);
-    layout->addWidget(searchBox_);
+    layout->addLayout(head);
+    layout->addWidget(shown_->strip());
     layout->addWidget(pages_);
     return left;
 }
@@ -138,6 +155,24 @@ void BrowserWindow::buildMenus()
             tree_->setFocus();
         },
         QKeySequence(Qt::Key_Escape));
+    menuBar()->addMenu(tr("&View"))->addMenu(shown_->kindMenu());
+    menuBar()->addMenu(shown_->filterMenu());
+}
+
+void BrowserWindow::buildMakers()
+{
+    maker_ = new MakerPane(makers_);
+    details_->extras()->addWidget(maker_);
+    auto* const menu = new MakerMenu(makers_, *maker_, options_.service, this);
+    menuBar()->addMenu(menu);
+    connect(menu, &MakerMenu::told, this, &BrowserWindow::showMessage);
+    makers_.read();
+}
+
+void BrowserWindow::connectShown()
+{
+    connect(shown_, &ShownLibraries::changed, this, &BrowserWindow::librariesChanged);
+    connect(shown_, &ShownLibraries::told, this, &BrowserWindow::showMessage);
 }
 
 void BrowserWindow::connectLoader()
@@ -180,8 +215,11 @@ void BrowserWindow::showPage()
            "a packed library (.calibz) here."));
     if (searching && search_->model().outcome() != nullptr)
         pages_->setCurrentWidget(search_);
+    else if (shown_->hidesAll())
+        pages_->setCurrentWidget(shown_->page());
     else
         pages_->setCurrentWidget(model_.rowCount() == 0 ? static_cast<QWidget*>(empty_) : tree_);
+    shown_->setSearchInVain(searching && search_->isInVain());
     if (!searching) {
         search_->clear();
         showSelected();
@@ -209,7 +247,9 @@ void BrowserWindow::showSelected()
 void BrowserWindow::showPlace(const std::optional<LibraryPlace>& place)
 {
     shownPlace_ = place;
-    details_->show(place ? model_.library(place->library) : nullptr, place.value_or(LibraryPlace()));
+    const BrowsedLibrary* const library = place ? model_.library(place->library) : nullptr;
+    details_->show(library, place.value_or(LibraryPlace()));
+    maker_->show(library == nullptr || place->isFolder ? nullptr : library->catalog, place ? place->index : 0);
 }
 
 void BrowserWindow::choosePlace()

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "host/browser/BrowserOptions.h"
 #include "host/browser/LibraryLoader.h"
 #include "host/browser/LibraryTreeModel.h"
+#include "host/browser/MakerStore.h"
 #include "host/browser/ThumbnailCache.h"
 
 #include <QMainWindow>
@@ -20,7 +22,9 @@ class QTreeView;
 namespace VelkHost {
 
 class DetailPane;
+class MakerPane;
 class SearchPane;
+class ShownLibraries;
 
 /// The library browser: the libraries as a tree or, while something is typed, what the search finds; and what
 /// is selected beside it.
@@ -29,7 +33,7 @@ class BrowserWindow : public QMainWindow
     Q_OBJECT
 
 public:
-    explicit BrowserWindow(QWidget* parent = nullptr);
+    explicit BrowserWindow(BrowserOptions options = {}, QWidget* parent = nullptr);
     ~BrowserWindow() override;
 
     /// Reads the installed libraries.
@@ -38,6 +42,8 @@ public:
     LibraryTreeModel& model() { return model_; }
     QTreeView* tree() const { return tree_; }
     SearchPane* searchPane() const { return search_; }
+    ShownLibraries* shownLibraries() const { return shown_; }
+    MakerStore& makers() { return makers_; }
 
     /// Shows a place in the tree, opened and selected.
     void reveal(const LibraryPlace& place);
@@ -51,7 +57,9 @@ private:
     void buildSearch();
     void buildLayout();
     void buildMenus();
+    void buildMakers();
     void connectLoader();
+    void connectShown();
     QWidget* leftSide();
     void searchTextChanged(const QString& text);
     void librariesChanged();
@@ -61,9 +69,11 @@ private:
     void showMessage(const QString& text);
     void showPage();
 
+    const BrowserOptions options_;
     ThumbnailCache thumbnails_;
     LibraryLoader loader_;
     LibraryTreeModel model_;
+    MakerStore makers_;
     std::optional<LibraryPlace> shownPlace_;
     QLineEdit* searchBox_ = nullptr;
     QTreeView* tree_ = nullptr;
@@ -71,6 +81,8 @@ private:
     QLabel* empty_ = nullptr;
     QStackedWidget* pages_ = nullptr;
     DetailPane* details_ = nullptr;
+    MakerPane* maker_ = nullptr;
+    ShownLibraries* shown_ = nullptr;
     QSplitter* mainSplitter_ = nullptr;
 };
 

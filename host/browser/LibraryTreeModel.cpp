@@ -79,10 +79,12 @@ void LibraryTreeModel::removeLibrary(const fileString& path)
 
 void LibraryTreeModel::setShown(Shown shown)
 {
-    shown_ = std::move(shown);
+    const Shown before = std::exchange(shown_, std::move(shown));
     for (const auto& [path, library] : libraries_) {
-        removeCategories(path);
-        if (isShown(library))
+        const bool wasShown = !before || before(library);
+        if (wasShown && !isShown(library))
+            removeCategories(path);
+        else if (!wasShown && isShown(library))
             addCategories(library);
     }
 }

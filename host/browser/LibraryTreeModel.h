@@ -45,7 +45,7 @@ public:
     void removeLibrary(const fileString& path);
 
     using Shown = std::function<bool(const BrowsedLibrary&)>;
-    /// Which libraries are in the tree; all of them at first.
+    /// Which libraries are in the tree; all of them at first. What is and stays in it is not touched.
     void setShown(Shown shown);
     bool isShown(const BrowsedLibrary& library) const { return !shown_ || shown_(library); }
 

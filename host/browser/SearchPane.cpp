@@ -75,6 +75,12 @@ void SearchPane::clear()
         model_.setOutcome(nullptr);
 }
 
+bool SearchPane::isInVain() const
+{
+    const SearchOutcome* const outcome = model_.outcome();
+    return outcome != nullptr && !outcome->info.parseTree.groups.empty() && outcome->result.hits.empty();
+}
+
 bool SearchPane::isExplained() const
 {
     return explain_->isChecked();

@@ -28,6 +28,9 @@ public:
     /// Shows nothing.
     void clear();
 
+    /// The outcome shown is that of a search that found nothing.
+    bool isInVain() const;
+
     /// Whether it says how the text is understood.
     bool isExplained() const;
     void setExplained(bool explained);

@@ -14,13 +14,16 @@ int main(int argumentCount, char** arguments)
     std::string home;
     parser.add_option("--home", home, "The installation's folder (default: VELK_HOME, or the user's)")
         ->type_name("DIR");
+    VelkHost::BrowserOptions options;
+    parser.add_option("--service", options.service, "The content service's address")->type_name("URL");
     CLI11_PARSE(parser, argumentCount, arguments);
 
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argumentCount, arguments);
     QApplication::setApplicationName(QStringLiteral("velk-browser"));
-    Velk::installHost(VelkHost::hostServices(fileString(home)));
-    VelkHost::BrowserWindow window;
+    options.home = fileString(home);
+    Velk::installHost(VelkHost::hostServices(options.home));
+    VelkHost::BrowserWindow window(options);
     window.show();
     window.readLibraries();
     return QApplication::exec();

@@ -221,9 +221,16 @@ bool removeFilter(const std::string& name)
 
 void setCurrentFilter(long id)
 {
+    setFilters(std::vector<LibraryFilter>(installedFilters().getLibraryFilters()), id);
+}
+
+void setFilters(const std::vector<LibraryFilter>& filters, long currentId)
+{
     LibraryFilterManager& manager = installedFilters();
-    manager.setCurrentFilterId(id);
-    save(manager);
+    KeptFilters own(manager);
+    manager.setCurrentFilterId(currentId);
+    save(manager, filters);
+    own.letGo();
 }
 
 FilterMerge mergeFilterFile(const fileString& path)

@@ -17,7 +17,7 @@ protected:
     {
         Catalog catalog = test::smallCatalog();
         catalog.name = "Library";
-        libraries_.loaded.push_back({fileString(std::string("a.calib")), catalog});
+        libraries_.loaded.push_back({fileString(std::string("a.calib")), std::make_shared<const Catalog>(catalog)});
     }
 
     std::string table(const std::string& text, const ReportStyle& style = {})

@@ -140,7 +140,7 @@ TEST_F(LibrarySearch, SearchesTheTypesAskedFor)
 TEST_F(LibrarySearch, KnowsWhereHitsAre)
 {
     LibrarySet set;
-    set.loaded.push_back({fileString(), test::smallCatalog()});
+    set.loaded.push_back({fileString(), std::make_shared<const Catalog>(test::smallCatalog())});
     EXPECT_EQ(hitPath(set, {Invalid, false, 0, 0}), (std::vector<std::string>{"Furniture", "Seating", "Chairs"}));
     EXPECT_EQ(hitPath(set, {Invalid, true, 0, 2}), (std::vector<std::string>{"Furniture", "Seating"}));
     EXPECT_EQ(hitPath(set, {Invalid, true, 0, 0}), std::vector<std::string>{});
