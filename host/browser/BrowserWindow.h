@@ -20,6 +20,7 @@ class QTreeView;
 namespace VelkHost {
 
 class DetailPane;
+class LibraryJobs;
 class SearchPane;
 
 /// The library browser: the libraries as a tree or, while something is typed, what the search finds; and what
@@ -38,6 +39,8 @@ public:
     LibraryTreeModel& model() { return model_; }
     QTreeView* tree() const { return tree_; }
     SearchPane* searchPane() const { return search_; }
+    LibraryJobs& jobs() const { return *jobs_; }
+    bool isReading() const { return loader_.isReading(); }
 
     /// Shows a place in the tree, opened and selected.
     void reveal(const LibraryPlace& place);
@@ -50,9 +53,11 @@ private:
     void buildTree();
     void buildSearch();
     void buildLayout();
+    void buildJobs();
     void buildMenus();
     void connectLoader();
     QWidget* leftSide();
+    void takeLibrary(const BrowsedLibrary& library);
     void searchTextChanged(const QString& text);
     void librariesChanged();
     void showSelected();
@@ -72,6 +77,8 @@ private:
     QStackedWidget* pages_ = nullptr;
     DetailPane* details_ = nullptr;
     QSplitter* mainSplitter_ = nullptr;
+    LibraryJobs* jobs_ = nullptr;
+    std::optional<fileString> imported_;  // to be shown when it is read
 };
 
 }  // namespace VelkHost

@@ -1,0 +1,27 @@
+// One application for all tests, as in the program; without a screen.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+
+#ifdef __GNUC__
+
+// Asked for by the leak sanitizer, never called in other builds. The font library, which Qt's platform
+// loads, keeps its tables when the process ends.
+extern "C" const char* __lsan_default_suppressions();
+
+extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions()
+{
+    return "leak:libfontconfig\n";
+}
+
+#endif
+
+int main(int argumentCount, char** arguments)
+{
+    testing::InitGoogleTest(&argumentCount, arguments);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    const QApplication application(argumentCount, arguments);
+    QApplication::setQuitOnLastWindowClosed(false);
+    return RUN_ALL_TESTS();
+}
