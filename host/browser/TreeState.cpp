@@ -5,6 +5,8 @@
 #include <QScrollBar>
 #include <QTreeView>
 
+#include <algorithm>
+
 namespace VelkHost {
 
 TreeState::TreeState(QTreeView& tree, LibraryTreeModel& model, const fileString& library)
@@ -27,7 +29,8 @@ void TreeState::restore() const
 {
     const bool scrollsItself = tree_.hasAutoScroll();
     tree_.setAutoScroll(false);
-    open(open_, {});
+    if (const BrowsedLibrary* const library = model_.library(library_); library != nullptr && library->order != nullptr)
+        open(open_, library->order->categories());
     if (const QModelIndex current = current_ ? findNear(*current_) : QModelIndex(); current.isValid())
         tree_.setCurrentIndex(current);
     tree_.setAutoScroll(scrollsItself);
@@ -39,7 +42,7 @@ void TreeState::restoreScrolling() const
 {
     if (!scrolled_)
         tree_.scrollToTop();
-    else if (const QModelIndex top = top_ ? findNear(*top_) : QModelIndex(topElsewhere_); top.isValid())
+    else if (const QModelIndex top = top_ ? inView(findNear(*top_)) : QModelIndex(topElsewhere_); top.isValid())
         tree_.scrollTo(top, QAbstractItemView::PositionAtTop);
     tree_.horizontalScrollBar()->setValue(horizontal_);
 }
@@ -73,19 +76,18 @@ std::optional<TreeState::NamedPlace> TreeState::named(const QModelIndex& index) 
     return result;
 }
 
-// Opening a folder makes a view ask for what is below it.
-void TreeState::open(const std::vector<OpenFolder>& folders, const QModelIndex& parent) const
+// `among` are the new version's folders in one of its folders.
+void TreeState::open(const std::vector<OpenFolder>& folders, CatalogOrder::Indexes among) const
 {
+    const BrowsedLibrary& library = *model_.library(library_);
     for (const OpenFolder& folder : folders) {
-        for (int row = 0; row < model_.rowCount(parent); ++row) {
-            const QModelIndex index = model_.index(row, 0, parent);
-            const std::optional<LibraryPlace> place = model_.place(index);
-            if (place->library != library_ || !place->isFolder || index.data().toString() != folder.name)
-                continue;
-            tree_.expand(index);
-            open(folder.folders, index);
-            break;
-        }
+        const auto found = std::find_if(among.begin(), among.end(), [&](std::uint32_t index) {
+            return qtText(library.catalog->folders[index].name) == folder.name;
+        });
+        if (found == among.end())
+            continue;
+        tree_.expand(model_.find({library_, true, *found}));
+        open(folder.folders, library.order->foldersIn(*found));
     }
 }
 
@@ -105,6 +107,16 @@ QModelIndex TreeState::findNear(NamedPlace place) const
         place.folders.removeLast();
     }
     return index;
+}
+
+/// The index, or the closest one above it that no closed folder hides.
+QModelIndex TreeState::inView(const QModelIndex& index) const
+{
+    QModelIndex result = index;
+    for (QModelIndex above = index.parent(); above.isValid(); above = above.parent())
+        if (!tree_.isExpanded(above))
+            result = above;
+    return result;
 }
 
 }  // namespace VelkHost

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/browser/CatalogOrder.h"
 #include "host/browser/LibraryTreeModel.h"
 
 #include <QPersistentModelIndex>
@@ -44,9 +45,10 @@ private:
     void restoreScrolling() const;
     std::vector<OpenFolder> openFolders(const QModelIndex& parent) const;
     std::optional<NamedPlace> named(const QModelIndex& index) const;
-    void open(const std::vector<OpenFolder>& folders, const QModelIndex& parent) const;
+    void open(const std::vector<OpenFolder>& folders, CatalogOrder::Indexes among) const;
     QModelIndex find(const NamedPlace& place) const;
     QModelIndex findNear(NamedPlace place) const;
+    QModelIndex inView(const QModelIndex& index) const;
 
     QTreeView& tree_;
     LibraryTreeModel& model_;

@@ -21,7 +21,9 @@ int main(int argumentCount, char** arguments)
     testing::InitGoogleTest(&argumentCount, arguments);
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    const QApplication application(argumentCount, arguments);
+    // Never destroyed: the platform without a screen leaves parts of itself behind then.
+    static const QApplication* const application = new QApplication(argumentCount, arguments);
+    (void)application;
     QApplication::setQuitOnLastWindowClosed(false);
     return RUN_ALL_TESTS();
 }
