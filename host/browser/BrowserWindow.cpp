@@ -187,14 +187,15 @@ void BrowserWindow::takeLibrary(const BrowsedLibrary& library)
     if (library.order == nullptr && known != nullptr && known->order != nullptr)
         return;
     const TreeState state(*tree_, model_, library.path);
-    const bool isShown = shownPlace_ && shownPlace_->library == library.path;
-    const std::string item =
-        isShown && !shownPlace_->isFolder ? known->catalog->items[shownPlace_->index].uniqueId : "";
+    const bool isHitShown =
+        pages_->currentWidget() == search_ && shownPlace_ && shownPlace_->library == library.path && known != nullptr;
+    const std::string hit =
+        isHitShown && !shownPlace_->isFolder ? known->catalog->items[shownPlace_->index].uniqueId : std::string();
     BrowsedLibrary replaced = known != nullptr ? *known : BrowsedLibrary();
     model_.setLibrary(library);
     state.restore();
-    if (isShown)
-        showPlace(model_.itemNamed(library.path, item));
+    if (isHitShown)
+        showPlace(model_.itemNamed(library.path, hit));
     librariesChanged();
     loader_.release(std::move(replaced));
     if (library.order != nullptr && imported_ == library.path) {

@@ -15,7 +15,9 @@
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSplitter>
 #include <QStatusBar>
+#include <QStyle>
 #include <QToolButton>
 #include <QUrl>
 
@@ -54,6 +56,8 @@ LibraryJobs::LibraryJobs(QMainWindow& window)
 {
     errorLog_->setObjectName(QStringLiteral("errorLogButton"));
     errorLog_->setAutoRaise(true);
+    errorLog_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    errorLog_->setIcon(window.style()->standardIcon(QStyle::SP_MessageBoxWarning));
     errorLog_->hide();
     window.statusBar()->addPermanentWidget(errorLog_);
     window.addActions(actions());
@@ -191,7 +195,9 @@ void LibraryJobs::buildPanel()
     panel_->layout()->setContentsMargins(8, 0, 8, 4);
     panel_->layout()->addWidget(button);
     panel_->setFixedHeight(panel_->sizeHint().height());
-    panel_->onSetRangeInGauge(0);  // busy, until something is known
+    if (auto* const splitter = qobject_cast<QSplitter*>(panel_->parentWidget()))
+        splitter->handle(splitter->indexOf(panel_))->setEnabled(false);  // the panel's height is fixed
+    panel_->onSetRangeInGauge(0);                                        // busy, until something is known
     panel_->show();
 }
 
