@@ -25,7 +25,7 @@ void DropHighlight::paintEvent(QPaintEvent*)
     painter.setRenderHint(QPainter::Antialiasing);
     const QColor color = palette().color(QPalette::Highlight);
     QColor veil = palette().color(QPalette::Window);
-    veil.setAlpha(200);
+    veil.setAlpha(170);
     painter.fillRect(rect(), veil);
     painter.setPen(QPen(color, 2, Qt::DashLine));
     painter.drawRoundedRect(rect().adjusted(frameMargin, frameMargin, -frameMargin, -frameMargin), frameCorner,

@@ -36,11 +36,12 @@ bool isPacked(const fileString& file)
     return StringUtils::toLowerUtf8(file.extension().utf8()) == ".calibz";
 }
 
-Unpacked unpack(const fileString& file, const std::shared_ptr<ProgressSubject>& progress)
+Unpacked unpack(const fileString& file, const std::shared_ptr<PanelProgress>& progress)
 {
     if (isPacked(file))
         return LibraryImport::unpackArchivedLibrary(file, progress);
-    return {LibraryImport::createTempDatabase(file, progress.get()), std::nullopt};
+    progress->showBusy(ImportJob::tr("Copying “%1”").arg(qtText(file.stem().utf8())).toStdString());
+    return {LibraryImport::createTempDatabase(file, nullptr), std::nullopt};
 }
 
 /// Why nothing was unpacked.
@@ -148,6 +149,7 @@ void ImportJob::take(const ImportSource& source)
     stopWhenCancelled(*progress);
     if (!unpacked.first)
         throw std::runtime_error(unpackingProblem(source.file).toStdString());
+    progress->showBusy(tr("Checking “%1”").arg(qtText(source.file.stem().utf8())).toStdString());
     try {
         readCatalog(*unpacked.first, CatalogContent::Names);
     } catch (const CatalogError& error) {

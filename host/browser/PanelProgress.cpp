@@ -25,6 +25,12 @@ PanelProgress::~PanelProgress()
     setObserver(nullptr);
 }
 
+void PanelProgress::showBusy(const std::string& text)
+{
+    panel_.sendText(text);
+    panel_.sendRange(0);
+}
+
 bool PanelProgress::isCancelled() const
 {
     return stop_.stop_requested() || ProgressSubject::isCancelled();

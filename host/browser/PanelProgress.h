@@ -17,6 +17,9 @@ public:
     PanelProgress(const LibraryProgressBase& panel, std::stop_token stop);
     ~PanelProgress() override;
 
+    /// A part of the operation begins that does not tell how far it is. UTF-8.
+    void showBusy(const std::string& text);
+
     bool isCancelled() const override;
 
 private:

@@ -26,6 +26,8 @@ constexpr int largestSide = 4096;  // a small file can claim to be a huge pictur
 /// enlarged.
 QImage decoded(const std::string& png, int side)
 {
+    if (png.empty())
+        return {};
     const QByteArray bytes = QByteArray::fromRawData(png.data(), static_cast<int>(png.size()));
     QBuffer buffer;
     buffer.setData(bytes);
