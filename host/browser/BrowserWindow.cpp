@@ -5,10 +5,13 @@
 #include "host/browser/HiddenNote.h"
 #include "host/browser/KindMenu.h"
 #include "host/browser/LibraryDelegate.h"
+#include "host/browser/LibraryDrop.h"
+#include "host/browser/LibraryJobs.h"
 #include "host/browser/MakerMenu.h"
 #include "host/browser/MakerPane.h"
 #include "host/browser/SearchPane.h"
 #include "host/browser/ShownLibraries.h"
+#include "host/browser/TreeState.h"
 #include "host/command/LibrarySearch.h"
 #include "host/support/QtText.h"
 
@@ -45,6 +48,7 @@ BrowserWindow::BrowserWindow(BrowserOptions options, QWidget* parent)
     buildTree();
     buildSearch();
     buildLayout();
+    buildJobs();
     buildMenus();
     buildMakers();
     connectLoader();
@@ -52,7 +56,11 @@ BrowserWindow::BrowserWindow(BrowserOptions options, QWidget* parent)
     showPage();
 }
 
-BrowserWindow::~BrowserWindow() = default;
+// A job's end would be told to members that are gone.
+BrowserWindow::~BrowserWindow()
+{
+    delete jobs_;
+}
 
 void BrowserWindow::readLibraries()
 {
@@ -136,9 +144,28 @@ void BrowserWindow::buildLayout()
     statusBar()->setObjectName(QStringLiteral("statusBar"));
 }
 
+void BrowserWindow::buildJobs()
+{
+    jobs_ = new LibraryJobs(*this);
+    jobs_->setService(qtText(options_.service));
+    auto* const drop = new LibraryDrop(*this);
+    drop->coverWidget(searchBox_);
+    connect(drop, &LibraryDrop::dropped, jobs_, &LibraryJobs::importFiles);
+    connect(jobs_, &LibraryJobs::runningChanged, drop, [drop](bool running) { drop->setEnabled(!running); });
+    connect(jobs_, &LibraryJobs::libraryInstalled, this, [this](const fileString& library, bool imported) {
+        thumbnails_.forget(library);
+        if (imported)
+            imported_ = library;
+        loader_.read({library});
+    });
+}
+
 void BrowserWindow::buildMenus()
 {
     QMenu* const file = menuBar()->addMenu(tr("&File"));
+    file->setToolTipsVisible(true);
+    file->addActions(jobs_->actions());
+    file->addSeparator();
     file->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence::Quit);
     QMenu* const edit = menuBar()->addMenu(tr("&Edit"));
     edit->addAction(
@@ -148,13 +175,16 @@ void BrowserWindow::buildMenus()
             searchBox_->selectAll();
         },
         QKeySequence::Find);
-    edit->addAction(
+    QAction* const back = edit->addAction(
         tr("Back to the &Tree"), searchBox_,
         [this] {
             searchBox_->clear();
             tree_->setFocus();
         },
         QKeySequence(Qt::Key_Escape));
+    connect(jobs_, &LibraryJobs::runningChanged, back, [back](bool running) {  // Escape cancels it meanwhile
+        back->setShortcut(running ? QKeySequence() : QKeySequence(Qt::Key_Escape));
+    });
     menuBar()->addMenu(tr("&View"))->addMenu(shown_->kindMenu());
     menuBar()->addMenu(shown_->filterMenu());
 }
@@ -177,16 +207,37 @@ void BrowserWindow::connectShown()
 
 void BrowserWindow::connectLoader()
 {
-    connect(&loader_, &LibraryLoader::libraryRead, this, [this](const BrowsedLibrary& library) {
-        model_.setLibrary(library);
-        librariesChanged();
-    });
+    connect(&loader_, &LibraryLoader::libraryRead, this, &BrowserWindow::takeLibrary);
     connect(&loader_, &LibraryLoader::libraryFailed, this, [this](const fileString& path, const QString& reason) {
         model_.removeLibrary(path);
         librariesChanged();
         showMessage(tr("%1 cannot be read: %2").arg(qtText(path.stem().utf8()), reason));
     });
     connect(&loader_, &LibraryLoader::finished, this, &BrowserWindow::librariesRead);
+}
+
+// While a new version of a library is read, the old one stays in the tree.
+void BrowserWindow::takeLibrary(const BrowsedLibrary& library)
+{
+    const BrowsedLibrary* const known = model_.library(library.path);
+    if (library.order == nullptr && known != nullptr && known->order != nullptr)
+        return;
+    const TreeState state(*tree_, model_, library.path);
+    const bool isHitShown =
+        pages_->currentWidget() == search_ && shownPlace_ && shownPlace_->library == library.path && known != nullptr;
+    const std::string hit =
+        isHitShown && !shownPlace_->isFolder ? known->catalog->items[shownPlace_->index].uniqueId : std::string();
+    BrowsedLibrary replaced = known != nullptr ? *known : BrowsedLibrary();
+    model_.setLibrary(library);
+    state.restore();
+    if (isHitShown)
+        showPlace(model_.itemNamed(library.path, hit));
+    librariesChanged();
+    loader_.release(std::move(replaced));
+    if (library.order != nullptr && imported_ == library.path) {
+        imported_.reset();
+        reveal({library.path, true, 0});
+    }
 }
 
 void BrowserWindow::librariesChanged()
@@ -239,9 +290,11 @@ void BrowserWindow::reveal(const LibraryPlace& place)
     tree_->setFocus();
 }
 
+// While the search's results are there, one of those is shown.
 void BrowserWindow::showSelected()
 {
-    showPlace(model_.place(tree_->currentIndex()));
+    if (pages_->currentWidget() != search_)
+        showPlace(model_.place(tree_->currentIndex()));
 }
 
 void BrowserWindow::showPlace(const std::optional<LibraryPlace>& place)

@@ -23,6 +23,7 @@ namespace VelkHost {
 
 class DetailPane;
 class MakerPane;
+class LibraryJobs;
 class SearchPane;
 class ShownLibraries;
 
@@ -44,6 +45,8 @@ public:
     SearchPane* searchPane() const { return search_; }
     ShownLibraries* shownLibraries() const { return shown_; }
     MakerStore& makers() { return makers_; }
+    LibraryJobs& jobs() const { return *jobs_; }
+    bool isReading() const { return loader_.isReading(); }
 
     /// Shows a place in the tree, opened and selected.
     void reveal(const LibraryPlace& place);
@@ -56,11 +59,13 @@ private:
     void buildTree();
     void buildSearch();
     void buildLayout();
+    void buildJobs();
     void buildMenus();
     void buildMakers();
     void connectLoader();
     void connectShown();
     QWidget* leftSide();
+    void takeLibrary(const BrowsedLibrary& library);
     void searchTextChanged(const QString& text);
     void librariesChanged();
     void showSelected();
@@ -84,6 +89,8 @@ private:
     MakerPane* maker_ = nullptr;
     ShownLibraries* shown_ = nullptr;
     QSplitter* mainSplitter_ = nullptr;
+    LibraryJobs* jobs_ = nullptr;
+    std::optional<fileString> imported_;  // to be shown when it is read
 };
 
 }  // namespace VelkHost

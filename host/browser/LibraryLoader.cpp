@@ -1,9 +1,11 @@
 #include "host/browser/LibraryLoader.h"
 
+#include "host/browser/InstalledFiles.h"
 #include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFile.h"
 #include "host/support/QtText.h"
 
+#include <shared_mutex>
 #include <utility>
 
 namespace VelkHost {
@@ -34,14 +36,22 @@ void LibraryLoader::read(const std::vector<fileString>& files)
     });
 }
 
+void LibraryLoader::release(BrowsedLibrary library)
+{
+    thread_.start([library = std::move(library)]() mutable { library = BrowsedLibrary(); });
+}
+
 void LibraryLoader::readOne(const fileString& path, bool complete)
 {
     if (stopping_)
         return;
     try {
         BrowsedLibrary library{path, nullptr, nullptr};
-        library.catalog = std::make_shared<const Catalog>(
-            readCatalog(path, complete ? CatalogContent::Names : CatalogContent::Outline));
+        {
+            const std::shared_lock reading(installedFiles());
+            library.catalog = std::make_shared<const Catalog>(
+                readCatalog(path, complete ? CatalogContent::Names : CatalogContent::Outline));
+        }
         if (complete)
             library.order = std::make_shared<const CatalogOrder>(*library.catalog);
         post([this, library] { Q_EMIT libraryRead(library); });

@@ -38,6 +38,12 @@ public:
     /// Reads these ".calib" files, in this order, after what was asked for before.
     void read(const std::vector<fileString>& files);
 
+    /// Whether anything that was asked for is still to come.
+    bool isReading() const { return batches_ > 0; }
+
+    /// Lets go of a library in the background: a million items take their time.
+    void release(BrowsedLibrary library);
+
 Q_SIGNALS:
     /// Twice for each library that can be read: with its outline, and complete.
     void libraryRead(const VelkHost::BrowsedLibrary& library);

@@ -1,5 +1,6 @@
 #include "host/browser/ThumbnailCache.h"
 
+#include "host/browser/InstalledFiles.h"
 #include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogThumbnails.h"
 #include "host/support/QtText.h"
@@ -10,6 +11,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <shared_mutex>
 #include <utility>
 
 namespace VelkHost {
@@ -124,6 +126,7 @@ void ThumbnailCache::take(const std::vector<Picture>& pictures)
 std::vector<ThumbnailCache::Picture> ThumbnailCache::read(const std::vector<ThumbnailKey>& keys)
 {
     std::vector<Picture> pictures;
+    const std::shared_lock reading(installedFiles());
     std::unique_ptr<CatalogThumbnails> open;
     fileString openPath;
     for (const ThumbnailKey& key : keys) {

@@ -1,0 +1,7 @@
+#include "host/browser/LibraryJob.h"
+
+namespace VelkHost {
+
+LibraryJob::~LibraryJob() = default;
+
+}  // namespace VelkHost
