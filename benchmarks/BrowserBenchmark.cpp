@@ -7,7 +7,7 @@
 #include "Measures.h"
 
 #include "host/browser/BrowserWindow.h"
-#include "host/browser/SearchPane.h"
+#include "host/browser/search/SearchPane.h"
 #include "host/catalog/CatalogFile.h"
 #include "host/support/InstallHost.h"
 #include "host/support/QtText.h"

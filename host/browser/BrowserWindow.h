@@ -1,10 +1,10 @@
 #pragma once
 
 #include "host/browser/BrowserOptions.h"
-#include "host/browser/LibraryLoader.h"
-#include "host/browser/LibraryTreeModel.h"
-#include "host/browser/MakerStore.h"
-#include "host/browser/ThumbnailCache.h"
+#include "host/browser/makers/MakerStore.h"
+#include "host/browser/tree/LibraryLoader.h"
+#include "host/browser/tree/LibraryTreeModel.h"
+#include "host/browser/tree/ThumbnailCache.h"
 
 #include <QMainWindow>
 #include <QString>

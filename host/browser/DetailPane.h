@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/browser/LibraryTreeModel.h"
-#include "host/browser/ThumbnailCache.h"
+#include "host/browser/tree/LibraryTreeModel.h"
+#include "host/browser/tree/ThumbnailCache.h"
 
 #include <QWidget>
 

@@ -1,12 +1,12 @@
 #include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFolder.h"
 #include "host/command/CommandLine.h"
-#include "host/command/ExitCode.h"
 #include "host/command/PublishReportText.h"
 #include "host/command/TourContent.h"
 #include "host/command/TourFolder.h"
 #include "host/service/SiteService.h"
 #include "host/support/DisplayText.h"
+#include "host/support/ExitCode.h"
 #include "host/support/System.h"
 
 #include <VelkCommon/Archive/ZipUtils.h>

@@ -1,4 +1,5 @@
 #include "host/command/HitReport.h"
+#include "host/library/SearchText.h"
 
 #include "Fixtures.h"
 

@@ -1,4 +1,4 @@
-#include "host/command/LibrarySearch.h"
+#include "host/library/LibrarySearch.h"
 
 #include "Fixtures.h"
 

@@ -3,7 +3,7 @@
 #include "../PublishFixtures.h"
 
 #include "host/browser/BrowserWindow.h"
-#include "host/browser/LibraryJobs.h"
+#include "host/browser/jobs/LibraryJobs.h"
 #include "support/TestHost.h"
 
 #include <QAction>

@@ -1,7 +1,7 @@
 #include "FilteredWindow.h"
 
-#include "host/browser/FilterEditor.h"
-#include "host/command/Filters.h"
+#include "host/browser/filters/FilterEditor.h"
+#include "host/library/Filters.h"
 
 #include <QAbstractItemView>
 #include <QApplication>

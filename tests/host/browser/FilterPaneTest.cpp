@@ -1,9 +1,9 @@
 #include "FilteredWindow.h"
 
-#include "host/browser/FilterMenu.h"
-#include "host/browser/HiddenNote.h"
-#include "host/browser/SearchPane.h"
-#include "host/command/Filters.h"
+#include "host/browser/filters/FilterMenu.h"
+#include "host/browser/filters/HiddenNote.h"
+#include "host/browser/search/SearchPane.h"
+#include "host/library/Filters.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkLibrary/LibraryFilterManager.h>

@@ -1,9 +1,9 @@
 #include "FilteredWindow.h"
 
-#include "host/browser/SearchPane.h"
-#include "host/browser/ShownLibraries.h"
+#include "host/browser/filters/ShownLibraries.h"
+#include "host/browser/search/SearchPane.h"
 #include "host/catalog/CatalogFile.h"
-#include "host/command/Filters.h"
+#include "host/library/Filters.h"
 #include "host/support/QtText.h"
 
 #include <VelkLibrary/LibraryFilterManager.h>

@@ -1,6 +1,6 @@
 #include "BrowserTest.h"
 
-#include "host/browser/InstalledFiles.h"
+#include "host/browser/jobs/InstalledFiles.h"
 #include "support/ZipBuilder.h"
 
 #include <VelkCommon/Archive/ZipUtils.h>

@@ -1,6 +1,6 @@
 #include "ManufacturerWindow.h"
 
-#include "host/browser/MakerBook.h"
+#include "host/browser/makers/MakerBook.h"
 
 #include <QDesktopServices>
 #include <QPixmap>

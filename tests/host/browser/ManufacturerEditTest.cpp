@@ -1,6 +1,6 @@
 #include "ManufacturerWindow.h"
 
-#include "host/browser/MakerEditor.h"
+#include "host/browser/makers/MakerEditor.h"
 #include "host/service/SiteService.h"
 
 #include <VelkLibrary/Manufacturer/ManufacturerManager.h>

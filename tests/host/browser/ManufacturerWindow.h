@@ -2,8 +2,8 @@
 
 #include "FilteredWindow.h"
 
-#include "host/browser/MakerPane.h"
-#include "host/command/Manufacturers.h"
+#include "host/browser/makers/MakerPane.h"
+#include "host/library/Manufacturers.h"
 
 #include <QLabel>
 

@@ -1,7 +1,7 @@
 #include "BrowserTest.h"
 
-#include "host/browser/CatalogOrder.h"
-#include "host/browser/TreeState.h"
+#include "host/browser/tree/CatalogOrder.h"
+#include "host/browser/tree/TreeState.h"
 
 #include <QScrollBar>
 #include <QTreeView>

@@ -1,7 +1,0 @@
-#include "host/browser/LibraryJob.h"
-
-namespace VelkHost {
-
-LibraryJob::~LibraryJob() = default;
-
-}  // namespace VelkHost
