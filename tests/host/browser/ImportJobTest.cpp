@@ -263,7 +263,7 @@ TEST_F(ImportJob, LeavesNothingWhenCancelledInTheMiddle)
     test::waitUntil([panel] {
         const auto labels = panel->findChildren<QLabel*>();
         return std::any_of(labels.begin(), labels.end(),
-                           [](const QLabel* label) { return label->text().startsWith(QStringLiteral("Copying:")); });
+                           [](const QLabel* label) { return label->text().startsWith(QStringLiteral("Checking")); });
     });
     QTest::mouseClick(named<QPushButton>("cancelButton"), Qt::LeftButton);
     reading.unlock();
