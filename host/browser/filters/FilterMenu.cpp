@@ -2,18 +2,21 @@
 
 #include <QActionGroup>
 #include <QEvent>
+#include <QListView>
+
+#include <algorithm>
 
 namespace VelkHost {
 namespace {
 
 constexpr int boxCharacters = 14;
 
-/// The entry's text with the key that chooses it: digits, and letters then.
+constexpr QLatin1String entryKeys("0123456789abcdghijklnopqrstuvwxyz");  // three letters are taken
+
+/// The entry's text with the key that chooses it.
 QString withKey(int entry, QString text)
 {
-    const QString keys = QStringLiteral("0123456789abcdfghijklnopqrstuvwxyz");  // two letters are taken
-    text.replace(u'&', QStringLiteral("&&"));
-    return entry < keys.size() ? u'&' + keys.mid(entry, 1) + QStringLiteral("  ") + text : text;
+    return u'&' + QString(entryKeys.at(entry)) + QStringLiteral("  ") + text.replace(u'&', QStringLiteral("&&"));
 }
 
 }  // namespace
@@ -23,6 +26,8 @@ FilterBox::FilterBox(QWidget* parent) : QComboBox(parent)
     setObjectName(QStringLiteral("filterBox"));
     setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);  // measuring thousands of names takes time
     setMinimumContentsLength(boxCharacters);
+    if (auto* const list = qobject_cast<QListView*>(view()))
+        list->setUniformItemSizes(true);
     retranslate();
 }
 
@@ -49,14 +54,17 @@ void FilterBox::retranslate()
 FilterMenu::FilterMenu(QWidget* parent)
     : QMenu(parent),
       entries_(new QActionGroup(this)),
+      more_(addAction(QString())),
       separator_(addSeparator()),
       edit_(addAction(QString())),
       merge_(addAction(QString()))
 {
     setObjectName(QStringLiteral("filterMenu"));
+    more_->setObjectName(QStringLiteral("moreFiltersAction"));
     edit_->setObjectName(QStringLiteral("editFiltersAction"));
     edit_->setShortcut(Qt::CTRL + Qt::SHIFT + Qt::Key_F);
     merge_->setObjectName(QStringLiteral("mergeFiltersAction"));
+    connect(more_, &QAction::triggered, this, &FilterMenu::moreAsked);
     connect(edit_, &QAction::triggered, this, &FilterMenu::editAsked);
     connect(merge_, &QAction::triggered, this, &FilterMenu::mergeAsked);
     retranslate();
@@ -66,13 +74,15 @@ void FilterMenu::setState(const FilterState& state)
 {
     for (QAction* const action : entries_->actions())
         delete action;
-    for (int entry = 0; entry < state.entries.size(); ++entry) {
+    const int shown = std::min(state.entries.size(), entryKeys.size());
+    more_->setVisible(shown < state.entries.size());
+    for (int entry = 0; entry < shown; ++entry) {
         auto* const action = new QAction(withKey(entry, state.entries[entry]), entries_);
         action->setObjectName(QStringLiteral("filterAction%1").arg(entry));
         action->setCheckable(true);
         action->setChecked(entry == state.currentEntry());
         connect(action, &QAction::triggered, this, [this, entry] { Q_EMIT chosen(entry); });
-        insertAction(separator_, action);
+        insertAction(more_, action);
     }
 }
 
@@ -86,6 +96,7 @@ void FilterMenu::changeEvent(QEvent* event)
 void FilterMenu::retranslate()
 {
     setTitle(tr("Fi&lters"));
+    more_->setText(tr("More &Filters"));
     edit_->setText(tr("&Edit Filters..."));
     merge_->setText(tr("&Merge Filters from a File..."));
 }

@@ -26,7 +26,7 @@ private:
     void retranslate();
 };
 
-/// The filters in a menu, and what can be done with them.
+/// The filters in a menu, as many as have a key of their own, and what can be done with them.
 class FilterMenu : public QMenu
 {
     Q_OBJECT
@@ -39,6 +39,8 @@ public:
 Q_SIGNALS:
     /// An entry of FilterState is to be put in force.
     void chosen(int entry);
+    /// The others are to be offered.
+    void moreAsked();
     void editAsked();
     void mergeAsked();
 
@@ -49,6 +51,7 @@ private:
     void retranslate();
 
     QActionGroup* const entries_;
+    QAction* const more_;
     QAction* const separator_;
     QAction* const edit_;
     QAction* const merge_;

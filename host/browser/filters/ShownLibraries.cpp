@@ -58,21 +58,31 @@ void ShownLibraries::connectFilters()
 {
     connect(box_, QOverload<int>::of(&QComboBox::activated), &filters_, &FilterStore::setCurrentEntry);
     connect(menu_, &FilterMenu::chosen, &filters_, &FilterStore::setCurrentEntry);
+    connect(menu_, &FilterMenu::moreAsked, this, [this] {
+        box_->setFocus();
+        box_->showPopup();
+    });
     connect(menu_, &FilterMenu::editAsked, this, &ShownLibraries::editFilters);
     connect(menu_, &FilterMenu::mergeAsked, this, &ShownLibraries::askForFilterFile);
-    connect(&filters_, &FilterStore::changed, this, &ShownLibraries::apply);
+    connect(&filters_, &FilterStore::changed, this, [this] {
+        showFilters();
+        apply();
+    });
     connect(&filters_, &FilterStore::merged, this, &ShownLibraries::tellMerge);
     connect(&filters_, &FilterStore::failed, this, [this](const QString& reason) {
-        box_->setState(filters_.state());
-        menu_->setState(filters_.state());
+        showFilters();
         Q_EMIT told(tr("The filters are as they were: %1").arg(reason));
     });
 }
 
-void ShownLibraries::apply()
+void ShownLibraries::showFilters()
 {
     box_->setState(filters_.state());
     menu_->setState(filters_.state());
+}
+
+void ShownLibraries::apply()
+{
     model_.setShown(shownBy(filters_.state().inForce(), kinds_->hidden()));
     Q_EMIT changed();
     explain();

@@ -28,7 +28,7 @@ public:
     FilterBox* filterBox() const { return box_; }
     FilterMenu* filterMenu() const { return menu_; }
     KindMenu* kindMenu() const { return kinds_; }
-    /// In place of the tree when all() libraries are hidden.
+    /// In place of the tree when hidesAll().
     HiddenNote* page() const { return page_; }
     /// Above the results of a search, shown when it should be.
     HiddenNote* strip() const { return strip_; }
@@ -51,6 +51,7 @@ Q_SIGNALS:
 
 private:
     void connectFilters();
+    void showFilters();
     void apply();
     void tellMerge(const FilterMerge& merge);
     void explain();

@@ -8,11 +8,13 @@
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkLibrary/LibraryFilterManager.h>
 
+#include <QAbstractItemView>
 #include <QAction>
 #include <QComboBox>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QTest>
@@ -71,6 +73,7 @@ TEST_F(FilterPane, OffersTheFilters)
     EXPECT_EQ(text(action("filterAction1")->text()), "&1  Rooms && more");
     EXPECT_TRUE(action("filterAction2")->isChecked());
     EXPECT_FALSE(action("filterAction1")->isChecked());
+    EXPECT_FALSE(action("moreFiltersAction")->isVisible());
     EXPECT_EQ(shown(), QStringList(QStringLiteral("Garden")));
 }
 
@@ -111,6 +114,26 @@ TEST_F(FilterPane, IsChosenInTheMenuByKeys)
     EXPECT_EQ(box()->currentIndex(), 1);
     EXPECT_EQ(shown(), QStringList(QStringLiteral("Garden")));
     EXPECT_THAT(savedFilters(), HasSubstr(R"("Current_Filter":1)"));
+}
+
+TEST_F(FilterPane, OffersInTheBoxWhatTheMenuHasNoKeyFor)
+{
+    for (int i = 0; i < 40; ++i)
+        haveFilter("Filter " + std::to_string(i), {"Garden"});
+    open();
+    auto* const menu = find<QMenu>("filterMenu");
+    for (const QAction* const entry : menu->actions())
+        EXPECT_TRUE(entry->isSeparator() || entry->text().contains(u'&')) << text(entry->text());
+    EXPECT_EQ(window().findChild<QAction*>(QStringLiteral("filterAction39")), nullptr);
+    EXPECT_EQ(box()->count(), 41);
+    ASSERT_TRUE(action("moreFiltersAction")->isVisible());
+    action("moreFiltersAction")->trigger();
+    EXPECT_TRUE(box()->view()->isVisible());
+    QTest::keyClick(box()->view(), Qt::Key_End);
+    QTest::keyClick(box()->view(), Qt::Key_Return);
+    settle();
+    EXPECT_EQ(text(box()->currentText()), "Filter 39");
+    EXPECT_THAT(savedFilters(), HasSubstr(R"("Current_Filter":40)"));
 }
 
 TEST_F(FilterPane, IsChosenWithTheMouse)

@@ -5,6 +5,7 @@
 #include <QDesktopServices>
 #include <QPixmap>
 #include <QTest>
+#include <QTreeView>
 #include <QUrl>
 
 #ifndef _WIN32
