@@ -1,6 +1,8 @@
 #include "host/browser/BrowserWindow.h"
 
 #include "host/browser/DetailPane.h"
+#include "host/browser/StoredPreferences.h"
+#include "host/browser/WindowState.h"
 #include "host/browser/filters/FilterMenu.h"
 #include "host/browser/filters/HiddenNote.h"
 #include "host/browser/filters/KindMenu.h"
@@ -53,6 +55,8 @@ BrowserWindow::BrowserWindow(BrowserOptions options, QWidget* parent)
     buildMakers();
     connectLoader();
     connectShown();
+    state_ = std::make_unique<WindowState>(*this, settingsFile());
+    state_->restoreWindow();
     showPage();
 }
 
@@ -130,16 +134,16 @@ void BrowserWindow::buildLayout()
 {
     details_ = new DetailPane(thumbnails_);
     connect(details_, &DetailPane::chosen, this, &BrowserWindow::choosePlace);
-    auto* const columns = new QSplitter(Qt::Horizontal);
-    columns->setObjectName(QStringLiteral("columnSplitter"));
-    columns->addWidget(leftSide());
-    columns->addWidget(details_);
-    columns->setStretchFactor(0, 1);
-    columns->setSizes({640, 360});
-    columns->setChildrenCollapsible(false);
+    columns_ = new QSplitter(Qt::Horizontal);
+    columns_->setObjectName(QStringLiteral("columnSplitter"));
+    columns_->addWidget(leftSide());
+    columns_->addWidget(details_);
+    columns_->setStretchFactor(0, 1);
+    columns_->setSizes({640, 360});
+    columns_->setChildrenCollapsible(false);
     mainSplitter_ = new QSplitter(Qt::Vertical);
     mainSplitter_->setObjectName(QStringLiteral("libMainSplitter"));
-    mainSplitter_->addWidget(columns);
+    mainSplitter_->addWidget(columns_);
     setCentralWidget(mainSplitter_);
     statusBar()->setObjectName(QStringLiteral("statusBar"));
 }
@@ -230,6 +234,8 @@ void BrowserWindow::takeLibrary(const BrowsedLibrary& library)
     BrowsedLibrary replaced = known != nullptr ? *known : BrowsedLibrary();
     model_.setLibrary(library);
     state.restore();
+    if (library.order != nullptr)
+        state_->restoreLibrary(library.path);
     if (isHitShown)
         showPlace(model_.itemNamed(library.path, hit));
     librariesChanged();
@@ -314,6 +320,12 @@ void BrowserWindow::choosePlace()
     Library::Chooser::get().setData(Library::TreeItemData(static_cast<long long>(shownPlace_->index), library->path,
                                                           StringConvert::toUnicodeFromUtf8(name)));
     showMessage(tr("Chosen: %1").arg(qtText(name)));
+}
+
+void BrowserWindow::closeEvent(QCloseEvent* event)
+{
+    state_->save();
+    QMainWindow::closeEvent(event);
 }
 
 void BrowserWindow::showMessage(const QString& text)

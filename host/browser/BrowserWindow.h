@@ -9,6 +9,7 @@
 #include <QMainWindow>
 #include <QString>
 
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -26,6 +27,7 @@ class MakerPane;
 class LibraryJobs;
 class SearchPane;
 class ShownLibraries;
+class WindowState;
 
 /// The library browser: the libraries as a tree or, while something is typed, what the search finds; and what
 /// is selected beside it.
@@ -43,6 +45,7 @@ public:
     LibraryTreeModel& model() { return model_; }
     QTreeView* tree() const { return tree_; }
     SearchPane* searchPane() const { return search_; }
+    QSplitter* columns() const { return columns_; }
     ShownLibraries* shownLibraries() const { return shown_; }
     MakerStore& makers() { return makers_; }
     LibraryJobs& jobs() const { return *jobs_; }
@@ -54,6 +57,9 @@ public:
 Q_SIGNALS:
     /// All libraries that were asked for are in the tree.
     void librariesRead();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
 
 private:
     void buildTree();
@@ -88,7 +94,9 @@ private:
     DetailPane* details_ = nullptr;
     MakerPane* maker_ = nullptr;
     ShownLibraries* shown_ = nullptr;
+    QSplitter* columns_ = nullptr;
     QSplitter* mainSplitter_ = nullptr;
+    std::unique_ptr<WindowState> state_;
     LibraryJobs* jobs_ = nullptr;
     std::optional<fileString> imported_;  // to be shown when it is read
 };
