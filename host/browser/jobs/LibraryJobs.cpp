@@ -184,7 +184,7 @@ void LibraryJobs::askToReplace(std::vector<ImportSource> sources, const QStringL
 void LibraryJobs::buildPanel()
 {
     panel_ = LibraryProgressPanel::create(&window_);
-    auto* const button = new QPushButton(tr("Cancel"));
+    auto* const button = new QPushButton(tr("Ca&ncel"));
     button->setObjectName(QStringLiteral("cancelButton"));
     button->setAccessibleName(tr("Cancel what is running"));
     button->setToolTip(cancel_->toolTip());
@@ -209,7 +209,7 @@ void LibraryJobs::end(const JobOutcome& outcome)
     window_.statusBar()->showMessage(outcome.message);
     errorLog_->setVisible(outcome.hasLogged);
     Q_EMIT runningChanged(false);
-    if (closing_)
+    if (std::exchange(closing_, false))
         window_.close();
     else if (!outcome.problems.isEmpty())
         showProblems(outcome.problems);

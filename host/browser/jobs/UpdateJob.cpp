@@ -24,9 +24,10 @@ UpdateJob::UpdateJob(std::string service, QObject* parent) : LibraryJob(parent),
 
 UpdateJob::~UpdateJob()
 {
-    cancel();
-    if (updating_.joinable())
+    if (updating_.joinable()) {  // else the cancelling would meet the next job
+        cancel();
         updating_.join();
+    }
     installing_.waitForDone();
 }
 

@@ -191,12 +191,12 @@ QVariant LibraryTreeModel::data(const QModelIndex& index, int role) const
     if (found == nullptr)
         return {};
     if (data->isItem())
-        return itemData(*found, placeOf(*data).index, role);
+        return dataOfItem(*found, placeOf(*data).index, role);
     const bool isCategory = !index.parent().isValid();
     return isCategory && role != Qt::DecorationRole ? qtText(found->catalog->name) : QVariant();
 }
 
-QVariant LibraryTreeModel::itemData(const BrowsedLibrary& library, std::size_t index, int role) const
+QVariant LibraryTreeModel::dataOfItem(const BrowsedLibrary& library, std::size_t index, int role) const
 {
     if (index >= library.catalog->items.size() || role == LibraryDelegate::QuietTextRole)
         return {};

@@ -80,7 +80,7 @@ private:
     };
 
     Library::TreeData* node(const QModelIndex& index) const;
-    QVariant itemData(const BrowsedLibrary& library, std::size_t index, int role) const;
+    QVariant dataOfItem(const BrowsedLibrary& library, std::size_t index, int role) const;
     std::optional<Below> below(const QModelIndex& index) const;
     void addCategories(const BrowsedLibrary& library);
     void removeCategories(const fileString& path);

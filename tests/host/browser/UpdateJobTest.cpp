@@ -1,21 +1,21 @@
 #include "BrowserTest.h"
 #include "OpenedUrls.h"
 
+#include "host/browser/SearchPane.h"
 #include "host/service/SiteService.h"
 #include "support/ScriptedServer.h"
 
-#include <VelkCommon/Files/FileUtils.h>
-#include <VelkCommon/Files/SHA1.h>
 #include <VelkLibrary/ErrorLog.h>
 #include <VelkLibrary/UI/LibraryProgressPanel.h>
 
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QScrollBar>
 #include <QTest>
 #include <QToolButton>
 #include <QTreeView>
+
+#include <algorithm>
 
 using test::furnitureCatalog;
 using test::Reply;
@@ -85,6 +85,22 @@ TEST_F(UpdateJob, ReplacesAnOpenLibraryAndKeepsItsPlaceInTheTree)
     EXPECT_FALSE(tree().isExpanded(folderIndex(furniture, {chairs[0], QStringLiteral("Tables")})));
     EXPECT_EQ(tree().indexAt(QPoint(0, 0)).data(), QStringLiteral("Armchair 135"));
     EXPECT_FALSE(named<QToolButton>("errorLogButton")->isVisible());
+}
+
+TEST_F(UpdateJob, KeepsTheHitThatIsLookedAt)
+{
+    install(furnitureCatalog("Chair "));
+    VelkHost::Catalog changed = furnitureCatalog("Armchair ");
+    std::reverse(changed.items.begin(), changed.items.end());
+    publish(changed);
+    openWindowWithService();
+    named<QLineEdit>("searchBox")->setText(QStringLiteral("140"));
+    VelkHost::SearchResultModel& hits = window().searchPane()->model();
+    test::waitUntil([&] { return hits.outcome() != nullptr; });
+    window().searchPane()->view()->setCurrentIndex(hits.index(0, 0, hits.index(0, 0)));
+    EXPECT_EQ(named<QLabel>("detailName")->text(), QStringLiteral("Chair 140"));
+    update();
+    EXPECT_EQ(named<QLabel>("detailName")->text(), QStringLiteral("Armchair 140"));
 }
 
 TEST_F(UpdateJob, BringsTheFirstLibrary)
