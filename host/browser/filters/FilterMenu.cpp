@@ -5,18 +5,21 @@
 #include <QListView>
 
 #include <algorithm>
+#include <cstddef>
+#include <string_view>
 
 namespace VelkHost {
 namespace {
 
 constexpr int boxCharacters = 14;
 
-constexpr QLatin1String entryKeys("0123456789abcdghijklnopqrstuvwxyz");  // three letters are taken
+constexpr std::string_view entryKeys = "0123456789abcdghijklnopqrstuvwxyz";  // three letters are taken
 
 /// The entry's text with the key that chooses it.
 QString withKey(int entry, QString text)
 {
-    return u'&' + QString(entryKeys.at(entry)) + QStringLiteral("  ") + text.replace(u'&', QStringLiteral("&&"));
+    return u'&' + QString(QLatin1Char(entryKeys[static_cast<std::size_t>(entry)])) + QStringLiteral("  ") +
+           text.replace(u'&', QStringLiteral("&&"));
 }
 
 }  // namespace
@@ -74,7 +77,7 @@ void FilterMenu::setState(const FilterState& state)
 {
     for (QAction* const action : entries_->actions())
         delete action;
-    const int shown = std::min(state.entries.size(), entryKeys.size());
+    const int shown = std::min(state.entries.size(), static_cast<int>(entryKeys.size()));
     more_->setVisible(shown < state.entries.size());
     for (int entry = 0; entry < shown; ++entry) {
         auto* const action = new QAction(withKey(entry, state.entries[entry]), entries_);
