@@ -1,7 +1,7 @@
 #include "BrowserTest.h"
 #include "OpenedUrls.h"
 
-#include "host/browser/SearchPane.h"
+#include "host/browser/search/SearchPane.h"
 #include "host/service/SiteService.h"
 #include "support/ScriptedServer.h"
 
