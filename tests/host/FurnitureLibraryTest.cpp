@@ -234,7 +234,9 @@ TEST_F(FurnitureLibrary, NamesItsMakers)
     EXPECT_EQ(makers[2].name, "www.example.org");
     EXPECT_EQ(makers[2].url, "https://www.example.org");
     EXPECT_EQ(makers[2].items, 0U);
-    EXPECT_TRUE(VelkHost::readFurnitureMakers(library()).empty());
+    const fileString nobodys = folder() / U"nobodys.sh3f";
+    test::writeZip(nobodys, {{"PluginFurnitureCatalog.properties", "name#1=A\n"}});
+    EXPECT_TRUE(VelkHost::readFurnitureMakers(nobodys).empty());
 }
 
 }  // namespace
