@@ -45,6 +45,7 @@ BrowserTest::~BrowserTest() = default;
 
 void BrowserTest::openWindow()
 {
+    readings_ = 0;
     window_ = std::make_unique<VelkHost::BrowserWindow>();
     QObject::connect(window_.get(), &VelkHost::BrowserWindow::librariesRead, window_.get(), [this] { ++readings_; });
     window_->resize(800, 400);
