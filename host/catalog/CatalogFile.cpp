@@ -79,7 +79,8 @@ public:
     {
         readLibrary();
         readFolders();
-        readItems();
+        if (content_ != CatalogContent::Outline)
+            readItems();
         if (content_ == CatalogContent::Everything) {
             readThumbnails();
             readFiles();

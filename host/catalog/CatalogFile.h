@@ -8,6 +8,7 @@ namespace VelkHost {
 
 /// How much of a catalog to read.
 enum class CatalogContent {
+    Outline,    ///< the library's name and folders, without items
     Names,      ///< what a search needs: without thumbnails and files
     Everything  ///< all of it
 };

@@ -154,7 +154,7 @@ private:
             item.uniqueId = header().id + suffix;
         item.folder = builder.folder({std::string(text("category" + suffix))});
         item.name = text("name" + suffix);
-        item.keywords = joinKeywords({text("tags" + suffix), text("description" + suffix)});
+        item.keywords = joinKeywords({text("tags" + suffix), text("description" + suffix), text("creator" + suffix)});
         item.thumbnail = thumbnail(entryName(text("icon" + suffix)));
         addFiles(item, entryName(text("model" + suffix)));
         builder.add(std::move(item));

@@ -1,7 +1,7 @@
 #include "host/command/CancellableWork.h"
 
 #include "host/catalog/CatalogError.h"
-#include "host/command/ExitCode.h"
+#include "host/support/ExitCode.h"
 #include "host/support/Output.h"
 #include "host/support/ShownProgress.h"
 

@@ -1,9 +1,9 @@
 #include "host/catalog/CatalogError.h"
 #include "host/command/CatalogBuild.h"
 #include "host/command/CommandLine.h"
-#include "host/command/ExitCode.h"
 #include "host/command/PackCommand.h"
 #include "host/support/DisplayText.h"
+#include "host/support/ExitCode.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,6 +1,6 @@
 #include "host/command/CommandLine.h"
 
-#include "host/command/ExitCode.h"
+#include "host/support/ExitCode.h"
 
 #include <CLI/CLI.hpp>
 

@@ -2,8 +2,8 @@
 
 #include "host/command/CommandLine.h"
 #include "host/command/CommonOptions.h"
-#include "host/command/DataError.h"
-#include "host/command/ExitCode.h"
+#include "host/library/DataError.h"
+#include "host/support/ExitCode.h"
 
 #include <CLI/CLI.hpp>
 

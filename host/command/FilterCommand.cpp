@@ -2,7 +2,7 @@
 #include "host/command/CommandLine.h"
 #include "host/command/DataCommand.h"
 #include "host/command/FilterReport.h"
-#include "host/command/Filters.h"
+#include "host/library/Filters.h"
 #include "host/support/DisplayText.h"
 #include "host/support/TextTable.h"
 
@@ -54,7 +54,7 @@ std::vector<std::string> libraryIds(const FilterArguments& arguments)
     if (!libraries.broken.empty())
         throw CatalogError(libraries.broken.front().path, libraries.broken.front().reason);
     for (const LoadedLibrary& library : libraries.loaded)
-        ids.push_back(library.catalog.id);
+        ids.push_back(library.catalog->id);
     return ids;
 }
 
@@ -139,6 +139,12 @@ void requireLibraries(const FilterArguments& arguments)
         throw CLI::RequiredError("--library or --id (what the filter is to show)");
 }
 
+void requireOneCurrent(const FilterArguments& arguments)
+{
+    if (arguments.none && !arguments.name.empty())
+        throw CLI::ExcludesError("--none", "NAME");
+}
+
 void addLibraryOptions(CLI::App& command, FilterArguments& arguments)
 {
     command.add_option("-l,--library", arguments.libraries, "A .calib file, or a folder of them; may be repeated")
@@ -181,9 +187,10 @@ void addFilterCommand(CLI::App& app, Output& output, Action& action)
     addNameOption(removes.command, removes.arguments, "The filter").required();
     addLibraryOptions(removes.command, removes.arguments);
 
-    const auto currents = commands.add("current", "Show the current filter, or put one in force", showCurrent);
-    CLI::Option& name = addNameOption(currents.command, currents.arguments, "The filter to put in force");
-    currents.command.add_flag("--none", currents.arguments.none, "No filter is to be in force")->excludes(&name);
+    const auto currents =
+        commands.add("current", "Show the current filter, or put one in force", showCurrent, requireOneCurrent);
+    addNameOption(currents.command, currents.arguments, "The filter to put in force");
+    currents.command.add_flag("--none", currents.arguments.none, "No filter is to be in force");
     addFormatOption(currents.command, currents.arguments.format);
 
     const auto merges = commands.add("merge", "Add the filters of another filter file", mergeFile);

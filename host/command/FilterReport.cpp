@@ -41,7 +41,7 @@ QJsonObject filterObject(const LibraryFilter& filter, long current)
 const LoadedLibrary* libraryWithId(const LibrarySet& installed, const std::string& id)
 {
     const auto found = std::find_if(installed.loaded.begin(), installed.loaded.end(),
-                                    [&](const LoadedLibrary& library) { return library.catalog.id == id; });
+                                    [&](const LoadedLibrary& library) { return library.catalog->id == id; });
     return found == installed.loaded.end() ? nullptr : &*found;
 }
 
@@ -72,8 +72,8 @@ std::string filteredLibraryTable(const LibraryFilter& filter, const LibrarySet& 
     TextTable table({{"Library", false, true}, {"Name", false, true}, {"Type", false, false}});
     for (const std::string& id : filter.getDatabaseIds()) {
         const LoadedLibrary* const library = libraryWithId(installed, id);
-        table.add(std::vector<std::string>{id, library != nullptr ? library->catalog.name : "(not installed)",
-                                           library != nullptr ? std::string(kindName(library->catalog.kind)) : ""});
+        table.add(std::vector<std::string>{id, library != nullptr ? library->catalog->name : "(not installed)",
+                                           library != nullptr ? std::string(kindName(library->catalog->kind)) : ""});
     }
     const std::string lines = table.text(columns, false);
     return lines.empty() ? "The filter names no library, so nothing passes it.\n" : lines;
@@ -86,8 +86,8 @@ std::string filteredLibraryJson(const LibraryFilter& filter, const LibrarySet& i
         QJsonObject object{{QStringLiteral("id"), qtText(id)}, {QStringLiteral("installed"), false}};
         if (const LoadedLibrary* const library = libraryWithId(installed, id)) {
             object[QStringLiteral("installed")] = true;
-            object.insert(QStringLiteral("name"), qtText(library->catalog.name));
-            object.insert(QStringLiteral("type"), qtText(kindName(library->catalog.kind)));
+            object.insert(QStringLiteral("name"), qtText(library->catalog->name));
+            object.insert(QStringLiteral("type"), qtText(kindName(library->catalog->kind)));
             object.insert(QStringLiteral("path"), qtText(library->path.utf8()));
         }
         libraries.append(object);

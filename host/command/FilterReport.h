@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/command/Filters.h"
-#include "host/command/LibrarySearch.h"
+#include "host/library/Filters.h"
+#include "host/library/LibrarySearch.h"
 
 #include <cstddef>
 #include <string>

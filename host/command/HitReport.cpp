@@ -1,5 +1,6 @@
 #include "host/command/HitReport.h"
 
+#include "host/library/SearchText.h"
 #include "host/support/DisplayText.h"
 #include "host/support/JsonText.h"
 #include "host/support/TextTable.h"
@@ -20,18 +21,9 @@ std::string number(double value, int decimals)
     return formatWithThousandsSeparatorPrecision(value, decimals);
 }
 
-std::vector<std::u32string> lowerTerms(const Library::Search::Info& info)
-{
-    std::vector<std::u32string> terms;
-    for (const Library::Search::ORGroup& group : info.parseTree.groups)
-        for (const std::u32string& term : group.terms)
-            terms.push_back(StringUtils::toLower(term));
-    return terms;
-}
-
 std::string wherePath(const LibrarySet& libraries, const Hit& hit)
 {
-    std::string where = libraries.loaded[hit.library].catalog.name;
+    std::string where = libraries.loaded[hit.library].catalog->name;
     for (const std::string& name : hitPath(libraries, hit))
         where.append(pathSeparator).append(name);
     return where;
@@ -40,7 +32,7 @@ std::string wherePath(const LibrarySet& libraries, const Hit& hit)
 TextTable::Row hitRow(const LibrarySet& libraries, const Hit& hit, std::size_t rank,
                       const std::vector<std::u32string>& terms)
 {
-    const Catalog& catalog = libraries.loaded[hit.library].catalog;
+    const Catalog& catalog = *libraries.loaded[hit.library].catalog;
     const std::string keywords = hit.isFolder ? std::string() : catalog.items[hit.index].keywords;
     return {plain(std::to_string(rank)), plain(matchName(hit.priority)), highlighted(hitName(libraries, hit), terms),
             plain(wherePath(libraries, hit)), highlighted(keywords, terms)};
@@ -71,11 +63,11 @@ QJsonObject hitObject(const LibrarySet& libraries, const Hit& hit)
                        {QStringLiteral("match"), qtText(matchName(hit.priority))},
                        {QStringLiteral("kind"), hit.isFolder ? QStringLiteral("folder") : QStringLiteral("item")},
                        {QStringLiteral("name"), qtText(hitName(libraries, hit))},
-                       {QStringLiteral("library"), qtText(library.catalog.name)},
+                       {QStringLiteral("library"), qtText(library.catalog->name)},
                        {QStringLiteral("path"), path}};
     if (!hit.isFolder) {
-        object.insert(QStringLiteral("id"), qtText(library.catalog.items[hit.index].uniqueId));
-        object.insert(QStringLiteral("keywords"), qtText(library.catalog.items[hit.index].keywords));
+        object.insert(QStringLiteral("id"), qtText(library.catalog->items[hit.index].uniqueId));
+        object.insert(QStringLiteral("keywords"), qtText(library.catalog->items[hit.index].keywords));
     }
     return object;
 }
@@ -85,21 +77,13 @@ QJsonArray libraryArray(const LibrarySet& libraries)
     QJsonArray array;
     for (const LoadedLibrary& library : libraries.loaded)
         array.append(QJsonObject{{QStringLiteral("path"), qtText(library.path.utf8())},
-                                 {QStringLiteral("id"), qtText(library.catalog.id)},
-                                 {QStringLiteral("name"), qtText(library.catalog.name)},
-                                 {QStringLiteral("type"), qtText(kindName(library.catalog.kind))}});
+                                 {QStringLiteral("id"), qtText(library.catalog->id)},
+                                 {QStringLiteral("name"), qtText(library.catalog->name)},
+                                 {QStringLiteral("type"), qtText(kindName(library.catalog->kind))}});
     for (const BrokenLibrary& library : libraries.broken)
         array.append(QJsonObject{{QStringLiteral("path"), qtText(library.path.utf8())},
                                  {QStringLiteral("error"), qtText(library.reason)}});
     return array;
-}
-
-std::string quotedTerms(const std::vector<std::u32string>& terms)
-{
-    std::string text;
-    for (const std::u32string& term : terms)
-        text += (text.empty() ? "\"" : ", \"") + printableUtf8(StringConvert::toStdUtf8String(term)) + "\"";
-    return text;
 }
 
 QJsonArray termArray(const std::vector<std::u32string>& terms)
@@ -111,15 +95,6 @@ QJsonArray termArray(const std::vector<std::u32string>& terms)
 }
 
 }  // namespace
-
-std::string matchName(SearchPriority priority)
-{
-    if (priority == Invalid)
-        return "Id";
-    // The library has no text for this one priority.
-    return priority == ItemWordBeginsWithSequence ? "ItemWordBeginsWithSequence"
-                                                  : SearchPriorityUtils::to_string(priority);
-}
 
 std::string hitTable(const LibrarySet& libraries, const SearchResult& result, const Library::Search::Info& info,
                      const ReportStyle& style)
@@ -158,26 +133,6 @@ std::string hitJson(const LibrarySet& libraries, const SearchResult& result, con
     if (!request.filter.empty())
         object.insert(QStringLiteral("filter"), qtText(request.filter));
     return jsonText(object);
-}
-
-std::string explainText(const Library::Search::Info& info)
-{
-    const std::vector<Library::Search::ORGroup>& groups = info.parseTree.groups;
-    if (groups.empty())
-        return "Nothing to search for: there is no term that an entry must have.\n";
-    std::string text = groups.size() == 1 ? "An entry is found when it has what this asks for:\n"
-                                          : "An entry is found when it has what one of these " +
-                                                std::to_string(groups.size()) + " alternatives asks for:\n";
-    for (std::size_t i = 0; i < groups.size(); ++i) {
-        const std::string ordinal = std::to_string(i + 1);
-        text.append("\n").append(ordinal).append(". all of:  ").append(quotedTerms(groups[i].terms)).append("\n");
-        if (!groups[i].excludedTerms.empty())
-            text.append(ordinal.size() + 2, ' ')
-                .append("none of: ")
-                .append(quotedTerms(groups[i].excludedTerms))
-                .append("\n");
-    }
-    return text;
 }
 
 std::string explainJson(const Library::Search::Info& info)

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "host/command/LibrarySearch.h"
+#include "host/library/LibrarySearch.h"
 
 #include <string>
+#include <vector>
 
 namespace VelkHost {
 
@@ -14,9 +15,6 @@ struct ReportStyle
     bool styles = false;      ///< matched words in bold
 };
 
-/// What kind of match a priority stands for, such as "ItemContainsWord"; "Id" for an entry found by its id.
-std::string matchName(SearchPriority priority);
-
 /// The hits as a table with aligned columns, and a line with the figures. UTF-8, safe for terminals.
 std::string hitTable(const LibrarySet& libraries, const SearchResult& result, const Library::Search::Info& info,
                      const ReportStyle& style);
@@ -25,9 +23,7 @@ std::string hitTable(const LibrarySet& libraries, const SearchResult& result, co
 std::string hitJson(const LibrarySet& libraries, const SearchResult& result, const SearchRequest& request,
                     std::size_t limit);
 
-/// The parsed search for people: its alternatives with terms and excluded terms.
-std::string explainText(const Library::Search::Info& info);
-/// The same as one JSON object.
+/// The parsed search, see explainText(), as one JSON object.
 std::string explainJson(const Library::Search::Info& info);
 
 }  // namespace VelkHost

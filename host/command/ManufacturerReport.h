@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/command/ManufacturerRefresh.h"
-#include "host/command/Manufacturers.h"
+#include "host/library/ManufacturerRefresh.h"
+#include "host/library/Manufacturers.h"
 
 #include <cstddef>
 #include <string>

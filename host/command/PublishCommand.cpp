@@ -1,10 +1,10 @@
 #include "host/catalog/CatalogError.h"
 #include "host/command/CommandLine.h"
-#include "host/command/ExitCode.h"
 #include "host/command/PublishReportText.h"
 #include "host/service/NginxConfiguration.h"
 #include "host/service/Publisher.h"
 #include "host/support/DisplayText.h"
+#include "host/support/ExitCode.h"
 
 #include <CLI/CLI.hpp>
 

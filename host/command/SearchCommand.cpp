@@ -2,11 +2,12 @@
 
 #include "host/command/CommandLine.h"
 #include "host/command/CommonOptions.h"
-#include "host/command/DataError.h"
-#include "host/command/ExitCode.h"
-#include "host/command/Filters.h"
 #include "host/command/HitReport.h"
+#include "host/library/DataError.h"
+#include "host/library/Filters.h"
+#include "host/library/SearchText.h"
 #include "host/support/DisplayText.h"
+#include "host/support/ExitCode.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/command/LibrarySearch.h"
+#include "host/library/LibrarySearch.h"
 #include "host/support/Output.h"
 
 #include <string>

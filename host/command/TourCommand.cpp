@@ -1,12 +1,12 @@
 #include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFolder.h"
 #include "host/command/CommandLine.h"
-#include "host/command/ExitCode.h"
 #include "host/command/PublishReportText.h"
 #include "host/command/TourContent.h"
 #include "host/command/TourFolder.h"
 #include "host/service/SiteService.h"
 #include "host/support/DisplayText.h"
+#include "host/support/ExitCode.h"
 #include "host/support/System.h"
 
 #include <VelkCommon/Archive/ZipUtils.h>
@@ -26,7 +26,8 @@ constexpr const char* tourExamples = R"(Examples:
   velk tour /usr/share/sweethome3d/furniture -o tour
 
 WORKDIR gets what a publisher, a service and an installation have: content and
-publisher, site, and home. They are made anew each time.)";
+publisher, site, and home; and as "earlier" the installation as it was before its
+update, for trying the update in a window. They are made anew each time.)";
 
 constexpr const char* doorsOrWindows = "(door OR window) -garage";
 constexpr const char* germanWords = "T\u00FCr OR Fenster OR Lampe";
@@ -148,6 +149,7 @@ private:
                           std::to_string(ZipUtils::getSizeOfArchive(archive)) + " files, " +
                           byteText(static_cast<std::uint64_t>(FileUtils::fileSize(archive))) + "\n");
         updateManufacturers();
+        copyFolder(folder_ / U"home", folder_ / U"earlier");
     }
 
     void search(std::vector<std::string> arguments, const char* limit)

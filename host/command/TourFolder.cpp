@@ -23,7 +23,7 @@ fileString freshTourFolder(const fileString& folder)
 {
     makeFolder(folder);
     const fileString mark = folder / U"made-by-velk-tour.txt";
-    for (const char32_t* name : {U"content", U"publisher", U"site", U"home"}) {
+    for (const char32_t* name : {U"content", U"publisher", U"site", U"home", U"earlier"}) {
         const fileString part = folder / fileString(std::u32string(name));
         if (!part.pathExists())
             continue;
@@ -33,10 +33,22 @@ fileString freshTourFolder(const fileString& folder)
             throw CatalogError(part, "cannot be removed");
     }
     ReplacementFile file(mark);
-    if (!file.write("\"velk tour\" makes the folders content, publisher, site and home here anew each time.\n") ||
+    if (!file.write(
+            "\"velk tour\" makes the folders content, publisher, site, home and earlier here anew each time.\n") ||
         !file.commit())
         throw CatalogError(mark, "cannot be written");
     return folder;
+}
+
+void copyFolder(const fileString& from, const fileString& to)
+{
+    makeFolder(to);
+    for (const FolderEntry& entry : folderEntries(from)) {
+        if (entry.isFolder)
+            copyFolder(from / entry.name, to / entry.name);
+        else if (!FileUtils::copyFile(from / entry.name, to / entry.name, false))
+            throw CatalogError(to / entry.name, "cannot be written");
+    }
 }
 
 }  // namespace VelkHost

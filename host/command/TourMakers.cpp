@@ -3,7 +3,7 @@
 #include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFolder.h"
 #include "host/catalog/SampleLibrary.h"
-#include "host/command/Manufacturers.h"
+#include "host/library/Manufacturers.h"
 #include "host/service/WholeFile.h"
 #include "host/support/InstallHost.h"
 #include "host/support/TextTable.h"

@@ -1,15 +1,14 @@
 #include "host/catalog/CatalogError.h"
-#include "host/catalog/CatalogFolder.h"
 #include "host/command/CommandLine.h"
 #include "host/command/CommonOptions.h"
-#include "host/command/ExitCode.h"
 #include "host/command/UpdateReceiver.h"
+#include "host/service/CatalogUpdate.h"
 #include "host/support/DisplayText.h"
+#include "host/support/ExitCode.h"
 #include "host/support/InstallHost.h"
 #include "host/support/JsonText.h"
 #include "host/support/System.h"
 
-#include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/HostServices.h>
 #include <VelkCommon/Network/Curl.h>
 #include <VelkCommon/Text/StringConvert.h>
@@ -25,6 +24,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <chrono>
 #include <memory>
 #include <set>
@@ -56,8 +56,8 @@ struct UpdateArguments
     std::string kinds = "core,bonus,manufacturer";
     std::vector<std::string> bonus;
     std::vector<std::string> manufacturer;
-    std::string product = "velk";
-    std::string version = "1";
+    std::string product = updateProduct;
+    std::string version = updateVersion;
     std::string edition;
     std::string home;
     std::string format = "text";
@@ -97,18 +97,10 @@ std::set<std::string> kindsOf(const std::string& list)
     return kinds;
 }
 
-/// The installed catalogs of a folder, which is made when missing, and those to add to it.
-std::set<fileString> catalogsIn(const fileString& folder, const std::vector<std::string>& added)
+std::vector<std::string> namesFromParser(std::vector<std::string> names)
 {
-    const fileString extension(std::string(".calib"));
-    makeFolder(folder);
-    const auto files = filesInFolder(folder, extension);
-    std::set<fileString> catalogs(files.begin(), files.end());
-    for (const std::string& argument : added) {
-        const fileString name(fromParser(argument));
-        catalogs.insert(folder / (name.extension() == extension ? name : name + extension));
-    }
-    return catalogs;
+    std::transform(names.begin(), names.end(), names.begin(), fromParser);
+    return names;
 }
 
 /// One update with its installation, from the arguments to the exit code.
@@ -130,15 +122,12 @@ public:
 
     int run()
     {
-        const PathUtils& paths = PathUtils::getObject();
-        makeFolder(paths.getUserDatabasePath());
-        const auto core = catalogsIn(paths.getCoreLibraryDatabasePath(), {});
-        const auto bonus = catalogsIn(paths.getBonusLibraryDatabasePath(), arguments_.bonus);
-        const auto manufacturer = catalogsIn(paths.getManufacturerLibraryPath(), arguments_.manufacturer);
-        LibraryCatalogUpdater updater(receiver_, wants("core") ? core : none_, wants("bonus") ? bonus : none_,
-                                      wants("manufacturer") ? manufacturer : none_, fromParser(arguments_.product),
-                                      fromParser(arguments_.version), fromParser(arguments_.service),
-                                      arguments_.manual);
+        const InstalledCatalogs catalogs =
+            installedCatalogs({namesFromParser(arguments_.bonus), namesFromParser(arguments_.manufacturer)});
+        LibraryCatalogUpdater updater(
+            receiver_, wants("core") ? catalogs.core : none_, wants("bonus") ? catalogs.bonus : none_,
+            wants("manufacturer") ? catalogs.manufacturer : none_, fromParser(arguments_.product),
+            fromParser(arguments_.version), fromParser(arguments_.service), arguments_.manual);
         runBesideEventLoop(updater);
         output_.write(arguments_.format == "json" ? json() : text());
         return static_cast<int>(exitCode());
@@ -162,27 +151,28 @@ private:
         worker.join();
     }
 
+    UpdateOutcome outcome() const { return updateOutcome(receiver_.report(), receiver_.installer()); }
+    bool failed() const { return outcome() == UpdateOutcome::Failed; }
+
     ExitCode exitCode() const
     {
-        if (!receiver_.report())
+        if (outcome() == UpdateOutcome::Cancelled)
             return ExitCode::Cancelled;
         return failed() ? ExitCode::UpdateFailed : ExitCode::Success;
     }
 
-    bool failed() const
-    {
-        using namespace LibraryCatalogUpdate;
-        const std::int32_t outcome = receiver_.report()->outcome;
-        return outcome == ErrorsAutomatic || outcome == ErrorsManual || !receiver_.installer().failures().empty();
-    }
-
     const char* outcomeName() const
     {
-        if (!receiver_.report())
-            return "cancelled";
-        if (failed())
-            return "failed";
-        return receiver_.report()->outcome == LibraryCatalogUpdate::Installed ? "installed" : "up to date";
+        switch (outcome()) {
+            case UpdateOutcome::Cancelled:
+                return "cancelled";
+            case UpdateOutcome::Failed:
+                return "failed";
+            case UpdateOutcome::Installed:
+                return "installed";
+            default:
+                return "up to date";
+        }
     }
 
     /// The stems of what was handed over, referenced files included; UTF-8.

@@ -1,7 +1,7 @@
 #include "Fixtures.h"
 
-#include "host/command/Filters.h"
-#include "host/command/Manufacturers.h"
+#include "host/library/Filters.h"
+#include "host/library/Manufacturers.h"
 #include "host/support/InstallHost.h"
 #include "support/Processes.h"
 

@@ -296,7 +296,7 @@ const FilterUsageCase filterUsageCases[] = {
     {"EmptyName", {"filter", "add", "", "--id", "1"}, "NAME: must not be empty"},
     {"EmptyCurrent", {"filter", "current", ""}, "NAME: must not be empty"},
     {"NoLibrary", {"filter", "add", "A"}, "--library or --id"},
-    {"NameAndNone", {"filter", "current", "A", "--none"}, "NAME excludes --none"},
+    {"NameAndNone", {"filter", "current", "A", "--none"}, "--none excludes NAME"},
     {"NoFile", {"filter", "merge"}, "FILE is required"},
     {"BadFormat", {"filter", "list", "--format", "xml"}, "xml not in {table,json}"},
     {"EmptyFilter", {"search", "a", "--filter", ""}, "--filter: must not be empty"},

@@ -17,7 +17,8 @@ const char* const englishTexts =
     "description=Models for tests\n"
     "name#1=Chair\nid#1=test#chair\ntags#1=Seat, Oak, seat\ndescription#1=Made for a desk\ncategory#1=Living room\n"
     "icon#1=/models/chair.png\nmodel#1=/models/chair/chair.obj\n"
-    "name#10=Lamp\ncategory#10=Lights\nicon#10=/models/none.png\nmodel#10=lamp.obj\n"
+    "name#10=Lamp\ncategory#10=Lights\ntags#10=Oak\ncreator#10=Lamp "
+    "works\nicon#10=/models/none.png\nmodel#10=lamp.obj\n"
     "name#2=B\xFCro\\u2122\\\n   desk\ncategory#2=Living room\nicon#2=/models/photo.jpg\n"
     "name#x=no number\nname#=no number\nname#99999999999=no number\nnameless#3=x\n";
 
@@ -97,7 +98,8 @@ TEST_F(FurnitureLibrary, HasItsItemsInOrderOfNumbers)
                                       "",
                                       "",
                                       {}}));
-    EXPECT_EQ(catalog.items[2], (Item{"Test#Models#10", 1, "Lamp", "", "", {{FileRole::Model, "lamp.obj"}}}));
+    EXPECT_EQ(catalog.items[2],
+              (Item{"Test#Models#10", 1, "Lamp", "Oak, Lamp works", "", {{FileRole::Model, "lamp.obj"}}}));
 }
 
 TEST_F(FurnitureLibrary, MakesACategoryOfEachCategory)
@@ -232,7 +234,9 @@ TEST_F(FurnitureLibrary, NamesItsMakers)
     EXPECT_EQ(makers[2].name, "www.example.org");
     EXPECT_EQ(makers[2].url, "https://www.example.org");
     EXPECT_EQ(makers[2].items, 0U);
-    EXPECT_TRUE(VelkHost::readFurnitureMakers(library()).empty());
+    const fileString nobodys = folder() / U"nobodys.sh3f";
+    test::writeZip(nobodys, {{"PluginFurnitureCatalog.properties", "name#1=A\n"}});
+    EXPECT_TRUE(VelkHost::readFurnitureMakers(nobodys).empty());
 }
 
 }  // namespace

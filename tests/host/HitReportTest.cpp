@@ -1,4 +1,5 @@
 #include "host/command/HitReport.h"
+#include "host/library/SearchText.h"
 
 #include "Fixtures.h"
 
@@ -17,7 +18,7 @@ protected:
     {
         Catalog catalog = test::smallCatalog();
         catalog.name = "Library";
-        libraries_.loaded.push_back({fileString(std::string("a.calib")), catalog});
+        libraries_.loaded.push_back({fileString(std::string("a.calib")), std::make_shared<const Catalog>(catalog)});
     }
 
     std::string table(const std::string& text, const ReportStyle& style = {})
@@ -38,7 +39,12 @@ protected:
         return parsed.object();
     }
 
-    std::string& itemName() { return libraries_.loaded[0].catalog.items[0].name; }
+    void renameItem(const std::string& name)
+    {
+        Catalog changed = *libraries_.loaded[0].catalog;
+        changed.items[0].name = name;
+        libraries_.loaded[0].catalog = std::make_shared<const Catalog>(std::move(changed));
+    }
 
     LibrarySet libraries_;
     SearchRequest request_;
@@ -93,7 +99,7 @@ TEST_F(HitReport, FitsTheTerminal)
 
 TEST_F(HitReport, KeepsColumnsWithStylesAndWideCharacters)
 {
-    itemName() = "\u6905\u5B50 chair";
+    renameItem("\u6905\u5B50 chair");
     const std::string styled = table("chair", {0, 0, true});
     EXPECT_THAT(styled, testing::HasSubstr("  \u6905\u5B50 \x1b[1mchair\x1b[0m    Library \u203A Furniture"));
     EXPECT_THAT(styled, testing::HasSubstr("  Office \x1b[1mchair\x1b[0m  Library \u203A Furniture"));
@@ -102,7 +108,7 @@ TEST_F(HitReport, KeepsColumnsWithStylesAndWideCharacters)
 
 TEST_F(HitReport, LetsNoNameSteerTheTerminal)
 {
-    itemName() = std::string("chair\0\x1B[2J\x07\x9B", 12);
+    renameItem(std::string("chair\0\x1B[2J\x07\x9B", 12));
     EXPECT_THAT(table("chair"), testing::HasSubstr("chair\uFFFD\uFFFD[2J\uFFFD\uFFFD"));
 }
 
@@ -146,7 +152,7 @@ TEST_F(HitReport, WritesValidJsonForAnyBytes)
 {
     request_.uniqueId = "id#1";
     for (int byte = 0; byte < 256; ++byte) {
-        itemName() = std::string("chair ") + static_cast<char>(byte) + "\"\\";
+        renameItem(std::string("chair ") + static_cast<char>(byte) + "\"\\");
         const QJsonArray hits = json("")[QLatin1String("hits")].toArray();
         const QString name = hits[0].toObject()[QLatin1String("name")].toString();
         const QString odd = byte < 0x80 ? QString(QChar(byte)) : QString(QChar(0xFFFD));

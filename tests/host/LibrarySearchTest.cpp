@@ -1,4 +1,4 @@
-#include "host/command/LibrarySearch.h"
+#include "host/library/LibrarySearch.h"
 
 #include "Fixtures.h"
 
@@ -22,16 +22,24 @@ protected:
             catalog.folders = {{Folder::noParent, "Room"}};
             for (const std::string& item : items)
                 catalog.items.push_back({name + "#" + item, 0, item, "", "", {}});
-            set.loaded.push_back({fileString(name), std::move(catalog)});
+            set.loaded.push_back({fileString(name), std::make_shared<const Catalog>(std::move(catalog))});
         }
         return set;
+    }
+
+    template <typename Change>
+    static void change(LibrarySet& set, std::size_t library, Change change)
+    {
+        Catalog changed = *set.loaded[library].catalog;
+        change(changed);
+        set.loaded[library].catalog = std::make_shared<const Catalog>(std::move(changed));
     }
 
     static std::string found(const LibrarySet& set, const SearchRequest& request)
     {
         std::string text;
         for (const Hit& hit : runSearch(set, request, searchInfo(request)).hits)
-            text += std::to_string(hit.priority) + ":" + set.loaded[hit.library].catalog.name + "/" +
+            text += std::to_string(hit.priority) + ":" + set.loaded[hit.library].catalog->name + "/" +
                     hitName(set, hit) + " ";
         return text;
     }
@@ -72,10 +80,19 @@ TEST_F(LibrarySearch, RatesFoldersAndItems)
     EXPECT_EQ(runSearch(set, request, searchInfo(request)).ratedItems, 0U);
 }
 
+TEST_F(LibrarySearch, EndsWhenAskedToStop)
+{
+    const LibrarySet set = libraries({{"A", {"Chair"}}});
+    std::stop_source stop;
+    stop.request_stop();
+    const SearchRequest request = expression("chair");
+    EXPECT_TRUE(runSearch(set, request, searchInfo(request), stop.get_token()).hits.empty());
+}
+
 TEST_F(LibrarySearch, UsesKeywords)
 {
     LibrarySet set = libraries({{"A", {"Stool", "Chair"}}});
-    set.loaded[0].catalog.items[0].keywords = "seat, chair";
+    change(set, 0, [](Catalog& catalog) { catalog.items[0].keywords = "seat, chair"; });
     EXPECT_EQ(found(set, expression("chair")), "1:A/Chair 9:A/Stool ");
     EXPECT_EQ(found(set, expression("chair -seat")), "1:A/Chair ");
 }
@@ -112,8 +129,8 @@ TEST_F(LibrarySearch, FindsById)
 TEST_F(LibrarySearch, SearchesTheTypesAskedFor)
 {
     LibrarySet set = libraries({{"A", {"Chair"}}, {"B", {"Chair"}}, {"C", {"Chair"}}});
-    set.loaded[0].catalog.kind = LibraryKind::Core;
-    set.loaded[1].catalog.kind = LibraryKind::Bonus;
+    change(set, 0, [](Catalog& catalog) { catalog.kind = LibraryKind::Core; });
+    change(set, 1, [](Catalog& catalog) { catalog.kind = LibraryKind::Bonus; });
     SearchRequest request = expression("chair");
     request.types = {toLibType(LibraryKind::Bonus), toLibType(LibraryKind::User)};
     EXPECT_EQ(found(set, request), "1:B/Chair 1:C/Chair ");
@@ -123,7 +140,7 @@ TEST_F(LibrarySearch, SearchesTheTypesAskedFor)
 TEST_F(LibrarySearch, KnowsWhereHitsAre)
 {
     LibrarySet set;
-    set.loaded.push_back({fileString(), test::smallCatalog()});
+    set.loaded.push_back({fileString(), std::make_shared<const Catalog>(test::smallCatalog())});
     EXPECT_EQ(hitPath(set, {Invalid, false, 0, 0}), (std::vector<std::string>{"Furniture", "Seating", "Chairs"}));
     EXPECT_EQ(hitPath(set, {Invalid, true, 0, 2}), (std::vector<std::string>{"Furniture", "Seating"}));
     EXPECT_EQ(hitPath(set, {Invalid, true, 0, 0}), std::vector<std::string>{});

@@ -7,7 +7,9 @@
 #include <VelkLibrary/SearchPriority.h>
 
 #include <cstddef>
+#include <memory>
 #include <set>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -19,7 +21,7 @@ namespace VelkHost {
 struct LoadedLibrary
 {
     fileString path;
-    Catalog catalog;  ///< names only
+    std::shared_ptr<const Catalog> catalog;  ///< names only
 };
 
 struct BrokenLibrary
@@ -41,6 +43,9 @@ LibrarySet loadLibraries(const std::vector<fileString>& paths);
 
 /// Reads the libraries of the user's core, bonus, manufacturer and user folders, as far as they exist.
 LibrarySet loadInstalledLibraries();
+
+/// Their files, folder by folder.
+std::vector<fileString> installedLibraryFiles();
 
 /// Leaves those of the loaded libraries whose ids stand in `ids`.
 void keepLibraries(LibrarySet& libraries, const std::vector<std::string>& ids);
@@ -79,8 +84,10 @@ struct SearchResult
     double milliseconds = 0;  ///< that rating took, without reading and sorting
 };
 
-/// Rates what `request` asks for against `info`, made by searchInfo() from it.
-SearchResult runSearch(const LibrarySet& libraries, const SearchRequest& request, const Library::Search::Info& info);
+/// Rates what `request` asks for against `info`, made by searchInfo() from it. Any thread; when `stop` is asked
+/// to, it ends soon with a part of the hits.
+SearchResult runSearch(const LibrarySet& libraries, const SearchRequest& request, const Library::Search::Info& info,
+                       const std::stop_token& stop = {});
 
 /// The name of a hit.
 const std::string& hitName(const LibrarySet& libraries, const Hit& hit);

@@ -1,4 +1,4 @@
-#include "host/command/LibrarySearch.h"
+#include "host/library/LibrarySearch.h"
 
 #include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFile.h"
@@ -43,7 +43,7 @@ std::vector<fileString> libraryFiles(const fileString& path)
 void loadLibrary(LibrarySet& libraries, const fileString& path)
 {
     try {
-        libraries.loaded.push_back({path, readCatalog(path, CatalogContent::Names)});
+        libraries.loaded.push_back({path, std::make_shared<const Catalog>(readCatalog(path, CatalogContent::Names))});
     } catch (const CatalogError& error) {
         libraries.broken.push_back({error.path(), error.reason()});
     }
@@ -63,40 +63,45 @@ std::vector<std::string> words(const std::string& text)
 class Rating
 {
 public:
-    Rating(const LibrarySet& libraries, const SearchRequest& request, const Library::Search::Info& info)
-        : libraries_(libraries), request_(request), info_(info), categorizer_(info)
+    Rating(const LibrarySet& libraries, const SearchRequest& request, const Library::Search::Info& info,
+           const std::stop_token& stop)
+        : libraries_(libraries), request_(request), info_(info), stop_(stop), categorizer_(info)
     {}
 
     SearchResult run()
     {
         const Stopwatch watch;
         for (std::size_t i = 0; i < libraries_.loaded.size(); ++i)
-            if (info_.libTypes.empty() || info_.libTypes.contains(toLibType(libraries_.loaded[i].catalog.kind)))
+            if (info_.libTypes.empty() || info_.libTypes.contains(toLibType(libraries_.loaded[i].catalog->kind)))
                 rateLibrary(i);
         result_.milliseconds = watch.milliseconds();
-        sort();
+        if (!stop_.stop_requested())
+            sort();
         return std::move(result_);
     }
 
 private:
     void rateLibrary(std::size_t library)
     {
-        const Catalog& catalog = libraries_.loaded[library].catalog;
+        const Catalog& catalog = *libraries_.loaded[library].catalog;
         ++result_.searchedLibraries;
         if (!info_.uniqueId.empty())
             return findId(library, catalog);
         if (request_.folders) {
-            for (std::size_t i = 0; i < catalog.folders.size(); ++i)
+            for (std::size_t i = 0; i < catalog.folders.size() && !mustStop(i); ++i)
                 keep({categorizer_.categorizeFolderResult(catalog.folders[i].name), true, library, i});
             result_.ratedFolders += catalog.folders.size();
         }
         if (request_.items) {
-            for (std::size_t i = 0; i < catalog.items.size(); ++i)
+            for (std::size_t i = 0; i < catalog.items.size() && !mustStop(i); ++i)
                 keep({categorizer_.categorizeItemResult(catalog.items[i].name, catalog.items[i].keywords), false,
                       library, i});
             result_.ratedItems += catalog.items.size();
         }
     }
+
+    /// Asked for each entry, looked up for some.
+    bool mustStop(std::size_t entry) const { return entry % 1024 == 0 && stop_.stop_requested(); }
 
     void keep(const Hit& hit)
     {
@@ -119,7 +124,7 @@ private:
         for (const Hit& hit : result_.hits)
             keyed.emplace_back(StringUtils::toLowerUtf8(hitName(libraries_, hit)), hit);
         const auto libraryName = [&](const Hit& hit) -> const std::string& {
-            return libraries_.loaded[hit.library].catalog.name;
+            return libraries_.loaded[hit.library].catalog->name;
         };
         std::stable_sort(keyed.begin(), keyed.end(), [&](const auto& left, const auto& right) {
             return std::tie(left.second.priority, left.first, libraryName(left.second)) <
@@ -132,6 +137,7 @@ private:
     const LibrarySet& libraries_;
     const SearchRequest& request_;
     const Library::Search::Info& info_;
+    const std::stop_token& stop_;
     LibraryResultCategorizer categorizer_;
     SearchResult result_;
 };
@@ -158,6 +164,11 @@ LibrarySet loadLibraries(const std::vector<fileString>& paths)
 
 LibrarySet loadInstalledLibraries()
 {
+    return loadLibraries(installedLibraryFiles());
+}
+
+std::vector<fileString> installedLibraryFiles()
+{
     std::vector<fileString> files;
     const fileString extension(std::string(".calib"));
     for (const fileString& folder : installedLibraryFolders()) {
@@ -166,13 +177,13 @@ LibrarySet loadInstalledLibraries()
         const std::vector<fileString> found = filesInFolder(folder, extension);
         files.insert(files.end(), found.begin(), found.end());
     }
-    return loadLibraries(files);
+    return files;
 }
 
 void keepLibraries(LibrarySet& libraries, const std::vector<std::string>& ids)
 {
     const std::set<std::string> kept(ids.begin(), ids.end());
-    std::erase_if(libraries.loaded, [&](const LoadedLibrary& library) { return !kept.contains(library.catalog.id); });
+    std::erase_if(libraries.loaded, [&](const LoadedLibrary& library) { return !kept.contains(library.catalog->id); });
 }
 
 std::vector<fileString> installedLibraryFolders()
@@ -194,20 +205,21 @@ Library::Search::Info searchInfo(const SearchRequest& request)
     return info;
 }
 
-SearchResult runSearch(const LibrarySet& libraries, const SearchRequest& request, const Library::Search::Info& info)
+SearchResult runSearch(const LibrarySet& libraries, const SearchRequest& request, const Library::Search::Info& info,
+                       const std::stop_token& stop)
 {
-    return Rating(libraries, request, info).run();
+    return Rating(libraries, request, info, stop).run();
 }
 
 const std::string& hitName(const LibrarySet& libraries, const Hit& hit)
 {
-    const Catalog& catalog = libraries.loaded[hit.library].catalog;
+    const Catalog& catalog = *libraries.loaded[hit.library].catalog;
     return hit.isFolder ? catalog.folders[hit.index].name : catalog.items[hit.index].name;
 }
 
 std::vector<std::string> hitPath(const LibrarySet& libraries, const Hit& hit)
 {
-    const Catalog& catalog = libraries.loaded[hit.library].catalog;
+    const Catalog& catalog = *libraries.loaded[hit.library].catalog;
     return catalog.folderPath(hit.isFolder ? catalog.folders[hit.index].parent : catalog.items[hit.index].folder);
 }
 

@@ -1,4 +1,4 @@
-#include "host/command/DataError.h"
+#include "host/library/DataError.h"
 
 #include "host/catalog/CatalogError.h"
 #include "host/support/Output.h"

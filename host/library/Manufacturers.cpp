@@ -1,7 +1,7 @@
-#include "host/command/Manufacturers.h"
+#include "host/library/Manufacturers.h"
 
 #include "host/catalog/CatalogError.h"
-#include "host/command/DataError.h"
+#include "host/library/DataError.h"
 #include "host/service/ManufacturerData.h"
 #include "host/support/InstallHost.h"
 

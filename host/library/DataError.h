@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/command/ExitCode.h"
+#include "host/support/ExitCode.h"
 
 #include <functional>
 #include <stdexcept>

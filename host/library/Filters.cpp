@@ -1,9 +1,9 @@
-#include "host/command/Filters.h"
+#include "host/library/Filters.h"
 
 #include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFolder.h"
 #include "host/catalog/SourceFile.h"
-#include "host/command/DataError.h"
+#include "host/library/DataError.h"
 #include "host/support/DisplayText.h"
 #include "host/support/InstallHost.h"
 
@@ -221,9 +221,16 @@ bool removeFilter(const std::string& name)
 
 void setCurrentFilter(long id)
 {
+    setFilters(std::vector<LibraryFilter>(installedFilters().getLibraryFilters()), id);
+}
+
+void setFilters(const std::vector<LibraryFilter>& filters, long currentId)
+{
     LibraryFilterManager& manager = installedFilters();
-    manager.setCurrentFilterId(id);
-    save(manager);
+    KeptFilters own(manager);
+    manager.setCurrentFilterId(currentId);
+    save(manager, filters);
+    own.letGo();
 }
 
 FilterMerge mergeFilterFile(const fileString& path)

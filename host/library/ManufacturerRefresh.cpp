@@ -1,9 +1,9 @@
-#include "host/command/ManufacturerRefresh.h"
+#include "host/library/ManufacturerRefresh.h"
 
 #include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFolder.h"
-#include "host/command/DataError.h"
-#include "host/command/Manufacturers.h"
+#include "host/library/DataError.h"
+#include "host/library/Manufacturers.h"
 #include "host/service/ManufacturerData.h"
 
 #include <VelkCommon/Files/FileUtils.h>

@@ -11,8 +11,8 @@ class LibraryFilterManager;
 
 /// @file
 /// The installation's library filters and their file. All changes are saved before a function returns. A
-/// process works on the filters of one installation. Everything throws CatalogError when the filter file is
-/// damaged or cannot be written, and DataError for a filter that there is not.
+/// process works on the filters of one installation, from one thread at a time. Everything throws CatalogError when the
+/// filter file is damaged or cannot be written, and DataError for a filter that there is not.
 
 namespace VelkHost {
 
@@ -42,6 +42,9 @@ bool removeFilter(const std::string& name);
 
 /// Puts a filter in force; noFilterId for none.
 void setCurrentFilter(long id);
+
+/// Replaces all filters, and says which one is in force.
+void setFilters(const std::vector<LibraryFilter>& filters, long currentId);
 
 /// What merging another filter file brought.
 struct FilterMerge

@@ -1,0 +1,329 @@
+// How the browser's window fares with many items: from its start to the first tree on the screen, from a key to
+// ranked results, and memory; beside a filtered item model of Qt's and SQLite's full-text search on the same
+// items. Each in a process of its own.
+// Arguments: folders to look for libraries in, in place of the system's.
+#include "Cost.h"
+#include "LibraryNames.h"
+#include "Measures.h"
+
+#include "host/browser/BrowserWindow.h"
+#include "host/browser/search/SearchPane.h"
+#include "host/catalog/CatalogFile.h"
+#include "host/support/InstallHost.h"
+#include "host/support/QtText.h"
+
+#include <VelkCommon/HostServices.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QEventLoop>
+#include <QLineEdit>
+#include <QRegularExpression>
+#include <QSortFilterProxyModel>
+#include <QStandardItemModel>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QTreeView>
+
+#include <sqlite3.h>
+#include <sys/mman.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <new>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using bench::Entry;
+
+const char* const typed = "office chair";
+constexpr std::size_t counts[] = {1'000, 17'000, 1'000'000};
+constexpr std::size_t itemsInFolder = 500;
+constexpr std::size_t foldersInCategory = 50;
+
+double millisecondsSince(Clock::time_point begin)
+{
+    return std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
+}
+
+/// What a child process finds out, in memory that it shares with its parent.
+struct Findings
+{
+    double firstTree = 0;     ///< ms from the start to the first painted tree
+    double complete = 0;      ///< ms until all is read
+    double key = 0;           ///< ms from a key to the painted results, the slowest of the keys
+    double longestEvent = 0;  ///< ms, on the user-interface thread
+    int hits = 0;
+};
+
+Findings& sharedFindings()
+{
+    void* const memory = ::mmap(nullptr, sizeof(Findings), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    if (memory == MAP_FAILED)
+        std::abort();
+    return *new (memory) Findings;
+}
+
+VelkHost::Catalog catalogOf(const std::vector<Entry>& entries)
+{
+    using VelkHost::Folder;
+    VelkHost::Catalog catalog;
+    catalog.id = "bench";
+    catalog.name = "Benchmark";
+    std::size_t category = 0;
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        if (i % (itemsInFolder * foldersInCategory) == 0) {
+            category = catalog.folders.size();
+            catalog.folders.push_back({Folder::noParent, "Category " + std::to_string(category)});
+        }
+        if (i % itemsInFolder == 0)
+            catalog.folders.push_back({category, "Folder " + std::to_string(catalog.folders.size())});
+        catalog.items.push_back(
+            {std::to_string(i), catalog.folders.size() - 1, entries[i].name, entries[i].keywords, {}, {}});
+    }
+    return catalog;
+}
+
+/// An application that knows how long its longest event took.
+class TimedApplication : public QApplication
+{
+public:
+    using QApplication::QApplication;
+
+    bool notify(QObject* receiver, QEvent* event) override
+    {
+        const bool outermost = depth_++ == 0;
+        const auto begin = Clock::now();
+        const bool result = QApplication::notify(receiver, event);
+        --depth_;
+        if (outermost)
+            longest_ = std::max(longest_, millisecondsSince(begin));
+        return result;
+    }
+
+    double longestEvent() const { return longest_; }
+
+private:
+    int depth_ = 0;
+    double longest_ = 0;
+};
+
+/// Waits until a widget is painted.
+class PaintWaiter : public QObject
+{
+public:
+    explicit PaintWaiter(QWidget* painted) { painted->installEventFilter(this); }
+
+    /// Paints from here on count.
+    void arm() { painted_ = false; }
+
+    /// Until it is painted while `ready` holds.
+    template <typename Ready>
+    void wait(Ready ready)
+    {
+        while (!painted_ || !ready()) {
+            painted_ = false;
+            loop_.exec();
+        }
+    }
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint && !painted_) {
+            painted_ = true;
+            QTimer::singleShot(0, &loop_, &QEventLoop::quit);  // once the paint is done
+        }
+        return false;
+    }
+
+private:
+    QEventLoop loop_;
+    bool painted_ = false;
+};
+
+/// A program's arguments as Qt keeps them.
+struct Arguments
+{
+    int count = 1;
+    char name[16] = "benchmark";
+    char* texts[2] = {name, nullptr};
+};
+
+bool runBrowser(const std::string& home, Findings& findings)
+{
+    Arguments arguments;
+    TimedApplication application(arguments.count, arguments.texts);
+    Velk::installHost(VelkHost::hostServices(fileString(home)));
+    const auto begin = Clock::now();
+    VelkHost::BrowserWindow window;
+    bool complete = false;
+    QObject::connect(&window, &VelkHost::BrowserWindow::librariesRead, [&] {
+        complete = true;
+        findings.complete = millisecondsSince(begin);
+    });
+    PaintWaiter tree(window.tree()->viewport());
+    window.show();
+    window.readLibraries();
+    tree.wait([&] { return window.model().rowCount() > 0; });
+    findings.firstTree = millisecondsSince(begin);
+    while (!complete)
+        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+
+    VelkHost::SearchPane& search = *window.searchPane();
+    auto* const box = window.findChild<QLineEdit*>(QStringLiteral("searchBox"));
+    PaintWaiter results(search.view()->viewport());
+    const QString text = QString::fromLatin1(typed);
+    for (int length = 1; length <= text.size(); ++length) {
+        box->setText(text.left(length));
+        const auto key = Clock::now();
+        results.arm();
+        search.runner().searchNow(text.left(length));
+        results.wait(
+            [&] { return search.model().outcome() != nullptr && search.model().outcome()->text == text.left(length); });
+        findings.key = std::max(findings.key, millisecondsSince(key));
+    }
+    findings.hits = static_cast<int>(search.model().outcome()->result.hits.size());
+    findings.longestEvent = application.longestEvent();
+    return true;
+}
+
+/// Qt's own way: an item for each, and a filter by a regular expression. A new filter for each key, since one
+/// that is changed takes time by the square of the rows that go; and without a view.
+bool runProxyModel(const std::vector<Entry>& entries, Findings& findings)
+{
+    const auto begin = Clock::now();
+    QStandardItemModel model;
+    QList<QStandardItem*> items;
+    for (const Entry& entry : entries)
+        items.append(new QStandardItem(VelkHost::qtText(entry.name + "\n" + entry.keywords)));
+    model.appendColumn(items);
+    findings.firstTree = findings.complete = millisecondsSince(begin);
+    const QString text = QString::fromLatin1(typed);
+    for (int length = 1; length <= text.size(); ++length) {
+        const auto key = Clock::now();
+        QString pattern = QStringLiteral("\\A");  // all words, in any order
+        for (const QString& word : text.left(length).split(u' ', Qt::SkipEmptyParts))
+            pattern += QStringLiteral("(?=[\\s\\S]*%1)").arg(QRegularExpression::escape(word));
+        QSortFilterProxyModel filtered;
+        filtered.setFilterRegularExpression(QRegularExpression(pattern, QRegularExpression::CaseInsensitiveOption));
+        filtered.setSourceModel(&model);
+        findings.hits = filtered.rowCount();
+        findings.key = std::max(findings.key, millisecondsSince(key));
+    }
+    return true;
+}
+
+void execute(sqlite3* database, const char* sql)
+{
+    if (sqlite3_exec(database, sql, nullptr, nullptr, nullptr) != SQLITE_OK) {
+        std::fprintf(stderr, "%s\n", sqlite3_errmsg(database));
+        std::abort();
+    }
+}
+
+/// SQLite's full-text search: the query alone, words by their beginnings, ranked.
+bool runFullText(const std::vector<Entry>& entries, Findings& findings)
+{
+    const auto begin = Clock::now();
+    sqlite3* database = nullptr;
+    sqlite3_open(":memory:", &database);
+    execute(database, "CREATE VIRTUAL TABLE item USING fts5(name, keywords)");
+    execute(database, "BEGIN");
+    sqlite3_stmt* insert = nullptr;
+    sqlite3_prepare_v2(database, "INSERT INTO item VALUES (?, ?)", -1, &insert, nullptr);
+    for (const Entry& entry : entries) {
+        sqlite3_bind_text(insert, 1, entry.name.data(), static_cast<int>(entry.name.size()), SQLITE_STATIC);
+        sqlite3_bind_text(insert, 2, entry.keywords.data(), static_cast<int>(entry.keywords.size()), SQLITE_STATIC);
+        sqlite3_step(insert);
+        sqlite3_reset(insert);
+    }
+    sqlite3_finalize(insert);
+    execute(database, "COMMIT");
+    findings.firstTree = findings.complete = millisecondsSince(begin);
+    sqlite3_stmt* query = nullptr;
+    sqlite3_prepare_v2(database, "SELECT rowid FROM item WHERE item MATCH ? ORDER BY rank", -1, &query, nullptr);
+    const std::string text = typed;
+    for (std::size_t length = 1; length <= text.size(); ++length) {
+        const auto key = Clock::now();
+        std::string match;
+        const QStringList words = QString::fromStdString(text.substr(0, length)).split(u' ', Qt::SkipEmptyParts);
+        for (const QString& word : words)
+            match.append("\"").append(word.toStdString()).append("\"* ");
+        sqlite3_bind_text(query, 1, match.c_str(), -1, SQLITE_TRANSIENT);
+        for (findings.hits = 0; sqlite3_step(query) == SQLITE_ROW;)
+            ++findings.hits;
+        sqlite3_reset(query);
+        findings.key = std::max(findings.key, millisecondsSince(key));
+    }
+    sqlite3_finalize(query);
+    sqlite3_close(database);
+    return true;
+}
+
+struct Row
+{
+    Findings findings;
+    bench::Cost cost;
+};
+
+template <typename Work>
+Row rowOf(const char* name, Work work)
+{
+    Findings& findings = sharedFindings();
+    const bench::Cost cost = bench::costOf(name, [&] { return work(findings); });
+    std::printf("%-24s %12.1f %12.1f %12.1f %12.1f %10.0f %9d\n", name, findings.firstTree, findings.complete,
+                findings.key, findings.longestEvent, cost.memory, findings.hits);
+    const Row row{findings, cost};
+    ::munmap(&findings, sizeof findings);
+    return row;
+}
+
+void measure(const std::vector<Entry>& libraries, std::size_t count, std::vector<bench::Measure>& measures)
+{
+    const QTemporaryDir home;
+    const std::string path = home.path().toStdString();
+    const auto content = [&] { return bench::combined(libraries, count); };
+    bench::costOf("making the libraries", [&] {
+        const fileString folder = fileString(path) / U"core";
+        return QDir().mkpath(QString::fromStdString(folder.utf8())) &&
+               (VelkHost::writeCatalog(catalogOf(content()), folder / U"Benchmark.calib"), true);
+    });
+    std::printf("\n%zu items\n%-24s %12s %12s %12s %12s %10s %9s\n", count, "", "first tree ms", "complete ms",
+                "key ms", "longest ms", "MiB", "hits");
+    const Row own = rowOf("velk-browser", [&](Findings& findings) { return runBrowser(path, findings); });
+    const Row proxy =
+        rowOf("QSortFilterProxyModel", [&](Findings& findings) { return runProxyModel(content(), findings); });
+    rowOf("SQLite FTS5 (query)", [&](Findings& findings) { return runFullText(content(), findings); });
+    const std::string of = " with " + std::to_string(count) + " items";
+    measures.push_back({"longest event" + of, own.findings.longestEvent, 50, 20, false, "ms"});
+    measures.push_back({"first tree: part of the proxy's time" + of, own.findings.firstTree / proxy.findings.firstTree,
+                        count < 100'000 ? 10.0 : 1.0, count < 100'000 ? 2.0 : 0.2, false, "x"});
+    measures.push_back(
+        {"key: part of the proxy's time" + of, own.findings.key / proxy.findings.key, 1, 0.5, false, "x"});
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments)
+{
+    ::setenv("QT_QPA_PLATFORM", "offscreen", 0);
+    std::vector<std::string> folders(arguments + 1, arguments + argumentCount);
+    if (folders.empty())
+        folders = {"/usr/share/sweethome3d/furniture", "/usr/share/kicad/symbols"};
+    const std::vector<Entry> libraries = bench::readLibraries(folders);
+    if (libraries.empty()) {
+        std::fprintf(stderr, "There are no libraries in these folders.\n");
+        return EXIT_FAILURE;
+    }
+    std::vector<bench::Measure> measures;
+    for (const std::size_t count : counts)
+        measure(libraries, count, measures);
+    std::printf("\n");
+    return bench::printMeasures(measures) ? EXIT_SUCCESS : EXIT_FAILURE;
+}

@@ -1,0 +1,336 @@
+#include "host/browser/BrowserWindow.h"
+
+#include "host/browser/DetailPane.h"
+#include "host/browser/StoredPreferences.h"
+#include "host/browser/WindowState.h"
+#include "host/browser/filters/FilterMenu.h"
+#include "host/browser/filters/HiddenNote.h"
+#include "host/browser/filters/KindMenu.h"
+#include "host/browser/filters/ShownLibraries.h"
+#include "host/browser/jobs/LibraryDrop.h"
+#include "host/browser/jobs/LibraryJobs.h"
+#include "host/browser/makers/MakerMenu.h"
+#include "host/browser/makers/MakerPane.h"
+#include "host/browser/search/SearchPane.h"
+#include "host/browser/tree/LibraryDelegate.h"
+#include "host/browser/tree/TreeState.h"
+#include "host/library/LibrarySearch.h"
+#include "host/support/QtText.h"
+
+#include <VelkCommon/Text/StringConvert.h>
+#include <VelkLibrary/UI/Chooser.h>
+#include <VelkLibrary/UI/TreeItemData.h>
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QShortcut>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QStatusBar>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace VelkHost {
+namespace {
+
+constexpr int messageMilliseconds = 8'000;
+
+}  // namespace
+
+BrowserWindow::BrowserWindow(BrowserOptions options, QWidget* parent)
+    : QMainWindow(parent), options_(std::move(options)), model_(thumbnails_), shown_(new ShownLibraries(model_, this))
+{
+    setObjectName(QStringLiteral("browserWindow"));
+    setWindowTitle(tr("Libraries"));
+    resize(1000, 700);
+    buildTree();
+    buildSearch();
+    buildLayout();
+    buildJobs();
+    buildMenus();
+    buildMakers();
+    connectLoader();
+    connectShown();
+    state_ = std::make_unique<WindowState>(*this, settingsFile());
+    state_->restoreWindow();
+    showPage();
+}
+
+// A job's end would be told to members that are gone.
+BrowserWindow::~BrowserWindow()
+{
+    delete jobs_;
+}
+
+void BrowserWindow::readLibraries()
+{
+    loader_.read(installedLibraryFiles());
+}
+
+void BrowserWindow::buildTree()
+{
+    tree_ = new QTreeView;
+    tree_->setObjectName(QStringLiteral("libraryTree"));
+    tree_->setAccessibleName(tr("Libraries"));
+    tree_->setModel(&model_);
+    tree_->setItemDelegate(new LibraryDelegate(tree_));
+    tree_->setHeaderHidden(true);
+    tree_->setUniformRowHeights(true);
+    tree_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    tree_->setDragEnabled(true);
+    model_.setPictureSide(static_cast<int>(LibraryDelegate::pictureSide * devicePixelRatioF()));
+    connect(tree_->selectionModel(), &QItemSelectionModel::currentChanged, this, &BrowserWindow::showSelected);
+    connect(tree_, &QTreeView::activated, this, &BrowserWindow::choosePlace);
+    connect(&thumbnails_, &ThumbnailCache::changed, tree_->viewport(), [this] { tree_->viewport()->update(); });
+}
+
+void BrowserWindow::buildSearch()
+{
+    searchBox_ = new QLineEdit;
+    searchBox_->setObjectName(QStringLiteral("searchBox"));
+    searchBox_->setClearButtonEnabled(true);
+    searchBox_->setPlaceholderText(tr("Search the libraries"));
+    searchBox_->setAccessibleName(tr("Search"));
+    search_ = new SearchPane(thumbnails_);
+    connect(searchBox_, &QLineEdit::textChanged, this, &BrowserWindow::searchTextChanged);
+    connect(searchBox_, &QLineEdit::returnPressed, this, [this] {
+        if (pages_->currentWidget() == search_)
+            search_->view()->setFocus();
+    });
+    connect(search_, &SearchPane::shown, this, &BrowserWindow::showPage);
+    connect(search_, &SearchPane::selected, this, &BrowserWindow::showPlace);
+    connect(search_, &SearchPane::activated, this,
+            [this](const LibraryPlace& place) { place.isFolder ? reveal(place) : choosePlace(); });
+}
+
+QWidget* BrowserWindow::leftSide()
+{
+    empty_ = new QLabel;
+    empty_->setObjectName(QStringLiteral("emptyState"));
+    empty_->setAlignment(Qt::AlignCenter);
+    empty_->setWordWrap(true);
+    pages_ = new QStackedWidget;
+    pages_->addWidget(empty_);
+    pages_->addWidget(tree_);
+    pages_->addWidget(search_);
+    pages_->addWidget(shown_->page());
+    auto* const head = new QHBoxLayout;
+    head->addWidget(searchBox_, 1);
+    head->addWidget(shown_->filterBox());
+    auto* const left = new QWidget;
+    auto* const layout = new QVBoxLayout(left);
+    layout->setContentsMargins(8, 8, 0, 8);
+    layout->addLayout(head);
+    layout->addWidget(shown_->strip());
+    layout->addWidget(pages_);
+    return left;
+}
+
+void BrowserWindow::buildLayout()
+{
+    details_ = new DetailPane(thumbnails_);
+    connect(details_, &DetailPane::chosen, this, &BrowserWindow::choosePlace);
+    columns_ = new QSplitter(Qt::Horizontal);
+    columns_->setObjectName(QStringLiteral("columnSplitter"));
+    columns_->addWidget(leftSide());
+    columns_->addWidget(details_);
+    columns_->setStretchFactor(0, 1);
+    columns_->setSizes({640, 360});
+    columns_->setChildrenCollapsible(false);
+    mainSplitter_ = new QSplitter(Qt::Vertical);
+    mainSplitter_->setObjectName(QStringLiteral("libMainSplitter"));
+    mainSplitter_->addWidget(columns_);
+    setCentralWidget(mainSplitter_);
+    statusBar()->setObjectName(QStringLiteral("statusBar"));
+}
+
+void BrowserWindow::buildJobs()
+{
+    jobs_ = new LibraryJobs(*this);
+    jobs_->setService(qtText(options_.service));
+    auto* const drop = new LibraryDrop(*this);
+    drop->coverWidget(searchBox_);
+    connect(drop, &LibraryDrop::dropped, jobs_, &LibraryJobs::importFiles);
+    connect(jobs_, &LibraryJobs::runningChanged, drop, [drop](bool running) { drop->setEnabled(!running); });
+    connect(jobs_, &LibraryJobs::libraryInstalled, this, [this](const fileString& library, bool imported) {
+        thumbnails_.forget(library);
+        if (imported)
+            imported_ = library;
+        loader_.read({library});
+    });
+}
+
+void BrowserWindow::buildMenus()
+{
+    QMenu* const file = menuBar()->addMenu(tr("&File"));
+    file->setToolTipsVisible(true);
+    file->addActions(jobs_->actions());
+    file->addSeparator();
+    file->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence::Quit);
+    QMenu* const edit = menuBar()->addMenu(tr("&Edit"));
+    edit->addAction(
+        tr("&Find"), searchBox_,
+        [this] {
+            searchBox_->setFocus();
+            searchBox_->selectAll();
+        },
+        QKeySequence::Find);
+    QAction* const back = edit->addAction(
+        tr("Back to the &Tree"), searchBox_,
+        [this] {
+            searchBox_->clear();
+            tree_->setFocus();
+        },
+        QKeySequence(Qt::Key_Escape));
+    connect(jobs_, &LibraryJobs::runningChanged, back, [back](bool running) {  // Escape cancels it meanwhile
+        back->setShortcut(running ? QKeySequence() : QKeySequence(Qt::Key_Escape));
+    });
+    menuBar()->addMenu(tr("&View"))->addMenu(shown_->kindMenu());
+    menuBar()->addMenu(shown_->filterMenu());
+}
+
+void BrowserWindow::buildMakers()
+{
+    maker_ = new MakerPane(makers_);
+    details_->extras()->addWidget(maker_);
+    auto* const menu = new MakerMenu(makers_, *maker_, options_.service, this);
+    menuBar()->addMenu(menu);
+    connect(menu, &MakerMenu::told, this, &BrowserWindow::showMessage);
+    makers_.read();
+}
+
+void BrowserWindow::connectShown()
+{
+    connect(shown_, &ShownLibraries::changed, this, &BrowserWindow::librariesChanged);
+    connect(shown_, &ShownLibraries::told, this, &BrowserWindow::showMessage);
+}
+
+void BrowserWindow::connectLoader()
+{
+    connect(&loader_, &LibraryLoader::libraryRead, this, &BrowserWindow::takeLibrary);
+    connect(&loader_, &LibraryLoader::libraryFailed, this, [this](const fileString& path, const QString& reason) {
+        model_.removeLibrary(path);
+        librariesChanged();
+        showMessage(tr("%1 cannot be read: %2").arg(qtText(path.stem().utf8()), reason));
+    });
+    connect(&loader_, &LibraryLoader::finished, this, &BrowserWindow::librariesRead);
+}
+
+// While a new version of a library is read, the old one stays in the tree.
+void BrowserWindow::takeLibrary(const BrowsedLibrary& library)
+{
+    const BrowsedLibrary* const known = model_.library(library.path);
+    if (library.order == nullptr && known != nullptr && known->order != nullptr)
+        return;
+    const TreeState state(*tree_, model_, library.path);
+    const bool isHitShown =
+        pages_->currentWidget() == search_ && shownPlace_ && shownPlace_->library == library.path && known != nullptr;
+    const std::string hit =
+        isHitShown && !shownPlace_->isFolder ? known->catalog->items[shownPlace_->index].uniqueId : std::string();
+    BrowsedLibrary replaced = known != nullptr ? *known : BrowsedLibrary();
+    model_.setLibrary(library);
+    state.restore();
+    if (library.order != nullptr)
+        state_->restoreLibrary(library.path);
+    if (isHitShown)
+        showPlace(model_.itemNamed(library.path, hit));
+    librariesChanged();
+    loader_.release(std::move(replaced));
+    if (library.order != nullptr && imported_ == library.path) {
+        imported_.reset();
+        reveal({library.path, true, 0});
+    }
+}
+
+void BrowserWindow::librariesChanged()
+{
+    std::vector<BrowsedLibrary> searched;
+    for (const auto& [path, library] : model_.libraries())
+        if (library.order != nullptr && model_.isShown(library))
+            searched.push_back(library);
+    search_->runner().setLibraries(std::move(searched));
+    search_->runner().search(searchBox_->text());
+    showPage();
+}
+
+void BrowserWindow::searchTextChanged(const QString& text)
+{
+    search_->runner().search(text);
+    showPage();
+}
+
+// The results of the last search stay until those of the next one are there.
+void BrowserWindow::showPage()
+{
+    const bool searching = !searchBox_->text().trimmed().isEmpty();
+    empty_->setText(
+        tr("No libraries are installed.\n\nCheck for updates to fetch those of the content service, or drop "
+           "a packed library (.calibz) here."));
+    if (searching && search_->model().outcome() != nullptr)
+        pages_->setCurrentWidget(search_);
+    else if (shown_->hidesAll())
+        pages_->setCurrentWidget(shown_->page());
+    else
+        pages_->setCurrentWidget(model_.rowCount() == 0 ? static_cast<QWidget*>(empty_) : tree_);
+    shown_->setSearchInVain(searching && search_->isInVain());
+    if (!searching) {
+        search_->clear();
+        showSelected();
+    }
+}
+
+void BrowserWindow::reveal(const LibraryPlace& place)
+{
+    const QModelIndex index = model_.find(place);
+    searchBox_->clear();
+    if (!index.isValid())
+        return;
+    tree_->setCurrentIndex(index);
+    tree_->scrollTo(index, QAbstractItemView::PositionAtCenter);
+    if (place.isFolder)
+        tree_->expand(index);
+    tree_->setFocus();
+}
+
+// While the search's results are there, one of those is shown.
+void BrowserWindow::showSelected()
+{
+    if (pages_->currentWidget() != search_)
+        showPlace(model_.place(tree_->currentIndex()));
+}
+
+void BrowserWindow::showPlace(const std::optional<LibraryPlace>& place)
+{
+    shownPlace_ = place;
+    const BrowsedLibrary* const library = place ? model_.library(place->library) : nullptr;
+    details_->show(library, place.value_or(LibraryPlace()));
+    maker_->show(library == nullptr || place->isFolder ? nullptr : library->catalog, place ? place->index : 0);
+}
+
+void BrowserWindow::choosePlace()
+{
+    const BrowsedLibrary* const library = shownPlace_ ? model_.library(shownPlace_->library) : nullptr;
+    if (library == nullptr || shownPlace_->isFolder || shownPlace_->index >= library->catalog->items.size())
+        return;
+    const std::string& name = library->catalog->items[shownPlace_->index].name;
+    Library::Chooser::get().setData(Library::TreeItemData(static_cast<long long>(shownPlace_->index), library->path,
+                                                          StringConvert::toUnicodeFromUtf8(name)));
+    showMessage(tr("Chosen: %1").arg(qtText(name)));
+}
+
+void BrowserWindow::closeEvent(QCloseEvent* event)
+{
+    state_->save();
+    QMainWindow::closeEvent(event);
+}
+
+void BrowserWindow::showMessage(const QString& text)
+{
+    statusBar()->showMessage(text, messageMilliseconds);
+}
+
+}  // namespace VelkHost

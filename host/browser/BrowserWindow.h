@@ -1,0 +1,104 @@
+#pragma once
+
+#include "host/browser/BrowserOptions.h"
+#include "host/browser/makers/MakerStore.h"
+#include "host/browser/tree/LibraryLoader.h"
+#include "host/browser/tree/LibraryTreeModel.h"
+#include "host/browser/tree/ThumbnailCache.h"
+
+#include <QMainWindow>
+#include <QString>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+class QLabel;
+class QLineEdit;
+class QModelIndex;
+class QSplitter;
+class QStackedWidget;
+class QTreeView;
+
+namespace VelkHost {
+
+class DetailPane;
+class MakerPane;
+class LibraryJobs;
+class SearchPane;
+class ShownLibraries;
+class WindowState;
+
+/// The library browser: the libraries as a tree or, while something is typed, what the search finds; and what
+/// is selected beside it.
+class BrowserWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit BrowserWindow(BrowserOptions options = {}, QWidget* parent = nullptr);
+    ~BrowserWindow() override;
+
+    /// Reads the installed libraries.
+    void readLibraries();
+
+    LibraryTreeModel& model() { return model_; }
+    QTreeView* tree() const { return tree_; }
+    SearchPane* searchPane() const { return search_; }
+    QSplitter* columns() const { return columns_; }
+    ShownLibraries* shownLibraries() const { return shown_; }
+    MakerStore& makers() { return makers_; }
+    LibraryJobs& jobs() const { return *jobs_; }
+    bool isReading() const { return loader_.isReading(); }
+
+    /// Shows a place in the tree, opened and selected.
+    void reveal(const LibraryPlace& place);
+
+Q_SIGNALS:
+    /// All libraries that were asked for are in the tree.
+    void librariesRead();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void buildTree();
+    void buildSearch();
+    void buildLayout();
+    void buildJobs();
+    void buildMenus();
+    void buildMakers();
+    void connectLoader();
+    void connectShown();
+    QWidget* leftSide();
+    void takeLibrary(const BrowsedLibrary& library);
+    void searchTextChanged(const QString& text);
+    void librariesChanged();
+    void showSelected();
+    void showPlace(const std::optional<LibraryPlace>& place);
+    void choosePlace();
+    void showMessage(const QString& text);
+    void showPage();
+
+    const BrowserOptions options_;
+    ThumbnailCache thumbnails_;
+    LibraryLoader loader_;
+    LibraryTreeModel model_;
+    MakerStore makers_;
+    std::optional<LibraryPlace> shownPlace_;
+    QLineEdit* searchBox_ = nullptr;
+    QTreeView* tree_ = nullptr;
+    SearchPane* search_ = nullptr;
+    QLabel* empty_ = nullptr;
+    QStackedWidget* pages_ = nullptr;
+    DetailPane* details_ = nullptr;
+    MakerPane* maker_ = nullptr;
+    ShownLibraries* shown_ = nullptr;
+    QSplitter* columns_ = nullptr;
+    QSplitter* mainSplitter_ = nullptr;
+    std::unique_ptr<WindowState> state_;
+    LibraryJobs* jobs_ = nullptr;
+    std::optional<fileString> imported_;  // to be shown when it is read
+};
+
+}  // namespace VelkHost

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "host/browser/tree/LibraryTreeModel.h"
+#include "host/browser/tree/ThumbnailCache.h"
+
+#include <QWidget>
+
+#include <optional>
+
+class QLabel;
+class QPushButton;
+class QVBoxLayout;
+
+namespace VelkHost {
+
+/// What is known about the selected item: its picture, its name, where it stands, its keywords; and the
+/// button that chooses it.
+class DetailPane : public QWidget
+{
+    Q_OBJECT
+
+public:
+    DetailPane(ThumbnailCache& thumbnails, QWidget* parent = nullptr);
+
+    /// Shows a place of a library; nothing when `library` is null.
+    void show(const BrowsedLibrary* library, const LibraryPlace& place);
+
+    /// Where a card about the library's maker goes.
+    QVBoxLayout* extras() const { return extras_; }
+
+Q_SIGNALS:
+    /// The shown item is to be chosen.
+    void chosen();
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void showPicture();
+    void retranslate();
+
+    ThumbnailCache& thumbnails_;
+    std::optional<ThumbnailKey> picture_;
+    QLabel* const pictureLabel_;
+    QLabel* const name_;
+    QLabel* const where_;
+    QLabel* const keywords_;
+    QPushButton* const choose_;
+    QVBoxLayout* const extras_;
+};
+
+}  // namespace VelkHost

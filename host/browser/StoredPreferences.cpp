@@ -1,0 +1,82 @@
+#include "host/browser/StoredPreferences.h"
+
+#include "host/support/QtText.h"
+
+#include <VelkCommon/Files/PathUtils.h>
+
+#include <QSettings>
+
+#include <any>
+#include <memory>
+#include <mutex>
+
+namespace VelkHost {
+namespace {
+
+/// A preference of the library (PreferenceEngine.h), and how its value is read.
+struct Known
+{
+    std::size_t number;
+    const char* description;
+    std::any (*read)(const QVariant& value);
+};
+
+std::any readWay(const QVariant& value)
+{
+    bool isNumber = false;
+    const int way = value.toInt(&isNumber);
+    return isNumber && way >= 1 && way <= 3 ? std::any(way) : std::any();
+}
+
+std::any readSwitch(const QVariant& value)
+{
+    return value.toBool();
+}
+
+constexpr Known knownPreferences[] = {
+    {236, "How progress is described", readWay},
+    {251, "The last manual update had errors", readSwitch},
+    {271, "The core libraries are left alone by an automatic update", readSwitch},
+};
+
+QString keyOf(std::size_t number)
+{
+    return QStringLiteral("preferences/%1").arg(number);
+}
+
+QVariant storable(const std::any& value)
+{
+    if (const int* const number = std::any_cast<int>(&value))
+        return *number;
+    if (const bool* const on = std::any_cast<bool>(&value))
+        return *on;
+    return {};
+}
+
+}  // namespace
+
+QString settingsFile()
+{
+    return qtText((PathUtils::getObject().getUserDatabasePath() / U"browser.ini").utf8());
+}
+
+void keepPreferences(Velk::HostServices& services, const QString& file)
+{
+    const QSettings settings(file, QSettings::IniFormat);
+    for (const Known& known : knownPreferences) {
+        const QVariant stored = settings.value(keyOf(known.number));
+        const std::any value = stored.isValid() ? known.read(stored) : std::any();
+        if (value.has_value())
+            services.preferences.push_back({known.number, known.description, value});
+    }
+    // May be called on several threads.
+    services.preferenceChanged = [file, mutex = std::make_shared<std::mutex>()](std::size_t number,
+                                                                                const std::any& value) {
+        const QVariant stored = storable(value);
+        const std::lock_guard lock(*mutex);
+        if (stored.isValid())
+            QSettings(file, QSettings::IniFormat).setValue(keyOf(number), stored);
+    };
+}
+
+}  // namespace VelkHost

@@ -1,0 +1,138 @@
+#include "host/browser/WindowState.h"
+
+#include "host/browser/BrowserWindow.h"
+#include "host/browser/filters/KindMenu.h"
+#include "host/browser/filters/ShownLibraries.h"
+#include "host/browser/search/SearchPane.h"
+#include "host/support/QtText.h"
+
+#include <QSettings>
+#include <QSplitter>
+#include <QTreeView>
+
+#include <set>
+#include <string>
+
+namespace VelkHost {
+namespace {
+
+constexpr QChar nameSeparator = u'\n';  // stands in no name that is shown in one line
+constexpr int mostOpenFolders = 1'000;
+const QLatin1String itemMark("item:");
+const QLatin1String folderMark("folder:");
+
+QString joinedNames(const Catalog& catalog, std::size_t folder)
+{
+    QStringList names;
+    for (const std::string& name : catalog.folderPath(folder))
+        names.append(qtText(name));
+    return names.join(nameSeparator);
+}
+
+void appendOpenFolders(const QTreeView& tree, const LibraryTreeModel& model, const QModelIndex& parent,
+                       const fileString& library, QStringList& names)
+{
+    for (int row = 0; row < model.rowCount(parent) && names.size() < mostOpenFolders; ++row) {
+        const QModelIndex index = model.index(row, 0, parent);
+        if (!tree.isExpanded(index))
+            continue;
+        const std::optional<LibraryPlace> place = model.place(index);
+        if (!place || place->library != library)
+            continue;
+        names.append(joinedNames(*model.library(library)->catalog, place->index));
+        appendOpenFolders(tree, model, index, library, names);
+    }
+}
+
+}  // namespace
+
+WindowState::WindowState(BrowserWindow& window, const QString& file) : window_(window), file_(file)
+{
+    QSettings settings(file, QSettings::IniFormat);
+    const int count = settings.beginReadArray(QStringLiteral("libraries"));
+    for (int i = 0; i < count; ++i) {
+        settings.setArrayIndex(i);
+        const fileString library(settings.value(QStringLiteral("path")).toString().toStdString());
+        libraries_[library] = {settings.value(QStringLiteral("open")).toStringList(),
+                               settings.value(QStringLiteral("current")).toString()};
+    }
+}
+
+void WindowState::restoreWindow() const
+{
+    const QSettings settings(file_, QSettings::IniFormat);
+    window_.restoreGeometry(settings.value(QStringLiteral("window/geometry")).toByteArray());
+    window_.columns()->restoreState(settings.value(QStringLiteral("window/columns")).toByteArray());
+    window_.searchPane()->setExplained(settings.value(QStringLiteral("search/explained")).toBool());
+    std::set<LibraryKind> hidden;
+    for (const QString& name : settings.value(QStringLiteral("kinds/hidden")).toStringList())
+        if (const std::optional<LibraryKind> kind = kindFromName(name.toStdString()))
+            hidden.insert(*kind);
+    window_.shownLibraries()->kindMenu()->setHidden(hidden);
+}
+
+void WindowState::restoreLibrary(const fileString& library)
+{
+    const auto node = libraries_.extract(library);
+    if (node.empty())
+        return;
+    LibraryTreeModel& model = window_.model();
+    for (const QString& names : node.mapped().openFolders)
+        if (const auto folder = model.folderNamed(library, names.split(nameSeparator)))
+            window_.tree()->expand(model.find(*folder));
+    const QString& current = node.mapped().current;
+    std::optional<LibraryPlace> place;
+    if (current.startsWith(itemMark))
+        place = model.itemNamed(library, current.mid(itemMark.size()).toStdString());
+    else if (current.startsWith(folderMark))
+        place = model.folderNamed(library, current.mid(folderMark.size()).split(nameSeparator));
+    const QModelIndex index = place ? model.find(*place) : QModelIndex();
+    if (index.isValid() && !window_.tree()->currentIndex().isValid()) {
+        window_.tree()->setCurrentIndex(index);
+        window_.tree()->scrollTo(index, QAbstractItemView::PositionAtCenter);
+    }
+}
+
+void WindowState::save() const
+{
+    QSettings settings(file_, QSettings::IniFormat);
+    settings.setValue(QStringLiteral("window/geometry"), window_.saveGeometry());
+    settings.setValue(QStringLiteral("window/columns"), window_.columns()->saveState());
+    settings.setValue(QStringLiteral("search/explained"), window_.searchPane()->isExplained());
+    QStringList hidden;
+    for (const LibraryKind kind : window_.shownLibraries()->kindMenu()->hidden())
+        hidden.append(qtText(kindName(kind)));
+    settings.setValue(QStringLiteral("kinds/hidden"), hidden);
+    settings.remove(QStringLiteral("libraries"));
+    settings.beginWriteArray(QStringLiteral("libraries"));
+    int count = 0;
+    for (const auto& [path, library] : window_.model().libraries()) {
+        const LibraryState state = stateOf(path);
+        if (state.openFolders.isEmpty() && state.current.isEmpty())
+            continue;
+        settings.setArrayIndex(count++);
+        settings.setValue(QStringLiteral("path"), qtText(path.utf8()));
+        settings.setValue(QStringLiteral("open"), state.openFolders);
+        settings.setValue(QStringLiteral("current"), state.current);
+    }
+    settings.endArray();
+}
+
+WindowState::LibraryState WindowState::stateOf(const fileString& library) const
+{
+    // Not read again since the start, or hidden: as it was before.
+    if (const auto before = libraries_.find(library); before != libraries_.end())
+        return before->second;
+    LibraryState state;
+    const LibraryTreeModel& model = window_.model();
+    appendOpenFolders(*window_.tree(), model, {}, library, state.openFolders);
+    const std::optional<LibraryPlace> place = model.place(window_.tree()->currentIndex());
+    if (place && place->library == library) {
+        const Catalog& catalog = *model.library(library)->catalog;
+        state.current = place->isFolder ? folderMark + joinedNames(catalog, place->index)
+                                        : itemMark + qtText(catalog.items[place->index].uniqueId);
+    }
+    return state;
+}
+
+}  // namespace VelkHost

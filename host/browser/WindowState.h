@@ -1,0 +1,45 @@
+#pragma once
+
+#include <VelkCommon/Files/fileString.h>
+
+#include <QString>
+#include <QStringList>
+
+#include <map>
+
+namespace VelkHost {
+
+class BrowserWindow;
+
+/// What the window was like, kept in the settings' file between starts: its size and place, its splitter, whether
+/// searches are explained, which kinds of library are hidden, which folders are open, and what is selected.
+class WindowState
+{
+public:
+    /// Reads `file`; without it, or with other things in it, the state is empty.
+    WindowState(BrowserWindow& window, const QString& file);
+
+    /// Puts the window into the state, but for the libraries.
+    void restoreWindow() const;
+    /// Opens and selects in a library what was; once, when it has been read.
+    void restoreLibrary(const fileString& library);
+
+    /// Writes the state that the window is in.
+    void save() const;
+
+private:
+    /// What was open and selected in a library.
+    struct LibraryState
+    {
+        QStringList openFolders;  // names from the category down, joined; those above come first
+        QString current;          // "item:" and its unique id, or "folder:" and its names; or empty
+    };
+
+    LibraryState stateOf(const fileString& library) const;
+
+    BrowserWindow& window_;
+    const QString file_;
+    std::map<fileString, LibraryState> libraries_;
+};
+
+}  // namespace VelkHost

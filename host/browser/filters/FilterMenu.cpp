@@ -1,0 +1,107 @@
+#include "host/browser/filters/FilterMenu.h"
+
+#include <QActionGroup>
+#include <QEvent>
+#include <QListView>
+
+#include <algorithm>
+#include <cstddef>
+#include <string_view>
+
+namespace VelkHost {
+namespace {
+
+constexpr int boxCharacters = 14;
+
+constexpr std::string_view entryKeys = "0123456789abcdghijklnopqrstuvwxyz";  // three letters are taken
+
+/// The entry's text with the key that chooses it.
+QString withKey(int entry, QString text)
+{
+    return u'&' + QString(QLatin1Char(entryKeys[static_cast<std::size_t>(entry)])) + QStringLiteral("  ") +
+           text.replace(u'&', QStringLiteral("&&"));
+}
+
+}  // namespace
+
+FilterBox::FilterBox(QWidget* parent) : QComboBox(parent)
+{
+    setObjectName(QStringLiteral("filterBox"));
+    setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);  // measuring thousands of names takes time
+    setMinimumContentsLength(boxCharacters);
+    if (auto* const list = qobject_cast<QListView*>(view()))
+        list->setUniformItemSizes(true);
+    retranslate();
+}
+
+void FilterBox::setState(const FilterState& state)
+{
+    clear();
+    addItems(state.entries);
+    setCurrentIndex(state.currentEntry());
+    setToolTip(currentText().toHtmlEscaped());
+}
+
+void FilterBox::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        retranslate();
+    QComboBox::changeEvent(event);
+}
+
+void FilterBox::retranslate()
+{
+    setAccessibleName(tr("Filter"));
+}
+
+FilterMenu::FilterMenu(QWidget* parent)
+    : QMenu(parent),
+      entries_(new QActionGroup(this)),
+      more_(addAction(QString())),
+      separator_(addSeparator()),
+      edit_(addAction(QString())),
+      merge_(addAction(QString()))
+{
+    setObjectName(QStringLiteral("filterMenu"));
+    more_->setObjectName(QStringLiteral("moreFiltersAction"));
+    edit_->setObjectName(QStringLiteral("editFiltersAction"));
+    edit_->setShortcut(Qt::CTRL + Qt::SHIFT + Qt::Key_F);
+    merge_->setObjectName(QStringLiteral("mergeFiltersAction"));
+    connect(more_, &QAction::triggered, this, &FilterMenu::moreAsked);
+    connect(edit_, &QAction::triggered, this, &FilterMenu::editAsked);
+    connect(merge_, &QAction::triggered, this, &FilterMenu::mergeAsked);
+    retranslate();
+}
+
+void FilterMenu::setState(const FilterState& state)
+{
+    for (QAction* const action : entries_->actions())
+        delete action;
+    const int shown = std::min(state.entries.size(), static_cast<int>(entryKeys.size()));
+    more_->setVisible(shown < state.entries.size());
+    for (int entry = 0; entry < shown; ++entry) {
+        auto* const action = new QAction(withKey(entry, state.entries[entry]), entries_);
+        action->setObjectName(QStringLiteral("filterAction%1").arg(entry));
+        action->setCheckable(true);
+        action->setChecked(entry == state.currentEntry());
+        connect(action, &QAction::triggered, this, [this, entry] { Q_EMIT chosen(entry); });
+        insertAction(more_, action);
+    }
+}
+
+void FilterMenu::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        retranslate();
+    QMenu::changeEvent(event);
+}
+
+void FilterMenu::retranslate()
+{
+    setTitle(tr("Fi&lters"));
+    more_->setText(tr("More &Filters"));
+    edit_->setText(tr("&Edit Filters..."));
+    merge_->setText(tr("&Merge Filters from a File..."));
+}
+
+}  // namespace VelkHost

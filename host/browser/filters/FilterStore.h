@@ -1,0 +1,66 @@
+#pragma once
+
+#include "host/browser/makers/DataThread.h"
+#include "host/library/Filters.h"
+
+#include <VelkLibrary/LibraryFilter.h>
+
+#include <QObject>
+#include <QStringList>
+
+#include <functional>
+#include <vector>
+
+namespace VelkHost {
+
+/// The installation's filters as the window knows them.
+struct FilterState
+{
+    std::vector<LibraryFilter> filters;
+    long currentId = noFilterId;
+    QStringList entries;  ///< of a menu: the first stands for no filter, the others for `filters`
+
+    /// The filter in force; null when there is none, also when the current id is no filter's.
+    const LibraryFilter* inForce() const;
+    /// Its entry.
+    int currentEntry() const;
+    /// The id behind an entry.
+    long idOfEntry(int entry) const;
+};
+
+/// The installation's filters, read and saved in the background. The user-interface thread's.
+class FilterStore : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit FilterStore(QObject* parent = nullptr);
+
+    const FilterState& state() const { return state_; }
+
+    // All of these end in changed() or failed().
+    void read();
+    /// Puts the filter of an entry in force.
+    void setCurrentEntry(int entry);
+    /// Replaces all filters and the current one.
+    void replace(const std::vector<LibraryFilter>& filters, long currentId);
+    /// Adds the filters of a file; before changed() comes merged().
+    void merge(const fileString& path);
+
+    bool isBusy() const { return thread_.isBusy(); }
+
+Q_SIGNALS:
+    /// The state is another one, or was confirmed.
+    void changed();
+    /// Nothing was changed; `reason` is for people.
+    void failed(const QString& reason);
+    void merged(const VelkHost::FilterMerge& merge);
+
+private:
+    void run(const std::function<void()>& work, const std::function<void()>& succeeded);
+
+    FilterState state_;
+    DataThread thread_;
+};
+
+}  // namespace VelkHost

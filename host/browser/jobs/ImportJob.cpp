@@ -1,0 +1,183 @@
+#include "host/browser/jobs/ImportJob.h"
+
+#include "host/browser/jobs/InstalledFiles.h"
+#include "host/browser/jobs/PanelProgress.h"
+#include "host/catalog/CatalogError.h"
+#include "host/catalog/CatalogFile.h"
+#include "host/catalog/CatalogFolder.h"
+#include "host/support/QtText.h"
+
+#include <VelkCommon/Archive/ZipUtils.h>
+#include <VelkCommon/Files/FileReaper.h>
+#include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Text/StringUtils.h>
+#include <VelkLibrary/LibraryImport.h>
+#include <VelkLibrary/UI/LibraryProgressPanel.h>
+#include <VelkLibrary/detail/PlainFileName.h>
+
+#include <exception>
+#include <memory>
+#include <mutex>
+#include <new>
+#include <stdexcept>
+#include <utility>
+
+namespace VelkHost {
+namespace {
+
+using Unpacked = std::pair<std::optional<fileString>, std::optional<fileString>>;
+
+/// Ended by the user.
+struct ImportCancelled
+{};
+
+bool isPacked(const fileString& file)
+{
+    return StringUtils::toLowerUtf8(file.extension().utf8()) == ".calibz";
+}
+
+Unpacked unpack(const fileString& file, const std::shared_ptr<PanelProgress>& progress)
+{
+    if (isPacked(file))
+        return LibraryImport::unpackArchivedLibrary(file, progress);
+    progress->showBusy(ImportJob::tr("Copying “%1”").arg(qtText(file.stem().utf8())).toStdString());
+    return {LibraryImport::createTempDatabase(file, nullptr), std::nullopt};
+}
+
+/// Why nothing was unpacked.
+QString unpackingProblem(const fileString& file)
+{
+    if (!file.pathExists())
+        return ImportJob::tr("The file is not there any more.");
+    if (!isPacked(file))
+        return ImportJob::tr("It cannot be read.");
+    if (ZipUtils::getSizeOfArchive(file) == 0)
+        return ImportJob::tr("It is no packed library, or it is damaged.");
+    return ImportJob::tr("The library in it is missing or damaged.");
+}
+
+void stopWhenCancelled(const ProgressSubject& progress)
+{
+    if (progress.isCancelled())
+        throw ImportCancelled();
+}
+
+// The textures come first: without the library they harm nobody, and the library without them is
+// incomplete. When it then cannot be moved, textures that nobody had before go again. Waiting for those
+// who read the installed files may take seconds.
+void putInPlace(const Unpacked& unpacked, const fileString& target, bool replace, ProgressSubject& progress)
+{
+    const std::unique_lock replacing(installedFiles());
+    stopWhenCancelled(progress);
+    const fileString textures = LibraryImport::getArchivedTexturePath(target, false);
+    const bool hadTextures = textures.pathExists();
+    makeFolder(target.parentPath());
+    if (target.pathExists() && !replace)
+        throw CatalogError(target, "is there already");
+    if (unpacked.second && !LibraryImport::moveArchivedTextures(*unpacked.second, textures, &progress))
+        throw CatalogError(textures, "cannot be written");
+    if (FileUtils::moveFile(*unpacked.first, target, replace))
+        return;
+    if (unpacked.second && !hadTextures)
+        FileUtils::removePath(textures, FileUtils::noFlags);
+    throw CatalogError(target, "cannot be written");
+}
+
+}  // namespace
+
+ImportJob::ImportJob(std::vector<ImportSource> sources, QObject* parent)
+    : LibraryJob(parent), sources_(std::move(sources))
+{}
+
+ImportJob::~ImportJob()
+{
+    cancel();
+    if (worker_.joinable())
+        worker_.join();
+}
+
+void ImportJob::start(LibraryProgressPanel& panel)
+{
+    panel_ = static_cast<const LibraryProgressBase&>(panel);
+    worker_ = std::thread([this] { run(); });
+}
+
+void ImportJob::cancel()
+{
+    stop_.request_stop();
+}
+
+// On the worker, like what follows but outcome().
+void ImportJob::run()
+{
+    for (const ImportSource& source : sources_)
+        if (!stop_.stop_requested())
+            import(source);
+    post([this] {
+        worker_.join();
+        Q_EMIT ended(outcome());
+    });
+}
+
+void ImportJob::import(const ImportSource& source)
+{
+    QString problem;
+    try {
+        take(source);
+        return;
+    } catch (const ImportCancelled&) {
+        return;
+    } catch (const CatalogError& error) {
+        problem = qtText(error.what());
+    } catch (const std::bad_alloc&) {
+        problem = tr("There is too little memory for it.");
+    } catch (const std::exception& error) {
+        problem = qtText(error.what());
+    }
+    problems_.append(tr("“%1” was not imported. %2").arg(qtText(source.file.stemWithExtension().utf8()), problem));
+}
+
+void ImportJob::take(const ImportSource& source)
+{
+    const fileString target = importTarget(source.file);
+    if (!Library::detail::isPlainFileName(target.stemWithExtension().utf8()))
+        throw std::runtime_error(tr("Its name cannot be that of a library.").toStdString());
+    const auto progress = std::make_shared<PanelProgress>(*panel_, stop_.get_token());
+    const Unpacked unpacked = unpack(source.file, progress);
+    const FileReaper databaseReaper(unpacked.first.value_or(fileString()));
+    const FileReaper othersReaper(unpacked.second.value_or(fileString()));
+    stopWhenCancelled(*progress);
+    if (!unpacked.first)
+        throw std::runtime_error(unpackingProblem(source.file).toStdString());
+    progress->showBusy(tr("Checking “%1”").arg(qtText(source.file.stem().utf8())).toStdString());
+    try {
+        readCatalog(*unpacked.first, CatalogContent::Names);
+    } catch (const CatalogError& error) {
+        throw std::runtime_error(tr("The library in it cannot be read: %1").arg(qtText(error.reason())).toStdString());
+    }
+    putInPlace(unpacked, target, source.replace, *progress);
+    imported_.push_back(target);
+    post([this, target] { Q_EMIT installed(target); });
+}
+
+JobOutcome ImportJob::outcome() const
+{
+    JobOutcome outcome{{}, problems_, false};
+    if (imported_.size() == 1)
+        outcome.message = tr("“%1” was imported.").arg(qtText(imported_.front().stem().utf8()));
+    else if (!imported_.empty())
+        outcome.message = tr("%n libraries were imported.", nullptr, static_cast<int>(imported_.size()));
+    else if (stop_.stop_requested())
+        outcome.message = tr("The import was cancelled.");
+    else
+        outcome.message = tr("Nothing was imported.");
+    return outcome;
+}
+
+// Dropped when this object ends first.
+void ImportJob::post(std::function<void()> call)
+{
+    QMetaObject::invokeMethod(this, std::move(call), Qt::QueuedConnection);
+}
+
+}  // namespace VelkHost

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "host/browser/jobs/ImportPlan.h"
+#include "host/browser/jobs/LibraryJob.h"
+
+#include <VelkCommon/Files/fileString.h>
+
+#include <QList>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <vector>
+
+class LibraryProgressPanel;
+class QAction;
+class QMainWindow;
+class QToolButton;
+
+namespace VelkHost {
+
+/// The jobs of the browser's window, one at a time: their actions, the progress panel with its cancel button
+/// below the QSplitter "libMainSplitter", and the outcome in the status bar. While a job runs, the window
+/// closes only after the job was cancelled and has ended.
+class LibraryJobs : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `window` has its splitter and outlives the object.
+    explicit LibraryJobs(QMainWindow& window);
+    /// Cancels what runs and waits for it.
+    ~LibraryJobs() override;
+
+    /// Import, check for updates, cancel: for a menu.
+    QList<QAction*> actions() const { return {import_, update_, cancel_}; }
+
+    /// The content service's address; without one there is nothing to update from.
+    void setService(const QString& address);
+
+    bool isRunning() const { return job_ != nullptr; }
+
+public Q_SLOTS:
+    void checkForUpdates();
+    /// Asks for files to import.
+    void chooseImports();
+    /// Imports ".calibz" and ".calib" files, after a question when libraries of their names are there.
+    void importFiles(const QStringList& files);
+    /// Cancels what runs.
+    void cancel();
+
+Q_SIGNALS:
+    void runningChanged(bool running);
+    /// The file of a library was added or replaced; its name is that of an import when `imported`.
+    void libraryInstalled(const fileString& library, bool imported);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void start(std::unique_ptr<LibraryJob> job, bool imports);
+    void startImport(std::vector<ImportSource> sources);
+    void askToReplace(std::vector<ImportSource> sources, const QStringList& names);
+    void buildPanel();
+    void end(const JobOutcome& outcome);
+    void showProblems(const QStringList& problems);
+    void openErrorLog();
+    void enableActions();
+    void retranslate();
+
+    QMainWindow& window_;
+    QAction* const import_;
+    QAction* const update_;
+    QAction* const cancel_;
+    QToolButton* const errorLog_;
+    QString service_;
+    QPointer<LibraryProgressPanel> panel_;
+    std::unique_ptr<LibraryJob> job_;
+    bool asking_ = false;
+    bool closing_ = false;
+};
+
+}  // namespace VelkHost

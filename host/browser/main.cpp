@@ -1,0 +1,110 @@
+// The library browser in a window of its own.
+#include "host/browser/BrowserOptions.h"
+#include "host/browser/BrowserWindow.h"
+#include "host/browser/StoredPreferences.h"
+#include "host/catalog/CatalogError.h"
+#include "host/command/CommandLine.h"
+#include "host/service/SiteService.h"
+#include "host/support/InstallHost.h"
+
+#include <VelkCommon/HostServices.h>
+#include <VelkCommon/Network/Curl.h>
+
+#include <QApplication>
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace {
+
+constexpr const char* examples = R"(Examples:
+  velk-browser
+  velk-browser --home ./planner --service https://content.example/
+  velk-browser --home ./planner --site ./published   updates without a server
+
+--site serves what "velk publish" has published from within this program, for trying
+out and for demonstrations.)";
+
+/// The program's arguments; on a wrong command line, or "--help", what is left is the exit code.
+struct CommandLine
+{
+    VelkHost::BrowserOptions options;
+    std::string site;
+    std::optional<int> exitCode;
+};
+
+CommandLine parsed(int argumentCount, char** arguments)
+{
+    CommandLine line;
+    std::string home;
+    CLI::App parser("Browse, search and update libraries of objects, materials, textures and styles");
+    parser.footer(examples);
+    parser.add_option("--home", home, "The installation's folder (default: VELK_HOME, or the user's)")
+        ->type_name("DIR");
+    CLI::Option* const service =
+        parser
+            .add_option("--service", line.options.service, "The address of the content service that updates come from")
+            ->type_name("URL")
+            ->check([](const std::string& address) {
+                return Curl::downloadable(address) ? std::string() : "must begin with http:// or https://";
+            });
+    parser.add_option("--site", line.site, "A published site to serve and to update from")
+        ->excludes(service)
+        ->type_name("DIR");
+    try {
+        parser.parse(argumentCount, arguments);
+    } catch (const CLI::ParseError& error) {
+        line.exitCode = parser.exit(error);
+    }
+    line.options.home = fileString(VelkHost::fromParser(home));
+    return line;
+}
+
+/// The service within this program, when one is asked for.
+std::unique_ptr<VelkHost::SiteService> startedService(const std::string& site)
+{
+    if (site.empty())
+        return nullptr;
+    VelkHost::ServiceOptions options;
+    options.site = fileString(VelkHost::fromParser(site));
+    return std::make_unique<VelkHost::SiteService>(std::move(options));
+}
+
+void installHost(const fileString& home)
+{
+    Velk::installHost(VelkHost::hostServices(home));  // tells where the settings are
+    Velk::HostServices services = VelkHost::hostServices(home);
+    VelkHost::keepPreferences(services, VelkHost::settingsFile());
+    Velk::installHost(std::move(services));
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments)
+{
+    CommandLine line = parsed(argumentCount, arguments);
+    if (line.exitCode)
+        return *line.exitCode;
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QApplication application(argumentCount, arguments);
+    QApplication::setApplicationName(QStringLiteral("velk-browser"));
+    installHost(line.options.home);
+    try {
+        const std::unique_ptr<VelkHost::SiteService> service = startedService(line.site);
+        if (service != nullptr)
+            line.options.service = service->address();
+        VelkHost::BrowserWindow window(line.options);
+        window.show();
+        window.readLibraries();
+        return QApplication::exec();
+    } catch (const VelkHost::CatalogError& error) {
+        std::fprintf(stderr, "velk-browser: %s\n", error.what());
+        return 1;
+    }
+}

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "host/browser/makers/DataThread.h"
+#include "host/browser/makers/MakerBook.h"
+#include "host/library/ManufacturerRefresh.h"
+#include "host/library/Manufacturers.h"
+
+#include <QImage>
+#include <QMap>
+#include <QObject>
+#include <QSize>
+
+#include <functional>
+#include <string>
+#include <utility>
+
+namespace VelkHost {
+
+/// Where a content service has the manufacturers' data, and its logos.
+struct MakerAddresses
+{
+    std::string data;
+    std::string logos;
+};
+/// For the service's address, such as "http://127.0.0.1:8080/".
+MakerAddresses makerAddresses(const std::string& service);
+
+/// The installation's manufacturers, read, saved and brought up to date in the background. The user-interface
+/// thread's.
+class MakerStore : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit MakerStore(QObject* parent = nullptr);
+
+    const MakerBook& book() const { return book_; }
+
+    /// Ends in changed() or failed().
+    void read();
+    /// Changes a card; ends in edited() after changed(), or in editFailed().
+    void edit(long id, const CardEdit& edit);
+    /// Ends in refreshed() after changed(), or in refreshFailed().
+    void refresh(const std::string& service);
+
+    /// The logo of a card, in pixels at most of this size; null when it has none, and when it is not there
+    /// yet: then it is asked for, and logosChanged() follows.
+    QImage logo(const MakerCard& card, const QSize& atMost);
+
+    bool isBusy() const { return thread_.isBusy(); }
+
+Q_SIGNALS:
+    void changed();
+    void failed(const QString& reason);
+    void edited();
+    void editFailed(const QString& reason);
+    void refreshed(const VelkHost::ManufacturerRefresh& refresh);
+    void refreshFailed(const QString& reason);
+    void logosChanged();
+
+private:
+    using Outcome = std::function<void()>;
+    void run(const std::function<void()>& work, const Outcome& succeeded,
+             const std::function<void(const QString&)>& failed);
+
+    MakerBook book_;
+    QMap<QString, QImage> logos_;  // null: there is none, or not yet
+    DataThread thread_;
+};
+
+}  // namespace VelkHost

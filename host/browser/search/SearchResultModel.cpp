@@ -1,0 +1,228 @@
+#include "host/browser/search/SearchResultModel.h"
+
+#include "host/browser/tree/ItemDrag.h"
+#include "host/browser/tree/LibraryDelegate.h"
+#include "host/library/SearchText.h"
+#include "host/support/DisplayText.h"
+#include "host/support/QtText.h"
+
+#include <QFont>
+#include <QMimeData>
+#include <QPoint>
+#include <QStringList>
+#include <QVector>
+
+#include <algorithm>
+#include <utility>
+
+namespace VelkHost {
+namespace {
+
+constexpr quintptr groupLevel = 0;  // the internal id of groups; that of hits is their group's row and one
+
+/// The marked parts of a styled text, in Qt's units.
+QVector<QPoint> markedParts(const StyledText& styled)
+{
+    QVector<QPoint> parts;
+    int at = 0;
+    bool inside = false;
+    for (std::size_t i = 0; i < styled.text.size(); ++i) {
+        const int units = QChar::requiresSurrogates(styled.text[i]) ? 2 : 1;
+        if (styled.bold[i] && !inside)
+            parts.append({at, 0});
+        if (styled.bold[i])
+            parts.back().ry() += units;
+        inside = styled.bold[i];
+        at += units;
+    }
+    return parts;
+}
+
+}  // namespace
+
+SearchResultModel::SearchResultModel(ThumbnailCache& thumbnails, QObject* parent)
+    : QAbstractItemModel(parent), thumbnails_(thumbnails)
+{}
+
+void SearchResultModel::setPictureSide(int side)
+{
+    pictureSide_ = side;
+}
+
+void SearchResultModel::setOutcome(std::shared_ptr<const SearchOutcome> outcome)
+{
+    beginResetModel();
+    outcome_ = std::move(outcome);
+    groups_.clear();
+    lowerTerms_.clear();
+    if (outcome_ != nullptr) {
+        lowerTerms_ = lowerTerms(outcome_->info);
+        const std::vector<Hit>& hits = outcome_->result.hits;
+        for (std::size_t i = 0; i < hits.size(); ++i) {
+            if (groups_.empty() || groups_.back().priority != hits[i].priority)
+                groups_.push_back({hits[i].priority, i, i});
+            groups_.back().end = i + 1;
+        }
+    }
+    endResetModel();
+}
+
+std::optional<LibraryPlace> SearchResultModel::place(const QModelIndex& index) const
+{
+    const Hit* const found = hit(index);
+    if (found == nullptr)
+        return std::nullopt;
+    return LibraryPlace{outcome_->libraries.loaded[found->library].path, found->isFolder, found->index};
+}
+
+QModelIndex SearchResultModel::index(int row, int column, const QModelIndex& parent) const
+{
+    if (!hasIndex(row, column, parent))
+        return {};
+    return createIndex(row, column, parent.isValid() ? static_cast<quintptr>(parent.row()) + 1 : groupLevel);
+}
+
+QModelIndex SearchResultModel::parent(const QModelIndex& child) const
+{
+    if (!child.isValid() || child.internalId() == groupLevel)
+        return {};
+    return createIndex(static_cast<int>(child.internalId() - 1), 0, groupLevel);
+}
+
+int SearchResultModel::rowCount(const QModelIndex& parent) const
+{
+    if (!parent.isValid())
+        return static_cast<int>(groups_.size());
+    if (parent.internalId() != groupLevel || parent.column() != 0)
+        return 0;
+    const Group& group = groups_[static_cast<std::size_t>(parent.row())];
+    return static_cast<int>(group.end - group.begin);
+}
+
+int SearchResultModel::columnCount(const QModelIndex&) const
+{
+    return 1;
+}
+
+QVariant SearchResultModel::data(const QModelIndex& index, int role) const
+{
+    if (!index.isValid())
+        return {};
+    const Hit* const found = hit(index);
+    return found == nullptr ? groupData(groups_[static_cast<std::size_t>(index.row())], role) : hitData(*found, role);
+}
+
+Qt::ItemFlags SearchResultModel::flags(const QModelIndex& index) const
+{
+    const Hit* const found = hit(index);
+    if (found == nullptr)
+        return Qt::ItemIsEnabled;
+    const Qt::ItemFlags selectable = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
+    return found->isFolder ? selectable : selectable | Qt::ItemIsDragEnabled;
+}
+
+QMimeData* SearchResultModel::mimeData(const QModelIndexList& indexes) const
+{
+    for (const QModelIndex& index : indexes) {
+        const Hit* const dragged = hit(index);
+        if (dragged == nullptr || dragged->isFolder)
+            continue;
+        const LoadedLibrary& library = outcome_->libraries.loaded[dragged->library];
+        return dragOf(library.path, *library.catalog, dragged->index, picture(*dragged).value<QPixmap>());
+    }
+    return nullptr;
+}
+
+const Hit* SearchResultModel::hit(const QModelIndex& index) const
+{
+    if (!index.isValid() || index.internalId() == groupLevel)
+        return nullptr;
+    const Group& group = groups_[index.internalId() - 1];
+    return &outcome_->result.hits[group.begin + static_cast<std::size_t>(index.row())];
+}
+
+QVariant SearchResultModel::groupData(const Group& group, int role) const
+{
+    if (role == Qt::DisplayRole)
+        return title(group.priority);
+    if (role == LibraryDelegate::QuietTextRole)
+        return QString::number(group.end - group.begin);
+    if (role == Qt::FontRole) {
+        QFont font;
+        font.setBold(true);
+        return font;
+    }
+    return {};
+}
+
+QVariant SearchResultModel::hitData(const Hit& hit, int role) const
+{
+    const LibrarySet& libraries = outcome_->libraries;
+    const Catalog& catalog = *libraries.loaded[hit.library].catalog;
+    switch (role) {
+        case Qt::DisplayRole:
+            return qtText(hitName(libraries, hit));
+        case LibraryDelegate::MatchesRole:
+            return QVariant::fromValue(markedParts(highlighted(hitName(libraries, hit), lowerTerms_)));
+        case LibraryDelegate::PictureRole:
+            return true;
+        case LibraryDelegate::QuietTextRole: {
+            QStringList names(qtText(catalog.name));
+            for (const std::string& name : hitPath(libraries, hit))
+                names.append(qtText(name));
+            return names.join(QStringLiteral(" \u203A "));
+        }
+        case Qt::ToolTipRole:
+            return hit.isFolder ? QVariant() : qtText(catalog.items[hit.index].keywords).toHtmlEscaped();
+        case Qt::DecorationRole:
+            return picture(hit);
+        default:
+            return {};
+    }
+}
+
+QVariant SearchResultModel::picture(const Hit& hit) const
+{
+    const LoadedLibrary& library = outcome_->libraries.loaded[hit.library];
+    if (hit.isFolder)
+        return {};
+    return thumbnails_.find({library.path, library.catalog->items[hit.index].uniqueId, pictureSide_});
+}
+
+QString SearchResultModel::title(SearchPriority priority)
+{
+    switch (priority) {
+        case ItemExactName:
+            return tr("Items of this name");
+        case FolderExactName:
+            return tr("Folders of this name");
+        case ItemBeginsWithWord:
+            return tr("Items that begin with the word");
+        case FolderBeginsWithWord:
+            return tr("Folders that begin with the word");
+        case ItemContainsWord:
+            return tr("Items with the word");
+        case FolderContainsWord:
+            return tr("Folders with the word");
+        case ItemBeginsWithSequence:
+            return tr("Items that begin with these letters");
+        case FolderBeginsWithSequence:
+            return tr("Folders that begin with these letters");
+        case KeywordsContainWord:
+            return tr("Items with the word as a keyword");
+        case ItemWordBeginsWithSequence:
+            return tr("Items with a word that begins so");
+        case FolderWordBeginsWithSequence:
+            return tr("Folders with a word that begins so");
+        case ItemContainsSequence:
+            return tr("Items with these letters");
+        case FolderContainsSequence:
+            return tr("Folders with these letters");
+        case KeywordsContainSequence:
+            return tr("Items with these letters in a keyword");
+        default:
+            return {};
+    }
+}
+
+}  // namespace VelkHost

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "host/browser/search/SearchRunner.h"
+#include "host/browser/tree/LibraryTreeModel.h"
+#include "host/browser/tree/ThumbnailCache.h"
+
+#include <QAbstractItemModel>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace VelkHost {
+
+/// What a search found: a group for each kind of match, best first, and in it the hits. Nothing is made for
+/// a hit until it is painted.
+class SearchResultModel : public QAbstractItemModel
+{
+    Q_OBJECT
+
+public:
+    explicit SearchResultModel(ThumbnailCache& thumbnails, QObject* parent = nullptr);
+
+    /// The side of the pictures, in the screen's pixels.
+    void setPictureSide(int side);
+
+    /// Shows an outcome; null for none.
+    void setOutcome(std::shared_ptr<const SearchOutcome> outcome);
+    const SearchOutcome* outcome() const { return outcome_.get(); }
+
+    /// What a row stands for; none for groups.
+    std::optional<LibraryPlace> place(const QModelIndex& index) const;
+
+    QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
+    QModelIndex parent(const QModelIndex& child) const override;
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+    /// The first item among them; see dragOf(). Null without one.
+    QMimeData* mimeData(const QModelIndexList& indexes) const override;
+
+private:
+    struct Group
+    {
+        SearchPriority priority;
+        std::size_t begin;  // in the result's hits
+        std::size_t end;
+    };
+
+    const Hit* hit(const QModelIndex& index) const;
+    QVariant groupData(const Group& group, int role) const;
+    QVariant hitData(const Hit& hit, int role) const;
+    QVariant picture(const Hit& hit) const;
+    static QString title(SearchPriority priority);
+
+    ThumbnailCache& thumbnails_;
+    std::shared_ptr<const SearchOutcome> outcome_;
+    std::vector<std::u32string> lowerTerms_;
+    std::vector<Group> groups_;
+    int pictureSide_ = 32;
+};
+
+}  // namespace VelkHost

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "host/browser/tree/LibraryLoader.h"
+#include "host/library/LibrarySearch.h"
+
+#include <VelkLibrary/Search/Info.h>
+
+#include <QObject>
+#include <QString>
+#include <QThreadPool>
+#include <QTimer>
+
+#include <memory>
+#include <stop_token>
+#include <vector>
+
+namespace VelkHost {
+
+/// What a search found, with all it refers to.
+struct SearchOutcome
+{
+    QString text;
+    Library::Search::Info info;
+    LibrarySet libraries;
+    SearchResult result;
+};
+
+/// Searches in the background while the user types: a search begins a moment after the last key, and the
+/// next key ends it. The user-interface thread's.
+class SearchRunner : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit SearchRunner(QObject* parent = nullptr);
+    ~SearchRunner() override;
+
+    /// The libraries of the searches to come.
+    void setLibraries(std::vector<BrowsedLibrary> libraries);
+
+    /// Searches for a text soon; any earlier search is dropped. An empty text only does that.
+    void search(const QString& text);
+    /// The same without the pause.
+    void searchNow(const QString& text);
+
+    /// How long the user must not type.
+    static constexpr int pauseMilliseconds = 120;
+
+Q_SIGNALS:
+    /// The search for the last text has ended.
+    void found(const std::shared_ptr<const VelkHost::SearchOutcome>& outcome);
+
+private:
+    void cancel();
+    void start();
+
+    std::vector<BrowsedLibrary> libraries_;
+    QString text_;
+    QTimer pause_;
+    std::stop_source stop_;
+    QThreadPool thread_;
+};
+
+}  // namespace VelkHost

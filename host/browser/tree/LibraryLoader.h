@@ -1,0 +1,64 @@
+#pragma once
+
+#include "host/browser/tree/CatalogOrder.h"
+#include "host/catalog/Catalog.h"
+
+#include <VelkCommon/Files/fileString.h>
+
+#include <QObject>
+#include <QThreadPool>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace VelkHost {
+
+/// A library as the browser holds it: shared with its workers, never changed.
+struct BrowsedLibrary
+{
+    fileString path;
+    std::shared_ptr<const Catalog> catalog;     ///< names only; without items while `order` is null
+    std::shared_ptr<const CatalogOrder> order;  ///< null while only the outline is read
+};
+
+/// Reads libraries in the background: first the outlines of all, which takes moments whatever their size,
+/// then their items. The signals come on this object's thread.
+class LibraryLoader : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit LibraryLoader(QObject* parent = nullptr);
+    /// Waits for the file being read.
+    ~LibraryLoader() override;
+
+    /// Reads these ".calib" files, in this order, after what was asked for before.
+    void read(const std::vector<fileString>& files);
+
+    /// Whether anything that was asked for is still to come.
+    bool isReading() const { return batches_ > 0; }
+
+    /// Lets go of a library in the background: a million items take their time.
+    void release(BrowsedLibrary library);
+
+Q_SIGNALS:
+    /// Twice for each library that can be read: with its outline, and complete.
+    void libraryRead(const VelkHost::BrowsedLibrary& library);
+    /// Once for each other; `reason` is a sentence for people.
+    void libraryFailed(const fileString& path, const QString& reason);
+    /// Everything that was asked for has been read.
+    void finished();
+
+private:
+    void readOne(const fileString& path, bool complete);
+    void post(std::function<void()> call);
+
+    QThreadPool thread_;
+    std::atomic<bool> stopping_ = false;
+    int batches_ = 0;
+};
+
+}  // namespace VelkHost

@@ -1,0 +1,148 @@
+#include "host/browser/tree/ThumbnailCache.h"
+
+#include "host/browser/jobs/InstalledFiles.h"
+#include "host/catalog/CatalogError.h"
+#include "host/catalog/CatalogThumbnails.h"
+#include "host/support/QtText.h"
+
+#include <QBuffer>
+#include <QByteArray>
+#include <QImageReader>
+
+#include <algorithm>
+#include <memory>
+#include <shared_mutex>
+#include <utility>
+
+namespace VelkHost {
+namespace {
+
+constexpr int kilobytesKept = 96 * 1024;
+constexpr std::size_t mostWanted = 512;  // a few screens full
+constexpr std::size_t picturesAtOnce = 32;
+constexpr int largestSide = 4096;  // a small file can claim to be a huge picture
+
+/// The picture in a PNG file, made to fit into a square; null for what is none. Small ones are not
+/// enlarged.
+QImage decoded(const std::string& png, int side)
+{
+    if (png.empty())
+        return {};
+    const QByteArray bytes = QByteArray::fromRawData(png.data(), static_cast<int>(png.size()));
+    QBuffer buffer;
+    buffer.setData(bytes);
+    QImageReader reader(&buffer, "png");
+    const QSize size = reader.size();
+    if (size.isEmpty() || size.width() > largestSide || size.height() > largestSide)
+        return {};
+    const QImage image = reader.read();
+    if (image.width() <= side && image.height() <= side)
+        return image;
+    return image.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+}
+
+int kilobytes(const QPixmap& pixmap)
+{
+    return 1 + pixmap.width() * pixmap.height() / 256;
+}
+
+}  // namespace
+
+QString ThumbnailKey::text() const
+{
+    const QChar separator(u'\n');
+    return QString::number(side) + separator + qtText(library.utf8()) + separator + qtText(uniqueId);
+}
+
+ThumbnailCache::ThumbnailCache(QObject* parent) : QObject(parent), pixmaps_(kilobytesKept)
+{
+    thread_.setMaxThreadCount(1);
+}
+
+ThumbnailCache::~ThumbnailCache()
+{
+    thread_.waitForDone();
+}
+
+QPixmap ThumbnailCache::find(const ThumbnailKey& key)
+{
+    const QString text = key.text();
+    if (const QPixmap* const pixmap = pixmaps_.object(text))
+        return *pixmap;
+    if (asked_.contains(text))
+        return {};
+    asked_.insert(text);
+    wanted_.push_front(key);
+    if (wanted_.size() > mostWanted) {
+        asked_.remove(wanted_.back().text());
+        wanted_.pop_back();
+    }
+    if (!reading_)
+        readNext();
+    return {};
+}
+
+void ThumbnailCache::forget(const fileString& library)
+{
+    ++generation_;
+    const QString part = u'\n' + qtText(library.utf8()) + u'\n';
+    for (const QString& key : pixmaps_.keys())
+        if (key.contains(part))
+            pixmaps_.remove(key);
+}
+
+void ThumbnailCache::readNext()
+{
+    const auto end = wanted_.begin() + static_cast<std::ptrdiff_t>(std::min(picturesAtOnce, wanted_.size()));
+    const std::vector<ThumbnailKey> keys(wanted_.begin(), end);
+    wanted_.erase(wanted_.begin(), end);
+    reading_ = !keys.empty();
+    if (!reading_)
+        return;
+    thread_.start([this, keys, generation = generation_] {
+        std::vector<Picture> pictures = read(keys);
+        const auto arrive = [this, pictures = std::move(pictures), generation] {
+            for (const Picture& picture : pictures)
+                asked_.remove(picture.key.text());
+            if (generation == generation_)
+                take(pictures);
+            readNext();
+            Q_EMIT changed();
+        };
+        QMetaObject::invokeMethod(this, arrive, Qt::QueuedConnection);
+    });
+}
+
+void ThumbnailCache::take(const std::vector<Picture>& pictures)
+{
+    for (const Picture& picture : pictures) {
+        auto pixmap = std::make_unique<QPixmap>(QPixmap::fromImage(picture.image));
+        const int cost = kilobytes(*pixmap);
+        pixmaps_.insert(picture.key.text(), pixmap.release(), cost);
+    }
+}
+
+// On the worker. Each library's file is open only meanwhile, so that it can be replaced.
+std::vector<ThumbnailCache::Picture> ThumbnailCache::read(const std::vector<ThumbnailKey>& keys)
+{
+    std::vector<Picture> pictures;
+    const std::shared_lock reading(installedFiles());
+    std::unique_ptr<CatalogThumbnails> open;
+    fileString openPath;
+    for (const ThumbnailKey& key : keys) {
+        Picture& picture = pictures.emplace_back(Picture{key, {}});
+        try {
+            if (open == nullptr || openPath != key.library) {
+                open.reset();
+                open = std::make_unique<CatalogThumbnails>(key.library);
+                openPath = key.library;
+            }
+            picture.image = decoded(open->png(key.uniqueId), key.side);
+        } catch (const CatalogError&) {
+            open.reset();  // an item without a picture
+        }
+    }
+    return pictures;
+}
+
+}  // namespace VelkHost

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <VelkCommon/Files/fileString.h>
+
+#include <QCache>
+#include <QImage>
+#include <QObject>
+#include <QPixmap>
+#include <QSet>
+#include <QString>
+#include <QThreadPool>
+
+#include <deque>
+#include <string>
+#include <vector>
+
+namespace VelkHost {
+
+/// A picture of an item, in the size that a view shows it in.
+struct ThumbnailKey
+{
+    fileString library;
+    std::string uniqueId;
+    int side = 0;  ///< of the square that it fits into, in the screen's pixels
+
+    QString text() const;
+};
+
+/// The items' pictures, read in the background when a view first asks for them. What was asked for last
+/// comes first, and what scrolled by long ago is dropped, so a view that is scrolled fast never waits. The
+/// user-interface thread's.
+class ThumbnailCache : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit ThumbnailCache(QObject* parent = nullptr);
+    ~ThumbnailCache() override;
+
+    /// The picture; null when the item has none, and when it is not there yet: then it is asked for, and
+    /// changed() follows.
+    QPixmap find(const ThumbnailKey& key);
+
+    /// Forgets the pictures of a library, whose file was replaced.
+    void forget(const fileString& library);
+
+    /// Whether anything asked for is still under way.
+    bool isBusy() const { return reading_ || !wanted_.empty(); }
+
+Q_SIGNALS:
+    /// Pictures have come; views paint again what they show.
+    void changed();
+
+private:
+    struct Picture
+    {
+        ThumbnailKey key;
+        QImage image;
+    };
+
+    void readNext();
+    void take(const std::vector<Picture>& pictures);
+    static std::vector<Picture> read(const std::vector<ThumbnailKey>& keys);
+
+    QCache<QString, QPixmap> pixmaps_;  // null: there is none
+    std::deque<ThumbnailKey> wanted_;   // the newest in front
+    QSet<QString> asked_;               // what is wanted or being read
+    bool reading_ = false;
+    int generation_ = 0;
+    QThreadPool thread_;
+};
+
+}  // namespace VelkHost

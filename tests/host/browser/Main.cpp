@@ -1,0 +1,29 @@
+// One application for all tests, as in the program; without a screen.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+
+#ifdef __GNUC__
+
+// Asked for by the leak sanitizer, never called in other builds. The font library, which Qt's platform
+// loads, keeps its tables when the process ends.
+extern "C" const char* __lsan_default_suppressions();
+
+extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions()
+{
+    return "leak:libfontconfig\n";
+}
+
+#endif
+
+int main(int argumentCount, char** arguments)
+{
+    testing::InitGoogleTest(&argumentCount, arguments);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    // Never destroyed: the platform without a screen leaves parts of itself behind then.
+    static const QApplication* const application = new QApplication(argumentCount, arguments);
+    (void)application;
+    QApplication::setQuitOnLastWindowClosed(false);
+    return RUN_ALL_TESTS();
+}

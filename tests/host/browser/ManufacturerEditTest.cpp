@@ -1,0 +1,246 @@
+#include "ManufacturerWindow.h"
+
+#include "host/browser/makers/MakerEditor.h"
+#include "host/service/SiteService.h"
+
+#include <VelkLibrary/Manufacturer/ManufacturerManager.h>
+
+#include <QAction>
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+
+using testing::HasSubstr;
+using VelkHost::MakerEditor;
+
+namespace {
+
+class ManufacturerEditing : public test::ManufacturerWindow
+{
+protected:
+    ManufacturerEditing()
+    {
+        VelkHost::editDefaultText("Ask us");
+        haveCard(7, {{"name", "Acme Doors"},
+                     {"url", "https://acme.example"},
+                     {"phone", "555 0123"},
+                     {"fax", "default"},
+                     {"email", "default"},
+                     {"logo", "acme.png"}});
+    }
+
+    void openEditor()
+    {
+        paneOf(0);
+        QTest::keyClick(&window(), Qt::Key_R, Qt::AltModifier);
+        editor_ = dialog<MakerEditor>("makerEditor");
+        ASSERT_NE(editor_, nullptr);
+    }
+
+    QLineEdit* line(const char* objectName) { return find<QLineEdit>(objectName, editor_); }
+    QCheckBox* box(const char* objectName) { return find<QCheckBox>(objectName, editor_); }
+    /// Replaces the text of a field, as the user does.
+    void enter(const char* field, const char* text)
+    {
+        line(field)->setFocus();
+        line(field)->selectAll();
+        test::typeText(line(field), QString::fromUtf8(text));
+    }
+    void accept()
+    {
+        QTest::keyClick(line("cardName"), Qt::Key_Return);
+        settle();
+    }
+
+    /// A member of the saved card.
+    QJsonValue saved(const char* member) const
+    {
+        const QJsonObject root =
+            QJsonDocument::fromJson(QByteArray::fromStdString(test::readFile(data(U"manufacturer_data.json"))))
+                .object();
+        return root[QStringLiteral("Manufacturer_7")].toObject()[QString::fromLatin1(member)];
+    }
+    std::string savedText(const char* member) const { return saved(member).toString().toStdString(); }
+
+    MakerEditor* editor_ = nullptr;
+};
+
+TEST_F(ManufacturerEditing, ShowsTheCard)
+{
+    openEditor();
+    EXPECT_EQ(line("cardName")->text(), QStringLiteral("Acme Doors"));
+    EXPECT_EQ(line("cardUrl")->text(), QStringLiteral("https://acme.example"));
+    EXPECT_EQ(line("cardPhone")->text(), QStringLiteral("555 0123"));
+    EXPECT_FALSE(box("cardPhoneDefault")->isChecked());
+    EXPECT_TRUE(box("cardFaxDefault")->isChecked());
+    EXPECT_EQ(line("cardFax")->text(), QString());
+    EXPECT_EQ(line("cardFax")->placeholderText(), QStringLiteral("Ask us"));
+    EXPECT_FALSE(line("cardFax")->isEnabled());
+    EXPECT_EQ(line("cardLogo")->text(), QStringLiteral("acme.png"));
+    EXPECT_FALSE(box("cardDeleted")->isChecked());
+}
+
+TEST_F(ManufacturerEditing, SavesAndShowsWhatWasEntered)
+{
+    openEditor();
+    enter("cardUrl", "https://t\u00FCr.example");
+    box("cardPhoneDefault")->click();
+    box("cardEmailDefault")->click();
+    EXPECT_TRUE(line("cardEmail")->isEnabled());
+    enter("cardEmail", "sales@acme.example");
+    box("cardDeleted")->click();
+    accept();
+    EXPECT_EQ(window().findChild<MakerEditor*>(), nullptr);
+    EXPECT_EQ(savedText("Url"), "https://t\u00FCr.example");
+    EXPECT_EQ(savedText("Phone"), "default");
+    EXPECT_EQ(savedText("Fax"), "default");
+    EXPECT_EQ(savedText("Email"), "sales@acme.example");
+    EXPECT_TRUE(saved("Deleted").toBool());
+    EXPECT_EQ(shownText("makerPhone"), "Ask us");
+    EXPECT_EQ(shownText("makerWithdrawn"), "This manufacturer was withdrawn.");
+    EXPECT_THAT(shownText("makerEmail").value_or(""), HasSubstr("mailto:sales@acme.example"));
+}
+
+TEST_F(ManufacturerEditing, WritesNothingWithoutAChange)
+{
+    openEditor();
+    const std::string before = test::readFile(data(U"manufacturer_data.json"));
+    accept();
+    EXPECT_EQ(window().findChild<MakerEditor*>(), nullptr);
+    EXPECT_EQ(test::readFile(data(U"manufacturer_data.json")), before);
+}
+
+TEST_F(ManufacturerEditing, WritesNothingWhenCancelled)
+{
+    openEditor();
+    const std::string before = test::readFile(data(U"manufacturer_data.json"));
+    enter("cardName", "Other");
+    QTest::keyClick(line("cardName"), Qt::Key_Escape);
+    settle();
+    EXPECT_EQ(window().findChild<MakerEditor*>(), nullptr);
+    EXPECT_EQ(test::readFile(data(U"manufacturer_data.json")), before);
+}
+
+TEST_F(ManufacturerEditing, StaysOpenWhenItCannotSave)
+{
+    openEditor();
+    enter("cardLogo", "../acme.png");
+    accept();
+    ASSERT_TRUE(editor_->isVisible());
+    const auto* const problem = find<QLabel>("cardProblem", editor_);
+    EXPECT_THAT(problem->text().toStdString(), HasSubstr("\"../acme.png\" is no plain file name for a logo"));
+    EXPECT_TRUE(problem->isVisible());
+    EXPECT_EQ(problem->textFormat(), Qt::PlainText);
+    EXPECT_EQ(line("cardLogo")->text(), QStringLiteral("../acme.png")) << "what was entered is not lost";
+    enter("cardLogo", "new.png");
+    accept();
+    EXPECT_EQ(window().findChild<MakerEditor*>(), nullptr);
+    EXPECT_EQ(savedText("Logo"), "new.png");
+}
+
+TEST_F(ManufacturerEditing, IsOpenedFromTheMenu)
+{
+    open();
+    EXPECT_FALSE(find<QAction>("editMakerAction")->isEnabled());
+    select("Doors", 0);
+    ASSERT_TRUE(find<QAction>("editMakerAction")->isEnabled());
+    find<QAction>("editMakerAction")->trigger();
+    EXPECT_NE(dialog<MakerEditor>("makerEditor"), nullptr);
+}
+
+TEST_F(ManufacturerEditing, HidesTheCardOfSomeoneRenamed)
+{
+    openEditor();
+    enter("cardName", "Nobody");
+    accept();
+    EXPECT_FALSE(pane().isVisible());
+    EXPECT_FALSE(find<QAction>("editMakerAction")->isEnabled());
+}
+
+// ---- Refreshing ----------------------------------------------------------------------------------
+
+class ManufacturerRefreshing : public test::ManufacturerWindow
+{
+protected:
+    ManufacturerRefreshing()
+    {
+        test::writeCatalogFile(input(U"core/a.calib"), "A");
+        test::writeFileDeep(input(U"manufacturer_data.json"), R"({"Version": "42",
+            "Last_Modified": "20260301T140559", "Default_Text": "Ask the service",
+            "Manufacturer_7": {"Id": 7, "Last_Modified": "20260301T140559", "Name": "Acme Doors",
+                               "Phone": "default", "Logo": "acme.png", "Deleted": false}})");
+        writeLogo(U"acme.png", 20, 10);
+        test::writeFileDeep(input(U"logos/acme.png"), test::readFile(data(U"acme.png")));
+        publish();
+        VelkHost::ServiceOptions options;
+        options.site = site();
+        service_ = std::make_unique<VelkHost::SiteService>(options);
+        clearData();
+    }
+
+    void clearData() const { std::remove(data(U"acme.png").utf8().c_str()); }
+
+    void refresh()
+    {
+        auto* const action = find<QAction>("refreshMakersAction");
+        ASSERT_TRUE(action->isEnabled());
+        action->trigger();
+        EXPECT_FALSE(action->isEnabled()) << "one at a time";
+        settle();
+        EXPECT_TRUE(action->isEnabled());
+    }
+
+    std::unique_ptr<VelkHost::SiteService> service_;
+};
+
+TEST_F(ManufacturerRefreshing, BringsCardsAndLogos)
+{
+    EXPECT_FALSE(paneOf(0, {{}, service_->address()}).isVisible());
+    refresh();
+    EXPECT_EQ(status().toStdString(), "Manufacturers: 1 new, 0 changed, 0 gone.");
+    settle();
+    EXPECT_EQ(shownText("makerName"), "Acme Doors");
+    EXPECT_EQ(shownText("makerPhone"), "Ask the service");
+    EXPECT_TRUE(find<QLabel>("makerLogo")->isVisible());
+    refresh();
+    EXPECT_EQ(status().toStdString(), "The manufacturers are up to date.");
+}
+
+TEST_F(ManufacturerRefreshing, LeavesNewerCards)
+{
+    haveCard(7, {{"name", "Acme Doors"}, {"phone", "1"}});
+    paneOf(0, {{}, service_->address()});
+    refresh();
+    EXPECT_EQ(status().toStdString(), "The service has nothing newer about the manufacturers.");
+    EXPECT_EQ(shownText("makerPhone"), "1");
+}
+
+TEST_F(ManufacturerRefreshing, SaysWhatFailed)
+{
+    const std::string address = service_->address();
+    service_.reset();
+    paneOf(0, {{}, address});
+    refresh();
+    EXPECT_THAT(status().toStdString(),
+                HasSubstr("The manufacturers are as they were: " + address + "manufacturers: "));
+}
+
+TEST_F(ManufacturerRefreshing, RefusesWhatIsNoAddress)
+{
+    paneOf(0, {{}, "file:///etc/"});
+    refresh();
+    EXPECT_EQ(status().toStdString(), "The manufacturers are as they were: \"file:///etc/\" is no web address");
+}
+
+TEST_F(ManufacturerRefreshing, NeedsAService)
+{
+    open();
+    EXPECT_FALSE(find<QAction>("refreshMakersAction")->isEnabled());
+    EXPECT_THAT(find<QAction>("refreshMakersAction")->statusTip().toStdString(), HasSubstr("--service"));
+}
+
+}  // namespace

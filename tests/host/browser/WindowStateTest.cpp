@@ -1,0 +1,105 @@
+#include "BrowserTest.h"
+
+#include "host/browser/StoredPreferences.h"
+#include "host/browser/filters/KindMenu.h"
+#include "host/browser/filters/ShownLibraries.h"
+#include "host/browser/search/SearchPane.h"
+
+#include <VelkCommon/HostServices.h>
+#include <VelkCommon/Reporting/PreferenceEngine.h>
+
+#include <QSplitter>
+#include <QTreeView>
+
+using test::furnitureCatalog;
+using VelkHost::LibraryKind;
+
+namespace {
+
+class KeptWindow : public test::BrowserTest
+{
+protected:
+    KeptWindow() { test::writeFile(library, test::catalogFileBytes(furnitureCatalog("Chair "))); }
+
+    void restart()
+    {
+        window().close();
+        closeWindow();
+        openWindow();
+    }
+
+    static QStringList names(const char* path) { return QString::fromLatin1(path).split(u'/'); }
+
+    const fileString library = core(U"furniture.calib");
+};
+
+TEST_F(KeptWindow, OpensTheSameFoldersAndSelectsTheSameItem)
+{
+    openWindow();
+    for (const char* path : {"Furniture", "Furniture/Seating", "Furniture/Seating/Chairs"})
+        tree().expand(folderIndex(library, names(path)));
+    tree().setCurrentIndex(itemIndex(library, "chair#7"));
+    restart();
+    EXPECT_EQ(currentId(), "chair#7");
+    EXPECT_TRUE(tree().isExpanded(folderIndex(library, names("Furniture/Seating/Chairs"))));
+    EXPECT_FALSE(tree().isExpanded(folderIndex(library, names("Furniture/Tables"))));
+}
+
+TEST_F(KeptWindow, KeepsItsSizeSplitterKindsAndExplanation)
+{
+    openWindow();
+    window().columns()->setSizes({500, 300});
+    const QByteArray columns = window().columns()->saveState();
+    window().searchPane()->setExplained(true);
+    window().shownLibraries()->kindMenu()->setHidden({LibraryKind::Bonus});
+    restart();
+    EXPECT_EQ(window().columns()->saveState(), columns);
+    EXPECT_TRUE(window().searchPane()->isExplained());
+    EXPECT_EQ(window().shownLibraries()->kindMenu()->hidden(), std::set<LibraryKind>{LibraryKind::Bonus});
+}
+
+TEST_F(KeptWindow, OpensWithAnyFileOfSettings)
+{
+    test::writeFile(
+        user(U"browser.ini"),
+        "[window]\ngeometry=@ByteArray(nonsense)\ncolumns=7\n[libraries]\nsize=3\n1\\path=x\n2\\open=@Invalid()\n");
+    openWindow();
+    EXPECT_EQ(model().rowCount(), 1);
+}
+
+class KeptPreferences : public test::TestHost
+{
+protected:
+    /// As a program's start does it.
+    void start()
+    {
+        Velk::HostServices services = *Velk::host();
+        services.preferences.clear();
+        VelkHost::keepPreferences(services, file_);
+        Velk::installHost(std::move(services));
+    }
+
+    static int displayType() { return *PreferenceEngine::getThePrefs().getPrefSet().get<int>(236); }
+
+    const QString file_ = QString::fromStdString((folder() / U"kept.ini").utf8());
+};
+
+TEST_F(KeptPreferences, ComeBack)
+{
+    start();
+    EXPECT_EQ(displayType(), 1);
+    EXPECT_TRUE(PreferenceEngine::getThePrefs().getPrefSet().set(236, 3));
+    EXPECT_TRUE(PreferenceEngine::getThePrefs().getPrefSet().set(251, true));
+    start();
+    EXPECT_EQ(displayType(), 3);
+    EXPECT_TRUE(*PreferenceEngine::getThePrefs().getPrefSet().get<bool>(251));
+}
+
+TEST_F(KeptPreferences, AreTheDefaultsWhereTheFileHoldsSomethingElse)
+{
+    test::writeFile(folder() / U"kept.ini", "[preferences]\n236=17\n251=@ByteArray(x)\n");
+    start();
+    EXPECT_EQ(displayType(), 1);
+}
+
+}  // namespace
