@@ -91,7 +91,7 @@ ImportJob::ImportJob(std::vector<ImportSource> sources, QObject* parent)
 
 ImportJob::~ImportJob()
 {
-    cancel();
+    ImportJob::cancel();
     if (worker_.joinable())
         worker_.join();
 }

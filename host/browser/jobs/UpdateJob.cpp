@@ -25,7 +25,7 @@ UpdateJob::UpdateJob(std::string service, QObject* parent) : LibraryJob(parent),
 UpdateJob::~UpdateJob()
 {
     if (updating_.joinable()) {  // else the cancelling would meet the next job
-        cancel();
+        UpdateJob::cancel();
         updating_.join();
     }
     installing_.waitForDone();

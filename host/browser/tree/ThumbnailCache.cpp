@@ -35,7 +35,7 @@ QImage decoded(const std::string& png, int side)
     const QSize size = reader.size();
     if (size.isEmpty() || size.width() > largestSide || size.height() > largestSide)
         return {};
-    const QImage image = reader.read();
+    QImage image = reader.read();
     if (image.width() <= side && image.height() <= side)
         return image;
     return image.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
