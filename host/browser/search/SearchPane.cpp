@@ -1,5 +1,6 @@
 #include "host/browser/search/SearchPane.h"
 
+#include "host/browser/search/SyntaxHelp.h"
 #include "host/browser/tree/LibraryDelegate.h"
 #include "host/library/SearchText.h"
 #include "host/support/QtText.h"
@@ -7,6 +8,7 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLocale>
 #include <QToolButton>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -59,6 +61,11 @@ SearchPane::SearchPane(ThumbnailCache& thumbnails, QWidget* parent)
 
     connect(&runner_, &SearchRunner::found, this, &SearchPane::showOutcome);
     connect(explain_, &QToolButton::toggled, explanation_, &QWidget::setVisible);
+    connect(syntax_, &QLabel::linkActivated, this, [this] {
+        auto* const help = new SyntaxHelp(this);
+        help->setAttribute(Qt::WA_DeleteOnClose);
+        help->show();
+    });
     connect(view_->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& current) { Q_EMIT selected(model_.place(current)); });
     connect(view_, &QTreeView::activated, this, [this](const QModelIndex& index) {
@@ -114,7 +121,7 @@ void SearchPane::showSummary()
     else if (count == 0)
         summary_->setText(tr("Nothing was found. Fewer or shorter words find more."));
     else
-        summary_->setText(tr("%n hit(s)", nullptr, count));
+        summary_->setText(count == 1 ? tr("1 hit") : tr("%1 hits").arg(QLocale().toString(count)));
     explanation_->setText(qtText(explainText(outcome->info)).trimmed());
 }
 

@@ -3,6 +3,7 @@
 #include "host/browser/search/SearchPane.h"
 #include "host/browser/tree/LibraryDelegate.h"
 
+#include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
@@ -89,6 +90,26 @@ TEST_F(WindowSearch, TellsHowItWasUnderstood)
     EXPECT_TRUE(explanation->text().contains(QStringLiteral("all of:  \"chair\"")))
         << explanation->text().toStdString();
     EXPECT_TRUE(explanation->text().contains(QStringLiteral("none of: \"stool\"")));
+}
+
+TEST_F(WindowSearch, CountsItsHits)
+{
+    type("chair");
+    EXPECT_EQ(named<QLabel>("searchSummary")->text(), QStringLiteral("4 hits"));
+    box().clear();
+    type("lamp");
+    EXPECT_EQ(named<QLabel>("searchSummary")->text(), QStringLiteral("1 hit"));
+}
+
+TEST_F(WindowSearch, ExplainsTheSyntaxByExamples)
+{
+    type("chair");
+    Q_EMIT named<QLabel>("syntaxLink")->linkActivated(QStringLiteral("syntax"));
+    auto* const help = named<QDialog>("syntaxHelp");
+    ASSERT_NE(help, nullptr);
+    EXPECT_TRUE(help->isVisible());
+    EXPECT_TRUE(named<QLabel>("syntaxText")->text().contains(QStringLiteral("chair -red")));
+    help->close();
 }
 
 TEST_F(WindowSearch, SaysSoWhenNothingIsFound)
