@@ -85,7 +85,8 @@ void LibraryDelegate::paint(QPainter* painter, const QStyleOptionViewItem& given
 
     QRect rest = option.rect.adjusted(margin, 0, -gap, 0);
     if (index.data(PictureRole).toBool()) {
-        const QPixmap picture = index.data(Qt::DecorationRole).value<QPixmap>();
+        auto picture = index.data(Qt::DecorationRole).value<QPixmap>();
+        picture.setDevicePixelRatio(painter->device()->devicePixelRatioF());  // it is as large as on the screen
         QRect square(rest.left(), rest.top() + (rest.height() - pictureSide) / 2, pictureSide, pictureSide);
         if (!picture.isNull())
             style->drawItemPixmap(painter, square, Qt::AlignCenter, picture);
