@@ -311,7 +311,7 @@ LibraryResultCategorizer::Matchers::Matchers(const Library::Search::Info& info)
     looksAtGivenTexts = terms.size() < fewestTermsForPairs &&
                         std::all_of(groups.begin(), groups.end(), [this](const GroupMatcher& group) {
                             return group.requiredBegin < group.excludedBegin &&
-                                   terms[groupTerms[group.requiredBegin]].plainPart().exists();
+                                   terms[groupTerms[group.requiredBegin]].plainPart().isSelective();
                         });
 }
 

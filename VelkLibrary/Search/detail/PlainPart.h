@@ -19,8 +19,8 @@ public:
     /// Whether `text` may hold `term`, the one given to the constructor, once it is lowered.
     bool mayStandIn(std::string_view text) const noexcept;
 
-    /// False if the answer is always yes.
-    bool exists() const noexcept { return size_ != 0; }
+    /// False if the answer is yes for most texts, as for a single letter, or for all.
+    bool isSelective() const noexcept { return size_ > 1; }
 
 private:
     bool standsAt(const char* place) const noexcept;
