@@ -1,6 +1,7 @@
 // How fast names are rated, beside other ways to do it, as one table with what is demanded (gate) and
 // what is aimed at (target). Every peer must give our ratings on all of the data before it is timed.
 // Arguments: folders to look for libraries in, in place of the system's; then those of Google Benchmark.
+#include "LeastTimes.h"
 #include "LibraryNames.h"
 #include "Measures.h"
 #include "RatingPeers.h"
@@ -16,7 +17,6 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
 #include <limits>
 #include <map>
 #include <new>
@@ -31,6 +31,7 @@ using test::allocations;
 namespace {
 
 using bench::Entry;
+using bench::LeastTimes;
 using bench::Peer;
 using bench::Rater;
 
@@ -93,44 +94,6 @@ Info searchForGroups(std::vector<ORGroup> groups)
     Info info(std::set<libType>{});
     info.parseTree.groups = std::move(groups);
     return info;
-}
-
-/// Least nanoseconds of processor time per pass, by the benchmark's name; and the passes' own output.
-class LeastTimes : public benchmark::ConsoleReporter
-{
-public:
-    LeastTimes() : ConsoleReporter(OO_None) {}
-
-    bool ReportContext(const Context&) override { return true; }
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
-        for (const Run& run : runs) {
-            if (run.run_type != Run::RT_Iteration)
-                continue;
-            double& least =
-                times_.try_emplace(run.run_name.function_name, std::numeric_limits<double>::max()).first->second;
-            least = std::min(least, run.cpu_accumulated_time * 1e9 / static_cast<double>(run.iterations));
-        }
-    }
-
-    double of(const std::string& name) const { return times_.at(name); }
-
-private:
-    std::map<std::string, double> times_;
-};
-
-/// Times `pass` under that name: `repetitions` times for at least `seconds`, or once if 0.
-void time(const std::string& name, std::function<void()> pass, int repetitions, double seconds)
-{
-    auto* const run = benchmark::RegisterBenchmark(name.c_str(), [pass = std::move(pass)](benchmark::State& state) {
-        for ([[maybe_unused]] auto _ : state)
-            pass();
-    });
-    run->Repetitions(repetitions)->Unit(benchmark::kNanosecond);
-    if (seconds == 0)
-        run->Iterations(1);
-    else
-        run->MinTime(seconds);
 }
 
 std::string key(const std::string& what, const std::string& peer, std::size_t number = 0)
@@ -246,8 +209,8 @@ void Measures::registerCalls()
                 for (std::size_t j = 0; j < folderSampleSize; ++j)
                     benchmark::DoNotOptimize(rater->folder(sample_[j * 4].name));
             };
-            time(key("call", peer.name, i), items, slow ? 2 : 7, slow ? 0 : 0.01);
-            time(key("folder", peer.name, i), folders, slow ? 2 : 7, slow ? 0 : 0.003);
+            bench::time(key("call", peer.name, i), items, slow ? 2 : 7, slow ? 0 : 0.01);
+            bench::time(key("folder", peer.name, i), folders, slow ? 2 : 7, slow ? 0 : 0.003);
         }
     }
 }
@@ -259,7 +222,7 @@ void Measures::registerMillion()
         if (peer.name != "own" && peer.name != "Hyperscan" && peer.name != "floor")
             continue;
         const std::shared_ptr<Rater> rater = peer.make(searchFor(U"office chair -red"));
-        time(
+        bench::time(
             key("million", peer.name),
             [this, rater] {
                 for (const Entry& entry : million_)
@@ -286,7 +249,7 @@ void Measures::registerLargeTexts()
                 continue;
             for (std::size_t i = 0; i < std::size(largeSearches); ++i) {
                 const std::shared_ptr<Rater> rater = peer.make(searchFor(largeSearches[i]));
-                time(
+                bench::time(
                     key("large" + std::to_string(size), peer.name, i),
                     [&text, rater] { benchmark::DoNotOptimize(rater->item("x", text)); }, 7, 0.02);
             }
@@ -300,7 +263,7 @@ void Measures::registerManyTerms()
         if (peer.name != "own" && peer.name != "Hyperscan" && peer.name != "floor")
             continue;
         const std::shared_ptr<Rater> rater = peer.make(manyTerms(libraries_));
-        time(
+        bench::time(
             key("many", peer.name),
             [this, rater] {
                 for (const Entry& entry : sample_)
@@ -317,9 +280,9 @@ void Measures::registerTrap()
     const std::shared_ptr<Rater> rater = allPeers().front().make(searchForGroups({group}));
     std::string& text = large_["trap"];
     text.assign(256 * kibi, 'a');
-    time(
+    bench::time(
         key("trap", "own"), [&text, rater] { benchmark::DoNotOptimize(rater->item(text, "")); }, 7, 0.02);
-    time(
+    bench::time(
         key("trap keywords", "own"), [&text, rater] { benchmark::DoNotOptimize(rater->item("", text)); }, 7, 0.02);
 }
 
@@ -332,7 +295,7 @@ void Measures::registerConstruction()
             const auto build = [make = peer.make, info = searchFor(searches[i])] {
                 benchmark::DoNotOptimize(make(info));
             };
-            time(key("build", peer.name, i), build, 5, 0.003);
+            bench::time(key("build", peer.name, i), build, 5, 0.003);
         }
     }
 }
@@ -349,10 +312,10 @@ std::u32string pairs(int count)
 
 void Measures::registerParsing()
 {
-    time(
+    bench::time(
         key("parse", "typical"),
         [] { benchmark::DoNotOptimize(Library::Search::parseSearchTerms(U"(office OR desk) chair -red")); }, 7, 0.02);
-    time(
+    bench::time(
         key("parse", "pairs"),
         [text = pairs(10)] { benchmark::DoNotOptimize(Library::Search::parseSearchTerms(text)); }, 7, 0.05);
 }
