@@ -47,8 +47,10 @@ void UpdateJob::onSetText(const std::string& text)
 
 void UpdateJob::onSetRangeInGauge(size_t range)
 {
-    if (panel_ != nullptr)
-        panel_->onSetRangeInGauge(range);
+    if (panel_ == nullptr)
+        return;
+    panel_->onSetRangeInGauge(range);
+    panel_->onSetValueInGauge(0);  // another phase begins
 }
 
 void UpdateJob::onUpdateInGauge()
