@@ -26,12 +26,12 @@ SyntaxHelp::SyntaxHelp(QWidget* parent) : QDialog(parent)
 QString SyntaxHelp::text()
 {
     const std::pair<QString, QString> rows[] = {
-        {QStringLiteral("office chair"), tr("both words, anywhere and in any order")},
-        {QStringLiteral("\"office chair\""), tr("the two words as they stand, one after the other")},
-        {QStringLiteral("chair OR table"), tr("either of the two; \"|\" does the same")},
-        {QStringLiteral("chair -red"), tr("chair, but not red; \"NOT red\" does the same")},
-        {QStringLiteral("(desk OR table) oak"), tr("oak, with desk or with table")},
-        {QStringLiteral("chair -(red OR blue)"), tr("chair, and neither red nor blue")},
+        {tr("office chair"), tr("both words, anywhere and in any order")},
+        {tr("\"office chair\""), tr("the two words as they stand, one after the other")},
+        {tr("chair OR table"), tr("either of the two; \"|\" does the same")},
+        {tr("chair -red"), tr("chair, but not red; \"NOT red\" does the same")},
+        {tr("(desk OR table) oak"), tr("oak, with desk or with table")},
+        {tr("chair -(red OR blue)"), tr("chair, and neither red nor blue")},
     };
     QString html = QStringLiteral("<table cellspacing=\"6\">");
     for (const auto& [typed, finds] : rows)

@@ -1,9 +1,9 @@
 #include "host/browser/tree/LibraryLoader.h"
 
 #include "host/browser/jobs/InstalledFiles.h"
+#include "host/browser/language/Reasons.h"
 #include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFile.h"
-#include "host/support/QtText.h"
 
 #include <shared_mutex>
 #include <utility>
@@ -57,7 +57,7 @@ void LibraryLoader::readOne(const fileString& path, bool complete)
         post([this, library] { Q_EMIT libraryRead(library); });
     } catch (const CatalogError& error) {
         if (complete)
-            post([this, path, reason = qtText(error.reason())] { Q_EMIT libraryFailed(path, reason); });
+            post([this, path, reason = translated(error.why())] { Q_EMIT libraryFailed(path, reason); });
     }
 }
 
