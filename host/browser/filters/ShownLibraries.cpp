@@ -119,8 +119,7 @@ QString ShownLibraries::whatHides() const
     if (filter == nullptr)
         return tr("the choice of kinds");
     const QString name = qtText(filter->getFilterName());
-    return byKind ? tr("the filter “%1” and the choice of kinds").arg(name)
-                  : tr("the filter “%1”").arg(name);
+    return byKind ? tr("the filter “%1” and the choice of kinds").arg(name) : tr("the filter “%1”").arg(name);
 }
 
 void ShownLibraries::showAll()
