@@ -120,7 +120,7 @@ std::uint64_t checkHeader(const fileString& path)
     const std::uint64_t expected = std::uint64_t{bigEndian(header, 28, 4)} * (pageField == 1 ? 65'536 : pageField);
     if (fileBytes < expected)
         throw CatalogError(path, {"is damaged: it is cut off after %1 of %2 bytes",
-                                  {std::to_string(fileBytes), std::to_string(expected)}});
+                                  {Reason::amount(fileBytes), Reason::amount(expected)}});
     return fileBytes;
 }
 

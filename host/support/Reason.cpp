@@ -10,6 +10,13 @@ Reason::Reason(std::string text) : text_(std::move(text)) {}
 
 Reason::Reason(std::string text, std::vector<Reason> parts) : text_(std::move(text)), parts_(std::move(parts)) {}
 
+Reason Reason::amount(std::uint64_t number)
+{
+    Reason reason(std::to_string(number));
+    reason.number_ = number;
+    return reason;
+}
+
 std::string Reason::english() const
 {
     if (parts_.empty())

@@ -5,6 +5,7 @@
 #include "host/support/QtText.h"
 
 #include <QCoreApplication>
+#include <QLocale>
 #include <QStringList>
 
 #include <new>
@@ -78,7 +79,7 @@ namespace {
     // The service
     QT_TRANSLATE_NOOP("Reason", "\"%1\" is no web address"),
     QT_TRANSLATE_NOOP("Reason", "%1: has no manufacturers' data"),
-    QT_TRANSLATE_NOOP("Reason", "%1: cannot be fetched; is the content service there?"),
+    QT_TRANSLATE_NOOP("Reason", "%1: cannot be fetched"),
     QT_TRANSLATE_NOOP("Reason", "there is too little memory"),
     QT_TRANSLATE_NOOP("Reason", "is no published site; see \"velk publish --help\""),
     QT_TRANSLATE_NOOP("Reason", "cannot be listened on; is another program using the port?"),
@@ -88,6 +89,8 @@ namespace {
 
 QString translated(const Reason& reason)
 {
+    if (reason.number())
+        return QLocale().toString(static_cast<qulonglong>(*reason.number()));
     const QString text = QCoreApplication::translate("Reason", reason.text().c_str());
     QStringList parts;
     for (const Reason& part : reason.parts())
@@ -111,7 +114,7 @@ QString failureText(const std::exception& error)
     if (const auto* const catalog = dynamic_cast<const CatalogError*>(&error))
         return qtText(catalog->path().humanReadableString()) + QStringLiteral(": ") + translated(catalog->why());
     if (const auto* const transfer = dynamic_cast<const TransferError*>(&error))
-        return translated({"%1: cannot be fetched; is the content service there?", {transfer->url()}});
+        return translated({"%1: cannot be fetched", {transfer->url()}});
     if (const auto* const data = dynamic_cast<const DataError*>(&error))
         return translated(data->why());
     if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr)

@@ -27,11 +27,12 @@ QString explanationOf(const Library::Search::Info& info)
                   ? SearchExplanation::tr("An entry is found when it has what this asks for:")
                   : SearchExplanation::tr("An entry is found when it has what one of these %Ln alternatives asks for:",
                                           nullptr, static_cast<int>(groups.size())));
+    const QString indentation(4, u' ');
     int number = 0;
     for (const Library::Search::ORGroup& group : groups) {
         lines << SearchExplanation::tr("%1. all of: %2").arg(++number).arg(qtText(quotedTerms(group.terms)));
         if (!group.excludedTerms.empty())
-            lines << SearchExplanation::tr("none of: %1").arg(qtText(quotedTerms(group.excludedTerms)));
+            lines << indentation + SearchExplanation::tr("none of: %1").arg(qtText(quotedTerms(group.excludedTerms)));
     }
     return lines.join(u'\n');
 }

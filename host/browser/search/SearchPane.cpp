@@ -29,6 +29,7 @@ SearchPane::SearchPane(ThumbnailCache& thumbnails, QWidget* parent)
 {
     summary_->setObjectName(QStringLiteral("searchSummary"));
     summary_->setTextFormat(Qt::PlainText);
+    summary_->setWordWrap(true);
     explain_->setObjectName(QStringLiteral("explainButton"));
     explain_->setCheckable(true);
     explain_->setAutoRaise(true);

@@ -7,6 +7,11 @@
 #include <utility>
 
 namespace VelkHost {
+namespace {
+
+constexpr int textWidth = 640;  // most examples then take one line
+
+}  // namespace
 
 SyntaxHelp::SyntaxHelp(QWidget* parent) : QDialog(parent)
 {
@@ -15,6 +20,8 @@ SyntaxHelp::SyntaxHelp(QWidget* parent) : QDialog(parent)
     auto* const label = new QLabel(text());
     label->setObjectName(QStringLiteral("syntaxText"));
     label->setTextFormat(Qt::RichText);
+    label->setWordWrap(true);
+    label->setMinimumWidth(textWidth);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::close);

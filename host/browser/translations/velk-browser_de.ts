@@ -355,10 +355,6 @@
         <translation>%1: enthält keine Herstellerdaten</translation>
     </message>
     <message>
-        <source>%1: cannot be fetched; is the content service there?</source>
-        <translation>%1: nicht abrufbar; ist der Inhaltsdienst erreichbar?</translation>
-    </message>
-    <message>
         <source>there is too little memory</source>
         <translation>Der Arbeitsspeicher reicht nicht aus</translation>
     </message>
@@ -369,6 +365,10 @@
     <message>
         <source>cannot be listened on; is another program using the port?</source>
         <translation>Auf dieser Adresse kann nicht gelauscht werden; benutzt ein anderes Programm den Port?</translation>
+    </message>
+    <message>
+        <source>%1: cannot be fetched</source>
+        <translation>%1: nicht abrufbar</translation>
     </message>
 </context>
 <context>

@@ -355,10 +355,6 @@
         <translation>%1&#xa0;: ne contient pas de données de fabricants</translation>
     </message>
     <message>
-        <source>%1: cannot be fetched; is the content service there?</source>
-        <translation>%1&#xa0;: récupération impossible&#xa0;; le service de contenu est-il joignable&#xa0;?</translation>
-    </message>
-    <message>
         <source>there is too little memory</source>
         <translation>la mémoire est insuffisante</translation>
     </message>
@@ -369,6 +365,10 @@
     <message>
         <source>cannot be listened on; is another program using the port?</source>
         <translation>impossible d’écouter à cette adresse&#xa0;; un autre programme utilise-t-il le port&#xa0;?</translation>
+    </message>
+    <message>
+        <source>%1: cannot be fetched</source>
+        <translation>%1&#xa0;: injoignable</translation>
     </message>
 </context>
 <context>

@@ -159,7 +159,7 @@ TEST(TranslationFiles, HaveTheReasonsThatThePartsOfTheHostGive)
                                     QStringLiteral("file is not a database"), QStringLiteral("string or blob too big"),
                                     QStringLiteral("database is locked"), QStringLiteral("disk I/O error")};
     const QStringList ofTheWindow{QStringLiteral("there is too little memory"),
-                                  QStringLiteral("%1: cannot be fetched; is the content service there?")};
+                                  QStringLiteral("%1: cannot be fetched")};
     for (const auto& [key, text] : test::readTranslations(test::translationFile(QStringLiteral("de")))) {
         if (key.first != QLatin1String("Reason") || fromDatabases.contains(key.second) ||
             ofTheWindow.contains(key.second))
