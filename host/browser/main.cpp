@@ -71,7 +71,7 @@ CommandLine parsed(int argumentCount, char** arguments)
         ->excludes(service)
         ->type_name("DIR");
     parser.add_option("--language", line.language, "The language of the window (default: the system's)")
-        ->type_name("")
+        ->type_name("CODE")
         ->check(CLI::IsMember(windowLanguages()));
     try {
         parser.parse(argumentCount, arguments);
