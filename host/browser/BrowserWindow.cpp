@@ -21,6 +21,7 @@
 #include <VelkLibrary/UI/Chooser.h>
 #include <VelkLibrary/UI/TreeItemData.h>
 
+#include <QAction>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -189,6 +190,12 @@ void BrowserWindow::buildMenus()
     connect(jobs_, &LibraryJobs::runningChanged, back, [back](bool running) {  // Escape cancels it meanwhile
         back->setShortcut(running ? QKeySequence() : QKeySequence(Qt::Key_Escape));
     });
+    showInTree_ = edit->addAction(tr("&Show in the Tree"), this, &BrowserWindow::showInTree,
+                                  QKeySequence(QStringLiteral("Ctrl+T")));
+    showInTree_->setObjectName(QStringLiteral("showInTreeAction"));
+    showInTree_->setEnabled(false);
+    search_->view()->addAction(showInTree_);
+    search_->view()->setContextMenuPolicy(Qt::ActionsContextMenu);
     menuBar()->addMenu(tr("&View"))->addMenu(shown_->kindMenu());
     menuBar()->addMenu(shown_->filterMenu());
 }
@@ -296,6 +303,12 @@ void BrowserWindow::reveal(const LibraryPlace& place)
     tree_->setFocus();
 }
 
+void BrowserWindow::showInTree()
+{
+    if (const std::optional<LibraryPlace> place = shownPlace_)
+        reveal(*place);
+}
+
 // While the search's results are there, one of those is shown.
 void BrowserWindow::showSelected()
 {
@@ -309,6 +322,7 @@ void BrowserWindow::showPlace(const std::optional<LibraryPlace>& place)
     const BrowsedLibrary* const library = place ? model_.library(place->library) : nullptr;
     details_->show(library, place.value_or(LibraryPlace()));
     maker_->show(library == nullptr || place->isFolder ? nullptr : library->catalog, place ? place->index : 0);
+    showInTree_->setEnabled(library != nullptr);
 }
 
 void BrowserWindow::choosePlace()

@@ -13,6 +13,7 @@
 #include <optional>
 #include <vector>
 
+class QAction;
 class QLabel;
 class QLineEdit;
 class QModelIndex;
@@ -74,6 +75,7 @@ private:
     void takeLibrary(const BrowsedLibrary& library);
     void searchTextChanged(const QString& text);
     void librariesChanged();
+    void showInTree();
     void showSelected();
     void showPlace(const std::optional<LibraryPlace>& place);
     void choosePlace();
@@ -96,6 +98,7 @@ private:
     ShownLibraries* shown_ = nullptr;
     QSplitter* columns_ = nullptr;
     QSplitter* mainSplitter_ = nullptr;
+    QAction* showInTree_ = nullptr;
     std::unique_ptr<WindowState> state_;
     LibraryJobs* jobs_ = nullptr;
     std::optional<fileString> imported_;  // to be shown when it is read
