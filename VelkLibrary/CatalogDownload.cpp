@@ -121,7 +121,8 @@ bool DownloadPhase::updateCatalog(const fileString& fileName, CatalogRecord& rec
 {
     const fileString stem = fileName.stem();
     receiver_.sendText(Velk::formatText(StringUtils::loadString(downloadingText), shownName(stem)));
-    const fileString target = downloadFolder(record.kind) / (stem + fileString(std::string(".download")));
+    const fileString folder = downloadFolder(record.kind);
+    const fileString target = folder.empty() ? fileString() : folder / (stem + fileString(std::string(".download")));
     if (!download(fileName, record, target))
         return true;
     const bool installed = installCatalog(receiver_, run_, target, fileName, record);
@@ -135,7 +136,7 @@ bool DownloadPhase::download(const fileString& fileName, const CatalogRecord& re
     TransferCounters& counters = CatalogUpdateState::get().counters;
     counters.kilobytesDone += static_cast<std::uint64_t>(counters.currentKilobytes);
     counters.currentKilobytes = 0;
-    if (!FileUtils::createDirectoriesWithPerm(target.parentPath()))
+    if (target.empty() || !FileUtils::createDirectoriesWithPerm(target.parentPath()))
         return fail(fileName, target, "The download folder cannot be made.");
     const auto [url, headers] = buildCatalogRequest(fileName, record, product_, version_);
     if (url.empty())
@@ -153,7 +154,7 @@ bool DownloadPhase::download(const fileString& fileName, const CatalogRecord& re
 bool DownloadPhase::fail(const fileString& fileName, const fileString& target, const std::string& reason)
 {
     Library::ErrorLog() << "Failed To Download File:  " << fileName.stem() << "   Reason:  " << reason << "\n";
-    if (target.pathExists())
+    if (!target.empty() && target.pathExists())
         FileUtils::removePath(target, FileUtils::overrideReadOnly);
     run_.failed = true;
     return false;

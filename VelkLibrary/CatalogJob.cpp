@@ -72,7 +72,7 @@ void CatalogJob::run(const LibraryProgressBase& receiver)
 
 void CatalogJob::runPhases(const LibraryProgressBase& receiver)
 {
-    Curl::get().forgetUnreachable();
+    const Curl::Run run;
     guarded(run_, prepareFolders);
     guarded(run_, [&] {
         if (leavesCoreAlone())

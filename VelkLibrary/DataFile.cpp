@@ -44,7 +44,7 @@ JsonNode readJsonFile(const fileString& path)
 
 bool isWritableOrReport(const fileString& path, const char* sourceFile, std::size_t line)
 {
-    if (!FileUtils::pathExists(path) || FileUtils::canWriteFile(path))
+    if (!FileUtils::pathExists(path) || FileUtils::canReplaceFile(path))
         return true;
     reportUnwritable(path, sourceFile, line);
     return false;

@@ -174,12 +174,15 @@ private:
 LibraryFilterManager& LibraryFilterManager::getLibraryFilterManager()
 {
     static LibraryFilterManager manager;
+    // Not while it is made: a host that is told may ask for it.
+    if (manager.hasFaultToReport_.exchange(false))
+        reportReadFault();
     return manager;
 }
 
 LibraryFilterManager::LibraryFilterManager()
 {
-    currentFilterId_ = readFilterFile(filterFile(getFilterFilename()), libraryFilters_);
+    hasFaultToReport_ = !readFilterFile(filterFile(getFilterFilename()), libraryFilters_, currentFilterId_);
 }
 
 // ---- The list and what is in force ---------------------------------------------------------------
@@ -241,8 +244,9 @@ void LibraryFilterManager::clearForcedSystemDBFilter() noexcept
 
 void LibraryFilterManager::removeIdFromLibraryFilters(const std::string& databaseId)
 {
+    const std::string removed = databaseId;  // it may stand in one of the filters
     for (LibraryFilter& filter : libraryFilters_)
-        filter.removeDatabaseId(databaseId);
+        filter.removeDatabaseId(removed);
 }
 
 // ---- Files ---------------------------------------------------------------------------------------
@@ -262,7 +266,9 @@ bool LibraryFilterManager::mergeFilters(const fileString& path)
 {
     try {
         std::vector<LibraryFilter> merged;
-        const long fileCurrentId = readFilterFile(path, merged);
+        long fileCurrentId = noFilter;
+        if (!readFilterFile(path, merged, fileCurrentId))
+            reportReadFault();
         FilterMerger merger(merged);
         for (const LibraryFilter& filter : libraryFilters_)
             merger.add(filter);
@@ -277,17 +283,22 @@ bool LibraryFilterManager::mergeFilters(const fileString& path)
     }
 }
 
-long LibraryFilterManager::readFilterFile(const fileString& path, std::vector<LibraryFilter>& filters)
+// What stands before a fault counts; false when there is one.
+bool LibraryFilterManager::readFilterFile(const fileString& path, std::vector<LibraryFilter>& filters, long& currentId)
 {
-    long currentId = noFilter;
     if (!path.pathExists())
-        return currentId;
+        return true;
     try {
         readFilters(path, filters, currentId);
+        return true;
     } catch (...) {
-        Velk::assertionFailed(sourceName, readLine, "Error Parsing Library Filter Data File");
+        return false;
     }
-    return currentId;
+}
+
+void LibraryFilterManager::reportReadFault()
+{
+    Velk::assertionFailed(sourceName, readLine, "Error Parsing Library Filter Data File");
 }
 
 bool LibraryFilterManager::writeFilterFile(const fileString& path, const std::vector<LibraryFilter>& filters,

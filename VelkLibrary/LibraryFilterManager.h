@@ -4,6 +4,7 @@
 #include <VelkLibrary/Export.h>
 #include <VelkLibrary/LibraryFilter.h>
 
+#include <atomic>
 #include <memory>
 #include <string>
 #include <vector>
@@ -85,11 +86,13 @@ public:
 private:
     LibraryFilterManager();
 
-    static long readFilterFile(const fileString& path, std::vector<LibraryFilter>& filters);
+    static bool readFilterFile(const fileString& path, std::vector<LibraryFilter>& filters, long& currentId);
+    static void reportReadFault();
     static bool writeFilterFile(const fileString& path, const std::vector<LibraryFilter>& filters, long currentId);
     const LibraryFilter* currentFilter() const;
 
     long currentFilterId_ = -1;
     std::vector<LibraryFilter> libraryFilters_;
     std::unique_ptr<LibraryFilter> forcedSystemDatabaseFilter_;
+    std::atomic<bool> hasFaultToReport_ = false;
 };

@@ -24,7 +24,7 @@ namespace {
 using OptionalPaths = std::pair<std::optional<fileString>, std::optional<fileString>>;
 using Handle = ZipUtils::ZipHandles::unzArchiveHandle;
 
-constexpr int blockSize = 52'428'800;  // the most bytes to read at once of a database too large for memory
+constexpr int blockSize = 1 << 20;  // bytes to read at once of a database too large for memory
 constexpr double allUnits = 100;
 
 const fileString& databaseExtension()
@@ -296,7 +296,7 @@ fileString getArchivedTexturePath(const fileString& library, bool referenced)
 
 bool moveArchivedTextures(const fileString& source, const fileString& destination, ProgressSubject* progress)
 {
-    if (!FileUtils::pathExists(source))
+    if (!FileUtils::pathExists(source) || source == destination)
         return true;
     const bool placed = putInPlace(source, destination, progress);
     if (placed)

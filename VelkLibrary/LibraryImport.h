@@ -51,8 +51,8 @@ VELKLIBRARY_EXPORT fileString getArchivedTexturePath(const fileString& library, 
 /// Puts the archive `source` in place at `destination`, making the folder when missing. Where an archive
 /// is there already, it is replaced in one step by one that holds the entries of both, each name once; a
 /// name in both comes from the destination. `source` is removed in any case, also after a failure (false),
-/// which leaves the destination as it was. True without a source. There is no cancellation; `progress` gets
-/// a step for each entry of the destination and then for each of the source.
+/// which leaves the destination as it was. True without a source, and for one that is its own destination. There is no
+/// cancellation; `progress` gets a step for each entry of the destination and then for each of the source.
 VELKLIBRARY_EXPORT bool moveArchivedTextures(const fileString& source, const fileString& destination,
                                              ProgressSubject* progress);
 

@@ -20,7 +20,7 @@ class VELKLIBRARY_EXPORT LibraryResultCategorizer
 public:
     /// Takes the terms and the flags `legacySearch` and `textSearch` of `info`. A search without a
     /// group rates everything `Invalid`.
-    explicit LibraryResultCategorizer(const Library::Search::Info& info);
+    LibraryResultCategorizer(const Library::Search::Info& info);
 
     /// Rates a folder's name: `Invalid` or one of the folder values.
     SearchPriority categorizeFolderResult(const std::string& folderName) const;

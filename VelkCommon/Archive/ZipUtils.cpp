@@ -243,10 +243,10 @@ void ZipUtils::writeFileDataFromArchive(const fileString& combined,
 
 namespace {
 
-// Data is made in pieces, and then appended to the block, whose memory is touched only as far as it is
-// filled. Both are so small that they stay in the processor's cache.
+// Data is made in pieces, which stay in the processor's cache, and then appended to the block. That grows with
+// what comes: the size that an entry declares may be a lie.
 constexpr std::size_t pieceSize = std::size_t{1} << 17;
-constexpr std::uint64_t largestBlock = std::uint64_t{1} << 20;
+constexpr std::size_t firstReserve = std::size_t{1} << 20;
 
 }  // namespace
 
@@ -278,9 +278,8 @@ std::vector<unsigned char> ZipUtils::ZipInputStream::readArchivedFile(int maxByt
         return block;
     ZipEntryReader& reader = source_->reader;
     std::vector<unsigned char>& piece = source_->piece;
-    const auto size =
-        static_cast<std::size_t>(std::min({static_cast<std::uint64_t>(maxBytes), reader.remaining(), largestBlock}));
-    block.reserve(size);
+    const auto size = static_cast<std::size_t>(std::min(static_cast<std::uint64_t>(maxBytes), reader.remaining()));
+    block.reserve(std::min(size, firstReserve));
     while (block.size() < size) {
         const std::size_t got = reader.read(piece.data(), std::min(piece.size(), size - block.size()));
         if (got == 0)

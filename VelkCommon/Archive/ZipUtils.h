@@ -125,9 +125,8 @@ public:
 
     /// The entry was found and can be read, and nothing wrong with it has shown so far.
     bool isFileOpen() const;
-    /// At most `maxBytes` bytes that follow, and never more than 1 MiB, because larger blocks only cost memory;
-    /// none at the end and after a failure.
-    /// Throws std::bad_alloc when there is not memory enough for the block; then nothing is lost.
+    /// The next `maxBytes` bytes, fewer only where the entry ends; none at the end and after a failure. Blocks of
+    /// more than 1 MiB only cost memory. Throws std::bad_alloc when there is not enough for the block.
     std::vector<unsigned char> readArchivedFile(int maxBytes);
     /// Nothing more will come, because the entry is at its end or because of a failure.
     bool reachedEOF() const;

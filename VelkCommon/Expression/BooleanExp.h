@@ -31,7 +31,7 @@ public:
     class VELKCOMMON_EXPORT Node
     {
     public:
-        virtual ~Node();
+        virtual ~Node() = 0;
         /// This node as a term, or null.
         virtual Term* asTerm();
         /// The same of a constant node.

@@ -10,7 +10,7 @@ class VELKCOMMON_EXPORT FileReaper
 {
 public:
     /// Guards the file at `path`, which need not exist yet.
-    explicit FileReaper(fileString path) noexcept;
+    FileReaper(fileString path) noexcept;
     ~FileReaper();
     FileReaper(const FileReaper&) = delete;
     FileReaper& operator=(const FileReaper&) = delete;

@@ -135,6 +135,13 @@ bool FileUtils::canWriteFile(const fileString& path)
         false);
 }
 
+bool FileUtils::canReplaceFile(const fileString& path)
+{
+    return guarded(
+        [&] { return Platform::canWriteFile(path.utf8()) && Platform::canReplaceFile(folderOf(path), path.utf8()); },
+        false);
+}
+
 bool FileUtils::isPathWriteLocked(const fileString& path)
 {
     return Platform::isWriteLocked(path.utf8());

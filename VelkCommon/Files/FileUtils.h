@@ -51,9 +51,13 @@ public:
     /// what is this user's alone.
     static bool setFilePermEveryoneFullAccess(const fileString& path);
 
-    /// The file can be opened for writing, or does not exist yet and can be created in its folder.
-    /// False for a folder. Changes nothing.
+    /// The file can be opened for writing, which nobody else has it open for (see isPathWriteLocked()), or it
+    /// does not exist yet and can be created in its folder. False for a folder. Changes nothing.
     static bool canWriteFile(const fileString& path);
+
+    /// The existing file can be opened for writing, and another one may take its place, as everything that is
+    /// written by replacement needs. Changes nothing.
+    static bool canReplaceFile(const fileString& path);
 
     /// Somebody holds the file open for writing, by LockingFStream or (on Windows) in any way.
     /// False for a file that does not exist.

@@ -3,6 +3,7 @@
 #include <VelkCommon/Network/detail/HeaderBatch.h>
 #include <VelkCommon/Network/detail/Requests.h>
 #include <VelkCommon/Network/detail/Session.h>
+#include <VelkCommon/Network/detail/UnreachableServers.h>
 #include <VelkCommon/Network/detail/UrlText.h>
 #include <VelkCommon/detail/Guarded.h>
 
@@ -155,7 +156,16 @@ bool Curl::browseURL(const std::string& url, const std::vector<std::string>& hea
     return succeeded;
 }
 
-void Curl::forgetUnreachable() const
+Curl::Run::Run()
 {
-    detail::UnreachableServers::get().forget();
+    if (detail::UnreachableServers::current() != nullptr)
+        return;
+    unreachable_ = std::make_unique<detail::UnreachableServers>();
+    detail::UnreachableServers::setCurrent(unreachable_.get());
+}
+
+Curl::Run::~Run()
+{
+    if (unreachable_ != nullptr)
+        detail::UnreachableServers::setCurrent(nullptr);
 }

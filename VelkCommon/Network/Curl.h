@@ -5,8 +5,13 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
+
+namespace Velk::detail {
+class UnreachableServers;
+}
 
 /// Transfers over HTTP and HTTPS: one process-wide instance, Curl::get(), for any number of threads.
 ///
@@ -20,9 +25,7 @@
 /// on the wire, all others, "%", "&", "#" and "+" included, stay. An address or header line with a
 /// control character is refused: nothing is sent, the call fails.
 ///
-/// A server that cannot be found, refuses the connection or does not answer to it within 15 s is not
-/// asked again for 30 s: calls that need it fail at once, for the same reason. So a run over hundreds of
-/// files ends in seconds when there is no network. forgetUnreachable() begins afresh.
+/// Every call asks anew, but for those of a Curl::Run, which ends in seconds when there is no network.
 ///
 /// Nothing throws, but what a caller's function throws passes through where it says so. Output
 /// parameters are replaced. Codes of failures are those of libcurl; in use are in particular 22 (the
@@ -85,10 +88,9 @@ public:
                       long& responseCode) const;
 
     /// getURLHeader() for many requests that overlap: at most 8 are on their way at a time, over at most 8
-    /// connections to a server. `answered` is called once for each request, in the order of `requests`,
-    /// on the calling thread, as soon as its answer and those before it are there; it may use this
-    /// class (the other requests go on meanwhile). What it throws passes through, and the remaining
-    /// requests are given up.
+    /// connections to a server, as a Run of their own. `answered` is called once for each request, in the order of
+    /// `requests`, on the calling thread, as soon as its answer and those before it are there; it may use this class
+    /// (the other requests go on meanwhile). What it throws passes through, and the remaining requests are given up.
     void getURLHeaders(const std::vector<HeaderRequest>& requests,
                        const std::function<void(std::size_t index, const HeaderAnswer& answer)>& answered) const;
 
@@ -99,9 +101,21 @@ public:
     bool browseURL(const std::string& url, const std::vector<std::string>& headers, std::string& body, bool,
                    long) const;
 
-    /// Lets every server be asked again, also those that could not be reached just now. For the
-    /// beginning of a run that the user, or a change of the network, has asked for.
-    void forgetUnreachable() const;
+    /// Many transfers that belong together: while it lives, a server that cannot be found, refuses the connection
+    /// or does not answer to it within 15 s is not asked again by the thread for 30 s. Calls that need it fail at
+    /// once, for the same reason. Destroyed by the thread that made it; a run within a run belongs to the outer
+    /// one. May throw `std::bad_alloc`.
+    class VELKCOMMON_EXPORT Run
+    {
+    public:
+        Run();
+        ~Run();
+        Run(const Run&) = delete;
+        Run& operator=(const Run&) = delete;
+
+    private:
+        std::unique_ptr<Velk::detail::UnreachableServers> unreachable_;
+    };
 
 private:
     Curl();

@@ -18,7 +18,7 @@ struct VELKCOMMON_EXPORT HeaderNameCompare
 
 /// Follows redirects and returns the final address, whatever its HTTP status; `url` itself when there is
 /// no redirect. Empty when the end cannot be reached, or a redirect leads to where Curl does not go.
-/// Asks by HEAD, and by GET where that is refused (405, 501). At most 30 s each.
+/// Asks by HEAD, and by GET where that is answered by an error or not at all. At most 30 s each.
 VELKCOMMON_EXPORT std::string getUrlAfterRedirects(const std::string& url);
 
 /// Replaces `out` by the names and values of a header block. A name that occurs several times keeps all

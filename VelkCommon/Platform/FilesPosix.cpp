@@ -139,7 +139,21 @@ bool canChangeFolder(const std::string& folder) noexcept
 bool canWriteFile(const std::string& path) noexcept
 {
     const auto status = fileStatus(path);
-    return status && !status->folder && ::faccessat(AT_FDCWD, systemPath(path), W_OK, AT_EACCESS) == 0;
+    return status && !status->folder && ::faccessat(AT_FDCWD, systemPath(path), W_OK, AT_EACCESS) == 0 &&
+           !isWriteLocked(path);
+}
+
+// In a folder with the sticky bit, only their owner and the folder's may rename over files.
+bool canReplaceFile(const std::string& folder, const std::string& path) noexcept
+{
+    if (!canChangeFolder(folder))
+        return false;
+    struct stat holder = {};
+    struct stat file = {};
+    if (::stat(systemPath(folder), &holder) != 0 || ::lstat(systemPath(path), &file) != 0)
+        return false;
+    const uid_t user = ::geteuid();
+    return (holder.st_mode & S_ISVTX) == 0 || user == 0 || user == holder.st_uid || user == file.st_uid;
 }
 
 bool isWriteLocked(const std::string& path) noexcept

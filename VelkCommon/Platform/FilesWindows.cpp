@@ -161,6 +161,11 @@ bool canWriteFile(const std::string& path) noexcept
     return static_cast<bool>(file);
 }
 
+bool canReplaceFile(const std::string& folder, const std::string&) noexcept
+{
+    return canChangeFolder(folder);
+}
+
 bool isWriteLocked(const std::string& path) noexcept
 {
     // Does not share writing, so it fails where somebody has the file open for that.

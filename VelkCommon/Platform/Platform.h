@@ -110,6 +110,9 @@ VELKCOMMON_EXPORT std::optional<std::uint64_t> freeSpace(const std::string& fold
 VELKCOMMON_EXPORT bool canChangeFolder(const std::string& folder) noexcept;
 /// The existing file can be opened for writing.
 VELKCOMMON_EXPORT bool canWriteFile(const std::string& path) noexcept;
+/// The existing file in `folder` can be replaced by a sibling: the folder's names can be changed, and it does not
+/// keep the files of others.
+VELKCOMMON_EXPORT bool canReplaceFile(const std::string& folder, const std::string& path) noexcept;
 /// See FileUtils::isPathWriteLocked().
 VELKCOMMON_EXPORT bool isWriteLocked(const std::string& path) noexcept;
 /// Lets the owner write.

@@ -128,11 +128,17 @@ void readCard(const JsonObject& object, const TextDecoder& texts, std::map<long,
 
 // ---- Writing -------------------------------------------------------------------------------------
 
+// An infinite time would make the whole file one that cannot be read.
+std::string writtenTime(const ptime& time)
+{
+    return Library::toString(time.is_special() ? ptime() : time);
+}
+
 json_writer::Object documentOf(long id, const Manufacturer& card)
 {
     json_writer::Object object;
     object.add_element(idKey, id);
-    object.add_element(lastModifiedKey, Library::toString(card.getLastModified()));
+    object.add_element(lastModifiedKey, writtenTime(card.getLastModified()));
     object.add_element(nameKey, card.getManufacturerName());
     object.add_element(urlKey, card.getManufacturerUrl());
     object.add_element(phoneKey, card.getManufacturerPhoneNumber(false));

@@ -87,6 +87,7 @@ std::map<long, std::u32string> ManufacturerManager::getIdNameMap() const
 void ManufacturerManager::saveModifiedManufacturers(std::map<long, Manufacturer>& cards,
                                                     const std::u32string& defaultText)
 {
+    std::u32string newText = defaultText;  // it may stand in one of the cards
     for (auto& [id, card] : cards) {
         const auto held = manufacturers_.find(id);
         if (held != manufacturers_.end() && !(held->second == card))
@@ -94,8 +95,7 @@ void ManufacturerManager::saveModifiedManufacturers(std::map<long, Manufacturer>
     }
     if (&cards != &manufacturers_)
         manufacturers_ = cards;
-    if (&defaultText != &defaultText_)
-        defaultText_ = defaultText;
+    defaultText_ = std::move(newText);
     writeDataFile();
 }
 
@@ -107,7 +107,8 @@ void ManufacturerManager::manageManufacturerData() const
 void ManufacturerManager::checkWriteDataFile()
 {
     const fileString path = manufacturerDataFile();
-    if (!FileUtils::canWriteFile(path))
+    const bool writable = FileUtils::pathExists(path) ? FileUtils::canReplaceFile(path) : FileUtils::canWriteFile(path);
+    if (!writable)
         Library::detail::reportUnwritable(path, Library::detail::manufacturerManagerSource, 229);
 }
 

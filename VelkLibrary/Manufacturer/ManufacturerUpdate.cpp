@@ -60,6 +60,7 @@ bool isSafeLogoName(const fileString& name)
 void ManufacturerManager::checkForManufacturerUpdates(const std::u32string& dataUrl, const std::u32string& logoUrl)
 {
     try {
+        const Curl::Run run;
         const fileString downloaded = PathUtils::getObject().getManufacturerDataPath() +
                                       fileString(Library::detail::manufacturerDataTemporaryFileName);
         if (FileUtils::pathExists(downloaded))

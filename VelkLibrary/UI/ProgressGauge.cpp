@@ -73,12 +73,10 @@ void ProgressGauge::onUpdate()
     if (reached >= maximum())
         return;
     onSetValue(reached + 1);
-    countsSteps_ = true;
 }
 
 void ProgressGauge::onSetValue(int size)
 {
-    countsSteps_ = false;
     setValue(size);
     if (text_ != nullptr)
         QMetaObject::invokeMethod(text_, "onSetValue", Qt::QueuedConnection, Q_ARG(int, size));
@@ -89,9 +87,6 @@ void ProgressGauge::onSetRange(int size)
     setMaximum(limitedSum(minimum(), size));
     if (text_ != nullptr)
         QMetaObject::invokeMethod(text_, "onSetRange", Qt::QueuedConnection, Q_ARG(int, size));
-    // The steps were those of the gauge before.
-    if (countsSteps_)
-        onSetValue(minimum());
 }
 
 void ProgressGauge::mouseReleaseEvent(QMouseEvent* event)

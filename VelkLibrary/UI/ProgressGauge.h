@@ -29,8 +29,8 @@ public Q_SLOTS:
     void onUpdate();
     /// Shows the value and tells the text object. The bar does not move for a value outside of its range.
     void onSetValue(int size);
-    /// Makes the gauge `size` steps long, counted from its minimum, and tells the text object. A gauge
-    /// that was moved by onUpdate() starts again; a value that was set stays.
+    /// Makes the gauge `size` steps long, counted from its minimum, and tells the text object. The value stays,
+    /// as far as the gauge reaches.
     void onSetRange(int size);
 
 protected:
@@ -43,5 +43,4 @@ private:
 
     ProgressDisplayType displayType_;
     QPointer<ProgressText> text_;
-    bool countsSteps_ = false;  // the value came from onUpdate()
 };

@@ -3,16 +3,15 @@
 #include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFile.h"
 #include "host/catalog/CatalogFolder.h"
+#include "host/library/HitOrder.h"
 
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Text/StringConvert.h>
-#include <VelkCommon/Text/StringUtils.h>
 #include <VelkLibrary/LibraryResultCategorizer.h>
 
 #include <algorithm>
 #include <chrono>
 #include <sstream>
-#include <tuple>
 
 namespace VelkHost {
 namespace {
@@ -76,7 +75,7 @@ public:
                 rateLibrary(i);
         result_.milliseconds = watch.milliseconds();
         if (!stop_.stop_requested())
-            sort();
+            result_.hits = inOrder(libraries_, result_.hits);
         return std::move(result_);
     }
 
@@ -115,23 +114,6 @@ private:
             if (catalog.items[i].uniqueId == info_.uniqueId)
                 result_.hits.push_back({Invalid, false, library, i});
         result_.ratedItems += catalog.items.size();
-    }
-
-    void sort()
-    {
-        std::vector<std::pair<std::string, Hit>> keyed;
-        keyed.reserve(result_.hits.size());
-        for (const Hit& hit : result_.hits)
-            keyed.emplace_back(StringUtils::toLowerUtf8(hitName(libraries_, hit)), hit);
-        const auto libraryName = [&](const Hit& hit) -> const std::string& {
-            return libraries_.loaded[hit.library].catalog->name;
-        };
-        std::stable_sort(keyed.begin(), keyed.end(), [&](const auto& left, const auto& right) {
-            return std::tie(left.second.priority, left.first, libraryName(left.second)) <
-                   std::tie(right.second.priority, right.first, libraryName(right.second));
-        });
-        std::transform(keyed.begin(), keyed.end(), result_.hits.begin(),
-                       [](const auto& entry) { return entry.second; });
     }
 
     const LibrarySet& libraries_;

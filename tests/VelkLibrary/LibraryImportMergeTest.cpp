@@ -55,6 +55,14 @@ TEST_F(Merge, AMissingSourceChangesNothing)
     EXPECT_THAT(resets_, IsEmpty());
 }
 
+TEST_F(Merge, AnArchiveIntoItselfStaysAsItIs)
+{
+    ZipBuilder().add("a", "1").writeTo(destination_);
+    const std::string old = test::readFile(destination_);
+    EXPECT_TRUE(LibraryImport::moveArchivedTextures(destination_, destination_, &progress_));
+    EXPECT_TRUE(test::readFile(destination_) == old);
+}
+
 TEST_F(Merge, AMissingDestinationIsACopy)
 {
     Velk::installHost(watchedServices());

@@ -8,12 +8,15 @@
 #include <iterator>
 #include <numeric>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 using namespace test;
 using namespace std::string_literals;
 
 namespace {
+
+static_assert(std::is_convertible_v<const Library::Search::Info&, LibraryResultCategorizer>);
 
 TEST(Categorizer, RatesKeywordsWhereTheNameSaysNothing)
 {

@@ -5,7 +5,6 @@
 #include <VelkCommon/Files/FileUtils.h>
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 using test::ProgramRun;
@@ -14,11 +13,6 @@ using testing::Not;
 using testing::StartsWith;
 
 namespace {
-
-QJsonObject jsonOf(const ProgramRun& run)
-{
-    return QJsonDocument::fromJson(QByteArray::fromStdString(run.output)).object();
-}
 
 /// The real program in an installation at "home".
 class FilterCommand : public test::TestHost
@@ -89,7 +83,7 @@ TEST_F(FilterCommand, TakesAFolderOfLibraries)
 TEST_F(FilterCommand, KeepsIdsAsTheyAre)
 {
     have({"add", "F", "--id", "Lib", "--id", "lib", "--id", " lib", "--id", "[a,b]"});
-    const QJsonArray ids = jsonOf(filter({"show", "F", "--format", "json"}))[QStringLiteral("libraries")].toArray();
+    const QJsonArray ids = filter({"show", "F", "--format", "json"}).json()[QStringLiteral("libraries")].toArray();
     ASSERT_EQ(ids.size(), 4);
     EXPECT_EQ(ids[0].toObject()[QStringLiteral("id")].toString(), QStringLiteral("Lib"));
     EXPECT_EQ(ids[2].toObject()[QStringLiteral("id")].toString(), QStringLiteral(" lib"));
@@ -107,7 +101,7 @@ TEST_F(FilterCommand, ListsByName)
               "   A      3          2\n"
               "   b      1          1\n"
               "*  C      2          1\n");
-    const QJsonObject list = jsonOf(filter({"list", "--format", "json"}));
+    const QJsonObject list = filter({"list", "--format", "json"}).json();
     EXPECT_EQ(list[QStringLiteral("currentId")].toInt(), 2);
     const QJsonObject last = list[QStringLiteral("filters")].toArray().at(2).toObject();
     EXPECT_EQ(last[QStringLiteral("name")].toString(), QStringLiteral("C"));
@@ -118,10 +112,11 @@ TEST_F(FilterCommand, PutsAFilterInForce)
 {
     have({"add", "Baths", "--id", "1"});
     EXPECT_EQ(filter({"current"}).output, "No filter\n");
-    EXPECT_TRUE(jsonOf(filter({"current", "--format", "json"}))[QStringLiteral("current")].isNull());
+    EXPECT_TRUE(filter({"current", "--format", "json"}).json()[QStringLiteral("current")].isNull());
     EXPECT_EQ(filter({"current", "Baths"}).output, "Baths\n");
     EXPECT_THAT(test::readFile(file()), HasSubstr("\"Current_Filter\": 1"));
-    EXPECT_EQ(jsonOf(filter({"current", "--format", "json"}))[QStringLiteral("current")]
+    EXPECT_EQ(filter({"current", "--format", "json"})
+                  .json()[QStringLiteral("current")]
                   .toObject()[QStringLiteral("name")]
                   .toString(),
               QStringLiteral("Baths"));
@@ -182,7 +177,7 @@ TEST_F(FilterCommand, MergesAnotherFile)
               "   Baths 1   3          1\n"
               "*  Doors     2          1\n"
               "   Halls     0          1\n");
-    const QJsonObject again = jsonOf(filter({"merge", "home/core/catalog_filters.json", "--format", "json"}));
+    const QJsonObject again = filter({"merge", "home/core/catalog_filters.json", "--format", "json"}).json();
     EXPECT_TRUE(again[QStringLiteral("came")].toArray().isEmpty());
     EXPECT_EQ(again[QStringLiteral("present")].toInt(), 4);
 }
@@ -331,7 +326,7 @@ TEST_F(FilterCommand, LimitsASearch)
     EXPECT_EQ(limited.exitCode, 0) << limited.errors;
     EXPECT_THAT(limited.output, HasSubstr("4 hits. "));
     EXPECT_THAT(limited.output, Not(HasSubstr("Library lib-a")));
-    const QJsonObject json = jsonOf(velk({"search", "chair", "--filter", "B", "--format", "json"}));
+    const QJsonObject json = velk({"search", "chair", "--filter", "B", "--format", "json"}).json();
     EXPECT_EQ(json[QStringLiteral("filter")].toString(), QStringLiteral("B"));
     EXPECT_EQ(json[QStringLiteral("libraries")].toArray().size(), 1);
     EXPECT_EQ(json[QStringLiteral("found")].toInt(), 4);

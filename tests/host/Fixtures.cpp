@@ -1,5 +1,6 @@
 #include "Fixtures.h"
 
+#include <QJsonDocument>
 #include <QProcess>
 #include <QStringList>
 
@@ -61,6 +62,11 @@ void runSql(const fileString& path, const std::string& sql)
     EXPECT_EQ(error, nullptr) << error;
     sqlite3_free(error);
     sqlite3_close(database);
+}
+
+QJsonObject ProgramRun::json() const
+{
+    return QJsonDocument::fromJson(QByteArray::fromStdString(output)).object();
 }
 
 ProgramRun runProgram(const fileString& folder, const std::vector<std::string>& arguments,

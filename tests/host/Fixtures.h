@@ -4,6 +4,8 @@
 #include "host/catalog/CatalogError.h"
 #include "support/TestHost.h"
 
+#include <QJsonObject>
+
 #include <gmock/gmock.h>
 
 #include <string>
@@ -38,6 +40,9 @@ struct ProgramRun
     bool crashed = false;
     std::string output;
     std::string errors;
+
+    /// The output as a JSON object; empty when it is none.
+    QJsonObject json() const;
 };
 
 /// Runs the velk program in `folder`, which also takes the place of the user's data folder. Its output goes

@@ -6,7 +6,6 @@
 #include <VelkCommon/Files/FileUtils.h>
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 #include <memory>
@@ -19,11 +18,6 @@ using testing::Not;
 using testing::StartsWith;
 
 namespace {
-
-QJsonObject manufacturerJson(const ProgramRun& run)
-{
-    return QJsonDocument::fromJson(QByteArray::fromStdString(run.output)).object();
-}
 
 /// The real program in an installation at "home".
 class ManufacturerCommand : public test::PublishTest
@@ -89,7 +83,7 @@ TEST_F(ManufacturerCommand, ShowsACard)
     EXPECT_THAT(text, HasSubstr("\nDeleted       no\n"));
     test::writeFile(data(U"acme.png"), test::png("acme"));
     EXPECT_THAT(velk({"show", "7"}).output, HasSubstr("\nLogo          acme.png\n"));
-    const QJsonObject json = manufacturerJson(velk({"show", "7", "--format", "json"}));
+    const QJsonObject json = velk({"show", "7", "--format", "json"}).json();
     EXPECT_EQ(json[QStringLiteral("phone")].toString(), QStringLiteral("default"));
     EXPECT_EQ(json[QStringLiteral("shown")].toObject()[QStringLiteral("phone")].toString(),
               QStringLiteral("See the web site"));
@@ -101,9 +95,7 @@ TEST_F(ManufacturerCommand, StampsWhatItChanges)
 {
     writeData(test::manufacturerData("acme.png"));
     const auto changed = [&] {
-        return manufacturerJson(velk({"show", "7", "--format", "json"}))[QStringLiteral("lastModified")]
-            .toString()
-            .toStdString();
+        return velk({"show", "7", "--format", "json"}).json()[QStringLiteral("lastModified")].toString().toStdString();
     };
     EXPECT_EQ(changed(), "2026-03-01T14:05:59.012345Z");
     have({"edit", "7", "--fax", "1"});
@@ -115,7 +107,7 @@ TEST_F(ManufacturerCommand, StampsWhatItChanges)
 TEST_F(ManufacturerCommand, ListsAsJson)
 {
     writeData(test::manufacturerData("acme.png"));
-    const QJsonObject json = manufacturerJson(velk({"list", "--format", "json"}));
+    const QJsonObject json = velk({"list", "--format", "json"}).json();
     EXPECT_EQ(json[QStringLiteral("defaultText")].toString(), QStringLiteral("See the web site"));
     const QJsonObject card = json[QStringLiteral("manufacturers")].toArray().at(0).toObject();
     EXPECT_EQ(card[QStringLiteral("id")].toInt(), 7);
@@ -172,7 +164,7 @@ TEST_F(ManufacturerCommand, FindsWhatIsWrong)
               " 5  Lost      names the logo \"lost.png\", which is not there\n"
               "\n"
               "6 manufacturers, 5 problems.\n");
-    const QJsonObject json = manufacturerJson(velk({"check", "--format", "json"}));
+    const QJsonObject json = velk({"check", "--format", "json"}).json();
     EXPECT_EQ(json[QStringLiteral("cards")].toInt(), 6);
     EXPECT_EQ(json[QStringLiteral("problems")].toArray().size(), 5);
     EXPECT_EQ(json[QStringLiteral("problems")].toArray().at(4).toObject()[QStringLiteral("id")].toInt(), 5);
@@ -365,13 +357,13 @@ TEST_F(ManufacturerUpdateCommand, TellsScripts)
 {
     keep({"edit", "1", "--new", "--name", "A"});
     publishCards();
-    QJsonObject json = manufacturerJson(update({"--format", "json"}));
+    QJsonObject json = update({"--format", "json"}).json();
     EXPECT_EQ(json[QStringLiteral("outcome")].toString(), QStringLiteral("updated"));
     EXPECT_EQ(json[QStringLiteral("manufacturers")].toInt(), 1);
     const QJsonObject change = json[QStringLiteral("changes")].toArray().at(0).toObject();
     EXPECT_EQ(change[QStringLiteral("change")].toString(), QStringLiteral("new"));
     EXPECT_EQ(change[QStringLiteral("name")].toString(), QStringLiteral("A"));
-    json = manufacturerJson(update({"--format", "json"}));
+    json = update({"--format", "json"}).json();
     EXPECT_EQ(json[QStringLiteral("outcome")].toString(), QStringLiteral("up to date"));
 }
 
@@ -385,7 +377,7 @@ TEST_F(ManufacturerUpdateCommand, KeepsWhatIsNewerHere)
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.output, "The service has nothing newer than what is here (1 manufacturer).\n");
     EXPECT_THAT(velk({"show", "1"}).output, HasSubstr("\nPhone         mine\n"));
-    EXPECT_EQ(manufacturerJson(update({"--format", "json"}))[QStringLiteral("outcome")].toString(),
+    EXPECT_EQ(update({"--format", "json"}).json()[QStringLiteral("outcome")].toString(),
               QStringLiteral("nothing newer"));
 }
 

@@ -12,7 +12,6 @@
 #include <VelkLibrary/CatalogDownloadProtocol.h>
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 
@@ -123,7 +122,7 @@ TEST_F(UpdateCommand, TellsScripts)
     publish("Küche 2.calib", catalogBytes("Kitchen"));
     const ProgramRun run = update({"--format", "json"});
     EXPECT_EQ(run.exitCode, 0);
-    const QJsonObject object = QJsonDocument::fromJson(QByteArray::fromStdString(run.output)).object();
+    const QJsonObject object = run.json();
     EXPECT_EQ(object[QStringLiteral("outcome")].toString().toStdString(), "installed");
     EXPECT_EQ(object[QStringLiteral("updated")].toArray().at(0).toString().toStdString(), "Küche 2");
     EXPECT_EQ(object[QStringLiteral("installed")].toArray().at(0).toString().toStdString(),

@@ -4,7 +4,6 @@
 
 #include <VelkCommon/Files/FileUtils.h>
 
-#include <QJsonDocument>
 
 using test::ProgramRun;
 using testing::HasSubstr;
@@ -107,7 +106,7 @@ TEST_F(VelkProgram, ShowsJson)
     VelkHost::writeCatalog(test::smallCatalog(), folder() / U"a.calib");
     const ProgramRun run =
         velk({"search", "chair", "-l", "a.calib", "--format", "json", "--kind", "items", "--limit", "1"});
-    const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromStdString(run.output));
+    const QJsonObject document = run.json();
     EXPECT_EQ(document[QStringLiteral("found")].toInt(), 3);
     EXPECT_EQ(document[QStringLiteral("ratedFolders")].toInt(), 0);
     EXPECT_EQ(document[QStringLiteral("hits")][0][QStringLiteral("name")].toString(), QStringLiteral("Chair"));

@@ -117,6 +117,8 @@ struct ScriptedServer::Impl
     std::unique_ptr<asio::ssl::context> tls;
     std::thread accepting;
     std::atomic<bool> stopping = false;
+    std::atomic<bool> oneAtATime = false;
+    std::mutex turn;  // of the connections, when they are served one at a time
 
     mutable std::mutex mutex;
     mutable std::condition_variable changed;
@@ -184,6 +186,9 @@ void ScriptedServer::Impl::joinEnded()
 
 void ScriptedServer::Impl::serve(tcp::socket socket, std::size_t number)
 {
+    std::unique_lock lock(turn, std::defer_lock);
+    if (oneAtATime)
+        lock.lock();
     if (!tls) {
         Wire wire(socket);
         converse(socket, wire, number);
@@ -477,6 +482,11 @@ void ScriptedServer::forgetRequests()
 {
     const std::lock_guard lock(impl_->mutex);
     impl_->requests.clear();
+}
+
+void ScriptedServer::serveOneConnectionAtATime()
+{
+    impl_->oneAtATime = true;
 }
 
 void ScriptedServer::stop()

@@ -169,6 +169,8 @@ public:
     void waitForRequests(std::size_t count) const;
     /// Forgets what it was asked; the scripts stay.
     void forgetRequests();
+    /// From now on a connection is served when those before it have ended.
+    void serveOneConnectionAtATime();
     /// Ends all connections and refuses new ones, as if the machine had gone.
     void stop();
 

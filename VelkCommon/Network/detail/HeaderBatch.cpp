@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <deque>
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace Velk::detail {
@@ -14,7 +15,11 @@ namespace {
 
 // Answers that wait for one before them; each may be as large as a header can get.
 constexpr std::size_t waitingLimit = 64;
+// A server that takes so much longer than for the slowest answer so far does not only take its time.
+constexpr int muchSlower = 10;
 
+// Requests overlap, until it shows that the server serves one connection after the other: then those on all but
+// the one that it serves would wait for ever, and are made again, one at a time.
 class HeaderBatch
 {
 public:
@@ -25,44 +30,111 @@ public:
     Curl::HeaderAnswer next()
     {
         startMore();
-        while (!transfers_.front()->done()) {
+        while (!asked_.front().transfer || !asked_.front().transfer->done()) {
             session_.turn();
+            noteFinished();
+            if (servesOneConnection())
+                askOneByOne();
             startMore();
         }
-        const std::unique_ptr<Transfer> transfer = std::move(transfers_.front());
-        transfers_.pop_front();
+        const std::unique_ptr<Transfer> transfer = std::move(asked_.front().transfer);
+        asked_.pop_front();
         if (!transfer->answered())
             return {};
         return {true, std::move(transfer->header()), transfer->status()};
     }
 
 private:
+    using Clock = Transfer::Clock;
+
+    struct Asked
+    {
+        const Curl::HeaderRequest* request;
+        std::unique_ptr<Transfer> transfer;  // null before it is started
+        bool noted = false;                  // that it is done
+
+        bool inFlight() const { return transfer && !transfer->done(); }
+    };
+
     void startMore()
     {
-        while (started_ < requests_.size() && transfers_.size() < waitingLimit && inFlight() < requestsInFlight) {
-            const Curl::HeaderRequest& request = requests_[started_++];
-            transfers_.push_back(std::make_unique<Transfer>(headerRequest(request.url, request.headers), body_));
-            session_.start(*transfers_.back());
-        }
+        for (Asked& asked : asked_)
+            if (!asked.transfer && inFlight() < limit_)
+                start(asked);
+        while (taken_ < requests_.size() && asked_.size() < waitingLimit && inFlight() < limit_)
+            start(asked_.emplace_back(Asked{&requests_[taken_++], nullptr}));
+    }
+
+    void start(Asked& asked)
+    {
+        asked.transfer = std::make_unique<Transfer>(headerRequest(asked.request->url, asked.request->headers), body_);
+        session_.start(*asked.transfer);
     }
 
     std::size_t inFlight() const
     {
-        return static_cast<std::size_t>(std::count_if(transfers_.begin(), transfers_.end(),
-                                                      [](const auto& transfer) { return !transfer->done(); }));
+        return static_cast<std::size_t>(
+            std::count_if(asked_.begin(), asked_.end(), [](const Asked& asked) { return asked.inFlight(); }));
+    }
+
+    void noteFinished()
+    {
+        for (Asked& asked : asked_) {
+            if (asked.noted || !asked.transfer || !asked.transfer->done())
+                continue;
+            asked.noted = true;
+            lastEnd_ = Clock::now();
+            if (asked.transfer->answered())
+                slowest_ = std::max(slowest_.value_or(Clock::duration::zero()), lastEnd_ - asked.transfer->started());
+            else if (limit_ == 1)
+                limit_ = requestsInFlight;  // one at a time is no better
+        }
+    }
+
+    // Some requests were answered, and nothing at all comes of those that are under way.
+    bool servesOneConnection() const
+    {
+        if (triedOneByOne_ || !slowest_)
+            return false;
+        Clock::time_point since = lastEnd_;
+        for (const Asked& asked : asked_) {
+            if (!asked.inFlight())
+                continue;
+            if (!asked.transfer->isSilent())
+                return false;
+            since = std::max(since, asked.transfer->started());
+        }
+        return Clock::now() - since > std::max<Clock::duration>(transferLimits().overlap, muchSlower * *slowest_);
+    }
+
+    void askOneByOne()
+    {
+        triedOneByOne_ = true;
+        limit_ = 1;
+        for (Asked& asked : asked_) {
+            if (!asked.inFlight())
+                continue;
+            session_.remove(*asked.transfer);
+            asked.transfer.reset();
+        }
     }
 
     Session& session_;
     const std::vector<Curl::HeaderRequest>& requests_;
     NoBody body_;
-    std::size_t started_ = 0;
-    std::deque<std::unique_ptr<Transfer>> transfers_;
+    std::size_t taken_ = 0;
+    std::deque<Asked> asked_;
+    std::size_t limit_ = requestsInFlight;
+    bool triedOneByOne_ = false;
+    std::optional<Clock::duration> slowest_;  // of the answers
+    Clock::time_point lastEnd_;
 };
 
 }  // namespace
 
 void requestHeaders(const std::vector<Curl::HeaderRequest>& requests, const HeaderAnswered& answered)
 {
+    const Curl::Run run;
     const SessionLease session;
     HeaderBatch batch(*session, requests);
     for (std::size_t i = 0; i < requests.size(); ++i)

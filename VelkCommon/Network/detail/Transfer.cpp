@@ -81,7 +81,8 @@ bool Transfer::prepare()
         return fail(CURLE_URL_MALFORMAT, "The address is no URL");
     if (!before.empty() && before != server_)
         std::erase_if(request_.headers, isSecret);
-    if (const auto failure = UnreachableServers::get().recall(server_))
+    const UnreachableServers* const unreachable = UnreachableServers::current();
+    if (const auto failure = unreachable != nullptr ? unreachable->recall(server_) : std::nullopt)
         return fail(failure->code, failure->reason);
     header_.clear();
     headerBytes_ = received_ = discarded_ = 0;
@@ -343,9 +344,10 @@ bool Transfer::failFrom(CURLcode code)
     curl_off_t untilRequest = 0;
     curl_easy_getinfo(handle_, CURLINFO_PRETRANSFER_TIME_T, &untilRequest);
     const bool neverConnected = code == CURLE_OPERATION_TIMEDOUT && untilRequest == 0;
-    if (neverConnected || code == CURLE_COULDNT_RESOLVE_HOST || code == CURLE_COULDNT_RESOLVE_PROXY ||
-        code == CURLE_COULDNT_CONNECT)
-        UnreachableServers::get().remember(server_, {code, reason});
+    const bool unreachable = neverConnected || code == CURLE_COULDNT_RESOLVE_HOST ||
+                             code == CURLE_COULDNT_RESOLVE_PROXY || code == CURLE_COULDNT_CONNECT;
+    if (UnreachableServers* const servers = UnreachableServers::current(); unreachable && servers != nullptr)
+        servers->remember(server_, {code, reason});
     return fail(code, reason);
 }
 

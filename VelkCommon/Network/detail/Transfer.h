@@ -50,6 +50,10 @@ public:
     Transfer& operator=(const Transfer&) = delete;
 
     bool done() const noexcept { return done_; }
+    /// When it began.
+    Clock::time_point started() const noexcept { return started_; }
+    /// Nothing has come of it yet.
+    bool isSilent() const noexcept { return redirects_ == 0 && headerBytes_ == 0; }
 
     // When it is done:
     /// There is a complete answer, whatever its status.

@@ -28,7 +28,9 @@ struct TransferLimits
     std::chrono::milliseconds header{30000};
     /// Between calls of the progress callback while nothing arrives.
     std::chrono::milliseconds tick{250};
-    /// How long a server that could not be reached is not asked again.
+    /// How long requests may overlap while some are answered and nothing comes of the others.
+    std::chrono::milliseconds overlap{1000};
+    /// How long a run does not ask a server again that could not be reached.
     std::chrono::milliseconds unreachable{30000};
 
     std::uint64_t headerBytes = 256ULL << 10;

@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <map>
-#include <mutex>
 #include <optional>
 #include <string>
 
@@ -15,17 +14,18 @@ struct TransferFailure
     std::string reason;     ///< for people
 };
 
-/// Servers that could not be reached a moment ago, by UrlText's serverOf(). Any thread.
+/// Servers that could not be reached in a run of transfers, by UrlText's serverOf(). One thread.
 class UnreachableServers
 {
 public:
-    /// The process-wide instance.
-    static UnreachableServers& get();
+    /// That of the calling thread's run; null outside of one.
+    static UnreachableServers* current() noexcept;
+    /// `servers` is that of the calling thread from now on.
+    static void setCurrent(UnreachableServers* servers) noexcept;
 
     void remember(const std::string& server, TransferFailure failure);
     /// The failure to repeat instead of asking `server` again.
-    std::optional<TransferFailure> recall(const std::string& server);
-    void forget();
+    std::optional<TransferFailure> recall(const std::string& server) const;
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -35,8 +35,7 @@ private:
         TransferFailure failure;
     };
 
-    std::mutex mutex_;
-    std::map<std::string, Entry> entries_;  // never more than the servers that were asked lately
+    std::map<std::string, Entry> entries_;  // never more than the servers that were asked
 };
 
 }  // namespace Velk::detail

@@ -67,7 +67,7 @@ void FilterStore::merge(const fileString& path)
 
 void FilterStore::run(const std::function<void()>& work, const std::function<void()>& succeeded)
 {
-    thread_.run([this, work, succeeded]() -> DataThread::Arrival {
+    worker_.run([this, work, succeeded]() -> Worker::Arrival {
         FilterState state;
         const QString failure = failureOf([&] {
             work();

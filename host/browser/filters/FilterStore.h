@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/browser/makers/DataThread.h"
+#include "host/browser/Worker.h"
 #include "host/library/Filters.h"
 
 #include <VelkLibrary/LibraryFilter.h>
@@ -47,7 +47,7 @@ public:
     /// Adds the filters of a file; before changed() comes merged().
     void merge(const fileString& path);
 
-    bool isBusy() const { return thread_.isBusy(); }
+    bool isBusy() const { return worker_.isBusy(); }
 
 Q_SIGNALS:
     /// The state is another one, or was confirmed.
@@ -60,7 +60,7 @@ private:
     void run(const std::function<void()>& work, const std::function<void()>& succeeded);
 
     FilterState state_;
-    DataThread thread_;
+    Worker worker_;
 };
 
 }  // namespace VelkHost

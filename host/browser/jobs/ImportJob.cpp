@@ -174,10 +174,4 @@ JobOutcome ImportJob::outcome() const
     return outcome;
 }
 
-// Dropped when this object ends first.
-void ImportJob::post(std::function<void()> call)
-{
-    QMetaObject::invokeMethod(this, std::move(call), Qt::QueuedConnection);
-}
-
 }  // namespace VelkHost

@@ -5,7 +5,6 @@
 
 #include <VelkLibrary/LibraryProgressBase.h>
 
-#include <functional>
 #include <optional>
 #include <stop_token>
 #include <thread>
@@ -32,7 +31,6 @@ private:
     void import(const ImportSource& source);
     void take(const ImportSource& source);
     JobOutcome outcome() const;
-    void post(std::function<void()> call);
 
     const std::vector<ImportSource> sources_;
     std::optional<LibraryProgressBase> panel_;

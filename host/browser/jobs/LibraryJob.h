@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 class LibraryProgressPanel;
 
 namespace VelkHost {
@@ -39,6 +41,10 @@ Q_SIGNALS:
     void installed(const fileString& library);
     /// The last signal.
     void ended(const VelkHost::JobOutcome& outcome);
+
+protected:
+    /// Runs `call` on this object's thread; dropped when the object ends first. Any thread.
+    void post(std::function<void()> call);
 };
 
 }  // namespace VelkHost

@@ -17,10 +17,7 @@ using LibraryCatalogUpdate::LibraryCatalogUpdater;
 
 namespace VelkHost {
 
-UpdateJob::UpdateJob(std::string service, QObject* parent) : LibraryJob(parent), service_(std::move(service))
-{
-    installing_.setMaxThreadCount(1);
-}
+UpdateJob::UpdateJob(std::string service, QObject* parent) : LibraryJob(parent), service_(std::move(service)) {}
 
 UpdateJob::~UpdateJob()
 {
@@ -28,7 +25,6 @@ UpdateJob::~UpdateJob()
         UpdateJob::cancel();
         updating_.join();
     }
-    installing_.waitForDone();
 }
 
 void UpdateJob::start(LibraryProgressPanel& panel)
@@ -51,8 +47,10 @@ void UpdateJob::onSetText(const std::string& text)
 
 void UpdateJob::onSetRangeInGauge(size_t range)
 {
-    if (panel_ != nullptr)
-        panel_->onSetRangeInGauge(range);
+    if (panel_ == nullptr)
+        return;
+    panel_->onSetRangeInGauge(range);
+    panel_->onSetValueInGauge(0);  // another phase begins
 }
 
 void UpdateJob::onUpdateInGauge()
@@ -75,7 +73,7 @@ void UpdateJob::onSetUnits(const std::string& unit_string)
 
 void UpdateJob::onCatalogUpdatedEvent(const FileStringPair& paths)
 {
-    installing_.start([this, paths] { install(paths); });
+    installing_.run([this, paths] { return install(paths); });
 }
 
 void UpdateJob::closeCatalogUpdateEvent(const LibraryCatalogUpdate::UpdateData& data)
@@ -87,7 +85,7 @@ void UpdateJob::closeCatalogUpdateEvent(const LibraryCatalogUpdate::UpdateData& 
 void UpdateJob::onClose()
 {
     if (!std::exchange(ending_, true))
-        installing_.start([this] { finishInstalling(); });
+        installing_.run([this] { return finishInstalling(); });
 }
 
 // On a thread of its own. A cancel() before the updater was made would be forgotten when it is made.
@@ -112,18 +110,19 @@ void UpdateJob::run()
 }
 
 // On the installing thread, like what follows.
-void UpdateJob::install(const FileStringPair& paths)
+Worker::Arrival UpdateJob::install(const FileStringPair& paths)
 {
     try {
         const std::unique_lock replacing(installedFiles());
         if (installer_.install(paths))
-            post([this, library = paths.first] { Q_EMIT installed(library); });
+            return [this, library = paths.first] { Q_EMIT installed(library); };
     } catch (const std::bad_alloc&) {
         outOfMemory_ = true;
     }
+    return {};
 }
 
-void UpdateJob::finishInstalling()
+Worker::Arrival UpdateJob::finishInstalling()
 {
     try {
         installer_.finish();
@@ -132,7 +131,7 @@ void UpdateJob::finishInstalling()
     } catch (const std::bad_alloc&) {
         outOfMemory_ = true;
     }
-    post([this] { end(); });
+    return [this] { end(); };
 }
 
 void UpdateJob::end()
@@ -171,12 +170,6 @@ QString UpdateJob::installedText() const
     if (catalogs.size() == 1)
         return tr("“%1” was updated.").arg(qtText(catalogs.front().stem().utf8()));
     return tr("%n libraries were updated.", nullptr, static_cast<int>(catalogs.size()));
-}
-
-// Dropped when this object ends first.
-void UpdateJob::post(std::function<void()> call)
-{
-    QMetaObject::invokeMethod(this, std::move(call), Qt::QueuedConnection);
 }
 
 }  // namespace VelkHost

@@ -1,15 +1,14 @@
 #pragma once
 
+#include "host/browser/Worker.h"
 #include "host/browser/jobs/LibraryJob.h"
 #include "host/service/CatalogInstaller.h"
 
 #include <VelkLibrary/UpdateData.h>
 
 #include <QPointer>
-#include <QThreadPool>
 
 #include <atomic>
-#include <functional>
 #include <optional>
 #include <string>
 #include <thread>
@@ -43,13 +42,12 @@ public Q_SLOTS:
 
 private:
     void run();
-    void install(const FileStringPair& paths);
-    void finishInstalling();
+    Worker::Arrival install(const FileStringPair& paths);
+    Worker::Arrival finishInstalling();
     void end();
     void endWith(const QString& message, bool hasLogged);
     QString outcomeText() const;
     QString installedText() const;
-    void post(std::function<void()> call);
 
     const std::string service_;
     QPointer<LibraryProgressPanel> panel_;
@@ -58,7 +56,7 @@ private:
     std::optional<LibraryCatalogUpdate::UpdateData> report_;
     CatalogInstaller installer_;  // its thread's until all is installed
     bool ending_ = false;
-    QThreadPool installing_;
+    Worker installing_;
     std::thread updating_;
 };
 

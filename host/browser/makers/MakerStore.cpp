@@ -131,7 +131,7 @@ void MakerStore::refresh(const std::string& service)
 void MakerStore::run(const std::function<void()>& work, const Outcome& succeeded,
                      const std::function<void(const QString&)>& failed)
 {
-    thread_.run([this, work, succeeded, failed]() -> DataThread::Arrival {
+    worker_.run([this, work, succeeded, failed]() -> Worker::Arrival {
         MakerBook book;
         const QString failure = failureOf([&] {
             work();
@@ -158,7 +158,7 @@ QImage MakerStore::logo(const MakerCard& card, const QSize& atMost)
     if (logos_.size() >= logosKept)
         logos_.clear();
     logos_.insert(key, {});
-    thread_.run([this, key, name = card.logo.toStdString(), atMost]() -> DataThread::Arrival {
+    worker_.run([this, key, name = card.logo.toStdString(), atMost]() -> Worker::Arrival {
         const QImage image = readLogo(name, atMost);
         return [this, key, image] {
             logos_[key] = image;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/browser/makers/DataThread.h"
+#include "host/browser/Worker.h"
 #include "host/browser/makers/MakerBook.h"
 #include "host/library/ManufacturerRefresh.h"
 #include "host/library/Manufacturers.h"
@@ -47,7 +47,7 @@ public:
     /// yet: then it is asked for, and logosChanged() follows.
     QImage logo(const MakerCard& card, const QSize& atMost);
 
-    bool isBusy() const { return thread_.isBusy(); }
+    bool isBusy() const { return worker_.isBusy(); }
 
 Q_SIGNALS:
     void changed();
@@ -65,7 +65,7 @@ private:
 
     MakerBook book_;
     QMap<QString, QImage> logos_;  // null: there is none, or not yet
-    DataThread thread_;
+    Worker worker_;
 };
 
 }  // namespace VelkHost

@@ -17,7 +17,6 @@ LibrarySet librarySet(const std::vector<BrowsedLibrary>& libraries)
 
 SearchRunner::SearchRunner(QObject* parent) : QObject(parent)
 {
-    thread_.setMaxThreadCount(1);
     pause_.setSingleShot(true);
     pause_.setInterval(pauseMilliseconds);
     connect(&pause_, &QTimer::timeout, this, &SearchRunner::start);
@@ -26,7 +25,6 @@ SearchRunner::SearchRunner(QObject* parent) : QObject(parent)
 SearchRunner::~SearchRunner()
 {
     cancel();
-    thread_.waitForDone();
 }
 
 void SearchRunner::setLibraries(std::vector<BrowsedLibrary> libraries)
@@ -53,25 +51,25 @@ void SearchRunner::cancel()
 {
     pause_.stop();
     stop_.request_stop();
-    thread_.clear();
+    worker_.drop();
 }
 
 void SearchRunner::start()
 {
     pause_.stop();
     stop_ = std::stop_source();
-    thread_.start([this, text = text_, libraries = librarySet(libraries_), stop = stop_.get_token()] {
+    worker_.run([this, text = text_, libraries = librarySet(libraries_),
+                 stop = stop_.get_token()]() -> Worker::Arrival {
         SearchRequest request;
         request.text = text.toStdString();
         Library::Search::Info info = searchInfo(request);
         SearchResult result = runSearch(libraries, request, info, stop);
         auto outcome =
             std::make_shared<const SearchOutcome>(SearchOutcome{text, std::move(info), libraries, std::move(result)});
-        const auto arrive = [this, outcome, stop] {
+        return [this, outcome, stop] {
             if (!stop.stop_requested())
                 Q_EMIT found(outcome);
         };
-        QMetaObject::invokeMethod(this, arrive, Qt::QueuedConnection);
     });
 }
 

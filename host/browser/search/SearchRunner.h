@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/browser/Worker.h"
 #include "host/browser/tree/LibraryLoader.h"
 #include "host/library/LibrarySearch.h"
 
@@ -7,7 +8,6 @@
 
 #include <QObject>
 #include <QString>
-#include <QThreadPool>
 #include <QTimer>
 
 #include <memory>
@@ -58,7 +58,7 @@ private:
     QString text_;
     QTimer pause_;
     std::stop_source stop_;
-    QThreadPool thread_;
+    Worker worker_;
 };
 
 }  // namespace VelkHost

@@ -10,41 +10,38 @@
 
 namespace VelkHost {
 
-LibraryLoader::LibraryLoader(QObject* parent) : QObject(parent)
-{
-    thread_.setMaxThreadCount(1);
-}
+LibraryLoader::LibraryLoader(QObject* parent) : QObject(parent) {}
 
 LibraryLoader::~LibraryLoader()
 {
-    stopping_ = true;
-    thread_.clear();
-    thread_.waitForDone();
+    worker_.drop();
 }
 
 void LibraryLoader::read(const std::vector<fileString>& files)
 {
     ++batches_;
-    thread_.start([this, files] {
-        for (const bool complete : {false, true})
-            for (const fileString& file : files)
-                readOne(file, complete);
-        post([this] {
+    for (const bool complete : {false, true})
+        for (const fileString& file : files)
+            worker_.run([this, file, complete] { return readOne(file, complete); });
+    worker_.run([this]() -> Worker::Arrival {
+        return [this] {
             if (--batches_ == 0)
                 Q_EMIT finished();
-        });
+        };
     });
 }
 
 void LibraryLoader::release(BrowsedLibrary library)
 {
-    thread_.start([library = std::move(library)]() mutable { library = BrowsedLibrary(); });
+    worker_.run([library = std::move(library)]() mutable -> Worker::Arrival {
+        library = BrowsedLibrary();
+        return {};
+    });
 }
 
-void LibraryLoader::readOne(const fileString& path, bool complete)
+// On the worker.
+Worker::Arrival LibraryLoader::readOne(const fileString& path, bool complete)
 {
-    if (stopping_)
-        return;
     try {
         BrowsedLibrary library{path, nullptr, nullptr};
         {
@@ -54,17 +51,12 @@ void LibraryLoader::readOne(const fileString& path, bool complete)
         }
         if (complete)
             library.order = std::make_shared<const CatalogOrder>(*library.catalog);
-        post([this, library] { Q_EMIT libraryRead(library); });
+        return [this, library] { Q_EMIT libraryRead(library); };
     } catch (const CatalogError& error) {
-        if (complete)
-            post([this, path, reason = qtText(error.reason())] { Q_EMIT libraryFailed(path, reason); });
+        if (!complete)
+            return {};  // it is told once
+        return [this, path, reason = qtText(error.reason())] { Q_EMIT libraryFailed(path, reason); };
     }
-}
-
-// Runs on this object's thread; dropped when the object ends first.
-void LibraryLoader::post(std::function<void()> call)
-{
-    QMetaObject::invokeMethod(this, std::move(call), Qt::QueuedConnection);
 }
 
 }  // namespace VelkHost

@@ -1,17 +1,15 @@
 #pragma once
 
+#include "host/browser/Worker.h"
 #include "host/browser/tree/CatalogOrder.h"
 #include "host/catalog/Catalog.h"
 
 #include <VelkCommon/Files/fileString.h>
 
 #include <QObject>
-#include <QThreadPool>
+#include <QString>
 
-#include <atomic>
-#include <functional>
 #include <memory>
-#include <string>
 #include <vector>
 
 namespace VelkHost {
@@ -53,12 +51,10 @@ Q_SIGNALS:
     void finished();
 
 private:
-    void readOne(const fileString& path, bool complete);
-    void post(std::function<void()> call);
+    Worker::Arrival readOne(const fileString& path, bool complete);
 
-    QThreadPool thread_;
-    std::atomic<bool> stopping_ = false;
     int batches_ = 0;
+    Worker worker_;
 };
 
 }  // namespace VelkHost

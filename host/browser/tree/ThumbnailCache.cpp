@@ -54,15 +54,7 @@ QString ThumbnailKey::text() const
     return QString::number(side) + separator + qtText(library.utf8()) + separator + qtText(uniqueId);
 }
 
-ThumbnailCache::ThumbnailCache(QObject* parent) : QObject(parent), pixmaps_(kilobytesKept)
-{
-    thread_.setMaxThreadCount(1);
-}
-
-ThumbnailCache::~ThumbnailCache()
-{
-    thread_.waitForDone();
-}
+ThumbnailCache::ThumbnailCache(QObject* parent) : QObject(parent), pixmaps_(kilobytesKept) {}
 
 QPixmap ThumbnailCache::find(const ThumbnailKey& key)
 {
@@ -99,9 +91,8 @@ void ThumbnailCache::readNext()
     reading_ = !keys.empty();
     if (!reading_)
         return;
-    thread_.start([this, keys, generation = generation_] {
-        std::vector<Picture> pictures = read(keys);
-        const auto arrive = [this, pictures = std::move(pictures), generation] {
+    worker_.run([this, keys, generation = generation_]() -> Worker::Arrival {
+        return [this, pictures = read(keys), generation] {
             for (const Picture& picture : pictures)
                 asked_.remove(picture.key.text());
             if (generation == generation_)
@@ -109,7 +100,6 @@ void ThumbnailCache::readNext()
             readNext();
             Q_EMIT changed();
         };
-        QMetaObject::invokeMethod(this, arrive, Qt::QueuedConnection);
     });
 }
 

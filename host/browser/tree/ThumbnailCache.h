@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/browser/Worker.h"
+
 #include <VelkCommon/Files/fileString.h>
 
 #include <QCache>
@@ -8,7 +10,6 @@
 #include <QPixmap>
 #include <QSet>
 #include <QString>
-#include <QThreadPool>
 
 #include <deque>
 #include <string>
@@ -35,7 +36,6 @@ class ThumbnailCache : public QObject
 
 public:
     explicit ThumbnailCache(QObject* parent = nullptr);
-    ~ThumbnailCache() override;
 
     /// The picture; null when the item has none, and when it is not there yet: then it is asked for, and
     /// changed() follows.
@@ -67,7 +67,7 @@ private:
     QSet<QString> asked_;               // what is wanted or being read
     bool reading_ = false;
     int generation_ = 0;
-    QThreadPool thread_;
+    Worker worker_;
 };
 
 }  // namespace VelkHost

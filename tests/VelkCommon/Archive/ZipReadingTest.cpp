@@ -217,13 +217,11 @@ TEST_F(ZipReading, BlocksAreFullButForTheLast)
     EXPECT_TRUE(stream.isFileOpen());
 }
 
-TEST_F(ZipReading, BlocksHaveALimitOfTheirOwn)
+TEST_F(ZipReading, ABlockMayBeAsLargeAsTheEntry)
 {
     ZipBuilder().add(item(std::string(3'000'000, 'x'), true)).writeTo(archive_);
     ZipUtils::ZipInputStream stream(combined(archive_, "entry"));
-    EXPECT_EQ(stream.readArchivedFile(52'428'800).size(), std::size_t{1} << 20U);
-    EXPECT_EQ(stream.readArchivedFile(52'428'800).size(), std::size_t{1} << 20U);
-    EXPECT_EQ(stream.readArchivedFile(52'428'800).size(), 3'000'000 - (std::size_t{2} << 20U));
+    EXPECT_EQ(stream.readArchivedFile(52'428'800).size(), 3'000'000u);
     EXPECT_TRUE(stream.isWhole());
 }
 

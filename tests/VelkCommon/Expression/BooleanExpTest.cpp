@@ -17,6 +17,8 @@ using test::describe;
 using Group = BooleanExp::Group;
 using Term = BooleanExp::Term;
 
+static_assert(std::is_abstract_v<BooleanExp::Node>);
+
 TEST(BooleanExpNode, TellsTermsFromGroups)
 {
     Term term(U"chair", true);

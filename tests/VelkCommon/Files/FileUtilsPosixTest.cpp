@@ -285,6 +285,27 @@ TEST_F(FileUtilsPosix, MakeFileWritableAddsTheOwnersRightOnly)
     });
 }
 
+TEST_F(FileUtilsPosix, CanReplaceWhatTheFolderLetsGo)
+{
+    const fileString held = at(U"held");
+    FileUtils::createDirectoriesWithPerm(held);
+    test::writeFile(held / U"file", "x");
+    setMode(held / U"file", 0666);
+    test::asOrdinaryUser([this] {
+        test::writeFile(at(U"own"), "x");
+        EXPECT_TRUE(FileUtils::canReplaceFile(at(U"own")));
+        EXPECT_FALSE(FileUtils::canReplaceFile(at(U"missing")));
+    });
+    for (const mode_t mode : {mode_t{0755}, mode_t{01777}}) {
+        setMode(held, mode);
+        test::asOrdinaryUser([&] {
+            EXPECT_TRUE(FileUtils::canWriteFile(held / U"file"));
+            EXPECT_FALSE(FileUtils::canReplaceFile(held / U"file"));
+        });
+        EXPECT_TRUE(FileUtils::canReplaceFile(held / U"file"));
+    }
+}
+
 TEST_F(FileUtilsPosix, ACopyHasTheModeOfItsSource)
 {
     test::writeFile(at(U"from"), "new");

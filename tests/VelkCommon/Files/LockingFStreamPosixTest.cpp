@@ -54,10 +54,12 @@ TEST_F(LockingFStreamPosix, AnotherProcessesWriterIsFelt)
     });
     held_.wait();
     EXPECT_TRUE(FileUtils::isPathWriteLocked(file_));
+    EXPECT_FALSE(FileUtils::canWriteFile(file_));
     EXPECT_TRUE(LockingFStream(file_, 1).fail());
     release_.send();
     writer.wait();
     EXPECT_FALSE(FileUtils::isPathWriteLocked(file_));
+    EXPECT_TRUE(FileUtils::canWriteFile(file_));
     EXPECT_EQ(test::readFile(file_), "new");
 }
 

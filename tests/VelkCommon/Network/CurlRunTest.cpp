@@ -232,10 +232,75 @@ TEST_F(CurlRun, OverlapsOverTls)
     EXPECT_LE(server.connections(), 8U);
 }
 
+// What waits on the other connections would wait until the time-out.
+TEST_F(CurlRun, GetsAllAnswersOfAServerThatServesOneConnectionAtATime)
+{
+    limit([](auto& limits) {
+        limits.header = std::chrono::hours(1);
+        limits.overlap = milliseconds(20);
+    });
+    server_.serveOneConnectionAtATime();
+    server_.on("/n", tagged);
+    std::vector<std::size_t> answered;
+    Curl::get().getURLHeaders(numbered(server_, 50), [&](std::size_t index, const Curl::HeaderAnswer& answer) {
+        EXPECT_TRUE(answer.received) << index;
+        answered.push_back(index);
+    });
+    ASSERT_EQ(answered.size(), 50U);
+    EXPECT_TRUE(std::is_sorted(answered.begin(), answered.end()));
+}
+
+TEST_F(CurlRun, OverlapsAgainWhenOneAtATimeIsNoBetter)
+{
+    limit([](auto& limits) {
+        limits.header = milliseconds(100);
+        limits.overlap = milliseconds(1);
+    });
+    server_.on("/n", tagged);
+    server_.on("/never", Reply::never());
+    std::vector<Curl::HeaderRequest> requests = numbered(server_, 1);
+    for (int i = 0; i < 20; ++i)
+        requests.push_back({server_.url("/never"), {}});
+    requests.push_back(requests.front());
+    std::vector<bool> received;
+    Curl::get().getURLHeaders(
+        requests, [&](std::size_t, const Curl::HeaderAnswer& answer) { received.push_back(answer.received); });
+    ASSERT_EQ(received.size(), requests.size());
+    EXPECT_EQ(std::count(received.begin(), received.end(), true), 2);
+    EXPECT_TRUE(received.back());
+}
+
 // ---- Servers that are away -----------------------------------------------------------------------
+
+TEST_F(CurlRun, AsksAnewOutsideOfARun)
+{
+    limit([](auto& limits) { limits.connect = milliseconds(50); });
+    const test::DeafPort deaf;
+    {
+        const Curl::Run run;
+        EXPECT_EQ(download(deaf.url()).code, test::timedOut);
+    }
+    limit([](auto& limits) { limits.tick = milliseconds(5); });
+    const auto stop = [](void*, double, double, double, double) { return 1; };
+    EXPECT_EQ(download(deaf.url(), {}, nullptr, stop).code, test::aborted) << "asked";
+}
+
+TEST_F(CurlRun, ARunWithinARunBelongsToTheOuterOne)
+{
+    limit([](auto& limits) { limits.connect = milliseconds(50); });
+    const test::DeafPort deaf;
+    const Curl::Run outer;
+    {
+        const Curl::Run inner;
+        EXPECT_EQ(download(deaf.url()).code, test::timedOut);
+    }
+    const auto stop = [](void*, double, double, double, double) { return 1; };
+    EXPECT_EQ(download(deaf.url(), {}, nullptr, stop).code, test::timedOut) << "remembered";
+}
 
 TEST_F(CurlRun, DoesNotAskAServerAgainThatWasAway)
 {
+    const Curl::Run run;
     // Bound without a listener first; then there is one, who must not be asked for now.
     auto away = std::make_unique<test::ScriptedServer>();
     const std::string url = away->url("/a");
@@ -253,6 +318,7 @@ TEST_F(CurlRun, DoesNotAskAServerAgainThatWasAway)
 // The time-out of connecting is an hour: only a server that is not asked again fails at once.
 TEST_F(CurlRun, RemembersThatAConnectionDidNotComeAbout)
 {
+    const Curl::Run run;
     limit([](auto& limits) { limits.connect = milliseconds(100); });
     const test::DeafPort deaf;
     const Outcome first = download(deaf.url("/a"));
@@ -271,6 +337,7 @@ TEST_F(CurlRun, RemembersThatAConnectionDidNotComeAbout)
 
 TEST_F(CurlRun, RemembersThatANameWasNotFound)
 {
+    const Curl::Run run;
     // No label of a name is so long; so nobody needs to be asked.
     const std::string url = "http://" + std::string(70, 'x') + ".invalid/a";
     const Outcome first = download(url);
@@ -278,30 +345,9 @@ TEST_F(CurlRun, RemembersThatANameWasNotFound)
     EXPECT_EQ(download(url).reason, first.reason);
 }
 
-TEST_F(CurlRun, AsksAgainWhenItIsToldTo)
-{
-    limit([](auto& limits) { limits.connect = milliseconds(100); });
-    const test::DeafPort deaf;
-    struct Ticks
-    {
-        int count = 0;
-    } ticks;
-    const auto count = [](void* data, double, double, double, double) {
-        return ++static_cast<Ticks*>(data)->count > 2 ? 1 : 0;
-    };
-    EXPECT_EQ(download(deaf.url()).code, test::timedOut);
-    limit([](auto& limits) {
-        limits.connect = std::chrono::hours(1);
-        limits.tick = milliseconds(5);
-    });
-    EXPECT_EQ(download(deaf.url(), {}, &ticks, count).code, test::timedOut) << "remembered";
-    EXPECT_EQ(ticks.count, 0);
-    Curl::get().forgetUnreachable();
-    EXPECT_EQ(download(deaf.url(), {}, &ticks, count).code, test::aborted) << "asked";
-}
-
 TEST_F(CurlRun, AsksAgainAfterAWhile)
 {
+    const Curl::Run run;
     limit([](auto& limits) {
         limits.connect = milliseconds(50);
         limits.unreachable = milliseconds(0);

@@ -46,7 +46,6 @@ protected:
     {
         for (const char* const name : {"http_proxy", "https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY"})
             qunsetenv(name);
-        Curl::get().forgetUnreachable();
     }
     ~NetworkTest() override { Velk::detail::setTransferLimits({}); }
 

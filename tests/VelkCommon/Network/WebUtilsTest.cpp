@@ -229,7 +229,7 @@ TEST_F(GetUrlAfterRedirects, TakesAnyEndThatAnswers)
 
 TEST_F(GetUrlAfterRedirects, AsksByGetWhereHeadIsRefused)
 {
-    for (const int status : {405, 501}) {
+    for (const int status : {400, 403, 404, 405, 501}) {
         server_.forgetRequests();
         server_.onMethod("HEAD", "/start", Reply{.status = status});
         server_.onMethod("GET", "/start", Reply::redirect("/end?a=b"));
@@ -237,6 +237,14 @@ TEST_F(GetUrlAfterRedirects, AsksByGetWhereHeadIsRefused)
         EXPECT_EQ(getUrlAfterRedirects(server_.url("/start")), server_.url("/end?a=b"));
         EXPECT_EQ(server_.requests("/start").size(), 2U);
     }
+}
+
+TEST_F(GetUrlAfterRedirects, AsksByGetWhereHeadIsNotAnswered)
+{
+    server_.onMethod("HEAD", "/start", Reply{.raw = "", .ending = Reply::Ending::close});
+    server_.onMethod("GET", "/start", Reply::redirect("/end?a=b"));
+    server_.on("/end", Reply{.body = "body"});
+    EXPECT_EQ(getUrlAfterRedirects(server_.url("/start")), server_.url("/end?a=b"));
 }
 
 TEST_F(GetUrlAfterRedirects, NeedsNoEndOfTheBodyByGet)

@@ -7,6 +7,8 @@
 
 #include <gmock/gmock.h>
 
+#include <sys/stat.h>
+
 namespace {
 
 using testing::ElementsAre;
@@ -81,6 +83,25 @@ TEST_F(FilterSafety, ProcessesThatSaveAtOnceLeaveOneOfTheirFiles)
             manager().saveFilters();
         },
         [&](const std::string& text) { return text == texts[0] || text == texts[1]; });
+}
+
+// The user may write the file, but not what would take its place.
+TEST_F(FilterSafety, AFileThatCannotBeReplacedIsReported)
+{
+    ASSERT_EQ(::chmod(folder().utf8().c_str(), 0755), 0);
+    for (const mode_t mode : {mode_t{0755}, mode_t{01777}}) {
+        useFilters('n', 1);
+        test::writeFile(filterFile(), "{}");
+        ASSERT_EQ(::chmod(filterFile().utf8().c_str(), 0666), 0);
+        ASSERT_EQ(::chmod(filterFile().parentPath().utf8().c_str(), mode), 0);
+        test::asOrdinaryUser([this] {
+            manager().saveFilters();
+            ASSERT_EQ(messages().size(), 1U);
+            EXPECT_EQ(messages().front().id, 272032391);
+            EXPECT_EQ(messages().front().line, 226U);
+        });
+        EXPECT_EQ(test::readFile(filterFile()), "{}");
+    }
 }
 
 // A file that is written in place, as other programs may do, is waited for.

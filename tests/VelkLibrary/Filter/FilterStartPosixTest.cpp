@@ -80,6 +80,27 @@ TEST_F(FilterStart, ReportsAFault)
     });
 }
 
+// A host that is told may show something, and with it the filters.
+TEST_F(FilterStart, MayBeUsedByAHostThatIsToldOfAFault)
+{
+    test::writeFile(filterFile(), R"({"Current_Filter": 3, "Filter": 1})");
+    test::inChild([this] {
+        Velk::HostServices host = services();
+        long seen = -1;
+        int reports = 0;
+        host.reportAssertion = [&](const auto&...) {
+            ++reports;
+            seen = manager().getCurrentFilterId();
+            return true;
+        };
+        Velk::installHost(std::move(host));
+        EXPECT_EQ(manager().getCurrentFilterId(), 3);
+        EXPECT_EQ(seen, 3);
+        EXPECT_EQ(reports, 1);
+        Velk::installHost({});  // it does not outlive what it refers to
+    });
+}
+
 TEST_F(FilterStart, MakesOneInstanceForManyThreads)
 {
     test::writeFile(filterFile(), "{" + filterText("A", 1, "") + "}");

@@ -103,6 +103,13 @@ TEST_F(FilterManager, RemovesTheFirstEntryOfEachFilter)
     EXPECT_TRUE(manager().isForcedFilteredDatabase("x"));
 }
 
+TEST_F(FilterManager, RemovesAnIdThatStandsInTheList)
+{
+    manager().setLibraryFilters({{"A", 1, {"x", "y"}}, {"B", 2, {"x", "y"}}, {"C", 3, {"y", "x"}}});
+    manager().removeIdFromLibraryFilters(manager().getLibraryFilters().front().getDatabaseIds().front());
+    EXPECT_THAT(filters(), ElementsAre("1 A [y]", "2 B [y]", "3 C [y]"));
+}
+
 // ---- The forced filter ---------------------------------------------------------------------------
 
 std::unique_ptr<LibraryFilter> forced(std::vector<std::string> ids)

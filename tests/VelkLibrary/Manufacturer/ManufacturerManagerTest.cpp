@@ -258,6 +258,25 @@ TEST_F(Manager, TellsTheUserOfAFileThatMayNotBeWritten)
     EXPECT_EQ(namesOf(manager()), "1 A");
 }
 
+// Kept, it would make the file one that cannot be read.
+TEST_F(Manager, WritesNoInfiniteTime)
+{
+    Manufacturer endless = makeCard(U"Endless");
+    endless.setLastModified(boost::posix_time::ptime(boost::posix_time::pos_infin));
+    save({{1, makeCard(U"A")}, {2, endless}});
+    ManufacturerManager::cleanup();
+    EXPECT_EQ(namesOf(manager()), "1 A, 2 Endless");
+    EXPECT_TRUE(manager().getManufacturer(2).getLastModified().is_not_a_date_time());
+}
+
+TEST_F(Manager, TakesATextOfItsOwnAsTheDefault)
+{
+    save({{7, makeCard(U"Acme")}});
+    test::Cards cards{{7, makeCard(U"A name that is longer than any text may be inside a string")}};
+    manager().saveModifiedManufacturers(cards, manager().getManufacturer(7).getManufacturerName());
+    EXPECT_EQ(member("Default_Text"), "\"Acme\"");
+}
+
 TEST_F(Manager, ChecksWhetherTheFileCanBeWritten)
 {
     ManufacturerManager::checkWriteDataFile();

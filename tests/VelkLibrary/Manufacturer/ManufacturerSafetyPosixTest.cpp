@@ -35,6 +35,25 @@ protected:
     }
 };
 
+// The user may write the file, but not what would take its place.
+TEST_F(ManufacturerSafety, AFileThatCannotBeReplacedIsReported)
+{
+    ASSERT_EQ(::chmod(folder().utf8().c_str(), 0755), 0);
+    for (const mode_t mode : {mode_t{0755}, mode_t{01777}}) {
+        test::writeFile(dataFile(), "{}");
+        ASSERT_EQ(::chmod(dataFile().utf8().c_str(), 0666), 0);
+        ASSERT_EQ(::chmod(dataFolder().utf8().c_str(), mode), 0);
+        test::asOrdinaryUser([this] {
+            ManufacturerManager::checkWriteDataFile();
+            save('n', 1);
+            ASSERT_EQ(messages().size(), 2U);
+            EXPECT_EQ(messages()[0].line, 229U);
+            EXPECT_EQ(messages()[1].line, 244U);
+        });
+        EXPECT_EQ(test::readFile(dataFile()), "{}");
+    }
+}
+
 TEST_F(ManufacturerSafety, ADeathAtAnyMomentLeavesTheOldOrTheNewFile)
 {
     save(U'o', 100);

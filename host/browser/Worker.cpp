@@ -1,4 +1,4 @@
-#include "host/browser/makers/DataThread.h"
+#include "host/browser/Worker.h"
 
 #include "host/support/QtText.h"
 
@@ -17,26 +17,32 @@ QString failureOf(const std::function<void()>& work)
     }
 }
 
-DataThread::DataThread(QObject* parent) : QObject(parent)
+Worker::Worker(QObject* parent) : QObject(parent)
 {
     thread_.setMaxThreadCount(1);
 }
 
-DataThread::~DataThread()
+Worker::~Worker()
 {
     thread_.waitForDone();
 }
 
-void DataThread::run(std::function<Arrival()> job)
+void Worker::run(std::function<Arrival()> job)
 {
     ++underWay_;
-    thread_.start([this, job = std::move(job)] {
-        const auto arrive = [this, arrival = job()] {
+    thread_.start([this, job = std::move(job), drops = drops_.load()] {
+        const auto arrive = [this, arrival = drops == drops_ ? job() : Arrival()] {
             --underWay_;
-            arrival();
+            if (arrival)
+                arrival();
         };
         QMetaObject::invokeMethod(this, arrive, Qt::QueuedConnection);
     });
+}
+
+void Worker::drop()
+{
+    ++drops_;
 }
 
 }  // namespace VelkHost

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QThreadPool>
+
+#include <atomic>
+#include <functional>
+
+namespace VelkHost {
+
+/// Why `work` threw, as a text for people; empty when it did not.
+QString failureOf(const std::function<void()>& work);
+
+/// A thread for work that the user interface must not wait for: one job after the other, in the order in which
+/// they were given. All operations are the user-interface thread's.
+class Worker : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Worker(QObject* parent = nullptr);
+    /// Waits for all jobs, as some of them save what the user entered, but for those that were dropped; nothing
+    /// arrives any more.
+    ~Worker() override;
+
+    using Arrival = std::function<void()>;
+    /// Runs a job, which must not throw, on the thread, and then what it returns, if anything, on this object's
+    /// thread.
+    void run(std::function<Arrival()> job);
+
+    /// Drops the jobs that have not begun. What has begun arrives.
+    void drop();
+
+    /// A job has not arrived yet; dropped ones count until their turn has come.
+    bool isBusy() const { return underWay_ > 0; }
+
+private:
+    QThreadPool thread_;
+    std::atomic<unsigned> drops_ = 0;
+    int underWay_ = 0;
+};
+
+}  // namespace VelkHost
