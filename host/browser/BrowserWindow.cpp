@@ -26,12 +26,16 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QScreen>
+#include <QScrollArea>
 #include <QShortcut>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
+#include <QStyle>
 #include <QTreeView>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include <utility>
 
@@ -83,7 +87,6 @@ void BrowserWindow::buildTree()
     tree_->setUniformRowHeights(true);
     tree_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     tree_->setDragEnabled(true);
-    model_.setPictureSide(static_cast<int>(LibraryDelegate::pictureSide * devicePixelRatioF()));
     connect(tree_->selectionModel(), &QItemSelectionModel::currentChanged, this, &BrowserWindow::showSelected);
     connect(tree_, &QTreeView::activated, this, &BrowserWindow::choosePlace);
     connect(&thumbnails_, &ThumbnailCache::changed, tree_->viewport(), [this] { tree_->viewport()->update(); });
@@ -131,14 +134,28 @@ QWidget* BrowserWindow::leftSide()
     return left;
 }
 
-void BrowserWindow::buildLayout()
+// Scrolls, as the card of a manufacturer would make the window taller than a small screen.
+QWidget* BrowserWindow::rightSide()
 {
     details_ = new DetailPane(thumbnails_);
     connect(details_, &DetailPane::chosen, this, &BrowserWindow::choosePlace);
+    auto* const right = new QScrollArea;
+    right->setObjectName(QStringLiteral("detailScroll"));
+    right->setFrameShape(QFrame::NoFrame);
+    right->setFocusPolicy(Qt::NoFocus);  // it follows the focus of what is in it
+    right->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    right->setWidgetResizable(true);
+    right->setMinimumWidth(details_->minimumSizeHint().width() + style()->pixelMetric(QStyle::PM_ScrollBarExtent));
+    right->setWidget(details_);
+    return right;
+}
+
+void BrowserWindow::buildLayout()
+{
     columns_ = new QSplitter(Qt::Horizontal);
     columns_->setObjectName(QStringLiteral("columnSplitter"));
     columns_->addWidget(leftSide());
-    columns_->addWidget(details_);
+    columns_->addWidget(rightSide());
     columns_->setStretchFactor(0, 1);
     columns_->setSizes({640, 360});
     columns_->setChildrenCollapsible(false);
@@ -334,6 +351,26 @@ void BrowserWindow::choosePlace()
     Library::Chooser::get().setData(Library::TreeItemData(static_cast<long long>(shownPlace_->index), library->path,
                                                           StringConvert::toUnicodeFromUtf8(name)));
     showMessage(tr("Chosen: %1").arg(qtText(name)));
+}
+
+void BrowserWindow::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    connect(windowHandle(), &QWindow::screenChanged, this, &BrowserWindow::fitPictures, Qt::UniqueConnection);
+    fitPictures();
+}
+
+// The screens of a desktop may differ in how many pixels they have for the same size.
+void BrowserWindow::fitPictures()
+{
+    const qreal ratio = devicePixelRatioF();
+    const int side = static_cast<int>(LibraryDelegate::pictureSide * ratio);
+    model_.setPictureSide(side);
+    search_->model().setPictureSide(side);
+    details_->setPixelRatio(ratio);
+    maker_->setPixelRatio(ratio);
+    tree_->viewport()->update();
+    search_->view()->viewport()->update();
 }
 
 void BrowserWindow::closeEvent(QCloseEvent* event)

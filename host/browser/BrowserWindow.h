@@ -60,6 +60,7 @@ Q_SIGNALS:
     void librariesRead();
 
 protected:
+    void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
@@ -72,6 +73,7 @@ private:
     void connectLoader();
     void connectShown();
     QWidget* leftSide();
+    QWidget* rightSide();
     void takeLibrary(const BrowsedLibrary& library);
     void searchTextChanged(const QString& text);
     void librariesChanged();
@@ -81,6 +83,7 @@ private:
     void choosePlace();
     void showMessage(const QString& text);
     void showPage();
+    void fitPictures();
 
     const BrowserOptions options_;
     ThumbnailCache thumbnails_;

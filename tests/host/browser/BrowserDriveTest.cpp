@@ -57,7 +57,7 @@ private:
 
 void BrowserDrive::update()
 {
-    press(Qt::Key_U, Qt::ControlModifier);
+    press(Qt::Key_F5);
     EXPECT_TRUE(isPanelSeen());
     waitForJob();
     EXPECT_FALSE(isPanelSeen());
@@ -266,7 +266,7 @@ void BrowserDrive::cancelsAnUpdate()
 {
     publishLibraries("Stool");
     holdService();
-    press(Qt::Key_U, Qt::ControlModifier);
+    press(Qt::Key_F5);
     EXPECT_TRUE(isPanelSeen());
     waitUntilHeld();
     press(Qt::Key_Escape);
@@ -290,7 +290,7 @@ void BrowserDrive::editsACard()
 
 void BrowserDrive::comesBackAsItWas()
 {
-    const QSize size(780, 700);
+    const QSize size(760, 420);
     window().resize(size);
     close();
     open(options());
