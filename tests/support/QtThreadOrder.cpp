@@ -42,6 +42,7 @@ private:
     {
         auto* const queued = static_cast<QueuedCall*>(self);
         if (what == Call) {
+            __tsan_acquire(queued);
             queued->call_->call(receiver, arguments);
             __tsan_release(queued);
         } else if (what == Destroy) {
@@ -71,8 +72,10 @@ bool QMetaObject::invokeMethodImpl(QObject* object, QtPrivate::QSlotObjectBase* 
 {
     static auto* const original = qtsOwn<bool(QObject*, QtPrivate::QSlotObjectBase*, Qt::ConnectionType, void*)>(
         "_ZN11QMetaObject16invokeMethodImplEP7QObjectPN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPv");
+    auto* const call = new QueuedCall(slot);
+    __tsan_release(call);
     __tsan_release(&eventQueue);
-    return original(object, new QueuedCall(slot), type, result);
+    return original(object, call, type, result);
 }
 
 bool QMetaObject::invokeMethod(QObject* object, const char* member, Qt::ConnectionType type,
