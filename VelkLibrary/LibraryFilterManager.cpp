@@ -244,7 +244,8 @@ void LibraryFilterManager::clearForcedSystemDBFilter() noexcept
 
 void LibraryFilterManager::removeIdFromLibraryFilters(const std::string& databaseId)
 {
-    const std::string removed = databaseId;  // it may stand in one of the filters
+    // The id may stand in one of the filters.
+    const std::string removed = databaseId;  // NOLINT(performance-unnecessary-copy-initialization)
     for (LibraryFilter& filter : libraryFilters_)
         filter.removeDatabaseId(removed);
 }

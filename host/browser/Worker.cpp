@@ -1,6 +1,6 @@
 #include "host/browser/Worker.h"
 
-#include "host/support/QtText.h"
+#include "host/browser/language/Reasons.h"
 
 #include <exception>
 #include <utility>
@@ -13,7 +13,7 @@ QString failureOf(const std::function<void()>& work)
         work();
         return {};
     } catch (const std::exception& error) {
-        return qtText(error.what());
+        return failureText(error);
     }
 }
 

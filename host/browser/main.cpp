@@ -2,6 +2,9 @@
 #include "host/browser/BrowserOptions.h"
 #include "host/browser/BrowserWindow.h"
 #include "host/browser/StoredPreferences.h"
+#include "host/browser/language/HostTexts.h"
+#include "host/browser/language/Reasons.h"
+#include "host/browser/language/Translations.h"
 #include "host/catalog/CatalogError.h"
 #include "host/command/CommandLine.h"
 #include "host/service/SiteService.h"
@@ -21,6 +24,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -28,6 +32,7 @@ constexpr const char* examples = R"(Examples:
   velk-browser
   velk-browser --home ./planner --service https://content.example/
   velk-browser --home ./planner --site ./published   updates without a server
+  velk-browser --language fr
 
 --site serves what "velk publish" has published from within this program, for trying
 out and for demonstrations.)";
@@ -37,8 +42,17 @@ struct CommandLine
 {
     VelkHost::BrowserOptions options;
     std::string site;
+    std::string language;
     std::optional<int> exitCode;
 };
+
+std::vector<std::string> windowLanguages()
+{
+    std::vector<std::string> languages;
+    for (const QString& language : VelkHost::Translations::languages())
+        languages.push_back(language.toStdString());
+    return languages;
+}
 
 CommandLine parsed(int argumentCount, char** arguments)
 {
@@ -58,6 +72,9 @@ CommandLine parsed(int argumentCount, char** arguments)
     parser.add_option("--site", line.site, "A published site to serve and to update from")
         ->excludes(service)
         ->type_name("DIR");
+    parser.add_option("--language", line.language, "The language of the window (default: the system's)")
+        ->type_name("CODE")
+        ->check(CLI::IsMember(windowLanguages()));
     try {
         parser.parse(argumentCount, arguments);
     } catch (const CLI::ParseError& error) {
@@ -81,6 +98,7 @@ void installHost(const fileString& home)
 {
     Velk::installHost(VelkHost::hostServices(home));  // tells where the settings are
     Velk::HostServices services = VelkHost::hostServices(home);
+    VelkHost::translateHost(services);
     VelkHost::keepPreferences(services, VelkHost::settingsFile());
     Velk::installHost(std::move(services));
 }
@@ -109,6 +127,7 @@ int main(int argumentCount, char** arguments)
     QApplication application(argumentCount, arguments);
     QApplication::setApplicationName(QStringLiteral("velk-browser"));
     makeLinksReadable();
+    const VelkHost::Translations translations(QString::fromStdString(line.language));
     installHost(line.options.home);
     try {
         const std::unique_ptr<VelkHost::SiteService> service = startedService(line.site);
@@ -119,7 +138,7 @@ int main(int argumentCount, char** arguments)
         window.readLibraries();
         return QApplication::exec();
     } catch (const VelkHost::CatalogError& error) {
-        std::fprintf(stderr, "velk-browser: %s\n", error.what());
+        std::fprintf(stderr, "velk-browser: %s\n", VelkHost::failureText(error).toUtf8().constData());
         return 1;
     }
 }

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "host/support/Reason.h"
+
 #include <VelkCommon/Files/fileString.h>
 
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace VelkHost {
 
@@ -12,16 +15,22 @@ namespace VelkHost {
 class CatalogError : public std::runtime_error
 {
 public:
-    CatalogError(const fileString& path, const std::string& reason)
-        : std::runtime_error(path.humanReadableString() + ": " + reason), path_(path), reason_(reason)
+    CatalogError(const fileString& path, Reason why)
+        : std::runtime_error(path.humanReadableString() + ": " + why.english()),
+          path_(path),
+          why_(std::move(why)),
+          reason_(why_.english())
     {}
 
     const fileString& path() const noexcept { return path_; }
     /// The sentence without the path.
     const std::string& reason() const noexcept { return reason_; }
+    /// The same for another language.
+    const Reason& why() const noexcept { return why_; }
 
 private:
     fileString path_;
+    Reason why_;
     std::string reason_;
 };
 

@@ -89,9 +89,9 @@ public:
     }
 
 private:
-    [[noreturn]] void fail(const std::string& reason) const
+    [[noreturn]] void fail(const char* reason) const
     {
-        throw CatalogError(database_.path(), "is damaged: " + reason);
+        throw CatalogError(database_.path(), {"is damaged: %1", {reason}});
     }
 
     std::string text(const Statement& row, int column)
@@ -221,7 +221,7 @@ void writeCatalog(const Catalog& catalog, const fileString& path)
     try {
         writeDatabase(catalog, file.path());
     } catch (const CatalogError& error) {
-        throw CatalogError(path, error.reason());
+        throw CatalogError(path, error.why());
     }
     if (!file.commit())
         throw CatalogError(path, "cannot be written completely; is the disk full, or the file in use?");

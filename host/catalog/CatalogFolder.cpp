@@ -34,8 +34,11 @@ void makeFolder(const fileString& path)
 {
     std::error_code error;
     fs::create_directories(native(path), error);
-    if (!isFolder(path))
-        throw CatalogError(path, "cannot be made a folder" + (error ? ": " + error.message() : std::string()));
+    if (isFolder(path))
+        return;
+    if (error)
+        throw CatalogError(path, {"cannot be made a folder: %1", {error.message()}});
+    throw CatalogError(path, "cannot be made a folder");
 }
 
 std::vector<fileString> filesInFolder(const fileString& folder, const fileString& extension)
@@ -56,7 +59,7 @@ std::vector<FolderEntry> folderEntries(const fileString& folder)
         entries.push_back({fromNative(entry->path().filename()), entry->is_directory(ignored)});
     }
     if (error)
-        throw CatalogError(folder, "cannot be read: " + error.message());
+        throw CatalogError(folder, {"cannot be read: %1", {error.message()}});
     std::sort(entries.begin(), entries.end(),
               [](const FolderEntry& left, const FolderEntry& right) { return left.name < right.name; });
     return entries;

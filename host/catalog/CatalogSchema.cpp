@@ -112,15 +112,15 @@ std::uint64_t checkHeader(const fileString& path)
         throw CatalogError(path, "is a database, but no library catalog");
     const std::uint32_t version = bigEndian(header, 60, 4);
     if (version > catalogSchemaVersion)
-        throw CatalogError(path, "was made by a newer version of velk (format " + std::to_string(version) +
-                                     ", this one reads " + std::to_string(catalogSchemaVersion) + ")");
+        throw CatalogError(path, {"was made by a newer version of velk (format %1, this one reads %2)",
+                                  {std::to_string(version), std::to_string(catalogSchemaVersion)}});
     if (version == 0)
         throw CatalogError(path, "is damaged: it has no format number");
     const std::uint32_t pageField = bigEndian(header, 16, 2);
     const std::uint64_t expected = std::uint64_t{bigEndian(header, 28, 4)} * (pageField == 1 ? 65'536 : pageField);
     if (fileBytes < expected)
-        throw CatalogError(path, "is damaged: it is cut off after " + std::to_string(fileBytes) + " of " +
-                                     std::to_string(expected) + " bytes");
+        throw CatalogError(path, {"is damaged: it is cut off after %1 of %2 bytes",
+                                  {Reason::amount(fileBytes), Reason::amount(expected)}});
     return fileBytes;
 }
 
@@ -130,7 +130,7 @@ void checkSchema(Database& database)
     for (const Table& table : tables)
         if (!names.contains(std::string(table.name)) || describeColumns(database, table.name) != table.described)
             throw CatalogError(database.path(),
-                               "is damaged: its table \"" + std::string(table.name) + "\" is not as it should be");
+                               {"is damaged: its table \"%1\" is not as it should be", {std::string(table.name)}});
 }
 
 }  // namespace VelkHost

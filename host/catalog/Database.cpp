@@ -48,14 +48,14 @@ int countDown(void* workLeft)
     return --*static_cast<std::int64_t*>(workLeft) < 0 ? 1 : 0;
 }
 
-std::string reasonOf(int code, const char* message)
+Reason reasonOf(int code, const char* message)
 {
     switch (code & 0xFF) {
         case SQLITE_CORRUPT:
         case SQLITE_NOTADB:
         case SQLITE_TOOBIG:
         case SQLITE_ERROR:
-            return "is damaged (" + std::string(message) + ")";
+            return {"is damaged (%1)", {message}};
         case SQLITE_INTERRUPT:
             return "is damaged (its tables never end)";
         case SQLITE_FULL:

@@ -32,9 +32,9 @@ std::uint64_t requireFile(const fileString& path, std::uint64_t maximumBytes)
         throw CatalogError(path, fs::is_directory(status) ? "is a folder, not a file" : "is not a file");
     const std::uintmax_t size = fs::file_size(native, error);
     if (error)
-        throw CatalogError(path, "cannot be read: " + error.message());
+        throw CatalogError(path, {"cannot be read: %1", {error.message()}});
     if (size > maximumBytes)
-        throw CatalogError(path, "is larger than " + inMebibytes(maximumBytes));
+        throw CatalogError(path, {"is larger than %1", {inMebibytes(maximumBytes)}});
     return size;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/support/ExitCode.h"
+#include "host/support/Reason.h"
 
 #include <functional>
 #include <stdexcept>
@@ -15,15 +16,33 @@ class Output;
 class DataError : public std::runtime_error
 {
 public:
-    explicit DataError(const std::string& reason, std::string advice = {})
-        : std::runtime_error(reason), advice_(std::move(advice))
+    explicit DataError(Reason why, std::string advice = {})
+        : std::runtime_error(why.english()), why_(std::move(why)), advice_(std::move(advice))
     {}
+
+    /// What what() says, for another language.
+    const Reason& why() const noexcept { return why_; }
 
     /// Lines of our own; may be empty.
     const std::string& advice() const noexcept { return advice_; }
 
 private:
+    Reason why_;
     std::string advice_;
+};
+
+/// A file that a service did not give. What the transfer says about it is English.
+class TransferError : public DataError
+{
+public:
+    TransferError(std::string url, const std::string& reason)
+        : DataError(Reason("%1: %2", {url, reason})), url_(std::move(url))
+    {}
+
+    const std::string& url() const noexcept { return url_; }
+
+private:
+    std::string url_;
 };
 
 /// Does the work of a command on filters or manufacturers and returns its exit code. Tells what a DataError

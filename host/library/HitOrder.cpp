@@ -55,6 +55,7 @@ private:
         std::vector<std::string_view> ordered = names;
         std::sort(ordered.begin(), ordered.end());
         std::vector<std::size_t> ranks;
+        ranks.reserve(names.size());
         for (const std::string_view name : names)
             ranks.push_back(
                 static_cast<std::size_t>(std::lower_bound(ordered.begin(), ordered.end(), name) - ordered.begin()));

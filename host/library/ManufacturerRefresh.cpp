@@ -70,16 +70,16 @@ HeldCards offered(const std::string& dataUrl)
     const fileString file = folder.path() / U"manufacturer_data.json";
     std::string reason;
     if (!Curl::get().download_to_location(dataUrl, file, reason))
-        throw DataError(dataUrl + ": " + reason);
+        throw TransferError(dataUrl, reason);
     ManufacturerManager& manager = ManufacturerManager::getManufacturerManager();
     if (manager.changeManufacturerDataPath(folder.path()))
         return heldCards(manager);
     try {
         readManufacturerLogos(file);
     } catch (const CatalogError& error) {
-        throw DataError(dataUrl + ": " + error.reason());
+        throw DataError(Reason("%1: %2", {dataUrl, error.why()}));
     }
-    throw DataError(dataUrl + ": has no manufacturers' data");
+    throw DataError(Reason("%1: has no manufacturers' data", {dataUrl}));
 }
 
 std::string logoDigest(const Holdings& held, const Manufacturer& card)

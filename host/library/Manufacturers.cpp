@@ -23,13 +23,13 @@ std::string utf8(const std::u32string& text)
 }
 
 /// Why the data file is none, as its publisher would be told.
-std::string whyUnreadable(const fileString& path)
+Reason whyUnreadable(const fileString& path)
 {
     try {
         readManufacturerLogos(path);
         return "cannot be read";
     } catch (const CatalogError& error) {
-        return error.reason();
+        return error.why();
     }
 }
 
@@ -51,7 +51,7 @@ void requireLogoName(const Manufacturer& card)
 {
     const fileString logo = card.getManufacturerLogoName();
     if (!logo.empty() && !Library::detail::isSafeLogoName(logo))
-        throw DataError("\"" + logo.utf8() + "\" is no plain file name for a logo",
+        throw DataError({"\"%1\" is no plain file name for a logo", {logo.utf8()}},
                         "The logo itself belongs into " + PathUtils::getObject().getManufacturerDataPath().utf8());
 }
 
@@ -149,7 +149,7 @@ ManufacturerManager& installedManufacturers()
     const fileString path = manufacturerFile();
     if (manager.getManufacturers().empty() && path.pathExists() &&
         !manager.changeManufacturerDataPath(PathUtils::getObject().getManufacturerDataPath()))
-        throw CatalogError(path, whyUnreadable(path) + "; mend it, or move it away");
+        throw CatalogError(path, {"%1; mend it, or move it away", {whyUnreadable(path)}});
     return manager;
 }
 
@@ -180,7 +180,7 @@ const Manufacturer& cardWithId(long id)
 {
     const ManufacturerManager& manager = installedManufacturers();
     if (!manager.manufacturerExists(id))
-        throw DataError("there is no manufacturer " + std::to_string(id),
+        throw DataError({"there is no manufacturer %1", {std::to_string(id)}},
                         "\"velk manufacturer list\" shows those that there are.");
     return manager.getManufacturer(id);
 }
@@ -191,7 +191,7 @@ std::vector<std::string> editCard(long id, const CardEdit& edit)
     if (edit.make && manager.manufacturerExists(id))
         throw DataError("there is a manufacturer " + std::to_string(id) + " already", "Leave out --new to change it.");
     if (!edit.make && !manager.manufacturerExists(id))
-        throw DataError("there is no manufacturer " + std::to_string(id), "With --new it is made.");
+        throw DataError({"there is no manufacturer %1", {std::to_string(id)}}, "With --new it is made.");
     HeldCards held = heldCards(manager);
     Manufacturer& card = held.cards[id];
     const Manufacturer before = card;

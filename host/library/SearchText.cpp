@@ -6,18 +6,6 @@
 #include <VelkCommon/Text/StringUtils.h>
 
 namespace VelkHost {
-namespace {
-
-std::string quotedTerms(const std::vector<std::u32string>& terms)
-{
-    std::string text;
-    for (const std::u32string& term : terms)
-        text += (text.empty() ? "\"" : ", \"") + printableUtf8(StringConvert::toStdUtf8String(term)) + "\"";
-    return text;
-}
-
-}  // namespace
-
 std::string matchName(SearchPriority priority)
 {
     if (priority == Invalid)
@@ -34,6 +22,14 @@ std::vector<std::u32string> lowerTerms(const Library::Search::Info& info)
         for (const std::u32string& term : group.terms)
             terms.push_back(StringUtils::toLower(term));
     return terms;
+}
+
+std::string quotedTerms(const std::vector<std::u32string>& terms)
+{
+    std::string text;
+    for (const std::u32string& term : terms)
+        text += (text.empty() ? "\"" : ", \"") + printableUtf8(StringConvert::toStdUtf8String(term)) + "\"";
+    return text;
 }
 
 std::string explainText(const Library::Search::Info& info)

@@ -17,7 +17,10 @@ std::string matchName(SearchPriority priority);
 /// The terms that an entry may be found by, in lower case: what to mark in it.
 std::vector<std::u32string> lowerTerms(const Library::Search::Info& info);
 
-/// The parsed search for people: its alternatives with terms and excluded terms.
+/// The terms as they are typed, "in quotes", with commas between them.
+std::string quotedTerms(const std::vector<std::u32string>& terms);
+
+/// The parsed search for people, in English: its alternatives with terms and excluded terms.
 std::string explainText(const Library::Search::Info& info);
 
 }  // namespace VelkHost

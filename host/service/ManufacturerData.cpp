@@ -28,7 +28,7 @@ public:
         QJsonParseError error;
         const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromStdString(text), &error);
         if (!document.isObject())
-            fail("is no JSON object (" + error.errorString().toStdString() + ")");
+            fail({"is no JSON object (%1)", {error.errorString().toStdString()}});
         const QJsonObject root = document.object();
         if (!root.contains(QStringLiteral("Version")))
             fail("has no \"Version\"; clients would take its texts for Windows-1252");
@@ -42,13 +42,13 @@ public:
     }
 
 private:
-    [[noreturn]] void fail(const std::string& reason) const { throw CatalogError(path_, reason); }
+    [[noreturn]] void fail(const Reason& reason) const { throw CatalogError(path_, reason); }
 
     void requireTime(const QJsonObject& object, const std::string& what) const
     {
         const std::string text = object[QStringLiteral("Last_Modified")].toString().toStdString();
         if (text.empty() || Library::fromString<boost::posix_time::ptime>(text).is_special())
-            fail(what + " is no time such as 20260301T140559.012345");
+            fail({"%1 is no time such as 20260301T140559.012345", {what}});
     }
 
     void readCard(const std::string& key, const QJsonValue& value)
@@ -58,15 +58,15 @@ private:
         const double id = card[QStringLiteral("Id")].toDouble(0.5);
         if (!(id >= std::numeric_limits<std::int32_t>::min() && id <= std::numeric_limits<std::int32_t>::max()) ||
             id != static_cast<std::int32_t>(id))
-            fail(where + " is no card with an \"Id\" of 32 bits");
+            fail({"%1 is no card with an \"Id\" of 32 bits", {where}});
         if (!ids_.insert(static_cast<std::int32_t>(id)).second)
-            fail(where + " has the \"Id\" of another card");
+            fail({"%1 has the \"Id\" of another card", {where}});
         requireTime(card, where + ".\"Last_Modified\"");
         for (const char* text : {"Name", "Url", "Phone", "Fax", "Email", "Logo"})
             if (const QJsonValue member = card[QLatin1String(text)]; !member.isUndefined() && !member.isString())
-                fail(where + ".\"" + text + "\" is no text");
+                fail({"%1.\"%2\" is no text", {where, text}});
         if (const QJsonValue member = card[QStringLiteral("Deleted")]; !member.isUndefined() && !member.isBool())
-            fail(where + ".\"Deleted\" is neither true nor false");
+            fail({"%1.\"Deleted\" is neither true nor false", {where}});
         std::string logo = card[QStringLiteral("Logo")].toString().toStdString();
         if (logo.empty() || card[QStringLiteral("Deleted")].toBool())
             return;

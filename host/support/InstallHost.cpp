@@ -74,6 +74,9 @@ Velk::HostServices hostServices(const fileString& home)
     const fileString chosen = home.empty() ? fileString(qEnvironmentVariable("VELK_HOME").toStdString()) : home;
     if (!chosen.empty())
         services.folders = foldersBelow(absolutePath(chosen));
+    const fileString certificates(qEnvironmentVariable("VELK_CERTIFICATES").toStdString());
+    if (!certificates.empty())
+        services.certificateFile = absolutePath(certificates);
     services.showMessage = showMessage;
     services.reportAssertion = reportAssertion;
     return services;

@@ -12,7 +12,8 @@ namespace VelkHost {
 /// The folders are those of the installation at `home`: core, bonus, manufacturer, manufacturer-data,
 /// referenced, textures, user (with the error log) and temp below it. Without one it is the folder that
 /// the environment variable VELK_HOME names, and without that the user's folders of the system. A relative
-/// path counts from the current folder.
+/// path counts from the current folder. Servers are verified against the certificates (PEM) in the file that
+/// VELK_CERTIFICATES names, or those of the system.
 Velk::HostServices hostServices(const fileString& home = {});
 
 /// Installs that.

@@ -116,6 +116,21 @@ TEST_F(UpdateCommand, FillsAnEmptyInstallation)
     EXPECT_THAT(test::listFolder(home() / U"temp"), IsEmpty());
 }
 
+TEST_F(UpdateCommand, TrustsTheCertificatesItIsGiven)
+{
+    const test::TestAuthority authority;
+    test::ScriptedServer secure(authority.issue());
+    secure.on("/api", Reply{.status = 304});
+    const std::vector<std::string> arguments{"update", "--service", secure.url("/api?key=k"), "--home", "home"};
+    EXPECT_EQ(test::runProgram(folder(), arguments).exitCode, 6);
+    EXPECT_THAT(secure.requests(), IsEmpty());
+    test::writeFile(folder() / U"authority.pem", authority.certificate());
+    qputenv("VELK_CERTIFICATES", "authority.pem");
+    test::runProgram(folder(), arguments);
+    qunsetenv("VELK_CERTIFICATES");
+    EXPECT_FALSE(secure.requests().empty());
+}
+
 TEST_F(UpdateCommand, TellsScripts)
 {
     publish("Standard_Core_Content_Index.txt", "Küche 2.calib\n");

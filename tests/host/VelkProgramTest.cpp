@@ -4,7 +4,6 @@
 
 #include <VelkCommon/Files/FileUtils.h>
 
-
 using test::ProgramRun;
 using testing::HasSubstr;
 using testing::StartsWith;

@@ -335,7 +335,7 @@ QString FilterEditor::problem() const
         if (name.empty())
             return tr("A filter needs a name.");
         if (!names.insert(name).second)
-            return tr("There are two filters \u201C%1\u201D.").arg(qtText(name));
+            return tr("There are two filters “%1”.").arg(qtText(name));
     }
     return {};
 }

@@ -2,24 +2,31 @@
 
 #include <QActionGroup>
 #include <QEvent>
+#include <QKeySequence>
 #include <QListView>
 
 #include <algorithm>
-#include <cstddef>
-#include <string_view>
+#include <initializer_list>
 
 namespace VelkHost {
 namespace {
 
 constexpr int boxCharacters = 14;
 
-constexpr std::string_view entryKeys = "0123456789abcdghijklnopqrstuvwxyz";  // three letters are taken
-
 /// The entry's text with the key that chooses it.
-QString withKey(int entry, QString text)
+QString withKey(QChar key, QString text)
 {
-    return u'&' + QString(QLatin1Char(entryKeys[static_cast<std::size_t>(entry)])) + QStringLiteral("  ") +
-           text.replace(u'&', QStringLiteral("&&"));
+    return u'&' + QString(key) + QStringLiteral("  ") + text.replace(u'&', QStringLiteral("&&"));
+}
+
+/// The digits and letters but for the actions' own.
+QString freeKeys(std::initializer_list<const QAction*> actions)
+{
+    QString keys = QStringLiteral("0123456789abcdefghijklmnopqrstuvwxyz");
+    for (const QAction* const action : actions)
+        keys.remove(QKeySequence::mnemonic(action->text()).toString(QKeySequence::PortableText).right(1),
+                    Qt::CaseInsensitive);
+    return keys;
 }
 
 }  // namespace
@@ -77,10 +84,11 @@ void FilterMenu::setState(const FilterState& state)
 {
     for (QAction* const action : entries_->actions())
         delete action;
-    const int shown = std::min(state.entries.size(), static_cast<int>(entryKeys.size()));
+    const QString keys = freeKeys({more_, edit_, merge_});
+    const int shown = std::min(state.entries.size(), keys.size());
     more_->setVisible(shown < state.entries.size());
     for (int entry = 0; entry < shown; ++entry) {
-        auto* const action = new QAction(withKey(entry, state.entries[entry]), entries_);
+        auto* const action = new QAction(withKey(keys[entry], state.entries[entry]), entries_);
         action->setObjectName(QStringLiteral("filterAction%1").arg(entry));
         action->setCheckable(true);
         action->setChecked(entry == state.currentEntry());

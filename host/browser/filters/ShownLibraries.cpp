@@ -119,8 +119,7 @@ QString ShownLibraries::whatHides() const
     if (filter == nullptr)
         return tr("the choice of kinds");
     const QString name = qtText(filter->getFilterName());
-    return byKind ? tr("the filter \u201C%1\u201D and the choice of kinds").arg(name)
-                  : tr("the filter \u201C%1\u201D").arg(name);
+    return byKind ? tr("the filter “%1” and the choice of kinds").arg(name) : tr("the filter “%1”").arg(name);
 }
 
 void ShownLibraries::showAll()
@@ -157,9 +156,9 @@ void ShownLibraries::tellMerge(const FilterMerge& merge)
     QString text =
         merge.came.empty()
             ? tr("No filter came.")
-            : tr("%n filter(s) came: %1.", nullptr, static_cast<int>(merge.came.size())).arg(joinedNames(merge.came));
+            : tr("%Ln filter(s) came: %1.", nullptr, static_cast<int>(merge.came.size())).arg(joinedNames(merge.came));
     if (present > 0)
-        text += u' ' + tr("%n filter(s) were here already.", nullptr, present);
+        text += u' ' + tr("%Ln filter(s) were here already.", nullptr, present);
     Q_EMIT told(text);
 }
 

@@ -2,6 +2,7 @@
 
 #include "host/browser/jobs/InstalledFiles.h"
 #include "host/browser/jobs/PanelProgress.h"
+#include "host/browser/language/Reasons.h"
 #include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFile.h"
 #include "host/catalog/CatalogFolder.h"
@@ -127,12 +128,10 @@ void ImportJob::import(const ImportSource& source)
         return;
     } catch (const ImportCancelled&) {
         return;
-    } catch (const CatalogError& error) {
-        problem = qtText(error.what());
     } catch (const std::bad_alloc&) {
         problem = tr("There is too little memory for it.");
     } catch (const std::exception& error) {
-        problem = qtText(error.what());
+        problem = failureText(error);
     }
     problems_.append(tr("“%1” was not imported. %2").arg(qtText(source.file.stemWithExtension().utf8()), problem));
 }
@@ -153,7 +152,7 @@ void ImportJob::take(const ImportSource& source)
     try {
         readCatalog(*unpacked.first, CatalogContent::Names);
     } catch (const CatalogError& error) {
-        throw std::runtime_error(tr("The library in it cannot be read: %1").arg(qtText(error.reason())).toStdString());
+        throw std::runtime_error(tr("The library in it cannot be read: %1").arg(translated(error.why())).toStdString());
     }
     putInPlace(unpacked, target, source.replace, *progress);
     imported_.push_back(target);
@@ -166,7 +165,7 @@ JobOutcome ImportJob::outcome() const
     if (imported_.size() == 1)
         outcome.message = tr("“%1” was imported.").arg(qtText(imported_.front().stem().utf8()));
     else if (!imported_.empty())
-        outcome.message = tr("%n libraries were imported.", nullptr, static_cast<int>(imported_.size()));
+        outcome.message = tr("%Ln libraries were imported.", nullptr, static_cast<int>(imported_.size()));
     else if (stop_.stop_requested())
         outcome.message = tr("The import was cancelled.");
     else

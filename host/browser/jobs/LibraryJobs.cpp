@@ -246,7 +246,7 @@ void LibraryJobs::retranslate()
                             : tr("Bring the installed libraries up to date from %1").arg(service_));
     cancel_->setText(tr("Ca&ncel"));
     cancel_->setToolTip(tr("Cancel what is running (Esc)"));
-    errorLog_->setText(tr("Error L&og"));
+    errorLog_->setText(tr("Error Lo&g"));
     errorLog_->setToolTip(tr("Open the log that tells what went wrong"));
     errorLog_->setAccessibleName(tr("Error log"));
 }

@@ -1,6 +1,7 @@
 #include "host/browser/jobs/UpdateJob.h"
 
 #include "host/browser/jobs/InstalledFiles.h"
+#include "host/browser/language/Reasons.h"
 #include "host/service/CatalogUpdate.h"
 #include "host/support/QtText.h"
 
@@ -101,7 +102,7 @@ void UpdateJob::run()
         updater();
         return;
     } catch (const std::exception& error) {
-        failure = qtText(error.what());
+        failure = failureText(error);
     }
     post([this, failure] {
         if (!std::exchange(ending_, true))
@@ -169,7 +170,7 @@ QString UpdateJob::installedText() const
         return {};
     if (catalogs.size() == 1)
         return tr("“%1” was updated.").arg(qtText(catalogs.front().stem().utf8()));
-    return tr("%n libraries were updated.", nullptr, static_cast<int>(catalogs.size()));
+    return tr("%Ln libraries were updated.", nullptr, static_cast<int>(catalogs.size()));
 }
 
 }  // namespace VelkHost

@@ -54,12 +54,12 @@ void MakerMenu::tellRefresh(const ManufacturerRefresh& refresh)
     if (refresh.outcome == Outcome::Newer)
         text = tr("The service has nothing newer about the manufacturers.");
     else if (refresh.outcome == Outcome::Updated)
-        text = tr("Manufacturers: %1 new, %2 changed, %3 gone.")
+        text = tr("Manufacturers: %L1 new, %L2 changed, %L3 gone.")
                    .arg(changesOf(refresh, Kind::Added))
                    .arg(changesOf(refresh, Kind::Changed))
                    .arg(changesOf(refresh, Kind::Removed));
     if (refresh.missingLogos > 0)
-        text += u' ' + tr("%n logo(s) did not come.", nullptr, static_cast<int>(refresh.missingLogos));
+        text += u' ' + tr("%Ln logo(s) did not come.", nullptr, static_cast<int>(refresh.missingLogos));
     Q_EMIT told(text);
 }
 

@@ -124,7 +124,7 @@ void MakerStore::refresh(const std::string& service)
     const auto outcome = std::make_shared<ManufacturerRefresh>();
     const auto work = [service, outcome, stop = stop_.get_token()] {
         if (!Curl::downloadable(service))
-            throw DataError("\"" + service + "\" is no web address");
+            throw DataError(Reason("\"%1\" is no web address", {service}));
         const MakerAddresses addresses = makerAddresses(service);
         *outcome = refreshManufacturers(addresses.data, addresses.logos, stop);
     };

@@ -1,14 +1,12 @@
 #include "host/browser/search/SearchPane.h"
 
+#include "host/browser/search/SearchExplanation.h"
 #include "host/browser/search/SyntaxHelp.h"
 #include "host/browser/tree/LibraryDelegate.h"
-#include "host/library/SearchText.h"
-#include "host/support/QtText.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLocale>
 #include <QToolButton>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -31,6 +29,7 @@ SearchPane::SearchPane(ThumbnailCache& thumbnails, QWidget* parent)
 {
     summary_->setObjectName(QStringLiteral("searchSummary"));
     summary_->setTextFormat(Qt::PlainText);
+    summary_->setWordWrap(true);
     explain_->setObjectName(QStringLiteral("explainButton"));
     explain_->setCheckable(true);
     explain_->setAutoRaise(true);
@@ -120,8 +119,8 @@ void SearchPane::showSummary()
     else if (count == 0)
         summary_->setText(tr("Nothing was found. Fewer or shorter words find more."));
     else
-        summary_->setText(count == 1 ? tr("1 hit") : tr("%1 hits").arg(QLocale().toString(count)));
-    explanation_->setText(qtText(explainText(outcome->info)).trimmed());
+        summary_->setText(tr("%Ln hit(s)", nullptr, count));
+    explanation_->setText(explanationOf(outcome->info));
 }
 
 void SearchPane::changeEvent(QEvent* event)

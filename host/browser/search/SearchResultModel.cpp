@@ -7,6 +7,7 @@
 #include "host/support/QtText.h"
 
 #include <QFont>
+#include <QLocale>
 #include <QMimeData>
 #include <QPoint>
 #include <QStringList>
@@ -146,7 +147,7 @@ QVariant SearchResultModel::groupData(const Group& group, int role) const
     if (role == Qt::DisplayRole)
         return title(group.priority);
     if (role == LibraryDelegate::QuietTextRole)
-        return QString::number(group.end - group.begin);
+        return QLocale().toString(static_cast<qulonglong>(group.end - group.begin));
     if (role == Qt::FontRole) {
         QFont font;
         font.setBold(true);

@@ -7,6 +7,11 @@
 #include <utility>
 
 namespace VelkHost {
+namespace {
+
+constexpr int textWidth = 640;  // most examples then take one line
+
+}  // namespace
 
 SyntaxHelp::SyntaxHelp(QWidget* parent) : QDialog(parent)
 {
@@ -15,6 +20,8 @@ SyntaxHelp::SyntaxHelp(QWidget* parent) : QDialog(parent)
     auto* const label = new QLabel(text());
     label->setObjectName(QStringLiteral("syntaxText"));
     label->setTextFormat(Qt::RichText);
+    label->setWordWrap(true);
+    label->setMinimumWidth(textWidth);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::close);
@@ -26,12 +33,12 @@ SyntaxHelp::SyntaxHelp(QWidget* parent) : QDialog(parent)
 QString SyntaxHelp::text()
 {
     const std::pair<QString, QString> rows[] = {
-        {QStringLiteral("office chair"), tr("both words, anywhere and in any order")},
-        {QStringLiteral("\"office chair\""), tr("the two words as they stand, one after the other")},
-        {QStringLiteral("chair OR table"), tr("either of the two; \"|\" does the same")},
-        {QStringLiteral("chair -red"), tr("chair, but not red; \"NOT red\" does the same")},
-        {QStringLiteral("(desk OR table) oak"), tr("oak, with desk or with table")},
-        {QStringLiteral("chair -(red OR blue)"), tr("chair, and neither red nor blue")},
+        {tr("office chair"), tr("both words, anywhere and in any order")},
+        {tr("\"office chair\""), tr("the two words as they stand, one after the other")},
+        {tr("chair OR table"), tr("either of the two; \"|\" does the same")},
+        {tr("chair -red"), tr("chair, but not red; \"NOT red\" does the same")},
+        {tr("(desk OR table) oak"), tr("oak, with desk or with table")},
+        {tr("chair -(red OR blue)"), tr("chair, and neither red nor blue")},
     };
     QString html = QStringLiteral("<table cellspacing=\"6\">");
     for (const auto& [typed, finds] : rows)

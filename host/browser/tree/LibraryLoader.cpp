@@ -1,9 +1,9 @@
 #include "host/browser/tree/LibraryLoader.h"
 
 #include "host/browser/jobs/InstalledFiles.h"
+#include "host/browser/language/Reasons.h"
 #include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFile.h"
-#include "host/support/QtText.h"
 
 #include <shared_mutex>
 #include <utility>
@@ -55,7 +55,7 @@ Worker::Arrival LibraryLoader::readOne(const fileString& path, bool complete)
     } catch (const CatalogError& error) {
         if (!complete)
             return {};  // it is told once
-        return [this, path, reason = qtText(error.reason())] { Q_EMIT libraryFailed(path, reason); };
+        return [this, path, reason = translated(error.why())] { Q_EMIT libraryFailed(path, reason); };
     }
 }
 

@@ -1,4 +1,6 @@
 // One application for all tests, as in the program; without a screen.
+#include "host/browser/language/Translations.h"
+
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -24,6 +26,7 @@ int main(int argumentCount, char** arguments)
     // Never destroyed: the platform without a screen leaves parts of itself behind then.
     static const QApplication* const application = new QApplication(argumentCount, arguments);
     (void)application;
+    const VelkHost::Translations english(QStringLiteral("en"));
     QApplication::setQuitOnLastWindowClosed(false);
     return RUN_ALL_TESTS();
 }

@@ -87,7 +87,7 @@ TEST_F(WindowSearch, TellsHowItWasUnderstood)
     EXPECT_FALSE(explanation->isVisible());
     QTest::mouseClick(named<QToolButton>("explainButton"), Qt::LeftButton);
     EXPECT_TRUE(explanation->isVisible());
-    EXPECT_TRUE(explanation->text().contains(QStringLiteral("all of:  \"chair\"")))
+    EXPECT_TRUE(explanation->text().contains(QStringLiteral("1. all of: \"chair\"")))
         << explanation->text().toStdString();
     EXPECT_TRUE(explanation->text().contains(QStringLiteral("none of: \"stool\"")));
 }

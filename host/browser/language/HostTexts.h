@@ -1,0 +1,10 @@
+#pragma once
+
+#include <VelkCommon/HostServices.h>
+
+namespace VelkHost {
+
+/// Gives the library its numbered texts in the window's language, and the way in which numbers are written there.
+void translateHost(Velk::HostServices& services);
+
+}  // namespace VelkHost

@@ -1,0 +1,125 @@
+#include "host/browser/language/Reasons.h"
+
+#include "host/catalog/CatalogError.h"
+#include "host/library/DataError.h"
+#include "host/support/QtText.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+#include <QStringList>
+
+#include <new>
+
+namespace VelkHost {
+namespace {
+
+/// What the window's operations can fail of, for those who collect the texts to translate.
+[[maybe_unused]] constexpr const char* knownReasons[] = {
+    // Files
+    QT_TRANSLATE_NOOP("Reason", "is not a path"),
+    QT_TRANSLATE_NOOP("Reason", "no such file"),
+    QT_TRANSLATE_NOOP("Reason", "is a folder, not a file"),
+    QT_TRANSLATE_NOOP("Reason", "is not a file"),
+    QT_TRANSLATE_NOOP("Reason", "is larger than %1"),
+    QT_TRANSLATE_NOOP("Reason", "cannot be opened for reading; may you read it, and does no other program write it?"),
+    QT_TRANSLATE_NOOP("Reason", "cannot be read"),
+    QT_TRANSLATE_NOOP("Reason", "cannot be read: %1"),
+    QT_TRANSLATE_NOOP("Reason", "cannot be written"),
+    QT_TRANSLATE_NOOP("Reason", "cannot be made a folder"),
+    QT_TRANSLATE_NOOP("Reason", "cannot be made a folder: %1"),
+    QT_TRANSLATE_NOOP("Reason", "is there already"),
+    // Libraries
+    QT_TRANSLATE_NOOP("Reason", "is empty"),
+    QT_TRANSLATE_NOOP("Reason", "is no library catalog"),
+    QT_TRANSLATE_NOOP("Reason", "is a database, but no library catalog"),
+    QT_TRANSLATE_NOOP("Reason", "was made by a newer version of velk (format %1, this one reads %2)"),
+    QT_TRANSLATE_NOOP("Reason", "is damaged: %1"),
+    QT_TRANSLATE_NOOP("Reason", "is damaged: it ends within its header"),
+    QT_TRANSLATE_NOOP("Reason", "is damaged: it has no format number"),
+    QT_TRANSLATE_NOOP("Reason", "is damaged: it is cut off after %1 of %2 bytes"),
+    QT_TRANSLATE_NOOP("Reason", "is damaged: it holds something else than a catalog's tables"),
+    QT_TRANSLATE_NOOP("Reason", "is damaged: its table \"%1\" is not as it should be"),
+    QT_TRANSLATE_NOOP("Reason", "a text is missing"),
+    QT_TRANSLATE_NOOP("Reason", "it holds more text than a catalog can"),
+    QT_TRANSLATE_NOOP("Reason", "its rows are out of order"),
+    QT_TRANSLATE_NOOP("Reason", "an entry belongs to nothing"),
+    QT_TRANSLATE_NOOP("Reason", "it does not say which library it is"),
+    QT_TRANSLATE_NOOP("Reason", "its kind of library is unknown"),
+    QT_TRANSLATE_NOOP("Reason", "it has too many folders"),
+    QT_TRANSLATE_NOOP("Reason", "it has too many items"),
+    // Databases
+    QT_TRANSLATE_NOOP("Reason", "is damaged (%1)"),
+    QT_TRANSLATE_NOOP("Reason", "is damaged (its tables never end)"),
+    QT_TRANSLATE_NOOP("Reason", "cannot be written: the disk is full"),
+    QT_TRANSLATE_NOOP("Reason", "cannot be opened"),
+    QT_TRANSLATE_NOOP("Reason", "database disk image is malformed"),
+    QT_TRANSLATE_NOOP("Reason", "file is not a database"),
+    QT_TRANSLATE_NOOP("Reason", "string or blob too big"),
+    QT_TRANSLATE_NOOP("Reason", "database is locked"),
+    QT_TRANSLATE_NOOP("Reason", "disk I/O error"),
+    // Filters
+    QT_TRANSLATE_NOOP("Reason", "is no filter file; mend it, or move it away"),
+    QT_TRANSLATE_NOOP("Reason", "is damaged; mend it, or move it away"),
+    QT_TRANSLATE_NOOP("Reason", "is damaged; nothing was merged"),
+    QT_TRANSLATE_NOOP("Reason", "cannot be removed, and would bring the filters back"),
+    QT_TRANSLATE_NOOP("Reason", "the filters could not be saved"),
+    // Manufacturers
+    QT_TRANSLATE_NOOP("Reason", "%1; mend it, or move it away"),
+    QT_TRANSLATE_NOOP("Reason", "cannot be written; the cards are as they were"),
+    QT_TRANSLATE_NOOP("Reason", "there is no manufacturer %1"),
+    QT_TRANSLATE_NOOP("Reason", "\"%1\" is no plain file name for a logo"),
+    QT_TRANSLATE_NOOP("Reason", "is no JSON object (%1)"),
+    QT_TRANSLATE_NOOP("Reason", "has no \"Version\"; clients would take its texts for Windows-1252"),
+    QT_TRANSLATE_NOOP("Reason", "\"Default_Text\" is no text"),
+    QT_TRANSLATE_NOOP("Reason", "%1 is no time such as 20260301T140559.012345"),
+    QT_TRANSLATE_NOOP("Reason", "%1 is no card with an \"Id\" of 32 bits"),
+    QT_TRANSLATE_NOOP("Reason", "%1 has the \"Id\" of another card"),
+    QT_TRANSLATE_NOOP("Reason", "%1.\"%2\" is no text"),
+    QT_TRANSLATE_NOOP("Reason", "%1.\"Deleted\" is neither true nor false"),
+    // The service
+    QT_TRANSLATE_NOOP("Reason", "\"%1\" is no web address"),
+    QT_TRANSLATE_NOOP("Reason", "%1: has no manufacturers' data"),
+    QT_TRANSLATE_NOOP("Reason", "%1: cannot be fetched"),
+    QT_TRANSLATE_NOOP("Reason", "there is too little memory"),
+    QT_TRANSLATE_NOOP("Reason", "is no published site; see \"velk publish --help\""),
+    QT_TRANSLATE_NOOP("Reason", "cannot be listened on; is another program using the port?"),
+};
+
+}  // namespace
+
+QString translated(const Reason& reason)
+{
+    if (reason.number())
+        return QLocale().toString(static_cast<qulonglong>(*reason.number()));
+    const QString text = QCoreApplication::translate("Reason", reason.text().c_str());
+    QStringList parts;
+    for (const Reason& part : reason.parts())
+        parts.append(translated(part));
+    // All at once, as a part may look like a placeholder.
+    QString result;
+    for (int i = 0; i < text.size(); ++i) {
+        const int part = i + 1 < text.size() ? text[i + 1].unicode() - u'1' : -1;
+        if (text[i] == u'%' && part >= 0 && part < parts.size()) {
+            result += parts[part];
+            ++i;
+        } else {
+            result += text[i];
+        }
+    }
+    return result;
+}
+
+QString failureText(const std::exception& error)
+{
+    if (const auto* const catalog = dynamic_cast<const CatalogError*>(&error))
+        return qtText(catalog->path().humanReadableString()) + QStringLiteral(": ") + translated(catalog->why());
+    if (const auto* const transfer = dynamic_cast<const TransferError*>(&error))
+        return translated({"%1: cannot be fetched", {transfer->url()}});
+    if (const auto* const data = dynamic_cast<const DataError*>(&error))
+        return translated(data->why());
+    if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr)
+        return translated("there is too little memory");
+    return qtText(error.what());
+}
+
+}  // namespace VelkHost

@@ -1,0 +1,40 @@
+#include "host/browser/search/SearchExplanation.h"
+
+#include "host/library/SearchText.h"
+#include "host/support/QtText.h"
+
+#include <QCoreApplication>
+#include <QStringList>
+
+namespace VelkHost {
+namespace {
+
+/// For the texts' context.
+struct SearchExplanation
+{
+    Q_DECLARE_TR_FUNCTIONS(SearchExplanation)
+};
+
+}  // namespace
+
+QString explanationOf(const Library::Search::Info& info)
+{
+    const std::vector<Library::Search::ORGroup>& groups = info.parseTree.groups;
+    if (groups.empty())
+        return SearchExplanation::tr("Nothing to search for: there is no term that an entry must have.");
+    QStringList lines;
+    lines << (groups.size() == 1
+                  ? SearchExplanation::tr("An entry is found when it has what this asks for:")
+                  : SearchExplanation::tr("An entry is found when it has what one of these %Ln alternatives asks for:",
+                                          nullptr, static_cast<int>(groups.size())));
+    const QString indentation(4, u' ');
+    int number = 0;
+    for (const Library::Search::ORGroup& group : groups) {
+        lines << SearchExplanation::tr("%1. all of: %2").arg(++number).arg(qtText(quotedTerms(group.terms)));
+        if (!group.excludedTerms.empty())
+            lines << indentation + SearchExplanation::tr("none of: %1").arg(qtText(quotedTerms(group.excludedTerms)));
+    }
+    return lines.join(u'\n');
+}
+
+}  // namespace VelkHost
