@@ -20,6 +20,8 @@ using Wanted = TransferRequest::Wanted;
 
 constexpr std::size_t extensionLimit = 16;
 
+thread_local const Curl::Stoppable* stoppable = nullptr;
+
 // Of the address's path, when it is one for a file name everywhere; else "".
 std::string extensionOf(const std::string& url)
 {
@@ -168,4 +170,16 @@ Curl::Run::~Run()
 {
     if (unreachable_ != nullptr)
         detail::UnreachableServers::setCurrent(nullptr);
+}
+
+Curl::Stoppable::Stoppable(std::stop_token stop) : stop_(std::move(stop)), outer_(std::exchange(stoppable, this)) {}
+
+Curl::Stoppable::~Stoppable()
+{
+    stoppable = outer_;
+}
+
+bool Curl::Stoppable::isStopped()
+{
+    return stoppable != nullptr && stoppable->stop_.stop_requested();
 }

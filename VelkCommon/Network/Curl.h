@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -115,6 +116,25 @@ public:
 
     private:
         std::unique_ptr<Velk::detail::UnreachableServers> unreachable_;
+    };
+
+    /// While it lives, transfers of the thread without a progress callback can be stopped: within a second of the
+    /// request they fail (code 42), and so do those that begin later. Destroyed by the thread that made it; within
+    /// another one, the inner one counts.
+    class VELKCOMMON_EXPORT Stoppable
+    {
+    public:
+        explicit Stoppable(std::stop_token stop);
+        ~Stoppable();
+        Stoppable(const Stoppable&) = delete;
+        Stoppable& operator=(const Stoppable&) = delete;
+
+        /// The thread's transfers are to stop.
+        static bool isStopped();
+
+    private:
+        std::stop_token stop_;
+        const Stoppable* outer_;
     };
 
 private:

@@ -21,16 +21,21 @@
 #include <VelkLibrary/UI/Chooser.h>
 #include <VelkLibrary/UI/TreeItemData.h>
 
+#include <QAction>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QScreen>
+#include <QScrollArea>
 #include <QShortcut>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
+#include <QStyle>
 #include <QTreeView>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include <utility>
 
@@ -82,7 +87,6 @@ void BrowserWindow::buildTree()
     tree_->setUniformRowHeights(true);
     tree_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     tree_->setDragEnabled(true);
-    model_.setPictureSide(static_cast<int>(LibraryDelegate::pictureSide * devicePixelRatioF()));
     connect(tree_->selectionModel(), &QItemSelectionModel::currentChanged, this, &BrowserWindow::showSelected);
     connect(tree_, &QTreeView::activated, this, &BrowserWindow::choosePlace);
     connect(&thumbnails_, &ThumbnailCache::changed, tree_->viewport(), [this] { tree_->viewport()->update(); });
@@ -130,14 +134,28 @@ QWidget* BrowserWindow::leftSide()
     return left;
 }
 
-void BrowserWindow::buildLayout()
+// Scrolls, as the card of a manufacturer would make the window taller than a small screen.
+QWidget* BrowserWindow::rightSide()
 {
     details_ = new DetailPane(thumbnails_);
     connect(details_, &DetailPane::chosen, this, &BrowserWindow::choosePlace);
+    auto* const right = new QScrollArea;
+    right->setObjectName(QStringLiteral("detailScroll"));
+    right->setFrameShape(QFrame::NoFrame);
+    right->setFocusPolicy(Qt::NoFocus);  // it follows the focus of what is in it
+    right->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    right->setWidgetResizable(true);
+    right->setMinimumWidth(details_->minimumSizeHint().width() + style()->pixelMetric(QStyle::PM_ScrollBarExtent));
+    right->setWidget(details_);
+    return right;
+}
+
+void BrowserWindow::buildLayout()
+{
     columns_ = new QSplitter(Qt::Horizontal);
     columns_->setObjectName(QStringLiteral("columnSplitter"));
     columns_->addWidget(leftSide());
-    columns_->addWidget(details_);
+    columns_->addWidget(rightSide());
     columns_->setStretchFactor(0, 1);
     columns_->setSizes({640, 360});
     columns_->setChildrenCollapsible(false);
@@ -189,6 +207,12 @@ void BrowserWindow::buildMenus()
     connect(jobs_, &LibraryJobs::runningChanged, back, [back](bool running) {  // Escape cancels it meanwhile
         back->setShortcut(running ? QKeySequence() : QKeySequence(Qt::Key_Escape));
     });
+    showInTree_ = edit->addAction(tr("&Show in the Tree"), this, &BrowserWindow::showInTree,
+                                  QKeySequence(QStringLiteral("Ctrl+T")));
+    showInTree_->setObjectName(QStringLiteral("showInTreeAction"));
+    showInTree_->setEnabled(false);
+    search_->view()->addAction(showInTree_);
+    search_->view()->setContextMenuPolicy(Qt::ActionsContextMenu);
     menuBar()->addMenu(tr("&View"))->addMenu(shown_->kindMenu());
     menuBar()->addMenu(shown_->filterMenu());
 }
@@ -296,6 +320,12 @@ void BrowserWindow::reveal(const LibraryPlace& place)
     tree_->setFocus();
 }
 
+void BrowserWindow::showInTree()
+{
+    if (const std::optional<LibraryPlace> place = shownPlace_)
+        reveal(*place);
+}
+
 // While the search's results are there, one of those is shown.
 void BrowserWindow::showSelected()
 {
@@ -309,6 +339,7 @@ void BrowserWindow::showPlace(const std::optional<LibraryPlace>& place)
     const BrowsedLibrary* const library = place ? model_.library(place->library) : nullptr;
     details_->show(library, place.value_or(LibraryPlace()));
     maker_->show(library == nullptr || place->isFolder ? nullptr : library->catalog, place ? place->index : 0);
+    showInTree_->setEnabled(library != nullptr);
 }
 
 void BrowserWindow::choosePlace()
@@ -320,6 +351,26 @@ void BrowserWindow::choosePlace()
     Library::Chooser::get().setData(Library::TreeItemData(static_cast<long long>(shownPlace_->index), library->path,
                                                           StringConvert::toUnicodeFromUtf8(name)));
     showMessage(tr("Chosen: %1").arg(qtText(name)));
+}
+
+void BrowserWindow::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    connect(windowHandle(), &QWindow::screenChanged, this, &BrowserWindow::fitPictures, Qt::UniqueConnection);
+    fitPictures();
+}
+
+// The screens of a desktop may differ in how many pixels they have for the same size.
+void BrowserWindow::fitPictures()
+{
+    const qreal ratio = devicePixelRatioF();
+    const int side = static_cast<int>(LibraryDelegate::pictureSide * ratio);
+    model_.setPictureSide(side);
+    search_->model().setPictureSide(side);
+    details_->setPixelRatio(ratio);
+    maker_->setPixelRatio(ratio);
+    tree_->viewport()->update();
+    search_->view()->viewport()->update();
 }
 
 void BrowserWindow::closeEvent(QCloseEvent* event)

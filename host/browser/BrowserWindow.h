@@ -13,6 +13,7 @@
 #include <optional>
 #include <vector>
 
+class QAction;
 class QLabel;
 class QLineEdit;
 class QModelIndex;
@@ -59,6 +60,7 @@ Q_SIGNALS:
     void librariesRead();
 
 protected:
+    void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
@@ -71,14 +73,17 @@ private:
     void connectLoader();
     void connectShown();
     QWidget* leftSide();
+    QWidget* rightSide();
     void takeLibrary(const BrowsedLibrary& library);
     void searchTextChanged(const QString& text);
     void librariesChanged();
+    void showInTree();
     void showSelected();
     void showPlace(const std::optional<LibraryPlace>& place);
     void choosePlace();
     void showMessage(const QString& text);
     void showPage();
+    void fitPictures();
 
     const BrowserOptions options_;
     ThumbnailCache thumbnails_;
@@ -96,6 +101,7 @@ private:
     ShownLibraries* shown_ = nullptr;
     QSplitter* columns_ = nullptr;
     QSplitter* mainSplitter_ = nullptr;
+    QAction* showInTree_ = nullptr;
     std::unique_ptr<WindowState> state_;
     LibraryJobs* jobs_ = nullptr;
     std::optional<fileString> imported_;  // to be shown when it is read

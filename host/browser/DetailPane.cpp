@@ -81,7 +81,7 @@ void DetailPane::show(const BrowsedLibrary* library, const LibraryPlace& place)
         name_->setText(qtText(item.name));
         where_->setText(namesOf(*library->catalog, item.folder).join(QStringLiteral(" \u203A ")));
         keywords_->setText(qtText(item.keywords));
-        picture_ = ThumbnailKey{library->path, item.uniqueId, static_cast<int>(largePictureSide * devicePixelRatioF())};
+        picture_ = ThumbnailKey{library->path, item.uniqueId, pictureSide()};
     } else if (library != nullptr) {
         const Folder& folder = library->catalog->folders[place.index];
         name_->setText(qtText(folder.name));
@@ -92,10 +92,23 @@ void DetailPane::show(const BrowsedLibrary* library, const LibraryPlace& place)
     showPicture();
 }
 
+void DetailPane::setPixelRatio(qreal ratio)
+{
+    pixelRatio_ = ratio;
+    if (picture_)
+        picture_->side = pictureSide();
+    showPicture();
+}
+
+int DetailPane::pictureSide() const
+{
+    return static_cast<int>(largePictureSide * pixelRatio_);
+}
+
 void DetailPane::showPicture()
 {
     QPixmap pixmap = picture_ ? thumbnails_.find(*picture_) : QPixmap();
-    pixmap.setDevicePixelRatio(devicePixelRatioF());
+    pixmap.setDevicePixelRatio(pixelRatio_);
     pictureLabel_->setPixmap(pixmap);
 }
 

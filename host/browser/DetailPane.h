@@ -25,6 +25,9 @@ public:
     /// Shows a place of a library; nothing when `library` is null.
     void show(const BrowsedLibrary* library, const LibraryPlace& place);
 
+    /// How many of the screen's pixels the picture has for one of the pane's.
+    void setPixelRatio(qreal ratio);
+
     /// Where a card about the library's maker goes.
     QVBoxLayout* extras() const { return extras_; }
 
@@ -36,11 +39,13 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    int pictureSide() const;
     void showPicture();
     void retranslate();
 
     ThumbnailCache& thumbnails_;
     std::optional<ThumbnailKey> picture_;
+    qreal pixelRatio_ = 1;
     QLabel* const pictureLabel_;
     QLabel* const name_;
     QLabel* const where_;

@@ -14,6 +14,8 @@
 #include <VelkCommon/Network/Curl.h>
 
 #include <QApplication>
+#include <QColor>
+#include <QPalette>
 
 #include <CLI/CLI.hpp>
 
@@ -101,6 +103,18 @@ void installHost(const fileString& home)
     Velk::installHost(std::move(services));
 }
 
+/// Some dark desktops tell no colour of links; Qt's own one is a blue that cannot be read there.
+void makeLinksReadable()
+{
+    constexpr int middle = 128;
+    QPalette palette = QApplication::palette();
+    if (palette.color(QPalette::Window).lightness() >= middle || palette.color(QPalette::Link).lightness() > middle)
+        return;
+    for (const QPalette::ColorRole role : {QPalette::Link, QPalette::LinkVisited})
+        palette.setColor(role, QColor(0x6c, 0xb4, 0xf5));
+    QApplication::setPalette(palette);
+}
+
 }  // namespace
 
 int main(int argumentCount, char** arguments)
@@ -112,6 +126,7 @@ int main(int argumentCount, char** arguments)
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argumentCount, arguments);
     QApplication::setApplicationName(QStringLiteral("velk-browser"));
+    makeLinksReadable();
     const VelkHost::Translations translations(QString::fromStdString(line.language));
     installHost(line.options.home);
     try {

@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <map>
+#include <utility>
 
 namespace VelkHost {
 namespace {
@@ -131,8 +132,9 @@ std::vector<CardChange> compareCards(const Holdings& before, const Holdings& aft
 
 }  // namespace
 
-ManufacturerRefresh refreshManufacturers(const std::string& dataUrl, const std::string& logoUrl)
+ManufacturerRefresh refreshManufacturers(const std::string& dataUrl, const std::string& logoUrl, std::stop_token stop)
 {
+    const Curl::Stoppable stoppable(std::move(stop));
     const Holdings before = holdings(installedManufacturers());
     const HeldCards service = offered(dataUrl);
     ManufacturerManager& manager = installedManufacturers();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,8 @@ struct ManufacturerRefresh
 
 /// Lets the library bring the installation's manufacturers up to date, and finds out what that did. Throws
 /// DataError when the service cannot be reached or has no such data, CatalogError as installedManufacturers().
-ManufacturerRefresh refreshManufacturers(const std::string& dataUrl, const std::string& logoUrl);
+/// Ends soon once `stop` is requested; what has come until then is kept.
+ManufacturerRefresh refreshManufacturers(const std::string& dataUrl, const std::string& logoUrl,
+                                         std::stop_token stop = {});
 
 }  // namespace VelkHost

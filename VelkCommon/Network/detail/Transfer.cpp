@@ -321,6 +321,8 @@ bool Transfer::tick(Clock::time_point now)
             return fail(CURLE_ABORTED_BY_CALLBACK, curl_easy_strerror(CURLE_ABORTED_BY_CALLBACK));
         lastReport_ = now;
     }
+    if (request_.progress == nullptr && Curl::Stoppable::isStopped())
+        return fail(CURLE_ABORTED_BY_CALLBACK, curl_easy_strerror(CURLE_ABORTED_BY_CALLBACK));
     if (request_.silence && now - lastByte_ > *request_.silence)
         return fail(CURLE_OPERATION_TIMEDOUT, "Nothing arrived for too long");
     if (request_.total) {

@@ -50,10 +50,12 @@ LibraryJobs::LibraryJobs(QMainWindow& window)
     : QObject(&window),
       window_(window),
       import_(newAction(this, "importAction", QKeySequence(QStringLiteral("Ctrl+I")))),
-      update_(newAction(this, "updateAction", QKeySequence(QStringLiteral("Ctrl+U")))),
+      update_(newAction(this, "updateAction", Qt::Key_F5)),
       cancel_(newAction(this, "cancelAction", Qt::Key_Escape)),
       errorLog_(new QToolButton(&window))
 {
+    // The second key is another one in the search box, on some systems.
+    update_->setShortcuts({Qt::Key_F5, QKeySequence(QStringLiteral("Ctrl+U"))});
     errorLog_->setObjectName(QStringLiteral("errorLogButton"));
     errorLog_->setAutoRaise(true);
     errorLog_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);

@@ -160,12 +160,18 @@ void MakerPane::showCard()
     Q_EMIT shown();
 }
 
+void MakerPane::setPixelRatio(qreal ratio)
+{
+    pixelRatio_ = ratio;
+    showLogo();
+}
+
 void MakerPane::showLogo()
 {
     const MakerCard* const maker = card();
-    const QSize pixels = logoSize * devicePixelRatioF();
+    const QSize pixels = logoSize * pixelRatio_;
     QPixmap pixmap = maker == nullptr ? QPixmap() : QPixmap::fromImage(store_.logo(*maker, pixels));
-    pixmap.setDevicePixelRatio(devicePixelRatioF());
+    pixmap.setDevicePixelRatio(pixelRatio_);
     logo_->setPixmap(pixmap);
     logo_->setVisible(!pixmap.isNull());
 }

@@ -33,6 +33,9 @@ public:
     /// The card shown; null for none.
     const MakerCard* card() const;
 
+    /// How many of the screen's pixels the logo has for one of the pane's.
+    void setPixelRatio(qreal ratio);
+
     /// Opens the editor of the card shown.
     void edit();
 
@@ -60,6 +63,7 @@ private:
     std::shared_ptr<const Catalog> library_;
     std::size_t item_ = 0;
     std::optional<long> id_;
+    qreal pixelRatio_ = 1;
     QLabel* const title_;
     QLabel* const logo_;
     QLabel* const name_;

@@ -103,6 +103,11 @@ MakerAddresses makerAddresses(const std::string& service)
 
 MakerStore::MakerStore(QObject* parent) : QObject(parent) {}
 
+MakerStore::~MakerStore()
+{
+    stop_.request_stop();
+}
+
 void MakerStore::read()
 {
     run([] {}, [] {}, [this](const QString& reason) { Q_EMIT failed(reason); });
@@ -117,11 +122,11 @@ void MakerStore::edit(long id, const CardEdit& edit)
 void MakerStore::refresh(const std::string& service)
 {
     const auto outcome = std::make_shared<ManufacturerRefresh>();
-    const auto work = [service, outcome] {
+    const auto work = [service, outcome, stop = stop_.get_token()] {
         if (!Curl::downloadable(service))
             throw DataError(Reason("\"%1\" is no web address", {service}));
         const MakerAddresses addresses = makerAddresses(service);
-        *outcome = refreshManufacturers(addresses.data, addresses.logos);
+        *outcome = refreshManufacturers(addresses.data, addresses.logos, stop);
     };
     run(
         work, [this, outcome] { Q_EMIT refreshed(*outcome); },

@@ -11,6 +11,7 @@
 #include <QSize>
 
 #include <functional>
+#include <stop_token>
 #include <string>
 #include <utility>
 
@@ -33,6 +34,8 @@ class MakerStore : public QObject
 
 public:
     explicit MakerStore(QObject* parent = nullptr);
+    /// Ends a refresh under way, and waits for what is being saved.
+    ~MakerStore() override;
 
     const MakerBook& book() const { return book_; }
 
@@ -65,6 +68,7 @@ private:
 
     MakerBook book_;
     QMap<QString, QImage> logos_;  // null: there is none, or not yet
+    std::stop_source stop_;
     Worker worker_;
 };
 

@@ -46,7 +46,6 @@ SearchPane::SearchPane(ThumbnailCache& thumbnails, QWidget* parent)
     view_->setHeaderHidden(true);
     view_->setUniformRowHeights(true);
     view_->setDragEnabled(true);
-    model_.setPictureSide(static_cast<int>(LibraryDelegate::pictureSide * devicePixelRatioF()));
 
     auto* const head = new QHBoxLayout;
     head->addWidget(summary_, 1);

@@ -9,6 +9,7 @@
 #include <memory>
 #include <numeric>
 #include <stdexcept>
+#include <stop_token>
 #include <thread>
 
 namespace {
@@ -66,6 +67,33 @@ TEST_F(CurlRun, WorksFromManyThreads)
         thread.join();
     EXPECT_EQ(good, 8 * 10 * 3);
     EXPECT_LE(server_.connections(), 8U);
+}
+
+TEST_F(CurlRun, StopsWhatIsStoppable)
+{
+    server_.on("/never", Reply::never());
+    server_.on("/a", Reply{.body = "a"});
+    std::stop_source source;
+    std::string reason;
+    unsigned int code = 0;
+    {
+        const Curl::Stoppable stoppable(source.get_token());
+        EXPECT_TRUE(browse(server_.url("/a"))) << "until it is stopped";
+        std::thread stopper([&] {
+            server_.waitForRequests(2);
+            source.request_stop();
+        });
+        EXPECT_FALSE(Curl::get().download_to_location(server_.url("/never"), folder() / U"file", {}, nullptr, nullptr,
+                                                      reason, code));
+        stopper.join();
+        EXPECT_EQ(code, 42U) << reason;
+        EXPECT_TRUE(Curl::Stoppable::isStopped());
+        EXPECT_FALSE(browse(server_.url("/never")));
+        const Curl::Stoppable other{std::stop_token()};
+        EXPECT_TRUE(browse(server_.url("/a"))) << "the inner one counts";
+    }
+    EXPECT_TRUE(browse(server_.url("/a")));
+    EXPECT_FALSE((folder() / U"file").pathExists());
 }
 
 // ---- Header requests that overlap ----------------------------------------------------------------

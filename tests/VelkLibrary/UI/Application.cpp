@@ -1,18 +1,13 @@
 #include "VelkLibrary/UI/Application.h"
 
+#include "support/QtThreads.h"
+
 #include <gmock/gmock.h>
-
-#include <QEvent>
-#include <QEventLoop>
-
-#include <exception>
-#include <thread>
 
 #ifdef __GNUC__
 
-// Asked for by the sanitizers, never called in other builds.
+// Asked for by the leak sanitizer, never called in other builds.
 extern "C" const char* __lsan_default_suppressions();
-extern "C" const char* __tsan_default_suppressions();
 
 // The font library, which Qt's platform loads, keeps its tables when the process ends.
 extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions()
@@ -20,31 +15,9 @@ extern "C" __attribute__((visibility("default"))) const char* __lsan_default_sup
     return "leak:libfontconfig\n";
 }
 
-// Qt is not built with the thread sanitizer, so it does not see the locks of Qt's event queue and takes the
-// growing of its list for a race.
-extern "C" __attribute__((visibility("default"))) const char* __tsan_default_suppressions()
-{
-    return "called_from_lib:libQt5Core.so\n";
-}
-
 #endif
 
 namespace test {
-namespace {
-
-class LoopEnd : public QObject
-{
-public:
-    explicit LoopEnd(QEventLoop& loop) : loop_(loop) {}
-
-protected:
-    void customEvent(QEvent*) override { loop_.quit(); }
-
-private:
-    QEventLoop& loop_;
-};
-
-}  // namespace
 
 Application& Application::running()
 {
@@ -62,33 +35,8 @@ void Application::deliverEvents()
 
 void Application::runBesideEventLoop(const std::function<void()>& work)
 {
-    QEventLoop loop;
-    LoopEnd end(loop);
-    std::thread worker([&] {
-        try {
-            work();
-        } catch (const std::exception& error) {
-            ADD_FAILURE() << "the worker threw: " << error.what();
-        }
-        running().queue([&end] { postEvent(&end, new QEvent(QEvent::User)); });
-    });
-    loop.exec();
-    worker.join();
+    test::runBesideEventLoop(work);
     deliverEvents();
-}
-
-void Application::queue(const std::function<void()>& call)
-{
-    const std::lock_guard lock(queueing_);
-    call();
-}
-
-bool Application::notify(QObject* receiver, QEvent* event)
-{
-    {
-        const std::lock_guard lock(queueing_);
-    }
-    return QApplication::notify(receiver, event);
 }
 
 }  // namespace test

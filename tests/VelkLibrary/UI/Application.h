@@ -3,7 +3,6 @@
 #include <QApplication>
 
 #include <functional>
-#include <mutex>
 
 namespace test {
 
@@ -22,15 +21,6 @@ public:
     /// Runs `work` on a worker thread and an event loop on this one, until the work has returned and all
     /// that it sent is delivered.
     static void runBesideEventLoop(const std::function<void()>& work);
-
-    /// For a call on a worker that queues events. Qt orders what comes before the queueing and after the
-    /// delivery by a lock of its own, which the thread sanitizer does not see; this is one that it sees.
-    void queue(const std::function<void()>& call);
-
-    bool notify(QObject* receiver, QEvent* event) override;
-
-private:
-    std::mutex queueing_;
 };
 
 }  // namespace test

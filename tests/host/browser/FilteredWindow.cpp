@@ -99,6 +99,12 @@ void FilteredWindow::settle()
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
+void FilteredWindow::close()
+{
+    EXPECT_TRUE(window_->close());
+    window_.reset();
+}
+
 QStringList FilteredWindow::shown() const
 {
     QStringList names;

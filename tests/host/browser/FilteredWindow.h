@@ -42,6 +42,8 @@ protected:
     }
     /// Waits until nothing is under way.
     void settle();
+    /// Closes the window, as the user does.
+    void close();
 
     VelkHost::BrowserWindow& window() { return *window_; }
     template <typename Widget>

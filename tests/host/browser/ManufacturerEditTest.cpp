@@ -1,7 +1,10 @@
 #include "ManufacturerWindow.h"
 
 #include "host/browser/makers/MakerEditor.h"
+#include "host/library/DataError.h"
+#include "host/library/ManufacturerRefresh.h"
 #include "host/service/SiteService.h"
+#include "support/ScriptedServer.h"
 
 #include <VelkLibrary/Manufacturer/ManufacturerManager.h>
 
@@ -13,6 +16,8 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
+
+#include <stop_token>
 
 using testing::HasSubstr;
 using VelkHost::MakerEditor;
@@ -234,6 +239,36 @@ TEST_F(ManufacturerRefreshing, RefusesWhatIsNoAddress)
     paneOf(0, {{}, "file:///etc/"});
     refresh();
     EXPECT_EQ(status().toStdString(), "The manufacturers are as they were: \"file:///etc/\" is no web address");
+}
+
+TEST_F(ManufacturerRefreshing, CanBeStopped)
+{
+    std::stop_source source;
+    source.request_stop();
+    try {
+        VelkHost::refreshManufacturers(service_->manufacturersAddress(), service_->logoAddress(), source.get_token());
+        ADD_FAILURE() << "it went on";
+    } catch (const VelkHost::DataError& error) {
+        EXPECT_THAT(error.what(), HasSubstr("callback"));
+    }
+}
+
+TEST_F(ManufacturerRefreshing, EndsWithTheWindow)
+{
+    test::ScriptedServer server;
+    for (const bool hasBegun : {false, true}) {  // before the library asks for itself, and while it does
+        server.forgetRequests();
+        server.on("/manufacturers", [&, hasBegun](const test::SeenRequest&) {
+            const bool isFirst = server.requests("/manufacturers").size() == 1;
+            return hasBegun && isFirst ? test::Reply{.body = test::readFile(input(U"manufacturer_data.json"))}
+                                       : test::Reply::never();
+        });
+        paneOf(0, {{}, server.url("/")});
+        find<QAction>("refreshMakersAction")->trigger();
+        server.waitForRequests(hasBegun ? 2 : 1);
+        close();  // would take a minute
+        EXPECT_EQ(server.requests().size(), hasBegun ? 2U : 1U);
+    }
 }
 
 TEST_F(ManufacturerRefreshing, NeedsAService)

@@ -1,0 +1,70 @@
+// The thread of the window's events reads no library: while nobody may read one, the window still answers.
+#include "DrivenWindow.h"
+
+#include "host/browser/jobs/InstalledFiles.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QTreeView>
+
+#include <mutex>
+#include <shared_mutex>
+
+namespace {
+
+class WhileFilesAreHeld : public test::DrivenWindow
+{
+protected:
+    /// Nobody reads an installed library or a picture until release().
+    void hold() { held_ = std::unique_lock(VelkHost::installedFiles()); }
+    void release() { held_.unlock(); }
+
+    void openInstalled()
+    {
+        open(options());
+        press(Qt::Key_F5);
+        waitForJob();
+    }
+
+private:
+    std::unique_lock<std::shared_mutex> held_;
+};
+
+TEST_F(WhileFilesAreHeld, TheWindowOpensAndTakesKeys)
+{
+    openInstalled();
+    close();
+    hold();
+    VelkHost::BrowserWindow opened(options());
+    QSignalSpy read(&opened, &VelkHost::BrowserWindow::librariesRead);
+    opened.show();
+    opened.readLibraries();
+    auto* const box = opened.findChild<QLineEdit*>(QStringLiteral("searchBox"));
+    QTest::keyClicks(box, QStringLiteral("chair"));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(box->text(), QStringLiteral("chair"));
+    EXPECT_TRUE(opened.isReading());
+    EXPECT_EQ(opened.model().rowCount(), 0);
+    release();
+    eventually([&] { return !read.isEmpty(); });
+    EXPECT_EQ(opened.model().rowCount(), 2);
+}
+
+TEST_F(WhileFilesAreHeld, ItemsAreLookedAtAndFound)
+{
+    openInstalled();
+    settle();
+    hold();
+    EXPECT_EQ(search(QStringLiteral("table")), QStringList({QStringLiteral("Table"), QStringLiteral("Tables")}));
+    press(Qt::Key_Return);
+    press(Qt::Key_Home);
+    press(Qt::Key_Down);
+    window().grab();  // paints it
+    EXPECT_EQ(seen("detailName"), "Table");
+    EXPECT_FALSE(showsPicture("detailPicture"));
+    release();
+    eventually([this] { return showsPicture("detailPicture"); });
+}
+
+}  // namespace
