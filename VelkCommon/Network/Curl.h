@@ -109,6 +109,7 @@ public:
     class VELKCOMMON_EXPORT Run
     {
     public:
+        /// Begins one, or joins that of the thread.
         Run();
         ~Run();
         Run(const Run&) = delete;
@@ -124,6 +125,7 @@ public:
     class VELKCOMMON_EXPORT Stoppable
     {
     public:
+        /// They stop when `stop` is requested to.
         explicit Stoppable(std::stop_token stop);
         ~Stoppable();
         Stoppable(const Stoppable&) = delete;

@@ -83,6 +83,9 @@ void ManufacturerManager::update(const fileString& downloadedFile, const std::u3
     if (!(*lastModified_ < fileTime))
         return;
     fetchLogos(downloaded, logoUrl);
+    // Logos that did not come would never be asked for again.
+    if (Curl::Stoppable::isStopped())
+        return;
     takeOver(std::move(downloaded), std::move(defaultText));
     *lastModified_ = Library::getTimeNow();
     writeDataFile();

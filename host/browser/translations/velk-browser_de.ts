@@ -451,6 +451,10 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
         <source>Chosen: %1</source>
         <translation>Ausgewählt: %1</translation>
     </message>
+    <message>
+        <source>&amp;Show in the Tree</source>
+        <translation>Im Baum &amp;zeigen</translation>
+    </message>
 </context>
 <context>
     <name>VelkHost::DetailPane</name>

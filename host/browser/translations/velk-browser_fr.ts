@@ -451,6 +451,10 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
         <source>Chosen: %1</source>
         <translation>Élément choisi&#xa0;: %1</translation>
     </message>
+    <message>
+        <source>&amp;Show in the Tree</source>
+        <translation>A&amp;fficher dans l’arborescence</translation>
+    </message>
 </context>
 <context>
     <name>VelkHost::DetailPane</name>

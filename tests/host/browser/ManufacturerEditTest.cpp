@@ -253,6 +253,23 @@ TEST_F(ManufacturerRefreshing, CanBeStopped)
     }
 }
 
+// Else the logos that did not come would never be asked for again.
+TEST_F(ManufacturerRefreshing, BringsAllNextTimeWhenItWasStopped)
+{
+    std::stop_source source;
+    test::ScriptedServer server;
+    server.on("/manufacturers", test::Reply{.body = test::readFile(input(U"manufacturer_data.json"))});
+    server.on("/logos", [&](const test::SeenRequest&) {
+        source.request_stop();
+        return test::Reply::never();
+    });
+    VelkHost::refreshManufacturers(server.url("/manufacturers"), server.url("/logos?a=b"), source.get_token());
+    EXPECT_TRUE(source.stop_requested());
+    const auto again = VelkHost::refreshManufacturers(service_->manufacturersAddress(), service_->logoAddress());
+    EXPECT_EQ(again.changes.size(), 1U);
+    EXPECT_TRUE(data(U"acme.png").pathExists());
+}
+
 TEST_F(ManufacturerRefreshing, EndsWithTheWindow)
 {
     test::ScriptedServer server;
