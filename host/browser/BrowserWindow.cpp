@@ -266,7 +266,10 @@ void BrowserWindow::takeLibrary(const BrowsedLibrary& library)
     loader_.release(std::move(replaced));
     if (library.order != nullptr && imported_ == library.path) {
         imported_.reset();
-        reveal({library.path, true, 0});
+        if (model_.isShown(library))
+            reveal({library.path, true, 0});
+        else
+            shown_->tellHidden(qtText(library.path.stem().utf8()));
     }
 }
 

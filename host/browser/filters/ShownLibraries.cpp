@@ -122,6 +122,11 @@ QString ShownLibraries::whatHides() const
     return byKind ? tr("the filter “%1” and the choice of kinds").arg(name) : tr("the filter “%1”").arg(name);
 }
 
+void ShownLibraries::tellHidden(const QString& library)
+{
+    Q_EMIT told(tr("“%1” was imported; it is hidden by %2.").arg(library, whatHides()));
+}
+
 void ShownLibraries::showAll()
 {
     kinds_->setHidden({});

@@ -38,6 +38,9 @@ public:
     /// Tells whether a search has found nothing.
     void setSearchInVain(bool inVain);
 
+    /// Tells the user why a library that was just imported is not to be seen.
+    void tellHidden(const QString& library);
+
     /// No filter in force, and every kind shown.
     void showAll();
     void editFilters();

@@ -999,6 +999,10 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
         <translation>Die Filter bleiben unverändert: %1</translation>
     </message>
     <message>
+        <source>“%1” was imported; it is hidden by %2.</source>
+        <translation>„%1“ wurde importiert, ist aber durch %2 ausgeblendet.</translation>
+    </message>
+    <message>
         <source>All libraries are hidden by %1.</source>
         <translation>Alle Bibliotheken sind durch %1 ausgeblendet.</translation>
     </message>

@@ -1,5 +1,7 @@
 #include "BrowserTest.h"
 
+#include "host/browser/filters/KindMenu.h"
+#include "host/browser/filters/ShownLibraries.h"
 #include "host/browser/jobs/InstalledFiles.h"
 #include "support/ZipBuilder.h"
 
@@ -117,6 +119,16 @@ TEST_F(ImportJob, TakesThePackedLibraryThatTheDialogGives)
     EXPECT_EQ(tree().currentIndex(), shown);
     EXPECT_TRUE(tree().isExpanded(shown));
     EXPECT_TRUE(archive.pathExists());
+}
+
+TEST_F(ImportJob, SaysWhatHidesWhatCame)
+{
+    openWindow();
+    using VelkHost::LibraryKind;
+    window().shownLibraries()->kindMenu()->setHidden(
+        {LibraryKind::Core, LibraryKind::Manufacturer, LibraryKind::Bonus, LibraryKind::User});
+    importAndWait({packed(U"Oak.calibz")});
+    EXPECT_EQ(message(), "“Oak” was imported; it is hidden by the choice of kinds.");
 }
 
 TEST_F(ImportJob, TakesABareLibraryAndOthersWithIt)
