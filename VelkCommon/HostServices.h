@@ -34,8 +34,8 @@ namespace Velk {
 struct HostFolders
 {
     fileString userDatabase;                       ///< the user's libraries and "errors.log"
-    fileString coreLibraryDatabase;                ///< libraries of the application's maker
-    fileString bonusLibraryDatabase;               ///< further libraries of the maker
+    fileString coreLibraryDatabase;                ///< libraries that come with the application
+    fileString bonusLibraryDatabase;               ///< further libraries of the application
     fileString manufacturerLibrary;                ///< libraries of manufacturers
     fileString manufacturerData;                   ///< manufacturers' addresses and logos
     fileString proprietaryLibraryReferencedFiles;  ///< files that library content refers to

@@ -1,6 +1,6 @@
 // How fast the data files are read and written, and Base64 coded, beside other libraries, as one table with
 // what is demanded (gate) and what is aimed at (target). Arguments: folders to look for furniture libraries
-// in, whose makers stand on the cards.
+// in, whose manufacturers stand on the cards.
 #include "JsonPeers.h"
 #include "LibraryNames.h"
 #include "Measures.h"
@@ -109,14 +109,14 @@ private:
 };
 
 // Who made the furniture; made-up names where there are no libraries.
-std::vector<std::string> makers(const std::vector<std::string>& folders)
+std::vector<std::string> manufacturers(const std::vector<std::string>& folders)
 {
     std::set<std::string> names;
     for (const bench::Entry& entry : bench::readLibraries(folders))
         if (!entry.creator.empty())
             names.insert(entry.creator);
     if (names.empty()) {
-        std::fprintf(stderr, "No furniture libraries: the makers on the cards are made up.\n");
+        std::fprintf(stderr, "No furniture libraries: the manufacturers on the cards are made up.\n");
         names = {"Acme Doors",
                  "K\xC3\xBC"
                  "chen Meyer",
@@ -125,19 +125,20 @@ std::vector<std::string> makers(const std::vector<std::string>& folders)
     return {names.begin(), names.end()};
 }
 
-std::map<long, Manufacturer> makeCards(const std::vector<std::string>& makers)
+std::map<long, Manufacturer> makeCards(const std::vector<std::string>& manufacturers)
 {
     std::map<long, Manufacturer> cards;
     const auto begin = Library::fromString<boost::posix_time::ptime>("20240101T080000.5");
     for (long id = 0; id < cardCount; ++id) {
         const std::string number = std::to_string(id);
         const auto wide = [](const std::string& text) { return StringConvert::toUnicodeFromUtf8(text); };
-        const std::string& maker = makers[static_cast<std::size_t>(id) % makers.size()];
-        cards.emplace(
-            id, Manufacturer(wide(maker + " " + number), wide("https://www.maker" + number + ".example/furniture"),
-                             id % 3 == 0 ? U"default" : wide("+49 30 555 " + number), U"default",
-                             fileString("maker" + number + ".png"), wide("info@maker" + number + ".example"),
-                             id % 17 == 0, begin + boost::posix_time::minutes(id)));
+        const std::string& manufacturer = manufacturers[static_cast<std::size_t>(id) % manufacturers.size()];
+        cards.emplace(id, Manufacturer(wide(manufacturer + " " + number),
+                                       wide("https://www.manufacturer" + number + ".example/furniture"),
+                                       id % 3 == 0 ? U"default" : wide("+49 30 555 " + number), U"default",
+                                       fileString("manufacturer" + number + ".png"),
+                                       wide("info@manufacturer" + number + ".example"), id % 17 == 0,
+                                       begin + boost::posix_time::minutes(id)));
     }
     return cards;
 }
@@ -291,8 +292,8 @@ void measureBase64(std::vector<Measure>& table)
 int main(int argumentCount, char** arguments)
 {
     const Folders folders;
-    std::map<long, Manufacturer> cards = makeCards(makers({arguments + 1, arguments + argumentCount}));
-    ManufacturerManager::getManufacturerManager().saveModifiedManufacturers(cards, U"See the maker's web site");
+    std::map<long, Manufacturer> cards = makeCards(manufacturers({arguments + 1, arguments + argumentCount}));
+    ManufacturerManager::getManufacturerManager().saveModifiedManufacturers(cards, U"See the manufacturer's web site");
     const fileString path =
         PathUtils::getObject().getManufacturerDataPath() + fileString(std::string("manufacturer_data.json"));
     const std::string text = readFile(path);

@@ -6,7 +6,7 @@
 #include <VelkCommon/Text/StringUtils.h>
 #include <VelkLibrary/LibraryResultCategorizer.h>
 
-#include "VelkLibrary/RatingOracle.h"
+#include "VelkLibrary/Search/RatingOracle.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,8 +1,8 @@
 // Reads any bytes as a core content index, and as the header of an answer. Whatever they are, what is
 // taken stays in its folder and fits into a line of the hash file.
 #include <VelkLibrary/CatalogDownloadProtocol.h>
-#include <VelkLibrary/detail/CatalogTexts.h>
-#include <VelkLibrary/detail/PlainFileName.h>
+#include <VelkLibrary/Data/PlainFileName.h>
+#include <VelkLibrary/Update/detail/CatalogTexts.h>
 
 #include "Check.h"
 

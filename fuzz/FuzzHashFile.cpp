@@ -1,8 +1,8 @@
 // Reads any bytes as a hash file. Whatever they are, a name that is taken is a plain one, and what is taken
 // reads back as it was.
 #include <VelkLibrary/CatalogDownloadProtocol.h>
-#include <VelkLibrary/detail/CatalogTexts.h>
-#include <VelkLibrary/detail/PlainFileName.h>
+#include <VelkLibrary/Data/PlainFileName.h>
+#include <VelkLibrary/Update/detail/CatalogTexts.h>
 
 #include "Check.h"
 #include "InputFile.h"

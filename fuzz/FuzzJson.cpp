@@ -1,5 +1,5 @@
 // Reads any bytes as JSON, beside a strict reader: what that one takes, we take, and we read it the same.
-#include "VelkLibrary/Json/JsonOracle.h"
+#include "VelkLibrary/Data/JsonOracle.h"
 
 #include "Check.h"
 

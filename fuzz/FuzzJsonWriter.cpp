@@ -1,5 +1,5 @@
 // Writes documents of any bytes: every reader takes them, and what is text reads back equal.
-#include "VelkLibrary/Json/JsonOracle.h"
+#include "VelkLibrary/Data/JsonOracle.h"
 
 #include <VelkCommon/Json/json_writer.h>
 #include <VelkCommon/Text/StringConvert.h>

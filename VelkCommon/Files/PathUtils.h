@@ -15,7 +15,7 @@ public:
 
     /// The user's library databases; holds "errors.log".
     fileString getUserDatabasePath() const;
-    /// The core (maker-supplied) library databases.
+    /// The core library databases, which come with the application.
     fileString getCoreLibraryDatabasePath() const;
     /// The bonus library databases.
     fileString getBonusLibraryDatabasePath() const;

@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-/// The contact card of a maker of library content. Its id is the key under which ManufacturerManager
+/// The contact card of a manufacturer of library content. Its id is the key under which ManufacturerManager
 /// keeps it.
 ///
 /// Phone, fax and e-mail may hold the marker "default" (exactly so): the manager's default text is shown in
@@ -32,7 +32,7 @@ public:
 
     /// For display.
     const std::u32string& getManufacturerName() const noexcept { return name_; }
-    /// The maker's web address.
+    /// The manufacturer's web address.
     const std::u32string& getManufacturerUrl() const noexcept { return url_; }
 
     /// The phone number as it is stored; with `resolveDefault` the manager's default text in place of the

@@ -6,8 +6,8 @@
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
 #include <VelkCommon/Text/TimeText.h>
+#include <VelkLibrary/Data/detail/DataFile.h>
 #include <VelkLibrary/Manufacturer/ManufacturerManager.h>
-#include <VelkLibrary/detail/DataFile.h>
 #include <VelkLibrary/detail/ModuleStatics.h>
 
 #include <algorithm>

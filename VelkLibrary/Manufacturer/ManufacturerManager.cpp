@@ -2,8 +2,8 @@
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Text/TimeText.h>
+#include <VelkLibrary/Data/detail/DataFile.h>
 #include <VelkLibrary/Manufacturer/detail/ManufacturerDataFile.h>
-#include <VelkLibrary/detail/DataFile.h>
 #include <VelkLibrary/detail/ModuleStatics.h>
 
 #include <mutex>

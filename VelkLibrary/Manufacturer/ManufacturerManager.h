@@ -16,7 +16,7 @@
 ///
 /// The data file, "manufacturer_data.json" in the manufacturer data folder, is UTF-8 JSON:
 ///
-///     {"Version": "42", "Last_Modified": "20260301T140559", "Default_Text": "See the maker's web site",
+///     {"Version": "42", "Last_Modified": "20260301T140559", "Default_Text": "See the manufacturer's web site",
 ///      "Manufacturer_7": {"Id": 7, "Last_Modified": "20260115T080000", "Name": "Acme Doors",
 ///                         "Url": "https://acme.example", "Phone": "default", "Fax": "default",
 ///                         "Email": "default", "Logo": "acme.png", "Deleted": false}}

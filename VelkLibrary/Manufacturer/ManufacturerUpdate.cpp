@@ -4,12 +4,12 @@
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
 #include <VelkCommon/Text/TimeText.h>
+#include <VelkLibrary/Data/PlainFileName.h>
+#include <VelkLibrary/Data/detail/DataFile.h>
 #include <VelkLibrary/ErrorLog.h>
 #include <VelkLibrary/Manufacturer/ManufacturerManager.h>
 #include <VelkLibrary/Manufacturer/detail/ManufacturerDataFile.h>
-#include <VelkLibrary/detail/DataFile.h>
 #include <VelkLibrary/detail/ModuleStatics.h>
-#include <VelkLibrary/detail/PlainFileName.h>
 
 #include <algorithm>
 #include <array>

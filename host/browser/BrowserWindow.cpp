@@ -9,12 +9,12 @@
 #include "host/browser/filters/ShownLibraries.h"
 #include "host/browser/jobs/LibraryDrop.h"
 #include "host/browser/jobs/LibraryJobs.h"
-#include "host/browser/makers/MakerMenu.h"
-#include "host/browser/makers/MakerPane.h"
+#include "host/browser/manufacturers/ManufacturerMenu.h"
+#include "host/browser/manufacturers/ManufacturerPane.h"
 #include "host/browser/search/SearchPane.h"
 #include "host/browser/tree/LibraryDelegate.h"
 #include "host/browser/tree/TreeState.h"
-#include "host/library/LibrarySearch.h"
+#include "host/installation/LibrarySearch.h"
 #include "host/support/QtText.h"
 
 #include <VelkCommon/Text/StringConvert.h>
@@ -57,7 +57,7 @@ BrowserWindow::BrowserWindow(BrowserOptions options, QWidget* parent)
     buildLayout();
     buildJobs();
     buildMenus();
-    buildMakers();
+    buildManufacturers();
     connectLoader();
     connectShown();
     state_ = std::make_unique<WindowState>(*this, settingsFile());
@@ -217,14 +217,14 @@ void BrowserWindow::buildMenus()
     menuBar()->addMenu(shown_->filterMenu());
 }
 
-void BrowserWindow::buildMakers()
+void BrowserWindow::buildManufacturers()
 {
-    maker_ = new MakerPane(makers_);
-    details_->extras()->addWidget(maker_);
-    auto* const menu = new MakerMenu(makers_, *maker_, options_.service, this);
+    manufacturer_ = new ManufacturerPane(manufacturers_);
+    details_->extras()->addWidget(manufacturer_);
+    auto* const menu = new ManufacturerMenu(manufacturers_, *manufacturer_, options_.service, this);
     menuBar()->addMenu(menu);
-    connect(menu, &MakerMenu::told, this, &BrowserWindow::showMessage);
-    makers_.read();
+    connect(menu, &ManufacturerMenu::told, this, &BrowserWindow::showMessage);
+    manufacturers_.read();
 }
 
 void BrowserWindow::connectShown()
@@ -341,7 +341,7 @@ void BrowserWindow::showPlace(const std::optional<LibraryPlace>& place)
     shownPlace_ = place;
     const BrowsedLibrary* const library = place ? model_.library(place->library) : nullptr;
     details_->show(library, place.value_or(LibraryPlace()));
-    maker_->show(library == nullptr || place->isFolder ? nullptr : library->catalog, place ? place->index : 0);
+    manufacturer_->show(library == nullptr || place->isFolder ? nullptr : library->catalog, place ? place->index : 0);
     showInTree_->setEnabled(library != nullptr);
 }
 
@@ -371,7 +371,7 @@ void BrowserWindow::fitPictures()
     model_.setPictureSide(side);
     search_->model().setPictureSide(side);
     details_->setPixelRatio(ratio);
-    maker_->setPixelRatio(ratio);
+    manufacturer_->setPixelRatio(ratio);
     tree_->viewport()->update();
     search_->view()->viewport()->update();
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/browser/BrowserOptions.h"
-#include "host/browser/makers/MakerStore.h"
+#include "host/browser/manufacturers/ManufacturerStore.h"
 #include "host/browser/tree/LibraryLoader.h"
 #include "host/browser/tree/LibraryTreeModel.h"
 #include "host/browser/tree/ThumbnailCache.h"
@@ -24,7 +24,7 @@ class QTreeView;
 namespace VelkHost {
 
 class DetailPane;
-class MakerPane;
+class ManufacturerPane;
 class LibraryJobs;
 class SearchPane;
 class ShownLibraries;
@@ -48,7 +48,7 @@ public:
     SearchPane* searchPane() const { return search_; }
     QSplitter* columns() const { return columns_; }
     ShownLibraries* shownLibraries() const { return shown_; }
-    MakerStore& makers() { return makers_; }
+    ManufacturerStore& manufacturers() { return manufacturers_; }
     LibraryJobs& jobs() const { return *jobs_; }
     bool isReading() const { return loader_.isReading(); }
 
@@ -69,7 +69,7 @@ private:
     void buildLayout();
     void buildJobs();
     void buildMenus();
-    void buildMakers();
+    void buildManufacturers();
     void connectLoader();
     void connectShown();
     QWidget* leftSide();
@@ -89,7 +89,7 @@ private:
     ThumbnailCache thumbnails_;
     LibraryLoader loader_;
     LibraryTreeModel model_;
-    MakerStore makers_;
+    ManufacturerStore manufacturers_;
     std::optional<LibraryPlace> shownPlace_;
     QLineEdit* searchBox_ = nullptr;
     QTreeView* tree_ = nullptr;
@@ -97,7 +97,7 @@ private:
     QLabel* empty_ = nullptr;
     QStackedWidget* pages_ = nullptr;
     DetailPane* details_ = nullptr;
-    MakerPane* maker_ = nullptr;
+    ManufacturerPane* manufacturer_ = nullptr;
     ShownLibraries* shown_ = nullptr;
     QSplitter* columns_ = nullptr;
     QSplitter* mainSplitter_ = nullptr;

@@ -28,7 +28,7 @@ public:
     /// How many of the screen's pixels the picture has for one of the pane's.
     void setPixelRatio(qreal ratio);
 
-    /// Where a card about the library's maker goes.
+    /// Where a card about the library's manufacturer goes.
     QVBoxLayout* extras() const { return extras_; }
 
 Q_SIGNALS:

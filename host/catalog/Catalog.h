@@ -16,7 +16,7 @@ namespace VelkHost {
 
 /// Where a library comes from. The numbers stand in ".calib" files and are this host's `libType`s.
 enum class LibraryKind : std::int32_t {
-    Core = 1,          ///< supplied by the maker
+    Core = 1,          ///< supplied by the manufacturer
     Manufacturer = 2,  ///< supplied by a manufacturer
     Bonus = 4,         ///< additional content
     User = 8           ///< the user's own

@@ -74,16 +74,16 @@ public:
         return builder.finish();
     }
 
-    std::vector<FurnitureMaker> makers()
+    std::vector<FurnitureManufacturer> manufacturers()
     {
-        std::map<std::string, FurnitureMaker> makers;
-        addProvider(makers, text("provider"));
+        std::map<std::string, FurnitureManufacturer> manufacturers;
+        addProvider(manufacturers, text("provider"));
         for (const std::uint32_t number : itemNumbers(texts_.back()))
-            addMaker(makers, '#' + std::to_string(number));
-        std::vector<FurnitureMaker> list;
-        list.reserve(makers.size());
-        for (auto& [name, maker] : makers)
-            list.push_back(std::move(maker));
+            addManufacturer(manufacturers, '#' + std::to_string(number));
+        std::vector<FurnitureManufacturer> list;
+        list.reserve(manufacturers.size());
+        for (auto& [name, manufacturer] : manufacturers)
+            list.push_back(std::move(manufacturer));
         return list;
     }
 
@@ -160,38 +160,39 @@ private:
         builder.add(std::move(item));
     }
 
-    static FurnitureMaker& makerNamed(std::map<std::string, FurnitureMaker>& makers, std::string_view name)
+    static FurnitureManufacturer& manufacturerNamed(std::map<std::string, FurnitureManufacturer>& manufacturers,
+                                                    std::string_view name)
     {
         const std::string clean = cleanText(name, limits::nameCharacters);
-        FurnitureMaker& maker = makers[clean];
-        maker.name = clean;
-        return maker;
+        FurnitureManufacturer& manufacturer = manufacturers[clean];
+        manufacturer.name = clean;
+        return manufacturer;
     }
 
-    static void addProvider(std::map<std::string, FurnitureMaker>& makers, std::string_view name)
+    static void addProvider(std::map<std::string, FurnitureManufacturer>& manufacturers, std::string_view name)
     {
         if (!name.empty())
-            makerNamed(makers, name).url = name.starts_with("www.") ? "https://" + std::string(name) : "";
+            manufacturerNamed(manufacturers, name).url = name.starts_with("www.") ? "https://" + std::string(name) : "";
     }
 
-    static void addIcon(FurnitureMaker& maker, const std::string& icon)
+    static void addIcon(FurnitureManufacturer& manufacturer, const std::string& icon)
     {
         if (icon.empty())
             return;
-        maker.otherIcon = icon;
-        if (maker.icon.empty())
-            maker.icon = icon;
+        manufacturer.otherIcon = icon;
+        if (manufacturer.icon.empty())
+            manufacturer.icon = icon;
     }
 
-    void addMaker(std::map<std::string, FurnitureMaker>& makers, const std::string& suffix)
+    void addManufacturer(std::map<std::string, FurnitureManufacturer>& manufacturers, const std::string& suffix)
     {
         const std::string_view name = text("creator" + suffix);
         if (name.empty())
             return;
-        FurnitureMaker& maker = makerNamed(makers, name);
-        if (maker.otherIcon == maker.icon)
-            addIcon(maker, thumbnail(entryName(text("icon" + suffix))));
-        ++maker.items;
+        FurnitureManufacturer& manufacturer = manufacturerNamed(manufacturers, name);
+        if (manufacturer.otherIcon == manufacturer.icon)
+            addIcon(manufacturer, thumbnail(entryName(text("icon" + suffix))));
+        ++manufacturer.items;
     }
 
     std::string thumbnail(const std::string& icon)
@@ -231,9 +232,9 @@ Catalog readFurnitureLibrary(const fileString& path, const BuildOptions& options
     return FurnitureLibrary(path, options).catalog();
 }
 
-std::vector<FurnitureMaker> readFurnitureMakers(const fileString& path)
+std::vector<FurnitureManufacturer> readFurnitureManufacturers(const fileString& path)
 {
-    return FurnitureLibrary(path, {}).makers();
+    return FurnitureLibrary(path, {}).manufacturers();
 }
 
 }  // namespace VelkHost

@@ -18,7 +18,7 @@ namespace VelkHost {
 Catalog readFurnitureLibrary(const fileString& path, const BuildOptions& options);
 
 /// Someone who made things in a furniture library, or who provides it.
-struct FurnitureMaker
+struct FurnitureManufacturer
 {
     std::string name;
     std::string url;        ///< may be empty
@@ -27,7 +27,7 @@ struct FurnitureMaker
     std::string otherIcon;  ///< of another one; the same when there is no other
 };
 
-/// The makers and providers that a furniture library names, by name. Throws CatalogError.
-std::vector<FurnitureMaker> readFurnitureMakers(const fileString& path);
+/// The manufacturers and providers that a furniture library names, by name. Throws CatalogError.
+std::vector<FurnitureManufacturer> readFurnitureManufacturers(const fileString& path);
 
 }  // namespace VelkHost

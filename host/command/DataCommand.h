@@ -2,7 +2,7 @@
 
 #include "host/command/CommandLine.h"
 #include "host/command/CommonOptions.h"
-#include "host/library/DataError.h"
+#include "host/installation/DataError.h"
 #include "host/support/ExitCode.h"
 
 #include <CLI/CLI.hpp>

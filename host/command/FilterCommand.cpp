@@ -2,7 +2,7 @@
 #include "host/command/CommandLine.h"
 #include "host/command/DataCommand.h"
 #include "host/command/FilterReport.h"
-#include "host/library/Filters.h"
+#include "host/installation/Filters.h"
 #include "host/support/DisplayText.h"
 #include "host/support/TextTable.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/library/Filters.h"
-#include "host/library/LibrarySearch.h"
+#include "host/installation/Filters.h"
+#include "host/installation/LibrarySearch.h"
 
 #include <cstddef>
 #include <string>

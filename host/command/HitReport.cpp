@@ -1,6 +1,6 @@
 #include "host/command/HitReport.h"
 
-#include "host/library/SearchText.h"
+#include "host/installation/SearchText.h"
 #include "host/support/DisplayText.h"
 #include "host/support/JsonText.h"
 #include "host/support/TextTable.h"

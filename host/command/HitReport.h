@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/library/LibrarySearch.h"
+#include "host/installation/LibrarySearch.h"
 
 #include <string>
 #include <vector>

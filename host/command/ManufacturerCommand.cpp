@@ -1,7 +1,7 @@
 #include "host/command/DataCommand.h"
 #include "host/command/ManufacturerReport.h"
-#include "host/library/ManufacturerRefresh.h"
-#include "host/library/Manufacturers.h"
+#include "host/installation/ManufacturerRefresh.h"
+#include "host/installation/Manufacturers.h"
 #include "host/support/DisplayText.h"
 
 #include <VelkCommon/Network/Curl.h>

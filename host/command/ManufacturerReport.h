@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/library/ManufacturerRefresh.h"
-#include "host/library/Manufacturers.h"
+#include "host/installation/ManufacturerRefresh.h"
+#include "host/installation/Manufacturers.h"
 
 #include <cstddef>
 #include <string>

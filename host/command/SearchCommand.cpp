@@ -3,9 +3,9 @@
 #include "host/command/CommandLine.h"
 #include "host/command/CommonOptions.h"
 #include "host/command/HitReport.h"
-#include "host/library/DataError.h"
-#include "host/library/Filters.h"
-#include "host/library/SearchText.h"
+#include "host/installation/DataError.h"
+#include "host/installation/Filters.h"
+#include "host/installation/SearchText.h"
 #include "host/support/DisplayText.h"
 #include "host/support/ExitCode.h"
 

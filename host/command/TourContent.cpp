@@ -45,7 +45,8 @@ std::vector<std::pair<std::string, std::string>> picturesOf(const fileString& ca
 }  // namespace
 
 TourContent::TourContent(const fileString& source, const fileString& folder, const fileString& publisher)
-    : folder_(folder), makers_(source.empty() ? std::vector<fileString>() : furnitureIn(source), publisher, folder)
+    : folder_(folder),
+      manufacturers_(source.empty() ? std::vector<fileString>() : furnitureIn(source), publisher, folder)
 {
     if (source.empty()) {
         libraries_ = {{{}, "Sample house", false}, {{}, "Sample office", false}, {{}, "Sample garden house", true}};
@@ -59,7 +60,7 @@ void TourContent::build(Output& output) const
 {
     for (const Library& library : libraries_)
         buildLibrary(library, "", output);
-    makers_.build(output);
+    manufacturers_.build(output);
 }
 
 void TourContent::change(Output& output) const
@@ -68,7 +69,7 @@ void TourContent::change(Output& output) const
     // The last one stays as it is, to show what does not travel.
     if (libraries_.size() > coreLibraries + 1)
         buildLibrary(libraries_[coreLibraries], "de", output);
-    makers_.change(output);
+    manufacturers_.change(output);
 }
 
 std::vector<std::string> TourContent::bonusNames() const

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/command/TourMakers.h"
+#include "host/command/TourManufacturers.h"
 #include "host/support/Output.h"
 
 #include <VelkCommon/Files/fileString.h>
@@ -29,7 +29,7 @@ public:
     /// The bonus libraries, for an installation to choose from; UTF-8.
     std::vector<std::string> bonusNames() const;
     /// The manufacturer who gets another logo.
-    long changedManufacturer() const { return makers_.busiest(); }
+    long changedManufacturer() const { return manufacturers_.busiest(); }
 
 private:
     /// A library of the tour; without a source it is the sample.
@@ -44,7 +44,7 @@ private:
 
     fileString folder_;
     std::vector<Library> libraries_;  // core ones first, each by size
-    TourMakers makers_;
+    TourManufacturers manufacturers_;
 };
 
 }  // namespace VelkHost

@@ -11,8 +11,8 @@
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Network/Curl.h>
 #include <VelkCommon/Text/StringUtils.h>
+#include <VelkLibrary/Data/PlainFileName.h>
 #include <VelkLibrary/LibraryImport.h>
-#include <VelkLibrary/detail/PlainFileName.h>
 
 #include <CLI/CLI.hpp>
 

@@ -2,7 +2,7 @@
 #include "host/command/CommandLine.h"
 #include "host/command/CommonOptions.h"
 #include "host/command/UpdateReceiver.h"
-#include "host/service/CatalogUpdate.h"
+#include "host/installation/CatalogUpdate.h"
 #include "host/support/DisplayText.h"
 #include "host/support/ExitCode.h"
 #include "host/support/InstallHost.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/service/CatalogInstaller.h"
+#include "host/installation/CatalogInstaller.h"
 #include "host/support/ProgressLine.h"
 
 #include <VelkLibrary/UpdateData.h>

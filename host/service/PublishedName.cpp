@@ -2,8 +2,8 @@
 
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
+#include <VelkLibrary/Data/PlainFileName.h>
 #include <VelkLibrary/Manufacturer/detail/ManufacturerDataFile.h>
-#include <VelkLibrary/detail/PlainFileName.h>
 
 #include <algorithm>
 

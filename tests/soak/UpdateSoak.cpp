@@ -14,7 +14,7 @@
 
 #include <VelkCommon/Files/SHA1.h>
 #include <VelkLibrary/LibraryCatalogUpdater.h>
-#include <VelkLibrary/detail/CatalogUpdateState.h>
+#include <VelkLibrary/Update/detail/CatalogUpdateState.h>
 
 #include <QCoreApplication>
 #include <QEventLoop>

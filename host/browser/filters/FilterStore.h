@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/browser/Worker.h"
-#include "host/library/Filters.h"
+#include "host/installation/Filters.h"
 
 #include <VelkLibrary/LibraryFilter.h>
 

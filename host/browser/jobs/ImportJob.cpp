@@ -12,9 +12,9 @@
 #include <VelkCommon/Files/FileReaper.h>
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Text/StringUtils.h>
+#include <VelkLibrary/Data/PlainFileName.h>
 #include <VelkLibrary/LibraryImport.h>
 #include <VelkLibrary/UI/LibraryProgressPanel.h>
-#include <VelkLibrary/detail/PlainFileName.h>
 
 #include <exception>
 #include <memory>

@@ -2,7 +2,7 @@
 
 #include "host/browser/jobs/InstalledFiles.h"
 #include "host/browser/language/Reasons.h"
-#include "host/service/CatalogUpdate.h"
+#include "host/installation/CatalogUpdate.h"
 #include "host/support/QtText.h"
 
 #include <VelkLibrary/ErrorLog.h>

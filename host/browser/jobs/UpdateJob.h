@@ -2,7 +2,7 @@
 
 #include "host/browser/Worker.h"
 #include "host/browser/jobs/LibraryJob.h"
-#include "host/service/CatalogInstaller.h"
+#include "host/installation/CatalogInstaller.h"
 
 #include <VelkLibrary/UpdateData.h>
 

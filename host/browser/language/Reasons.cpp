@@ -1,7 +1,7 @@
 #include "host/browser/language/Reasons.h"
 
 #include "host/catalog/CatalogError.h"
-#include "host/library/DataError.h"
+#include "host/installation/DataError.h"
 #include "host/support/QtText.h"
 
 #include <QCoreApplication>

@@ -1,6 +1,6 @@
 #include "host/browser/search/SearchExplanation.h"
 
-#include "host/library/SearchText.h"
+#include "host/installation/SearchText.h"
 #include "host/support/QtText.h"
 
 #include <QCoreApplication>

@@ -2,7 +2,7 @@
 
 #include "host/browser/tree/ItemDrag.h"
 #include "host/browser/tree/LibraryDelegate.h"
-#include "host/library/SearchText.h"
+#include "host/installation/SearchText.h"
 #include "host/support/DisplayText.h"
 #include "host/support/QtText.h"
 

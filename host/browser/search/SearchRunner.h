@@ -2,7 +2,7 @@
 
 #include "host/browser/Worker.h"
 #include "host/browser/tree/LibraryLoader.h"
-#include "host/library/LibrarySearch.h"
+#include "host/installation/LibrarySearch.h"
 
 #include <VelkLibrary/Search/Info.h>
 

@@ -768,7 +768,7 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
     </message>
 </context>
 <context>
-    <name>VelkHost::MakerEditor</name>
+    <name>VelkHost::ManufacturerEditor</name>
     <message>
         <source>Wi&amp;thdrawn</source>
         <translation>&amp;Zurückgezogen</translation>
@@ -815,7 +815,7 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
     </message>
 </context>
 <context>
-    <name>VelkHost::MakerMenu</name>
+    <name>VelkHost::ManufacturerMenu</name>
     <message>
         <source>The manufacturers are as they were: %1</source>
         <translation>Die Hersteller bleiben unverändert: %1</translation>
@@ -865,7 +865,7 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
     </message>
 </context>
 <context>
-    <name>VelkHost::MakerPane</name>
+    <name>VelkHost::ManufacturerPane</name>
     <message>
         <source>Manufacturer</source>
         <translation>Hersteller</translation>

@@ -22,7 +22,7 @@
     </message>
 </context>
 <context>
-    <name>VelkHost::MakerMenu</name>
+    <name>VelkHost::ManufacturerMenu</name>
     <message numerus="yes">
         <source>%Ln logo(s) did not come.</source>
         <translation>

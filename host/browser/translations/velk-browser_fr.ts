@@ -768,7 +768,7 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
     </message>
 </context>
 <context>
-    <name>VelkHost::MakerEditor</name>
+    <name>VelkHost::ManufacturerEditor</name>
     <message>
         <source>Wi&amp;thdrawn</source>
         <translation>Ret&amp;iré</translation>
@@ -815,7 +815,7 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
     </message>
 </context>
 <context>
-    <name>VelkHost::MakerMenu</name>
+    <name>VelkHost::ManufacturerMenu</name>
     <message>
         <source>The manufacturers are as they were: %1</source>
         <translation>Les fabricants restent inchangés&#xa0;: %1</translation>
@@ -865,7 +865,7 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
     </message>
 </context>
 <context>
-    <name>VelkHost::MakerPane</name>
+    <name>VelkHost::ManufacturerPane</name>
     <message>
         <source>Manufacturer</source>
         <translation>Fabricant</translation>

@@ -22,7 +22,7 @@ protected:
         Velk::HostServices host = services();
         host.resourceString = [](unsigned int id) -> std::optional<std::u32string> {
             if (id == 10108)
-                return U"Ask the maker";
+                return U"Ask the manufacturer";
             return std::nullopt;
         };
         Velk::installHost(std::move(host));
@@ -70,34 +70,34 @@ const FileCase files[] = {
     {"Array",          "[{\"Id\": 1}]",                         "", U""},
     {"Number",         "7",                                     "", U""},
     // Members of the file
-    {"Nothing",        "{}",                                    "", U"Ask the maker"},
+    {"Nothing",        "{}",                                    "", U"Ask the manufacturer"},
     {"DefaultText",    R"({"Default_Text": "See"})",            "", U"See"},
     {"EmptyText",      R"({"Default_Text": ""})",               "", U""},
-    {"FurtherMembers", R"({"More": {"Id": 3}, "Manu": 1})",     "", U"Ask the maker"},
+    {"FurtherMembers", R"({"More": {"Id": 3}, "Manu": 1})",     "", U"Ask the manufacturer"},
     {"Infinite",       R"({"Last_Modified": "+infinity", "Manufacturer_1": {"Id": 1}})",       "", U""},
     {"NoDateTime",     R"({"Last_Modified": "not-a-date-time", "Manufacturer_1": {"Id": 1}})", "", U""},
     {"OtherTime",      R"({"Last_Modified": "20261301T000000", "Manufacturer_1": {"Id": 1}})", "", U""},
     {"TimeIsNumber",   R"({"Last_Modified": 2026, "Manufacturer_1": {"Id": 1}})",              "", U""},
     {"TextIsNumber",   R"({"Default_Text": 1, "Manufacturer_1": {"Id": 1}})",                  "", U""},
-    {"AnyVersion",     R"({"Version": 1, "Manufacturer_1": {"Id": 1, "Name": "\u00e9"}})", "1 \xC3\xA9", U"Ask the maker"},
+    {"AnyVersion",     R"({"Version": 1, "Manufacturer_1": {"Id": 1, "Name": "\u00e9"}})", "1 \xC3\xA9", U"Ask the manufacturer"},
     // Keys and ids
     {"AnyCase",        R"({"manufacturer_3": {"Id": 5, "Name": "A"}, "MANUFACTURER_x": {"Id": 6, "Name": "B"}})",
-                       "5 A, 6 B", U"Ask the maker"},
+                       "5 A, 6 B", U"Ask the manufacturer"},
     {"PrefixOnly",     R"({"Manufacturer": {"Id": 1, "Name": "A"}, "Manufacturers": {"Id": 2, "Name": "B"}})",
-                       "1 A, 2 B", U"Ask the maker"},
+                       "1 A, 2 B", U"Ask the manufacturer"},
     {"IdsSort",        R"({"Manufacturer_10": {"Id": 10}, "Manufacturer_9": {"Id": 9}, "Manufacturer_-1": {"Id": -1}})",
-                       "-1 , 9 , 10 ", U"Ask the maker"},
-    {"WithoutId",      with(R"({"Name": "B"})"),                "1 A", U"Ask the maker"},
-    {"WithoutIdAndWrong", with(R"({"Name": 1})"),               "1 A", U"Ask the maker"},
+                       "-1 , 9 , 10 ", U"Ask the manufacturer"},
+    {"WithoutId",      with(R"({"Name": "B"})"),                "1 A", U"Ask the manufacturer"},
+    {"WithoutIdAndWrong", with(R"({"Name": 1})"),               "1 A", U"Ask the manufacturer"},
     // In the order of the keys, the later one wins
     {"SameId",         R"({"Manufacturer_b": {"Id": 1, "Name": "B"}, "Manufacturer_a": {"Id": 1, "Name": "A"}})",
-                       "1 B", U"Ask the maker"},
+                       "1 B", U"Ask the manufacturer"},
     // Equal keys come out last first
     {"SameKeyAndId",   R"({"Manufacturer_1": {"Id": 1, "Name": "A"}, "Manufacturer_1": {"Id": 1, "Name": "B"}})",
-                       "1 A", U"Ask the maker"},
+                       "1 A", U"Ask the manufacturer"},
     {"SameKey",        R"({"Manufacturer_1": {"Id": 1, "Name": "A"}, "Manufacturer_1": {"Id": 2, "Name": "B"}})",
-                       "1 A, 2 B", U"Ask the maker"},
-    {"SameMember",     R"({"Manufacturer_1": {"Id": 2, "Name": "A", "Id": 1, "Name": "B"}})", "1 B", U"Ask the maker"},
+                       "1 A, 2 B", U"Ask the manufacturer"},
+    {"SameMember",     R"({"Manufacturer_1": {"Id": 2, "Name": "A", "Id": 1, "Name": "B"}})", "1 B", U"Ask the manufacturer"},
     // One wrong member spoils the file
     {"CardIsNumber",   with("2"),                               "", U""},
     {"CardIsArray",    with("[]"),                              "", U""},

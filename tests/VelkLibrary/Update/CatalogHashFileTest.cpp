@@ -2,7 +2,7 @@
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/LockingFStream.h>
-#include <VelkLibrary/detail/CatalogTexts.h>
+#include <VelkLibrary/Update/detail/CatalogTexts.h>
 
 #include "support/TestHost.h"
 

@@ -1,7 +1,7 @@
 #include "VelkLibrary/Update/UpdateTest.h"
 
-#include <VelkLibrary/detail/CatalogDownload.h>
-#include <VelkLibrary/detail/CatalogUpdateState.h>
+#include <VelkLibrary/Update/detail/CatalogDownload.h>
+#include <VelkLibrary/Update/detail/CatalogUpdateState.h>
 
 #include "VelkLibrary/Update/EventLoop.h"
 

@@ -1,7 +1,7 @@
 #include "VelkLibrary/Update/UpdateTest.h"
 
 #include <VelkCommon/Files/LockingFStream.h>
-#include <VelkLibrary/detail/CatalogInstall.h>
+#include <VelkLibrary/Update/detail/CatalogInstall.h>
 
 #include <gmock/gmock.h>
 

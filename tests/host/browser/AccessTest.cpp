@@ -102,13 +102,13 @@ protected:
         open(options());
         press(Qt::Key_F5);
         waitForJob();
-        find<QAction>("refreshMakersAction")->trigger();
+        find<QAction>("refreshManufacturersAction")->trigger();
         settle();
         search(QStringLiteral("chair"));
         press(Qt::Key_Return);
         press(Qt::Key_Home);
         press(Qt::Key_Down);
-        ASSERT_EQ(seen("makerName"), "Acme Doors");
+        ASSERT_EQ(seen("manufacturerName"), "Acme Doors");
     }
 
     void expectDialog(const char* name)
@@ -165,8 +165,8 @@ TEST_F(Access, CoversTheDialogs)
     openOnAHit();
     find<QAction>("editFiltersAction")->trigger();
     expectDialog("filterEditor");
-    find<QAction>("editMakerAction")->trigger();
-    expectDialog("makerEditor");
+    find<QAction>("editManufacturerAction")->trigger();
+    expectDialog("manufacturerEditor");
     find<QLabel>("syntaxLink")->setFocus();
     press(Qt::Key_Tab);  // from the text to the link in it
     press(Qt::Key_Return);

@@ -129,9 +129,9 @@ void BrowserDrive::selectsAnItem()
     EXPECT_EQ(currentPath(), chairs + "/Chair 100");
     EXPECT_EQ(seen("detailName"), "Chair 100");
     EXPECT_EQ(seen("detailPlace"), "Furniture library \u203A Furniture \u203A Seating \u203A Chairs");
-    EXPECT_EQ(seen("makerName"), "Acme Doors");
-    EXPECT_EQ(seen("makerPhone"), "Ask us");
-    eventually([this] { return showsPicture("detailPicture") && showsPicture("makerLogo"); });
+    EXPECT_EQ(seen("manufacturerName"), "Acme Doors");
+    EXPECT_EQ(seen("manufacturerPhone"), "Ask us");
+    eventually([this] { return showsPicture("detailPicture") && showsPicture("manufacturerLogo"); });
 }
 
 void BrowserDrive::searches()
@@ -256,7 +256,7 @@ void BrowserDrive::updatesWhatIsOpen()
     EXPECT_EQ(message(), "“furniture” was updated.");
     EXPECT_EQ(currentPath(), chairs + "/Armchair 107");
     EXPECT_EQ(seen("detailName"), "Armchair 107");
-    EXPECT_EQ(seen("makerName"), "Acme Doors");
+    EXPECT_EQ(seen("manufacturerName"), "Acme Doors");
     for (const std::string& path : {std::string("Furniture"), std::string("Furniture/Seating"), chairs})
         EXPECT_TRUE(isOpen(path)) << path;
     EXPECT_TRUE(tree().hasFocus());
@@ -279,13 +279,13 @@ void BrowserDrive::cancelsAnUpdate()
 void BrowserDrive::editsACard()
 {
     press(Qt::Key_R, Qt::AltModifier);
-    auto* const editor = dialog<QDialog>("makerEditor");
+    auto* const editor = dialog<QDialog>("manufacturerEditor");
     ASSERT_NE(editor, nullptr);
     press(Qt::Key_W, Qt::AltModifier);
     type("https://www.acme.example");
     press(Qt::Key_Return);
     settle();
-    EXPECT_THAT(seen("makerUrl"), HasSubstr("href=\"https://www.acme.example\""));
+    EXPECT_THAT(seen("manufacturerUrl"), HasSubstr("href=\"https://www.acme.example\""));
 }
 
 void BrowserDrive::comesBackAsItWas()
@@ -298,7 +298,7 @@ void BrowserDrive::comesBackAsItWas()
     EXPECT_EQ(currentPath(), chairs + "/Armchair 107");
     EXPECT_TRUE(isOpen(chairs));
     EXPECT_EQ(seen("detailName"), "Armchair 107");
-    EXPECT_THAT(seen("makerUrl"), HasSubstr("https://www.acme.example"));
+    EXPECT_THAT(seen("manufacturerUrl"), HasSubstr("https://www.acme.example"));
     search(QStringLiteral("table"));
     EXPECT_THAT(seen("searchExplanation"), HasSubstr("\"table\"")) << "it was explained before";
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../PublishFixtures.h"
+#include "host/fixtures/PublishFixtures.h"
 
 #include "host/browser/BrowserWindow.h"
 #include "host/browser/jobs/LibraryJobs.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "FilteredWindow.h"
+#include "host/browser/filters/FilteredWindow.h"
 
 #include "host/service/SiteService.h"
 #include "support/ScriptedServer.h"

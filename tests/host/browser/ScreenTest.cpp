@@ -1,5 +1,5 @@
 // What becomes of the pictures when the window moves to a screen with other pixels.
-#include "FilteredWindow.h"
+#include "host/browser/filters/FilteredWindow.h"
 
 #include "host/browser/tree/LibraryDelegate.h"
 

@@ -1,0 +1,79 @@
+#include <VelkLibrary/CatalogDownloadProtocol.h>
+
+#include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Files/LockingFStream.h>
+#include <VelkLibrary/Data/PlainFileName.h>
+#include <VelkLibrary/Update/detail/CatalogTexts.h>
+#include <VelkLibrary/detail/ModuleStatics.h>
+
+#include <utility>
+
+using Library::detail::holdsControlCharacter;
+
+namespace LibraryCatalogUpdate {
+namespace {
+
+// Some hundred bytes per catalog; what is longer was not written here.
+constexpr long long largestHashFile = 16LL << 20;
+
+void readHashes(const fileString& hashFile, CatalogTable& catalogs, std::uint32_t kind)
+{
+    if (FileUtils::fileSize(hashFile) > largestHashFile)
+        return;
+    const fileString folder = hashFile.parentPath();
+    LockingFStream file(hashFile, LockingFStream::in);
+    for (std::string line; std::getline(file, line);) {
+        auto entry = detail::parseHashLine(line);
+        if (!entry || !(folder / fileString(entry->first)).pathExists())
+            continue;
+        CatalogRecord& record = catalogs[fileString(entry->first)];
+        record.kind = kind;
+        record.localHash = std::move(entry->second);
+    }
+}
+
+// All lines of a kind. What would break a line is left out: the hash is computed anew next time.
+std::string hashText(const CatalogTable& catalogs, std::uint32_t kind)
+{
+    std::string text;
+    for (const auto& [name, record] : catalogs) {
+        const std::string& hash = record.updated ? record.remoteHash : record.localHash;
+        if (record.kind != kind || hash.empty())
+            continue;
+        const std::string line = name.humanReadableString() + ":" + hash;
+        if (!holdsControlCharacter(line))
+            text += line + "\n";
+    }
+    return text;
+}
+
+}  // namespace
+
+void readCatalogHashFile(const fileString& hashFile, CatalogTable& catalogs, std::uint32_t kind) noexcept
+{
+    try {
+        readHashes(hashFile, catalogs, kind);
+    } catch (...) {
+        // What the file does not tell is computed.
+    }
+}
+
+void writeCatalogHashFile(const CatalogTable& catalogs, std::uint32_t kind) noexcept
+{
+    try {
+        const fileString folder = catalogFolder(kind);
+        if (folder.empty())
+            return;
+        const std::string text = hashText(catalogs, kind);
+        const fileString path = folder / Library::detail::catalogHashFileName;
+        LockingFStream file(path, LockingFStream::out);
+        file << text;
+        file.close();
+        if (file)
+            FileUtils::setFilePermEveryoneFullAccess(path);
+    } catch (...) {
+        // A file that is missing or cut short costs the next run some reading.
+    }
+}
+
+}  // namespace LibraryCatalogUpdate

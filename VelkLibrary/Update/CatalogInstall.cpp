@@ -1,0 +1,129 @@
+#include <VelkLibrary/Update/detail/CatalogInstall.h>
+
+#include <VelkCommon/Files/FileSearch.h>
+#include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Files/PathUtils.h>
+#include <VelkCommon/Reporting/Assertions.h>
+#include <VelkLibrary/ErrorLog.h>
+#include <VelkLibrary/LibraryImport.h>
+
+#include <optional>
+#include <stdexcept>
+
+using Library::ErrorLog;
+
+namespace LibraryCatalogUpdate::detail {
+namespace {
+
+// What a download consists of; a path is empty where there is nothing.
+struct NewFiles
+{
+    fileString database;
+    fileString referencedFiles;
+};
+
+void giveEveryoneFullAccess(const fileString& path)
+{
+    try {
+        FileUtils::setFilePermEveryoneFullAccess(path);
+    } catch (const std::runtime_error& error) {
+        Velk::assertionFailed("LibraryCatalogUpdater", __LINE__,
+                              "Exception while setting universal access file permissions.");
+        const std::string reason = error.what();
+        ErrorLog() << "Error setting file permissions:" << (reason.empty() ? std::string("Unknown error") : reason);
+    }
+}
+
+const char* renamingFault(const fileString& downloaded, const fileString& finalName)
+{
+    if (FileUtils::isPathWriteLocked(downloaded))
+        return "Download destination file was locked or not writeable:  ";
+    if (FileUtils::isPathWriteLocked(finalName))
+        return "Download final destination file was locked or not writeable:  ";
+    if (!FileUtils::renameFile(downloaded, finalName))
+        return "Unable to rename catalog update file:  ";
+    return nullptr;
+}
+
+// Core catalogs travel as they are: the file gets its own extension back.
+std::optional<NewFiles> takeCoreFile(CatalogRun& run, const fileString& downloaded, const fileString& fileName)
+{
+    const fileString extension = fileName.extension();
+    const fileString finalName = downloaded.pathAndName() + extension;
+    if (const char* const fault = renamingFault(downloaded, finalName)) {
+        ErrorLog() << fault << downloaded;
+        run.resultCode = CatalogNotRenamed;
+        return std::nullopt;
+    }
+    if (extension == fileString(std::string(".calib")))
+        return NewFiles{finalName, {}};
+    if (extension == fileString(std::string(".zip")))
+        return NewFiles{{}, finalName};
+    ErrorLog() << "Unsupported file extension:  " << fileName;
+    return std::nullopt;
+}
+
+// An archive without referenced files stays until the next run removes the folder. One with nothing in it
+// counts as installed: asking for it again would not make it better.
+NewFiles takePackedFile(const fileString& downloaded)
+{
+    const auto [database, referencedFiles] = LibraryImport::unpack(downloaded, false, nullptr);
+    if (!database && !referencedFiles)
+        ErrorLog() << "Nothing to install in download:  " << downloaded << "\n";
+    if (referencedFiles)
+        FileUtils::removePath(downloaded, FileUtils::overrideReadOnly);
+    return {database.value_or(fileString()), referencedFiles.value_or(fileString())};
+}
+
+void noteInstalled(CatalogRun& run, const fileString& file)
+{
+    run.anyInstalled = true;
+    run.updatedNames.insert(shownName(file.stem()));
+}
+
+// The rights come before the event: from then on the file is the receiver's, who may move it at once.
+void handOverDatabase(const LibraryProgressBase& receiver, CatalogRun& run, const fileString& database,
+                      const fileString& installed)
+{
+    giveEveryoneFullAccess(database);
+    receiver.sendCatalogUpdated({installed, database});
+    noteInstalled(run, database);
+}
+
+bool placeReferencedFiles(CatalogRun& run, const fileString& archive)
+{
+    const fileString folder = PathUtils::getObject().getProprietaryLibraryReferencedFilesPath();
+    const fileString target = folder / archive.stemWithExtension();
+    if (!FileUtils::moveFile(archive, target, true)) {
+        ErrorLog() << "Unable to copy referenced file:  " << archive;
+        return false;
+    }
+    giveEveryoneFullAccess(target);
+    noteInstalled(run, target);
+    FileSearch::get().resetFileSearch(folder);
+    return true;
+}
+
+}  // namespace
+
+bool installCatalog(const LibraryProgressBase& receiver, CatalogRun& run, const fileString& downloaded,
+                    const fileString& fileName, CatalogRecord& record)
+{
+    if (FileUtils::fileSize(downloaded) <= 0) {
+        FileUtils::removePath(downloaded, FileUtils::overrideReadOnly);
+        ErrorLog() << "Empty Download File:  " << downloaded << "\n";
+        return false;
+    }
+    const auto files =
+        record.kind == CoreCatalogs ? takeCoreFile(run, downloaded, fileName) : takePackedFile(downloaded);
+    if (!files)
+        return false;
+    if (files->database.pathExists())
+        handOverDatabase(receiver, run, files->database, catalogFolder(record.kind) / fileName);
+    if (files->referencedFiles.pathExists() && !placeReferencedFiles(run, files->referencedFiles))
+        return false;
+    record.updated = true;
+    return true;
+}
+
+}  // namespace LibraryCatalogUpdate::detail

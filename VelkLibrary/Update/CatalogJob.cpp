@@ -1,0 +1,201 @@
+#include <VelkLibrary/Update/detail/CatalogJob.h>
+
+#include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Files/PathUtils.h>
+#include <VelkCommon/Files/SHA1.h>
+#include <VelkCommon/Network/Curl.h>
+#include <VelkCommon/Reporting/PreferenceEngine.h>
+#include <VelkCommon/Text/FormatText.h>
+#include <VelkCommon/Text/StringUtils.h>
+#include <VelkLibrary/ErrorLog.h>
+#include <VelkLibrary/Update/detail/CatalogDownload.h>
+#include <VelkLibrary/Update/detail/CatalogTexts.h>
+#include <VelkLibrary/Update/detail/CatalogUpdateState.h>
+#include <VelkLibrary/detail/ModuleStatics.h>
+
+#include <utility>
+#include <vector>
+
+namespace LibraryCatalogUpdate::detail {
+namespace {
+
+constexpr unsigned checkingText = 8717;
+constexpr unsigned checkingCatalogText = 8723;  // the file name follows
+constexpr unsigned askingText = 8727;           // about %1%
+
+constexpr std::size_t lastManualRunFailed = 251;  // preferences
+constexpr std::size_t coreCatalogsStay = 271;
+
+bool cancelled()
+{
+    return CatalogUpdateState::get().cancelled();
+}
+
+void prepareFolders()
+{
+    FileUtils::createDirectoriesWithPerm(PathUtils::getObject().getProprietaryLibraryReferencedFilesPath());
+    for (const std::uint32_t kind : {CoreCatalogs, BonusCatalogs, ManufacturerCatalogs})
+        FileUtils::removeDirectoryAndFiles(downloadFolder(kind), FileUtils::overrideReadOnly);
+}
+
+// Where a catalog of the core content index lies.
+fileString coreCatalogPath(const fileString& name)
+{
+    const PathUtils& paths = PathUtils::getObject();
+    const bool referencedFiles = name.extension() == fileString(std::string(".zip"));
+    return (referencedFiles ? paths.getProprietaryLibraryReferencedFilesPath() : paths.getCoreLibraryDatabasePath()) /
+           name;
+}
+
+std::int32_t outcomeOf(const CatalogRun& run, bool manual)
+{
+    if (run.failed)
+        return manual ? ErrorsManual : ErrorsAutomatic;
+    return run.anyInstalled ? Installed : UpToDate;
+}
+
+}  // namespace
+
+CatalogJob::CatalogJob(CatalogJobSettings settings) : settings_(std::move(settings)) {}
+
+void CatalogJob::run(const LibraryProgressBase& receiver)
+{
+    try {
+        runPhases(receiver);
+    } catch (...) {
+        run_.failed = true;
+        sendFinalEvent(receiver);
+        throw;
+    }
+    sendFinalEvent(receiver);
+}
+
+void CatalogJob::runPhases(const LibraryProgressBase& receiver)
+{
+    const Curl::Run run;
+    guarded(run_, prepareFolders);
+    guarded(run_, [&] {
+        if (leavesCoreAlone())
+            return;
+        guarded(run_, [&] { fetchCoreIndex(); });
+        checkKind(receiver, CoreCatalogs, settings_.coreCatalogs);
+    });
+    if (!settings_.manual) {
+        guarded(run_, [&] { checkKind(receiver, BonusCatalogs, settings_.bonusCatalogs); });
+        guarded(run_, [&] { checkKind(receiver, ManufacturerCatalogs, settings_.manufacturerCatalogs); });
+    }
+    guarded(run_, [&] { askService(receiver); });
+    guarded(run_, [&] { DownloadPhase(receiver, run_, catalogs_, settings_.product, settings_.version).run(); });
+    writeHashFiles();
+    if (settings_.manual)
+        guarded(run_,
+                [&] { PreferenceEngine::getThePrefs().getPrefSet().set<bool>(lastManualRunFailed, run_.failed); });
+}
+
+bool CatalogJob::leavesCoreAlone() const
+{
+    return !settings_.manual && *PreferenceEngine::getThePrefs().getPrefSet().get<bool>(coreCatalogsStay);
+}
+
+void CatalogJob::fetchCoreIndex()
+{
+    CatalogRecord record;
+    record.kind = CoreCatalogs;
+    const std::string url =
+        buildCatalogRequest(coreIndexFileName(), record, settings_.product, settings_.version).first;
+    std::string body;
+    if (url.empty() || !Curl::get().browseURL(url, {}, body, true, 0)) {
+        run_.failed = true;
+        Library::ErrorLog() << "Failed to Download Core Library Index File:  " << url << "\n";
+        return;
+    }
+    for (const fileString& name : parseCoreIndex(body))
+        settings_.coreCatalogs.insert(coreCatalogPath(name));
+}
+
+void CatalogJob::checkKind(const LibraryProgressBase& receiver, std::uint32_t kind,
+                           const std::set<fileString>& catalogs)
+{
+    if (cancelled() || catalogs.empty())
+        return;
+    receiver.sendText(StringUtils::loadString(checkingText));
+    readCatalogHashFile(catalogFolder(kind) / Library::detail::catalogHashFileName, catalogs_, kind);
+    receiver.sendRange(catalogs.size());
+    for (const fileString& catalog : catalogs) {
+        if (cancelled())
+            return;
+        receiver.sendText(StringUtils::loadString(checkingCatalogText) + shownName(catalog.stemWithExtension()));
+        guarded(run_, [&] { checkCatalog(kind, catalog); });
+        receiver.sendStep();
+    }
+}
+
+void CatalogJob::checkCatalog(std::uint32_t kind, const fileString& catalog)
+{
+    const fileString name = catalog.stemWithExtension();
+    const auto known = catalogs_.find(name);
+    if (known != catalogs_.end()) {
+        known->second.kind = kind;
+        return;
+    }
+    CatalogRecord record;
+    record.kind = kind;
+    record.localHash = SHA1::fileContentsToSHA1Hex(catalog);
+    catalogs_.emplace(name, std::move(record));
+}
+
+// The requests overlap; what the receiver, the table and the log see of them keeps the table's order.
+void CatalogJob::askService(const LibraryProgressBase& receiver)
+{
+    receiver.sendRange(catalogs_.size());
+    std::vector<Curl::HeaderRequest> requests;
+    for (const auto& [name, record] : catalogs_) {
+        auto [url, headers] = buildCatalogRequest(name, record, settings_.product, settings_.version);
+        requests.push_back({std::move(url), std::move(headers)});
+    }
+    auto next = catalogs_.begin();
+    const std::string text = StringUtils::loadString(askingText);
+    const auto announceNext = [&] {
+        if (next != catalogs_.end())
+            receiver.sendText(Velk::formatText(text, shownName(next->first)));
+    };
+    announceNext();
+    Curl::get().getURLHeaders(requests, [&](std::size_t, const Curl::HeaderAnswer& answer) {
+        guarded(run_, [&] { takeAnswer(next->first, next->second, answer); });
+        receiver.sendStep();
+        ++next;
+        announceNext();
+    });
+}
+
+// An address that is empty, because there is no endpoint, counts as a request that failed.
+void CatalogJob::takeAnswer(const fileString& fileName, CatalogRecord& record, const Curl::HeaderAnswer& answer)
+{
+    if (!answer.received) {
+        run_.failed = true;
+        return;
+    }
+    applyHeaderResponse(record, answer.header, answer.responseCode);
+    if (record.status == 403 || record.status == 404)
+        fetchServiceMessage(fileName, record, settings_.product, settings_.version);
+}
+
+void CatalogJob::writeHashFiles() const
+{
+    writeCatalogHashFile(catalogs_, CoreCatalogs);
+    if (settings_.manual)
+        return;
+    writeCatalogHashFile(catalogs_, BonusCatalogs);
+    writeCatalogHashFile(catalogs_, ManufacturerCatalogs);
+}
+
+void CatalogJob::sendFinalEvent(const LibraryProgressBase& receiver) const
+{
+    if (cancelled()) {
+        receiver.sendCancelled();
+        return;
+    }
+    receiver.sendEnd({outcomeOf(run_, settings_.manual), run_.updatedNames, run_.resultCode});
+}
+
+}  // namespace LibraryCatalogUpdate::detail

@@ -1,0 +1,22 @@
+#include <VelkLibrary/Update/detail/CatalogRun.h>
+
+#include <VelkCommon/Text/StringConvert.h>
+#include <VelkLibrary/ErrorLog.h>
+
+namespace LibraryCatalogUpdate::detail {
+
+void logFailure(const char* reason) noexcept
+{
+    try {
+        Library::ErrorLog() << "Exception in catalog update:  " << reason << "\n";
+    } catch (...) {
+        // Without memory there is no log.
+    }
+}
+
+std::string shownName(const fileString& path)
+{
+    return StringConvert::toWin1252(path.unicodeString());
+}
+
+}  // namespace LibraryCatalogUpdate::detail

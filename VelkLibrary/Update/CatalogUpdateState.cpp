@@ -1,0 +1,56 @@
+#include <VelkLibrary/Update/detail/CatalogUpdateState.h>
+
+#include <VelkLibrary/detail/ModuleStatics.h>
+
+#include <mutex>
+
+using Library::detail::catalogUpdateMutex;
+
+namespace LibraryCatalogUpdate::detail {
+
+// Never destroyed: a worker may still ask while the process ends.
+CatalogUpdateState& CatalogUpdateState::get()
+{
+    static CatalogUpdateState& state = *new CatalogUpdateState;
+    return state;
+}
+
+void CatalogUpdateState::begin(const std::string& serviceAddress)
+{
+    const std::lock_guard lock(catalogUpdateMutex);
+    serviceAddress_ = serviceAddress;
+    endpoint_.clear();
+    cancelled_ = false;
+}
+
+void CatalogUpdateState::cancel()
+{
+    const std::lock_guard lock(catalogUpdateMutex);
+    cancelled_ = true;
+}
+
+bool CatalogUpdateState::cancelled() const
+{
+    const std::lock_guard lock(catalogUpdateMutex);
+    return cancelled_;
+}
+
+std::string CatalogUpdateState::serviceAddress() const
+{
+    const std::lock_guard lock(catalogUpdateMutex);
+    return serviceAddress_;
+}
+
+std::string CatalogUpdateState::endpoint() const
+{
+    const std::lock_guard lock(catalogUpdateMutex);
+    return endpoint_;
+}
+
+void CatalogUpdateState::setEndpoint(const std::string& endpoint)
+{
+    const std::lock_guard lock(catalogUpdateMutex);
+    endpoint_ = endpoint;
+}
+
+}  // namespace LibraryCatalogUpdate::detail

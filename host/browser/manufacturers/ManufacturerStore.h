@@ -1,0 +1,75 @@
+#pragma once
+
+#include "host/browser/Worker.h"
+#include "host/browser/manufacturers/ManufacturerBook.h"
+#include "host/installation/ManufacturerRefresh.h"
+#include "host/installation/Manufacturers.h"
+
+#include <QImage>
+#include <QMap>
+#include <QObject>
+#include <QSize>
+
+#include <functional>
+#include <stop_token>
+#include <string>
+#include <utility>
+
+namespace VelkHost {
+
+/// Where a content service has the manufacturers' data, and its logos.
+struct ManufacturerAddresses
+{
+    std::string data;
+    std::string logos;
+};
+/// For the service's address, such as "http://127.0.0.1:8080/".
+ManufacturerAddresses manufacturerAddresses(const std::string& service);
+
+/// The installation's manufacturers, read, saved and brought up to date in the background. The user-interface
+/// thread's.
+class ManufacturerStore : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit ManufacturerStore(QObject* parent = nullptr);
+    /// Ends a refresh under way, and waits for what is being saved.
+    ~ManufacturerStore() override;
+
+    const ManufacturerBook& book() const { return book_; }
+
+    /// Ends in changed() or failed().
+    void read();
+    /// Changes a card; ends in edited() after changed(), or in editFailed().
+    void edit(long id, const CardEdit& edit);
+    /// Ends in refreshed() after changed(), or in refreshFailed().
+    void refresh(const std::string& service);
+
+    /// The logo of a card, in pixels at most of this size; null when it has none, and when it is not there
+    /// yet: then it is asked for, and logosChanged() follows.
+    QImage logo(const ManufacturerCard& card, const QSize& atMost);
+
+    bool isBusy() const { return worker_.isBusy(); }
+
+Q_SIGNALS:
+    void changed();
+    void failed(const QString& reason);
+    void edited();
+    void editFailed(const QString& reason);
+    void refreshed(const VelkHost::ManufacturerRefresh& refresh);
+    void refreshFailed(const QString& reason);
+    void logosChanged();
+
+private:
+    using Outcome = std::function<void()>;
+    void run(const std::function<void()>& work, const Outcome& succeeded,
+             const std::function<void(const QString&)>& failed);
+
+    ManufacturerBook book_;
+    QMap<QString, QImage> logos_;  // null: there is none, or not yet
+    std::stop_source stop_;
+    Worker worker_;
+};
+
+}  // namespace VelkHost

@@ -1,0 +1,45 @@
+#include "host/installation/CatalogUpdate.h"
+
+#include "host/catalog/CatalogFolder.h"
+
+#include <VelkCommon/Files/PathUtils.h>
+
+namespace VelkHost {
+namespace {
+
+std::set<fileString> catalogsIn(const fileString& folder, const std::vector<std::string>& added)
+{
+    const fileString extension(std::string(".calib"));
+    makeFolder(folder);
+    const std::vector<fileString> files = filesInFolder(folder, extension);
+    std::set<fileString> catalogs(files.begin(), files.end());
+    for (const std::string& text : added) {
+        const fileString name(text);
+        catalogs.insert(folder / (name.extension() == extension ? name : name + extension));
+    }
+    return catalogs;
+}
+
+}  // namespace
+
+InstalledCatalogs installedCatalogs(const AddedCatalogs& added)
+{
+    const PathUtils& paths = PathUtils::getObject();
+    makeFolder(paths.getUserDatabasePath());
+    return {catalogsIn(paths.getCoreLibraryDatabasePath(), {}),
+            catalogsIn(paths.getBonusLibraryDatabasePath(), added.bonus),
+            catalogsIn(paths.getManufacturerLibraryPath(), added.manufacturer)};
+}
+
+UpdateOutcome updateOutcome(const std::optional<LibraryCatalogUpdate::UpdateData>& report,
+                            const CatalogInstaller& installer)
+{
+    using namespace LibraryCatalogUpdate;
+    if (!report)
+        return UpdateOutcome::Cancelled;
+    if (report->outcome == ErrorsAutomatic || report->outcome == ErrorsManual || !installer.failures().empty())
+        return UpdateOutcome::Failed;
+    return report->outcome == Installed ? UpdateOutcome::Installed : UpdateOutcome::UpToDate;
+}
+
+}  // namespace VelkHost

@@ -1,0 +1,413 @@
+#include <VelkLibrary/LibraryResultCategorizer.h>
+
+#include "VelkLibrary/Search/RatingOracle.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <memory>
+#include <random>
+#include <sstream>
+#include <unordered_map>
+
+using Library::Search::Info;
+using Library::Search::ORGroup;
+
+namespace {
+
+/// Answers of a match, each asked for once: the same terms and texts meet again and again here.
+template <typename Match>
+class Remembered
+{
+public:
+    explicit Remembered(Match match) : match_(std::move(match)) {}
+
+    bool operator()(const std::string& text) const
+    {
+        const auto [place, isNew] = answers_->try_emplace(text, false);
+        if (isNew)
+            place->second = match_(text);
+        return place->second;
+    }
+
+private:
+    Match match_;
+    std::shared_ptr<std::unordered_map<std::string, bool>> answers_ =
+        std::make_shared<std::unordered_map<std::string, bool>>();
+};
+
+/// The regular expressions, each compiled once for the life of the test.
+struct RememberedPatterns
+{
+    using Match = Remembered<test::RegexMatch>;
+
+    template <typename Make>
+    static Match remember(const std::string& key, Make make)
+    {
+        static std::map<std::string, Match> matches;
+        const auto place = matches.find(key);
+        return place != matches.end() ? place->second : matches.emplace(key, Match(make())).first->second;
+    }
+
+    static Match beginsWithWord(const std::string& term)
+    {
+        return remember("a" + term, [&] { return test::RegexPatterns::beginsWithWord(term); });
+    }
+    static Match containsWord(const std::string& term)
+    {
+        return remember("b" + term, [&] { return test::RegexPatterns::containsWord(term); });
+    }
+    static Match beginsWithSequence(const std::string& term)
+    {
+        return remember("c" + term, [&] { return test::RegexPatterns::beginsWithSequence(term); });
+    }
+    static Match wordBeginsWithSequence(const std::string& term)
+    {
+        return remember("d" + term, [&] { return test::RegexPatterns::wordBeginsWithSequence(term); });
+    }
+    static Match containsSequence(const std::string& term)
+    {
+        return remember("e" + term, [&] { return test::RegexPatterns::containsSequence(term); });
+    }
+    static Match containsAny(const std::vector<std::string>& terms)
+    {
+        std::string key = "f";
+        for (const std::string& term : terms)
+            key += std::to_string(term.size()) + ":" + term;
+        return remember(key, [&] { return test::RegexPatterns::containsAny(terms); });
+    }
+};
+
+using Random = std::mt19937;
+
+std::size_t below(Random& random, std::size_t limit)
+{
+    return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random);
+}
+
+template <typename T>
+const T& oneOf(Random& random, const std::vector<T>& choices)
+{
+    return choices[below(random, choices.size())];
+}
+
+/// What random terms and texts are made of.
+struct Alphabet
+{
+    const char* name;
+    std::vector<std::u32string> termPieces;
+    std::vector<std::string> textPieces;
+    std::size_t longestTerm;
+    std::size_t longestText;
+};
+
+void PrintTo(const Alphabet& alphabet, std::ostream* os)
+{
+    *os << alphabet.name;
+}
+
+const std::string zero(1, '\0');
+const std::u32string zeroTerm(1, U'\0');
+
+const std::vector<Alphabet> alphabets = {
+    {"TwoLetters", {U"a", U"B"}, {"a", "A", "b", "B"}, 3, 9},
+    {"LettersAndBlanks", {U"a", U"b", U" "}, {"a", "b", "B", " "}, 4, 12},
+    {"LettersAndBreaks", {U"a", U"\n", U"\r", U"-"}, {"a", "a", "a", "\n", "\r", "-"}, 3, 7},
+    {"Punctuation", {U"a", U"-", U"+", U".", U"_", U"9"}, {"a", "-", "+", ".", "_", "9", "A"}, 3, 8},
+    {"PatternCharacters",
+     {U"a", U"(", U")", U"[", U"]", U"{", U"}", U"*", U"?", U"\\", U"^", U"$", U"|"},
+     {"a", "(", ")", "[", "]", "{", "}", "*", "?", "\\", "^", "$", "|"},
+     2,
+     10},
+    {"NonAscii",
+     {U"a", U"é", U"É", U" ", U"\u0130", U"\u212A", U"Ж", U"\U0001FA91"},
+     {"a", "é", "É", " ", "\u0130", "i", "\u212A", "K", "ж", "Ж", "\U0001FA91"},
+     3,
+     8},
+    {"Malformed",
+     {U"a", U"é", U"\uFFFD", std::u32string(1, char32_t{0xD800}), std::u32string(1, char32_t{0x110000})},
+     {"a", "\xC3", "\xA9", "\xFF", "\uFFFD", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xE2\x84"},
+     2,
+     6},
+    {"Anything",
+     {U"a", U"b", U"_", U"-", U" ", U"\n", U"\v", zeroTerm, U"é", U"7", U"\u2028", U"\u0085"},
+     {"a", "b", "A", "_", "-", " ", "\n", "\r", "\v", "\f", zero, "é", "É", "7", "\u2028", "\u0085", "\xFF"},
+     4,
+     12},
+};
+
+template <typename Text>
+Text randomText(Random& random, const std::vector<Text>& pieces, std::size_t longest)
+{
+    Text text;
+    for (std::size_t i = below(random, longest + 1); i > 0; --i)
+        text += oneOf(random, pieces);
+    return text;
+}
+
+std::string printable(const std::string& text)
+{
+    return testing::PrintToString(text);
+}
+
+std::string describe(const Info& info)
+{
+    std::ostringstream out;
+    for (const ORGroup& group : info.parseTree.groups) {
+        out << "[";
+        for (const std::u32string& term : group.terms)
+            out << printable(test::lowered(term)) << " ";
+        out << "] / [";
+        for (const std::u32string& term : group.excludedTerms)
+            out << printable(test::lowered(term)) << " ";
+        out << "] ";
+    }
+    out << (info.legacySearch ? "whole words" : "");
+    return out.str();
+}
+
+/// A number of terms, lists of excluded terms and texts, from which searches and names are put together.
+class Pool
+{
+public:
+    Pool(const Alphabet& alphabet, unsigned seed) : random_(seed)
+    {
+        for (int i = 0; i < 40; ++i)
+            terms_.push_back(randomText(random_, alphabet.termPieces, alphabet.longestTerm));
+        for (int i = 0; i < 30; ++i) {
+            exclusions_.emplace_back();
+            for (std::size_t j = below(random_, 3) + 1; j > 0; --j)
+                exclusions_.back().push_back(oneOf(random_, terms_));
+        }
+        for (int i = 0; i < 180; ++i)
+            texts_.push_back(randomText(random_, alphabet.textPieces, alphabet.longestText));
+        for (int i = 0; i < 20; ++i)  // some that are exact
+            texts_.push_back(
+                test::lowered(oneOf(random_, terms_) + (i % 2 == 0 ? U"" : U" " + oneOf(random_, terms_))));
+    }
+
+    Info search()
+    {
+        Info info(std::set<libType>{});
+        for (std::size_t i = below(random_, 3) + 1; i > 0; --i) {
+            ORGroup group;
+            for (std::size_t j = below(random_, 8) == 0 ? 0 : below(random_, 3) + 1; j > 0; --j)
+                group.terms.push_back(oneOf(random_, terms_));
+            if (below(random_, 3) == 0)
+                group.excludedTerms = oneOf(random_, exclusions_);
+            info.parseTree.groups.push_back(std::move(group));
+        }
+        info.legacySearch = below(random_, 4) == 0;
+        return info;
+    }
+
+    const std::string& text() { return oneOf(random_, texts_); }
+
+private:
+    Random random_;
+    std::vector<std::u32string> terms_;
+    std::vector<std::vector<std::u32string>> exclusions_;
+    std::vector<std::string> texts_;
+};
+
+template <typename Oracle>
+void expectSame(const Info& info, const LibraryResultCategorizer& categorizer, const Oracle& oracle,
+                const std::string& name, const std::string& keywords)
+{
+    ASSERT_EQ(categorizer.categorizeItemResult(name, keywords), oracle.item(name, keywords))
+        << describe(info) << " name " << printable(name) << " keywords " << printable(keywords);
+    ASSERT_EQ(categorizer.categorizeItemResult(name), oracle.item(name))
+        << describe(info) << " name " << printable(name);
+    ASSERT_EQ(categorizer.categorizeFolderResult(keywords), oracle.folder(keywords))
+        << describe(info) << " folder " << printable(keywords);
+}
+
+class AgreesWithPatterns : public testing::TestWithParam<Alphabet>
+{};
+
+// Eight alphabets times 2,100 searches times 60 pairs of texts: more than a million, each rated by all
+// three calls.
+TEST_P(AgreesWithPatterns, OnRandomSearchesAndTexts)
+{
+    constexpr int searches = 2100;
+    constexpr int pairsPerSearch = 60;
+    Pool pool(GetParam(), 20);
+    int matches = 0;
+    for (int i = 0; i < searches; ++i) {
+        const Info info = pool.search();
+        const LibraryResultCategorizer categorizer(info);
+        const test::RatingOracle<RememberedPatterns> oracle(info);
+        for (int j = 0; j < pairsPerSearch; ++j) {
+            const std::string& name = pool.text();
+            ASSERT_NO_FATAL_FAILURE(expectSame(info, categorizer, oracle, name, pool.text()));
+            matches += categorizer.categorizeItemResult(name) != Invalid ? 1 : 0;
+        }
+    }
+    EXPECT_GT(matches, searches) << "random texts that never match prove nothing";
+}
+
+INSTANTIATE_TEST_SUITE_P(Categorizer, AgreesWithPatterns, testing::ValuesIn(alphabets),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+std::string repeated(const std::string& piece, std::size_t times)
+{
+    std::string result;
+    for (std::size_t i = 0; i < times; ++i)
+        result += piece;
+    return result;
+}
+
+/// A text with much repetition, which is where searching goes wrong.
+std::string repetitive(Random& random, std::size_t size)
+{
+    static const std::vector<std::string> pieces = {"a", "b", "ab", "aab", "aba", "abaab", "a ", " ", "-", "ba"};
+    std::string result;
+    while (result.size() < size) {
+        const std::string unit = oneOf(random, pieces) + oneOf(random, pieces);
+        result += repeated(unit, below(random, size / unit.size() + 1));
+        if (below(random, 3) == 0)
+            result += oneOf(random, pieces);
+    }
+    result.resize(size);
+    return result;
+}
+
+std::u32string toTerm(const std::string& text)
+{
+    return {text.begin(), text.end()};
+}
+
+// A part of the text, perhaps with one byte changed: it stands there, or almost.
+std::string partOf(Random& random, const std::string& text, std::size_t longest)
+{
+    const std::size_t size = 1 + below(random, std::min(longest, text.size()));
+    std::string part = text.substr(below(random, text.size() - size + 1), size);
+    if (below(random, 2) == 0)
+        part[below(random, size)] = "ab -"[below(random, 4)];
+    return part;
+}
+
+class AgreesWithTrial : public testing::TestWithParam<unsigned>
+{};
+
+TEST_P(AgreesWithTrial, OnLongRepetitiveTexts)
+{
+    Random random(GetParam());
+    int matches = 0;
+    for (int i = 0; i < 400; ++i) {
+        const std::string text = repetitive(random, 200 + below(random, 2000));
+        const std::string other = repetitive(random, 1 + below(random, 300));
+        Info info(std::set<libType>{});
+        info.parseTree.groups.emplace_back();
+        info.parseTree.groups.back().terms = {toTerm(partOf(random, text, 500))};
+        if (below(random, 3) == 0)
+            info.parseTree.groups.back().excludedTerms = {toTerm(partOf(random, text, 300))};
+        info.legacySearch = below(random, 4) == 0;
+        const LibraryResultCategorizer categorizer(info);
+        const test::PlainOracle oracle(info);
+        ASSERT_NO_FATAL_FAILURE(expectSame(info, categorizer, oracle, text, other));
+        ASSERT_NO_FATAL_FAILURE(expectSame(info, categorizer, oracle, other, text));
+        matches += categorizer.categorizeItemResult(text, other) != Invalid ? 1 : 0;
+    }
+    EXPECT_GT(matches, 50);
+}
+
+// Terms that almost stand at very many places, so that comparing at each of them is given up.
+TEST_P(AgreesWithTrial, WhereComparingIsGivenUp)
+{
+    Random random(GetParam());
+    static const std::vector<std::string> units = {"a", "ab", "aab", "abaab", "a b", "ab-ab ", "abcabd"};
+    for (int i = 0; i < 60; ++i) {
+        const std::string unit = oneOf(random, units);
+        std::string term = repeated(unit, (150 + below(random, 400)) / unit.size());
+        const std::string text = repeated(unit, 6000 / unit.size());
+        std::string broken = text;
+        for (std::size_t at = below(random, 700); at < broken.size(); at += 300 + below(random, 700))
+            broken[at] = "ab "[below(random, 3)];
+        if (below(random, 2) == 0)
+            term[below(random, 3) == 0 ? 0 : below(random, term.size())] = "ab "[below(random, 3)];
+        const std::string end = broken.substr(0, below(random, 50)) + term + (below(random, 2) == 0 ? " " : unit);
+        Info info(std::set<libType>{});
+        info.parseTree.groups.emplace_back();
+        info.parseTree.groups.back().terms = {toTerm(term)};
+        const LibraryResultCategorizer categorizer(info);
+        const test::PlainOracle oracle(info);
+        ASSERT_NO_FATAL_FAILURE(expectSame(info, categorizer, oracle, text, broken));
+        ASSERT_NO_FATAL_FAILURE(expectSame(info, categorizer, oracle, broken, text + end));
+        ASSERT_NO_FATAL_FAILURE(expectSame(info, categorizer, oracle, text + end, broken + end));
+        ASSERT_NO_FATAL_FAILURE(expectSame(info, categorizer, oracle, broken, broken + " " + end));
+    }
+}
+
+// Keywords so long that they are lowered only where they may hold a term, around the letters that more
+// than their capitals become.
+TEST_P(AgreesWithTrial, OnLongKeywords)
+{
+    const Alphabet alphabet = {"",
+                               {U"a", U"b", U"I", U"k", U"é", U"\u212A", U"\u0130", U"-", U"@", U"7"},
+                               {"a", "A", "b", "B",  "i", "I", "\u0130", "k",    "K",    "\u212A",
+                                "é", "É", "-", "\r", "`", "@", "7",      "\x17", "\xC4", "\xE2\x84"},
+                               6,
+                               90};
+    Random random(GetParam());
+    Pool pool(alphabet, GetParam());
+    int matches = 0;
+    for (int i = 0; i < 2000; ++i) {
+        Info info = pool.search();
+        std::string name = pool.text();
+        std::string keywords = pool.text();
+        std::erase(name, '\r');
+        if (below(random, 8) != 0)
+            std::erase(keywords, '\r');
+        if (below(random, 2) == 0)
+            keywords.insert(
+                below(random, keywords.size() + 1),
+                test::lowered(info.parseTree.groups[0].terms.empty() ? U"" : info.parseTree.groups[0].terms[0]));
+        const LibraryResultCategorizer categorizer(info);
+        const test::PlainOracle oracle(info);
+        ASSERT_NO_FATAL_FAILURE(expectSame(info, categorizer, oracle, name, keywords));
+        ASSERT_NO_FATAL_FAILURE(expectSame(info, categorizer, oracle, "", keywords));
+        matches += categorizer.categorizeItemResult("", keywords) != Invalid ? 1 : 0;
+    }
+    EXPECT_GT(matches, 100);
+}
+
+TEST_P(AgreesWithTrial, OnTextsWithBreaks)
+{
+    Random random(GetParam());
+    for (int i = 0; i < 2000; ++i) {
+        std::string text = repetitive(random, 1 + below(random, 120));
+        for (std::size_t j = below(random, 3); j > 0; --j)
+            text[below(random, text.size())] = "\n\r"[below(random, 2)];
+        Info info(std::set<libType>{});
+        info.parseTree.groups.emplace_back();
+        info.parseTree.groups.back().terms = {toTerm(partOf(random, text, 120))};
+        const LibraryResultCategorizer categorizer(info);
+        const test::PlainOracle oracle(info);
+        ASSERT_NO_FATAL_FAILURE(expectSame(info, categorizer, oracle, text, repetitive(random, 30)));
+        ASSERT_NO_FATAL_FAILURE(expectSame(info, categorizer, oracle, repetitive(random, 30), text));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Categorizer, AgreesWithTrial, testing::Values(1U, 2U, 3U, 4U));
+
+TEST(RatingOracle, BothFormsAreOne)
+{
+    Random random(5);
+    for (const Alphabet& alphabet : alphabets) {
+        Pool pool(alphabet, 6);
+        for (int i = 0; i < 15; ++i) {
+            const Info info = pool.search();
+            const test::RegexOracle patterns(info);
+            const test::PlainOracle trial(info);
+            for (int j = 0; j < 10; ++j) {
+                const std::string name = pool.text();
+                const std::string keywords = pool.text();
+                ASSERT_EQ(patterns.item(name, keywords), trial.item(name, keywords))
+                    << describe(info) << " name " << printable(name) << " keywords " << printable(keywords);
+            }
+        }
+    }
+}
+
+}  // namespace

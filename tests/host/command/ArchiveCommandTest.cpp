@@ -1,0 +1,156 @@
+// Packing, unpacking and merging, through the real program.
+#include "host/fixtures/Fixtures.h"
+#include "host/fixtures/ProgramRun.h"
+#include "support/ScriptedServer.h"
+
+#include <VelkCommon/Archive/ZipUtils.h>
+#include <VelkCommon/Files/FileUtils.h>
+
+#include <string>
+
+using test::ProgramRun;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+namespace {
+
+class ArchiveCommand : public test::TestHost
+{
+protected:
+    ArchiveCommand()
+    {
+        FileUtils::createDirectoriesWithPerm(work_ / U"files/sub");
+        test::writeFile(work_ / U"house.calib", "database");
+        test::writeFile(work_ / U"files/a.png", "picture");
+        test::writeFile(work_ / U"files/sub/K\u00FCche.txt", "text");
+    }
+
+    ProgramRun velk(const std::vector<std::string>& arguments) const
+    {
+        ProgramRun run = test::runProgram(work_, arguments);
+        EXPECT_FALSE(run.crashed) << run.errors;
+        return run;
+    }
+
+    void pack() const
+    {
+        EXPECT_EQ(velk({"catalog", "pack", "house.calib", "--files", "files", "-o", "house.calibz"}).exitCode, 0);
+    }
+
+    static std::vector<std::string> namesIn(const fileString& archive)
+    {
+        std::vector<std::string> names;
+        for (const fileString& name : ZipUtils::getFilenamesInArchive(archive))
+            names.push_back(name.utf8());
+        return names;
+    }
+
+    fileString work_ = folder() / U"work";
+};
+
+TEST_F(ArchiveCommand, PacksALibraryWithItsFiles)
+{
+    const ProgramRun run = velk({"catalog", "pack", "house.calib", "--files", "files", "-o", "house.calibz"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_THAT(run.output, HasSubstr("house.calibz: a library and 2 files, "));
+    EXPECT_THAT(namesIn(work_ / U"house.calibz"), ElementsAre("house.calib", "a.png", "sub/K\u00FCche.txt"));
+}
+
+TEST_F(ArchiveCommand, UnpacksWhatWasPacked)
+{
+    pack();
+    const ProgramRun run = velk({"unpack", "house.calibz", "-o", "new/folder"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_THAT(run.output, HasSubstr("house.calib: 0 KB\n"));
+    EXPECT_THAT(run.output, HasSubstr("house.zip: 0 KB, 2 entries\n"));
+    EXPECT_THAT(test::listFolder(work_ / U"new/folder"), ElementsAre("house.calib", "house.zip"));
+    EXPECT_EQ(test::readFile(work_ / U"new/folder/house.calib"), "database");
+    EXPECT_THAT(namesIn(work_ / U"new/folder/house.zip"), ElementsAre("a.png", "sub/K\u00FCche.txt"));
+}
+
+TEST_F(ArchiveCommand, UnpacksIntoTheCurrentFolder)
+{
+    pack();
+    FileUtils::removePath(work_ / U"house.calib", 0);
+    EXPECT_EQ(velk({"unpack", "house.calibz"}).exitCode, 0);
+    EXPECT_THAT(test::listFolder(work_), testing::IsSupersetOf({"house.calib", "house.calibz", "house.zip"}));
+}
+
+TEST_F(ArchiveCommand, UnpacksFromAnAddress)
+{
+    pack();
+    test::ScriptedServer server;
+    server.on("/plain.calibz", test::Reply::file(test::readFile(work_ / U"house.calibz"), "tag"));
+    EXPECT_EQ(velk({"unpack", server.url("/plain.calibz?x=/y"), "-o", "out"}).exitCode, 0);
+    EXPECT_THAT(test::listFolder(work_ / U"out"), ElementsAre("plain.calib", "plain.zip"));
+    const ProgramRun missing = velk({"unpack", server.url("/missing.calibz"), "-o", "none"});
+    EXPECT_EQ(missing.exitCode, 4);
+    EXPECT_THAT(missing.errors, HasSubstr("cannot be downloaded (HTTP status 404)"));
+    EXPECT_FALSE((work_ / U"none").pathExists());
+}
+
+TEST_F(ArchiveCommand, SaysWhyItCannotUnpack)
+{
+    const ProgramRun missing = velk({"unpack", "missing.calibz"});
+    EXPECT_EQ(missing.exitCode, 4);
+    EXPECT_THAT(missing.errors, HasSubstr("missing.calibz: there is no such file"));
+    test::writeZip(work_ / U"empty.calibz", {{"a.png", "picture"}});
+    const ProgramRun empty = velk({"unpack", "empty.calibz", "-o", "none"});
+    EXPECT_EQ(empty.exitCode, 4);
+    EXPECT_THAT(empty.errors, HasSubstr("is no packed library"));
+    EXPECT_FALSE((work_ / U"none").pathExists());
+    EXPECT_EQ(velk({"unpack"}).exitCode, 2);
+}
+
+TEST_F(ArchiveCommand, AFailureKeepsOlderFiles)
+{
+    test::writeZip(work_ / U"house.calibz", {{"a.png", "picture"}});
+    EXPECT_EQ(velk({"unpack", "house.calibz"}).exitCode, 4);
+    EXPECT_EQ(test::readFile(work_ / U"house.calib"), "database");
+    EXPECT_FALSE((work_ / U"house.zip").pathExists());
+}
+
+TEST_F(ArchiveCommand, MergesAndKeepsItsSource)
+{
+    test::writeZip(work_ / U"source.zip", {{"a", "source"}, {"b", "source"}});
+    test::writeZip(work_ / U"dest.zip", {{"b", "dest"}, {"c", "dest"}});
+    const ProgramRun run = velk({"textures", "merge", "source.zip", "dest.zip"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(run.output, "dest.zip: 3 entries\n");
+    EXPECT_THAT(namesIn(work_ / U"dest.zip"), UnorderedElementsAre("a", "b", "c"));
+    EXPECT_THAT(namesIn(work_ / U"source.zip"), ElementsAre("a", "b"));
+    EXPECT_EQ(velk({"textures", "merge", "source.zip", "new/dest.zip"}).exitCode, 0);
+    EXPECT_THAT(namesIn(work_ / U"new/dest.zip"), ElementsAre("a", "b"));
+}
+
+TEST_F(ArchiveCommand, SaysWhyItCannotMerge)
+{
+    test::writeZip(work_ / U"source.zip", {{"a", "source"}});
+    test::writeFile(work_ / U"text.zip", "no archive");
+    EXPECT_THAT(velk({"textures", "merge", "missing.zip", "dest.zip"}).errors, HasSubstr("there is no such file"));
+    EXPECT_THAT(velk({"textures", "merge", "text.zip", "dest.zip"}).errors, HasSubstr("is no readable zip archive"));
+    const ProgramRun run = velk({"textures", "merge", "source.zip", "text.zip"});
+    EXPECT_EQ(run.exitCode, 4);
+    EXPECT_THAT(run.errors, HasSubstr("is no zip archive that can be added to"));
+    EXPECT_EQ(test::readFile(work_ / U"text.zip"), "no archive");
+    EXPECT_FALSE((work_ / U"dest.zip").pathExists());
+}
+
+TEST_F(ArchiveCommand, SaysWhyItCannotPack)
+{
+    test::writeFile(work_ / U"house.calibz", "old");
+    const auto pack = [&](const std::string& catalog, const std::string& files) {
+        const ProgramRun run = velk({"catalog", "pack", catalog, "--files", files, "-o", "house.calibz"});
+        EXPECT_EQ(run.exitCode, 4) << run.output;
+        return run.errors;
+    };
+    EXPECT_THAT(pack("missing.calib", "files"), HasSubstr("missing.calib"));
+    EXPECT_THAT(pack("files/a.png", "files"), HasSubstr("must end with \".calib\""));
+    EXPECT_THAT(pack("house.calib", "missing"), HasSubstr("missing: is no folder"));
+    EXPECT_THAT(pack("house.calib", "."), HasSubstr("is another library"));
+    EXPECT_EQ(test::readFile(work_ / U"house.calibz"), "old");
+}
+
+}  // namespace

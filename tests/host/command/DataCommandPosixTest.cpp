@@ -1,0 +1,63 @@
+#include "host/fixtures/Fixtures.h"
+
+#include "host/installation/Filters.h"
+#include "host/installation/Manufacturers.h"
+#include "host/support/InstallHost.h"
+#include "support/Processes.h"
+
+#include <VelkCommon/Files/FileUtils.h>
+
+#include <sys/stat.h>
+
+using testing::HasSubstr;
+
+namespace {
+
+/// An installation whose data files its user may read only.
+class ReadOnlyData : public test::TestHost
+{
+protected:
+    ReadOnlyData()
+    {
+        for (const char32_t* name : {U"core", U"manufacturer-data"})
+            FileUtils::createDirectoriesWithPerm(home() / name);
+        EXPECT_EQ(::chmod(folder().utf8().c_str(), 0777), 0);
+    }
+
+    fileString home() const { return folder() / U"home"; }
+
+    /// Runs `change`, which must be refused, in that installation.
+    void expectRefusal(const fileString& file, const std::string& text, const std::function<void()>& change,
+                       const char* reason) const
+    {
+        test::writeFile(file, text);
+        ASSERT_EQ(::chmod(file.utf8().c_str(), 0444), 0);
+        test::asOrdinaryUser([&] {
+            VelkHost::installHost(home());
+            EXPECT_THAT(test::reasonOf(change), HasSubstr(reason));
+        });
+        EXPECT_EQ(test::readFile(file), text);
+    }
+};
+
+TEST_F(ReadOnlyData, KeepsItsFilters)
+{
+    expectRefusal(
+        home() / U"core" / U"catalog_filters.json",
+        R"({"Current_Filter": 1, "Filter": {"Filter_Name": "A", "Filter_Id": 1, "Database_Ids": ["x"]}})",
+        [] { VelkHost::addToFilter("B", {"y"}); }, "the filters could not be saved");
+}
+
+TEST_F(ReadOnlyData, KeepsItsManufacturers)
+{
+    expectRefusal(
+        home() / U"manufacturer-data" / U"manufacturer_data.json",
+        R"({"Version": "42", "Last_Modified": "20260301T140559",
+            "Manufacturer_1": {"Id": 1, "Last_Modified": "20260301T140559", "Name": "A"}})",
+        [] {
+            VelkHost::editCard(1, {{{"name", "B"}}, {}, false});
+        },
+        "cannot be written");
+}
+
+}  // namespace

@@ -1,0 +1,404 @@
+#include "host/fixtures/Fixtures.h"
+#include "host/fixtures/ProgramRun.h"
+
+#include "host/catalog/CatalogFile.h"
+#include "host/installation/CatalogInstaller.h"
+#include "host/service/Publisher.h"
+#include "host/service/SiteService.h"
+#include "support/ScriptedServer.h"
+#include "support/ZipBuilder.h"
+
+#include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Files/SHA1.h>
+#include <VelkLibrary/CatalogDownloadProtocol.h>
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QProcess>
+
+#include <csignal>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <utility>
+
+using test::ProgramRun;
+using test::Reply;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace {
+
+/// A small catalog's file, named so.
+std::string catalogBytes(const std::string& name)
+{
+    const test::TemporaryFolder folder;
+    VelkHost::Catalog catalog = test::smallCatalog();
+    catalog.name = name;
+    VelkHost::writeCatalog(catalog, folder / U"catalog.calib");
+    return test::readFile(folder / U"catalog.calib");
+}
+
+std::string sha1(const std::string& bytes)
+{
+    const test::TemporaryFolder folder;
+    test::writeFile(folder / U"bytes", bytes);
+    return SHA1::fileContentsToSHA1Hex(folder / U"bytes");
+}
+
+/// The real program against a service in this process.
+class UpdateCommand : public test::TestHost
+{
+    std::mutex mutex_;
+    std::map<std::string, Reply> answers_;  // before the server, whose threads use them
+
+protected:
+    UpdateCommand()
+    {
+        server.on("/api", [this](const test::SeenRequest& request) {
+            const std::lock_guard lock(mutex_);
+            const auto found = answers_.find(request.parameter("library"));
+            if (found != answers_.end())
+                return found->second;
+            return request.parameter("library").empty() ? Reply{} : Reply{.status = 404};
+        });
+    }
+
+    void answer(const std::string& library, Reply reply)
+    {
+        const std::lock_guard lock(mutex_);
+        answers_[library] = std::move(reply);
+    }
+
+    void publish(const std::string& library, const std::string& bytes)
+    {
+        answer(library, Reply::file(bytes, sha1(bytes)));
+    }
+
+    std::vector<std::string> arguments(std::vector<std::string> more = {}) const
+    {
+        std::vector<std::string> all{"update", "--service", server.url("/api?key=k"), "--home", "home"};
+        all.insert(all.end(), more.begin(), more.end());
+        return all;
+    }
+
+    ProgramRun update(std::vector<std::string> more = {}) const
+    {
+        ProgramRun run = test::runProgram(folder(), arguments(std::move(more)));
+        EXPECT_FALSE(run.crashed) << run.errors;
+        return run;
+    }
+
+    fileString home() const { return folder() / U"home"; }
+
+    test::ScriptedServer server;
+};
+
+TEST_F(UpdateCommand, FillsAnEmptyInstallation)
+{
+    const std::string plants = catalogBytes("Plants");
+    const std::string garden = catalogBytes("Garden");
+    publish("Standard_Core_Content_Index.txt", "plants.calib\n");
+    publish("plants.calib", plants);
+    answer("garden.calibz",
+           Reply::file(test::ZipBuilder().add("x.calib", garden).add("oak.png", "texture").bytes(), "edition1"));
+    ProgramRun run = update({"--bonus", "garden"});
+    EXPECT_EQ(run.exitCode, 0) << run.errors;
+    EXPECT_EQ(run.errors, "");
+    EXPECT_THAT(run.output, HasSubstr("installed  " + (home() / U"core" / U"plants.calib").utf8() + "\n"));
+    EXPECT_THAT(run.output, HasSubstr("installed  " + (home() / U"bonus" / U"garden.calib").utf8() + "\n"));
+    EXPECT_EQ(test::readFile(home() / U"core" / U"plants.calib"), plants);
+    EXPECT_EQ(test::readFile(home() / U"bonus" / U"garden.calib"), garden);
+    EXPECT_THAT(test::listFolder(home() / U"referenced"), ElementsAre("garden.zip"));
+    run = update();
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.output, "Everything is up to date.\n");
+    EXPECT_THAT(test::listFolder(home() / U"temp"), IsEmpty());
+}
+
+TEST_F(UpdateCommand, TrustsTheCertificatesItIsGiven)
+{
+    const test::TestAuthority authority;
+    test::ScriptedServer secure(authority.issue());
+    secure.on("/api", Reply{.status = 304});
+    const std::vector<std::string> arguments{"update", "--service", secure.url("/api?key=k"), "--home", "home"};
+    EXPECT_EQ(test::runProgram(folder(), arguments).exitCode, 6);
+    EXPECT_THAT(secure.requests(), IsEmpty());
+    test::writeFile(folder() / U"authority.pem", authority.certificate());
+    qputenv("VELK_CERTIFICATES", "authority.pem");
+    test::runProgram(folder(), arguments);
+    qunsetenv("VELK_CERTIFICATES");
+    EXPECT_FALSE(secure.requests().empty());
+}
+
+TEST_F(UpdateCommand, TellsScripts)
+{
+    publish("Standard_Core_Content_Index.txt", "Küche 2.calib\n");
+    publish("Küche 2.calib", catalogBytes("Kitchen"));
+    const ProgramRun run = update({"--format", "json"});
+    EXPECT_EQ(run.exitCode, 0);
+    const QJsonObject object = run.json();
+    EXPECT_EQ(object[QStringLiteral("outcome")].toString().toStdString(), "installed");
+    EXPECT_EQ(object[QStringLiteral("updated")].toArray().at(0).toString().toStdString(), "Küche 2");
+    EXPECT_EQ(object[QStringLiteral("installed")].toArray().at(0).toString().toStdString(),
+              (home() / U"core" / U"Küche 2.calib").utf8());
+    EXPECT_TRUE(object[QStringLiteral("kept")].toArray().isEmpty());
+    EXPECT_GT(object[QStringLiteral("kilobytes")].toDouble(), 0);
+    EXPECT_EQ(object[QStringLiteral("resultCode")].toDouble(), 0x10369189);
+}
+
+TEST_F(UpdateCommand, KeepsACatalogWhenWhatComesIsNone)
+{
+    const std::string installed = catalogBytes("Plants");
+    FileUtils::createDirectoriesWithPerm(home() / U"core");
+    test::writeFile(home() / U"core" / U"plants.calib", installed);
+    publish("Standard_Core_Content_Index.txt", "");
+    publish("plants.calib", "<html>" + std::string(5'000, 'x'));
+    ProgramRun run = update();
+    EXPECT_EQ(run.exitCode, 6);
+    EXPECT_THAT(run.output, HasSubstr("kept       " + (home() / U"core" / U"plants.calib").utf8()));
+    EXPECT_EQ(test::readFile(home() / U"core" / U"plants.calib"), installed);
+    // The service repairs itself: the catalog must come although its first version was fetched.
+    const std::string repaired = catalogBytes("Plants 2");
+    publish("plants.calib", repaired);
+    EXPECT_EQ(update().exitCode, 0);
+    EXPECT_EQ(test::readFile(home() / U"core" / U"plants.calib"), repaired);
+}
+
+TEST_F(UpdateCommand, AsksAgainForWhatCouldNotBeInstalled)
+{
+    const std::string installed = catalogBytes("Plants");
+    FileUtils::createDirectoriesWithPerm(home() / U"core");
+    test::writeFile(home() / U"core" / U"plants.calib", installed);
+    publish("Standard_Core_Content_Index.txt", "");
+    const std::string page = "<html>" + std::string(5'000, 'x');
+    publish("plants.calib", page);
+    update();
+    server.forgetRequests();
+    update();
+    EXPECT_EQ(server.requests("/api").back().header("If-None-Match"), "\"" + sha1(installed) + "\"");
+}
+
+TEST_F(UpdateCommand, UpdatesTheKindsThatAreNamed)
+{
+    FileUtils::createDirectoriesWithPerm(home() / U"core");
+    FileUtils::createDirectoriesWithPerm(home() / U"bonus");
+    test::writeFile(home() / U"core" / U"a.calib", catalogBytes("A"));
+    test::writeFile(home() / U"bonus" / U"b.calib", catalogBytes("B"));
+    const auto asked = [this] {
+        std::vector<std::string> names;
+        for (const auto& request : server.requests("/api"))
+            if (request.method == "HEAD" && !request.parameter("library").empty())
+                names.push_back(request.parameter("library"));
+        server.forgetRequests();
+        return names;
+    };
+    publish("Standard_Core_Content_Index.txt", "");
+    update({"--kinds", "bonus"});
+    EXPECT_THAT(asked(), ElementsAre("b.calibz"));
+    update({"--kinds", "core"});
+    EXPECT_THAT(asked(), ElementsAre("a.calib"));
+    update({"--manual"});
+    EXPECT_THAT(asked(), ElementsAre("a.calib"));
+    update({"--kinds", "core,bonus", "--product", "planner", "--version", "7 beta"});
+    EXPECT_EQ(server.requests("/api").back().parameter("product"), "planner");
+    EXPECT_EQ(server.requests("/api").back().parameter("version"), "7 beta");
+}
+
+TEST_F(UpdateCommand, AsksForTheIndexOfTheEdition)
+{
+    publish("Grand_Core_Content_Index.txt", "");
+    EXPECT_EQ(update({"--edition", "Grand"}).exitCode, 0);
+}
+
+TEST_F(UpdateCommand, SaysWhereTheReasonsAre)
+{
+    const test::RefusingPort nobody;
+    const ProgramRun run = test::runProgram(folder(), {"update", "--service", nobody.url(), "--home", "home"});
+    EXPECT_EQ(run.exitCode, 6);
+    EXPECT_THAT(run.output, HasSubstr((home() / U"user" / U"errors.log").utf8()));
+    EXPECT_THAT(test::readFile(home() / U"user" / U"errors.log"), HasSubstr("Unable to determine api endpoint"));
+}
+
+TEST_F(UpdateCommand, RefusesACommandLineThatMakesNoSense)
+{
+    EXPECT_EQ(test::runProgram(folder(), {"update"}).exitCode, 2);
+    EXPECT_EQ(test::runProgram(folder(), {"update", "--service", "file:///etc/passwd"}).exitCode, 2);
+    EXPECT_EQ(update({"--kinds", "core,user"}).exitCode, 2);
+    EXPECT_EQ(update({"--kinds", "bonus", "--manual"}).exitCode, 2);
+    EXPECT_THAT(server.requests(), IsEmpty());
+}
+
+#ifndef _WIN32
+TEST_F(UpdateCommand, EndsCleanlyOnCtrlC)
+{
+    const std::string installed = catalogBytes("Plants");
+    FileUtils::createDirectoriesWithPerm(home() / U"core");
+    test::writeFile(home() / U"core" / U"plants.calib", installed);
+    publish("Standard_Core_Content_Index.txt", "");
+    const test::Gate gate;
+    Reply slow = Reply::file(catalogBytes("Plants 2"), "new");
+    slow.block = 1'000;
+    slow.beforeBlock = gate;
+    answer("plants.calib", slow);
+    QProcess velk;
+    velk.setWorkingDirectory(QString::fromStdString(folder().utf8()));
+    QStringList list;
+    for (const std::string& argument : arguments())
+        list.append(QString::fromStdString(argument));
+    velk.start(QStringLiteral(VELK_PROGRAM), list);
+    ASSERT_TRUE(velk.waitForStarted());
+    gate.waitForArrivals(1);
+    ::kill(static_cast<pid_t>(velk.processId()), SIGINT);
+    ASSERT_TRUE(velk.waitForFinished());
+    test::Gate(gate).openForGood();
+    EXPECT_EQ(velk.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(velk.exitCode(), 7);
+    EXPECT_EQ(velk.readAllStandardOutput().toStdString(), "Cancelled.\n");
+    EXPECT_EQ(test::readFile(home() / U"core" / U"plants.calib"), installed);
+    EXPECT_THAT(test::listFolder(home() / U"temp" / U"velk.downloads.core"), IsEmpty());
+}
+#endif
+
+// ---- With the real publisher and service ---------------------------------------------------------
+
+class UpdateFromSite : public test::TestHost
+{
+protected:
+    UpdateFromSite()
+    {
+        for (const char32_t* const name : {U"core", U"bonus", U"referenced"})
+            FileUtils::createDirectoriesWithPerm(folder() / U"publish" / name);
+    }
+
+    /// Publishes the folder and serves the site until the end of the test.
+    void publish()
+    {
+        VelkHost::publish(folder() / U"publish", folder() / U"site");
+        if (service_)
+            return;
+        VelkHost::ServiceOptions options;
+        options.site = folder() / U"site";
+        options.served = [this](const VelkHost::ServedRequest& request) {
+            const std::lock_guard lock(mutex_);
+            if (request.method == "GET" && request.target.find("Index.txt") == std::string::npos)
+                fetched_.push_back(request.target);
+        };
+        service_ = std::make_unique<VelkHost::SiteService>(options);
+    }
+
+    ProgramRun update(const std::string& home, std::vector<std::string> more = {}) const
+    {
+        std::vector<std::string> arguments{"update", "--service", service_->address(), "--home", home};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return test::runProgram(folder(), arguments);
+    }
+
+    /// What was downloaded since the last question.
+    std::vector<std::string> fetched()
+    {
+        const std::lock_guard lock(mutex_);
+        return std::exchange(fetched_, {});
+    }
+
+    fileString in(const char32_t* first, const char32_t* second, const char32_t* third) const
+    {
+        return folder() / first / second / third;
+    }
+
+private:
+    std::mutex mutex_;
+    std::vector<std::string> fetched_;
+    std::unique_ptr<VelkHost::SiteService> service_;
+};
+
+TEST_F(UpdateFromSite, TagsAndHashesAgreeOnEveryPath)
+{
+    const std::string plants = catalogBytes("Plants");
+    const std::string garden = catalogBytes("Garden");
+    const std::string textures = test::ZipBuilder().add("oak.png", std::string(3'000, 'o')).bytes();
+    test::writeFile(in(U"publish", U"core", U"Küche 2.calib"), plants);
+    test::writeFile(in(U"publish", U"referenced", U"textures.zip"), textures);
+    test::writeFile(in(U"publish", U"bonus", U"garden.calibz"),
+                    test::ZipBuilder().add("garden.calib", garden).add("oak.png", "texture").bytes());
+    publish();
+
+    EXPECT_EQ(update("home", {"--bonus", "garden"}).exitCode, 0);
+    EXPECT_EQ(fetched().size(), 3u);
+    EXPECT_EQ(test::readFile(in(U"home", U"core", U"Küche 2.calib")), plants);
+    EXPECT_EQ(test::readFile(in(U"home", U"bonus", U"garden.calib")), garden);
+    EXPECT_EQ(test::readFile(in(U"home", U"referenced", U"textures.zip")), textures);
+    EXPECT_EQ(update("home").output, "Everything is up to date.\n");
+    EXPECT_THAT(fetched(), IsEmpty()) << "after an update";
+
+    for (const char32_t* const name : {U"core", U"bonus", U"referenced"})
+        FileUtils::createDirectoriesWithPerm(folder() / U"fresh" / name);
+    test::writeFile(in(U"fresh", U"core", U"Küche 2.calib"), plants);
+    test::writeFile(in(U"fresh", U"bonus", U"garden.calib"), garden);
+    test::writeFile(in(U"fresh", U"referenced", U"textures.zip"), textures);
+    EXPECT_EQ(update("fresh").output, "Everything is up to date.\n");
+    EXPECT_THAT(fetched(), IsEmpty()) << "with the publisher's own catalogs, and no hash file";
+
+    const std::string changed = catalogBytes("Plants 2");
+    test::writeFile(in(U"publish", U"core", U"Küche 2.calib"), changed);
+    publish();
+    EXPECT_EQ(update("home").exitCode, 0);
+    EXPECT_THAT(fetched(), ElementsAre(HasSubstr("K%C3%BCche%202.calib"))) << "only what has changed";
+    EXPECT_EQ(test::readFile(in(U"home", U"core", U"Küche 2.calib")), changed);
+}
+
+// ---- Installing by itself ------------------------------------------------------------------------
+
+class CatalogInstaller : public test::TestHost
+{
+protected:
+    fileString core() const { return folder() / U"core"; }
+};
+
+TEST_F(CatalogInstaller, ReplacesAndAdds)
+{
+    test::writeFile(core() / U"a.calib", "old");
+    const std::string first = catalogBytes("A");
+    const std::string second = catalogBytes("B");
+    test::writeFile(folder() / U"1.calib", first);
+    test::writeFile(folder() / U"2.calib", second);
+    VelkHost::CatalogInstaller installer;
+    EXPECT_TRUE(installer.install({core() / U"a.calib", folder() / U"1.calib"}));
+    EXPECT_TRUE(installer.install({folder() / U"new" / U"folder" / U"b.calib", folder() / U"2.calib"}));
+    EXPECT_EQ(test::readFile(core() / U"a.calib"), first);
+    EXPECT_EQ(test::readFile(folder() / U"new" / U"folder" / U"b.calib"), second);
+    EXPECT_FALSE((folder() / U"1.calib").pathExists());
+    EXPECT_THAT(installer.installed(), ElementsAre(core() / U"a.calib", folder() / U"new" / U"folder" / U"b.calib"));
+    EXPECT_THAT(installer.failures(), IsEmpty());
+}
+
+TEST_F(CatalogInstaller, KeepsTheOldOneOnFailure)
+{
+    test::writeFile(core() / U"a.calib", "old");
+    test::writeFile(folder() / U"1.calib", catalogBytes("A").substr(0, 5'000));
+    VelkHost::CatalogInstaller installer;
+    EXPECT_FALSE(installer.install({core() / U"a.calib", folder() / U"1.calib"}));
+    EXPECT_FALSE(installer.install({core() / U"a.calib", folder() / U"missing.calib"}));
+    EXPECT_EQ(test::readFile(core() / U"a.calib"), "old");
+    ASSERT_EQ(installer.failures().size(), 2u);
+    EXPECT_EQ(installer.failures()[0].catalog, core() / U"a.calib");
+    EXPECT_THAT(installer.failures()[0].reason, HasSubstr("what the service sent is no library"));
+}
+
+TEST_F(CatalogInstaller, TakesFailuresOutOfTheHashFile)
+{
+    using namespace LibraryCatalogUpdate;
+    test::writeFile(core() / U"a.calib", "old");
+    test::writeFile(core() / U"b.calib", "old");
+    test::writeFile(core() / U"catalog_hash.txt", "a.calib:new\nb.calib:1\n");
+    VelkHost::CatalogInstaller installer;
+    installer.install({core() / U"a.calib", folder() / U"missing.calib"});
+    installer.finish();
+    CatalogTable catalogs;
+    readCatalogHashFile(core() / U"catalog_hash.txt", catalogs, CoreCatalogs);
+    ASSERT_EQ(catalogs.size(), 1u);
+    EXPECT_EQ(catalogs.begin()->first, fileString(std::u32string(U"b.calib")));
+}
+
+}  // namespace

@@ -1,0 +1,263 @@
+#include "host/fixtures/Fixtures.h"
+#include "host/fixtures/ProgramRun.h"
+
+#include "host/catalog/CatalogFile.h"
+
+#include <VelkCommon/Files/FileUtils.h>
+
+using test::ProgramRun;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+namespace {
+
+/// Runs the real program in a folder of its own.
+class VelkProgram : public test::TestHost
+{
+protected:
+    ProgramRun velk(const std::vector<std::string>& arguments) const
+    {
+        ProgramRun run = test::runProgram(folder(), arguments);
+        EXPECT_FALSE(run.crashed) << run.errors;
+        return run;
+    }
+
+    std::string path(const std::u32string& name) const { return (folder() / name).utf8(); }
+
+    /// A furniture library with one item in two languages.
+    void writeFurniture(const std::u32string& name) const
+    {
+        test::writeZip(
+            folder() / name,
+            {{"PluginFurnitureCatalog.properties",
+              "id=t\nname=Test\nname#1=Door\ncategory#1=Room\ntags#1=Seat\nname#2=Dining table\ncategory#2=Room\n"},
+             {"PluginFurnitureCatalog_de.properties", "name#1=T\\u00fcr\ncategory#1=Raum\ntags#1=Sitz\n"}});
+    }
+};
+
+TEST_F(VelkProgram, TeachesByExample)
+{
+    for (const std::vector<std::string>& arguments : {std::vector<std::string>{}, {"--help"}, {"-h"}}) {
+        const ProgramRun run = velk(arguments);
+        EXPECT_EQ(run.exitCode, 0);
+        EXPECT_THAT(run.output, HasSubstr("velk catalog sample -o sample.calib"));
+        EXPECT_THAT(run.output, HasSubstr("velk search chair --library sample.calib"));
+        EXPECT_EQ(run.errors, "");
+    }
+    EXPECT_THAT(velk({"search", "--help"}).output, HasSubstr("Exit codes"));
+    EXPECT_THAT(velk({"catalog", "build", "--help"}).output, HasSubstr("name_de"));
+}
+
+TEST_F(VelkProgram, SearchesTheSample)
+{
+    const ProgramRun made = velk({"catalog", "sample", "-o", "s.calib"});
+    EXPECT_EQ(made.exitCode, 0);
+    EXPECT_THAT(made.output, StartsWith("s.calib: Sample house (en), 40 items in 15 folders, 40 thumbnails, "));
+    const ProgramRun run = velk({"search", "dining", "chair", "--library", "s.calib"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_THAT(
+        run.output,
+        HasSubstr(
+            "1  ItemExactName  Dining chair  Sample house \u203A Furniture \u203A Seating \u203A Chairs  seat, oak\n"));
+    EXPECT_THAT(run.output, HasSubstr("1 hit. Rated 40 items and 15 folders of 1 library in "));
+    EXPECT_EQ(run.errors, "");
+}
+
+TEST_F(VelkProgram, SearchesInstalledLibraries)
+{
+    ProgramRun run = velk({"search", "chair"});
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_THAT(run.errors, HasSubstr("velk: no libraries are installed\n"));
+    EXPECT_THAT(run.errors, HasSubstr("velk catalog sample -o sample.calib"));
+    ASSERT_THAT(run.errors, HasSubstr("\n  " + folder().utf8()));
+    // The first folder named is that of the core libraries.
+    const std::size_t start = run.errors.find("\n  " + folder().utf8()) + 3;
+    const fileString core(run.errors.substr(start, run.errors.find('\n', start) - start));
+    FileUtils::createDirectoriesWithPerm(core);
+    VelkHost::writeCatalog(test::smallCatalog(), core / U"a.calib");
+    run = velk({"search", "chair"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_THAT(run.output, HasSubstr("4 hits. "));
+}
+
+TEST_F(VelkProgram, TellsWhetherThereAreHits)
+{
+    VelkHost::writeCatalog(test::smallCatalog(), folder() / U"a.calib");
+    EXPECT_EQ(velk({"search", "chair", "-l", "a.calib"}).exitCode, 0);
+    EXPECT_EQ(velk({"search", "zebra", "-l", "a.calib"}).exitCode, 1);
+    for (const char* text : {"", " ", "((", "\"", "NOT chair"})
+        EXPECT_EQ(velk({"search", text, "-l", "a.calib"}).exitCode, 1) << text;
+}
+
+TEST_F(VelkProgram, SearchesTheOthersWhenALibraryIsBroken)
+{
+    VelkHost::writeCatalog(test::smallCatalog(), folder() / U"a.calib");
+    test::writeFile(folder() / U"b.calib", "broken");
+    const ProgramRun run =
+        velk({"search", "chair", "--library", "none.calib", "--library", "b.calib", "--library", "a.calib"});
+    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_EQ(run.errors, "velk: none.calib: no such file\nvelk: b.calib: is no library catalog\n");
+    EXPECT_THAT(run.output, HasSubstr("4 hits. "));
+    EXPECT_EQ(velk({"search", "zebra", "-l", "b.calib"}).exitCode, 3);
+}
+
+TEST_F(VelkProgram, ShowsJson)
+{
+    VelkHost::writeCatalog(test::smallCatalog(), folder() / U"a.calib");
+    const ProgramRun run =
+        velk({"search", "chair", "-l", "a.calib", "--format", "json", "--kind", "items", "--limit", "1"});
+    const QJsonObject document = run.json();
+    EXPECT_EQ(document[QStringLiteral("found")].toInt(), 3);
+    EXPECT_EQ(document[QStringLiteral("ratedFolders")].toInt(), 0);
+    EXPECT_EQ(document[QStringLiteral("hits")][0][QStringLiteral("name")].toString(), QStringLiteral("Chair"));
+    EXPECT_TRUE(document[QStringLiteral("hits")][1].isUndefined());
+}
+
+TEST_F(VelkProgram, FindsTheItemWithAnId)
+{
+    VelkHost::writeCatalog(test::smallCatalog(), folder() / U"a.calib");
+    const ProgramRun run = velk({"search", "--id", "id#2", "-l", "a.calib"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_THAT(run.output, HasSubstr("1  Id     Office chair"));
+    EXPECT_THAT(run.output, HasSubstr("1 hit. Looked at 4 items of 1 library"));
+    EXPECT_EQ(velk({"search", "--id", "ID#2", "-l", "a.calib"}).exitCode, 1);
+}
+
+TEST_F(VelkProgram, MatchesWholeWordsInLegacySearches)
+{
+    VelkHost::writeCatalog(test::smallCatalog(), folder() / U"a.calib");
+    const ProgramRun run = velk({"search", "--legacy", "chair", "-l", "a.calib"});
+    EXPECT_THAT(run.output, HasSubstr("2 hits. "));
+    EXPECT_THAT(run.output, testing::Not(HasSubstr("Armchair")));
+}
+
+TEST_F(VelkProgram, TakesTextAsTyped)
+{
+    // Each is one argument that means something to some command line parser.
+    for (const char* text : {"[oak]", "[a,b]", "%%", "%x", "search", "catalog", "tour", "/h", "a=b", "\u6905"})
+        EXPECT_THAT(velk({"search", "--explain", "--", text}).output,
+                    HasSubstr("1. all of:  \"" + std::string(text) + "\"\n"))
+            << text;
+    EXPECT_EQ(velk({"search", "--explain", "--", "-"}).exitCode, 1);
+    EXPECT_THAT(velk({"search", "[oak]", "search", "--explain"}).output, HasSubstr("all of:  \"[oak]\", \"search\"\n"));
+    EXPECT_THAT(velk({"search", "--explain", "--", "-red", "chair"}).output,
+                HasSubstr("all of:  \"chair\"\n   none of: \"red\"\n"));
+}
+
+struct UsageCase
+{
+    const char* name;
+    std::vector<std::string> arguments;
+    const char* errors;  // which they hold
+};
+
+const UsageCase usageCases[] = {
+    {"UnknownCommand", {"serch", "chair"}, "velk: there is no command \"serch\"\nThe commands are search, catalog, "},
+    {"UnknownOption", {"search", "chair", "--bar"}, "--bar"},
+    {"NoText", {"search"}, "TEXT (what to look for) or --id is required"},
+    {"NoCatalogCommand", {"catalog"}, "See \"velk catalog --help\""},
+    {"NoOutput", {"catalog", "build", "a.csv"}, "--output is required"},
+    {"NoSource", {"catalog", "build", "-o", "a.calib"}, "SOURCE is required"},
+    {"BadKind", {"search", "a", "--kind", "things"}, "things not in {folders,items,all}"},
+    {"BadType", {"search", "a", "--type", "things"}, "things not in {core,manufacturer,bonus,user}"},
+    {"BadFormat", {"search", "a", "--format", "xml"}, "xml not in {table,json}"},
+    {"BadLimit", {"search", "a", "--limit", "many"}, "--limit"},
+    {"NegativeLimit", {"search", "a", "--limit=-1"}, "--limit"},
+    {"NoTourFolder", {"tour", "-o", "x"}, "FOLDER or --sample is required"},
+};
+
+class WrongUsage : public VelkProgram, public testing::WithParamInterface<UsageCase>
+{};
+
+TEST_P(WrongUsage, IsExplained)
+{
+    const ProgramRun run = velk(GetParam().arguments);
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.output, "");
+    EXPECT_THAT(run.errors, StartsWith("velk: "));
+    EXPECT_THAT(run.errors, HasSubstr(GetParam().errors));
+}
+
+INSTANTIATE_TEST_SUITE_P(CommandLines, WrongUsage, testing::ValuesIn(usageCases),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST_F(VelkProgram, BuildsFurnitureLibraries)
+{
+    writeFurniture(U"t.sh3f");
+    const ProgramRun run =
+        velk({"catalog", "build", "t.sh3f", "-o", "t.calib", "--language", "de", "--type", "bonus", "--name", "Mein"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_THAT(run.output, StartsWith("t.calib: Mein (de), 2 items in 2 folders, 0 thumbnails, "));
+    const VelkHost::Catalog catalog =
+        VelkHost::readCatalog(folder() / U"t.calib", VelkHost::CatalogContent::Everything);
+    EXPECT_EQ(catalog.kind, VelkHost::LibraryKind::Bonus);
+    EXPECT_EQ(catalog.items[0].name, "T\u00FCr");
+    EXPECT_THAT(velk({"search", "t\u00FCr", "-l", "t.calib", "--type", "bonus"}).output, HasSubstr("1 hit. "));
+    EXPECT_THAT(velk({"search", "t\u00FCr", "-l", "t.calib", "--type", "core"}).output, HasSubstr("0 hits. "));
+}
+
+TEST_F(VelkProgram, BuildsFromCsv)
+{
+    test::writeFile(folder() / U"p.csv", "name,category\n\"24\"\" cabinet\",Kitchen\n");
+    EXPECT_EQ(velk({"catalog", "build", "p.csv", "-o", "p.calib"}).exitCode, 0);
+    EXPECT_THAT(velk({"search", "24\"", "-l", "p.calib"}).output, HasSubstr("24\" cabinet  p \u203A Kitchen\n"));
+}
+
+TEST_F(VelkProgram, KeepsTheOldCatalogWhenABuildFails)
+{
+    VelkHost::writeCatalog(test::smallCatalog(), folder() / U"a.calib");
+    const std::string before = test::readFile(folder() / U"a.calib");
+    test::writeFile(folder() / U"bad.csv", "name,id\nChair,x\nDesk,x\n");
+    const std::vector<std::string> files = test::listFolder(folder());
+    const ProgramRun run = velk({"catalog", "build", "bad.csv", "-o", "a.calib"});
+    EXPECT_EQ(run.exitCode, 4);
+    EXPECT_EQ(run.errors, "velk: bad.csv: line 3: the id \"x\" stands twice; ids must differ\n");
+    EXPECT_EQ(run.output, "");
+    EXPECT_EQ(test::readFile(folder() / U"a.calib"), before);
+    EXPECT_EQ(test::listFolder(folder()), files);
+}
+
+TEST_F(VelkProgram, SaysWhyABuildFails)
+{
+    test::writeFile(folder() / U"text.sh3f", "no zip");
+    writeFurniture(U"t.sh3f");
+    const auto errors = [&](const std::vector<std::string>& arguments) {
+        const ProgramRun run = velk(arguments);
+        EXPECT_EQ(run.exitCode, 4);
+        return run.errors;
+    };
+    EXPECT_EQ(errors({"catalog", "build", "none.sh3f", "-o", "x.calib"}), "velk: none.sh3f: no such file\n");
+    EXPECT_EQ(errors({"catalog", "build", ".", "-o", "x.calib"}),
+              "velk: .: is a folder, not a file; give a furniture library (.sh3f) or a CSV file\n");
+    EXPECT_THAT(errors({"catalog", "build", "text.sh3f", "-o", "x.calib"}),
+                StartsWith("velk: text.sh3f: is not a sound zip archive"));
+    EXPECT_THAT(errors({"catalog", "build", "t.sh3f", "-o", "x.calib", "--language", "xx"}),
+                HasSubstr("has no names in \"xx\"; it has de"));
+    EXPECT_THAT(errors({"catalog", "build", "t.sh3f", "-o", "none/x.calib"}),
+                StartsWith("velk: none/x.calib: cannot be written"));
+    EXPECT_FALSE((folder() / U"x.calib").pathExists());
+}
+
+#ifdef __linux__
+TEST_F(VelkProgram, SaysThatItsOutputWasNotWritten)
+{
+    VelkHost::writeCatalog(test::smallCatalog(), folder() / U"a.calib");
+    const ProgramRun run = test::runProgram(folder(), {"search", "chair", "-l", "a.calib"}, "/dev/full");
+    EXPECT_EQ(run.exitCode, 5);
+    EXPECT_EQ(run.errors, "velk: the output cannot be written; is the disk full?\n");
+}
+#endif
+
+TEST_F(VelkProgram, LetsNoLibrarySteerTheTerminal)
+{
+    VelkHost::Catalog catalog = test::smallCatalog();
+    catalog.items[0].name = "chair\x1B]0;evil\x07";
+    catalog.items[0].keywords = "a\nb";
+    VelkHost::writeCatalog(catalog, folder() / U"a.calib");
+    const ProgramRun run = velk({"search", "chair", "-l", "a.calib"});
+    EXPECT_THAT(run.output, testing::Not(HasSubstr("\x1B")));
+    EXPECT_THAT(run.output, HasSubstr("chair\uFFFD]0;evil\uFFFD"));
+    EXPECT_THAT(velk({"search", "chair", "-l", "no\x1B[31m\n.calib"}).errors, testing::Not(HasSubstr("\x1B")));
+}
+
+}  // namespace

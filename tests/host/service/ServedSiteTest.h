@@ -1,0 +1,27 @@
+#pragma once
+
+#include "host/fixtures/PublishFixtures.h"
+#include "host/fixtures/ServiceRequests.h"
+
+#include "host/service/SiteService.h"
+#include "support/ScriptedServer.h"
+
+namespace test {
+
+/// A base for tests of what serves a site: one with something of everything is published.
+class ServedSiteTest : public PublishTest
+{
+protected:
+    ServedSiteTest();
+
+    /// The files that serviceRequests() expects.
+    ServedSite served() const;
+
+    /// To serve it with.
+    VelkHost::ServiceOptions options() const;
+
+    /// Writes a certificate for 127.0.0.1 with its key, and the authority's own as "authority.crt".
+    VelkHost::ServiceCertificate certificate(const TestAuthority& authority) const;
+};
+
+}  // namespace test
