@@ -11,7 +11,7 @@
 
 /// The user's library filters, the one in force, and the filter that the host may impose on system
 /// databases. One instance, made at the first use from the filter file; nothing is written but by
-/// saveFilters() and mergeFilters().
+/// saveFilters() and mergeFilters(). The file's content as a value is a FilterFile.
 ///
 /// The filter file, "catalog_filters.json" in the core library database folder, is UTF-8 JSON:
 ///
@@ -86,9 +86,6 @@ public:
 private:
     LibraryFilterManager();
 
-    static bool readFilterFile(const fileString& path, std::vector<LibraryFilter>& filters, long& currentId);
-    static void reportReadFault();
-    static bool writeFilterFile(const fileString& path, const std::vector<LibraryFilter>& filters, long currentId);
     const LibraryFilter* currentFilter() const;
 
     long currentFilterId_ = -1;

@@ -3,10 +3,11 @@
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/LockingFStream.h>
 #include <VelkCommon/Reporting/MessagingSystem.h>
+#include <VelkCommon/Text/StringConvert.h>
 
 #include <algorithm>
 #include <ios>
-#include <string_view>
+#include <stdexcept>
 #include <vector>
 
 namespace Library::detail {
@@ -35,19 +36,57 @@ std::string readWhole(const fileString& path)
     return text;
 }
 
-}  // namespace
-
-JsonNode readJsonFile(const fileString& path)
+// The file is in place by then. Where the system refuses these rights, other users cannot change it, which is no
+// reason to say that it was not written.
+void giveEveryoneAccess(const fileString& path)
 {
-    return json::read(readWhole(path));
+    try {
+        FileUtils::makeFileWritable(path);
+        FileUtils::setFilePermEveryoneFullAccess(path);
+    } catch (const std::exception&) {
+    }
 }
 
-bool isWritableOrReport(const fileString& path, const char* sourceFile, std::size_t line)
+}  // namespace
+
+std::string MemberPlace::text() const
 {
-    if (!FileUtils::pathExists(path) || FileUtils::canReplaceFile(path))
-        return true;
-    reportUnwritable(path, sourceFile, line);
-    return false;
+    std::string text = parent.empty() ? std::string() : '"' + std::string(parent) + "\".";
+    return text + '"' + std::string(key) + '"';
+}
+
+DataFileResult readDataFile(const fileString& path, const std::function<void(const JsonObject& root)>& readRoot)
+{
+    if (!path.pathExists())
+        return {DataFileFault::Missing, {}, {}};
+    try {
+        const JsonNode document = json::read(readWhole(path));
+        const auto* const root = boost::any_cast<JsonObject>(document.get());
+        if (root == nullptr)
+            return {DataFileFault::NotAnObject, {}, {}};
+        readRoot(*root);
+        return {};
+    } catch (const std::ios_base::failure&) {
+        return {DataFileFault::Unreadable, {}, {}};
+    } catch (const WrongMember& wrong) {
+        return {DataFileFault::WrongMember, wrong.member, wrong.expected};
+    }
+}
+
+DataFileResult writeDataFile(const fileString& path, const std::function<json_writer::Object()>& document)
+{
+    try {
+        const json_writer::Object root = document();
+        if (FileUtils::pathExists(path) && !FileUtils::canReplaceFile(path))
+            return {DataFileFault::MayNotBeReplaced, {}, {}};
+        json_writer::write_file(StringConvert::toStdUtf8String(path), root);
+    } catch (const std::out_of_range&) {
+        return {DataFileFault::NotRepresentable, {}, {}};
+    } catch (const std::runtime_error&) {
+        return {DataFileFault::NotWritten, {}, {}};
+    }
+    giveEveryoneAccess(path);
+    return {};
 }
 
 void reportUnwritable(const fileString& path, const char* sourceFile, std::size_t line)

@@ -3,16 +3,14 @@
 #include <VelkCommon/Files/fileString.h>
 #include <VelkLibrary/Export.h>
 #include <VelkLibrary/Manufacturer/Manufacturer.h>
-
-#include <boost/date_time/posix_time/posix_time_types.hpp>
+#include <VelkLibrary/Manufacturer/ManufacturerUpdate.h>
 
 #include <map>
-#include <memory>
 #include <string>
 
 /// The store of the manufacturers' cards, by their ids. One instance at a time, made at the first use from
-/// the data file; the file is written by saveModifiedManufacturers(), manageManufacturerData() and
-/// checkForManufacturerUpdates() only.
+/// the data file; the file is written by saveModifiedManufacturers(), manageManufacturerData(),
+/// checkForManufacturerUpdates() and updateManufacturers() only. Its content as a value is a ManufacturerFile.
 ///
 /// The data file, "manufacturer_data.json" in the manufacturer data folder, is UTF-8 JSON:
 ///
@@ -52,9 +50,9 @@ public:
     std::map<long, std::u32string> getIdNameMap() const;
 
     /// All cards, in ascending order of their ids. Takes no lock.
-    const std::map<long, Manufacturer>& getManufacturers() const noexcept { return manufacturers_; }
+    const std::map<long, Manufacturer>& getManufacturers() const noexcept { return file_.cards; }
     /// What stands in place of the marker "default". Takes no lock.
-    const std::u32string& getDefaultText() const noexcept { return defaultText_; }
+    const std::u32string& getDefaultText() const noexcept { return file_.defaultText; }
 
     /// Replaces all cards and the default text by copies and writes the data file. Cards that differ from
     /// those held here (the fax does not count) get the current time as their last change, in `cards` too;
@@ -80,20 +78,17 @@ public:
     /// their card, and nothing more.
     void checkForManufacturerUpdates(const std::u32string& dataUrl, const std::u32string& logoUrl);
 
-private:
-    using Cards = std::map<long, Manufacturer>;
-    using Time = boost::posix_time::ptime;
+    /// The same, with an account of what it learned and did. Unlike the above it throws `std::bad_alloc`; the cards
+    /// are the old ones or the new ones then.
+    Library::ManufacturerUpdate updateManufacturers(const std::u32string& dataUrl, const std::u32string& logoUrl);
 
+private:
     ManufacturerManager();
 
-    static bool readDataFile(const fileString& path, Cards& cards, Time& lastModified, std::u32string& defaultText);
-    void writeDataFile() const;
-    void takeOver(Cards cards, std::u32string defaultText);
-    void fetchLogos(const Cards& downloaded, const std::u32string& logoUrl) const;
-    void update(const fileString& downloadedFile, const std::u32string& logoUrl);
+    Library::DataFileResult writeDataFile() const;
+    void take(const std::u32string& logoUrl, Library::ManufacturerUpdate& update);
+    void takeOver(const ManufacturerFile& offered);
 
-    std::u32string defaultText_;
-    std::unique_ptr<Time> lastModified_;
-    Cards manufacturers_;
+    ManufacturerFile file_;  // its time is that of the file that was read, or of the last update
     Manufacturer emptyManufacturer_;
 };

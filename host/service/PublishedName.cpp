@@ -3,7 +3,7 @@
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
 #include <VelkLibrary/Data/PlainFileName.h>
-#include <VelkLibrary/Manufacturer/detail/ManufacturerDataFile.h>
+#include <VelkLibrary/Manufacturer/LogoName.h>
 
 #include <algorithm>
 
@@ -74,7 +74,7 @@ std::string whyNoLogoName(std::string_view name)
 {
     if (std::string reason = whyNoFileName(name); !reason.empty())
         return reason;
-    if (!Library::detail::isSafeLogoName(fileString(std::string(name))))
+    if (!Library::isSafeLogoName(fileString(std::string(name))))
         return "has the name of one of a client's own files";
     if (!survivesWindows1252(name))
         return "has a name with characters beyond Windows-1252, in which clients ask for logos";

@@ -144,7 +144,7 @@ TEST(TranslationFiles, AreThoseOfTheLanguages)
 TEST(TranslationFiles, HaveTheReasonsThatThePartsOfTheHostGive)
 {
     QString sources;
-    for (const char* folder : {"host/catalog", "host/library", "host/service", "host/browser"}) {
+    for (const char* folder : {"host/catalog", "host/installation", "host/service", "host/support", "host/browser"}) {
         QDirIterator files(test::sourcePath(QString::fromLatin1(folder)), {QStringLiteral("*.cpp")}, QDir::Files,
                            QDirIterator::Subdirectories);
         while (files.hasNext()) {

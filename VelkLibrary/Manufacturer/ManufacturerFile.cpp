@@ -1,30 +1,26 @@
-#include <VelkLibrary/Manufacturer/detail/ManufacturerDataFile.h>
+#include <VelkLibrary/Manufacturer/ManufacturerFile.h>
 
-#include <VelkCommon/Files/FileUtils.h>
-#include <VelkCommon/Files/PathUtils.h>
-#include <VelkCommon/Json/json_writer.h>
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
 #include <VelkCommon/Text/TimeText.h>
 #include <VelkLibrary/Data/detail/DataFile.h>
-#include <VelkLibrary/Manufacturer/ManufacturerManager.h>
-#include <VelkLibrary/detail/ModuleStatics.h>
 
 #include <algorithm>
 #include <array>
-#include <stdexcept>
-#include <string>
 #include <string_view>
 
 using boost::posix_time::ptime;
+using Library::DataFileResult;
+using Library::DataFileValue;
 using Library::detail::findMember;
 using Library::detail::JsonNode;
 using Library::detail::JsonObject;
+using Library::detail::MemberPlace;
 using Library::detail::valueOf;
+using Library::detail::WrongMember;
 
 namespace {
 
-constexpr std::size_t unwritableLine = 244;
 constexpr unsigned int defaultTextNumber = 10108;
 constexpr const char* formatVersion = "42";
 
@@ -69,10 +65,9 @@ class CardMembers
 public:
     enum Member : std::size_t { id, lastModified, name, url, phone, fax, email, logo, deleted, count };
 
-    explicit CardMembers(const JsonObject& object)
+    /// `card` is the card's own key in the document.
+    CardMembers(const JsonObject& object, std::string_view card) : card_(card)
     {
-        constexpr std::array<std::string_view, count> keys{idKey,  lastModifiedKey, nameKey, urlKey,    phoneKey,
-                                                           faxKey, emailKey,        logoKey, deletedKey};
         for (const auto& [key, node] : object) {
             const auto place = static_cast<std::size_t>(std::find(keys.begin(), keys.end(), key) - keys.begin());
             if (place < count && nodes_[place] == nullptr)
@@ -80,38 +75,46 @@ public:
         }
     }
 
-    // Null when there is none; throws when it is no `Value`.
+    // Null when there is none; throws WrongMember when it is not a `Value`.
     template <typename Value>
     const Value* find(Member member) const
     {
-        return nodes_[member] != nullptr ? &valueOf<Value>(*nodes_[member]) : nullptr;
+        return nodes_[member] != nullptr ? &valueOf<Value>(*nodes_[member], place(member)) : nullptr;
     }
 
     const std::string* text(Member member) const { return find<std::string>(member); }
 
+    MemberPlace place(Member member) const { return {card_, keys[member]}; }
+
 private:
+    static constexpr std::array<std::string_view, count> keys{idKey,  lastModifiedKey, nameKey, urlKey,    phoneKey,
+                                                              faxKey, emailKey,        logoKey, deletedKey};
+    std::string_view card_;
     std::array<const JsonNode*, count> nodes_{};
 };
 
-// What is no time compares with none; kept, it would stop updates or repeat them for ever.
-ptime timeIn(const std::string& text)
+// What is not a time compares with none; kept, it would stop updates or repeat them for ever.
+ptime timeIn(const std::string& text, const MemberPlace& place)
 {
     const ptime time = Library::fromString<ptime>(text);
     if (time.is_special())
-        throw std::invalid_argument("A data file holds a time that is none.");
+        throw WrongMember{place.text(), DataFileValue::Time};
     return time;
 }
 
 // Not-a-date-time when the card has none, and that is then written too.
-ptime cardTime(const std::string* text)
+ptime cardTime(const CardMembers& members)
 {
-    return text == nullptr || *text == Library::toString(ptime()) ? ptime() : timeIn(*text);
+    const std::string* const text = members.text(CardMembers::lastModified);
+    if (text == nullptr || *text == Library::toString(ptime()))
+        return ptime();
+    return timeIn(*text, members.place(CardMembers::lastModified));
 }
 
-void readCard(const JsonObject& object, const TextDecoder& texts, std::map<long, Manufacturer>& cards)
+void readCard(std::string_view key, const JsonNode& node, const TextDecoder& texts, ManufacturerFile::Cards& cards)
 {
     using Member = CardMembers::Member;
-    const CardMembers members(object);
+    const CardMembers members(valueOf<JsonObject>(node, {{}, key}), key);
     const int* const id = members.find<int>(Member::id);
     if (id == nullptr)
         return;
@@ -123,7 +126,20 @@ void readCard(const JsonObject& object, const TextDecoder& texts, std::map<long,
         place = cards.erase(place);
     cards.try_emplace(place, *id, text(Member::name), text(Member::url), text(Member::phone), text(Member::fax),
                       fileString(text(Member::logo)), text(Member::email), deleted != nullptr && *deleted,
-                      cardTime(members.text(Member::lastModified)));
+                      cardTime(members));
+}
+
+void readRoot(const JsonObject& root, ManufacturerFile& file)
+{
+    const TextDecoder texts(root);
+    const MemberPlace timePlace{{}, lastModifiedKey};
+    const std::string* const time = findMember<std::string>(root, timePlace);
+    file.lastModified = time != nullptr ? timeIn(*time, timePlace) : Library::getTimeNow();
+    const std::string* const text = findMember<std::string>(root, {{}, defaultTextKey});
+    file.defaultText = text != nullptr ? texts.decode(*text) : StringUtils::loadUnicodeString(defaultTextNumber);
+    for (const auto& [key, value] : root)
+        if (StringUtils::iStartsWith(key, cardPrefix))
+            readCard(key, value, texts, file.cards);
 }
 
 // ---- Writing -------------------------------------------------------------------------------------
@@ -134,7 +150,7 @@ std::string writtenTime(const ptime& time)
     return Library::toString(time.is_special() ? ptime() : time);
 }
 
-json_writer::Object documentOf(long id, const Manufacturer& card)
+json_writer::Object objectOf(long id, const Manufacturer& card)
 {
     json_writer::Object object;
     object.add_element(idKey, id);
@@ -149,81 +165,39 @@ json_writer::Object documentOf(long id, const Manufacturer& card)
     return object;
 }
 
-json_writer::Object documentOf(const std::map<long, Manufacturer>& cards, const std::u32string& defaultText)
+json_writer::Object documentOf(const ManufacturerFile& file)
 {
     json_writer::Object root;
     root.add_element(versionKey, formatVersion);
     root.add_element(lastModifiedKey, Library::toString(Library::getTimeNow()));
-    root.add_element(defaultTextKey, defaultText);
-    for (const auto& [id, card] : cards)
-        root.add_element(std::string(cardPrefix) + "_" + std::to_string(id), documentOf(id, card));
+    root.add_element(defaultTextKey, file.defaultText);
+    for (const auto& [id, card] : file.cards)
+        root.add_element(std::string(cardPrefix) + "_" + std::to_string(id), objectOf(id, card));
     return root;
-}
-
-void writeDocument(const fileString& path, const json_writer::Object& root)
-{
-    json_writer::write_file(StringConvert::toStdUtf8String(path), root);
-    if (!FileUtils::pathExists(path))
-        return;
-    FileUtils::makeFileWritable(path);
-    FileUtils::setFilePermEveryoneFullAccess(path);
 }
 
 }  // namespace
 
-namespace Library::detail {
-
-fileString manufacturerDataFile()
+DataFileResult ManufacturerFile::read(const fileString& path)
 {
-    const fileString folder = PathUtils::getObject().getManufacturerDataPath();
-    if (!FileUtils::pathExists(folder))
-        FileUtils::createDirectoriesWithPerm(folder);
-    return folder / fileString(manufacturerDataFileName);
+    *this = {};
+    const DataFileResult result =
+        Library::detail::readDataFile(path, [this](const JsonObject& root) { readRoot(root, *this); });
+    if (!result)
+        *this = {};
+    return result;
 }
 
-ptime earliestTime()
+DataFileResult ManufacturerFile::write(const fileString& path) const
 {
-    return ptime(boost::date_time::min_date_time);
+    return Library::detail::writeDataFile(path, [this] { return documentOf(*this); });
 }
 
-}  // namespace Library::detail
-
-bool ManufacturerManager::readDataFile(const fileString& path, Cards& cards, Time& lastModified,
-                                       std::u32string& defaultText)
+void ManufacturerFile::stampChanges(Cards& cards, const Cards& before)
 {
-    if (!path.pathExists())
-        return false;
-    try {
-        cards.clear();
-        const auto document = Library::detail::readJsonFile(path);
-        const auto* const root = boost::any_cast<JsonObject>(document.get());
-        if (root == nullptr)
-            return false;
-        const TextDecoder texts(*root);
-        const std::string* const time = findMember<std::string>(*root, lastModifiedKey);
-        lastModified = time != nullptr ? timeIn(*time) : Library::getTimeNow();
-        const std::string* const text = findMember<std::string>(*root, defaultTextKey);
-        defaultText = text != nullptr ? texts.decode(*text) : StringUtils::loadUnicodeString(defaultTextNumber);
-        for (const auto& [key, value] : *root)
-            if (StringUtils::iStartsWith(key, cardPrefix))
-                readCard(valueOf<JsonObject>(value), texts, cards);
-        return true;
-    } catch (...) {
-        cards.clear();
-        defaultText.clear();
-        lastModified = Library::detail::earliestTime();
-        return false;
-    }
-}
-
-void ManufacturerManager::writeDataFile() const
-{
-    try {
-        const json_writer::Object root = documentOf(manufacturers_, defaultText_);
-        const fileString path = Library::detail::manufacturerDataFile();
-        if (Library::detail::isWritableOrReport(path, Library::detail::manufacturerManagerSource, unwritableLine))
-            writeDocument(path, root);
-    } catch (...) {
-        // The old file stays.
+    for (auto& [id, card] : cards) {
+        const auto old = before.find(id);
+        if (old != before.end() && !(old->second == card))
+            card.setLastModified(Library::getTimeNow());
     }
 }
