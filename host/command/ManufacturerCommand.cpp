@@ -6,7 +6,6 @@
 
 #include <VelkCommon/Network/Curl.h>
 #include <VelkCommon/Text/StringConvert.h>
-#include <VelkLibrary/Manufacturer/ManufacturerManager.h>
 
 #include <cstdint>
 #include <optional>
@@ -47,7 +46,8 @@ struct ManufacturerArguments
 
 std::string titleOf(std::int32_t id)
 {
-    const std::string name = StringConvert::toStdUtf8String(cardWithId(id).getManufacturerName());
+    const std::string name =
+        StringConvert::toStdUtf8String(cardWithId(installedManufacturers(), id).getManufacturerName());
     return "manufacturer " + std::to_string(id) + (name.empty() ? "" : " (" + printableUtf8(name) + ")");
 }
 
@@ -55,16 +55,17 @@ std::string titleOf(std::int32_t id)
 
 ExitCode listCards(const ManufacturerArguments& arguments, Output& output)
 {
-    const ManufacturerManager& manager = installedManufacturers();
-    output.write(arguments.json() ? cardsJson(manager.getManufacturers(), manager.getDefaultText())
-                                  : cardTable(manager.getManufacturers(), output.columns()));
+    const ManufacturerFile file = installedManufacturers();
+    output.write(arguments.json() ? cardsJson(file.cards, file.defaultText) : cardTable(file.cards, output.columns()));
     return ExitCode::Success;
 }
 
 ExitCode showCard(const ManufacturerArguments& arguments, Output& output)
 {
-    const Manufacturer& card = cardWithId(*arguments.id);
-    output.write(arguments.json() ? cardJson(*arguments.id, card) : cardText(*arguments.id, card, output.columns()));
+    const ManufacturerFile file = installedManufacturers();
+    const Manufacturer& card = cardWithId(file, *arguments.id);
+    output.write(arguments.json() ? cardJson(*arguments.id, card, file.defaultText)
+                                  : cardText(*arguments.id, card, file.defaultText, output.columns()));
     return ExitCode::Success;
 }
 
@@ -94,8 +95,9 @@ ExitCode editCards(const ManufacturerArguments& arguments, Output& output)
 
 ExitCode checkCards(const ManufacturerArguments& arguments, Output& output)
 {
-    const std::vector<CardProblem> problems = checkManufacturers();
-    const std::size_t cards = installedManufacturers().getManufacturers().size();
+    const ManufacturerFile file = installedManufacturers();
+    const std::vector<CardProblem> problems = checkManufacturers(file);
+    const std::size_t cards = file.cards.size();
     output.write(arguments.json() ? problemJson(problems, cards) : problemTable(problems, cards, output.columns()));
     return problems.empty() ? ExitCode::Success : ExitCode::NoHit;
 }

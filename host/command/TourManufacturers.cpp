@@ -78,7 +78,8 @@ TourManufacturers::TourManufacturers(const std::vector<fileString>& libraries, c
 void TourManufacturers::build(Output& output) const
 {
     makeFolder(content_ / U"logos");
-    HeldCards held{{}, defaultText};
+    ManufacturerFile held;
+    held.defaultText = defaultText;
     std::size_t logos = 0;
     for (std::size_t i = 0; i < manufacturers_.size(); ++i) {
         const FurnitureManufacturer& manufacturer = manufacturers_[i];
@@ -92,8 +93,7 @@ void TourManufacturers::build(Output& output) const
         }
     }
     installHost(home_);
-    installedManufacturers().saveModifiedManufacturers(held.cards, held.defaultText);
-    requireWritten(held);
+    saveManufacturers(held, {});
     copyData();
     output.write("  manufacturer_data.json: " + counted(held.cards.size(), "manufacturer") + ", " +
                  counted(logos, "logo") + "\n");

@@ -10,16 +10,17 @@
 class LibraryFilterManager;
 
 /// @file
-/// The installation's library filters and their file. All changes are saved before a function returns. A
-/// process works on the filters of one installation, from one thread at a time. Everything throws CatalogError when the
-/// filter file is damaged or cannot be written, and DataError for a filter that there is not.
+/// The installation's library filters and their file. Each function reads the file as it is now and has saved its
+/// change when it returns; when it throws, neither the file nor the library's manager has changed. One thread at a
+/// time. Everything throws CatalogError when the filter file is damaged or cannot be written, and DataError for a
+/// filter that is not there.
 
 namespace VelkHost {
 
 /// No filter's id.
 constexpr long noFilterId = -1;
 
-/// The manager, with the installation's filters.
+/// The library's manager, with what the installation's filter file holds now.
 LibraryFilterManager& installedFilters();
 
 /// The filter of that name, the first of several.

@@ -24,7 +24,8 @@ struct ManufacturerRefresh
     enum class Outcome {
         Updated,  ///< what the service has was taken
         Current,  ///< the service has the same
-        Newer     ///< the service has something else, but not newer than what is here
+        Newer,    ///< the service has something else, but not newer than what is here
+        Stopped   ///< it was asked to end before all logos were there
     };
 
     Outcome outcome = Outcome::Current;
@@ -34,7 +35,7 @@ struct ManufacturerRefresh
     std::size_t missingLogos = 0;  ///< that did not come
 };
 
-/// Lets the library bring the installation's manufacturers up to date, and finds out what that did. Throws
+/// Lets the library bring the installation's manufacturers up to date, and tells what that did. Throws
 /// DataError when the service cannot be reached or has no such data, CatalogError as installedManufacturers().
 /// Ends soon once `stop` is requested; then the cards are as they were, and the next update brings all.
 ManufacturerRefresh refreshManufacturers(const std::string& dataUrl, const std::string& logoUrl,

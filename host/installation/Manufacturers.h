@@ -1,7 +1,7 @@
 #pragma once
 
 #include <VelkCommon/Files/fileString.h>
-#include <VelkLibrary/Manufacturer/Manufacturer.h>
+#include <VelkLibrary/Manufacturer/ManufacturerFile.h>
 
 #include <array>
 #include <map>
@@ -9,23 +9,28 @@
 #include <string>
 #include <vector>
 
-class ManufacturerManager;
-
 /// @file
-/// The installation's manufacturers: their cards, data file and logos. Everything throws CatalogError when the
-/// data file is damaged or cannot be written.
+/// The installation's manufacturers: their cards, data file and logos. Each function reads the file as it is now and
+/// has saved its change when it returns; when it throws, nothing has changed. One thread at a time. Everything throws
+/// CatalogError when the data file is damaged or cannot be written.
 
 namespace VelkHost {
 
-using ManufacturerCards = std::map<long, Manufacturer>;
+using ManufacturerCards = ManufacturerFile::Cards;
 
 /// A text of a card.
 struct CardField
 {
     const char* name;   ///< of the option that changes it, and in JSON
     const char* title;  ///< for people
-    const std::u32string& (*text)(const Manufacturer& card,
-                                  bool resolveDefault);  ///< resolved where it may be the default text
+    const std::u32string& (*stored)(const Manufacturer& card);
+    bool (*isDefault)(const Manufacturer& card);  ///< the default text is shown in its place
+
+    /// What people see of it.
+    const std::u32string& shown(const Manufacturer& card, const std::u32string& defaultText) const
+    {
+        return isDefault(card) ? defaultText : stored(card);
+    }
 };
 /// All of them but the logo's name.
 extern const std::array<CardField, 5> cardFields;
@@ -36,24 +41,18 @@ std::vector<std::string> changedFields(const Manufacturer& before, const Manufac
 /// The logo's file is there. A name that is no plain file name has none, wherever it leads.
 bool hasLogoFile(const Manufacturer& card);
 
-/// The manager, with what the installation's data file holds now.
-ManufacturerManager& installedManufacturers();
+/// What the installation's data file holds now; nothing when there is none.
+ManufacturerFile installedManufacturers();
 
-/// A copy of what a manager holds.
-struct HeldCards
-{
-    ManufacturerCards cards;
-    std::u32string defaultText;
-};
-HeldCards heldCards(const ManufacturerManager& manager);
+/// Writes the installation's data file. Cards that differ from those in `before` get the current time as their last
+/// change.
+void saveManufacturers(ManufacturerFile file, const ManufacturerFile& before);
 
-/// The data file.
+/// The path of the data file.
 fileString manufacturerFile();
-/// Makes the manager anew, and throws CatalogError unless the data file holds exactly this.
-void requireWritten(const HeldCards& expected);
 
-/// The card of an id; throws DataError when there is none.
-const Manufacturer& cardWithId(long id);
+/// The card of an id in `file`; throws DataError when there is none.
+const Manufacturer& cardWithId(const ManufacturerFile& file, long id);
 
 /// What is to become of a card.
 struct CardEdit
@@ -78,7 +77,7 @@ struct CardProblem
     std::string name;
     std::string reason;  ///< a sentence without its subject
 };
-/// What is wrong with the installation's cards and logos.
-std::vector<CardProblem> checkManufacturers();
+/// What is wrong with the cards of the installation's data file, `file`, and with their logos.
+std::vector<CardProblem> checkManufacturers(const ManufacturerFile& file);
 
 }  // namespace VelkHost

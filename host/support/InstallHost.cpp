@@ -8,12 +8,8 @@
 #include <QDir>
 #include <QString>
 
-#include <atomic>
-
 namespace VelkHost {
 namespace {
-
-std::atomic<std::size_t> reports{0};
 
 std::string_view severityName(error::Severity severity)
 {
@@ -30,7 +26,6 @@ std::string_view severityName(error::Severity severity)
 /// Nobody is there to press a button, so every message is acknowledged.
 error::Button showMessage(const error::Message& message)
 {
-    ++reports;
     const std::string text = "velk: " + std::string(severityName(message.trait.severity));
     Velk::Platform::writeToStandardError(text + printableUtf8(message.formatted()) + "\n");
     return error::Button::Ok;
@@ -39,7 +34,6 @@ error::Button showMessage(const error::Message& message)
 /// Nobody is there to debug, either.
 bool reportAssertion(const Velk::AssertionReport& report)
 {
-    ++reports;
     Velk::Platform::writeToStandardError("velk: " + printableUtf8(report.expression) + " (" + report.sourceFile + ":" +
                                          std::to_string(report.line) + ")\n");
     return false;
@@ -85,11 +79,6 @@ Velk::HostServices hostServices(const fileString& home)
 void installHost(const fileString& home)
 {
     Velk::installHost(hostServices(home));
-}
-
-std::size_t reportedFailures() noexcept
-{
-    return reports;
 }
 
 }  // namespace VelkHost

@@ -2,8 +2,6 @@
 
 #include <VelkCommon/HostServices.h>
 
-#include <cstddef>
-
 namespace VelkHost {
 
 /// What a program without a window supplies: the library's defaults (English texts, preferences in memory),
@@ -18,9 +16,5 @@ Velk::HostServices hostServices(const fileString& home = {});
 
 /// Installs that.
 void installHost(const fileString& home = {});
-
-/// How often the library has had something to tell: messages to the user and failed assertions. Its operations
-/// on data files have no other result. Any thread.
-std::size_t reportedFailures() noexcept;
 
 }  // namespace VelkHost

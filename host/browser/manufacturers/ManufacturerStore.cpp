@@ -7,7 +7,6 @@
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Network/Curl.h>
 #include <VelkCommon/Text/StringConvert.h>
-#include <VelkLibrary/Manufacturer/ManufacturerManager.h>
 
 #include <QBuffer>
 #include <QByteArray>
@@ -30,28 +29,29 @@ QString shown(const std::u32string& text)
     return StringConvert::toQString(text);
 }
 
-ManufacturerCard manufacturerCard(long id, const Manufacturer& card)
+ManufacturerCard manufacturerCard(long id, const Manufacturer& card, const std::u32string& defaultText)
 {
+    const auto line = [&](const std::u32string& stored, bool isDefault) {
+        return ManufacturerCard::Line{shown(stored), shown(isDefault ? defaultText : stored), isDefault};
+    };
     return {id,
             shown(card.getManufacturerName()),
             shown(card.getManufacturerUrl()),
-            {shown(card.getManufacturerPhoneNumber(false)), shown(card.getManufacturerPhoneNumber(true)),
-             card.isPhoneDefaulted()},
-            {shown(card.getManufacturerFaxNumber(false)), shown(card.getManufacturerFaxNumber(true)),
-             card.isFaxDefaulted()},
-            {shown(card.getManufacturerEmail(false)), shown(card.getManufacturerEmail(true)), card.isEmailDefaulted()},
+            line(card.getManufacturerPhoneNumber(false), card.isPhoneDefaulted()),
+            line(card.getManufacturerFaxNumber(false), card.isFaxDefaulted()),
+            line(card.getManufacturerEmail(false), card.isEmailDefaulted()),
             qtText(card.getManufacturerLogoName().utf8()),
             card.isDeleted()};
 }
 
-/// On the worker, which alone works with the manager.
 ManufacturerBook readBook()
 {
-    const ManufacturerManager& manager = installedManufacturers();
+    const ManufacturerFile file = installedManufacturers();
     std::vector<ManufacturerCard> cards;
-    for (const auto& [id, card] : manager.getManufacturers())
-        cards.push_back(manufacturerCard(id, card));
-    return {std::move(cards), shown(manager.getDefaultText())};
+    cards.reserve(file.cards.size());
+    for (const auto& [id, card] : file.cards)
+        cards.push_back(manufacturerCard(id, card, file.defaultText));
+    return {std::move(cards), shown(file.defaultText)};
 }
 
 QImage decodedLogo(const std::string& bytes, const QSize& atMost)

@@ -315,44 +315,8 @@
         <translation>„%1“ ist kein einfacher Dateiname für ein Logo</translation>
     </message>
     <message>
-        <source>is no JSON object (%1)</source>
-        <translation>Die Datei ist kein JSON-Objekt (%1)</translation>
-    </message>
-    <message>
-        <source>has no &quot;Version&quot;; clients would take its texts for Windows-1252</source>
-        <translation>Der Datei fehlt „Version“; ihre Texte würden für Windows-1252 gehalten</translation>
-    </message>
-    <message>
-        <source>&quot;Default_Text&quot; is no text</source>
-        <translation>„Default_Text“ ist kein Text</translation>
-    </message>
-    <message>
-        <source>%1 is no time such as 20260301T140559.012345</source>
-        <translation>%1 ist keine Zeit wie 20260301T140559.012345</translation>
-    </message>
-    <message>
-        <source>%1 is no card with an &quot;Id&quot; of 32 bits</source>
-        <translation>%1 ist kein Eintrag mit einer „Id“ von 32 Bit</translation>
-    </message>
-    <message>
-        <source>%1 has the &quot;Id&quot; of another card</source>
-        <translation>%1 hat die „Id“ eines anderen Eintrags</translation>
-    </message>
-    <message>
-        <source>%1.&quot;%2&quot; is no text</source>
-        <translation>%1.&quot;%2&quot; ist kein Text</translation>
-    </message>
-    <message>
-        <source>%1.&quot;Deleted&quot; is neither true nor false</source>
-        <translation>%1.&quot;Deleted&quot; ist weder true noch false</translation>
-    </message>
-    <message>
         <source>&quot;%1&quot; is no web address</source>
         <translation>„%1“ ist keine Internetadresse</translation>
-    </message>
-    <message>
-        <source>%1: has no manufacturers&apos; data</source>
-        <translation>%1: enthält keine Herstellerdaten</translation>
     </message>
     <message>
         <source>there is too little memory</source>
@@ -369,6 +333,34 @@
     <message>
         <source>%1: cannot be fetched</source>
         <translation>%1: nicht abrufbar</translation>
+    </message>
+    <message>
+        <source>is not a JSON object</source>
+        <translation>ist kein JSON-Objekt</translation>
+    </message>
+    <message>
+        <source>%1 is not an object</source>
+        <translation>%1 ist kein Objekt</translation>
+    </message>
+    <message>
+        <source>%1 is not a list</source>
+        <translation>%1 ist keine Liste</translation>
+    </message>
+    <message>
+        <source>%1 is not a text</source>
+        <translation>%1 ist kein Text</translation>
+    </message>
+    <message>
+        <source>%1 is not an integer</source>
+        <translation>%1 ist keine ganze Zahl</translation>
+    </message>
+    <message>
+        <source>%1 is neither true nor false</source>
+        <translation>%1 ist weder true noch false</translation>
+    </message>
+    <message>
+        <source>%1 is not a time</source>
+        <translation>%1 ist keine Zeitangabe</translation>
     </message>
 </context>
 <context>
@@ -862,6 +854,10 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
     <message>
         <source>&amp;Edit Card...</source>
         <translation>An&amp;gaben bearbeiten…</translation>
+    </message>
+    <message>
+        <source>The refresh was stopped. The manufacturers are as they were.</source>
+        <translation>Das Aktualisieren wurde abgebrochen. Die Hersteller sind, wie sie waren.</translation>
     </message>
 </context>
 <context>

@@ -315,44 +315,8 @@
         <translation>«&#xa0;%1&#xa0;» n’est pas un simple nom de fichier pour un logo</translation>
     </message>
     <message>
-        <source>is no JSON object (%1)</source>
-        <translation>le fichier n’est pas un objet JSON (%1)</translation>
-    </message>
-    <message>
-        <source>has no &quot;Version&quot;; clients would take its texts for Windows-1252</source>
-        <translation>le fichier n’a pas de «&#xa0;Version&#xa0;»&#xa0;; ses textes passeraient pour du Windows-1252</translation>
-    </message>
-    <message>
-        <source>&quot;Default_Text&quot; is no text</source>
-        <translation>«&#xa0;Default_Text&#xa0;» n’est pas un texte</translation>
-    </message>
-    <message>
-        <source>%1 is no time such as 20260301T140559.012345</source>
-        <translation>%1 n’est pas une heure comme 20260301T140559.012345</translation>
-    </message>
-    <message>
-        <source>%1 is no card with an &quot;Id&quot; of 32 bits</source>
-        <translation>%1 n’est pas une fiche avec un «&#xa0;Id&#xa0;» de 32 bits</translation>
-    </message>
-    <message>
-        <source>%1 has the &quot;Id&quot; of another card</source>
-        <translation>%1 a le même «&#xa0;Id&#xa0;» qu’une autre fiche</translation>
-    </message>
-    <message>
-        <source>%1.&quot;%2&quot; is no text</source>
-        <translation>%1.&quot;%2&quot; n’est pas un texte</translation>
-    </message>
-    <message>
-        <source>%1.&quot;Deleted&quot; is neither true nor false</source>
-        <translation>%1.&quot;Deleted&quot; n’est ni true ni false</translation>
-    </message>
-    <message>
         <source>&quot;%1&quot; is no web address</source>
         <translation>«&#xa0;%1&#xa0;» n’est pas une adresse web</translation>
-    </message>
-    <message>
-        <source>%1: has no manufacturers&apos; data</source>
-        <translation>%1&#xa0;: ne contient pas de données de fabricants</translation>
     </message>
     <message>
         <source>there is too little memory</source>
@@ -369,6 +333,34 @@
     <message>
         <source>%1: cannot be fetched</source>
         <translation>%1&#xa0;: injoignable</translation>
+    </message>
+    <message>
+        <source>is not a JSON object</source>
+        <translation>le fichier n’est pas un objet JSON</translation>
+    </message>
+    <message>
+        <source>%1 is not an object</source>
+        <translation>%1 n’est pas un objet</translation>
+    </message>
+    <message>
+        <source>%1 is not a list</source>
+        <translation>%1 n’est pas une liste</translation>
+    </message>
+    <message>
+        <source>%1 is not a text</source>
+        <translation>%1 n’est pas un texte</translation>
+    </message>
+    <message>
+        <source>%1 is not an integer</source>
+        <translation>%1 n’est pas un nombre entier</translation>
+    </message>
+    <message>
+        <source>%1 is neither true nor false</source>
+        <translation>%1 n’est ni true ni false</translation>
+    </message>
+    <message>
+        <source>%1 is not a time</source>
+        <translation>%1 n’est pas une heure</translation>
     </message>
 </context>
 <context>
@@ -862,6 +854,10 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
     <message>
         <source>&amp;Edit Card...</source>
         <translation>&amp;Modifier la fiche…</translation>
+    </message>
+    <message>
+        <source>The refresh was stopped. The manufacturers are as they were.</source>
+        <translation>L’actualisation a été interrompue. Les fabricants sont inchangés.</translation>
     </message>
 </context>
 <context>

@@ -325,7 +325,7 @@ TEST_F(ManufacturerUpdateCommand, BringsCardsAndLogos)
     const ProgramRun again = update();
     EXPECT_EQ(again.exitCode, 0);
     EXPECT_EQ(again.output, "Everything is up to date (2 manufacturers).\n");
-    EXPECT_TRUE(test::listFolder(folder() / U"home" / U"temp").empty());
+    EXPECT_FALSE((folder() / U"home" / U"temp").pathExists()) << "nothing is downloaded twice, nor elsewhere";
 }
 
 TEST_F(ManufacturerUpdateCommand, TellsWhatChanged)
@@ -417,7 +417,7 @@ protected:
         EXPECT_THAT(run.errors, StartsWith("velk: " + server.url("/data") + ": "));
         EXPECT_THAT(run.errors, HasSubstr("\nThe manufacturers are as they were.\n"));
         EXPECT_EQ(test::readFile(data()), before);
-        EXPECT_TRUE(test::listFolder(folder() / U"home" / U"temp").empty());
+        EXPECT_FALSE((folder() / U"home" / U"temp").pathExists()) << "nothing is downloaded twice, nor elsewhere";
         return run.errors;
     }
 
@@ -427,10 +427,10 @@ protected:
 TEST_F(FailingManufacturerUpdate, SaysWhy)
 {
     EXPECT_THAT(refused({.status = 404}), HasSubstr("HTTP status 404"));
-    EXPECT_THAT(refused({.body = "<html>"}), HasSubstr("is no JSON object"));
+    EXPECT_THAT(refused({.body = "<html>"}), HasSubstr("is not a JSON object"));
     EXPECT_THAT(refused({.body = R"({"Version": "42", "Last_Modified": "20990301T140559",
                                      "Manufacturer_1": {"Id": 1, "Last_Modified": "x"}})"}),
-                HasSubstr("\"Manufacturer_1\".\"Last_Modified\" is no time"));
+                HasSubstr("\"Manufacturer_1\".\"Last_Modified\" is not a time"));
     EXPECT_THAT(refused(Reply::resetAtOnce()), Not(HasSubstr(": \n")));
 }
 
