@@ -2,17 +2,12 @@
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Network/Curl.h>
 #include <VelkCommon/Text/StringConvert.h>
-#include <VelkCommon/Text/StringUtils.h>
 #include <VelkCommon/Text/TimeText.h>
-#include <VelkLibrary/Data/PlainFileName.h>
-#include <VelkLibrary/Data/detail/DataFile.h>
-#include <VelkLibrary/ErrorLog.h>
+#include <VelkLibrary/Manufacturer/LogoName.h>
 #include <VelkLibrary/Manufacturer/ManufacturerManager.h>
 #include <VelkLibrary/Manufacturer/detail/ManufacturerDataFile.h>
 #include <VelkLibrary/detail/ModuleStatics.h>
 
-#include <algorithm>
-#include <array>
 #include <mutex>
 #include <string>
 #include <utility>
@@ -30,32 +25,18 @@ bool fetch(const fileString& url, const fileString& target)
 
 void removeLogo(const Manufacturer& card)
 {
-    if (Library::detail::isSafeLogoName(card.getManufacturerLogoName()))
+    if (Library::isSafeLogoName(card.getManufacturerLogoName()))
         FileUtils::removePath(card.getManufacturerFullLogoName(), FileUtils::overrideReadOnly);
 }
 
 void fetchLogo(const Manufacturer& card, const fileString& logoUrl)
 {
-    if (Library::detail::isSafeLogoName(card.getManufacturerLogoName()))
+    if (Library::isSafeLogoName(card.getManufacturerLogoName()))
         fetch(logoUrl + fileString(std::u32string(logoPathParameter)) + card.getManufacturerLogoName(),
               card.getManufacturerFullLogoName());
 }
 
 }  // namespace
-
-namespace Library::detail {
-
-bool isSafeLogoName(const fileString& name)
-{
-    const std::array<fileString, 5> ownFiles{manufacturerDataFileName, manufacturerDataTemporaryFileName,
-                                             catalogHashFileName, std::u32string(filterFileName),
-                                             ErrorLog::file().stemWithExtension()};
-    const auto lowered = StringUtils::toLowerUtf8(name.utf8());
-    const auto isName = [&](const fileString& own) { return StringUtils::toLowerUtf8(own.utf8()) == lowered; };
-    return isPlainFileName(name.utf8()) && std::none_of(ownFiles.begin(), ownFiles.end(), isName);
-}
-
-}  // namespace Library::detail
 
 void ManufacturerManager::checkForManufacturerUpdates(const std::u32string& dataUrl, const std::u32string& logoUrl)
 {

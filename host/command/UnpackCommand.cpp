@@ -75,7 +75,7 @@ fileString stemOf(const std::string& url)
 {
     const std::string path = url.substr(0, url.find_first_of("?#"));
     const fileString stem = fileString(path.substr(path.find_last_of('/') + 1)).stem();
-    return Library::detail::isPlainFileName(stem.utf8()) ? stem : fileString(std::string("library"));
+    return Library::isPlainFileName(stem.utf8()) ? stem : fileString(std::string("library"));
 }
 
 // ---- Unpacking -----------------------------------------------------------------------------------

@@ -10,7 +10,7 @@
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/TimeText.h>
 #include <VelkLibrary/Manufacturer/ManufacturerManager.h>
-#include <VelkLibrary/Manufacturer/detail/ManufacturerDataFile.h>
+#include <VelkLibrary/Manufacturer/LogoName.h>
 
 #include <algorithm>
 
@@ -50,7 +50,7 @@ Manufacturer edited(const Manufacturer& card, const CardEdit& edit)
 void requireLogoName(const Manufacturer& card)
 {
     const fileString logo = card.getManufacturerLogoName();
-    if (!logo.empty() && !Library::detail::isSafeLogoName(logo))
+    if (!logo.empty() && !Library::isSafeLogoName(logo))
         throw DataError({"\"%1\" is no plain file name for a logo", {logo.utf8()}},
                         "The logo itself belongs into " + PathUtils::getObject().getManufacturerDataPath().utf8());
 }
@@ -90,7 +90,7 @@ private:
         const fileString logo = card.getManufacturerLogoName();
         if (logo.empty() || card.isDeleted())
             return;
-        if (!Library::detail::isSafeLogoName(logo))
+        if (!Library::isSafeLogoName(logo))
             add("names the logo \"" + logo.utf8() + "\", which is no plain file name");
         else if (!hasLogoFile(card))
             add("names the logo \"" + logo.utf8() + "\", which is not there");
@@ -136,7 +136,7 @@ std::vector<std::string> changedFields(const Manufacturer& before, const Manufac
 
 bool hasLogoFile(const Manufacturer& card)
 {
-    return Library::detail::isSafeLogoName(card.getManufacturerLogoName()) &&
+    return Library::isSafeLogoName(card.getManufacturerLogoName()) &&
            FileUtils::fileSize(card.getManufacturerFullLogoName()) > 0;
 }
 

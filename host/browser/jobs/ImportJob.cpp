@@ -139,7 +139,7 @@ void ImportJob::import(const ImportSource& source)
 void ImportJob::take(const ImportSource& source)
 {
     const fileString target = importTarget(source.file);
-    if (!Library::detail::isPlainFileName(target.stemWithExtension().utf8()))
+    if (!Library::isPlainFileName(target.stemWithExtension().utf8()))
         throw std::runtime_error(tr("Its name cannot be that of a library.").toStdString());
     const auto progress = std::make_shared<PanelProgress>(*panel_, stop_.get_token());
     const Unpacked unpacked = unpack(source.file, progress);
