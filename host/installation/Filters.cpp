@@ -1,11 +1,11 @@
 #include "host/installation/Filters.h"
 
-#include "host/catalog/CatalogError.h"
-#include "host/catalog/CatalogFolder.h"
-#include "host/catalog/SourceFile.h"
 #include "host/installation/DataError.h"
 #include "host/support/DisplayText.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
 #include "host/support/InstallHost.h"
+#include "host/support/WholeFile.h"
 
 #include <VelkCommon/Files/FileReaper.h>
 #include <VelkCommon/Files/FileUtils.h>
@@ -47,8 +47,8 @@ fileString filterFile()
 void requireFilterFile(const fileString& path)
 {
     using Object = json::grammar<char>::object_type;
-    if (boost::any_cast<Object>(json::read(readSourceFile(path, filterFileBytes)).get()) == nullptr)
-        throw CatalogError(path, "is no filter file; mend it, or move it away");
+    if (boost::any_cast<Object>(json::read(readWhole(path, filterFileBytes)).get()) == nullptr)
+        throw FileError(path, "is no filter file; mend it, or move it away");
 }
 
 std::vector<LibraryFilter>::iterator findNamed(std::vector<LibraryFilter>& filters, const std::string& name)
@@ -94,14 +94,14 @@ void save(LibraryFilterManager& manager)
     // The library never writes an empty list. Without a file there are no filters either.
     if (manager.getLibraryFilters().empty()) {
         if (path.pathExists() && !FileUtils::removePath(path, FileUtils::overrideReadOnly))
-            throw CatalogError(path, "cannot be removed, and would bring the filters back");
+            throw FileError(path, "cannot be removed, and would bring the filters back");
         return;
     }
     makeFolder(PathUtils::getObject().getCoreLibraryDatabasePath());
     const std::size_t before = reportedFailures();
     manager.saveFilters();
     if (reportedFailures() != before)
-        throw CatalogError(path, "the filters could not be saved");
+        throw FileError(path, "the filters could not be saved");
 }
 
 void save(LibraryFilterManager& manager, const std::vector<LibraryFilter>& filters)
@@ -145,11 +145,11 @@ void readInto(LibraryFilterManager& manager, const fileString& path)
     copy.generateAsTempName(path.extension());
     const FileReaper reaper(copy);
     if (!FileUtils::copyFile(path, copy, true))
-        throw CatalogError(path, "cannot be read");
+        throw FileError(path, "cannot be read");
     const std::size_t before = reportedFailures();
     manager.setLibraryFilters({});
     if (!manager.mergeFilters(copy) || reportedFailures() != before)
-        throw CatalogError(path, "is damaged; nothing was merged");
+        throw FileError(path, "is damaged; nothing was merged");
 }
 
 }  // namespace
@@ -160,7 +160,7 @@ LibraryFilterManager& installedFilters()
     if (path.pathExists())
         requireFilterFile(path);
     if (!openedFilters().whole)
-        throw CatalogError(path, "is damaged; mend it, or move it away");
+        throw FileError(path, "is damaged; mend it, or move it away");
     return openedFilters().manager;
 }
 
@@ -244,7 +244,7 @@ FilterMerge mergeFilterFile(const fileString& path)
         return {};
     makeFolder(PathUtils::getObject().getCoreLibraryDatabasePath());
     if (!manager.mergeFilters(filterFile()))
-        throw CatalogError(filterFile(), "the filters could not be saved");
+        throw FileError(filterFile(), "the filters could not be saved");
     own.letGo();
     FilterMerge merge;
     const std::vector<LibraryFilter>& all = manager.getLibraryFilters();

@@ -11,7 +11,7 @@ class LibraryFilterManager;
 
 /// @file
 /// The installation's library filters and their file. All changes are saved before a function returns. A
-/// process works on the filters of one installation, from one thread at a time. Everything throws CatalogError when the
+/// process works on the filters of one installation, from one thread at a time. Everything throws FileError when the
 /// filter file is damaged or cannot be written, and DataError for a filter that there is not.
 
 namespace VelkHost {

@@ -1,10 +1,10 @@
 #include "host/installation/ManufacturerRefresh.h"
 
-#include "host/catalog/CatalogError.h"
-#include "host/catalog/CatalogFolder.h"
+#include "host/catalog/ManufacturerData.h"
 #include "host/installation/DataError.h"
 #include "host/installation/Manufacturers.h"
-#include "host/service/ManufacturerData.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/SHA1.h>
@@ -76,7 +76,7 @@ HeldCards offered(const std::string& dataUrl)
         return heldCards(manager);
     try {
         readManufacturerLogos(file);
-    } catch (const CatalogError& error) {
+    } catch (const FileError& error) {
         throw DataError(Reason("%1: %2", {dataUrl, error.why()}));
     }
     throw DataError(Reason("%1: has no manufacturers' data", {dataUrl}));

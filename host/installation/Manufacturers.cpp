@@ -1,16 +1,16 @@
 #include "host/installation/Manufacturers.h"
 
-#include "host/catalog/CatalogError.h"
+#include "host/catalog/ManufacturerData.h"
 #include "host/installation/DataError.h"
-#include "host/service/ManufacturerData.h"
+#include "host/support/FileError.h"
 #include "host/support/InstallHost.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/TimeText.h>
-#include <VelkLibrary/Manufacturer/ManufacturerManager.h>
 #include <VelkLibrary/Manufacturer/LogoName.h>
+#include <VelkLibrary/Manufacturer/ManufacturerManager.h>
 
 #include <algorithm>
 
@@ -28,7 +28,7 @@ Reason whyUnreadable(const fileString& path)
     try {
         readManufacturerLogos(path);
         return "cannot be read";
-    } catch (const CatalogError& error) {
+    } catch (const FileError& error) {
         return error.why();
     }
 }
@@ -149,7 +149,7 @@ ManufacturerManager& installedManufacturers()
     const fileString path = manufacturerFile();
     if (manager.getManufacturers().empty() && path.pathExists() &&
         !manager.changeManufacturerDataPath(PathUtils::getObject().getManufacturerDataPath()))
-        throw CatalogError(path, {"%1; mend it, or move it away", {whyUnreadable(path)}});
+        throw FileError(path, {"%1; mend it, or move it away", {whyUnreadable(path)}});
     return manager;
 }
 
@@ -173,7 +173,7 @@ void requireWritten(const HeldCards& expected)
     };
     if (manager.getDefaultText() != expected.defaultText ||
         !std::equal(expected.cards.begin(), expected.cards.end(), written.begin(), written.end(), same))
-        throw CatalogError(manufacturerFile(), "cannot be written; the cards are as they were");
+        throw FileError(manufacturerFile(), "cannot be written; the cards are as they were");
 }
 
 const Manufacturer& cardWithId(long id)

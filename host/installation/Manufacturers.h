@@ -12,7 +12,7 @@
 class ManufacturerManager;
 
 /// @file
-/// The installation's manufacturers: their cards, data file and logos. Everything throws CatalogError when the
+/// The installation's manufacturers: their cards, data file and logos. Everything throws FileError when the
 /// data file is damaged or cannot be written.
 
 namespace VelkHost {
@@ -49,7 +49,7 @@ HeldCards heldCards(const ManufacturerManager& manager);
 
 /// The data file.
 fileString manufacturerFile();
-/// Makes the manager anew, and throws CatalogError unless the data file holds exactly this.
+/// Makes the manager anew, and throws FileError unless the data file holds exactly this.
 void requireWritten(const HeldCards& expected);
 
 /// The card of an id; throws DataError when there is none.

@@ -1,11 +1,11 @@
 #include "host/support/InstallHost.h"
 
 #include "host/support/DisplayText.h"
+#include "host/support/Folders.h"
+#include "host/support/System.h"
 
 #include <VelkCommon/HostServices.h>
-#include <VelkCommon/Platform/Platform.h>
 
-#include <QDir>
 #include <QString>
 
 #include <atomic>
@@ -32,7 +32,7 @@ error::Button showMessage(const error::Message& message)
 {
     ++reports;
     const std::string text = "velk: " + std::string(severityName(message.trait.severity));
-    Velk::Platform::writeToStandardError(text + printableUtf8(message.formatted()) + "\n");
+    writeToError(text + printableUtf8(message.formatted()) + "\n");
     return error::Button::Ok;
 }
 
@@ -40,16 +40,9 @@ error::Button showMessage(const error::Message& message)
 bool reportAssertion(const Velk::AssertionReport& report)
 {
     ++reports;
-    Velk::Platform::writeToStandardError("velk: " + printableUtf8(report.expression) + " (" + report.sourceFile + ":" +
-                                         std::to_string(report.line) + ")\n");
+    writeToError("velk: " + printableUtf8(report.expression) + " (" + report.sourceFile + ":" +
+                 std::to_string(report.line) + ")\n");
     return false;
-}
-
-fileString absolutePath(const fileString& path)
-{
-    if (Velk::Platform::isAbsolute(path.utf8()))
-        return path;
-    return fileString(QDir::currentPath().toStdString()) / path;
 }
 
 Velk::HostFolders foldersBelow(const fileString& home)
