@@ -13,10 +13,6 @@ namespace VelkHost {
 /// points is cut. Any thread; throws nothing but for memory.
 std::string cleanText(std::string_view text, std::size_t maximumCharacters);
 
-/// A character that must not reach a terminal or a list as it is: controls, separators of lines and
-/// paragraphs, and marks that reorder the text around them.
-bool isUnsafeCharacter(char32_t character) noexcept;
-
 /// The keywords in `texts`, each a list separated by ",", as one text separated by ", ": cleaned, without
 /// empty ones and without repetitions (compared in lower case; the first spelling stays). Ends before
 /// the keyword that would exceed limits::keywordBytes.
