@@ -26,7 +26,7 @@ enum class DataFileValue { Object, List, Text, Integer, Boolean, Time };
 struct DataFileResult
 {
     DataFileFault fault = DataFileFault::None;
-    std::string member;                              ///< with WrongMember: which one, such as "Manufacturer_7"."Name" (UTF-8)
+    std::string member;                              ///< with WrongMember: such as "Manufacturer_7"."Name" (UTF-8)
     DataFileValue expected = DataFileValue::Object;  ///< with WrongMember: what it should have been
 
     explicit operator bool() const noexcept { return fault == DataFileFault::None; }

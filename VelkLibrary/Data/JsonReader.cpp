@@ -19,7 +19,7 @@ namespace {
 
 namespace spirit = boost::spirit::classic;
 
-// ---- Characters, independent of the locale ------------------------------------------------------
+// ---- Characters, independent of the locale -------------------------------------------------------
 
 constexpr bool isBlank(char character)
 {
