@@ -5,9 +5,9 @@
 
 namespace Library {
 
-/// Whether a logo of this name may be written to and removed from the manufacturer data folder: it is a plain file
-/// name and, in any letter case, none of the module's own files, which may stand in the same folder. Any thread;
-/// throws nothing but `std::bad_alloc`.
+/// Whether a logo of this name may be written to and removed from the manufacturer data folder: the name is a
+/// plain file name and, in any letter case, not that of one of the module's own files, which may lie in the
+/// same folder. Any thread; throws nothing but `std::bad_alloc`.
 VELKLIBRARY_EXPORT bool isSafeLogoName(const fileString& name);
 
 }  // namespace Library
