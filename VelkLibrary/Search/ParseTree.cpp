@@ -12,7 +12,7 @@ namespace {
 
 void addNode(ParseTree& tree, BooleanExp::Node& node);
 
-/// Drops what is empty: texts of the last group, then the group itself when nothing is required in it.
+/// Drops the empty texts of the last group, then the group itself when it requires nothing.
 void closeGroup(ParseTree& tree)
 {
     tree.groups.back().removeInvalidTerms();
@@ -29,7 +29,7 @@ void addGroup(ParseTree& tree, const BooleanExp::Group& group)
         if (term.conjunction == BooleanExp::Conjunction::Or) {
             const std::size_t terms = tree.groups.back().terms.size();
             closeGroup(tree);
-            tree.groups.emplace_back().terms.reserve(terms);  // the runs of a product are equally long
+            tree.groups.emplace_back().terms.reserve(terms);  // the groups of a product are equally long
         }
         if (term.expression)
             addNode(tree, *term.expression);
