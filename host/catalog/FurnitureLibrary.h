@@ -23,8 +23,8 @@ struct FurnitureManufacturer
     std::string name;
     std::string url;        ///< may be empty
     std::size_t items = 0;  ///< that they made
-    std::string icon;       ///< of one of their things (PNG), as far as there is one
-    std::string otherIcon;  ///< of another one; the same when there is no other
+    std::string icon;       ///< of one of their items (PNG); empty when no item has one
+    std::string otherIcon;  ///< of another of their items; the same when there is no other
 };
 
 /// The manufacturers and providers that a furniture library names, by name. Throws CatalogError.

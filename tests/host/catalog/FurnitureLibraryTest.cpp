@@ -153,7 +153,7 @@ TEST_F(FurnitureLibrary, RefusesWhatIsNoLibrary)
 TEST_F(FurnitureLibrary, RefusesRepeatedIds)
 {
     EXPECT_EQ(refusal({{"PluginFurnitureCatalog.properties", "id=x\nname#1=a\nid#1=y\nname#2=b\nid#2=y\n"}}),
-              "the id \"y\" stands twice; ids must differ");
+              "the id \"y\" occurs twice; ids must differ");
 }
 
 TEST_F(FurnitureLibrary, BoundsWhatItUnpacks)

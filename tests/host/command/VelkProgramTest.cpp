@@ -211,7 +211,7 @@ TEST_F(VelkProgram, KeepsTheOldCatalogWhenABuildFails)
     const std::vector<std::string> files = test::listFolder(folder());
     const ProgramRun run = velk({"catalog", "build", "bad.csv", "-o", "a.calib"});
     EXPECT_EQ(run.exitCode, 4);
-    EXPECT_EQ(run.errors, "velk: bad.csv: line 3: the id \"x\" stands twice; ids must differ\n");
+    EXPECT_EQ(run.errors, "velk: bad.csv: line 3: the id \"x\" occurs twice; ids must differ\n");
     EXPECT_EQ(run.output, "");
     EXPECT_EQ(test::readFile(folder() / U"a.calib"), before);
     EXPECT_EQ(test::listFolder(folder()), files);
