@@ -32,7 +32,7 @@ class EditionWatch
 public:
     explicit EditionWatch(fileString site) : site_(std::move(site)) { current(); }
 
-    /// The edition in force now. While a damaged switch or table cannot be read, the last one that could.
+    /// The edition in force now; while its switch or table is damaged, the last one that could be read.
     std::shared_ptr<const SiteEdition> current()
     {
         const std::lock_guard lock(mutex_);
@@ -86,7 +86,7 @@ public:
         const long long got = file_->read(block.data(), block.size());
         if (got <= 0)
             return false;
-        // Before it is sent, so that whoever has received it finds it counted.
+        // Counted before it is sent, so that whoever has received it finds it counted.
         *sent_ += static_cast<std::uint64_t>(got);
         *allSent_ += static_cast<std::uint64_t>(got);
         return sink.write(block.data(), static_cast<std::size_t>(got));

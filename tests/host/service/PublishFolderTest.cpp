@@ -22,14 +22,14 @@ TEST_F(PublishFolder, ReportsEverythingAtOnce)
     EXPECT_THAT(problems(), ElementsAre(StartsWith("readme.txt: has no meaning here"),
                                         StartsWith("core/a & b.calib: holds the character \"&\" in its name"),
                                         "core/broken.calib: is no library catalog",
-                                        StartsWith("bonus/x.calib: has another extension; here stand packed libraries"),
+                                        StartsWith("bonus/x.calib: has another extension; this folder is for packed "),
                                         StartsWith("bonus/y.calibz: is not a sound zip archive")));
     EXPECT_FALSE(site().pathExists());
 }
 
 TEST_F(PublishFolder, MustExistAndHoldSomething)
 {
-    EXPECT_THAT(problems(), ElementsAre(".: is no folder"));
+    EXPECT_THAT(problems(), ElementsAre(".: is not a folder"));
     FileUtils::createDirectoriesWithPerm(input(U"core"));
     EXPECT_THAT(problems(), ElementsAre(StartsWith(".: holds nothing to publish")));
 }
@@ -39,8 +39,8 @@ TEST_F(PublishFolder, HasFoldersWhereFoldersBelong)
     test::writeFileDeep(input(U"core"), "a file");
     test::writeFileDeep(input(U"logos"), "a file");
     test::writePackedFile(input(U"bonus/sub/x.calibz"), "A", {});
-    EXPECT_THAT(problems(), ElementsAre("core: is no folder", "bonus/sub: is a folder; libraries stand side by side",
-                                        "logos: is no folder"));
+    EXPECT_THAT(problems(), ElementsAre("core: is not a folder", "bonus/sub: is a folder; libraries stand side by side",
+                                        "logos: is not a folder"));
 }
 
 TEST_F(PublishFolder, HasLogosThatClientsTake)
@@ -180,7 +180,8 @@ const ManufacturerCase manufacturerCases[] = {
      "names the logo \"doors/acme.png\" (Acme), which holds the character \"/\""},
     {"LogoOverAClientsFile", test::manufacturerData("Errors.log"),
      "names the logo \"Errors.log\" (Acme), which has the name of one of a client's own files"},
-    {"LogoInOtherLetters", test::manufacturerData("ACME.png"), "names the logo \"ACME.png\" (Acme) in other letters"},
+    {"LogoInOtherLetterCase", test::manufacturerData("ACME.png"),
+     "names the logo \"ACME.png\" (Acme), but its letter case differs in logos"},
 };
 
 class ManufacturerData : public test::PublishTest, public testing::WithParamInterface<ManufacturerCase>
@@ -214,7 +215,7 @@ TEST_F(PublishFolder, RefusesBadLines)
                                         StartsWith("withdrawn.txt: line 3: is not \"NAME: MESSAGE\""),
                                         HasSubstr("line 4: \"a+b.calibz\" holds the character \"+\""),
                                         HasSubstr("line 5: \"A.calib\" is in the folder"),
-                                        HasSubstr("line 6: \"B.calibz\" stands twice"), HasSubstr("line 7: is not")));
+                                        HasSubstr("line 6: \"B.calibz\" occurs twice"), HasSubstr("line 7: is not")));
 }
 
 TEST_F(PublishFolder, MayEndWithASeparator)
