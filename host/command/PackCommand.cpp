@@ -28,7 +28,7 @@ Every file below the folder goes in, under its path there.
 Exit codes: 0 written, 2 wrong command line, 4 it could not be packed, 7 cancelled
 by Ctrl-C. Then an older target stays as it was.)";
 
-constexpr std::size_t maximumDepth = 100;  // of folders below each other
+constexpr std::size_t maximumDepth = 100;  // of folders inside each other
 
 struct PackArguments
 {

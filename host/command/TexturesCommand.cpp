@@ -20,7 +20,7 @@ namespace {
 constexpr const char* texturesExamples = R"(Examples:
   velk textures merge house.zip textures/house.zip
 
-What both archives hold stays as DEST has it. SOURCE is kept.
+Entries that both archives have stay as they are in DEST. SOURCE is kept.
 Exit codes: 0 merged, 2 wrong command line, 4 they could not be merged, 7 cancelled
 by Ctrl-C. Then DEST is as it was.)";
 
@@ -38,7 +38,7 @@ void merge(const fileString& source, const fileString& destination, Output& outp
         throw CatalogError(source, "is no readable zip archive, or has no entries");
     if (destination.pathExists() && !ZipUtils::canAddToArchive(destination))
         throw CatalogError(destination, "is no zip archive that can be added to");
-    // The library's operation takes its source away.
+    // The module's operation removes its source, so it gets a copy.
     fileString copy;
     copy.generateAsTempName(ZipUtils::getExtension());
     const FileReaper reaper(copy);

@@ -37,7 +37,7 @@ struct UnpackArguments
 
 // ---- Fetching ------------------------------------------------------------------------------------
 
-/// What the transfer tells.
+/// What the transfer reports.
 struct Transfer
 {
     ProgressLine line;

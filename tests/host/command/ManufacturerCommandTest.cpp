@@ -120,7 +120,7 @@ TEST_F(ManufacturerCommand, ListsAsJson)
 TEST_F(ManufacturerCommand, ChangesTheDefaultText)
 {
     EXPECT_EQ(velk({"edit", "--default-text", "Ask us"}).output, "Changed the default text.\n");
-    EXPECT_EQ(velk({"edit", "--default-text", "Ask us"}).output, "The default text is this already.\n");
+    EXPECT_EQ(velk({"edit", "--default-text", "Ask us"}).output, "This is the default text already.\n");
     EXPECT_THAT(test::readFile(data()), HasSubstr("\"Default_Text\": \"Ask us\""));
 }
 
@@ -445,10 +445,11 @@ TEST_F(FailingManufacturerUpdate, TellsWhichLogosDidNotCome)
                                      time + "}}"});
     const ProgramRun run = update();
     EXPECT_EQ(run.exitCode, 6);
-    EXPECT_THAT(run.output, HasSubstr(" 7  Acme  changed  logo; its logo did not come\n"));
-    EXPECT_THAT(run.output, HasSubstr(" 8  Far   new      its logo did not come\n"));
+    EXPECT_THAT(run.output, HasSubstr(" 7  Acme  changed  logo; its logo could not be fetched\n"));
+    EXPECT_THAT(run.output, HasSubstr(" 8  Far   new      its logo could not be fetched\n"));
     EXPECT_THAT(run.output, HasSubstr(" 9  Gone  new\n"));
-    EXPECT_THAT(run.output, HasSubstr("2 new, 1 changed, 0 gone; another default text; 2 logos did not come.\n"));
+    EXPECT_THAT(run.output,
+                HasSubstr("2 new, 1 changed, 0 gone; another default text; 2 logos could not be fetched.\n"));
     EXPECT_EQ(velk({"check"}).exitCode, 1);
     EXPECT_FALSE((folder() / U"home" / U"far.png").pathExists());
 }
