@@ -87,6 +87,13 @@ bool FileUtils::createDirectoriesWithPerm(const fileString& path)
     return guarded([&] { return Velk::detail::createMissingFolders(path, &Platform::createSharedFolder); }, false);
 }
 
+bool FileUtils::createPrivateDirectory(const fileString& path)
+{
+    // A separator at the end would lead through a link.
+    return guarded([&] { return Platform::createPrivateFolder(Velk::detail::withoutTrailingSeparators(path.utf8())); },
+                   false);
+}
+
 bool FileUtils::copyFile(const fileString& from, const fileString& to, bool overwrite)
 {
     return guarded([&] { return copy(from, to, overwrite ? Existing::replace : Existing::keep); }, false);

@@ -3,7 +3,6 @@
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Files/detail/Folders.h>
 #include <VelkCommon/Platform/Platform.h>
-#include <VelkCommon/Text/detail/Utf8.h>
 
 #include <algorithm>
 #include <array>
@@ -17,50 +16,7 @@ using Velk::Platform::rootLength;
 
 namespace {
 
-constexpr char32_t oddByteBase = 0xDC00;
-constexpr char32_t firstOddByte = 0xDC80;
-constexpr char32_t lastOddByte = 0xDCFF;
 constexpr int temporaryNameAttempts = 100;
-
-// ---- Bytes and UTF-32 ----------------------------------------------------------------------------
-//
-// The two forms hold the same names: odd bytes have a code point of their own, and the three-byte form
-// of a lone surrogate (a name on Windows) is read as that surrogate. Only the surrogates that stand for
-// odd bytes are not read so: their three bytes count as three odd ones, or two byte texts would share
-// one UTF-32 text.
-
-constexpr bool isOddByte(char32_t point) noexcept
-{
-    return point >= firstOddByte && point <= lastOddByte;
-}
-
-std::u32string decodeAll(std::string_view text)
-{
-    std::u32string points;
-    points.reserve(text.size());
-    while (!text.empty()) {
-        const auto decoded = Velk::detail::decodeUtf8(text, Velk::detail::Surrogates::allowed);
-        const bool isText = decoded.wellFormed && !isOddByte(decoded.value);
-        points += isText ? decoded.value : oddByteBase + static_cast<unsigned char>(text[0]);
-        text.remove_prefix(isText ? decoded.length : 1);
-    }
-    return points;
-}
-
-std::string encodeAll(std::u32string_view points)
-{
-    std::string text;
-    text.reserve(points.size());
-    for (const char32_t point : points)
-        if (isOddByte(point))
-            text += static_cast<char>(point - oddByteBase);
-        else
-            Velk::detail::appendUtf8(text,
-                                     point <= Velk::detail::lastCodePoint ? point : Velk::detail::replacementCharacter);
-    return text;
-}
-
-// ---- Parts of a path -----------------------------------------------------------------------------
 
 // Where the file name begins: behind the last separator, and never within the root.
 std::size_t nameBegin(std::string_view path) noexcept
@@ -96,7 +52,7 @@ std::string Velk::detail::randomName()
     return name;
 }
 
-fileString::fileString(const std::u32string& text) : text_(encodeAll(text)) {}
+fileString::fileString(const std::u32string& text) : text_(Velk::Platform::fromUnicodePath(text)) {}
 
 fileString::fileString(const std::string& text) : text_(text) {}
 
@@ -156,12 +112,12 @@ fileString fileString::extension() const
 
 std::u32string fileString::unicodeString() const
 {
-    return decodeAll(text_);
+    return Velk::Platform::toUnicodePath(text_);
 }
 
 std::wstring fileString::toNativeString() const
 {
-    return Velk::Platform::toNativePath(unicodeString());
+    return Velk::Platform::toNativePath(text_);
 }
 
 std::string fileString::humanReadableString() const

@@ -2,7 +2,7 @@
 
 #include <VelkCommon/Files/ReplacementFile.h>
 #include <VelkCommon/Text/StringConvert.h>
-#include <VelkCommon/Text/detail/Utf8.h>
+#include <VelkCommon/detail/Utf8.h>
 
 #include <array>
 #include <charconv>

@@ -96,14 +96,15 @@ bool isAbsolute(std::string_view path) noexcept
     return path.starts_with('/');
 }
 
-std::wstring toNativePath(std::u32string_view path)
+std::wstring toNativePath(std::string_view path)
 {
-    return {path.begin(), path.end()};
+    const std::u32string points = toUnicodePath(path);
+    return {points.begin(), points.end()};
 }
 
-std::u32string fromNativePath(std::wstring_view native)
+std::string fromNativePath(std::wstring_view native)
 {
-    return {native.begin(), native.end()};
+    return fromUnicodePath(std::u32string(native.begin(), native.end()));
 }
 
 std::string userDataFolder()

@@ -1,6 +1,7 @@
 #include <VelkCommon/Platform/Platform.h>
 
 #include <VelkCommon/Platform/detail/Windows.h>
+#include <VelkCommon/detail/Utf8.h>
 
 #include <bcrypt.h>
 
@@ -35,25 +36,41 @@ std::size_t behindPiece(std::string_view path, std::size_t begin) noexcept
 
 std::wstring toUtf16(std::u32string_view text)
 {
-    constexpr char32_t firstSupplementary = 0x10000;
     std::wstring wide;
     wide.reserve(text.size());
     for (const char32_t point : text)
-        if (point < firstSupplementary) {
+        if (point < detail::firstSupplementary) {
             wide += static_cast<wchar_t>(point);
         } else {
-            const char32_t rest = point - firstSupplementary;
+            const char32_t rest = point - detail::firstSupplementary;
             wide += static_cast<wchar_t>(0xD800U + (rest >> 10U));
             wide += static_cast<wchar_t>(0xDC00U + (rest & 0x3FFU));
         }
     return wide;
 }
 
+std::u32string fromUtf16(std::wstring_view text)
+{
+    std::u32string points;
+    points.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char32_t unit = text[i];
+        const char32_t next = i + 1 < text.size() ? text[i + 1] : U'\0';
+        if (unit >= 0xD800 && unit <= 0xDBFF && next >= 0xDC00 && next <= 0xDFFF) {
+            points += detail::firstSupplementary + ((unit - 0xD800) << 10U) + (next - 0xDC00);
+            ++i;
+        } else {
+            points += unit;
+        }
+    }
+    return points;
+}
+
 std::string environment(const wchar_t* name)
 {
     std::wstring value(std::numeric_limits<short>::max(), L'\0');
     const DWORD size = ::GetEnvironmentVariableW(name, value.data(), static_cast<DWORD>(value.size()));
-    return size < value.size() ? toUtf8(value.substr(0, size)) : std::string();
+    return size < value.size() ? fromNativePath(value.substr(0, size)) : std::string();
 }
 
 }  // namespace
@@ -70,7 +87,7 @@ std::string lastErrorText()
     std::wstring_view text(buffer.pointer, size);
     while (!text.empty() && (text.back() == L'\n' || text.back() == L'\r' || text.back() == L' '))
         text.remove_suffix(1);
-    return text.empty() ? "error " + std::to_string(error) : toUtf8(text);
+    return text.empty() ? "error " + std::to_string(error) : fromNativePath(text);
 }
 
 bool debuggerPresent()
@@ -125,9 +142,9 @@ bool isAbsolute(std::string_view path) noexcept
     return root >= 3 && (path[1] == ':' || isSeparator(path[1]));
 }
 
-std::wstring toNativePath(std::u32string_view path)
+std::wstring toNativePath(std::string_view path)
 {
-    std::wstring wide = toUtf16(path);
+    std::wstring wide = toUtf16(toUnicodePath(path));
     if (wide.starts_with(longPrefix))
         return wide;
     std::replace(wide.begin(), wide.end(), L'/', L'\\');
@@ -140,26 +157,11 @@ std::wstring toNativePath(std::u32string_view path)
     return wide;
 }
 
-std::u32string fromNativePath(std::wstring_view native)
+std::string fromNativePath(std::wstring_view native)
 {
-    std::u32string text;
-    if (native.starts_with(longShare)) {
-        text = U"\\\\";
-        native.remove_prefix(longShare.size());
-    } else if (native.starts_with(longPrefix)) {
-        native.remove_prefix(longPrefix.size());
-    }
-    for (std::size_t i = 0; i < native.size(); ++i) {
-        const char32_t unit = native[i];
-        const char32_t next = i + 1 < native.size() ? native[i + 1] : U'\0';
-        if (unit >= 0xD800 && unit <= 0xDBFF && next >= 0xDC00 && next <= 0xDFFF) {
-            text += 0x10000 + ((unit - 0xD800) << 10U) + (next - 0xDC00);
-            ++i;
-        } else {
-            text += unit;
-        }
-    }
-    return text;
+    if (!native.starts_with(longShare))
+        return fromUnicodePath(fromUtf16(native.substr(native.starts_with(longPrefix) ? longPrefix.size() : 0)));
+    return "\\\\" + fromUnicodePath(fromUtf16(native.substr(longShare.size())));
 }
 
 std::string userDataFolder()
@@ -174,7 +176,7 @@ std::string temporaryFolder()
     const DWORD size = ::GetTempPathW(static_cast<DWORD>(folder.size()), folder.data());
     if (size == 0 || size >= folder.size())
         return "C:\\Windows\\Temp";
-    return toUtf8(folder.substr(0, size));
+    return fromNativePath(folder.substr(0, size));
 }
 
 std::string userFolderName()

@@ -1,6 +1,6 @@
 #include <VelkCommon/Text/StringConvert.h>
 
-#include <VelkCommon/Text/detail/Utf8.h>
+#include <VelkCommon/detail/Utf8.h>
 
 #include <algorithm>
 #include <cstdint>

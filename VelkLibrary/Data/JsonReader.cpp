@@ -1,6 +1,6 @@
 #include <VelkLibrary/JsonReader.h>
 
-#include <VelkCommon/Text/detail/Utf8.h>
+#include <VelkCommon/detail/Utf8.h>
 
 #define BOOST_SPIRIT_THREADSAFE
 #include <boost/spirit/include/classic_core.hpp>

@@ -1,5 +1,6 @@
 #include <VelkLibrary/Filter/FilterFile.h>
 
+#include <VelkCommon/Json/json_writer.h>
 #include <VelkLibrary/Data/detail/DataFile.h>
 #include <VelkLibrary/Filter/FreeFilterIds.h>
 

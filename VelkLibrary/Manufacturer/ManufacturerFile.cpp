@@ -1,5 +1,6 @@
 #include <VelkLibrary/Manufacturer/ManufacturerFile.h>
 
+#include <VelkCommon/Json/json_writer.h>
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
 #include <VelkCommon/Text/TimeText.h>

@@ -3,7 +3,7 @@
 #include <VelkCommon/Text/FormatText.h>
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
-#include <VelkCommon/Text/detail/Utf8.h>
+#include <VelkCommon/detail/Utf8.h>
 #include <VelkLibrary/UI/LibraryProgressPanel.h>
 #include <VelkLibrary/UI/detail/ProgressDisplayPreference.h>
 

@@ -51,7 +51,7 @@ std::string tagText(std::string tag)
     if (first != last)
         tag = tag.substr(first + 1, last - first - 1);
     // A line break would make a line of its own in the hash file.
-    std::erase_if(tag, [](char byte) { return Library::detail::holdsControlCharacter({&byte, 1}); });
+    std::erase_if(tag, [](char byte) { return Library::holdsControlCharacter({&byte, 1}); });
     return tag;
 }
 
@@ -101,7 +101,7 @@ fileString downloadFolder(std::uint32_t kind)
     const fileString name =
         fileString(gApp->getInstanceName() + ".downloads.") + installed.parentPath().stemWithExtension();
     // The folder is removed with all that is in it, so it must be one of its own.
-    if (installed.empty() || temporary.empty() || !Library::detail::isPlainFileName(name.utf8()))
+    if (installed.empty() || temporary.empty() || !Library::isPlainFileName(name.utf8()))
         return {};
     return temporary / name;
 }

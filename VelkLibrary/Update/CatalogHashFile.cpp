@@ -8,7 +8,7 @@
 
 #include <utility>
 
-using Library::detail::holdsControlCharacter;
+using Library::holdsControlCharacter;
 
 namespace LibraryCatalogUpdate {
 namespace {

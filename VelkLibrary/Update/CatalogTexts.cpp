@@ -6,8 +6,8 @@
 
 #include <algorithm>
 
-using Library::detail::holdsControlCharacter;
-using Library::detail::isPlainFileName;
+using Library::holdsControlCharacter;
+using Library::isPlainFileName;
 
 namespace LibraryCatalogUpdate::detail {
 

@@ -5,10 +5,12 @@
 #include "host/browser/language/HostTexts.h"
 #include "host/browser/language/Reasons.h"
 #include "host/browser/language/Translations.h"
-#include "host/catalog/CatalogError.h"
-#include "host/command/CommandLine.h"
+#include "host/service/ServiceError.h"
 #include "host/service/SiteService.h"
+#include "host/support/FileError.h"
 #include "host/support/InstallHost.h"
+#include "host/support/ParserArguments.h"
+#include "host/support/System.h"
 
 #include <VelkCommon/HostServices.h>
 #include <VelkCommon/Network/Curl.h>
@@ -20,6 +22,7 @@
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
+#include <exception>
 #include <memory>
 #include <optional>
 #include <string>
@@ -58,7 +61,7 @@ CommandLine parsed(int argumentCount, char** arguments)
 {
     CommandLine line;
     std::string home;
-    CLI::App parser("Browse, search and update libraries of objects, materials, textures and styles");
+    CLI::App parser("Browse, search and update libraries of objects, materials, textures and styles", arguments[0]);
     parser.footer(examples);
     parser.add_option("--home", home, "The installation's folder (default: VELK_HOME, or the user's)")
         ->type_name("DIR");
@@ -76,7 +79,8 @@ CommandLine parsed(int argumentCount, char** arguments)
         ->type_name("CODE")
         ->check(CLI::IsMember(windowLanguages()));
     try {
-        parser.parse(argumentCount, arguments);
+        std::vector<std::string> disguised = VelkHost::toParser(VelkHost::programArguments(argumentCount, arguments));
+        parser.parse(disguised);
     } catch (const CLI::ParseError& error) {
         line.exitCode = parser.exit(error);
     }
@@ -115,6 +119,13 @@ void makeLinksReadable()
     QApplication::setPalette(palette);
 }
 
+/// Tells why the window cannot open; the exit code.
+int failed(const std::exception& error)
+{
+    std::fprintf(stderr, "velk-browser: %s\n", VelkHost::failureText(error).toUtf8().constData());
+    return 1;
+}
+
 }  // namespace
 
 int main(int argumentCount, char** arguments)
@@ -137,8 +148,9 @@ int main(int argumentCount, char** arguments)
         window.show();
         window.readLibraries();
         return QApplication::exec();
-    } catch (const VelkHost::CatalogError& error) {
-        std::fprintf(stderr, "velk-browser: %s\n", VelkHost::failureText(error).toUtf8().constData());
-        return 1;
+    } catch (const VelkHost::FileError& error) {
+        return failed(error);
+    } catch (const VelkHost::ServiceError& error) {
+        return failed(error);
     }
 }

@@ -1,7 +1,7 @@
 #include "host/catalog/CatalogBuilder.h"
 
-#include "host/catalog/CatalogError.h"
 #include "host/catalog/CleanText.h"
+#include "host/support/FileError.h"
 
 #include <utility>
 
@@ -21,7 +21,7 @@ CatalogBuilder::CatalogBuilder(fileString source, Catalog header)
 
 void CatalogBuilder::fail(const std::string& reason) const
 {
-    throw CatalogError(source_, reason);
+    throw FileError(source_, reason);
 }
 
 std::size_t CatalogBuilder::folder(const std::vector<std::string>& path)

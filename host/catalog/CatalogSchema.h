@@ -15,11 +15,11 @@ constexpr std::uint32_t catalogSchemaVersion = 1;
 /// Makes the tables in an empty database and marks it as a catalog.
 void createSchema(Database& database);
 
-/// Looks at the first 100 bytes of the file, before SQLite does. Throws CatalogError for a file that is no
+/// Looks at the first 100 bytes of the file, before SQLite does. Throws FileError for a file that is no
 /// catalog, was made by a newer version, or is shorter than it says. Returns its size.
 std::uint64_t checkHeader(const fileString& path);
 
-/// Throws CatalogError unless the database holds exactly the tables of this version: real tables with
+/// Throws FileError unless the database holds exactly the tables of this version: real tables with
 /// the expected columns, no views, triggers, virtual tables or computed columns.
 void checkSchema(Database& database);
 

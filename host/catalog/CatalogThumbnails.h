@@ -15,11 +15,11 @@ namespace VelkHost {
 class CatalogThumbnails
 {
 public:
-    /// Throws CatalogError for a file that is no catalog.
+    /// Throws FileError for a file that is no catalog.
     explicit CatalogThumbnails(const fileString& path);
 
     /// The PNG file's bytes of the item with that unique id; empty when there is no such item or picture.
-    /// Throws CatalogError for a damaged file.
+    /// Throws FileError for a damaged file.
     std::string png(std::string_view uniqueId);
 
 private:

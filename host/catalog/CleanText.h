@@ -13,10 +13,6 @@ namespace VelkHost {
 /// points is cut. Any thread; throws only std::bad_alloc.
 std::string cleanText(std::string_view text, std::size_t maximumCharacters);
 
-/// A character that must not reach a terminal or a list as it is: controls, separators of lines and
-/// paragraphs, and marks that reorder the text around them.
-bool isUnsafeCharacter(char32_t character) noexcept;
-
 /// The keywords in `texts`, each a list separated by ",", as one text separated by ", ". They are cleaned;
 /// empty ones and repetitions are left out (compared in lower case; the first spelling stays). The text
 /// ends before the keyword that would exceed limits::keywordBytes.

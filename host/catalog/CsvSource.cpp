@@ -1,10 +1,10 @@
 #include "host/catalog/CsvSource.h"
 
 #include "host/catalog/CatalogBuilder.h"
-#include "host/catalog/CatalogError.h"
 #include "host/catalog/CleanText.h"
 #include "host/catalog/CsvText.h"
-#include "host/catalog/SourceFile.h"
+#include "host/support/FileError.h"
+#include "host/support/WholeFile.h"
 
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
@@ -21,7 +21,7 @@ constexpr std::array<std::string_view, 4> translatable{"name", "category", "fold
 /// The file's text as UTF-8 without a byte order mark.
 std::string readText(const fileString& path)
 {
-    std::string text = readSourceFile(path, maximumCsvBytes);
+    std::string text = readWhole(path, maximumCsvBytes);
     if (text.starts_with("\xEF\xBB\xBF"))
         text.erase(0, 3);
     bool wellFormed = true;
@@ -35,7 +35,7 @@ std::vector<CsvRow> readRows(const fileString& path)
     try {
         return parseCsv(text, csvDelimiter(text));
     } catch (const CsvError& error) {
-        throw CatalogError(path, error.what());
+        throw FileError(path, error.what());
     }
 }
 
@@ -46,7 +46,7 @@ public:
         : path_(path), options_(options), rows_(readRows(path))
     {
         if (rows_.empty())
-            throw CatalogError(path, "is empty; the first line names the columns, for example: name,category,keywords");
+            throw FileError(path, "is empty; the first line names the columns, for example: name,category,keywords");
         readColumns();
         chain_ = languageChain(options_.language, languages(), path_);
     }
@@ -63,7 +63,7 @@ public:
 private:
     [[noreturn]] void fail(const CsvRow& row, const std::string& reason) const
     {
-        throw CatalogError(path_, "line " + std::to_string(row.line) + ": " + reason);
+        throw FileError(path_, "line " + std::to_string(row.line) + ": " + reason);
     }
 
     void readColumns()

@@ -1,6 +1,6 @@
 #include "host/catalog/Database.h"
 
-#include "host/catalog/CatalogError.h"
+#include "host/support/FileError.h"
 
 #include <sqlite3.h>
 
@@ -128,7 +128,7 @@ void Database::fail() const
     const int code = sqlite3_errcode(handle_.get());
     if (code == SQLITE_NOMEM)
         throw std::bad_alloc();
-    throw CatalogError(path_, reasonOf(code, sqlite3_errmsg(handle_.get())));
+    throw FileError(path_, reasonOf(code, sqlite3_errmsg(handle_.get())));
 }
 
 void Database::execute(const std::string& sql)

@@ -14,7 +14,7 @@ namespace VelkHost {
 
 class Statement;
 
-/// An open SQLite database. Every operation throws CatalogError, with the database's path and a sentence
+/// An open SQLite database. Every operation throws FileError, with the database's path and a sentence
 /// for people. One thread at a time; statements must not outlive it.
 class Database
 {

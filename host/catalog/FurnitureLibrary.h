@@ -14,7 +14,7 @@ namespace VelkHost {
 /// Each category becomes a category of the catalog, each "name#N" an item. Its keywords are the tags,
 /// the description and, last, who made it; its files are the model and what lies in the model's folder. A
 /// text that a translation lacks is taken from the default. An icon that is missing or no PNG file is left
-/// out. Throws CatalogError.
+/// out. Throws FileError.
 Catalog readFurnitureLibrary(const fileString& path, const BuildOptions& options);
 
 /// Someone who made things in a furniture library, or who provides it.
@@ -27,7 +27,7 @@ struct FurnitureManufacturer
     std::string otherIcon;  ///< of another of their items; the same when there is no other
 };
 
-/// The manufacturers and providers that a furniture library names, by name. Throws CatalogError.
+/// The manufacturers and providers that a furniture library names, by name. Throws FileError.
 std::vector<FurnitureManufacturer> readFurnitureManufacturers(const fileString& path);
 
 }  // namespace VelkHost

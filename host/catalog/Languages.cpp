@@ -1,6 +1,6 @@
 #include "host/catalog/Languages.h"
 
-#include "host/catalog/CatalogError.h"
+#include "host/support/FileError.h"
 
 #include <VelkCommon/Text/StringUtils.h>
 
@@ -44,8 +44,8 @@ std::vector<std::string> languageChain(std::string_view wanted, const std::set<s
         if (available.contains(language) && (chain.empty() || chain.back() != language))
             chain.push_back(language);
     if (chain.empty())
-        throw CatalogError(source, "has no names in \"" + std::string(wanted) + "\"; " + listed(available) +
-                                       " (without --language you get the library's own names)");
+        throw FileError(source, "has no names in \"" + std::string(wanted) + "\"; " + listed(available) +
+                                    " (without --language you get the library's own names)");
     return chain;
 }
 

@@ -17,7 +17,7 @@ namespace VelkHost {
 class ZipSource
 {
 public:
-    /// Opens the archive. Throws CatalogError for what is no sound archive of at most 100,000 entries,
+    /// Opens the archive. Throws FileError for what is no sound archive of at most 100,000 entries,
     /// or one whose entries share their bytes.
     explicit ZipSource(const fileString& path);
     ~ZipSource();
@@ -28,7 +28,7 @@ public:
     const std::vector<std::string>& names() const noexcept { return names_; }
 
     /// The bytes of the entry with exactly that name; none when there is no such entry. Throws
-    /// CatalogError for an entry that is damaged, encrypted or longer than `maximumBytes`, and when all
+    /// FileError for an entry that is damaged, encrypted or longer than `maximumBytes`, and when all
     /// that was read exceeds 2 GiB.
     std::optional<std::string> read(const std::string& name, std::size_t maximumBytes);
 

@@ -1,18 +1,16 @@
 #include "host/command/CommandLine.h"
 
 #include "host/support/ExitCode.h"
+#include "host/support/ParserArguments.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <exception>
-#include <iterator>
 #include <new>
 
 namespace VelkHost {
 namespace {
-
-constexpr char disguise = '\x01';
 
 constexpr const char* description = "velk - searches libraries of architectural content, and makes them";
 
@@ -37,12 +35,6 @@ void describe(CLI::App& app)
     app.get_formatter()->column_width(34);
     // "/x" is a text to search for on every system.
     app.allow_windows_style_options(false);
-}
-
-std::string toParser(const std::string& argument)
-{
-    const bool disguised = argument.starts_with('[') || argument.starts_with('%') || argument.starts_with(disguise);
-    return disguised ? disguise + argument : argument;
 }
 
 /// What a wrong command line deserves: the reason, and where help is.
@@ -98,10 +90,8 @@ int run(const std::vector<std::string>& arguments, Output& output)
     if (!arguments.front().starts_with('-') && !isCommand(app, arguments.front()))
         return reportUnknownCommand(app, arguments.front(), output);
     try {
-        // The parser takes its arguments from the back.
-        std::vector<std::string> reversed;
-        std::transform(arguments.rbegin(), arguments.rend(), std::back_inserter(reversed), toParser);
-        app.parse(reversed);
+        std::vector<std::string> disguised = toParser(arguments);
+        app.parse(disguised);
     } catch (const CLI::CallForHelp&) {
         const CLI::App* asked = &app;
         while (!asked->get_subcommands().empty())
@@ -115,11 +105,6 @@ int run(const std::vector<std::string>& arguments, Output& output)
 }
 
 }  // namespace
-
-std::string fromParser(const std::string& argument)
-{
-    return argument.starts_with(disguise) ? argument.substr(1) : argument;
-}
 
 int runVelk(const std::vector<std::string>& arguments, Output& output) noexcept
 {

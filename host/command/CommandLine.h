@@ -28,10 +28,6 @@ void addTourCommand(CLI::App& app, Output& output, Action& action);
 void addUnpackCommand(CLI::App& app, Output& output, Action& action);
 void addUpdateCommand(CLI::App& app, Output& output, Action& action);
 
-/// The parser would take "[a,b]" for a list and drop "%%", so arguments pass it in disguise. This is the
-/// argument as it was typed.
-std::string fromParser(const std::string& argument);
-
 /// Runs the `velk` program with these arguments (without the program's name, UTF-8). Never throws.
 int runVelk(const std::vector<std::string>& arguments, Output& output) noexcept;
 

@@ -2,7 +2,7 @@
 
 #include "host/command/CommandLine.h"
 #include "host/command/CommonOptions.h"
-#include "host/installation/DataError.h"
+#include "host/command/DataWork.h"
 #include "host/support/ExitCode.h"
 
 #include <CLI/CLI.hpp>

@@ -1,9 +1,10 @@
-#include "host/catalog/CatalogError.h"
 #include "host/command/CommandLine.h"
 #include "host/command/DataCommand.h"
 #include "host/command/FilterReport.h"
 #include "host/installation/Filters.h"
 #include "host/support/DisplayText.h"
+#include "host/support/FileError.h"
+#include "host/support/ParserArguments.h"
 #include "host/support/TextTable.h"
 
 #include <VelkLibrary/LibraryFilterManager.h>
@@ -52,7 +53,7 @@ std::vector<std::string> libraryIds(const FilterArguments& arguments)
         paths.emplace_back(fromParser(path));
     const LibrarySet libraries = loadLibraries(paths);
     if (!libraries.broken.empty())
-        throw CatalogError(libraries.broken.front().path, libraries.broken.front().reason);
+        throw FileError(libraries.broken.front().path, libraries.broken.front().reason);
     for (const LoadedLibrary& library : libraries.loaded)
         ids.push_back(library.catalog->id);
     return ids;

@@ -1,8 +1,10 @@
 #include "host/command/DataCommand.h"
 #include "host/command/ManufacturerReport.h"
+#include "host/installation/DataError.h"
 #include "host/installation/ManufacturerRefresh.h"
 #include "host/installation/Manufacturers.h"
 #include "host/support/DisplayText.h"
+#include "host/support/ParserArguments.h"
 
 #include <VelkCommon/Network/Curl.h>
 #include <VelkCommon/Text/StringConvert.h>

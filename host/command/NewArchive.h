@@ -11,7 +11,7 @@
 namespace VelkHost {
 
 /// A zip archive that is made from files and bytes. It is at its place once close() has succeeded; otherwise
-/// what was there stays. Failures throw CatalogError.
+/// what was there stays. Failures throw FileError.
 class NewArchive
 {
 public:

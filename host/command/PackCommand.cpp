@@ -1,14 +1,15 @@
 #include "host/command/PackCommand.h"
 
-#include "host/catalog/CatalogError.h"
-#include "host/catalog/CatalogFolder.h"
-#include "host/catalog/SourceFile.h"
 #include "host/command/CancellableWork.h"
 #include "host/command/NewArchive.h"
 #include "host/support/DisplayText.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
+#include "host/support/ParserArguments.h"
 #include "host/support/ProgressLine.h"
 #include "host/support/ShownProgress.h"
 #include "host/support/System.h"
+#include "host/support/WholeFile.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Text/StringUtils.h>
@@ -50,14 +51,14 @@ void collect(const fileString& folder, const std::string& prefix, std::size_t de
              std::vector<PackedFile>& files)
 {
     if (depth > maximumDepth)
-        throw CatalogError(folder, "has too many folders below each other; does a link lead back?");
+        throw FileError(folder, "has too many folders below each other; does a link lead back?");
     for (const FolderEntry& entry : folderEntries(folder)) {
         const fileString path = folder / entry.name;
         const std::string name = prefix + entry.name.utf8();
         if (entry.isFolder)
             collect(path, name + "/", depth + 1, target, files);
         else if (path.extension() == fileString(std::string(".calib")))
-            throw CatalogError(path, "is another library; a packed library holds exactly one");
+            throw FileError(path, "is another library; a packed library holds exactly one");
         else if (path != target)
             files.push_back({path, name});
     }
@@ -68,11 +69,11 @@ std::vector<PackedFile> filesFor(const PackArguments& arguments, const fileStrin
     const fileString catalog(fromParser(arguments.catalog));
     requireFile(catalog, std::numeric_limits<std::uint64_t>::max());
     if (catalog.extension() != fileString(std::string(".calib")))
-        throw CatalogError(catalog, "is no library; its name must end with \".calib\"");
+        throw FileError(catalog, "is no library; its name must end with \".calib\"");
     std::vector<PackedFile> files{{catalog, catalog.stemWithExtension().utf8()}};
     const fileString folder(fromParser(arguments.folder));
     if (!isFolder(folder))
-        throw CatalogError(folder, "is no folder");
+        throw FileError(folder, "is no folder");
     collect(folder, {}, 0, target, files);
     return files;
 }

@@ -1,8 +1,8 @@
 #include "host/command/PackLibrary.h"
 
-#include "host/catalog/CatalogError.h"
-#include "host/catalog/SourceFile.h"
 #include "host/command/NewArchive.h"
+#include "host/support/FileError.h"
+#include "host/support/WholeFile.h"
 
 #include <VelkCommon/Archive/ZipUtils.h>
 #include <VelkCommon/Files/FileReaper.h>
@@ -45,7 +45,7 @@ void packWithFurniture(const fileString& catalog, const fileString& furniture, c
     };
     const auto never = [] { return false; };
     if (ZipUtils::getFilesDataInArchive(furniture, copy, never).empty() || !complete)
-        throw CatalogError(target, "cannot take over the files of " + furniture.humanReadableString());
+        throw FileError(target, "cannot take over the files of " + furniture.humanReadableString());
     reaper.cancel();
 }
 

@@ -9,7 +9,7 @@
 namespace VelkHost {
 
 /// Packs `catalog` as "<stem of target>.calib" with the entries of a furniture library that its items use, still
-/// compressed as they are there, into `target` (".calibz"), which appears whole or not at all. Throws CatalogError.
+/// compressed as they are there, into `target` (".calibz"), which appears whole or not at all. Throws FileError.
 void packWithFurniture(const fileString& catalog, const fileString& furniture, const fileString& target);
 
 /// The same with files given by name and bytes.

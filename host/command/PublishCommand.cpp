@@ -1,10 +1,11 @@
-#include "host/catalog/CatalogError.h"
 #include "host/command/CommandLine.h"
 #include "host/command/PublishReportText.h"
 #include "host/service/NginxConfiguration.h"
 #include "host/service/Publisher.h"
 #include "host/support/DisplayText.h"
 #include "host/support/ExitCode.h"
+#include "host/support/FileError.h"
+#include "host/support/ParserArguments.h"
 
 #include <CLI/CLI.hpp>
 
@@ -54,7 +55,7 @@ int runPublish(const PublishArguments& arguments, Output& output)
         for (const PublishProblem& problem : error.problems())
             output.error(problem.path.humanReadableString() + ": " + problem.reason);
         output.error("nothing was published", "The edition in force, if there is one, is unchanged.");
-    } catch (const CatalogError& error) {
+    } catch (const FileError& error) {
         output.error(error.what());
     }
     return static_cast<int>(ExitCode::ServiceFailed);

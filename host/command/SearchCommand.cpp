@@ -2,12 +2,13 @@
 
 #include "host/command/CommandLine.h"
 #include "host/command/CommonOptions.h"
+#include "host/command/DataWork.h"
 #include "host/command/HitReport.h"
-#include "host/installation/DataError.h"
 #include "host/installation/Filters.h"
 #include "host/installation/SearchText.h"
 #include "host/support/DisplayText.h"
 #include "host/support/ExitCode.h"
+#include "host/support/ParserArguments.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,10 +1,12 @@
-#include "host/catalog/CatalogError.h"
 #include "host/command/CommandLine.h"
 #include "host/command/PublishReportText.h"
 #include "host/service/SelfSigned.h"
+#include "host/service/ServiceError.h"
 #include "host/service/SiteService.h"
 #include "host/support/DisplayText.h"
 #include "host/support/ExitCode.h"
+#include "host/support/FileError.h"
+#include "host/support/ParserArguments.h"
 #include "host/support/System.h"
 
 #include <CLI/CLI.hpp>
@@ -78,7 +80,10 @@ int runServe(const ServeArguments& arguments, Output& output)
         }
         while (!interrupted())
             std::this_thread::sleep_for(betweenInterruptChecks);
-    } catch (const CatalogError& error) {
+    } catch (const FileError& error) {
+        output.error(error.what());
+        return static_cast<int>(ExitCode::ServiceFailed);
+    } catch (const ServiceError& error) {
         output.error(error.what());
         return static_cast<int>(ExitCode::ServiceFailed);
     }

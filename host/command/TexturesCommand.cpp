@@ -1,7 +1,8 @@
-#include "host/catalog/CatalogError.h"
 #include "host/command/CancellableWork.h"
 #include "host/command/CommandLine.h"
 #include "host/support/DisplayText.h"
+#include "host/support/FileError.h"
+#include "host/support/ParserArguments.h"
 #include "host/support/ShownProgress.h"
 #include "host/support/System.h"
 
@@ -33,19 +34,18 @@ struct MergeArguments
 void merge(const fileString& source, const fileString& destination, Output& output)
 {
     if (!source.pathExists())
-        throw CatalogError(source, "there is no such file");
+        throw FileError(source, "there is no such file");
     if (ZipUtils::getSizeOfArchive(source) == 0)
-        throw CatalogError(source, "is no readable zip archive, or has no entries");
+        throw FileError(source, "is no readable zip archive, or has no entries");
     if (destination.pathExists() && !ZipUtils::canAddToArchive(destination))
-        throw CatalogError(destination, "is no zip archive that can be added to");
+        throw FileError(destination, "is no zip archive that can be added to");
     // The module's operation removes its source, so it gets a copy.
     fileString copy;
     copy.generateAsTempName(ZipUtils::getExtension());
     const FileReaper reaper(copy);
     ShownProgress progress(output, ShownProgress::Cancel::thrown);
     if (!FileUtils::copyFile(source, copy, true) || !LibraryImport::moveArchivedTextures(copy, destination, &progress))
-        throw CatalogError(destination,
-                           "could not be merged with " + source.humanReadableString() + "; it is as it was");
+        throw FileError(destination, "could not be merged with " + source.humanReadableString() + "; it is as it was");
 }
 
 int run(const MergeArguments& arguments, Output& output)

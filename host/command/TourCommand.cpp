@@ -1,12 +1,14 @@
-#include "host/catalog/CatalogError.h"
-#include "host/catalog/CatalogFolder.h"
 #include "host/command/CommandLine.h"
 #include "host/command/PublishReportText.h"
 #include "host/command/TourContent.h"
 #include "host/command/TourFolder.h"
+#include "host/service/ServiceError.h"
 #include "host/service/SiteService.h"
 #include "host/support/DisplayText.h"
 #include "host/support/ExitCode.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
+#include "host/support/ParserArguments.h"
 #include "host/support/System.h"
 
 #include <VelkCommon/Archive/ZipUtils.h>
@@ -227,7 +229,10 @@ int runTour(const TourArguments& arguments, Output& output)
         return static_cast<int>(ExitCode::Success);
     } catch (const TourEnded& ended) {
         return ended.code;
-    } catch (const CatalogError& error) {
+    } catch (const FileError& error) {
+        output.error(error.what());
+        return static_cast<int>(ExitCode::BuildFailed);
+    } catch (const ServiceError& error) {
         output.error(error.what());
         return static_cast<int>(ExitCode::BuildFailed);
     }

@@ -1,12 +1,12 @@
 #include "host/command/TourContent.h"
 
-#include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFile.h"
-#include "host/catalog/CatalogFolder.h"
 #include "host/command/CatalogBuild.h"
 #include "host/command/PackLibrary.h"
 #include "host/command/PublishReportText.h"
 #include "host/support/DisplayText.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
 #include "host/support/TextTable.h"
 
 #include <VelkCommon/Files/FileReaper.h>
@@ -22,10 +22,10 @@ constexpr std::size_t coreLibraries = 2;
 std::vector<fileString> furnitureIn(const fileString& folder)
 {
     if (!isFolder(folder))
-        throw CatalogError(folder, "is no folder; name one with .sh3f files, or give --sample");
+        throw FileError(folder, "is no folder; name one with .sh3f files, or give --sample");
     std::vector<fileString> files = filesInFolder(folder, fileString(std::string(".sh3f")));
     if (files.empty())
-        throw CatalogError(folder, "holds no .sh3f file; give --sample to do without");
+        throw FileError(folder, "holds no .sh3f file; give --sample to do without");
     const auto smaller = [](const fileString& left, const fileString& right) {
         return FileUtils::fileSize(left) < FileUtils::fileSize(right);
     };

@@ -16,7 +16,7 @@ namespace VelkHost {
 class TourContent
 {
 public:
-    /// The furniture libraries (".sh3f") of `source`; with an empty one the sample. Throws CatalogError.
+    /// The furniture libraries (".sh3f") of `source`; with an empty one the sample. Throws FileError.
     /// The publisher keeps the manufacturers in `publisher`.
     TourContent(const fileString& source, const fileString& folder, const fileString& publisher);
 

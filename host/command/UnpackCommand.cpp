@@ -1,8 +1,10 @@
-#include "host/catalog/CatalogError.h"
-#include "host/catalog/CatalogFolder.h"
 #include "host/command/CancellableWork.h"
 #include "host/command/CommandLine.h"
+#include "host/installation/DataError.h"
 #include "host/support/DisplayText.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
+#include "host/support/ParserArguments.h"
 #include "host/support/ShownProgress.h"
 #include "host/support/System.h"
 
@@ -67,7 +69,7 @@ void download(const std::string& url, const fileString& target, Output& output)
         return;
     if (interrupted())
         throw Interrupted();
-    throw CatalogError(fileString(url), "cannot be downloaded (" + reason + ")");
+    throw TransferError(url, "cannot be downloaded (" + reason + ")");
 }
 
 /// The last piece of the address without its extension, where that can name a file.
@@ -75,7 +77,7 @@ fileString stemOf(const std::string& url)
 {
     const std::string path = url.substr(0, url.find_first_of("?#"));
     const fileString stem = fileString(path.substr(path.find_last_of('/') + 1)).stem();
-    return Library::detail::isPlainFileName(stem.utf8()) ? stem : fileString(std::string("library"));
+    return Library::isPlainFileName(stem.utf8()) ? stem : fileString(std::string("library"));
 }
 
 // ---- Unpacking -----------------------------------------------------------------------------------
@@ -94,13 +96,13 @@ std::string describe(const fileString& path)
 void putInPlace(const fileString& from, const fileString& to)
 {
     if (!FileUtils::moveFile(from, to, true))
-        throw CatalogError(to, "cannot be written");
+        throw FileError(to, "cannot be written");
 }
 
 void unpackLocal(const fileString& archive, const fileString& named, const fileString& target, Output& output)
 {
     if (!archive.pathExists())
-        throw CatalogError(named, "there is no such file");
+        throw FileError(named, "there is no such file");
     const auto progress = std::make_shared<ShownProgress>(output, ShownProgress::Cancel::answered);
     const auto [database, others] = LibraryImport::unpack(archive, true, progress);
     const FileReaper databaseReaper(database.value_or(fileString()));
@@ -108,7 +110,7 @@ void unpackLocal(const fileString& archive, const fileString& named, const fileS
     if (interrupted())
         throw Interrupted();
     if (!database)
-        throw CatalogError(named, "is no packed library: its database is missing or damaged");
+        throw FileError(named, "is no packed library: its database is missing or damaged");
     makeFolder(target.parentPath());
     const fileString databaseTarget = target + fileString(std::string(".calib"));
     const fileString othersTarget = target + fileString(ZipUtils::getExtension());

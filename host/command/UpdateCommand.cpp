@@ -1,12 +1,13 @@
-#include "host/catalog/CatalogError.h"
 #include "host/command/CommandLine.h"
 #include "host/command/CommonOptions.h"
 #include "host/command/UpdateReceiver.h"
 #include "host/installation/CatalogUpdate.h"
 #include "host/support/DisplayText.h"
 #include "host/support/ExitCode.h"
+#include "host/support/FileError.h"
 #include "host/support/InstallHost.h"
 #include "host/support/JsonText.h"
+#include "host/support/ParserArguments.h"
 #include "host/support/System.h"
 
 #include <VelkCommon/HostServices.h>
@@ -245,7 +246,7 @@ int update(const UpdateArguments& arguments, Output& output)
     const QCoreApplication application(argumentCount, programArguments);
     try {
         return Update(arguments, output).run();
-    } catch (const CatalogError& error) {
+    } catch (const FileError& error) {
         output.error(error.what());
         return static_cast<int>(ExitCode::UpdateFailed);
     }

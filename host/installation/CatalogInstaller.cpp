@@ -1,7 +1,7 @@
 #include "host/installation/CatalogInstaller.h"
 
-#include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFile.h"
+#include "host/support/FileError.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkLibrary/CatalogDownloadProtocol.h>
@@ -16,7 +16,7 @@ std::string replaceCatalog(const fileString& installed, const fileString& databa
 {
     try {
         readCatalog(database, CatalogContent::Names);
-    } catch (const CatalogError& error) {
+    } catch (const FileError& error) {
         return "what the service sent is no library: " + error.reason();
     }
     if (!FileUtils::createDirectoriesWithPerm(installed.parentPath()))

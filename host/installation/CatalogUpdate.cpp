@@ -1,6 +1,6 @@
 #include "host/installation/CatalogUpdate.h"
 
-#include "host/catalog/CatalogFolder.h"
+#include "host/support/Folders.h"
 
 #include <VelkCommon/Files/PathUtils.h>
 

@@ -35,7 +35,7 @@ struct AddedCatalogs
 };
 
 /// The catalogs that are installed and those to add. Makes the folders that are missing, the user's with the
-/// error log among them. Throws CatalogError for a folder that cannot be made or read.
+/// error log among them. Throws FileError for a folder that cannot be made or read.
 InstalledCatalogs installedCatalogs(const AddedCatalogs& added = {});
 
 enum class UpdateOutcome { Cancelled, Failed, Installed, UpToDate };

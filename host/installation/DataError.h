@@ -1,18 +1,14 @@
 #pragma once
 
-#include "host/support/ExitCode.h"
 #include "host/support/Reason.h"
 
-#include <functional>
 #include <stdexcept>
 #include <string>
 #include <utility>
 
 namespace VelkHost {
 
-class Output;
-
-/// Why a command on filters or manufacturers did nothing, and what to do about it.
+/// Why nothing was done to an installation's filters or manufacturers, and what to do about it.
 class DataError : public std::runtime_error
 {
 public:
@@ -44,9 +40,5 @@ public:
 private:
     std::string url_;
 };
-
-/// Does the work of a command on filters or manufacturers and returns its exit code. Tells what a DataError
-/// or a CatalogError says, and returns DataFailed then. Other exceptions pass through.
-ExitCode runOnData(Output& output, const std::function<ExitCode()>& work);
 
 }  // namespace VelkHost

@@ -1,10 +1,10 @@
 #include "host/installation/Filters.h"
 
-#include "host/catalog/CatalogError.h"
-#include "host/catalog/CatalogFolder.h"
-#include "host/catalog/SourceFile.h"
 #include "host/installation/DataError.h"
 #include "host/support/DisplayText.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
+#include "host/support/WholeFile.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/PathUtils.h>
@@ -30,11 +30,11 @@ FilterFile readFilterFile(const fileString& path, const Reason& ifDamaged)
     FilterFile file;
     const DataFileFault fault = file.read(path).fault;
     if (fault == DataFileFault::Unreadable)
-        throw CatalogError(path, "cannot be read");
+        throw FileError(path, "cannot be read");
     if (fault == DataFileFault::NotAnObject)
-        throw CatalogError(path, "is no filter file; mend it, or move it away");
+        throw FileError(path, "is no filter file; mend it, or move it away");
     if (fault == DataFileFault::WrongMember)
-        throw CatalogError(path, ifDamaged);
+        throw FileError(path, ifDamaged);
     return file;
 }
 
@@ -71,7 +71,7 @@ void removeInstalled()
 {
     const fileString path = installedFile();
     if (path.pathExists() && !FileUtils::removePath(path, FileUtils::overrideReadOnly))
-        throw CatalogError(path, "cannot be removed, and would bring the filters back");
+        throw FileError(path, "cannot be removed, and would bring the filters back");
 }
 
 /// Writes the installation's filters; only then the manager has them, too.
@@ -82,7 +82,7 @@ void save(const FilterFile& file)
     } else {
         makeFolder(PathUtils::getObject().getCoreLibraryDatabasePath());
         if (!asWritten(file).write(installedFile()))
-            throw CatalogError(installedFile(), "the filters could not be saved");
+            throw FileError(installedFile(), "the filters could not be saved");
     }
     adopt(file);
 }

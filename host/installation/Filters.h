@@ -12,7 +12,7 @@ class LibraryFilterManager;
 /// @file
 /// The installation's library filters and their file. Each function reads the file as it is now and has saved its
 /// change when it returns; when it throws, neither the file nor the library's manager has changed. One thread at a
-/// time. Everything throws CatalogError when the filter file is damaged or cannot be written, and DataError for a
+/// time. Everything throws FileError when the filter file is damaged or cannot be written, and DataError for a
 /// filter that is not there.
 
 namespace VelkHost {

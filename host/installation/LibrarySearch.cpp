@@ -1,9 +1,9 @@
 #include "host/installation/LibrarySearch.h"
 
-#include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFile.h"
-#include "host/catalog/CatalogFolder.h"
 #include "host/installation/HitOrder.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
 
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Text/StringConvert.h>
@@ -35,7 +35,7 @@ std::vector<fileString> libraryFiles(const fileString& path)
         return {path};
     std::vector<fileString> files = filesInFolder(path, fileString(std::string(".calib")));
     if (files.empty())
-        throw CatalogError(path, "holds no .calib file; make one with \"velk catalog build\"");
+        throw FileError(path, "holds no .calib file; make one with \"velk catalog build\"");
     return files;
 }
 
@@ -43,7 +43,7 @@ void loadLibrary(LibrarySet& libraries, const fileString& path)
 {
     try {
         libraries.loaded.push_back({path, std::make_shared<const Catalog>(readCatalog(path, CatalogContent::Names))});
-    } catch (const CatalogError& error) {
+    } catch (const FileError& error) {
         libraries.broken.push_back({error.path(), error.reason()});
     }
 }
@@ -136,7 +136,7 @@ LibrarySet loadLibraries(const std::vector<fileString>& paths)
             for (const fileString& file : libraryFiles(path))
                 if (seen.insert(file).second)
                     loadLibrary(libraries, file);
-        } catch (const CatalogError& error) {
+        } catch (const FileError& error) {
             libraries.broken.push_back({error.path(), error.reason()});
         }
     }

@@ -36,7 +36,7 @@ struct ManufacturerRefresh
 };
 
 /// Lets the library bring the installation's manufacturers up to date, and tells what that did. Throws
-/// DataError when the service cannot be reached or has no such data, CatalogError as installedManufacturers().
+/// DataError when the service cannot be reached or has no such data, FileError as installedManufacturers().
 /// Ends soon once `stop` is requested; then the cards are as they were, and the next update brings all.
 ManufacturerRefresh refreshManufacturers(const std::string& dataUrl, const std::string& logoUrl,
                                          std::stop_token stop = {});

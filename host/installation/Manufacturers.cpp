@@ -1,8 +1,8 @@
 #include "host/installation/Manufacturers.h"
 
-#include "host/catalog/CatalogError.h"
 #include "host/installation/DataError.h"
 #include "host/installation/DataFileReason.h"
+#include "host/support/FileError.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/PathUtils.h>
@@ -136,7 +136,7 @@ ManufacturerFile installedManufacturers()
     ManufacturerFile file;
     const Library::DataFileResult reading = file.read(manufacturerFile());
     if (!reading && reading.fault != Library::DataFileFault::Missing)
-        throw CatalogError(manufacturerFile(), {"%1; mend it, or move it away", {reasonOf(reading)}});
+        throw FileError(manufacturerFile(), {"%1; mend it, or move it away", {reasonOf(reading)}});
     return file;
 }
 
@@ -145,7 +145,7 @@ void saveManufacturers(ManufacturerFile file, const ManufacturerFile& before)
     ManufacturerFile::stampChanges(file.cards, before.cards);
     FileUtils::createDirectoriesWithPerm(PathUtils::getObject().getManufacturerDataPath());
     if (!file.write(manufacturerFile()))
-        throw CatalogError(manufacturerFile(), "cannot be written; the cards are as they were");
+        throw FileError(manufacturerFile(), "cannot be written; the cards are as they were");
     ManufacturerManager::cleanup();  // it reads the file anew when it is next asked for
 }
 

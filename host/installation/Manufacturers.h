@@ -12,7 +12,7 @@
 /// @file
 /// The installation's manufacturers: their cards, data file and logos. Each function reads the file as it is now and
 /// has saved its change when it returns; when it throws, nothing has changed. One thread at a time. Everything throws
-/// CatalogError when the data file is damaged or cannot be written.
+/// FileError when the data file is damaged or cannot be written.
 
 namespace VelkHost {
 

@@ -1,7 +1,7 @@
 #include "host/service/ManufacturerData.h"
 
-#include "host/catalog/CatalogError.h"
-#include "host/catalog/SourceFile.h"
+#include "host/support/FileError.h"
+#include "host/support/WholeFile.h"
 
 #include <VelkCommon/Text/TimeText.h>
 
@@ -24,7 +24,7 @@ public:
 
     std::vector<ManufacturerLogo> read()
     {
-        const std::string text = readSourceFile(path_, dataBytes);
+        const std::string text = readWhole(path_, dataBytes);
         QJsonParseError error;
         const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromStdString(text), &error);
         if (!document.isObject())
@@ -42,7 +42,7 @@ public:
     }
 
 private:
-    [[noreturn]] void fail(const Reason& reason) const { throw CatalogError(path_, reason); }
+    [[noreturn]] void fail(const Reason& reason) const { throw FileError(path_, reason); }
 
     void requireTime(const QJsonObject& object, const std::string& what) const
     {

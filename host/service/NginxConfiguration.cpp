@@ -1,9 +1,10 @@
 #include "host/service/NginxConfiguration.h"
 
-#include "host/catalog/CatalogFolder.h"
 #include "host/service/PublishedName.h"
 #include "host/service/SiteAnswer.h"
-#include "host/service/WholeFile.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
+#include "host/support/WholeFile.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -158,7 +159,7 @@ std::string absolute(const fileString& site)
     std::string result(text.begin(), text.end());
     const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
     if (error || std::any_of(result.begin(), result.end(), isControl))
-        throw CatalogError(site, "has a path that cannot stand in a configuration");
+        throw FileError(site, "has a path that cannot stand in a configuration");
     return result;
 }
 
@@ -168,7 +169,7 @@ NginxConfiguration nginxConfiguration(const fileString& site)
 {
     const std::string name = currentTable(site);
     if (name.empty())
-        throw CatalogError(site, "is no published site");
+        throw FileError(site, "is no published site");
     return {maps(readTable(site, name)), locations(absolute(site))};
 }
 

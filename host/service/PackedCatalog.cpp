@@ -1,7 +1,8 @@
 #include "host/service/PackedCatalog.h"
 
 #include "host/catalog/CatalogFile.h"
-#include "host/catalog/SourceFile.h"
+#include "host/support/FileError.h"
+#include "host/support/WholeFile.h"
 
 #include <VelkCommon/Files/FileReaper.h>
 #include <VelkCommon/Files/ReplacementFile.h>
@@ -66,7 +67,7 @@ public:
         }
     }
 
-    [[noreturn]] void fail(const std::string& reason) const { throw CatalogError(path_, reason); }
+    [[noreturn]] void fail(const std::string& reason) const { throw FileError(path_, reason); }
 
 private:
     struct Closer
@@ -136,7 +137,7 @@ std::string catalogHash(Archive& archive, const Entry& entry)
         archive.fail("cannot be unpacked to " + path.parentPath().humanReadableString() + "; is the disk full?");
     try {
         static_cast<void>(readCatalog(path, CatalogContent::Names));
-    } catch (const CatalogError& error) {
+    } catch (const FileError& error) {
         archive.fail("its entry \"" + entry.name + "\" " + error.reason());
     }
     return SHA1::fileContentsToSHA1Hex(path);

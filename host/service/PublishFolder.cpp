@@ -1,11 +1,12 @@
 #include "host/service/PublishFolder.h"
 
 #include "host/catalog/CatalogFile.h"
-#include "host/catalog/CatalogFolder.h"
-#include "host/catalog/SourceFile.h"
 #include "host/service/ManufacturerData.h"
 #include "host/service/PackedCatalog.h"
 #include "host/service/PublishedName.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
+#include "host/support/WholeFile.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/SHA1.h>
@@ -79,7 +80,7 @@ private:
     {
         try {
             work();
-        } catch (const CatalogError& error) {
+        } catch (const FileError& error) {
             refuse(path, error.reason());
         }
     }
@@ -153,7 +154,7 @@ private:
         source.path = path;
         source.contentHash = SHA1::fileContentsToSHA1Hex(path);
         if (source.contentHash.empty())
-            throw CatalogError(path, "cannot be read");
+            throw FileError(path, "cannot be read");
         source.tag = source.contentHash;
         source.size = static_cast<std::uint64_t>(std::max(FileUtils::fileSize(path), 0LL));
         return source;
@@ -223,7 +224,7 @@ private:
         if (!path.pathExists())
             return;
         attempt(path, [&] {
-            const std::string text = readSourceFile(path, withdrawnBytes);
+            const std::string text = readWhole(path, withdrawnBytes);
             std::size_t number = 0;
             for (std::size_t start = 0; start < text.size();) {
                 const std::size_t end = std::min(text.find('\n', start), text.size());

@@ -40,7 +40,7 @@ std::string whyNoFileName(std::string_view name)
         return "is not a file name";
     if (!isUtf8(name))
         return "has a name that is not valid UTF-8";
-    if (Library::detail::holdsControlCharacter(name))
+    if (Library::holdsControlCharacter(name))
         return "has a control character in its name";
     if (const std::size_t at = name.find_first_of("/\\:*?\"<>|"); at != std::string_view::npos)
         return holds(name[at]) + " in its name, which not every system can store";
@@ -49,7 +49,7 @@ std::string whyNoFileName(std::string_view name)
     if (name.size() > nameBytes)
         return "has a name of more than 255 bytes";
     // What clients refuse beyond the above.
-    if (!Library::detail::isPlainFileName(name))
+    if (!Library::isPlainFileName(name))
         return "has the name of a device on Windows";
     return {};
 }

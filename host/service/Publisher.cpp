@@ -1,27 +1,27 @@
 #include "host/service/Publisher.h"
 
-#include "host/catalog/CatalogFolder.h"
 #include "host/service/CoreIndex.h"
 #include "host/service/PublishFolder.h"
 #include "host/service/PublishedName.h"
 #include "host/service/SiteAnswer.h"
-#include "host/service/WholeFile.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
+#include "host/support/WholeFile.h"
 
 #include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Files/LockingFStream.h>
 #include <VelkCommon/Files/SHA1.h>
-#include <VelkCommon/Platform/Platform.h>
 #include <VelkCommon/Text/TimeText.h>
 
 #include <QCryptographicHash>
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <set>
 
 namespace VelkHost {
 namespace {
-
-using Velk::Platform::File;
 
 std::string sha1(const std::string& bytes)
 {
@@ -45,8 +45,9 @@ public:
     Publication(const fileString& folder, fileString site) : content_(readPublishFolder(folder)), site_(std::move(site))
     {
         makeFolder(site_ / U"files");
-        if (lock_.openLocked((site_ / U"publish.lock").utf8(), File::Lock::exclusive) != File::LockResult::locked)
-            throw CatalogError(site_, "cannot be locked; is it being published to?");
+        lock_.emplace(site_ / U"publish.lock", LockingFStream::out | LockingFStream::binary);
+        if (!lock_->isOpen())
+            throw FileError(site_, "cannot be locked; is it being published to?");
         oldName_ = currentTable(site_);
         if (!oldName_.empty())
             old_ = readTable(site_, oldName_);
@@ -126,11 +127,10 @@ private:
         if (isWhole(file))
             return file;
         if (!FileUtils::copyFile(source.path, target, true))
-            throw CatalogError(source.path,
-                               "cannot be copied to " + target.humanReadableString() + "; is the disk full?");
+            throw FileError(source.path, "cannot be copied to " + target.humanReadableString() + "; is the disk full?");
         if (SHA1::fileContentsToSHA1Hex(target) != source.contentHash) {
             FileUtils::removePath(target, FileUtils::overrideReadOnly);
-            throw CatalogError(source.path, "changed while it was being published");
+            throw FileError(source.path, "changed while it was being published");
         }
         return file;
     }
@@ -185,7 +185,7 @@ private:
 
     PublishContent content_;
     fileString site_;
-    File lock_;
+    std::optional<LockingFStream> lock_;
     std::string oldName_;
     SiteTable old_;
     SiteTable new_;

@@ -1,6 +1,7 @@
 #include "host/service/Site.h"
 
-#include "host/catalog/SourceFile.h"
+#include "host/support/FileError.h"
+#include "host/support/WholeFile.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -59,7 +60,7 @@ public:
 
     SiteTable read() const
     {
-        const std::string text = readSourceFile(path_, tableBytes);
+        const std::string text = readWhole(path_, tableBytes);
         const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromStdString(text));
         if (!document.isObject())
             fail();
@@ -79,7 +80,7 @@ public:
     }
 
 private:
-    [[noreturn]] void fail() const { throw CatalogError(path_, "is no table of a site, or is damaged"); }
+    [[noreturn]] void fail() const { throw FileError(path_, "is no table of a site, or is damaged"); }
 
     std::uint64_t number(const QJsonValue& value) const
     {
@@ -149,11 +150,11 @@ std::string currentTable(const fileString& site)
     const fileString path = site / U"current";
     if (!path.pathExists())
         return {};
-    std::string name = readSourceFile(path, switchBytes);
+    std::string name = readWhole(path, switchBytes);
     while (!name.empty() && (name.back() == '\n' || name.back() == '\r'))
         name.pop_back();
     if (!isStoredName(name))
-        throw CatalogError(path, "does not name a table; publish into a fresh folder");
+        throw FileError(path, "does not name a table; publish into a fresh folder");
     return name;
 }
 

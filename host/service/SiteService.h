@@ -56,8 +56,8 @@ struct ServiceOptions
 class SiteService
 {
 public:
-    /// Throws CatalogError when nothing is published in the site, the address cannot be listened on, or the
-    /// certificate cannot be used.
+    /// Throws FileError when nothing is published in the site or the certificate cannot be used, and ServiceError
+    /// when the address cannot be listened on.
     explicit SiteService(ServiceOptions options);
     ~SiteService();
     SiteService(const SiteService&) = delete;

@@ -34,6 +34,9 @@ enum class WriteResult {
 /// Writes all bytes to standard output, as they are. Any thread.
 WriteResult writeToOutput(std::string_view bytes) noexcept;
 
+/// Writes UTF-8 text to standard error, as it is; what cannot be written is lost. Any thread.
+void writeToError(std::string_view text) noexcept;
+
 /// From now on the first Ctrl-C is only noticed; a second one ends the program.
 void watchInterrupts();
 /// Whether Ctrl-C was pressed since then. Any thread.

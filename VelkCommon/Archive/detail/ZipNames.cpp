@@ -1,6 +1,6 @@
 #include <VelkCommon/Archive/detail/ZipNames.h>
 
-#include <VelkCommon/Text/detail/Utf8.h>
+#include <VelkCommon/detail/Utf8.h>
 
 #include <array>
 #include <string>

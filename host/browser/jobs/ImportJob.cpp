@@ -3,9 +3,9 @@
 #include "host/browser/jobs/InstalledFiles.h"
 #include "host/browser/jobs/PanelProgress.h"
 #include "host/browser/language/Reasons.h"
-#include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFile.h"
-#include "host/catalog/CatalogFolder.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
 #include "host/support/QtText.h"
 
 #include <VelkCommon/Archive/ZipUtils.h>
@@ -74,14 +74,14 @@ void putInPlace(const Unpacked& unpacked, const fileString& target, bool replace
     const bool hadTextures = textures.pathExists();
     makeFolder(target.parentPath());
     if (target.pathExists() && !replace)
-        throw CatalogError(target, "is there already");
+        throw FileError(target, "is there already");
     if (unpacked.second && !LibraryImport::moveArchivedTextures(*unpacked.second, textures, &progress))
-        throw CatalogError(textures, "cannot be written");
+        throw FileError(textures, "cannot be written");
     if (FileUtils::moveFile(*unpacked.first, target, replace))
         return;
     if (unpacked.second && !hadTextures)
         FileUtils::removePath(textures, FileUtils::noFlags);
-    throw CatalogError(target, "cannot be written");
+    throw FileError(target, "cannot be written");
 }
 
 }  // namespace
@@ -139,7 +139,7 @@ void ImportJob::import(const ImportSource& source)
 void ImportJob::take(const ImportSource& source)
 {
     const fileString target = importTarget(source.file);
-    if (!Library::detail::isPlainFileName(target.stemWithExtension().utf8()))
+    if (!Library::isPlainFileName(target.stemWithExtension().utf8()))
         throw std::runtime_error(tr("Its name cannot be that of a library.").toStdString());
     const auto progress = std::make_shared<PanelProgress>(*panel_, stop_.get_token());
     const Unpacked unpacked = unpack(source.file, progress);
@@ -151,7 +151,7 @@ void ImportJob::take(const ImportSource& source)
     progress->showBusy(tr("Checking “%1”").arg(qtText(source.file.stem().utf8())).toStdString());
     try {
         readCatalog(*unpacked.first, CatalogContent::Names);
-    } catch (const CatalogError& error) {
+    } catch (const FileError& error) {
         throw std::runtime_error(tr("The library in it cannot be read: %1").arg(translated(error.why())).toStdString());
     }
     putInPlace(unpacked, target, source.replace, *progress);

@@ -1,7 +1,8 @@
 #include "host/browser/language/Reasons.h"
 
-#include "host/catalog/CatalogError.h"
 #include "host/installation/DataError.h"
+#include "host/service/ServiceError.h"
+#include "host/support/FileError.h"
 #include "host/support/QtText.h"
 
 #include <QCoreApplication>
@@ -109,8 +110,10 @@ QString translated(const Reason& reason)
 
 QString failureText(const std::exception& error)
 {
-    if (const auto* const catalog = dynamic_cast<const CatalogError*>(&error))
-        return qtText(catalog->path().humanReadableString()) + QStringLiteral(": ") + translated(catalog->why());
+    if (const auto* const file = dynamic_cast<const FileError*>(&error))
+        return qtText(file->path().humanReadableString()) + QStringLiteral(": ") + translated(file->why());
+    if (const auto* const service = dynamic_cast<const ServiceError*>(&error))
+        return qtText(service->address()) + QStringLiteral(": ") + translated(service->why());
     if (const auto* const transfer = dynamic_cast<const TransferError*>(&error))
         return translated({"%1: cannot be fetched", {transfer->url()}});
     if (const auto* const data = dynamic_cast<const DataError*>(&error))

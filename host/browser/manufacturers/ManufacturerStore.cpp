@@ -1,8 +1,8 @@
 #include "host/browser/manufacturers/ManufacturerStore.h"
 
-#include "host/catalog/SourceFile.h"
 #include "host/installation/DataError.h"
 #include "host/support/QtText.h"
+#include "host/support/WholeFile.h"
 
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Network/Curl.h>
@@ -81,7 +81,7 @@ QImage readLogo(const std::string& name, const QSize& atMost)
     if (QFileInfo(qtText(path.utf8())).isSymLink())
         return {};
     QImage image;
-    failureOf([&] { image = decodedLogo(readSourceFile(path, logoBytes), atMost); });
+    failureOf([&] { image = decodedLogo(readWhole(path, logoBytes), atMost); });
     return image;
 }
 

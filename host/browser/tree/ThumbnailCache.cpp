@@ -1,8 +1,8 @@
 #include "host/browser/tree/ThumbnailCache.h"
 
 #include "host/browser/jobs/InstalledFiles.h"
-#include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogThumbnails.h"
+#include "host/support/FileError.h"
 #include "host/support/QtText.h"
 
 #include <QBuffer>
@@ -128,7 +128,7 @@ std::vector<ThumbnailCache::Picture> ThumbnailCache::read(const std::vector<Thum
                 openPath = key.library;
             }
             picture.image = decoded(open->png(key.uniqueId), key.side);
-        } catch (const CatalogError&) {
+        } catch (const FileError&) {
             open.reset();  // an item without a picture
         }
     }

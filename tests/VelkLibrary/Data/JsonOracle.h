@@ -4,7 +4,7 @@
 /// A strict reader of JSON as the judge of ours. It accepts less (no "+1", no ".5", no control characters and
 /// no bytes that are not UTF-8 in strings) but for integers beyond 32 bits and deeper nesting.
 
-#include <VelkCommon/Text/detail/Utf8.h>
+#include <VelkCommon/detail/Utf8.h>
 #include <VelkLibrary/JsonReader.h>
 
 #include "JsonTree.h"

@@ -6,8 +6,8 @@
 
 namespace {
 
-using Library::detail::holdsControlCharacter;
-using Library::detail::isPlainFileName;
+using Library::holdsControlCharacter;
+using Library::isPlainFileName;
 
 class PlainName : public testing::TestWithParam<std::string>
 {};

@@ -8,7 +8,7 @@
 
 using VelkHost::Catalog;
 using VelkHost::CatalogContent;
-using VelkHost::CatalogError;
+using VelkHost::FileError;
 using VelkHost::readCatalog;
 using VelkHost::writeCatalog;
 
@@ -279,7 +279,7 @@ TEST_F(CatalogFile, NeverCrashesOnFlippedBytes)
         test::writeFile(path(), damaged);
         try {
             readCatalog(path(), CatalogContent::Everything);
-        } catch (const CatalogError&) {
+        } catch (const FileError&) {
             ++refused;
         }
     }

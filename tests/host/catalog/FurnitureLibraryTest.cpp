@@ -188,7 +188,7 @@ TEST_F(FurnitureLibrary, NeverCrashesOnDamage)
         test::writeFile(path, position % 3 == 0 ? damaged.substr(0, position) : damaged);
         try {
             readFurnitureLibrary(path, {});
-        } catch (const VelkHost::CatalogError&) {
+        } catch (const VelkHost::FileError&) {
             ++refused;
         }
     }

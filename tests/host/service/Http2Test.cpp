@@ -2,7 +2,7 @@
 #include "ServedInstallation.h"
 
 #include "VelkLibrary/Update/EventLoop.h"
-#include "host/command/UpdateReceiver.h"
+#include "VelkLibrary/Update/RecordingReceiver.h"
 #include "host/service/NginxConfiguration.h"
 #include "host/support/InstallHost.h"
 
@@ -55,8 +55,13 @@ protected:
     /// Updates the installation; the outcome.
     std::int32_t update()
     {
-        VelkHost::Output output;
-        VelkHost::UpdateReceiver receiver(output, [] {});
+        test::RecordingReceiver receiver;
+        receiver.reaction = [](const test::Event& event) {
+            const auto& [installed, fresh] = event.paths;
+            if (event.slot == "onCatalogUpdatedEvent") {
+                EXPECT_TRUE(FileUtils::moveFile(fresh, installed, true)) << installed;
+            }
+        };
         const std::set<fileString> bonus = {home("bonus/" + bonusName + ".calib")};
         const std::set<fileString> manufacturer = {home("manufacturer/" + manufacturerName + ".calib")};
         for (const char* name : {"core", "bonus", "manufacturer", "user"})
@@ -64,8 +69,7 @@ protected:
         LibraryCatalogUpdate::LibraryCatalogUpdater updater(receiver, {}, bonus, manufacturer, "velk", "1", address(),
                                                             false);
         test::runBesideEventLoop([&] { updater(); });
-        EXPECT_TRUE(receiver.report());
-        return receiver.report() ? receiver.report()->outcome : -1;
+        return receiver.finalEvent().data.outcome;
     }
 
     test::TestAuthority authority_;

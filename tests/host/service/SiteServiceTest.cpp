@@ -1,5 +1,6 @@
 #include "ServedSiteTest.h"
 
+#include "host/service/ServiceError.h"
 #include "host/service/SiteAnswer.h"
 #include "host/service/SiteService.h"
 
@@ -157,7 +158,9 @@ TEST_F(SiteServiceTest, ListensOnThisMachineOnly)
     EXPECT_GT(service.port(), 0);
     ServiceOptions second = options();
     second.port = service.port();
-    EXPECT_THAT(test::reasonOf([&] { SiteService{second}; }), HasSubstr("cannot be listened on"));
+    EXPECT_THAT([&] { SiteService{second}; }, testing::ThrowsMessage<VelkHost::ServiceError>(
+                                                  "127.0.0.1:" + std::to_string(service.port()) +
+                                                  ": cannot be listened on; is another program using the port?"));
 }
 
 TEST_F(SiteServiceTest, GetsItsPortBackAtOnce)

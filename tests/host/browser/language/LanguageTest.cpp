@@ -6,8 +6,9 @@
 #include "host/browser/language/Translations.h"
 #include "host/browser/manufacturers/ManufacturerEditor.h"
 #include "host/browser/search/SearchPane.h"
-#include "host/catalog/CatalogError.h"
 #include "host/installation/DataError.h"
+#include "host/service/ServiceError.h"
+#include "host/support/FileError.h"
 
 #include <VelkCommon/Text/StringUtils.h>
 
@@ -29,7 +30,7 @@
 using testing::ElementsAre;
 using testing::HasSubstr;
 using VelkHost::Catalog;
-using VelkHost::CatalogError;
+using VelkHost::FileError;
 using VelkHost::Folder;
 
 namespace {
@@ -275,10 +276,16 @@ protected:
 
 TEST_F(ReasonInGerman, HasItsPartsInTheirPlaces)
 {
-    EXPECT_EQ(told(CatalogError(fileString(std::string("/a.calib")),
-                                {"is damaged: it is cut off after %1 of %2 bytes",
-                                 {VelkHost::Reason::amount(1'000), VelkHost::Reason::amount(20'000)}})),
+    EXPECT_EQ(told(FileError(fileString(std::string("/a.calib")),
+                             {"is damaged: it is cut off after %1 of %2 bytes",
+                              {VelkHost::Reason::amount(1'000), VelkHost::Reason::amount(20'000)}})),
               "/a.calib: Die Datei ist beschädigt: Sie bricht nach 1.000 von 20.000 Bytes ab");
+}
+
+TEST_F(ReasonInGerman, NamesTheAddressOfAService)
+{
+    EXPECT_EQ(told(VelkHost::ServiceError("127.0.0.1:80", "cannot be listened on; is another program using the port?")),
+              "127.0.0.1:80: Auf dieser Adresse kann nicht gelauscht werden; benutzt ein anderes Programm den Port?");
 }
 
 TEST_F(ReasonInGerman, TranslatesPartsThatAreReasons)

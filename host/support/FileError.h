@@ -10,12 +10,12 @@
 
 namespace VelkHost {
 
-/// What every reader and writer of catalogs throws, and the only thing but std::bad_alloc: which file,
-/// and in a sentence for people what is wrong with it. Texts are UTF-8.
-class CatalogError : public std::runtime_error
+/// What an operation throws that a file or a folder kept from its end: which one, and in a sentence for people what
+/// is wrong with it. Texts are UTF-8.
+class FileError : public std::runtime_error
 {
 public:
-    CatalogError(const fileString& path, Reason why)
+    FileError(const fileString& path, Reason why)
         : std::runtime_error(path.humanReadableString() + ": " + why.english()),
           path_(path),
           why_(std::move(why)),

@@ -6,14 +6,17 @@
 
 namespace VelkHost {
 
+/// The path counted from the current folder, when it is relative; otherwise as it is.
+fileString absolutePath(const fileString& path);
+
 /// Whether a folder stands at `path`; a link counts by its target.
 bool isFolder(const fileString& path);
 
-/// Makes the folder and its parents. Throws CatalogError.
+/// Makes the folder and its parents. Throws FileError.
 void makeFolder(const fileString& path);
 
 /// The files in `folder` whose extension is exactly `extension` (such as ".calib"), sorted by name.
-/// Throws CatalogError for a folder that cannot be read.
+/// Throws FileError for a folder that cannot be read.
 std::vector<fileString> filesInFolder(const fileString& folder, const fileString& extension);
 
 /// What stands in a folder.
@@ -23,7 +26,7 @@ struct FolderEntry
     bool isFolder = false;  ///< a link counts by its target
 };
 
-/// Everything in `folder`, sorted by name. Throws CatalogError for a folder that cannot be read.
+/// Everything in `folder`, sorted by name. Throws FileError for a folder that cannot be read.
 std::vector<FolderEntry> folderEntries(const fileString& folder);
 
 }  // namespace VelkHost

@@ -10,7 +10,7 @@ using testing::HasSubstr;
 namespace {
 
 /// The program, which cannot serve a folder that is no site and says so in its language.
-class LanguageOption : public testing::Test
+class BrowserProgram : public testing::Test
 {
 protected:
     struct Run
@@ -19,7 +19,7 @@ protected:
         std::string errors;
     };
 
-    Run run(const QStringList& options, const QString& locale = QStringLiteral("C")) const
+    Run run(const QStringList& options, const QString& locale = QStringLiteral("C"), const QString& site = {}) const
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
@@ -29,7 +29,8 @@ protected:
         program.setProcessEnvironment(environment);
         const QString home = QString::fromStdString(folder_.path().utf8());
         program.start(QStringLiteral(VELK_BROWSER_PROGRAM),
-                      options + QStringList{QStringLiteral("--home"), home, QStringLiteral("--site"), home});
+                      options + QStringList{QStringLiteral("--home"), home, QStringLiteral("--site"),
+                                            site.isEmpty() ? home : site});
         EXPECT_TRUE(program.waitForFinished(-1));
         EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
         return {program.exitCode(), program.readAllStandardError().toStdString()};
@@ -38,6 +39,15 @@ protected:
 private:
     test::TemporaryFolder folder_;
 };
+
+TEST_F(BrowserProgram, TakesArgumentsAsTheyWereTyped)
+{
+    EXPECT_THAT(run({}, QStringLiteral("C"), QStringLiteral("[none, here]")).errors,
+                HasSubstr("[none, here]: is no published site"));
+}
+
+class LanguageOption : public BrowserProgram
+{};
 
 TEST_F(LanguageOption, IsEnglishWhereTheSystemSpeaksNoneOfTheLanguages)
 {

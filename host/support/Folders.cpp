@@ -1,6 +1,6 @@
-#include "host/catalog/CatalogFolder.h"
+#include "host/support/Folders.h"
 
-#include "host/catalog/CatalogError.h"
+#include "host/support/FileError.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -24,6 +24,13 @@ fileString fromNative(const fs::path& path)
 
 }  // namespace
 
+fileString absolutePath(const fileString& path)
+{
+    std::error_code error;
+    const fs::path absolute = fs::absolute(native(path), error);
+    return error ? path : fromNative(absolute);
+}
+
 bool isFolder(const fileString& path)
 {
     std::error_code ignored;
@@ -37,8 +44,8 @@ void makeFolder(const fileString& path)
     if (isFolder(path))
         return;
     if (error)
-        throw CatalogError(path, {"cannot be made a folder: %1", {error.message()}});
-    throw CatalogError(path, "cannot be made a folder");
+        throw FileError(path, {"cannot be made a folder: %1", {error.message()}});
+    throw FileError(path, "cannot be made a folder");
 }
 
 std::vector<fileString> filesInFolder(const fileString& folder, const fileString& extension)
@@ -59,7 +66,7 @@ std::vector<FolderEntry> folderEntries(const fileString& folder)
         entries.push_back({fromNative(entry->path().filename()), entry->is_directory(ignored)});
     }
     if (error)
-        throw CatalogError(folder, {"cannot be read: %1", {error.message()}});
+        throw FileError(folder, {"cannot be read: %1", {error.message()}});
     std::sort(entries.begin(), entries.end(),
               [](const FolderEntry& left, const FolderEntry& right) { return left.name < right.name; });
     return entries;

@@ -1,6 +1,7 @@
-#include "host/installation/DataError.h"
+#include "host/command/DataWork.h"
 
-#include "host/catalog/CatalogError.h"
+#include "host/installation/DataError.h"
+#include "host/support/FileError.h"
 #include "host/support/Output.h"
 
 namespace VelkHost {
@@ -11,7 +12,7 @@ ExitCode runOnData(Output& output, const std::function<ExitCode()>& work)
         return work();
     } catch (const DataError& error) {
         output.error(error.what(), error.advice());
-    } catch (const CatalogError& error) {
+    } catch (const FileError& error) {
         output.error(error.what());
     }
     return ExitCode::DataFailed;
