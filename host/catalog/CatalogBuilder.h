@@ -12,7 +12,7 @@
 namespace VelkHost {
 
 /// Puts a catalog together from a source's entries: makes folders as they are named, cleans names, and
-/// keeps the limits. Throws FileError, naming the source, for what a catalog cannot hold.
+/// keeps to the limits. Throws FileError, naming the source, for content that a catalog cannot hold.
 class CatalogBuilder
 {
 public:

@@ -15,7 +15,7 @@ namespace VelkHost {
 class CatalogThumbnails
 {
 public:
-    /// Throws FileError for a file that is no catalog.
+    /// Throws FileError for any other file.
     explicit CatalogThumbnails(const fileString& path);
 
     /// The PNG file's bytes of the item with that unique id; empty when there is no such item or picture.

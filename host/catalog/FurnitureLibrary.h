@@ -12,9 +12,9 @@ namespace VelkHost {
 /// translations ("..._de.properties"), and the icons and models that they name.
 ///
 /// Each category becomes a category of the catalog, each "name#N" an item. Its keywords are the tags,
-/// the description and, last, who made it; its files are the model and what lies in the model's folder. A
-/// text that a translation lacks is taken from the default. An icon that is missing or no PNG file is left
-/// out. Throws FileError.
+/// the description and, last, who made it; its files are the model and the files in the model's folder. A
+/// text that a translation lacks is taken from the default. An icon that is missing or is not a PNG file is
+/// left out. Throws FileError.
 Catalog readFurnitureLibrary(const fileString& path, const BuildOptions& options);
 
 /// Someone who made things in a furniture library, or who provides it.

@@ -169,7 +169,7 @@ NginxConfiguration nginxConfiguration(const fileString& site)
 {
     const std::string name = currentTable(site);
     if (name.empty())
-        throw FileError(site, "is no published site");
+        throw FileError(site, "is not a published site");
     return {maps(readTable(site, name)), locations(absolute(site))};
 }
 

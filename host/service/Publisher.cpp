@@ -47,7 +47,7 @@ public:
         makeFolder(site_ / U"files");
         lock_.emplace(site_ / U"publish.lock", LockingFStream::out | LockingFStream::binary);
         if (!lock_->isOpen())
-            throw FileError(site_, "cannot be locked; is it being published to?");
+            throw FileError(site_, "cannot be locked; is another process publishing to it?");
         oldName_ = currentTable(site_);
         if (!oldName_.empty())
             old_ = readTable(site_, oldName_);

@@ -90,7 +90,7 @@ ServiceCertificate selfSignedCertificate(const fileString& folder)
 {
     ServiceCertificate files{folder / U"velk-service.crt", folder / U"velk-service.key"};
     if (!FileUtils::createPrivateDirectory(folder))
-        throw FileError(folder, "is no folder of this user alone, and the certificate's key shall stay private");
+        throw FileError(folder, "is not a folder of this user alone, but the certificate's key must stay private");
     if (isCurrent(files.certificate) && files.privateKey.pathExists())
         return files;
     const Owned<EVP_PKEY> key(EVP_EC_gen("P-256"));

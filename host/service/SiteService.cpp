@@ -39,7 +39,7 @@ public:
         try {
             const std::string name = currentTable(site_);
             if (name.empty())
-                throw FileError(site_, "is no published site; see \"velk publish --help\"");
+                throw FileError(site_, "is not a published site; see \"velk publish --help\"");
             if (name != name_) {
                 edition_ = std::make_shared<SiteEdition>(readTable(site_, name));
                 name_ = name;

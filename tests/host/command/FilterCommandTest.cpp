@@ -232,7 +232,7 @@ TEST_P(DamagedFilters, AreLeftAlone)
         EXPECT_EQ(run.exitCode, 9) << arguments[1];
         EXPECT_EQ(run.output, "");
         EXPECT_THAT(run.errors, HasSubstr("velk: " + file().utf8() + ": is "));
-        EXPECT_THAT(run.errors, HasSubstr("mend it, or move it away\n"));
+        EXPECT_THAT(run.errors, HasSubstr("repair it, or move it away\n"));
         EXPECT_EQ(test::readFile(file()), GetParam().text);
     }
     EXPECT_EQ(velk({"search", "chair"}).exitCode, 0) << "without a filter the file plays no part";
@@ -258,15 +258,15 @@ TEST_F(FilterCommand, SaysThatNothingWasSaved)
     test::writeFile(core(), "a file");
     const ProgramRun run = filter({"add", "A", "--id", "1"});
     EXPECT_EQ(run.exitCode, 9);
-    EXPECT_THAT(run.errors, HasSubstr("cannot be made a folder"));
-    EXPECT_EQ(filter({"merge", "none.json"}).errors, "velk: none.json: no such file\n");
+    EXPECT_THAT(run.errors, HasSubstr("cannot be created as a folder"));
+    EXPECT_EQ(filter({"merge", "none.json"}).errors, "velk: none.json: does not exist\n");
 }
 
 TEST_F(FilterCommand, NamesTheLibraryThatCannotBeRead)
 {
     const ProgramRun run = filter({"add", "A", "--library", "none.calib"});
     EXPECT_EQ(run.exitCode, 9);
-    EXPECT_EQ(run.errors, "velk: none.calib: no such file\n");
+    EXPECT_EQ(run.errors, "velk: none.calib: does not exist\n");
     EXPECT_FALSE(file().pathExists());
 }
 

@@ -21,7 +21,7 @@ TEST_F(PublishFolder, ReportsEverythingAtOnce)
     test::writeFileDeep(input(U".hidden"), "not looked at");
     EXPECT_THAT(problems(), ElementsAre(StartsWith("readme.txt: has no meaning here"),
                                         StartsWith("core/a & b.calib: holds the character \"&\" in its name"),
-                                        "core/broken.calib: is no library catalog",
+                                        "core/broken.calib: is not a library catalog",
                                         StartsWith("bonus/x.calib: has another extension; this folder is for packed "),
                                         StartsWith("bonus/y.calibz: is not a sound zip archive")));
     EXPECT_FALSE(site().pathExists());
@@ -104,7 +104,7 @@ const PackedCase packedCases[] = {
      [](const std::string&) {
          return test::ZipEntries{{"a.calib", "nonsense"}};
      },
-     "its entry \"a.calib\" is no library catalog"},
+     "its entry \"a.calib\" is not a library catalog"},
     {"EmptyCatalog",
      [](const std::string&) {
          return test::ZipEntries{{"a.calib", ""}};
@@ -154,22 +154,22 @@ struct ManufacturerCase
 };
 
 const ManufacturerCase manufacturerCases[] = {
-    {"NoJson", "hello", "is no JSON object"},
-    {"NoObject", "[]", "is no JSON object"},
+    {"NoJson", "hello", "is not a JSON object"},
+    {"NoObject", "[]", "is not a JSON object"},
     {"NoVersion", R"({"Last_Modified": "20260301T140559"})", "has no \"Version\""},
-    {"NoTime", R"({"Version": "42", "Last_Modified": "yesterday"})", "\"Last_Modified\" is no time"},
+    {"NoTime", R"({"Version": "42", "Last_Modified": "yesterday"})", "\"Last_Modified\" is not a time"},
     {"CardIsNoObject", R"({"Version": "42", "Last_Modified": "20260301T140559", "manufacturer_1": 3})",
-     "\"manufacturer_1\" is no card"},
+     "\"manufacturer_1\" is not a card"},
     {"CardWithoutId", R"({"Version": "42", "Last_Modified": "20260301T140559", "Manufacturer_1": {}})",
-     "\"Manufacturer_1\" is no card with an \"Id\""},
+     "\"Manufacturer_1\" is not a card with an \"Id\""},
     {"WideId", R"({"Version": "42", "Last_Modified": "20260301T140559", "Manufacturer_1": {"Id": 1e300}})",
-     "\"Manufacturer_1\" is no card with an \"Id\" of 32 bits"},
+     "\"Manufacturer_1\" is not a card with an \"Id\" of 32 bits"},
     {"CardWithoutTime", R"({"Version": "42", "Last_Modified": "20260301T140559", "Manufacturer_1": {"Id": 1}})",
-     "\"Manufacturer_1\".\"Last_Modified\" is no time"},
+     "\"Manufacturer_1\".\"Last_Modified\" is not a time"},
     {"NameIsNoText",
      R"({"Version": "42", "Last_Modified": "20260301T140559",
          "Manufacturer_1": {"Id": 1, "Last_Modified": "20260301T140559", "Name": 5}})",
-     "\"Manufacturer_1\".\"Name\" is no text"},
+     "\"Manufacturer_1\".\"Name\" is not a text"},
     {"SameIdTwice",
      R"({"Version": "42", "Last_Modified": "20260301T140559",
          "Manufacturer_1": {"Id": 1, "Last_Modified": "20260301T140559"},
