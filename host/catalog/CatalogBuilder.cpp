@@ -60,7 +60,7 @@ void CatalogBuilder::add(Item item)
     if (item.name.empty())
         item.name = item.uniqueId;
     if (!ids_.insert(item.uniqueId).second)
-        fail("the id \"" + item.uniqueId + "\" stands twice; ids must differ");
+        fail("the id \"" + item.uniqueId + "\" occurs twice; ids must differ");
     count(item);
     catalog_.items.push_back(std::move(item));
 }

@@ -79,7 +79,7 @@ std::set<std::string> tableNames(Database& database)
         const bool uniqueIndex = objects.bytes(0) == "index" && objects.isNull(2);
         const bool table = objects.bytes(0) == "table" && findTable(name) != nullptr && objects.integer(3) > 0;
         if (!uniqueIndex && !table)
-            throw FileError(database.path(), "is damaged: it holds something else than a catalog's tables");
+            throw FileError(database.path(), "is damaged: it holds something other than a catalog's tables");
         if (table)
             names.insert(name);
     }
@@ -105,11 +105,11 @@ std::uint64_t checkHeader(const fileString& path)
     if (header.empty())
         throw FileError(path, "is empty");
     if (!header.starts_with(signature))
-        throw FileError(path, "is no library catalog");
+        throw FileError(path, "is not a library catalog");
     if (header.size() < headerBytes)
         throw FileError(path, "is damaged: it ends within its header");
     if (bigEndian(header, 68, 4) != catalogApplicationId)
-        throw FileError(path, "is a database, but no library catalog");
+        throw FileError(path, "is a database, but not a library catalog");
     const std::uint32_t version = bigEndian(header, 60, 4);
     if (version > catalogSchemaVersion)
         throw FileError(path, {"was made by a newer version of velk (format %1, this one reads %2)",

@@ -72,7 +72,7 @@ private:
             const std::string name =
                 StringUtils::toLowerUtf8(cleanText(rows_.front().cells[i], limits::nameCharacters));
             if (!name.empty() && !columns_.emplace(name, i).second)
-                fail(rows_.front(), "the column \"" + name + "\" stands twice");
+                fail(rows_.front(), "the column \"" + name + "\" occurs twice");
         }
         if (!columns_.contains("name"))
             fail(rows_.front(), "there is no column \"name\"; the first line names the columns");
@@ -131,7 +131,7 @@ private:
         if (item.uniqueId.empty())
             item.uniqueId = libraryId + "#" + std::to_string(row.line);
         if (builder.has(item.uniqueId))
-            fail(row, "the id \"" + item.uniqueId + "\" stands twice; ids must differ");
+            fail(row, "the id \"" + item.uniqueId + "\" occurs twice; ids must differ");
         item.folder = builder.folder(folderPath(row));
         item.keywords = joinKeywords({text(row, "keywords")});
         item.files = files(row);

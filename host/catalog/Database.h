@@ -35,10 +35,10 @@ public:
 
     void execute(const std::string& sql);
     Statement prepare(const std::string& sql);
-    /// Writes what is open and closes the file.
+    /// Writes what is pending and closes the file.
     void close();
 
-    /// Throws the last error.
+    /// Throws for the database's last error.
     [[noreturn]] void fail() const;
     const fileString& path() const noexcept { return path_; }
 
@@ -74,7 +74,7 @@ public:
     Statement& setText(int parameter, std::string_view value);
     Statement& setBlob(int parameter, std::string_view value);
     Statement& setNull(int parameter);
-    /// Executes a statement without rows, ready to run again.
+    /// Executes a statement that returns no rows; it can be run again.
     void run();
 
 private:

@@ -98,7 +98,7 @@ private:
         }
         std::optional<Properties> own = readProperties("");
         if (!own)
-            throw FileError(path_, "is no furniture library: it holds no \"PluginFurnitureCatalog.properties\"");
+            throw FileError(path_, "is not a furniture library: it holds no \"PluginFurnitureCatalog.properties\"");
         texts.push_back(std::move(*own));
         return texts;
     }

@@ -46,7 +46,7 @@ int reportUsage(const CLI::App& app, const CLI::ParseError& error, Output& outpu
         command += " " + sub->get_name();
     }
     output.error(error.what(),
-                 "See \"" + command + " --help\". A search text that begins with \"-\" goes behind \"--\".");
+                 "See \"" + command + " --help\". A search text that begins with \"-\" goes after \"--\".");
     return static_cast<int>(ExitCode::Usage);
 }
 

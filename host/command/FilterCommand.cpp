@@ -21,7 +21,7 @@ constexpr const char* filterExamples = R"(Examples:
   velk search sink --filter Kitchens
 
 A filter is a named selection of libraries, by their ids. The current one is for
-applications; "velk search" searches everything unless told "--filter".
+applications; without "--filter", "velk search" searches everything.
 
 Exit codes: 0 done, 2 wrong command line, 5 the output cannot be written, 9 there is
 no such filter, or the filter file is damaged or cannot be written.)";
@@ -89,7 +89,7 @@ ExitCode addToNamed(const FilterArguments& arguments, Output& output)
                      ".\n");
     else
         output.write("Added " + counted(change.added, "library", "libraries") + " to the filter " + quoted(name) +
-                     ", which has " + std::to_string(change.libraries) + " now.\n");
+                     ", which now has " + std::to_string(change.libraries) + ".\n");
     return ExitCode::Success;
 }
 
@@ -191,11 +191,11 @@ void addFilterCommand(CLI::App& app, Output& output, Action& action)
     const auto currents =
         commands.add("current", "Show the current filter, or put one in force", showCurrent, requireOneCurrent);
     addNameOption(currents.command, currents.arguments, "The filter to put in force");
-    currents.command.add_flag("--none", currents.arguments.none, "No filter is to be in force");
+    currents.command.add_flag("--none", currents.arguments.none, "Put no filter in force");
     addFormatOption(currents.command, currents.arguments.format);
 
     const auto merges = commands.add("merge", "Add the filters of another filter file", mergeFile);
-    merges.command.add_option("FILE", merges.arguments.file, "The other file, which stays as it is")->required();
+    merges.command.add_option("FILE", merges.arguments.file, "The other file, which is not changed")->required();
     addFormatOption(merges.command, merges.arguments.format);
 }
 

@@ -38,7 +38,7 @@ void NewArchive::add(const std::string& name, zip_source_t* source)
         return;
     const std::string reason = zip_strerror(archive_);
     zip_source_free(source);
-    throw FileError(target_, "cannot take in \"" + name + "\" (" + reason + ")");
+    throw FileError(target_, "cannot include \"" + name + "\" (" + reason + ")");
 }
 
 void NewArchive::watch(std::function<void(double)> show, std::function<bool()> cancelled)

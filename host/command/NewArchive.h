@@ -22,13 +22,13 @@ public:
 
     /// Adds a file under a name (UTF-8). It is read by close().
     void addFile(const std::string& name, const fileString& path);
-    /// The same with bytes, which must live until then.
+    /// Adds bytes under a name (UTF-8). They must live until close() has returned.
     void addBytes(const std::string& name, std::string_view bytes);
 
     /// Lets close() tell how much is done (from 0 to 1) and ask whether to give up.
     void watch(std::function<void(double share)> show, std::function<bool()> cancelled);
 
-    /// Writes it. False when it was given up.
+    /// Writes the archive; false when that was given up.
     bool close();
 
 private:

@@ -29,7 +29,7 @@ Every file below the folder goes in, under its path there.
 Exit codes: 0 written, 2 wrong command line, 4 it could not be packed, 7 cancelled
 by Ctrl-C. Then an older target stays as it was.)";
 
-constexpr std::size_t maximumDepth = 100;  // of folders below each other
+constexpr std::size_t maximumDepth = 100;  // of folders inside each other
 
 struct PackArguments
 {
@@ -51,7 +51,7 @@ void collect(const fileString& folder, const std::string& prefix, std::size_t de
              std::vector<PackedFile>& files)
 {
     if (depth > maximumDepth)
-        throw FileError(folder, "has too many folders below each other; does a link lead back?");
+        throw FileError(folder, "has too many folders inside each other; does a link lead back?");
     for (const FolderEntry& entry : folderEntries(folder)) {
         const fileString path = folder / entry.name;
         const std::string name = prefix + entry.name.utf8();
@@ -69,11 +69,11 @@ std::vector<PackedFile> filesFor(const PackArguments& arguments, const fileStrin
     const fileString catalog(fromParser(arguments.catalog));
     requireFile(catalog, std::numeric_limits<std::uint64_t>::max());
     if (catalog.extension() != fileString(std::string(".calib")))
-        throw FileError(catalog, "is no library; its name must end with \".calib\"");
+        throw FileError(catalog, "is not a catalog file; its name must end with \".calib\"");
     std::vector<PackedFile> files{{catalog, catalog.stemWithExtension().utf8()}};
     const fileString folder(fromParser(arguments.folder));
     if (!isFolder(folder))
-        throw FileError(folder, "is no folder");
+        throw FileError(folder, "is not a folder");
     collect(folder, {}, 0, target, files);
     return files;
 }

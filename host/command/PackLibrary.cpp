@@ -45,7 +45,7 @@ void packWithFurniture(const fileString& catalog, const fileString& furniture, c
     };
     const auto never = [] { return false; };
     if (ZipUtils::getFilesDataInArchive(furniture, copy, never).empty() || !complete)
-        throw FileError(target, "cannot take over the files of " + furniture.humanReadableString());
+        throw FileError(target, "cannot include the files of " + furniture.humanReadableString());
     reaper.cancel();
 }
 

@@ -29,8 +29,8 @@ The folder has
 
 Clients that read meanwhile get the old edition or the new one.
 
-Exit codes: 0 published, or nothing had changed; 2 wrong command line; 8 the
-folder cannot be published or the site not be written; the old edition stays.)";
+Exit codes: 0 published, or nothing had changed; 2 wrong command line; 8 the folder
+cannot be published, or the site cannot be written; the old edition stays.)";
 
 struct PublishArguments
 {
@@ -54,7 +54,7 @@ int runPublish(const PublishArguments& arguments, Output& output)
     } catch (const PublishError& error) {
         for (const PublishProblem& problem : error.problems())
             output.error(problem.path.humanReadableString() + ": " + problem.reason);
-        output.error("nothing was published", "The edition in force, if there is one, stays as it is.");
+        output.error("nothing was published", "The edition in force, if there is one, is unchanged.");
     } catch (const FileError& error) {
         output.error(error.what());
     }
@@ -67,7 +67,7 @@ void addPublishCommand(CLI::App& app, Output& output, Action& action)
 {
     CLI::App* const command = app.add_subcommand("publish", "Make a site of libraries that clients update from");
     const auto arguments = std::make_shared<PublishArguments>();
-    command->add_option("FOLDER", arguments->folder, "The folder with what is to be published")->required();
+    command->add_option("FOLDER", arguments->folder, "The folder to publish")->required();
     command->add_option("-o,--output", arguments->site, "The site's folder; made when missing")
         ->required()
         ->type_name("SITE");

@@ -125,7 +125,7 @@ LibrarySet librariesFor(const SearchOptions& options)
     return options.libraries.empty() ? loadInstalledLibraries() : loadLibraries(options.libraries);
 }
 
-/// Leaves the libraries with these ids. False, with the reason told, when none of them is there.
+/// Keeps only the libraries with these ids. When none of them is there, tells why and returns false.
 bool limitTo(const std::vector<std::string>& ids, const std::string& filter, LibrarySet& libraries,
              const Output& output)
 {

@@ -98,12 +98,12 @@ void addServeCommand(CLI::App& app, Output& output, Action& action)
     CLI::App* const command = app.add_subcommand("serve", "Let clients update from a published site");
     const auto arguments = std::make_shared<ServeArguments>();
     command->add_option("SITE", arguments->site, "A folder that velk publish made")->required();
-    command->add_option("--port", arguments->port, "The port; any free one unless told")
+    command->add_option("--port", arguments->port, "The port (default: any free one)")
         ->check(CLI::Range(0, highestPort))
         ->type_name("N");
     command
         ->add_option("--address", arguments->address,
-                     "The address to listen on (default: 127.0.0.1,\nwhich this machine alone reaches)")
+                     "The address to listen on (default: 127.0.0.1,\nwhich only this machine can reach)")
         ->type_name("IP");
     CLI::Option* const tls = command
                                  ->add_option("--tls", arguments->tls,

@@ -28,8 +28,8 @@ constexpr const char* tourExamples = R"(Examples:
   velk tour /usr/share/sweethome3d/furniture -o tour
 
 WORKDIR gets what a publisher, a service and an installation have: content and
-publisher, site, and home; and as "earlier" the installation as it was before its
-update, for trying the update in a window. They are made anew each time.)";
+publisher, site, and home. It also gets "earlier", the installation before its
+update, for trying the update in a window. Each tour makes these folders anew.)";
 
 constexpr const char* doorsOrWindows = "(door OR window) -garage";
 constexpr const char* germanWords = "T\u00FCr OR Fenster OR Lampe";
@@ -41,7 +41,7 @@ struct TourArguments
     bool sample = false;
 };
 
-/// A command of the tour did not succeed.
+/// Thrown when a command of the tour fails.
 struct TourEnded
 {
     int code;
@@ -63,7 +63,7 @@ public:
                 "Core libraries are for everyone; bonus libraries are packed with their models and textures\n"
                 "(\"velk catalog pack\" packs your own). Who made them is in the manufacturers' cards.");
         content_.build(output_);
-        chapter("Publish them", "A site of plain files comes out, which a web server or an object store can serve.");
+        chapter("Publish them", "The result is a site of plain files that a web server or an object store can serve.");
         publish();
         startService();
         firstUpdate();
@@ -179,8 +179,8 @@ private:
     void secondUpdate()
     {
         chapter("Publish a changed edition",
-                "What is built anew has German names now, and a manufacturer another card and logo; the rest\n"
-                "stays as it is.");
+                "The libraries that are built again now have German names, and a manufacturer has another card\n"
+                "and logo; the rest is unchanged.");
         command({"manufacturer", "edit", std::to_string(content_.changedManufacturer()), "--phone", "555 0123",
                  "--home", path(U"publisher")});
         content_.change(output_);

@@ -22,7 +22,7 @@ constexpr std::size_t coreLibraries = 2;
 std::vector<fileString> furnitureIn(const fileString& folder)
 {
     if (!isFolder(folder))
-        throw FileError(folder, "is no folder; name one with .sh3f files, or give --sample");
+        throw FileError(folder, "is not a folder; name one with .sh3f files, or give --sample");
     std::vector<fileString> files = filesInFolder(folder, fileString(std::string(".sh3f")));
     if (files.empty())
         throw FileError(folder, "holds no .sh3f file; give --sample to do without");

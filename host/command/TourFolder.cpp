@@ -17,7 +17,7 @@ fileString freshTourFolder(const fileString& folder)
         if (!part.pathExists())
             continue;
         if (!mark.pathExists())
-            throw FileError(part, "is there already, and was not made by a tour; choose another folder");
+            throw FileError(part, "already exists, and was not made by a tour; choose another folder");
         // Removing takes absolute paths only.
         if (!FileUtils::removeDirectoryAndFiles(absolutePath(part), FileUtils::overrideReadOnly))
             throw FileError(part, "cannot be removed");

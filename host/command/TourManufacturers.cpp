@@ -31,7 +31,7 @@ std::vector<FurnitureManufacturer> manufacturersOf(const fileString& library)
     return manufacturers;
 }
 
-/// Those of all libraries; one who is in several is one.
+/// The manufacturers of all libraries; one that several libraries name counts once.
 std::vector<FurnitureManufacturer> manufacturersOf(const std::vector<fileString>& libraries)
 {
     std::map<std::string, FurnitureManufacturer> all;
@@ -48,7 +48,7 @@ std::vector<FurnitureManufacturer> manufacturersOf(const std::vector<fileString>
     return manufacturers;
 }
 
-/// Nobody made the sample.
+/// The sample names no manufacturers, so it gets these.
 std::vector<FurnitureManufacturer> sampleManufacturers()
 {
     const std::vector<Item> items = sampleLibrary({}).items;

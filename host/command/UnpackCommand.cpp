@@ -39,7 +39,7 @@ struct UnpackArguments
 
 // ---- Fetching ------------------------------------------------------------------------------------
 
-/// What the transfer tells.
+/// What the transfer reports.
 struct Transfer
 {
     ProgressLine line;
@@ -102,7 +102,7 @@ void putInPlace(const fileString& from, const fileString& to)
 void unpackLocal(const fileString& archive, const fileString& named, const fileString& target, Output& output)
 {
     if (!archive.pathExists())
-        throw FileError(named, "there is no such file");
+        throw FileError(named, "does not exist");
     const auto progress = std::make_shared<ShownProgress>(output, ShownProgress::Cancel::answered);
     const auto [database, others] = LibraryImport::unpack(archive, true, progress);
     const FileReaper databaseReaper(database.value_or(fileString()));
@@ -110,7 +110,7 @@ void unpackLocal(const fileString& archive, const fileString& named, const fileS
     if (interrupted())
         throw Interrupted();
     if (!database)
-        throw FileError(named, "is no packed library: its database is missing or damaged");
+        throw FileError(named, "is not a packed library: its catalog file is missing or damaged");
     makeFolder(target.parentPath());
     const fileString databaseTarget = target + fileString(std::string(".calib"));
     const fileString othersTarget = target + fileString(ZipUtils::getExtension());

@@ -42,8 +42,8 @@ constexpr const char* updateExamples = R"(Examples:
   velk update --service http://127.0.0.1:8080/ --bonus 'Garden' --format json
 
 An installation has its catalogs in the folders core, bonus and manufacturer below
-its home. Core catalogs that it lacks are learnt from the service; of the other
-kinds, name the ones to add. Ctrl-C ends the update; what is installed by then stays.
+its home. The service tells which core catalogs it lacks; of the other kinds, name
+the ones to add. Ctrl-C ends the update; what is installed by then stays.
 
 Exit codes: 0 up to date now, 2 wrong command line, 5 the output cannot be written,
 6 something failed (the error log tells what), 7 cancelled.)";
@@ -77,7 +77,7 @@ void addOptions(CLI::App& command, UpdateArguments& arguments)
     command.add_option("--manufacturer", arguments.manufacturer, "A manufacturer's library to add; may be repeated")
         ->allow_extra_args(false)
         ->type_name("NAME");
-    command.add_flag("--manual", arguments.manual, "As if the user had asked for it: core catalogs only");
+    command.add_flag("--manual", arguments.manual, "Update as if the user had asked for it: core catalogs only");
     command.add_option("--product", arguments.product, "The product to tell the service (default: velk)")
         ->type_name("P");
     command.add_option("--version", arguments.version, "The product's version (default: 1)")->type_name("V");
@@ -176,7 +176,7 @@ private:
         }
     }
 
-    /// The stems of what was handed over, referenced files included; UTF-8.
+    /// The stems of the files that were handed over, including referenced files; UTF-8.
     std::vector<std::string> updatedNames() const
     {
         std::vector<std::string> names;

@@ -32,7 +32,7 @@ FilterFile readFilterFile(const fileString& path, const Reason& ifDamaged)
     if (fault == DataFileFault::Unreadable)
         throw FileError(path, "cannot be read");
     if (fault == DataFileFault::NotAnObject)
-        throw FileError(path, "is no filter file; mend it, or move it away");
+        throw FileError(path, "is not a filter file; repair it, or move it away");
     if (fault == DataFileFault::WrongMember)
         throw FileError(path, ifDamaged);
     return file;
@@ -47,7 +47,7 @@ fileString installedFile()
 FilterFile readInstalled()
 {
     const fileString path = installedFile();
-    return path.pathExists() ? readFilterFile(path, "is damaged; mend it, or move it away") : FilterFile();
+    return path.pathExists() ? readFilterFile(path, "is damaged; repair it, or move it away") : FilterFile();
 }
 
 LibraryFilterManager& adopt(const FilterFile& file)
@@ -71,7 +71,7 @@ void removeInstalled()
 {
     const fileString path = installedFile();
     if (path.pathExists() && !FileUtils::removePath(path, FileUtils::overrideReadOnly))
-        throw FileError(path, "cannot be removed, and would bring the filters back");
+        throw FileError(path, "cannot be removed; left there, it would bring the filters back");
 }
 
 /// Writes the installation's filters; only then the manager has them, too.

@@ -99,7 +99,7 @@ private:
         }
     }
 
-    /// Asked for each entry, looked up for some.
+    /// Called for each entry, but looks only at every so many, since looking takes time.
     bool mustStop(std::size_t entry) const { return entry % 1024 == 0 && stop_.stop_requested(); }
 
     void keep(const Hit& hit)

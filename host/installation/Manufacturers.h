@@ -38,7 +38,7 @@ extern const std::array<CardField, 5> cardFields;
 /// The names of what differs between two states of a card, its time aside.
 std::vector<std::string> changedFields(const Manufacturer& before, const Manufacturer& after);
 
-/// The logo's file is there. A name that is no plain file name has none, wherever it leads.
+/// The logo's file is there. A name that is not a plain file name has none, wherever it leads.
 bool hasLogoFile(const Manufacturer& card);
 
 /// What the installation's data file holds now; nothing when there is none.

@@ -10,7 +10,7 @@ std::string matchName(SearchPriority priority)
 {
     if (priority == Invalid)
         return "Id";
-    // The library has no text for this one priority.
+    // The module has no text for this one priority.
     return priority == ItemWordBeginsWithSequence ? "ItemWordBeginsWithSequence"
                                                   : SearchPriorityUtils::to_string(priority);
 }

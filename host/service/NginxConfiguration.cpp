@@ -13,7 +13,7 @@
 namespace VelkHost {
 namespace {
 
-/// A text in quotes. A variable cannot be kept from being replaced in most places, so "$" has one of its own.
+/// A text in quotes. In most places nginx has no escape for "$", so a variable stands for it.
 std::string inQuotes(std::string_view text)
 {
     std::string result = "\"";
@@ -106,7 +106,7 @@ std::string reply(int status, std::string_view text)
     return "return " + std::to_string(status) + " " + inQuotes(text) + ";";
 }
 
-/// One of the three paths behind which files stand.
+/// The location of one of the three paths that serve files.
 std::string fileLocation(std::string_view path, const std::string& withoutFile)
 {
     std::string text = "location = " + std::string(path) + " {\n    root $velk_site;\n    types {\n";
@@ -149,7 +149,7 @@ std::string locations(const std::string& site)
     return text + "location / {\n" + plain + "    " + reply(404, messages::unknownPath) + "\n}\n";
 }
 
-/// nginx opens files from wherever it was started.
+/// A relative path would depend on the folder that nginx is started in.
 std::string absolute(const fileString& site)
 {
     std::error_code error;
@@ -169,7 +169,7 @@ NginxConfiguration nginxConfiguration(const fileString& site)
 {
     const std::string name = currentTable(site);
     if (name.empty())
-        throw FileError(site, "is no published site");
+        throw FileError(site, "is not a published site");
     return {maps(readTable(site, name)), locations(absolute(site))};
 }
 

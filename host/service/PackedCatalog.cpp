@@ -124,7 +124,7 @@ const Entry& theCatalog(const Archive& archive)
     return *std::find_if(entries.begin(), entries.end(), isCatalog);
 }
 
-/// Unpacks the catalog aside, sees that it can be read, and returns its SHA-1.
+/// Unpacks the catalog to a temporary file, makes sure that it can be read, and returns its SHA-1.
 std::string catalogHash(Archive& archive, const Entry& entry)
 {
     fileString path;

@@ -31,14 +31,14 @@ struct Room
     const char32_t* folder;
     const char* extension;
     bool packed;         ///< asked for by the stem with ".calibz"
-    const char* advice;  ///< for what has another extension
+    const char* advice;  ///< for a file with another extension
 };
 
 constexpr Room rooms[] = {
-    {U"core", ".calib", false, "here stand catalogs (.calib)"},
-    {U"referenced", ".zip", false, "here stand archives of referenced files (.zip)"},
-    {U"bonus", ".calibz", true, "here stand packed libraries (.calibz); see \"velk catalog pack\""},
-    {U"manufacturer", ".calibz", true, "here stand packed libraries (.calibz); see \"velk catalog pack\""},
+    {U"core", ".calib", false, "this folder is for catalog files (.calib)"},
+    {U"referenced", ".zip", false, "this folder is for archives of referenced files (.zip)"},
+    {U"bonus", ".calibz", true, "this folder is for packed libraries (.calibz); see \"velk catalog pack\""},
+    {U"manufacturer", ".calibz", true, "this folder is for packed libraries (.calibz); see \"velk catalog pack\""},
 };
 
 bool isText(const std::string& text)
@@ -57,7 +57,7 @@ public:
     PublishContent read()
     {
         if (!isFolder(folder_))
-            throw PublishError({{folder_, "is no folder"}});
+            throw PublishError({{folder_, "is not a folder"}});
         checkTop();
         for (const Room& room : rooms)
             readRoom(room);
@@ -75,7 +75,7 @@ public:
 private:
     void refuse(const fileString& path, const std::string& reason) { problems_.push_back({path, reason}); }
 
-    /// Runs `work`, which may throw what is wrong with a file.
+    /// Runs `work`, and keeps what it throws as a problem of the file.
     void attempt(const fileString& path, const std::function<void()>& work)
     {
         try {
@@ -95,11 +95,11 @@ private:
         return entries;
     }
 
-    /// A missing one is fine.
+    /// A missing folder is fine.
     void requireFolder(const fileString& folder)
     {
         if (folder.pathExists() && !isFolder(folder))
-            refuse(folder, "is no folder");
+            refuse(folder, "is not a folder");
     }
 
     void checkTop()
@@ -215,7 +215,7 @@ private:
         else if (!logos_.contains(caseless(logo.name)))
             refuse(path, subject + ", which is not in logos");
         else if (!content_.logos.contains(logo.name))
-            refuse(path, subject + " in other letters than logos");
+            refuse(path, subject + ", but its letter case differs in logos");
     }
 
     void readWithdrawn()
@@ -252,7 +252,7 @@ private:
         else if (isPublished(name))
             refuse(path, where + "\"" + name + "\" is in the folder; a library is published or withdrawn");
         else if (!withdrawn_.insert(caseless(name)).second)
-            refuse(path, where + "\"" + name + "\" stands twice");
+            refuse(path, where + "\"" + name + "\" occurs twice");
         else
             content_.withdrawn.emplace(name, message);
     }

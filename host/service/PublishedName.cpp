@@ -25,7 +25,7 @@ std::string holds(char character)
     return std::string("holds the character \"") + character + "\"";
 }
 
-/// The same name after the way through Windows-1252.
+/// Whether a name is the same after its way through Windows-1252.
 bool survivesWindows1252(std::string_view name)
 {
     const std::u32string text = StringConvert::toUnicodeFromUtf8(name);
@@ -37,7 +37,7 @@ bool survivesWindows1252(std::string_view name)
 std::string whyNoFileName(std::string_view name)
 {
     if (name.empty() || name == "." || name == "..")
-        return "is no name for a file";
+        return "is not a file name";
     if (!isUtf8(name))
         return "has a name that is not valid UTF-8";
     if (Library::holdsControlCharacter(name))

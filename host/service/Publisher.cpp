@@ -29,7 +29,7 @@ std::string sha1(const std::string& bytes)
     return QCryptographicHash::hash(view, QCryptographicHash::Sha1).toHex().toStdString();
 }
 
-/// ".calibz" of a library, ".png" of a logo; ".bin" for types that the service does not tell.
+/// ".calibz" of a library, ".png" of a logo; ".bin" for types that the service does not know.
 std::string storedExtension(const fileString& path)
 {
     std::string extension = lookupKey(path.extension().utf8());
@@ -47,7 +47,7 @@ public:
         makeFolder(site_ / U"files");
         lock_.emplace(site_ / U"publish.lock", LockingFStream::out | LockingFStream::binary);
         if (!lock_->isOpen())
-            throw FileError(site_, "cannot be locked; is it being published to?");
+            throw FileError(site_, "cannot be locked; is another process publishing to it?");
         oldName_ = currentTable(site_);
         if (!oldName_.empty())
             old_ = readTable(site_, oldName_);
@@ -85,8 +85,8 @@ private:
             const auto [known, fresh] = new_.companions[name].emplace(source.tag, source.companions);
             if (!fresh && known->second != source.companions)
                 problems.push_back({source.path,
-                                    "has other textures or files than an earlier edition, but the same catalog, by "
-                                    "which installations would see the change; build and pack the catalog anew"});
+                                    "has other textures or files than an earlier edition, but the same catalog, so "
+                                    "installations would not see the change; build and pack the catalog again"});
         }
         if (!problems.empty())
             throw PublishError(std::move(problems));
@@ -105,7 +105,7 @@ private:
         new_.withdrawn = content_.withdrawn;
     }
 
-    /// Packing anew gives other bytes for the same content; then the earlier packing stays, so that one tag
+    /// Packing again gives other bytes for the same content; then the earlier packing stays, so that one tag
     /// never stands for two sequences of bytes in caches.
     SiteFile storeLibrary(const std::string& name, const PublishSource& source)
     {
@@ -167,7 +167,7 @@ private:
         return report;
     }
 
-    /// Clients may still read what the previous edition named. What cannot be removed is, next time.
+    /// Clients may still read files of the previous edition. What cannot be removed now is removed next time.
     void removeUnused(std::set<std::string> kept)
     {
         for (const SiteTable* table : {&old_, &new_}) {

@@ -18,14 +18,14 @@ struct PublishedLibrary
 
     std::string name;  ///< as clients ask for it
     State state = State::Unchanged;
-    std::uint64_t size = 0;  ///< bytes; of a removed one what it had
+    std::uint64_t size = 0;  ///< bytes; of a removed library the last size
 };
 
 /// What a publication did.
 struct PublishReport
 {
     std::uint64_t edition = 0;
-    bool changed = false;  ///< false: the site had it all, and the edition stays the one before
+    bool changed = false;  ///< false: the site had everything already, and its edition stays in force
     std::vector<PublishedLibrary> libraries;
     std::size_t logos = 0;
     bool manufacturers = false;

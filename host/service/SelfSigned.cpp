@@ -48,7 +48,7 @@ bool addExtension(X509* certificate, int kind, const char* value)
     return extension && X509_add_ext(certificate, extension.get(), -1) == 1;
 }
 
-/// Null when the library refuses something.
+/// Null when any of OpenSSL's steps fails.
 Owned<X509> makeCertificate(EVP_PKEY* key)
 {
     Owned<X509> certificate(X509_new());
@@ -70,7 +70,7 @@ Owned<X509> makeCertificate(EVP_PKEY* key)
     return complete ? std::move(certificate) : nullptr;
 }
 
-/// Whether the file has a certificate that lasts for some time.
+/// Whether the file holds a certificate that need not be renewed yet.
 bool isCurrent(const fileString& path)
 {
     if (!path.pathExists())
@@ -90,7 +90,7 @@ ServiceCertificate selfSignedCertificate(const fileString& folder)
 {
     ServiceCertificate files{folder / U"velk-service.crt", folder / U"velk-service.key"};
     if (!FileUtils::createPrivateDirectory(folder))
-        throw FileError(folder, "is no folder of this user alone, and the certificate's key shall stay private");
+        throw FileError(folder, "is not a folder of this user alone, but the certificate's key must stay private");
     if (isCurrent(files.certificate) && files.privateKey.pathExists())
         return files;
     const Owned<EVP_PKEY> key(EVP_EC_gen("P-256"));

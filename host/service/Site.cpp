@@ -80,7 +80,7 @@ public:
     }
 
 private:
-    [[noreturn]] void fail() const { throw FileError(path_, "is no table of a site, or is damaged"); }
+    [[noreturn]] void fail() const { throw FileError(path_, "is not a table of a site, or is damaged"); }
 
     std::uint64_t number(const QJsonValue& value) const
     {

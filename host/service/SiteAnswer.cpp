@@ -44,7 +44,7 @@ SiteAnswer fileAnswer(const SiteRequest& request, const SiteFile& file)
         answer.status = 304;
         return answer;
     }
-    // What was begun of another version must not be continued.
+    // A download that began with another version must not be continued.
     const bool sameVersion = request.ifRange.empty() || request.ifRange == answer.headers.front().second;
     const ByteRange range = sameVersion ? byteRange(request.range, file.size) : ByteRange();
     const std::string size = std::to_string(file.size);
@@ -68,7 +68,7 @@ SiteAnswer fileAnswer(const SiteRequest& request, const SiteFile& file)
     return answer;
 }
 
-/// Digits only, without a sign; too many are as good as endless.
+/// Digits only, without a sign; a number too large to hold counts as the largest.
 std::optional<std::uint64_t> number(std::string_view digits)
 {
     std::uint64_t value = 0;

@@ -32,14 +32,14 @@ class EditionWatch
 public:
     explicit EditionWatch(fileString site) : site_(std::move(site)) { current(); }
 
-    /// The edition in force now. While a damaged switch or table cannot be read, the last one that could.
+    /// The edition in force now; while its switch or table is damaged, the last one that could be read.
     std::shared_ptr<const SiteEdition> current()
     {
         const std::lock_guard lock(mutex_);
         try {
             const std::string name = currentTable(site_);
             if (name.empty())
-                throw FileError(site_, "is no published site; see \"velk publish --help\"");
+                throw FileError(site_, "is not a published site; see \"velk publish --help\"");
             if (name != name_) {
                 edition_ = std::make_shared<SiteEdition>(readTable(site_, name));
                 name_ = name;
@@ -82,7 +82,7 @@ public:
         const auto got = static_cast<std::size_t>(file_->gcount());
         if (got == 0)
             return false;
-        // Before it is sent, so that whoever has received it finds it counted.
+        // Counted before it is sent, so that whoever has received it finds it counted.
         *sent_ += got;
         *allSent_ += got;
         return sink.write(block.data(), got);

@@ -44,8 +44,8 @@ void makeFolder(const fileString& path)
     if (isFolder(path))
         return;
     if (error)
-        throw FileError(path, {"cannot be made a folder: %1", {error.message()}});
-    throw FileError(path, "cannot be made a folder");
+        throw FileError(path, {"cannot be created as a folder: %1", {error.message()}});
+    throw FileError(path, "cannot be created as a folder");
 }
 
 std::vector<fileString> filesInFolder(const fileString& folder, const fileString& extension)

@@ -28,7 +28,7 @@ std::uint64_t requireFile(const fileString& path, std::uint64_t maximumBytes)
     const fs::path native(std::u8string(text.begin(), text.end()));
     const fs::file_status status = fs::status(native, error);
     if (!fs::exists(status))
-        throw FileError(path, "no such file");
+        throw FileError(path, "does not exist");
     if (!fs::is_regular_file(status))
         throw FileError(path, fs::is_directory(status) ? "is a folder, not a file" : "is not a file");
     const std::uintmax_t size = fs::file_size(native, error);

@@ -53,7 +53,7 @@ QString unpackingProblem(const fileString& file)
     if (!isPacked(file))
         return ImportJob::tr("It cannot be read.");
     if (ZipUtils::getSizeOfArchive(file) == 0)
-        return ImportJob::tr("It is no packed library, or it is damaged.");
+        return ImportJob::tr("It is not a packed library, or it is damaged.");
     return ImportJob::tr("The library in it is missing or damaged.");
 }
 
@@ -74,7 +74,7 @@ void putInPlace(const Unpacked& unpacked, const fileString& target, bool replace
     const bool hadTextures = textures.pathExists();
     makeFolder(target.parentPath());
     if (target.pathExists() && !replace)
-        throw FileError(target, "is there already");
+        throw FileError(target, "already exists");
     if (unpacked.second && !LibraryImport::moveArchivedTextures(*unpacked.second, textures, &progress))
         throw FileError(textures, "cannot be written");
     if (FileUtils::moveFile(*unpacked.first, target, replace))

@@ -124,7 +124,7 @@ void ManufacturerStore::refresh(const std::string& service)
     const auto outcome = std::make_shared<ManufacturerRefresh>();
     const auto work = [service, outcome, stop = stop_.get_token()] {
         if (!Curl::downloadable(service))
-            throw DataError(Reason("\"%1\" is no web address", {service}));
+            throw DataError(Reason("\"%1\" is not a web address", {service}));
         const ManufacturerAddresses addresses = manufacturerAddresses(service);
         *outcome = refreshManufacturers(addresses.data, addresses.logos, stop);
     };

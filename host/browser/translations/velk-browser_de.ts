@@ -127,7 +127,7 @@
         <translation>Das ist kein Pfad</translation>
     </message>
     <message>
-        <source>no such file</source>
+        <source>does not exist</source>
         <translation>Die Datei ist nicht vorhanden</translation>
     </message>
     <message>
@@ -159,15 +159,15 @@
         <translation>Das Schreiben ist nicht möglich</translation>
     </message>
     <message>
-        <source>cannot be made a folder</source>
+        <source>cannot be created as a folder</source>
         <translation>Der Ordner kann nicht angelegt werden</translation>
     </message>
     <message>
-        <source>cannot be made a folder: %1</source>
+        <source>cannot be created as a folder: %1</source>
         <translation>Der Ordner kann nicht angelegt werden: %1</translation>
     </message>
     <message>
-        <source>is there already</source>
+        <source>already exists</source>
         <translation>Die Datei ist bereits vorhanden</translation>
     </message>
     <message>
@@ -175,11 +175,11 @@
         <translation>Die Datei ist leer</translation>
     </message>
     <message>
-        <source>is no library catalog</source>
+        <source>is not a library catalog</source>
         <translation>Die Datei ist kein Bibliothekskatalog</translation>
     </message>
     <message>
-        <source>is a database, but no library catalog</source>
+        <source>is a database, but not a library catalog</source>
         <translation>Die Datei ist eine Datenbank, aber kein Bibliothekskatalog</translation>
     </message>
     <message>
@@ -203,7 +203,7 @@
         <translation>Die Datei ist beschädigt: Sie bricht nach %1 von %2 Bytes ab</translation>
     </message>
     <message>
-        <source>is damaged: it holds something else than a catalog&apos;s tables</source>
+        <source>is damaged: it holds something other than a catalog&apos;s tables</source>
         <translation>Die Datei ist beschädigt: Sie enthält anderes als die Tabellen eines Katalogs</translation>
     </message>
     <message>
@@ -279,11 +279,11 @@
         <translation>Der Datenträger meldet einen Lese- oder Schreibfehler</translation>
     </message>
     <message>
-        <source>is no filter file; mend it, or move it away</source>
+        <source>is not a filter file; repair it, or move it away</source>
         <translation>Die Datei ist keine Filterdatei; reparieren oder verschieben Sie sie</translation>
     </message>
     <message>
-        <source>is damaged; mend it, or move it away</source>
+        <source>is damaged; repair it, or move it away</source>
         <translation>Die Datei ist beschädigt; reparieren oder verschieben Sie sie</translation>
     </message>
     <message>
@@ -291,7 +291,7 @@
         <translation>Die Datei ist beschädigt; es wurde nichts übernommen</translation>
     </message>
     <message>
-        <source>cannot be removed, and would bring the filters back</source>
+        <source>cannot be removed; left there, it would bring the filters back</source>
         <translation>Die Datei kann nicht gelöscht werden und brächte die Filter zurück</translation>
     </message>
     <message>
@@ -299,7 +299,7 @@
         <translation>Die Filter konnten nicht gespeichert werden</translation>
     </message>
     <message>
-        <source>%1; mend it, or move it away</source>
+        <source>%1; repair it, or move it away</source>
         <translation>%1; reparieren oder verschieben Sie die Datei</translation>
     </message>
     <message>
@@ -311,11 +311,11 @@
         <translation>Es gibt keinen Hersteller %1</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; is no plain file name for a logo</source>
+        <source>&quot;%1&quot; is not a plain file name for a logo</source>
         <translation>„%1“ ist kein einfacher Dateiname für ein Logo</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; is no web address</source>
+        <source>&quot;%1&quot; is not a web address</source>
         <translation>„%1“ ist keine Internetadresse</translation>
     </message>
     <message>
@@ -323,7 +323,7 @@
         <translation>Der Arbeitsspeicher reicht nicht aus</translation>
     </message>
     <message>
-        <source>is no published site; see &quot;velk publish --help&quot;</source>
+        <source>is not a published site; see &quot;velk publish --help&quot;</source>
         <translation>Das ist kein veröffentlichter Bestand; siehe „velk publish --help“</translation>
     </message>
     <message>
@@ -601,7 +601,7 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
         <translation>Sie kann nicht gelesen werden.</translation>
     </message>
     <message>
-        <source>It is no packed library, or it is damaged.</source>
+        <source>It is not a packed library, or it is damaged.</source>
         <translation>Sie ist keine gepackte Bibliothek, oder sie ist beschädigt.</translation>
     </message>
     <message>

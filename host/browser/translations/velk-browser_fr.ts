@@ -127,7 +127,7 @@
         <translation>ce n’est pas un chemin</translation>
     </message>
     <message>
-        <source>no such file</source>
+        <source>does not exist</source>
         <translation>le fichier n’existe pas</translation>
     </message>
     <message>
@@ -159,15 +159,15 @@
         <translation>écriture impossible</translation>
     </message>
     <message>
-        <source>cannot be made a folder</source>
+        <source>cannot be created as a folder</source>
         <translation>impossible de créer le dossier</translation>
     </message>
     <message>
-        <source>cannot be made a folder: %1</source>
+        <source>cannot be created as a folder: %1</source>
         <translation>impossible de créer le dossier&#xa0;: %1</translation>
     </message>
     <message>
-        <source>is there already</source>
+        <source>already exists</source>
         <translation>le fichier existe déjà</translation>
     </message>
     <message>
@@ -175,11 +175,11 @@
         <translation>le fichier est vide</translation>
     </message>
     <message>
-        <source>is no library catalog</source>
+        <source>is not a library catalog</source>
         <translation>le fichier n’est pas un catalogue de bibliothèque</translation>
     </message>
     <message>
-        <source>is a database, but no library catalog</source>
+        <source>is a database, but not a library catalog</source>
         <translation>le fichier est une base de données, mais pas un catalogue de bibliothèque</translation>
     </message>
     <message>
@@ -203,7 +203,7 @@
         <translation>le fichier est endommagé&#xa0;: il est coupé après %1 octets sur %2</translation>
     </message>
     <message>
-        <source>is damaged: it holds something else than a catalog&apos;s tables</source>
+        <source>is damaged: it holds something other than a catalog&apos;s tables</source>
         <translation>le fichier est endommagé&#xa0;: il contient autre chose que les tables d’un catalogue</translation>
     </message>
     <message>
@@ -279,11 +279,11 @@
         <translation>erreur de lecture ou d’écriture du disque</translation>
     </message>
     <message>
-        <source>is no filter file; mend it, or move it away</source>
+        <source>is not a filter file; repair it, or move it away</source>
         <translation>ce n’est pas un fichier de filtres&#xa0;; réparez-le ou déplacez-le</translation>
     </message>
     <message>
-        <source>is damaged; mend it, or move it away</source>
+        <source>is damaged; repair it, or move it away</source>
         <translation>le fichier est endommagé&#xa0;; réparez-le ou déplacez-le</translation>
     </message>
     <message>
@@ -291,7 +291,7 @@
         <translation>le fichier est endommagé&#xa0;; rien n’a été fusionné</translation>
     </message>
     <message>
-        <source>cannot be removed, and would bring the filters back</source>
+        <source>cannot be removed; left there, it would bring the filters back</source>
         <translation>impossible de supprimer le fichier, qui ferait revenir les filtres</translation>
     </message>
     <message>
@@ -299,7 +299,7 @@
         <translation>impossible d’enregistrer les filtres</translation>
     </message>
     <message>
-        <source>%1; mend it, or move it away</source>
+        <source>%1; repair it, or move it away</source>
         <translation>%1&#xa0;; réparez le fichier ou déplacez-le</translation>
     </message>
     <message>
@@ -311,11 +311,11 @@
         <translation>il n’y a pas de fabricant %1</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; is no plain file name for a logo</source>
+        <source>&quot;%1&quot; is not a plain file name for a logo</source>
         <translation>«&#xa0;%1&#xa0;» n’est pas un simple nom de fichier pour un logo</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; is no web address</source>
+        <source>&quot;%1&quot; is not a web address</source>
         <translation>«&#xa0;%1&#xa0;» n’est pas une adresse web</translation>
     </message>
     <message>
@@ -323,7 +323,7 @@
         <translation>la mémoire est insuffisante</translation>
     </message>
     <message>
-        <source>is no published site; see &quot;velk publish --help&quot;</source>
+        <source>is not a published site; see &quot;velk publish --help&quot;</source>
         <translation>ce n’est pas un site publié&#xa0;; voir «&#xa0;velk publish --help&#xa0;»</translation>
     </message>
     <message>
@@ -601,7 +601,7 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
         <translation>Il est impossible de le lire.</translation>
     </message>
     <message>
-        <source>It is no packed library, or it is damaged.</source>
+        <source>It is not a packed library, or it is damaged.</source>
         <translation>Ce n’est pas une bibliothèque compressée, ou elle est endommagée.</translation>
     </message>
     <message>

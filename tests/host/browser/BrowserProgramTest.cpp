@@ -43,7 +43,7 @@ private:
 TEST_F(BrowserProgram, TakesArgumentsAsTheyWereTyped)
 {
     EXPECT_THAT(run({}, QStringLiteral("C"), QStringLiteral("[none, here]")).errors,
-                HasSubstr("[none, here]: is no published site"));
+                HasSubstr("[none, here]: is not a published site"));
 }
 
 class LanguageOption : public BrowserProgram
@@ -51,8 +51,8 @@ class LanguageOption : public BrowserProgram
 
 TEST_F(LanguageOption, IsEnglishWhereTheSystemSpeaksNoneOfTheLanguages)
 {
-    EXPECT_THAT(run({}).errors, HasSubstr("is no published site"));
-    EXPECT_THAT(run({}, QStringLiteral("fi_FI.UTF-8")).errors, HasSubstr("is no published site"));
+    EXPECT_THAT(run({}).errors, HasSubstr("is not a published site"));
+    EXPECT_THAT(run({}, QStringLiteral("fi_FI.UTF-8")).errors, HasSubstr("is not a published site"));
 }
 
 TEST_F(LanguageOption, ChoosesTheLanguage)
@@ -66,7 +66,7 @@ TEST_F(LanguageOption, ChoosesTheLanguage)
 TEST_F(LanguageOption, GoesBeforeTheSystem)
 {
     const Run english = run({QStringLiteral("--language"), QStringLiteral("en")}, QStringLiteral("de_DE.UTF-8"));
-    EXPECT_THAT(english.errors, HasSubstr("is no published site"));
+    EXPECT_THAT(english.errors, HasSubstr("is not a published site"));
 }
 
 TEST_F(LanguageOption, ListsTheLanguagesForOneThatIsNone)

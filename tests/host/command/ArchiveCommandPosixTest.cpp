@@ -48,7 +48,7 @@ protected:
         return process.exitCode();
     }
 
-    /// Everything below the folder of temporary files that is no folder.
+    /// Everything below the folder of temporary files that is not a folder.
     std::vector<std::string> temporaryFiles() const
     {
         std::vector<std::string> files;

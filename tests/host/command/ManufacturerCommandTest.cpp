@@ -120,7 +120,7 @@ TEST_F(ManufacturerCommand, ListsAsJson)
 TEST_F(ManufacturerCommand, ChangesTheDefaultText)
 {
     EXPECT_EQ(velk({"edit", "--default-text", "Ask us"}).output, "Changed the default text.\n");
-    EXPECT_EQ(velk({"edit", "--default-text", "Ask us"}).output, "The default text is this already.\n");
+    EXPECT_EQ(velk({"edit", "--default-text", "Ask us"}).output, "This is the default text already.\n");
     EXPECT_THAT(test::readFile(data()), HasSubstr("\"Default_Text\": \"Ask us\""));
 }
 
@@ -135,12 +135,12 @@ TEST_F(ManufacturerCommand, RefusesWhatIsNoChange)
         EXPECT_EQ(test::readFile(data()), before);
         return run.errors;
     };
-    EXPECT_EQ(errors({"edit", "8", "--phone", "1"}), "velk: there is no manufacturer 8\nWith --new it is made.\n");
+    EXPECT_EQ(errors({"edit", "8", "--phone", "1"}), "velk: there is no manufacturer 8\nAdd --new to make it.\n");
     EXPECT_EQ(errors({"edit", "7", "--new"}),
               "velk: there is a manufacturer 7 already\nLeave out --new to change it.\n");
     EXPECT_THAT(errors({"show", "8"}), StartsWith("velk: there is no manufacturer 8\n"));
     for (const char* logo : {"doors/acme.png", "..", "C:acme.png", "nul", "errors.log"})
-        EXPECT_THAT(errors({"edit", "7", "--logo", logo}), HasSubstr("is no plain file name for a logo")) << logo;
+        EXPECT_THAT(errors({"edit", "7", "--logo", logo}), HasSubstr("is not a plain file name for a logo")) << logo;
 }
 
 TEST_F(ManufacturerCommand, FindsWhatIsWrong)
@@ -161,7 +161,7 @@ TEST_F(ManufacturerCommand, FindsWhatIsWrong)
               " 2  Timeless  does not tell when it was changed, so no update reaches its logo\n"
               " 3            has no name\n"
               " 3            stands for the default text, which is empty\n"
-              " 4  Far       names the logo \"a/far.png\", which is no plain file name\n"
+              " 4  Far       names the logo \"a/far.png\", which is not a plain file name\n"
               " 5  Lost      names the logo \"lost.png\", which is not there\n"
               "\n"
               "6 manufacturers, 5 problems.\n");
@@ -195,7 +195,7 @@ TEST_F(ManufacturerCommand, LeavesADamagedFileAlone)
             EXPECT_EQ(run.exitCode, 9) << text;
             EXPECT_EQ(run.output, "");
             EXPECT_THAT(run.errors, StartsWith("velk: " + data().utf8() + ": "));
-            EXPECT_THAT(run.errors, HasSubstr("; mend it, or move it away\n"));
+            EXPECT_THAT(run.errors, HasSubstr("; repair it, or move it away\n"));
             EXPECT_EQ(test::readFile(data()), text);
         }
     }
@@ -445,10 +445,11 @@ TEST_F(FailingManufacturerUpdate, TellsWhichLogosDidNotCome)
                                      time + "}}"});
     const ProgramRun run = update();
     EXPECT_EQ(run.exitCode, 6);
-    EXPECT_THAT(run.output, HasSubstr(" 7  Acme  changed  logo; its logo did not come\n"));
-    EXPECT_THAT(run.output, HasSubstr(" 8  Far   new      its logo did not come\n"));
+    EXPECT_THAT(run.output, HasSubstr(" 7  Acme  changed  logo; its logo could not be fetched\n"));
+    EXPECT_THAT(run.output, HasSubstr(" 8  Far   new      its logo could not be fetched\n"));
     EXPECT_THAT(run.output, HasSubstr(" 9  Gone  new\n"));
-    EXPECT_THAT(run.output, HasSubstr("2 new, 1 changed, 0 gone; another default text; 2 logos did not come.\n"));
+    EXPECT_THAT(run.output,
+                HasSubstr("2 new, 1 changed, 0 gone; another default text; 2 logos could not be fetched.\n"));
     EXPECT_EQ(velk({"check"}).exitCode, 1);
     EXPECT_FALSE((folder() / U"home" / U"far.png").pathExists());
 }
@@ -459,7 +460,7 @@ TEST_F(FailingManufacturerUpdate, LeavesADamagedFileAlone)
     server.on("/data", Reply{.body = test::manufacturerData("")});
     const ProgramRun run = update();
     EXPECT_EQ(run.exitCode, 9);
-    EXPECT_THAT(run.errors, HasSubstr("mend it, or move it away"));
+    EXPECT_THAT(run.errors, HasSubstr("repair it, or move it away"));
     EXPECT_EQ(test::readFile(data()), "hello");
 }
 

@@ -86,7 +86,7 @@ TEST_F(ServiceCommand, TellsEverythingThatIsWrong)
     const ProgramRun run = velk({"publish", "input", "-o", "site"});
     EXPECT_EQ(run.exitCode, 8);
     EXPECT_EQ(run.output, "");
-    EXPECT_THAT(run.errors, StartsWith("velk: input/core/b.calib: is no library catalog\n"
+    EXPECT_THAT(run.errors, StartsWith("velk: input/core/b.calib: is not a library catalog\n"
                                        "velk: input/bonus/c&d.calibz: holds the character \"&\" in its name"));
     EXPECT_THAT(run.errors, HasSubstr("velk: nothing was published\n"));
     EXPECT_FALSE(site().pathExists());
@@ -138,7 +138,7 @@ TEST_F(ServiceCommand, ExplainsWhyItCannotServe)
 {
     const ProgramRun run = velk({"serve", "nothing"});
     EXPECT_EQ(run.exitCode, 8);
-    EXPECT_THAT(run.errors, HasSubstr("is no published site"));
+    EXPECT_THAT(run.errors, HasSubstr("is not a published site"));
     EXPECT_EQ(velk({"serve", "site", "--port", "99999"}).exitCode, 2);
     EXPECT_EQ(velk({"serve", "site", "--tls", "only-one.pem"}).exitCode, 2);
     EXPECT_EQ(velk({"serve"}).exitCode, 2);

@@ -96,7 +96,7 @@ TEST_F(VelkProgram, SearchesTheOthersWhenALibraryIsBroken)
     const ProgramRun run =
         velk({"search", "chair", "--library", "none.calib", "--library", "b.calib", "--library", "a.calib"});
     EXPECT_EQ(run.exitCode, 3);
-    EXPECT_EQ(run.errors, "velk: none.calib: no such file\nvelk: b.calib: is no library catalog\n");
+    EXPECT_EQ(run.errors, "velk: none.calib: does not exist\nvelk: b.calib: is not a library catalog\n");
     EXPECT_THAT(run.output, HasSubstr("4 hits. "));
     EXPECT_EQ(velk({"search", "zebra", "-l", "b.calib"}).exitCode, 3);
 }
@@ -211,7 +211,7 @@ TEST_F(VelkProgram, KeepsTheOldCatalogWhenABuildFails)
     const std::vector<std::string> files = test::listFolder(folder());
     const ProgramRun run = velk({"catalog", "build", "bad.csv", "-o", "a.calib"});
     EXPECT_EQ(run.exitCode, 4);
-    EXPECT_EQ(run.errors, "velk: bad.csv: line 3: the id \"x\" stands twice; ids must differ\n");
+    EXPECT_EQ(run.errors, "velk: bad.csv: line 3: the id \"x\" occurs twice; ids must differ\n");
     EXPECT_EQ(run.output, "");
     EXPECT_EQ(test::readFile(folder() / U"a.calib"), before);
     EXPECT_EQ(test::listFolder(folder()), files);
@@ -226,7 +226,7 @@ TEST_F(VelkProgram, SaysWhyABuildFails)
         EXPECT_EQ(run.exitCode, 4);
         return run.errors;
     };
-    EXPECT_EQ(errors({"catalog", "build", "none.sh3f", "-o", "x.calib"}), "velk: none.sh3f: no such file\n");
+    EXPECT_EQ(errors({"catalog", "build", "none.sh3f", "-o", "x.calib"}), "velk: none.sh3f: does not exist\n");
     EXPECT_EQ(errors({"catalog", "build", ".", "-o", "x.calib"}),
               "velk: .: is a folder, not a file; give a furniture library (.sh3f) or a CSV file\n");
     EXPECT_THAT(errors({"catalog", "build", "text.sh3f", "-o", "x.calib"}),

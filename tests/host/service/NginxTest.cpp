@@ -157,7 +157,7 @@ TEST_F(Nginx, ServesAPathWithOddCharacters)
 
 TEST_F(Nginx, NeedsAPublishedSite)
 {
-    EXPECT_EQ(test::reasonOf([&] { VelkHost::nginxConfiguration(folder() / U"none"); }), "is no published site");
+    EXPECT_EQ(test::reasonOf([&] { VelkHost::nginxConfiguration(folder() / U"none"); }), "is not a published site");
     EXPECT_THAT(test::reasonOf([&] {
                     VelkHost::publish(input(), folder() / U"line\nbreak");
                     VelkHost::nginxConfiguration(folder() / U"line\nbreak");

@@ -34,8 +34,8 @@ const NameCase nameCases[] = {
     {"NumberSign", "No #1.calib", "\"#\""},
     {"Plus", "A+B.calib", "\"+\""},
     // What not every disk can store
-    {"Empty", "", "is no name"},
-    {"Parent", "..", "is no name"},
+    {"Empty", "", "is not a file name"},
+    {"Parent", "..", "is not a file name"},
     {"Slash", "a/b.calib", "\"/\""},
     {"Backslash", "a\\b.calib", "\"\\\""},
     {"Colon", "a:b.calib", "\":\""},
@@ -74,8 +74,8 @@ TEST(LogoName, IsAPlainFileName)
 {
     EXPECT_THAT(whyNoLogoName("acme.png"), IsEmpty());
     EXPECT_THAT(whyNoLogoName("T\xC3\xBCr 1.png"), IsEmpty());
-    EXPECT_THAT(whyNoLogoName(""), HasSubstr("is no name"));
-    EXPECT_THAT(whyNoLogoName(".."), HasSubstr("is no name"));
+    EXPECT_THAT(whyNoLogoName(""), HasSubstr("is not a file name"));
+    EXPECT_THAT(whyNoLogoName(".."), HasSubstr("is not a file name"));
     EXPECT_THAT(whyNoLogoName("doors/acme.png"), HasSubstr("\"/\""));
     EXPECT_THAT(whyNoLogoName("doors\\acme.png"), HasSubstr("\"\\\""));
     EXPECT_THAT(whyNoLogoName("c:acme.png"), HasSubstr("\":\""));

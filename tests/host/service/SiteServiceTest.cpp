@@ -180,7 +180,7 @@ TEST_F(SiteServiceTest, NeedsAPublishedSite)
 {
     ServiceOptions wrong = options();
     wrong.site = folder() / U"nothing";
-    EXPECT_THAT(test::reasonOf([&] { SiteService{wrong}; }), HasSubstr("is no published site"));
+    EXPECT_THAT(test::reasonOf([&] { SiteService{wrong}; }), HasSubstr("is not a published site"));
 }
 
 TEST_F(SiteServiceTest, NeedsACertificateWithItsKey)

@@ -24,8 +24,8 @@ TEST_F(Folders, AreMadeWithTheirParents)
     test::writeFile(at(U"file"), "x");
     EXPECT_FALSE(isFolder(at(U"file")));
     EXPECT_FALSE(isFolder({}));
-    EXPECT_THAT(test::reasonOf([&] { makeFolder(at(U"file")); }), StartsWith("cannot be made a folder"));
-    EXPECT_THAT(test::reasonOf([&] { makeFolder(at(U"file/below")); }), StartsWith("cannot be made a folder: "));
+    EXPECT_THAT(test::reasonOf([&] { makeFolder(at(U"file")); }), StartsWith("cannot be created as a folder"));
+    EXPECT_THAT(test::reasonOf([&] { makeFolder(at(U"file/below")); }), StartsWith("cannot be created as a folder: "));
 }
 
 TEST_F(Folders, AreListedByName)

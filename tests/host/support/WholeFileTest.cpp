@@ -26,7 +26,7 @@ TEST_F(WholeFile, IsReadToItsEnd)
 TEST_F(WholeFile, IsAFileOfBoundedSize)
 {
     EXPECT_EQ(test::reasonOf([&] { requireFile(path_, 8); }), "is larger than 0 MiB");
-    EXPECT_EQ(test::reasonOf([&] { readWhole(folder() / U"none", 100); }), "no such file");
+    EXPECT_EQ(test::reasonOf([&] { readWhole(folder() / U"none", 100); }), "does not exist");
     EXPECT_EQ(test::reasonOf([&] { readWhole(folder(), 100); }), "is a folder, not a file");
     EXPECT_EQ(test::reasonOf([&] { readWhole({}, 100); }), "is not a path");
     EXPECT_EQ(test::reasonOf([&] { readWhole(fileString(std::string("a\0b", 3)), 100); }), "is not a path");

@@ -211,7 +211,7 @@ std::vector<BadFile> badFiles()
 {
     const std::string catalog = catalogFileBytes(furnitureCatalog("Chair "));
     const std::string archive = test::ZipBuilder().add("a.calib", catalog).add("oak.png", "oak").bytes();
-    const std::string damaged = "It is no packed library, or it is damaged.";
+    const std::string damaged = "It is not a packed library, or it is damaged.";
     test::ZipItem wrongCrc;
     wrongCrc.name = "a.calib";
     wrongCrc.data = catalog;

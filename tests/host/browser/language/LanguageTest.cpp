@@ -290,13 +290,13 @@ TEST_F(ReasonInGerman, NamesTheAddressOfAService)
 
 TEST_F(ReasonInGerman, TranslatesPartsThatAreReasons)
 {
-    EXPECT_EQ(VelkHost::translated({"%1; mend it, or move it away", {{"is damaged: %1", {"a text is missing"}}}}),
+    EXPECT_EQ(VelkHost::translated({"%1; repair it, or move it away", {{"is damaged: %1", {"a text is missing"}}}}),
               QStringLiteral("Die Datei ist beschädigt: Ein Text fehlt; reparieren oder verschieben Sie die Datei"));
 }
 
 TEST_F(ReasonInGerman, TakesAPartForWhatItIs)
 {
-    EXPECT_EQ(told(VelkHost::DataError(VelkHost::Reason("\"%1\" is no web address", {"%1 %2"}))),
+    EXPECT_EQ(told(VelkHost::DataError(VelkHost::Reason("\"%1\" is not a web address", {"%1 %2"}))),
               "„%1 %2“ ist keine Internetadresse");
 }
 
