@@ -13,7 +13,7 @@
 namespace VelkHost {
 namespace {
 
-/// A preference of the library (PreferenceEngine.h), and how its value is read.
+/// A preference of the module (PreferenceEngine.h), and how its value is read.
 struct Known
 {
     std::size_t number;

@@ -1,4 +1,4 @@
-// The library browser in a window of its own.
+// The library browser in its own window.
 #include "host/browser/BrowserOptions.h"
 #include "host/browser/BrowserWindow.h"
 #include "host/browser/StoredPreferences.h"
@@ -37,10 +37,10 @@ constexpr const char* examples = R"(Examples:
   velk-browser --home ./planner --site ./published   updates without a server
   velk-browser --language fr
 
---site serves what "velk publish" has published from within this program, for trying
-out and for demonstrations.)";
+--site lets this program serve what "velk publish" has published, for trials and for
+demonstrations.)";
 
-/// The program's arguments; on a wrong command line, or "--help", what is left is the exit code.
+/// The program's arguments; after a wrong command line, or "--help", only the exit code.
 struct CommandLine
 {
     VelkHost::BrowserOptions options;
@@ -107,7 +107,7 @@ void installHost(const fileString& home)
     Velk::installHost(std::move(services));
 }
 
-/// Some dark desktops tell no colour of links; Qt's own one is a blue that cannot be read there.
+/// Some dark desktops set no colour for links, and Qt's default is a blue that cannot be read there.
 void makeLinksReadable()
 {
     constexpr int middle = 128;

@@ -8,8 +8,8 @@ namespace VelkHost {
 
 class Output;
 
-/// Does the work of a command on filters or manufacturers and returns its exit code. Tells what a DataError
-/// or a FileError says, and returns DataFailed then. Other exceptions pass through.
+/// Does the work of a command on filters or manufacturers and returns its exit code. Prints the text of a
+/// DataError or a FileError, and then returns DataFailed. Other exceptions pass through.
 ExitCode runOnData(Output& output, const std::function<ExitCode()>& work);
 
 }  // namespace VelkHost

@@ -10,8 +10,8 @@
 
 namespace VelkHost {
 
-/// A zip archive that is made from files and bytes. It is at its place once close() has succeeded; otherwise
-/// what was there stays. Failures throw FileError.
+/// A zip archive that is made from files and bytes. It appears at its place once close() has succeeded; until
+/// then, and after a failure, the older file stays. Failures throw FileError.
 class NewArchive
 {
 public:

@@ -16,8 +16,8 @@ namespace VelkHost {
 class TourContent
 {
 public:
-    /// The furniture libraries (".sh3f") of `source`; with an empty one the sample. Throws FileError.
-    /// The publisher keeps the manufacturers in `publisher`.
+    /// Uses the furniture libraries (".sh3f") in the folder `source`, or the sample when `source` is empty. The
+    /// publisher keeps the manufacturers in `publisher`. Throws FileError.
     TourContent(const fileString& source, const fileString& folder, const fileString& publisher);
 
     /// Builds everything, and prints a line about each library.

@@ -16,7 +16,7 @@ namespace VelkHost {
 class TourManufacturers
 {
 public:
-    /// Of these furniture libraries (".sh3f"); without any, of the sample. Throws FileError.
+    /// The manufacturers of these furniture libraries (".sh3f"); without any, those of the sample. Throws FileError.
     TourManufacturers(const std::vector<fileString>& libraries, const fileString& home, const fileString& content);
 
     /// Writes the data file and the logos, and prints how many there are.

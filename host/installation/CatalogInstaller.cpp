@@ -17,7 +17,7 @@ std::string replaceCatalog(const fileString& installed, const fileString& databa
     try {
         readCatalog(database, CatalogContent::Names);
     } catch (const FileError& error) {
-        return "what the service sent is no library: " + error.reason();
+        return "what the service sent " + error.reason();
     }
     if (!FileUtils::createDirectoriesWithPerm(installed.parentPath()))
         return "its folder cannot be made";

@@ -16,10 +16,10 @@ public:
         : std::runtime_error(why.english()), why_(std::move(why)), advice_(std::move(advice))
     {}
 
-    /// What what() says, for another language.
+    /// The text of what(), for translation.
     const Reason& why() const noexcept { return why_; }
 
-    /// Lines of our own; may be empty.
+    /// What helps: lines of the program's own text; may be empty.
     const std::string& advice() const noexcept { return advice_; }
 
 private:
@@ -27,7 +27,7 @@ private:
     std::string advice_;
 };
 
-/// A file that a service did not give. What the transfer says about it is English.
+/// A file that could not be fetched from a service. The transfer's reason is in English.
 class TransferError : public DataError
 {
 public:

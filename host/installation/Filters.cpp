@@ -20,9 +20,9 @@ namespace {
 
 using Library::DataFileFault;
 
-constexpr std::size_t filterFileBytes = std::size_t{128} << 20;  // what the library reads
+constexpr std::size_t filterFileBytes = std::size_t{128} << 20;  // the longest file that the module reads
 
-/// The manager takes a file that it cannot read for one with fewer filters, and would write over it: so the file
+/// The manager treats a file that it cannot read as one with fewer filters, and would write over it: so the file
 /// is read as a value first.
 FilterFile readFilterFile(const fileString& path, const Reason& ifDamaged)
 {
@@ -58,15 +58,15 @@ LibraryFilterManager& adopt(const FilterFile& file)
     return manager;
 }
 
-/// Whoever reads the file next finds its filters in reverse; this way they keep their order from one change to the
-/// next.
+/// Reading a file turns the order of its filters round; they are written in reverse, so the order lasts from one
+/// change to the next.
 FilterFile asWritten(FilterFile file)
 {
     std::reverse(file.filters.begin(), file.filters.end());
     return file;
 }
 
-/// Without a filter there is no file either.
+/// The last filter takes the file with it: without filters there is no file.
 void removeInstalled()
 {
     const fileString path = installedFile();
@@ -74,7 +74,7 @@ void removeInstalled()
         throw FileError(path, "cannot be removed; left there, it would bring the filters back");
 }
 
-/// Writes the installation's filters; only then the manager has them, too.
+/// Writes the installation's filters, and only then gives them to the manager.
 void save(const FilterFile& file)
 {
     if (file.filters.empty()) {

@@ -47,7 +47,7 @@ CardChange cardChange(const ManufacturerChange& change, const ManufacturerFile& 
     return told;
 }
 
-/// Of cards that are as they were nobody needs to be told.
+/// Cards that did not change are left out.
 std::vector<CardChange> cardChanges(const ManufacturerUpdate& update, const ManufacturerFile& before)
 {
     std::vector<CardChange> changes;

@@ -130,7 +130,7 @@ fileString manufacturerFile()
     return PathUtils::getObject().getManufacturerDataPath() / U"manufacturer_data.json";
 }
 
-// The library's manager takes an unreadable file for one without cards, and would write over it.
+// The module's manager treats an unreadable file as one without cards, and would write over it.
 ManufacturerFile installedManufacturers()
 {
     ManufacturerFile file;
@@ -163,7 +163,7 @@ std::vector<std::string> editCard(long id, const CardEdit& edit)
     const ManufacturerFile before = installedManufacturers();
     const bool isThere = before.cards.contains(id);
     if (edit.make && isThere)
-        throw DataError("there is a manufacturer " + std::to_string(id) + " already", "Leave out --new to change it.");
+        throw DataError("there is already a manufacturer " + std::to_string(id), "Leave out --new to change it.");
     if (!edit.make && !isThere)
         throw DataError({"there is no manufacturer %1", {std::to_string(id)}}, "Add --new to make it.");
     ManufacturerFile after = before;

@@ -41,7 +41,7 @@ struct PublishReport
 /// whose catalog is the same as in any earlier edition, but whose other entries are not, is refused, because
 /// installations could not see the difference.
 ///
-/// Throws PublishError for a folder that cannot be published, FileError for a site that cannot be
+/// Throws PublishError for a folder that cannot be published, and FileError for a site that cannot be
 /// written or is being published to by another process. One call at a time per site.
 PublishReport publish(const fileString& folder, const fileString& site);
 

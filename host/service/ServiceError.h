@@ -8,8 +8,8 @@
 
 namespace VelkHost {
 
-/// Why a service cannot run although its site is sound: the address that it was to have, and in a sentence for people
-/// what is wrong with it. Texts are UTF-8.
+/// Thrown when a service cannot run although its site is sound. It holds the address that the service should have,
+/// and a sentence for people that tells what is wrong with it. Texts are UTF-8.
 class ServiceError : public std::runtime_error
 {
 public:
@@ -19,7 +19,7 @@ public:
 
     /// Such as "127.0.0.1:8080".
     const std::string& address() const noexcept { return address_; }
-    /// The sentence without the address, for another language.
+    /// The sentence without the address, for translation.
     const Reason& why() const noexcept { return why_; }
 
 private:

@@ -10,8 +10,8 @@
 
 namespace VelkHost {
 
-/// What an operation throws that a file or a folder kept from its end: which one, and in a sentence for people what
-/// is wrong with it. Texts are UTF-8.
+/// Thrown when an operation fails because of a file or a folder. It holds the path, and a sentence for people that
+/// tells what is wrong with it. Texts are UTF-8.
 class FileError : public std::runtime_error
 {
 public:
@@ -25,7 +25,7 @@ public:
     const fileString& path() const noexcept { return path_; }
     /// The sentence without the path.
     const std::string& reason() const noexcept { return reason_; }
-    /// The same for another language.
+    /// The same sentence, for translation.
     const Reason& why() const noexcept { return why_; }
 
 private:

@@ -6,7 +6,7 @@
 
 namespace VelkHost {
 
-/// The path counted from the current folder, when it is relative; otherwise as it is.
+/// A relative path, counted from the current folder; any other path unchanged.
 fileString absolutePath(const fileString& path);
 
 /// Whether a folder stands at `path`; a link counts by its target.
@@ -19,7 +19,7 @@ void makeFolder(const fileString& path);
 /// Throws FileError for a folder that cannot be read.
 std::vector<fileString> filesInFolder(const fileString& folder, const fileString& extension);
 
-/// What stands in a folder.
+/// A file or folder in a folder.
 struct FolderEntry
 {
     fileString name;

@@ -4,7 +4,7 @@
 
 namespace VelkHost {
 
-/// What a program without a window supplies: the library's defaults (English texts, preferences in memory),
+/// What a program without a window supplies: the module's defaults (English texts, preferences in memory),
 /// and messages on standard error, under the program's name.
 ///
 /// The folders are those of the installation at `home`: core, bonus, manufacturer, manufacturer-data,

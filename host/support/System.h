@@ -31,10 +31,10 @@ enum class WriteResult {
     Failed       ///< for example a full disk
 };
 
-/// Writes all bytes to standard output, as they are. Any thread.
+/// Writes all bytes to standard output, unchanged. Any thread.
 WriteResult writeToOutput(std::string_view bytes) noexcept;
 
-/// Writes UTF-8 text to standard error, as it is; what cannot be written is lost. Any thread.
+/// Writes UTF-8 text to standard error, unchanged; text that cannot be written is lost. Any thread.
 void writeToError(std::string_view text) noexcept;
 
 /// From now on the first Ctrl-C is only noticed; a second one ends the program.

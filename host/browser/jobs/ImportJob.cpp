@@ -28,7 +28,7 @@ namespace {
 
 using Unpacked = std::pair<std::optional<fileString>, std::optional<fileString>>;
 
-/// Ended by the user.
+/// Thrown when the user cancels the import.
 struct ImportCancelled
 {};
 
@@ -54,7 +54,7 @@ QString unpackingProblem(const fileString& file)
         return ImportJob::tr("It cannot be read.");
     if (ZipUtils::getSizeOfArchive(file) == 0)
         return ImportJob::tr("It is not a packed library, or it is damaged.");
-    return ImportJob::tr("The library in it is missing or damaged.");
+    return ImportJob::tr("Its catalog file is missing or damaged.");
 }
 
 void stopWhenCancelled(const ProgressSubject& progress)
@@ -63,9 +63,9 @@ void stopWhenCancelled(const ProgressSubject& progress)
         throw ImportCancelled();
 }
 
-// The textures come first: without the library they harm nobody, and the library without them is
-// incomplete. When it then cannot be moved, textures that nobody had before go again. Waiting for those
-// who read the installed files may take seconds.
+// The textures come first: they do no harm without the library, but the library is incomplete without
+// them. If the library then cannot be moved, textures that are new are removed again. Waiting for workers
+// that read the installed files may take seconds.
 void putInPlace(const Unpacked& unpacked, const fileString& target, bool replace, ProgressSubject& progress)
 {
     const std::unique_lock replacing(installedFiles());
@@ -108,7 +108,7 @@ void ImportJob::cancel()
     stop_.request_stop();
 }
 
-// On the worker, like what follows but outcome().
+// On the worker, like the functions below except outcome().
 void ImportJob::run()
 {
     for (const ImportSource& source : sources_)
@@ -152,7 +152,7 @@ void ImportJob::take(const ImportSource& source)
     try {
         readCatalog(*unpacked.first, CatalogContent::Names);
     } catch (const FileError& error) {
-        throw std::runtime_error(tr("The library in it cannot be read: %1").arg(translated(error.why())).toStdString());
+        throw std::runtime_error(tr("Its catalog file %1.").arg(translated(error.why())).toStdString());
     }
     putInPlace(unpacked, target, source.replace, *progress);
     imported_.push_back(target);

@@ -14,7 +14,7 @@
 namespace VelkHost {
 namespace {
 
-/// What the window's operations can fail of, for those who collect the texts to translate.
+/// The reasons why the window's operations can fail, listed for the tool that collects the texts to translate.
 [[maybe_unused]] constexpr const char* knownReasons[] = {
     // Files
     QT_TRANSLATE_NOOP("Reason", "is not a path"),

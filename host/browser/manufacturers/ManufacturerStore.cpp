@@ -71,7 +71,7 @@ QImage decodedLogo(const std::string& bytes, const QSize& atMost)
     return fits ? image : image.scaled(atMost, Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }
 
-/// The logo of that name in the data folder, where everybody may write: a link leads elsewhere.
+/// The logo of that name in the data folder. A link is not followed: anybody may write there, and it leads elsewhere.
 QImage readLogo(const std::string& name, const QSize& atMost)
 {
     const Manufacturer card({}, {}, {}, {}, fileString(name), {}, false, {});

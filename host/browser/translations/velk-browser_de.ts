@@ -370,11 +370,11 @@
         <translation>Es gibt nichts zu suchen: Kein Begriff ist verlangt.</translation>
     </message>
     <message>
-        <source>An entry is found when it has what this asks for:</source>
+        <source>An entry is found when it matches this:</source>
         <translation>Gefunden wird, was diese Bedingung erfüllt:</translation>
     </message>
     <message numerus="yes">
-        <source>An entry is found when it has what one of these %Ln alternatives asks for:</source>
+        <source>An entry is found when it matches one of these %Ln alternatives:</source>
         <translation>
             <numerusform>Gefunden wird, was diese Bedingung erfüllt:</numerusform>
             <numerusform>Gefunden wird, was eine dieser %Ln Bedingungen erfüllt:</numerusform>
@@ -428,7 +428,7 @@
         <translation>&amp;Ansicht</translation>
     </message>
     <message>
-        <source>%1 cannot be read: %2</source>
+        <source>“%1” %2</source>
         <translation>„%1“ kann nicht gelesen werden: %2</translation>
     </message>
     <message>
@@ -455,7 +455,7 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
         <translation>Aus&amp;wählen</translation>
     </message>
     <message>
-        <source>Take this item into the drawing</source>
+        <source>Place this item in the drawing</source>
         <translation>Dieses Objekt in die Zeichnung übernehmen</translation>
     </message>
     <message>
@@ -605,8 +605,8 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
         <translation>Sie ist keine gepackte Bibliothek, oder sie ist beschädigt.</translation>
     </message>
     <message>
-        <source>The library in it is missing or damaged.</source>
-        <translation>Die Bibliothek darin fehlt oder ist beschädigt.</translation>
+        <source>Its catalog file is missing or damaged.</source>
+        <translation>Ihre Katalogdatei fehlt oder ist beschädigt.</translation>
     </message>
     <message>
         <source>There is too little memory for it.</source>
@@ -625,8 +625,8 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
         <translation>„%1“ wird geprüft</translation>
     </message>
     <message>
-        <source>The library in it cannot be read: %1</source>
-        <translation>Die Bibliothek darin kann nicht gelesen werden: %1</translation>
+        <source>Its catalog file %1.</source>
+        <translation>Ihre Katalogdatei kann nicht gelesen werden: %1</translation>
     </message>
     <message>
         <source>“%1” was imported.</source>
@@ -690,11 +690,11 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
         <translation>Wird abgebrochen…</translation>
     </message>
     <message>
-        <source>“%1” is among your libraries already. Replace it?</source>
+        <source>You already have a library “%1”. Replace it?</source>
         <translation>„%1“ gehört bereits zu Ihren Bibliotheken. Möchten Sie die Bibliothek ersetzen?</translation>
     </message>
     <message>
-        <source>These are among your libraries already: %1. Replace them?</source>
+        <source>You already have these libraries: %1. Replace them?</source>
         <translation>Diese gehören bereits zu Ihren Bibliotheken: %1. Möchten Sie sie ersetzen?</translation>
     </message>
     <message>
@@ -727,7 +727,7 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
         <translation>&amp;Importieren…</translation>
     </message>
     <message>
-        <source>Take libraries from files (.calibz) into your own</source>
+        <source>Add libraries from files (.calibz) to your own</source>
         <translation>Bibliotheken aus Dateien (.calibz) in Ihre eigenen aufnehmen</translation>
     </message>
     <message>
@@ -794,7 +794,7 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
         <translation>Dateiname des &amp;Logos</translation>
     </message>
     <message>
-        <source>The file lies in %1</source>
+        <source>The file is kept in %1</source>
         <translation>Die Datei liegt in %1</translation>
     </message>
     <message>
@@ -833,10 +833,10 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
         <translation>Hersteller: %L1 neu, %L2 geändert, %L3 entfallen.</translation>
     </message>
     <message numerus="yes">
-        <source>%Ln logo(s) did not come.</source>
+        <source>%Ln logo(s) could not be fetched.</source>
         <translation>
-            <numerusform>%Ln Logo fehlt.</numerusform>
-            <numerusform>%Ln Logos fehlen.</numerusform>
+            <numerusform>%Ln Logo konnte nicht abgerufen werden.</numerusform>
+            <numerusform>%Ln Logos konnten nicht abgerufen werden.</numerusform>
         </translation>
     </message>
     <message>
@@ -968,11 +968,11 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
         <translation>Objekte mit dem Wort als Stichwort</translation>
     </message>
     <message>
-        <source>Items with a word that begins so</source>
+        <source>Items with a word that begins like this</source>
         <translation>Objekte mit einem Wort, das so beginnt</translation>
     </message>
     <message>
-        <source>Folders with a word that begins so</source>
+        <source>Folders with a word that begins like this</source>
         <translation>Ordner mit einem Wort, das so beginnt</translation>
     </message>
     <message>
@@ -1027,11 +1027,11 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
         <translation>Filterdateien (*.json);;Alle Dateien (*)</translation>
     </message>
     <message>
-        <source>No filter came.</source>
+        <source>No filter was added.</source>
         <translation>Es wurde kein Filter übernommen.</translation>
     </message>
     <message numerus="yes">
-        <source>%Ln filter(s) came: %1.</source>
+        <source>%Ln filter(s) added: %1.</source>
         <translation>
             <numerusform>%Ln Filter wurde übernommen: %1.</numerusform>
             <numerusform>%Ln Filter wurden übernommen: %1.</numerusform>

@@ -370,11 +370,11 @@
         <translation>Rien à rechercher&#xa0;: aucun terme n’est exigé.</translation>
     </message>
     <message>
-        <source>An entry is found when it has what this asks for:</source>
+        <source>An entry is found when it matches this:</source>
         <translation>Est trouvé ce qui remplit cette condition&#xa0;:</translation>
     </message>
     <message numerus="yes">
-        <source>An entry is found when it has what one of these %Ln alternatives asks for:</source>
+        <source>An entry is found when it matches one of these %Ln alternatives:</source>
         <translation>
             <numerusform>Est trouvé ce qui remplit cette condition&#xa0;:</numerusform>
             <numerusform>Est trouvé ce qui remplit l’une de ces %Ln conditions&#xa0;:</numerusform>
@@ -428,7 +428,7 @@
         <translation>&amp;Affichage</translation>
     </message>
     <message>
-        <source>%1 cannot be read: %2</source>
+        <source>“%1” %2</source>
         <translation>Impossible de lire «&#xa0;%1&#xa0;»&#xa0;: %2</translation>
     </message>
     <message>
@@ -455,7 +455,7 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
         <translation>&amp;Choisir</translation>
     </message>
     <message>
-        <source>Take this item into the drawing</source>
+        <source>Place this item in the drawing</source>
         <translation>Placer cet objet dans le dessin</translation>
     </message>
     <message>
@@ -605,8 +605,8 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
         <translation>Ce n’est pas une bibliothèque compressée, ou elle est endommagée.</translation>
     </message>
     <message>
-        <source>The library in it is missing or damaged.</source>
-        <translation>La bibliothèque qu’il contient manque ou est endommagée.</translation>
+        <source>Its catalog file is missing or damaged.</source>
+        <translation>Son fichier de catalogue manque ou est endommagé.</translation>
     </message>
     <message>
         <source>There is too little memory for it.</source>
@@ -625,8 +625,8 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
         <translation>Vérification de «&#xa0;%1&#xa0;»</translation>
     </message>
     <message>
-        <source>The library in it cannot be read: %1</source>
-        <translation>Impossible de lire la bibliothèque qu’il contient&#xa0;: %1</translation>
+        <source>Its catalog file %1.</source>
+        <translation>Impossible de lire son fichier de catalogue&#xa0;: %1</translation>
     </message>
     <message>
         <source>“%1” was imported.</source>
@@ -690,11 +690,11 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
         <translation>Annulation en cours…</translation>
     </message>
     <message>
-        <source>“%1” is among your libraries already. Replace it?</source>
+        <source>You already have a library “%1”. Replace it?</source>
         <translation>«&#xa0;%1&#xa0;» fait déjà partie de vos bibliothèques. Voulez-vous la remplacer&#xa0;?</translation>
     </message>
     <message>
-        <source>These are among your libraries already: %1. Replace them?</source>
+        <source>You already have these libraries: %1. Replace them?</source>
         <translation>Celles-ci font déjà partie de vos bibliothèques&#xa0;: %1. Voulez-vous les remplacer&#xa0;?</translation>
     </message>
     <message>
@@ -727,7 +727,7 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
         <translation>&amp;Importer…</translation>
     </message>
     <message>
-        <source>Take libraries from files (.calibz) into your own</source>
+        <source>Add libraries from files (.calibz) to your own</source>
         <translation>Ajouter à vos bibliothèques celles de fichiers (.calibz)</translation>
     </message>
     <message>
@@ -794,7 +794,7 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
         <translation>Fichier du &amp;logo</translation>
     </message>
     <message>
-        <source>The file lies in %1</source>
+        <source>The file is kept in %1</source>
         <translation>Le fichier se trouve dans %1</translation>
     </message>
     <message>
@@ -833,10 +833,10 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
         <translation>Fabricants&#xa0;: %L1 nouveaux, %L2 modifiés, %L3 supprimés.</translation>
     </message>
     <message numerus="yes">
-        <source>%Ln logo(s) did not come.</source>
+        <source>%Ln logo(s) could not be fetched.</source>
         <translation>
-            <numerusform>%Ln logo manque.</numerusform>
-            <numerusform>%Ln logos manquent.</numerusform>
+            <numerusform>%Ln logo n’a pas pu être récupéré.</numerusform>
+            <numerusform>%Ln logos n’ont pas pu être récupérés.</numerusform>
         </translation>
     </message>
     <message>
@@ -968,11 +968,11 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
         <translation>Objets ayant le mot pour mot-clé</translation>
     </message>
     <message>
-        <source>Items with a word that begins so</source>
+        <source>Items with a word that begins like this</source>
         <translation>Objets dont un mot commence ainsi</translation>
     </message>
     <message>
-        <source>Folders with a word that begins so</source>
+        <source>Folders with a word that begins like this</source>
         <translation>Dossiers dont un mot commence ainsi</translation>
     </message>
     <message>
@@ -1027,11 +1027,11 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
         <translation>Fichiers de filtres (*.json);;Tous les fichiers (*)</translation>
     </message>
     <message>
-        <source>No filter came.</source>
+        <source>No filter was added.</source>
         <translation>Aucun filtre n’a été ajouté.</translation>
     </message>
     <message numerus="yes">
-        <source>%Ln filter(s) came: %1.</source>
+        <source>%Ln filter(s) added: %1.</source>
         <translation>
             <numerusform>%Ln filtre a été ajouté&#xa0;: %1.</numerusform>
             <numerusform>%Ln filtres ont été ajoutés&#xa0;: %1.</numerusform>

@@ -54,7 +54,7 @@ Worker::Arrival LibraryLoader::readOne(const fileString& path, bool complete)
         return [this, library] { Q_EMIT libraryRead(library); };
     } catch (const FileError& error) {
         if (!complete)
-            return {};  // it is told once
+            return {};  // the failure is told once, by the complete reading
         return [this, path, reason = translated(error.why())] { Q_EMIT libraryFailed(path, reason); };
     }
 }

@@ -137,7 +137,7 @@ TEST_F(ManufacturerCommand, RefusesWhatIsNoChange)
     };
     EXPECT_EQ(errors({"edit", "8", "--phone", "1"}), "velk: there is no manufacturer 8\nAdd --new to make it.\n");
     EXPECT_EQ(errors({"edit", "7", "--new"}),
-              "velk: there is a manufacturer 7 already\nLeave out --new to change it.\n");
+              "velk: there is already a manufacturer 7\nLeave out --new to change it.\n");
     EXPECT_THAT(errors({"show", "8"}), StartsWith("velk: there is no manufacturer 8\n"));
     for (const char* logo : {"doors/acme.png", "..", "C:acme.png", "nul", "errors.log"})
         EXPECT_THAT(errors({"edit", "7", "--logo", logo}), HasSubstr("is not a plain file name for a logo")) << logo;

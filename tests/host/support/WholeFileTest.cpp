@@ -49,7 +49,7 @@ TEST_F(WholeFile, NamesThePathInItsError)
         ADD_FAILURE();
     } catch (const FileError& error) {
         EXPECT_EQ(error.path(), folder() / U"none");
-        EXPECT_EQ(error.what(), (folder() / U"none").utf8() + ": no such file");
+        EXPECT_EQ(error.what(), (folder() / U"none").utf8() + ": does not exist");
     }
 }
 

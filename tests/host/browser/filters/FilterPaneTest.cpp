@@ -275,11 +275,11 @@ TEST_F(FilterMerging, AddsAndTells)
     open();
     merge(twoFilters);
     EXPECT_EQ(box()->count(), 3);
-    EXPECT_EQ(text(status()), "1 filter came: Wet. 1 filter was here already.");
+    EXPECT_EQ(text(status()), "1 filter added: Wet. 1 filter was here already.");
     EXPECT_EQ(box()->currentIndex(), 0) << "what is in force stays";
     EXPECT_THAT(savedFilters(), HasSubstr(R"("Filter_Name":"Wet")"));
     merge(twoFilters);
-    EXPECT_EQ(text(status()), "No filter came. 2 filters were here already.");
+    EXPECT_EQ(text(status()), "No filter was added. 2 filters were here already.");
 }
 
 TEST_F(FilterMerging, RefusesWhatIsNone)
