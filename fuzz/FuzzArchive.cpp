@@ -94,6 +94,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     // Once more into itself: everything is replaced by the same.
     fuzz::check(copy(output, output) == copied, "a copy can be copied");
     fuzz::check(ZipUtils::getFilenamesInArchive(output) == result, "replacing keeps the order");
-    FileUtils::removePath(output, 0);
+    FileUtils::removePath(output, FileUtils::noFlags);
     return 0;
 }

@@ -1,3 +1,4 @@
+#include "support/QtProcesses.h"
 #include "support/TestHost.h"
 
 #include <gmock/gmock.h>
@@ -30,7 +31,7 @@ protected:
         const QString home = QString::fromStdString(folder_.path().utf8());
         program.start(QStringLiteral(VELK_BROWSER_PROGRAM),
                       options + QStringList{QStringLiteral("--home"), home, QStringLiteral("--site"), home});
-        EXPECT_TRUE(program.waitForFinished(-1));
+        test::waitForEnd(program);
         EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
         return {program.exitCode(), program.readAllStandardError().toStdString()};
     }
