@@ -267,9 +267,9 @@ void packLargeEntry(const fileString& target, std::uint64_t bytes, int count)
     }
     zip.finish(crc, size);
     copyInto(large, target);
-    FileUtils::removePath(large, 0);
+    FileUtils::removePath(large, FileUtils::noFlags);
     copyInto(small, target);
-    FileUtils::removePath(small, 0);
+    FileUtils::removePath(small, FileUtils::noFlags);
 }
 
 }  // namespace bench

@@ -6,6 +6,7 @@
 #include "Measures.h"
 #include "UpdateReceiver.h"
 #include "support/ScriptedServer.h"
+#include "support/Threads.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/SHA1.h>
@@ -29,7 +30,6 @@
 #include <set>
 #include <stdexcept>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace {
@@ -106,12 +106,12 @@ public:
     /// Updates all catalogs, after forgetting what earlier updates learned. Throws if it does not end as it should.
     void update(const std::string& service, std::int32_t outcome, int installed = 0) const
     {
-        FileUtils::removePath(services_.folders.coreLibraryDatabase / fileString(std::string("catalog_hash.txt")), 0);
+        FileUtils::removePath(services_.folders.coreLibraryDatabase / fileString(std::string("catalog_hash.txt")),
+                              FileUtils::noFlags);
         bench::UpdateReceiver receiver;
         LibraryCatalogUpdate::LibraryCatalogUpdater updater(receiver, catalogs_, {}, {}, "planner", "12", service,
                                                             false);
-        std::thread worker([&updater] { updater(); });
-        worker.join();
+        test::Thread([&updater] { updater(); }).join();
         QCoreApplication::processEvents();
         if (receiver.outcome != outcome || receiver.installed != installed)
             throw std::runtime_error("the update did not end as it should");

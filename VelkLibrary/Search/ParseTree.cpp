@@ -2,6 +2,7 @@
 
 #include <VelkCommon/Expression/BooleanExp.h>
 #include <VelkCommon/Reporting/Assertions.h>
+#include <VelkLibrary/Search/detail/Alternatives.h>
 
 #include <cstddef>
 #include <memory>
@@ -95,17 +96,21 @@ void ParseTree::forEachTerm(const std::function<void(std::u32string&)>& f)
     }
 }
 
+ParseTree detail::alternativesOf(const BooleanExp::Group& root)
+{
+    ParseTree tree;
+    tree.groups.emplace_back();
+    addGroup(tree, root);
+    closeGroup(tree);
+    return tree;
+}
+
 ParseTree parseSearchTerms(const std::u32string& text)
 {
     const std::unique_ptr<BooleanExp> expression = normalFormOf(text);
-    if (!expression)
+    if (!expression || !expression->root)
         return {};
-    ParseTree tree;
-    tree.groups.emplace_back();
-    if (expression->root)
-        addGroup(tree, *expression->root);
-    closeGroup(tree);
-    return tree;
+    return detail::alternativesOf(*expression->root);
 }
 
 }  // namespace Library::Search
