@@ -1,5 +1,5 @@
-// The parser only builds terms and groups, and of the normal form only flat ones. How the walk treats
-// other trees is reached from within its source file; this program has it instead of the library.
+// The parser builds terms and groups only, and its normal form holds flat groups only. Other trees reach the
+// walk only from within its source file, so this program compiles that file instead of using the library.
 #include <VelkLibrary/Search/ParseTree.cpp>
 
 #include "support/TestHost.h"
