@@ -41,7 +41,7 @@ protected:
 
     int call(double received) { return detail::reportProgress(&progress_, 0, received, 0, 0); }
 
-    // The values that the receiver was told.
+    // The values that were sent to the receiver.
     std::vector<std::size_t> told()
     {
         test::deliverEvents();
@@ -105,7 +105,7 @@ TEST_F(ProgressCallback, EndsATransferThatReceivesNothingFor600Calls)
     EXPECT_EQ(call(0), 1);
 }
 
-TEST_F(ProgressCallback, CountsStalledCallsAnewAfterAnyChange)
+TEST_F(ProgressCallback, CountsStalledCallsFromZeroAfterAnyChange)
 {
     for (int round = 1; round <= 5; ++round) {
         ASSERT_EQ(call(round), 0);
@@ -190,7 +190,7 @@ TEST_F(UpdaterDownload, CountsWholeKilobytesOfEachFile)
     EXPECT_EQ(report().outcome, 2);
 }
 
-TEST_F(UpdaterDownload, OfLessThanAKilobyteInAllIsNoneAtAll)
+TEST_F(UpdaterDownload, OfLessThanAKilobyteInAllDoesNotBegin)
 {
     installOutdated(U"a.calib", databaseBytes('a', 999));
     run();
@@ -200,7 +200,7 @@ TEST_F(UpdaterDownload, OfLessThanAKilobyteInAllIsNoneAtAll)
     installOutdated(U"b.calib", databaseBytes('b', 1'000));
     run();
     EXPECT_EQ(report().outcome, 2);
-    EXPECT_EQ(downloadsOf("a.calib"), 1u) << "small ones travel with others";
+    EXPECT_EQ(downloadsOf("a.calib"), 1u) << "small files come along with larger ones";
 }
 
 TEST_F(UpdaterDownload, TellsTheGaugeHowFarItIs)
@@ -251,13 +251,14 @@ TEST_F(UpdaterDownload, AFailureIsLoggedAndTheNextOneTried)
     EXPECT_EQ(hashFile(coreFolder()), "a.calib:" + sha1("outdated") + "\nb.calib:" + sha1(databaseBytes('b')) + "\n");
 }
 
-TEST_F(UpdaterDownload, AStalledOneIsGivenUp)
+TEST_F(UpdaterDownload, AStalledTransferIsGivenUp)
 {
     installCore(U"a.calib", "outdated");
     answer("a.calib", [](const test::SeenRequest& request) {
         return request.method == "HEAD" ? test::Reply::file(databaseBytes('a'), "new") : test::Reply::never();
     });
-    // 600 calls take minutes. The count is the worker's, which asks for this text before the transfer.
+    // 600 calls take minutes. The count belongs to the worker, which asks for this text right before the
+    // transfer.
     Velk::HostServices host = services();
     host.resourceString = [](unsigned int id) -> std::optional<std::u32string> {
         if (id == 8709)
@@ -286,7 +287,7 @@ TEST_F(UpdaterDownload, AServiceMessageIsFetchedForARefusalOnly)
     EXPECT_EQ(downloadsOf("forbidden.calib"), 1u);
     EXPECT_EQ(downloadsOf("missing.calib"), 1u);
     EXPECT_EQ(downloadsOf("broken.calib"), 0u);
-    EXPECT_EQ(report().outcome, 3) << "an answer is no failure";
+    EXPECT_EQ(report().outcome, 3) << "an answer is not a failure";
 }
 
 TEST_F(UpdaterDownload, ATagThatChangesMeanwhileIsNoticedNextTime)
@@ -342,7 +343,8 @@ TEST_F(UpdaterDownload, NamesThatDifferInCaseAreTwo)
     EXPECT_EQ(handedOver()["plants.calib"], databaseBytes('p'));
 }
 
-// The request is made of the names as they are: these arrive cut or changed, and the service knows none.
+// The names go into the request as they are, so these arrive cut or changed, and the service has no such
+// catalog.
 TEST_F(UpdaterDownload, NamesThatCannotTravelAreNotFound)
 {
     for (const char32_t* const name : {U"a & b.calib", U"c # d.calib", U"e + f.calib", U"g %41.calib"})

@@ -88,7 +88,7 @@ TEST_F(UpdaterRun, WithNothingAtAllStillEnds)
     EXPECT_EQ(report().outcome, 3);
 }
 
-TEST_F(UpdaterRun, ManualIsAboutTheCoreOnly)
+TEST_F(UpdaterRun, ManualUpdatesTheCoreOnly)
 {
     setPreference(271, true);
     installCore(U"a.calib", databaseBytes('a'));
@@ -122,7 +122,7 @@ TEST_F(UpdaterRun, AutomaticLeavesTheCoreAloneWhenThePreferenceSaysSo)
     EXPECT_EQ(report().outcome, 3);
 }
 
-TEST_F(UpdaterRun, ManualKeepsWhetherItFailed)
+TEST_F(UpdaterRun, ManualRecordsWhetherItFailed)
 {
     installCore(U"a.calib", databaseBytes('a'));
     answer("a.calib", test::Reply::resetAtOnce());
@@ -138,7 +138,7 @@ TEST_F(UpdaterRun, ManualKeepsWhetherItFailed)
 
 TEST_F(UpdaterRun, AutomaticLeavesThatPreferenceAlone)
 {
-    run();  // there is no index
+    run();  // fails because there is no index
     EXPECT_EQ(report().outcome, 0);
     EXPECT_FALSE(preference(251));
 }
@@ -348,7 +348,7 @@ TEST_F(UpdaterRun, GoesOnAfterAnException)
     Velk::installHost(services());
 }
 
-// The receiver dies on its own thread after so many calls, while the worker goes on.
+// The receiver is destroyed on its own thread after a number of calls, while the worker goes on.
 TEST_F(UpdaterRun, GoesOnWhereverItsReceiverDies)
 {
     for (char32_t c = U'a'; c <= U'f'; ++c) {

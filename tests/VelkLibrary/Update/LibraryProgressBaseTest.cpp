@@ -107,7 +107,7 @@ TEST_F(ProgressBase, TheWorkerDoesNotWait)
 {
     RecordingReceiver receiver;
     const Job job(receiver);
-    // No event loop runs: a worker that waited would never end.
+    // No event loop runs here, so a worker that waited would never end.
     std::thread([&] {
         for (int i = 0; i < 1000; ++i)
             job.sendStep();
@@ -200,7 +200,7 @@ TEST_F(ProgressBase, AReceiverMayBeDestroyedByWhatItIsTold)
     EXPECT_EQ(calls, before);
 }
 
-// On each round the receiver dies on its own thread while the worker sends.
+// In each round the receiver is destroyed on its own thread while the worker sends.
 TEST_F(ProgressBase, AReceiverMayBeDestroyedWhileAWorkerSends)
 {
     constexpr int rounds = 300;
