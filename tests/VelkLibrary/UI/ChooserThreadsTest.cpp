@@ -20,7 +20,7 @@ class ChooserThreads : public test::TestHost
 protected:
     ~ChooserThreads() override { Chooser::cleanup(); }
 
-    // All at once, on as many threads.
+    // Everything runs at once, each on its own thread.
     template <typename Work>
     static void runOnThreads(Work work)
     {

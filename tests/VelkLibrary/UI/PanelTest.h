@@ -28,10 +28,10 @@ protected:
     PanelTest();
     ~PanelTest() override;
 
-    /// Installs the host again, with that value (of any type, or none) in preference 236.
+    /// Installs the host again, with this value (of any type, or without one) in preference 236.
     void installDisplayType(std::any value);
 
-    /// Makes the panel, in a window that is not shown, with that display type.
+    /// Makes the panel with this display type, in a window that is not shown.
     void makePanel(int displayType);
 
     LibraryProgressPanel& panel() const { return *panel_; }
@@ -51,7 +51,7 @@ protected:
     QWidget window_;
     QSplitter* splitter_ = nullptr;
     std::map<unsigned int, std::u32string> texts_;  ///< the host's
-    std::vector<std::any> storedDisplayTypes_;      ///< what the host was told of preference 236
+    std::vector<std::any> storedDisplayTypes_;      ///< what was stored in preference 236
 
 private:
     QPointer<LibraryProgressPanel> panel_;

@@ -33,7 +33,7 @@ protected:
     std::string toolTip() const { return gauge().toolTip().toStdString(); }
 };
 
-TEST_F(ProgressGaugeTest, BeginsAtNothing)
+TEST_F(ProgressGaugeTest, BeginsAtZero)
 {
     makePanel(1);
     EXPECT_EQ(gauge().minimum(), 0);
@@ -87,7 +87,7 @@ TEST_F(ProgressGaugeTest, ARangeKeepsAValueThatWasSet)
     EXPECT_EQ(gauge().value(), 50);
 }
 
-TEST_F(ProgressGaugeTest, ExtremeNumbersAreNoOverflow)
+TEST_F(ProgressGaugeTest, ExtremeNumbersDoNotOverflow)
 {
     makePanel(3);
     gauge().onSetRange(highestSize);
@@ -106,7 +106,7 @@ TEST_F(ProgressGaugeTest, ExtremeNumbersAreNoOverflow)
 
 // ---- Steps ---------------------------------------------------------------------------------------
 
-TEST_F(ProgressGaugeTest, AStepIsOneFurther)
+TEST_F(ProgressGaugeTest, AStepGoesOneFurther)
 {
     makePanel(3);
     gauge().onSetRange(3);

@@ -70,7 +70,7 @@ TEST_F(PanelThreads, EverythingHappensOnTheWidgetsThread)
     EXPECT_THAT(threads, testing::Each(QThread::currentThread()));
 }
 
-TEST_F(PanelThreads, ClicksWhileAWorkerDrivesArriveAll)
+TEST_F(PanelThreads, AllClicksWhileAWorkerDrivesArrive)
 {
     makePanel(1);
     window_.show();
@@ -135,14 +135,14 @@ TEST_F(PanelThreads, ACatalogUpdateReportsToThePanel)
     EXPECT_EQ(rangeText(), "1 of 1");
 }
 
-// On each round the panel dies while a worker sends.
+// In each round the panel is destroyed while a worker sends.
 TEST_F(PanelThreads, AJobMayOutliveThePanel)
 {
     constexpr int rounds = 100;
     constexpr int reports = 60;
     for (int round = 0; round < rounds; ++round) {
         makePanel(3);
-        std::counting_semaphore<reports> allowed{0};  // or a fast worker would send for minutes
+        std::counting_semaphore<reports> allowed{0};  // otherwise a fast worker would send for minutes
         std::thread worker([&allowed, progress = panel().progressHandle()] {
             for (int report = 0; report < reports; ++report) {
                 allowed.acquire();
