@@ -12,7 +12,7 @@ using Library::isPlainFileName;
 class PlainName : public testing::TestWithParam<std::string>
 {};
 
-TEST_P(PlainName, IsTaken)
+TEST_P(PlainName, IsAccepted)
 {
     EXPECT_TRUE(isPlainFileName(GetParam()));
 }

@@ -97,7 +97,7 @@ TEST_F(SavedFilters, WithAnIdOfMoreThan32BitsIsReportedAndLeft)
     }
 }
 
-// A folder is no file that can be written.
+// A folder in the place of the file cannot be replaced with a file.
 TEST_F(SavedFilters, ThatMayNotBeWrittenIsAMessage)
 {
     std::filesystem::create_directory(filterFile().utf8());
@@ -162,7 +162,7 @@ TEST_P(LoadedFilters, AreReadAs)
 const std::string a = filterText("A", 1, "\"x\"");
 const std::string b = filterText("B", 2, "\"y\"");
 
-// A filter that is not as it should be, between A and B: B is read before it, A behind it.
+// A faulty filter between A and B: B is read before it, A after it.
 std::string between(const std::string& filter)
 {
     return "{\"Current_Filter\": 7, " + a + ", \"Filter\": " + filter + ", " + b + "}";
@@ -170,7 +170,7 @@ std::string between(const std::string& filter)
 
 // clang-format off
 const FileCase files[] = {
-    // No document, or none of filters
+    // Not a document, or not one of filters
     {"Empty",             "",                             {}, -1, false},
     {"Blank",             " \n",                          {}, -1, false},
     {"NoJson",            "{\"Current_Filter\": 1",       {}, -1, false},
@@ -219,8 +219,8 @@ const FileCase files[] = {
 INSTANTIATE_TEST_SUITE_P(Texts, LoadedFilters, testing::ValuesIn(files),
                          [](const auto& row) { return std::string(row.param.name); });
 
-// What stands in a file that cannot be read must not be taken for nothing without a word.
-TEST_F(SavedFilters, ThatIsNoneCountsAsUnreadable)
+// A file that cannot be read must not count as empty without a report.
+TEST_F(SavedFilters, ThatIsAFolderCountsAsUnreadable)
 {
     std::filesystem::create_directory(filterFile().utf8());
     EXPECT_FALSE(manager().mergeFilters(filterFile()));

@@ -49,7 +49,7 @@ protected:
         return catalogs;
     }
 
-    // The text with the line ends of files in text mode taken off.
+    // The text without the carriage returns that text mode adds.
     std::string written() const
     {
         std::string text = test::readFile(hashFile());
@@ -101,7 +101,7 @@ TEST_F(CatalogHashFile, ReplacesWhatWasThere)
     EXPECT_EQ(written(), "");
 }
 
-TEST_F(CatalogHashFile, CannotBeBrokenByWhatTheServiceSends)
+TEST_F(CatalogHashFile, StaysWellFormedWhateverTheServiceSends)
 {
     CatalogTable catalogs;
     catalogs[path(U"a.calib")] = record(CoreCatalogs, "1\nb.calib:2");
@@ -211,7 +211,7 @@ TEST_F(CatalogHashFile, HashesWithControlsAreIgnored)
     EXPECT_THAT(read("a.calib:1\r\r\n"), IsEmpty());
 }
 
-TEST_F(CatalogHashFile, WhatIsNoHashFileReadsAsNone)
+TEST_F(CatalogHashFile, WhatIsNotAHashFileReadsAsEmpty)
 {
     install(U"a.calib");
     CatalogTable catalogs;
@@ -223,7 +223,7 @@ TEST_F(CatalogHashFile, WhatIsNoHashFileReadsAsNone)
     EXPECT_THAT(read(std::string(1000, '\0')), IsEmpty());
 }
 
-TEST_F(CatalogHashFile, OneOfAbsurdSizeReadsAsNone)
+TEST_F(CatalogHashFile, OneOfAbsurdSizeReadsAsEmpty)
 {
     install(U"a.calib");
     test::writeFile(hashFile(), "a.calib:1\n");
