@@ -1,7 +1,7 @@
 #include "NginxServer.h"
 #include "ServedInstallation.h"
 
-#include "host/command/UpdateReceiver.h"
+#include "VelkLibrary/Update/RecordingReceiver.h"
 #include "host/service/NginxConfiguration.h"
 #include "host/support/InstallHost.h"
 #include "support/EventLoop.h"
