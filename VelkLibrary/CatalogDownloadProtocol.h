@@ -12,35 +12,15 @@
 
 #include <VelkCommon/Files/fileString.h>
 #include <VelkLibrary/Export.h>
+#include <VelkLibrary/Update/CatalogHashFile.h>
+#include <VelkLibrary/Update/CatalogRecord.h>
 
 #include <cstdint>
-#include <map>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace LibraryCatalogUpdate {
-
-/// The kinds of catalog.
-enum CatalogKind : std::uint32_t { CoreCatalogs = 1, ManufacturerCatalogs = 2, BonusCatalogs = 4 };
-
-/// What a run knows of one catalog file.
-struct CatalogRecord
-{
-    std::uint32_t kind = 0;           ///< a CatalogKind
-    std::string localHash;            ///< SHA-1 of the installed file, as hexadecimal text
-    std::string remoteHash;           ///< the entity tag that the service reported last, without quotes
-    std::string serviceMessage;       ///< the body of a 403 or 404 answer
-    bool updated = false;             ///< a downloaded version was installed in this run
-    std::uint32_t contentLength = 0;  ///< bytes to download
-    std::int32_t status = 0;          ///< HTTP status of the header request
-
-    /// The service has another version than the installed one.
-    bool needsDownload() const { return status == 200 && remoteHash != localHash; }
-};
-
-/// The catalogs of a run by file name with extension.
-using CatalogTable = std::map<fileString, CatalogRecord>;
 
 /// The address that requests are made of: where the service's address finally leads to. Asked for once
 /// and remembered; empty when it leads nowhere, which is logged, and the next call tries again.
@@ -62,15 +42,6 @@ VELKLIBRARY_EXPORT std::pair<std::string, std::vector<std::string>> buildCatalog
                                                                                         const CatalogRecord& record,
                                                                                         const std::string& product,
                                                                                         const std::string& version);
-
-/// Takes the hashes of catalogs that lie beside the hash file into the table. Lines that are not a plain
-/// file name, ":" and a hash are left out; so is a whole file that cannot be read or exceeds 16 MiB.
-/// Nothing throws.
-VELKLIBRARY_EXPORT void readCatalogHashFile(const fileString& hashFile, CatalogTable& catalogs,
-                                            std::uint32_t kind) noexcept;
-
-/// Writes the hash file of a kind's folder anew from the records of that kind. Failures are swallowed.
-VELKLIBRARY_EXPORT void writeCatalogHashFile(const CatalogTable& catalogs, std::uint32_t kind) noexcept;
 
 /// Takes what a header answer tells into the record: status, length, entity tag. Control characters in
 /// the tag are dropped.

@@ -12,6 +12,7 @@
 #include <VelkCommon/HostServices.h>
 #include <VelkCommon/Network/Curl.h>
 #include <VelkLibrary/LibraryCatalogUpdater.h>
+#include <VelkLibrary/Update/CatalogHashFile.h>
 #include <VelkLibrary/UpdateData.h>
 
 #include <QCoreApplication>
@@ -107,7 +108,7 @@ public:
     /// end as it should.
     void update(const std::string& service, std::int32_t outcome, int installed = 0) const
     {
-        FileUtils::removePath(services_.folders.coreLibraryDatabase / fileString(std::string("catalog_hash.txt")), 0);
+        FileUtils::removePath(LibraryCatalogUpdate::catalogHashFile(LibraryCatalogUpdate::CoreCatalogs), 0);
         bench::UpdateReceiver receiver;
         LibraryCatalogUpdate::LibraryCatalogUpdater updater(receiver, catalogs_, {}, {}, "planner", "12", service,
                                                             false);

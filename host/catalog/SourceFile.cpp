@@ -1,6 +1,7 @@
 #include "host/catalog/SourceFile.h"
 
 #include "host/catalog/CatalogError.h"
+#include "host/support/SystemPath.h"
 
 #include <VelkCommon/Files/LockingFStream.h>
 
@@ -24,7 +25,7 @@ std::uint64_t requireFile(const fileString& path, std::uint64_t maximumBytes)
     if (text.empty() || text.find('\0') != std::string::npos)
         throw CatalogError(path, "is not a path");
     std::error_code error;
-    const fs::path native(std::u8string(text.begin(), text.end()));
+    const fs::path native = systemPath(path);
     const fs::file_status status = fs::status(native, error);
     if (!fs::exists(status))
         throw CatalogError(path, "no such file");

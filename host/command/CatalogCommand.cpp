@@ -1,6 +1,7 @@
+#include "host/command/CatalogCommand.h"
+
 #include "host/catalog/CatalogError.h"
 #include "host/command/CatalogBuild.h"
-#include "host/command/CommandLine.h"
 #include "host/command/PackCommand.h"
 #include "host/support/DisplayText.h"
 #include "host/support/ExitCode.h"

@@ -1,5 +1,6 @@
+#include "host/command/FilterCommand.h"
+
 #include "host/catalog/CatalogError.h"
-#include "host/command/CommandLine.h"
 #include "host/command/DataCommand.h"
 #include "host/command/FilterReport.h"
 #include "host/installation/Filters.h"

@@ -1,5 +1,6 @@
+#include "host/command/PublishCommand.h"
+
 #include "host/catalog/CatalogError.h"
-#include "host/command/CommandLine.h"
 #include "host/command/PublishReportText.h"
 #include "host/service/NginxConfiguration.h"
 #include "host/service/Publisher.h"

@@ -1,8 +1,9 @@
+#include "host/command/ServeCommand.h"
+
 #include "host/catalog/CatalogError.h"
-#include "host/command/CommandLine.h"
-#include "host/command/PublishReportText.h"
 #include "host/service/SelfSigned.h"
 #include "host/service/SiteService.h"
+#include "host/support/ByteText.h"
 #include "host/support/DisplayText.h"
 #include "host/support/ExitCode.h"
 #include "host/support/System.h"

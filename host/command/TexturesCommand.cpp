@@ -1,6 +1,7 @@
+#include "host/command/TexturesCommand.h"
+
 #include "host/catalog/CatalogError.h"
 #include "host/command/CancellableWork.h"
-#include "host/command/CommandLine.h"
 #include "host/support/DisplayText.h"
 #include "host/support/ShownProgress.h"
 #include "host/support/System.h"

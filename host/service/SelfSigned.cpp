@@ -4,7 +4,8 @@
 #include "host/catalog/SourceFile.h"
 #include "host/service/WholeFile.h"
 
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/FileSystem.h>
+#include <VelkCommon/Platform/Process.h>
 
 #include <openssl/evp.h>
 #include <openssl/pem.h>

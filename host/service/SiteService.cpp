@@ -3,7 +3,7 @@
 #include "host/service/SiteAnswer.h"
 #include "host/support/System.h"
 
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/File.h>
 
 #include <httplib.h>
 

@@ -3,7 +3,8 @@
 #include "host/support/DisplayText.h"
 
 #include <VelkCommon/HostServices.h>
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/PathText.h>
+#include <VelkCommon/Platform/Process.h>
 
 #include <QDir>
 #include <QString>

@@ -3,7 +3,7 @@
 #include "host/support/DisplayText.h"
 #include "host/support/System.h"
 
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/Process.h>
 
 #include <QByteArray>
 

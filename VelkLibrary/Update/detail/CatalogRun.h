@@ -29,7 +29,7 @@ void logFailure(const char* reason) noexcept;
 /// Does one part of a run. What it throws is logged and makes the run a failed one, but the run goes on;
 /// a precondition that the host violates passes through.
 template <typename Work>
-void guarded(CatalogRun& run, const Work& work)
+void doPart(CatalogRun& run, const Work& work)
 {
     try {
         work();
