@@ -12,35 +12,15 @@
 
 #include <VelkCommon/Files/fileString.h>
 #include <VelkLibrary/Export.h>
+#include <VelkLibrary/Update/CatalogHashFile.h>
+#include <VelkLibrary/Update/CatalogRecord.h>
 
 #include <cstdint>
-#include <map>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace LibraryCatalogUpdate {
-
-/// The kinds of catalog.
-enum CatalogKind : std::uint32_t { CoreCatalogs = 1, ManufacturerCatalogs = 2, BonusCatalogs = 4 };
-
-/// What a run knows about one catalog file.
-struct CatalogRecord
-{
-    std::uint32_t kind = 0;           ///< a CatalogKind
-    std::string localHash;            ///< SHA-1 of the installed file, as hexadecimal text
-    std::string remoteHash;           ///< the entity tag that the service reported last, without quotes
-    std::string serviceMessage;       ///< the body of a 403 or 404 answer
-    bool updated = false;             ///< a downloaded version was installed in this run
-    std::uint32_t contentLength = 0;  ///< bytes to download
-    std::int32_t status = 0;          ///< HTTP status of the header request
-
-    /// The service has another version than the installed one.
-    bool needsDownload() const { return status == 200 && remoteHash != localHash; }
-};
-
-/// The catalogs of a run by file name with extension.
-using CatalogTable = std::map<fileString, CatalogRecord>;
 
 /// The address that requests begin with: where the service's address leads after all redirects. It is looked up
 /// once and remembered. Empty when it leads nowhere; that is logged, and the next call tries again.
@@ -63,15 +43,6 @@ VELKLIBRARY_EXPORT std::pair<std::string, std::vector<std::string>> buildCatalog
                                                                                         const CatalogRecord& record,
                                                                                         const std::string& product,
                                                                                         const std::string& version);
-
-/// Reads a hash file into the table: the hashes of the catalogs that lie beside it. Skips every line that is
-/// not a plain file name, ":" and a hash, and the whole file when it cannot be read or exceeds 16 MiB.
-VELKLIBRARY_EXPORT void readCatalogHashFile(const fileString& hashFile, CatalogTable& catalogs,
-                                            std::uint32_t kind) noexcept;
-
-/// Rewrites the hash file in a kind's folder from the records of that kind. A failure is not reported: it only
-/// costs the next run the time to compute the hashes.
-VELKLIBRARY_EXPORT void writeCatalogHashFile(const CatalogTable& catalogs, std::uint32_t kind) noexcept;
 
 /// Stores in the record what a header answer says: status, length, entity tag. Control characters in the tag
 /// are dropped.

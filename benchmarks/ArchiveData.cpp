@@ -32,7 +32,7 @@ std::string someText(const fileString& source, std::size_t size)
 {
     std::string text;
     for (const fileString& name : ZipUtils::getFilenamesInArchive(source))
-        if (name.extension() == fileString(std::string(".obj")) && text.size() < size)
+        if (name.hasExtension(".obj") && text.size() < size)
             ZipUtils::writeFileDataFromArchive(
                 source + fileString(ZipUtils::getDelimiter()) + name,
                 [&](std::vector<unsigned char>& bytes) { text.append(bytes.begin(), bytes.end()); });

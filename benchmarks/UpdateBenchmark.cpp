@@ -13,6 +13,7 @@
 #include <VelkCommon/HostServices.h>
 #include <VelkCommon/Network/Curl.h>
 #include <VelkLibrary/LibraryCatalogUpdater.h>
+#include <VelkLibrary/Update/CatalogHashFile.h>
 #include <VelkLibrary/UpdateData.h>
 
 #include <QCoreApplication>
@@ -106,7 +107,7 @@ public:
     /// Updates all catalogs, after forgetting what earlier updates learned. Throws if it does not end as it should.
     void update(const std::string& service, std::int32_t outcome, int installed = 0) const
     {
-        FileUtils::removePath(services_.folders.coreLibraryDatabase / fileString(std::string("catalog_hash.txt")),
+        FileUtils::removePath(LibraryCatalogUpdate::catalogHashFile(LibraryCatalogUpdate::CoreCatalogs),
                               FileUtils::noFlags);
         bench::UpdateReceiver receiver;
         LibraryCatalogUpdate::LibraryCatalogUpdater updater(receiver, catalogs_, {}, {}, "planner", "12", service,

@@ -2,11 +2,15 @@
 
 #include <VelkCommon/Files/ReplacementFile.h>
 #include <VelkCommon/Files/detail/Folders.h>
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/File.h>
+#include <VelkCommon/Platform/FileSystem.h>
+#include <VelkCommon/Platform/PathText.h>
+#include <VelkCommon/Platform/RemoveTree.h>
 #include <VelkCommon/detail/Guarded.h>
 
 namespace Platform = Velk::Platform;
 using Velk::guarded;
+using Velk::detail::folderOf;
 
 namespace {
 
@@ -16,12 +20,6 @@ bool isFile(const fileString& path)
 {
     const auto status = Platform::fileStatus(path.utf8());
     return status && !status->folder;
-}
-
-std::string folderOf(const fileString& path)
-{
-    const fileString parent = path.parentPathWithSeparator();
-    return parent.empty() ? "." : parent.utf8();
 }
 
 // Ends with a name: a root has none, and "." and ".." may lead to one.

@@ -1,11 +1,12 @@
 #include <VelkCommon/Files/fileString.h>
 
 #include <VelkCommon/Files/PathUtils.h>
-#include <VelkCommon/Files/detail/Folders.h>
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Files/detail/RandomName.h>
+#include <VelkCommon/Platform/FileSystem.h>
+#include <VelkCommon/Platform/PathText.h>
+#include <VelkCommon/Text/LowerCase.h>
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <ostream>
 #include <stdexcept>
@@ -39,18 +40,6 @@ std::size_t extensionBegin(std::string_view path) noexcept
 }
 
 }  // namespace
-
-std::string Velk::detail::randomName()
-{
-    std::array<unsigned char, 16> bytes{};
-    if (!Velk::Platform::fillRandom(bytes.data(), bytes.size()))
-        throw std::runtime_error("the system gives no random numbers");
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string name;
-    for (const unsigned char byte : bytes)
-        name.append({digits[byte >> 4U], digits[byte & 0x0FU]});
-    return name;
-}
 
 fileString::fileString(const std::u32string& text) : text_(Velk::Platform::fromUnicodePath(text)) {}
 
@@ -108,6 +97,16 @@ fileString fileString::stemWithExtension() const
 fileString fileString::extension() const
 {
     return text_.substr(extensionBegin(text_));
+}
+
+bool fileString::hasExtension(std::string_view wanted) const noexcept
+{
+    return std::string_view(text_).substr(extensionBegin(text_)) == wanted;
+}
+
+bool fileString::hasExtensionInAnyCase(std::string_view wanted) const
+{
+    return StringUtils::toLowerUtf8(std::string_view(text_).substr(extensionBegin(text_))) == wanted;
 }
 
 std::u32string fileString::unicodeString() const

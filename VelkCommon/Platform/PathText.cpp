@@ -1,4 +1,4 @@
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/PathText.h>
 
 #include <VelkCommon/detail/Utf8.h>
 

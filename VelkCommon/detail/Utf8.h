@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -77,26 +78,50 @@ constexpr DecodedUtf8 decodeUtf8(std::string_view text, Surrogates surrogates) n
     return {value, lead.continuations + 1, true};
 }
 
-/// Appends the bytes of `value`, which is at most the last code point; a surrogate gets its three-byte
-/// form.
+/// Calls `put` with each byte of `value`, which is at most the last code point; a surrogate has its
+/// three-byte form.
+template <typename Put>
+constexpr void forEachUtf8Byte(char32_t value, Put put)
+{
+    const auto byte = [](char32_t bits) { return static_cast<char>(static_cast<unsigned char>(bits)); };
+    const auto continuation = [&](unsigned shift) { return byte(0x80 | (value >> shift & 0x3F)); };
+    if (value < 0x80) {
+        put(byte(value));
+        return;
+    }
+    if (value < 0x800) {
+        put(byte(0xC0 | value >> 6));
+    } else {
+        if (value < firstSupplementary) {
+            put(byte(0xE0 | value >> 12));
+        } else {
+            put(byte(0xF0 | value >> 18));
+            put(continuation(12));
+        }
+        put(continuation(6));
+    }
+    put(continuation(0));
+}
+
+/// Appends these bytes.
 inline void appendUtf8(std::string& out, char32_t value)
 {
-    const auto continuation = [](char32_t bits) { return static_cast<char>(0x80 | (bits & 0x3F)); };
-    if (value < 0x80) {
-        out += static_cast<char>(value);
-    } else if (value < 0x800) {
-        out += static_cast<char>(0xC0 | (value >> 6));
-        out += continuation(value);
-    } else if (value < firstSupplementary) {
-        out += static_cast<char>(0xE0 | (value >> 12));
-        out += continuation(value >> 6);
-        out += continuation(value);
-    } else {
-        out += static_cast<char>(0xF0 | (value >> 18));
-        out += continuation(value >> 12);
-        out += continuation(value >> 6);
-        out += continuation(value);
-    }
+    forEachUtf8Byte(value, [&out](char byte) { out += byte; });
+}
+
+/// The bytes of one character, and zeros behind them.
+struct EncodedUtf8
+{
+    char bytes[4] = {};
+    std::uint8_t size = 0;
+};
+
+/// These bytes by themselves.
+constexpr EncodedUtf8 encodeUtf8(char32_t value) noexcept
+{
+    EncodedUtf8 encoded;
+    forEachUtf8Byte(value, [&encoded](char byte) { encoded.bytes[encoded.size++] = byte; });
+    return encoded;
 }
 
 }  // namespace Velk::detail

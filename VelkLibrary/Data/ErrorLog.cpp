@@ -2,7 +2,8 @@
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/PathUtils.h>
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/FileSystem.h>
+#include <VelkCommon/Platform/Process.h>
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/TimeText.h>
 #include <VelkCommon/Text/xl8.h>

@@ -1,5 +1,7 @@
 #include <VelkLibrary/JsonReader.h>
 
+#include <VelkCommon/Text/Ascii.h>
+#include <VelkCommon/Text/Hexadecimal.h>
 #include <VelkCommon/detail/Utf8.h>
 
 #define BOOST_SPIRIT_THREADSAFE
@@ -26,27 +28,14 @@ constexpr bool isBlank(char character)
     return character == ' ' || (character >= '\t' && character <= '\r');
 }
 
-constexpr bool isDigit(char character)
-{
-    return character >= '0' && character <= '9';
-}
-
 constexpr bool isSign(char character)
 {
     return character == '+' || character == '-';
 }
 
-constexpr int hexadecimalDigit(char character)
-{
-    if (isDigit(character))
-        return character - '0';
-    const char lower = static_cast<char>(character | 0x20);
-    return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
-}
-
 const char* skipDigits(const char* first, const char* last)
 {
-    return std::find_if_not(first, last, isDigit);
+    return std::find_if_not(first, last, Velk::Ascii::isDigit<char>);
 }
 
 // ---- Strings -------------------------------------------------------------------------------------
@@ -64,7 +53,8 @@ const char* endOfEscape(const char* first, const char* last)
     if (*first != 'u' || last - first <= static_cast<std::ptrdiff_t>(unicodeDigits))
         return nullptr;
     const char* const end = first + 1 + unicodeDigits;
-    return std::all_of(first + 1, end, [](char digit) { return hexadecimalDigit(digit) >= 0; }) ? end : nullptr;
+    return std::all_of(first + 1, end, [](char digit) { return Velk::Hexadecimal::valueOf(digit) >= 0; }) ? end
+                                                                                                          : nullptr;
 }
 
 // The end of the string that begins at `first`; null when there is none.
@@ -112,7 +102,7 @@ const char* decodeEscape(const char* first, std::string& text)
     }
     char32_t value = 0;
     for (std::size_t i = 1; i <= unicodeDigits; ++i)
-        value = (value << 4) | static_cast<char32_t>(hexadecimalDigit(first[i]));
+        value = (value << 4) | static_cast<char32_t>(Velk::Hexadecimal::valueOf(first[i]));
     Velk::detail::appendUtf8(text, value);
     return first + 1 + unicodeDigits;
 }
@@ -260,7 +250,7 @@ std::optional<std::pair<int, const char*>> number_parser<int>::numberAt(const ch
     // The standard library does not accept a "+", so the number is read from behind it. A second sign is
     // refused.
     const char* const digits = first != last && isSign(*first) ? first + 1 : first;
-    if (digits == last || !isDigit(*digits))
+    if (digits == last || !Velk::Ascii::isDigit(*digits))
         return std::nullopt;
     std::int32_t value = 0;
     const auto [end, fault] = std::from_chars(*first == '+' ? digits : first, last, value);

@@ -11,6 +11,7 @@
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
 #include <VelkCommon/Text/xl8.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 
 #include <functional>
 #include <new>
@@ -26,18 +27,6 @@ using Handle = ZipUtils::ZipHandles::unzArchiveHandle;
 
 constexpr int blockSize = 1 << 20;  // bytes to read at once from a catalog file that is too large for memory
 constexpr double allUnits = 100;
-
-const fileString& databaseExtension()
-{
-    static const fileString extension(std::string(".calib"));
-    return extension;
-}
-
-const fileString& otherFilesExtension()
-{
-    static const fileString extension(std::string(".zip"));
-    return extension;
-}
 
 bool neverStop()
 {
@@ -63,11 +52,11 @@ fileString combinedPath(const fileString& archive, const fileString& entryName)
 
 // ---- Unpacking -----------------------------------------------------------------------------------
 
-fileString outputPath(const fileString& archive, bool useTempNames, const fileString& extension)
+fileString outputPath(const fileString& archive, bool useTempNames, const char* extension)
 {
     if (useTempNames)
-        return fileString(archive).generateAsTempName(extension);
-    return archive.pathAndName() + extension;
+        return fileString(archive).generateAsTempName(fileString(extension));
+    return archive.pathAndName() + fileString(extension);
 }
 
 /// One unpacking: where its files go, and what the result is.
@@ -76,8 +65,8 @@ class Unpacking
 public:
     Unpacking(const fileString& archive, bool useTempNames, ProgressSubject* progress)
         : archive_(archive),
-          databasePath_(outputPath(archive, useTempNames, databaseExtension())),
-          otherFilesPath_(outputPath(archive, useTempNames, otherFilesExtension())),
+          databasePath_(outputPath(archive, useTempNames, Library::extensions::database)),
+          otherFilesPath_(outputPath(archive, useTempNames, Library::extensions::referencedFiles)),
           progress_(progress)
     {}
 
@@ -120,7 +109,7 @@ private:
                 return false;
             advance(*progress_, name);
         }
-        if (entryName.extension() == databaseExtension())
+        if (entryName.hasExtension(Library::extensions::database))
             extractDatabase(entryName);
         else if (copyEntry(entryName, handle, entry))
             result_.second = otherFilesPath_;
@@ -225,7 +214,7 @@ bool copyArchivedFile(const fileString& from, ProgressSubject& progress, const s
 bool merge(const fileString& source, const fileString& destination, ProgressSubject& progress)
 {
     fileString merged = destination;
-    merged.generateAsTempName(otherFilesExtension());
+    merged.generateAsTempName(fileString(Library::extensions::referencedFiles));
     const FileReaper reaper(merged);
     if (!FileUtils::copyFile(destination, merged, true))
         return false;
@@ -277,7 +266,7 @@ std::optional<fileString> createTempDatabase(const fileString& database, Progres
     if (!FileUtils::pathExists(database))
         return std::nullopt;
     fileString copy = database;
-    copy.generateAsTempName(databaseExtension());
+    copy.generateAsTempName(fileString(Library::extensions::database));
     if (progress != nullptr)
         progress->updateLabels(database.unicodeString(), {});
     if (!FileUtils::copyFile(database, copy, true))

@@ -3,6 +3,7 @@
 #include <VelkCommon/Expression/BooleanExp.h>
 #include <VelkCommon/Reporting/Assertions.h>
 #include <VelkLibrary/Search/detail/Alternatives.h>
+#include <VelkLibrary/detail/ReportPlaces.h>
 
 #include <cstddef>
 #include <memory>
@@ -46,7 +47,7 @@ void addNode(ParseTree& tree, BooleanExp::Node& node)
         ORGroup& last = tree.groups.back();
         (term->negated ? last.excludedTerms : last.terms).push_back(std::move(term->text));
     } else {
-        Velk::assertionFailed("Search/Info", 142, "Unhandled type");
+        Velk::assertionFailed(Library::detail::places::unknownNode, "Unhandled type");
     }
 }
 

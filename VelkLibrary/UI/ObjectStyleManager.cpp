@@ -1,13 +1,14 @@
 #include <VelkLibrary/UI/ObjectStyleManager.h>
 
 #include <VelkCommon/Text/StringUtils.h>
+#include <VelkCommon/Text/TextNumbers.h>
 
 #include <utility>
 
 namespace {
 
-constexpr std::int32_t firstStyle = 10000;
-constexpr std::int32_t lastStyle = 10014;
+constexpr auto firstStyle = static_cast<std::int32_t>(Velk::textNumbers::firstStyle);
+constexpr auto lastStyle = static_cast<std::int32_t>(Velk::textNumbers::lastStyle);
 
 }  // namespace
 

@@ -6,9 +6,11 @@
 #include <VelkCommon/Network/WebUtils.h>
 #include <VelkCommon/Reporting/EnforcerThrow.h>
 #include <VelkCommon/Text/StringConvert.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 #include <VelkLibrary/Data/PlainFileName.h>
 #include <VelkLibrary/ErrorLog.h>
 #include <VelkLibrary/Update/detail/CatalogUpdateState.h>
+#include <VelkLibrary/detail/ReportPlaces.h>
 
 #include <algorithm>
 #include <charconv>
@@ -26,7 +28,7 @@ std::string libraryName(const fileString& fileName, std::uint32_t kind)
 {
     if (kind == CoreCatalogs)
         return StringConvert::toStdUtf8String(fileName);
-    return StringConvert::toStdUtf8String(fileName.stem()) + ".calibz";
+    return StringConvert::toStdUtf8String(fileName.stem()) + Library::extensions::packed;
 }
 
 // A text that is not a number of 32 bits leaves the length as it is.
@@ -95,7 +97,7 @@ fileString catalogFolder(std::uint32_t kind)
 fileString downloadFolder(std::uint32_t kind)
 {
     if (gApp == nullptr)
-        EnforcerThrow("!gApp", "LibraryCatalogUpdater", __LINE__);
+        EnforcerThrow("!gApp", Library::detail::places::noApplication);
     const fileString temporary = PathUtils::getObject().getTempPath();
     const fileString installed = catalogFolder(kind);
     const fileString name =
@@ -150,9 +152,8 @@ void fetchServiceMessage(const fileString& fileName, CatalogRecord& record, cons
 
 bool isSupportedCatalogFile(const fileString& path)
 {
-    const fileString extension = path.extension();
-    return extension == fileString(std::string(".calib")) || extension == fileString(std::string(".calibz")) ||
-           extension == fileString(std::string(".zip"));
+    using namespace Library::extensions;
+    return path.hasExtension(database) || path.hasExtension(packed) || path.hasExtension(referencedFiles);
 }
 
 }  // namespace LibraryCatalogUpdate

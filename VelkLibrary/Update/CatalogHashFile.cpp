@@ -1,7 +1,8 @@
-#include <VelkLibrary/CatalogDownloadProtocol.h>
+#include <VelkLibrary/Update/CatalogHashFile.h>
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/LockingFStream.h>
+#include <VelkLibrary/CatalogDownloadProtocol.h>
 #include <VelkLibrary/Data/PlainFileName.h>
 #include <VelkLibrary/Update/detail/CatalogTexts.h>
 #include <VelkLibrary/detail/ModuleStatics.h>
@@ -50,6 +51,12 @@ std::string hashText(const CatalogTable& catalogs, std::uint32_t kind)
 
 }  // namespace
 
+fileString catalogHashFile(std::uint32_t kind)
+{
+    const fileString folder = catalogFolder(kind);
+    return folder.empty() ? fileString() : folder / Library::detail::catalogHashFileName;
+}
+
 void readCatalogHashFile(const fileString& hashFile, CatalogTable& catalogs, std::uint32_t kind) noexcept
 {
     try {
@@ -62,11 +69,10 @@ void readCatalogHashFile(const fileString& hashFile, CatalogTable& catalogs, std
 void writeCatalogHashFile(const CatalogTable& catalogs, std::uint32_t kind) noexcept
 {
     try {
-        const fileString folder = catalogFolder(kind);
-        if (folder.empty())
+        const fileString path = catalogHashFile(kind);
+        if (path.empty())
             return;
         const std::string text = hashText(catalogs, kind);
-        const fileString path = folder / Library::detail::catalogHashFileName;
         LockingFStream file(path, LockingFStream::out);
         file << text;
         file.close();

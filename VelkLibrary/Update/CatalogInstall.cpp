@@ -4,8 +4,10 @@
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Reporting/Assertions.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 #include <VelkLibrary/ErrorLog.h>
 #include <VelkLibrary/LibraryImport.h>
+#include <VelkLibrary/detail/ReportPlaces.h>
 
 #include <optional>
 #include <stdexcept>
@@ -27,7 +29,7 @@ void giveEveryoneFullAccess(const fileString& path)
     try {
         FileUtils::setFilePermEveryoneFullAccess(path);
     } catch (const std::runtime_error& error) {
-        Velk::assertionFailed("LibraryCatalogUpdater", __LINE__,
+        Velk::assertionFailed(Library::detail::places::accessNotGranted,
                               "Exception while setting universal access file permissions.");
         const std::string reason = error.what();
         ErrorLog() << "Error setting file permissions:" << (reason.empty() ? std::string("Unknown error") : reason);
@@ -48,16 +50,15 @@ const char* renamingFault(const fileString& downloaded, const fileString& finalN
 // Core catalogs travel as they are: the file only gets its extension back.
 std::optional<NewFiles> takeCoreFile(CatalogRun& run, const fileString& downloaded, const fileString& fileName)
 {
-    const fileString extension = fileName.extension();
-    const fileString finalName = downloaded.pathAndName() + extension;
+    const fileString finalName = downloaded.pathAndName() + fileName.extension();
     if (const char* const fault = renamingFault(downloaded, finalName)) {
         ErrorLog() << fault << downloaded;
         run.resultCode = CatalogNotRenamed;
         return std::nullopt;
     }
-    if (extension == fileString(std::string(".calib")))
+    if (fileName.hasExtension(Library::extensions::database))
         return NewFiles{finalName, {}};
-    if (extension == fileString(std::string(".zip")))
+    if (fileName.hasExtension(Library::extensions::referencedFiles))
         return NewFiles{{}, finalName};
     ErrorLog() << "Unsupported file extension:  " << fileName;
     return std::nullopt;

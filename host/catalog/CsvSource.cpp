@@ -24,9 +24,7 @@ std::string readText(const fileString& path)
     std::string text = readWhole(path, maximumCsvBytes);
     if (text.starts_with("\xEF\xBB\xBF"))
         text.erase(0, 3);
-    bool wellFormed = true;
-    StringConvert::toUnicodeFromUtf8(text, &wellFormed);
-    return wellFormed ? text : StringConvert::toStdUtf8String(StringConvert::fromWin1252(text));
+    return StringConvert::isUtf8(text) ? text : StringConvert::toStdUtf8String(StringConvert::fromWin1252(text));
 }
 
 std::vector<CsvRow> readRows(const fileString& path)

@@ -8,7 +8,10 @@
 
 namespace VelkHost {
 
-/// Reads a furniture library (".sh3f"): a zip archive with "PluginFurnitureCatalog.properties", its
+/// The extension of a furniture library.
+inline constexpr const char* furnitureExtension = ".sh3f";
+
+/// Reads a furniture library: a zip archive with "PluginFurnitureCatalog.properties", its
 /// translations ("..._de.properties"), and the icons and models that they name.
 ///
 /// Each category becomes a category of the catalog, each "name#N" an item. Its keywords are the tags,

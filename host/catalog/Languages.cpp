@@ -2,7 +2,7 @@
 
 #include "host/support/FileError.h"
 
-#include <VelkCommon/Text/StringUtils.h>
+#include <VelkCommon/Text/Ascii.h>
 
 #include <algorithm>
 
@@ -25,8 +25,8 @@ std::string normalisedLanguage(std::string_view language)
     std::replace(text.begin(), text.end(), '-', '_');
     const std::size_t separator = std::min(text.find('_'), text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (i < separator && text[i] >= 'A' && text[i] <= 'Z')
-            text[i] = static_cast<char>(text[i] - 'A' + 'a');
+        if (i < separator)
+            text[i] = Velk::Ascii::lower(text[i]);
         else if (i > separator && text[i] >= 'a' && text[i] <= 'z')
             text[i] = static_cast<char>(text[i] - 'a' + 'A');
     }

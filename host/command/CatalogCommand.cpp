@@ -1,5 +1,6 @@
+#include "host/command/CatalogCommand.h"
+
 #include "host/command/CatalogBuild.h"
-#include "host/command/CommandLine.h"
 #include "host/command/PackCommand.h"
 #include "host/support/DisplayText.h"
 #include "host/support/ExitCode.h"

@@ -1,5 +1,15 @@
 #include "host/command/CommandLine.h"
 
+#include "host/command/CatalogCommand.h"
+#include "host/command/FilterCommand.h"
+#include "host/command/ManufacturerCommand.h"
+#include "host/command/PublishCommand.h"
+#include "host/command/SearchCommand.h"
+#include "host/command/ServeCommand.h"
+#include "host/command/TexturesCommand.h"
+#include "host/command/TourCommand.h"
+#include "host/command/UnpackCommand.h"
+#include "host/command/UpdateCommand.h"
 #include "host/support/ExitCode.h"
 #include "host/support/ParserArguments.h"
 

@@ -1,4 +1,5 @@
-#include "host/command/CommandLine.h"
+#include "host/command/FilterCommand.h"
+
 #include "host/command/DataCommand.h"
 #include "host/command/FilterReport.h"
 #include "host/installation/Filters.h"

@@ -1,3 +1,5 @@
+#include "host/command/ManufacturerCommand.h"
+
 #include "host/command/DataCommand.h"
 #include "host/command/ManufacturerReport.h"
 #include "host/installation/DataError.h"

@@ -2,6 +2,7 @@
 
 #include "host/command/CancellableWork.h"
 #include "host/command/NewArchive.h"
+#include "host/support/ByteText.h"
 #include "host/support/DisplayText.h"
 #include "host/support/FileError.h"
 #include "host/support/Folders.h"
@@ -12,7 +13,7 @@
 #include "host/support/WholeFile.h"
 
 #include <VelkCommon/Files/FileUtils.h>
-#include <VelkCommon/Text/StringUtils.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 
 #include <CLI/CLI.hpp>
 
@@ -57,7 +58,7 @@ void collect(const fileString& folder, const std::string& prefix, std::size_t de
         const std::string name = prefix + entry.name.utf8();
         if (entry.isFolder)
             collect(path, name + "/", depth + 1, target, files);
-        else if (path.extension() == fileString(std::string(".calib")))
+        else if (path.hasExtension(Library::extensions::database))
             throw FileError(path, "is another library; a packed library holds exactly one");
         else if (path != target)
             files.push_back({path, name});
@@ -68,7 +69,7 @@ std::vector<PackedFile> filesFor(const PackArguments& arguments, const fileStrin
 {
     const fileString catalog(fromParser(arguments.catalog));
     requireFile(catalog, std::numeric_limits<std::uint64_t>::max());
-    if (catalog.extension() != fileString(std::string(".calib")))
+    if (!catalog.hasExtension(Library::extensions::database))
         throw FileError(catalog, "is not a catalog file; its name must end with \".calib\"");
     std::vector<PackedFile> files{{catalog, catalog.stemWithExtension().utf8()}};
     const fileString folder(fromParser(arguments.folder));
@@ -101,11 +102,8 @@ int run(const PackArguments& arguments, Output& output)
     return runCancellable(output, [&] {
         const std::vector<PackedFile> files = filesFor(arguments, target);
         write(files, target, output);
-        constexpr double bytesPerKilobyte = 1'000;
-        const auto bytes = static_cast<double>(FileUtils::fileSize(target));
         output.write(printableUtf8(target.humanReadableString()) + ": a library and " +
-                     std::to_string(files.size() - 1) + " files, " +
-                     formatWithThousandsSeparatorPrecision(bytes / bytesPerKilobyte, 0) + " KB\n");
+                     std::to_string(files.size() - 1) + " files, " + kilobyteText(FileUtils::fileSize(target)) + "\n");
     });
 }
 

@@ -7,6 +7,7 @@
 #include <VelkCommon/Archive/ZipUtils.h>
 #include <VelkCommon/Files/FileReaper.h>
 #include <VelkCommon/Files/FileUtils.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 
 #include <limits>
 
@@ -26,7 +27,7 @@ void packWithFiles(const fileString& catalog, const std::vector<std::pair<std::s
 {
     requireFile(catalog, std::numeric_limits<std::uint64_t>::max());
     NewArchive archive(target);
-    archive.addFile(target.stem().utf8() + ".calib", catalog);
+    archive.addFile(target.stem().utf8() + Library::extensions::database, catalog);
     for (const auto& [name, content] : files)
         archive.addBytes(name, content);
     archive.close();

@@ -1,4 +1,5 @@
-#include "host/command/CommandLine.h"
+#include "host/command/PublishCommand.h"
+
 #include "host/command/PublishReportText.h"
 #include "host/service/NginxConfiguration.h"
 #include "host/service/Publisher.h"

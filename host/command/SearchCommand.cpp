@@ -1,6 +1,5 @@
 #include "host/command/SearchCommand.h"
 
-#include "host/command/CommandLine.h"
 #include "host/command/CommonOptions.h"
 #include "host/command/DataWork.h"
 #include "host/command/HitReport.h"

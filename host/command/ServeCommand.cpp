@@ -1,8 +1,10 @@
-#include "host/command/CommandLine.h"
+#include "host/command/ServeCommand.h"
+
 #include "host/command/PublishReportText.h"
 #include "host/service/SelfSigned.h"
 #include "host/service/ServiceError.h"
 #include "host/service/SiteService.h"
+#include "host/support/ByteText.h"
 #include "host/support/DisplayText.h"
 #include "host/support/ExitCode.h"
 #include "host/support/FileError.h"

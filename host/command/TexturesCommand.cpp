@@ -1,5 +1,6 @@
+#include "host/command/TexturesCommand.h"
+
 #include "host/command/CancellableWork.h"
-#include "host/command/CommandLine.h"
 #include "host/support/DisplayText.h"
 #include "host/support/FileError.h"
 #include "host/support/ParserArguments.h"

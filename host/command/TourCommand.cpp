@@ -1,9 +1,11 @@
-#include "host/command/CommandLine.h"
+#include "host/command/TourCommand.h"
+
 #include "host/command/PublishReportText.h"
 #include "host/command/TourContent.h"
 #include "host/command/TourFolder.h"
 #include "host/service/ServiceError.h"
 #include "host/service/SiteService.h"
+#include "host/support/ByteText.h"
 #include "host/support/DisplayText.h"
 #include "host/support/ExitCode.h"
 #include "host/support/FileError.h"
@@ -13,6 +15,7 @@
 
 #include <VelkCommon/Archive/ZipUtils.h>
 #include <VelkCommon/Files/FileUtils.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 
 #include <CLI/CLI.hpp>
 
@@ -146,7 +149,7 @@ private:
         allBytes_ = update();
         const fileString textures = folder_ / U"home" / U"referenced";
         output_.write("  Models and textures are in place:\n");
-        for (const fileString& archive : filesInFolder(textures, fileString(ZipUtils::getExtension())))
+        for (const fileString& archive : filesInFolder(textures, Library::extensions::referencedFiles))
             output_.write("    " + printableUtf8(archive.stemWithExtension().utf8()) + ", " +
                           std::to_string(ZipUtils::getSizeOfArchive(archive)) + " files, " +
                           byteText(static_cast<std::uint64_t>(FileUtils::fileSize(archive))) + "\n");

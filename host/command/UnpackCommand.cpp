@@ -1,6 +1,8 @@
+#include "host/command/UnpackCommand.h"
+
 #include "host/command/CancellableWork.h"
-#include "host/command/CommandLine.h"
 #include "host/installation/DataError.h"
+#include "host/support/ByteText.h"
 #include "host/support/DisplayText.h"
 #include "host/support/FileError.h"
 #include "host/support/Folders.h"
@@ -12,7 +14,7 @@
 #include <VelkCommon/Files/FileReaper.h>
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Network/Curl.h>
-#include <VelkCommon/Text/StringUtils.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 #include <VelkLibrary/Data/PlainFileName.h>
 #include <VelkLibrary/LibraryImport.h>
 
@@ -48,7 +50,6 @@ struct Transfer
 
 int showTransfer(void* data, double toReceive, double received, double, double)
 {
-    constexpr double bytesPerKilobyte = 1'000;
     auto& transfer = *static_cast<Transfer*>(data);
     if (!transfer.begun && toReceive > 0) {
         transfer.line.begin(static_cast<std::uint64_t>(toReceive / bytesPerKilobyte) + 1, "KB");
@@ -84,13 +85,10 @@ fileString stemOf(const std::string& url)
 
 std::string describe(const fileString& path)
 {
-    constexpr double bytesPerKilobyte = 1'000;
-    const auto bytes = static_cast<double>(FileUtils::fileSize(path));
-    const std::string size = formatWithThousandsSeparatorPrecision(bytes / bytesPerKilobyte, 0) + " KB";
-    const bool isArchive = path.extension() == fileString(ZipUtils::getExtension());
+    const bool isArchive = path.hasExtension(Library::extensions::referencedFiles);
     const std::string entries =
         isArchive ? ", " + std::to_string(ZipUtils::getSizeOfArchive(path)) + " entries" : std::string();
-    return printableUtf8(path.humanReadableString()) + ": " + size + entries + "\n";
+    return printableUtf8(path.humanReadableString()) + ": " + kilobyteText(FileUtils::fileSize(path)) + entries + "\n";
 }
 
 void putInPlace(const fileString& from, const fileString& to)
@@ -112,8 +110,8 @@ void unpackLocal(const fileString& archive, const fileString& named, const fileS
     if (!database)
         throw FileError(named, "is not a packed library: its catalog file is missing or damaged");
     makeFolder(target.parentPath());
-    const fileString databaseTarget = target + fileString(std::string(".calib"));
-    const fileString othersTarget = target + fileString(ZipUtils::getExtension());
+    const fileString databaseTarget = target + fileString(Library::extensions::database);
+    const fileString othersTarget = target + fileString(Library::extensions::referencedFiles);
     if (others)
         putInPlace(*others, othersTarget);
     putInPlace(*database, databaseTarget);
@@ -129,7 +127,7 @@ void unpack(const UnpackArguments& arguments, Output& output)
         return;
     }
     fileString archive;
-    archive.generateAsTempName(std::string(".calibz"));
+    archive.generateAsTempName(fileString(Library::extensions::packed));
     const FileReaper reaper(archive);
     download(source, archive, output);
     unpackLocal(archive, source, folder / stemOf(source), output);

@@ -1,4 +1,5 @@
-#include "host/command/CommandLine.h"
+#include "host/command/UpdateCommand.h"
+
 #include "host/command/CommonOptions.h"
 #include "host/command/UpdateReceiver.h"
 #include "host/installation/CatalogUpdate.h"
@@ -7,11 +8,13 @@
 #include "host/support/FileError.h"
 #include "host/support/InstallHost.h"
 #include "host/support/JsonText.h"
+#include "host/support/LibraryPreference.h"
 #include "host/support/ParserArguments.h"
 #include "host/support/System.h"
 
 #include <VelkCommon/HostServices.h>
 #include <VelkCommon/Network/Curl.h>
+#include <VelkCommon/Reporting/PreferenceNumbers.h>
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
 #include <VelkLibrary/ErrorLog.h>
@@ -49,7 +52,6 @@ Exit codes: 0 up to date now, 2 wrong command line, 5 the output cannot be writt
 6 something failed (the error log tells what), 7 cancelled.)";
 
 constexpr std::chrono::milliseconds betweenChecks{50};
-constexpr std::size_t coreCatalogsStay = 271;  // a preference
 
 struct UpdateArguments
 {
@@ -117,7 +119,7 @@ public:
         Velk::HostServices services = hostServices(fileString(fromParser(arguments.home)));
         if (!arguments.edition.empty())
             services.editions.words[services.editions.running] = fromParser(arguments.edition);
-        services.preferences.push_back({coreCatalogsStay, "Core libraries are left alone", !wants("core")});
+        services.preferences.push_back(libraryPreference(Velk::preferenceNumbers::coreLibrariesStay, !wants("core")));
         Velk::installHost(std::move(services));
     }
 

@@ -32,11 +32,10 @@ void forgetHash(const fileString& catalog)
     using namespace LibraryCatalogUpdate;
     const fileString name = catalog.stemWithExtension();
     for (const std::uint32_t kind : {CoreCatalogs, ManufacturerCatalogs, BonusCatalogs}) {
-        const fileString folder = catalogFolder(kind);
-        if (folder / name != catalog)
+        if (catalogFolder(kind) / name != catalog)
             continue;
         CatalogTable catalogs;
-        readCatalogHashFile(folder / U"catalog_hash.txt", catalogs, kind);
+        readCatalogHashFile(catalogHashFile(kind), catalogs, kind);
         if (catalogs.erase(name) > 0)
             writeCatalogHashFile(catalogs, kind);
     }

@@ -7,6 +7,7 @@
 
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Text/StringConvert.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 #include <VelkLibrary/LibraryResultCategorizer.h>
 
 #include <algorithm>
@@ -33,7 +34,7 @@ std::vector<fileString> libraryFiles(const fileString& path)
 {
     if (!isFolder(path))
         return {path};
-    std::vector<fileString> files = filesInFolder(path, fileString(std::string(".calib")));
+    std::vector<fileString> files = filesInFolder(path, Library::extensions::database);
     if (files.empty())
         throw FileError(path, "holds no .calib file; make one with \"velk catalog build\"");
     return files;
@@ -152,11 +153,10 @@ LibrarySet loadInstalledLibraries()
 std::vector<fileString> installedLibraryFiles()
 {
     std::vector<fileString> files;
-    const fileString extension(std::string(".calib"));
     for (const fileString& folder : installedLibraryFolders()) {
         if (!isFolder(folder))
             continue;
-        const std::vector<fileString> found = filesInFolder(folder, extension);
+        const std::vector<fileString> found = filesInFolder(folder, Library::extensions::database);
         files.insert(files.end(), found.begin(), found.end());
     }
     return files;

@@ -4,7 +4,10 @@
 #include "host/service/SiteAnswer.h"
 #include "host/support/FileError.h"
 #include "host/support/Folders.h"
+#include "host/support/SystemPath.h"
 #include "host/support/WholeFile.h"
+
+#include <VelkCommon/Text/Ascii.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -153,12 +156,9 @@ std::string locations(const std::string& site)
 std::string absolute(const fileString& site)
 {
     std::error_code error;
-    const std::filesystem::path path =
-        std::filesystem::absolute(std::u8string(site.utf8().begin(), site.utf8().end()), error);
-    const std::u8string text = path.lexically_normal().generic_u8string();
-    std::string result(text.begin(), text.end());
-    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
-    if (error || std::any_of(result.begin(), result.end(), isControl))
+    const std::filesystem::path path = std::filesystem::absolute(systemPath(site), error);
+    std::string result = fromSystemPath(path.lexically_normal()).utf8();
+    if (error || std::any_of(result.begin(), result.end(), Velk::Ascii::isControl<char>))
         throw FileError(site, "has a path that cannot stand in a configuration");
     return result;
 }

@@ -7,8 +7,7 @@
 #include <VelkCommon/Files/FileReaper.h>
 #include <VelkCommon/Files/ReplacementFile.h>
 #include <VelkCommon/Files/SHA1.h>
-
-#include <QCryptographicHash>
+#include <VelkLibrary/Data/FileExtensions.h>
 
 #include <zip.h>
 
@@ -110,7 +109,7 @@ private:
 
 bool isCatalog(const Entry& entry)
 {
-    return fileString(entry.name).extension() == fileString(std::string(".calib"));
+    return fileString(entry.name).hasExtension(Library::extensions::database);
 }
 
 const Entry& theCatalog(const Archive& archive)
@@ -128,7 +127,7 @@ const Entry& theCatalog(const Archive& archive)
 std::string catalogHash(Archive& archive, const Entry& entry)
 {
     fileString path;
-    path.generateAsTempName(fileString(std::string(".calib")));
+    path.generateAsTempName(fileString(Library::extensions::database));
     const FileReaper reaper(path);
     ReplacementFile file(path);
     bool written = file.isOpen();
@@ -150,10 +149,10 @@ std::string digestOf(const std::vector<Entry>& entries)
         if (!isCatalog(entry))
             lines.push_back(std::to_string(entry.size) + " " + std::to_string(entry.checksum) + " " + entry.name);
     std::sort(lines.begin(), lines.end());
-    QCryptographicHash hash(QCryptographicHash::Sha1);
+    std::string bytes;
     for (const std::string& line : lines)
-        hash.addData(line.c_str(), static_cast<int>(line.size() + 1));
-    return hash.result().toHex().toStdString();
+        bytes.append(line).push_back('\0');
+    return SHA1::bytesToSHA1Hex(bytes);
 }
 
 }  // namespace

@@ -10,7 +10,9 @@
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/SHA1.h>
+#include <VelkCommon/Text/Ascii.h>
 #include <VelkCommon/Text/StringConvert.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 
 #include <algorithm>
 #include <functional>
@@ -35,18 +37,18 @@ struct Room
 };
 
 constexpr Room rooms[] = {
-    {U"core", ".calib", false, "this folder is for catalog files (.calib)"},
-    {U"referenced", ".zip", false, "this folder is for archives of referenced files (.zip)"},
-    {U"bonus", ".calibz", true, "this folder is for packed libraries (.calibz); see \"velk catalog pack\""},
-    {U"manufacturer", ".calibz", true, "this folder is for packed libraries (.calibz); see \"velk catalog pack\""},
+    {U"core", Library::extensions::database, false, "this folder is for catalog files (.calib)"},
+    {U"referenced", Library::extensions::referencedFiles, false,
+     "this folder is for archives of referenced files (.zip)"},
+    {U"bonus", Library::extensions::packed, true,
+     "this folder is for packed libraries (.calibz); see \"velk catalog pack\""},
+    {U"manufacturer", Library::extensions::packed, true,
+     "this folder is for packed libraries (.calibz); see \"velk catalog pack\""},
 };
 
 bool isText(const std::string& text)
 {
-    bool ok = true;
-    StringConvert::toUnicodeFromUtf8(text, &ok);
-    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
-    return ok && std::none_of(text.begin(), text.end(), isControl);
+    return StringConvert::isUtf8(text) && std::none_of(text.begin(), text.end(), Velk::Ascii::isControl<char>);
 }
 
 class FolderReader
@@ -119,7 +121,7 @@ private:
             const fileString path = folder / entry.name;
             if (entry.isFolder)
                 refuse(path, "is a folder; libraries stand side by side");
-            else if (entry.name.extension() != fileString(std::string(room.extension)))
+            else if (!entry.name.hasExtension(room.extension))
                 refuse(path, "has another extension; " + std::string(room.advice));
             else if (const std::string reason = whyNoLibraryName(entry.name); !reason.empty())
                 refuse(path, reason);
@@ -132,9 +134,10 @@ private:
     /// wherever a library comes from; and a disk may ignore letter case.
     bool claim(const Room& room, const fileString& name, const fileString& path)
     {
-        std::vector<std::string> installed = {room.packed ? name.stem().utf8() + ".calib" : name.utf8()};
+        std::vector<std::string> installed = {room.packed ? name.stem().utf8() + Library::extensions::database
+                                                          : name.utf8()};
         if (room.packed)
-            installed.push_back(name.stem().utf8() + ".zip");
+            installed.push_back(name.stem().utf8() + Library::extensions::referencedFiles);
         for (const std::string& file : installed) {
             const auto [other, fresh] = claimed_.emplace(caseless(file), path);
             if (!fresh) {
@@ -167,7 +170,7 @@ private:
             PackedCatalog packed = inspectPackedCatalog(path);
             source.tag = std::move(packed.catalogHash);
             source.companions = std::move(packed.companions);
-        } else if (room.extension == std::string_view(".zip")) {
+        } else if (room.extension == std::string_view(Library::extensions::referencedFiles)) {
             checkArchive(path);
         } else {
             static_cast<void>(readCatalog(path, CatalogContent::Names));

@@ -26,10 +26,6 @@ std::string whyNoLibraryName(const fileString& name);
 /// store them beside their own files, by plain names only.
 std::string whyNoLogoName(std::string_view name);
 
-/// The bytes as the client's transport puts them on the wire: blanks, controls, everything beyond ASCII
-/// and " < > \ ^ ` { | } as "%XX", everything else unchanged.
-std::string onTheWire(std::string_view bytes);
-
 /// The key under which a name that arrived in a query is looked up: letters A to Z count as a to z. (A
 /// web server's tables compare this way; names that differ in nothing else are refused when published.)
 std::string lookupKey(std::string_view valueOnTheWire);

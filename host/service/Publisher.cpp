@@ -13,8 +13,6 @@
 #include <VelkCommon/Files/SHA1.h>
 #include <VelkCommon/Text/TimeText.h>
 
-#include <QCryptographicHash>
-
 #include <algorithm>
 #include <map>
 #include <optional>
@@ -22,12 +20,6 @@
 
 namespace VelkHost {
 namespace {
-
-std::string sha1(const std::string& bytes)
-{
-    const QByteArray view = QByteArray::fromRawData(bytes.data(), static_cast<int>(bytes.size()));
-    return QCryptographicHash::hash(view, QCryptographicHash::Sha1).toHex().toStdString();
-}
 
 /// ".calibz" of a library, ".png" of a logo; ".bin" for types that the service does not know.
 std::string storedExtension(const fileString& path)
@@ -67,7 +59,7 @@ public:
         report.edition = new_.edition = old_.edition + 1;
         new_.published = Library::getTimeNowString();
         const std::string text = tableText(new_);
-        const std::string name = sha1(text) + ".json";
+        const std::string name = SHA1::bytesToSHA1Hex(text) + ".json";
         writeWhole(storedFile(site_, name), text);
         writeWhole(site_ / U"current", name + "\n");
         removeUnused({name, oldName_});
@@ -140,7 +132,7 @@ private:
         std::string text;
         for (const std::string& name : content_.coreNames)
             text += name + "\n";
-        const std::string digest = sha1(text);
+        const std::string digest = SHA1::bytesToSHA1Hex(text);
         SiteFile file{digest + ".txt", digest, text.size()};
         if (!isWhole(file))
             writeWhole(storedFile(site_, file.stored), text);

@@ -1,6 +1,7 @@
 #include "host/support/Folders.h"
 
 #include "host/support/FileError.h"
+#include "host/support/SystemPath.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -8,39 +9,24 @@
 namespace fs = std::filesystem;
 
 namespace VelkHost {
-namespace {
-
-// The UTF-8 form keeps names on Linux that are not valid text, and is exact on Windows.
-fs::path native(const fileString& path)
-{
-    return fs::path(std::u8string(path.utf8().begin(), path.utf8().end()));
-}
-
-fileString fromNative(const fs::path& path)
-{
-    const std::u8string text = path.u8string();
-    return fileString(std::string(text.begin(), text.end()));
-}
-
-}  // namespace
 
 fileString absolutePath(const fileString& path)
 {
     std::error_code error;
-    const fs::path absolute = fs::absolute(native(path), error);
-    return error ? path : fromNative(absolute);
+    const fs::path absolute = fs::absolute(systemPath(path), error);
+    return error ? path : fromSystemPath(absolute);
 }
 
 bool isFolder(const fileString& path)
 {
     std::error_code ignored;
-    return !path.empty() && fs::is_directory(native(path), ignored);
+    return !path.empty() && fs::is_directory(systemPath(path), ignored);
 }
 
 void makeFolder(const fileString& path)
 {
     std::error_code error;
-    fs::create_directories(native(path), error);
+    fs::create_directories(systemPath(path), error);
     if (isFolder(path))
         return;
     if (error)
@@ -48,11 +34,11 @@ void makeFolder(const fileString& path)
     throw FileError(path, "cannot be created as a folder");
 }
 
-std::vector<fileString> filesInFolder(const fileString& folder, const fileString& extension)
+std::vector<fileString> filesInFolder(const fileString& folder, std::string_view extension)
 {
     std::vector<fileString> files;
     for (const FolderEntry& entry : folderEntries(folder))
-        if (!entry.isFolder && entry.name.extension() == extension)
+        if (!entry.isFolder && entry.name.hasExtension(extension))
             files.push_back(folder / entry.name);
     return files;
 }
@@ -61,9 +47,9 @@ std::vector<FolderEntry> folderEntries(const fileString& folder)
 {
     std::vector<FolderEntry> entries;
     std::error_code error;
-    for (fs::directory_iterator entry(native(folder), error), end; !error && entry != end; entry.increment(error)) {
+    for (fs::directory_iterator entry(systemPath(folder), error), end; !error && entry != end; entry.increment(error)) {
         std::error_code ignored;
-        entries.push_back({fromNative(entry->path().filename()), entry->is_directory(ignored)});
+        entries.push_back({fromSystemPath(entry->path().filename()), entry->is_directory(ignored)});
     }
     if (error)
         throw FileError(folder, {"cannot be read: %1", {error.message()}});

@@ -2,6 +2,7 @@
 
 #include <VelkCommon/Files/fileString.h>
 
+#include <string_view>
 #include <vector>
 
 namespace VelkHost {
@@ -17,7 +18,7 @@ void makeFolder(const fileString& path);
 
 /// The files in `folder` whose extension is exactly `extension` (such as ".calib"), sorted by name.
 /// Throws FileError for a folder that cannot be read.
-std::vector<fileString> filesInFolder(const fileString& folder, const fileString& extension);
+std::vector<fileString> filesInFolder(const fileString& folder, std::string_view extension);
 
 /// A file or folder in a folder.
 struct FolderEntry

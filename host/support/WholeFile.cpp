@@ -1,6 +1,7 @@
 #include "host/support/WholeFile.h"
 
 #include "host/support/FileError.h"
+#include "host/support/SystemPath.h"
 
 #include <VelkCommon/Files/LockingFStream.h>
 #include <VelkCommon/Files/ReplacementFile.h>
@@ -25,7 +26,7 @@ std::uint64_t requireFile(const fileString& path, std::uint64_t maximumBytes)
     if (text.empty() || text.find('\0') != std::string::npos)
         throw FileError(path, "is not a path");
     std::error_code error;
-    const fs::path native(std::u8string(text.begin(), text.end()));
+    const fs::path native = systemPath(path);
     const fs::file_status status = fs::status(native, error);
     if (!fs::exists(status))
         throw FileError(path, "does not exist");

@@ -3,7 +3,7 @@
 /// @file
 /// What the sources of this layer for Windows share.
 
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/PathText.h>
 #include <VelkCommon/detail/Guarded.h>
 
 // The order of the system's headers matters: windows.h comes first.

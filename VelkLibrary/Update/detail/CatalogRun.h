@@ -29,7 +29,7 @@ void logFailure(const char* reason) noexcept;
 /// Does one part of a run. An exception is logged and makes the run a failed one, but the run goes on. Only an
 /// EnforcerException passes through, because it means that the host violates a precondition.
 template <typename Work>
-void guarded(CatalogRun& run, const Work& work)
+void doPart(CatalogRun& run, const Work& work)
 {
     try {
         work();

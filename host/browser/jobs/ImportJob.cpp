@@ -11,7 +11,7 @@
 #include <VelkCommon/Archive/ZipUtils.h>
 #include <VelkCommon/Files/FileReaper.h>
 #include <VelkCommon/Files/FileUtils.h>
-#include <VelkCommon/Text/StringUtils.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 #include <VelkLibrary/Data/PlainFileName.h>
 #include <VelkLibrary/LibraryImport.h>
 #include <VelkLibrary/UI/LibraryProgressPanel.h>
@@ -34,7 +34,7 @@ struct ImportCancelled
 
 bool isPacked(const fileString& file)
 {
-    return StringUtils::toLowerUtf8(file.extension().utf8()) == ".calibz";
+    return file.hasExtensionInAnyCase(Library::extensions::packed);
 }
 
 Unpacked unpack(const fileString& file, const std::shared_ptr<PanelProgress>& progress)

@@ -1,5 +1,6 @@
 #include <VelkCommon/Files/FileUtils.h>
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/FileSystem.h>
+#include <VelkCommon/Platform/Process.h>
 #include <VelkLibrary/ErrorLog.h>
 
 #include "support/TestHost.h"

@@ -1,7 +1,8 @@
-#include <VelkLibrary/CatalogDownloadProtocol.h>
+#include <VelkLibrary/Update/CatalogHashFile.h>
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/LockingFStream.h>
+#include <VelkLibrary/CatalogDownloadProtocol.h>
 #include <VelkLibrary/Update/detail/CatalogTexts.h>
 
 #include "support/OpenModes.h"
@@ -57,6 +58,13 @@ protected:
         return text;
     }
 };
+
+TEST_F(CatalogHashFile, LiesInTheFolderOfItsKind)
+{
+    EXPECT_EQ(catalogHashFile(CoreCatalogs), hashFile());
+    EXPECT_EQ(catalogHashFile(BonusCatalogs), bonus() / U"catalog_hash.txt");
+    EXPECT_TRUE(catalogHashFile(0).empty());
+}
 
 TEST_F(CatalogHashFile, HoldsALinePerCatalogOfTheKindInKeyOrder)
 {

@@ -97,13 +97,6 @@ TEST(LogoName, IsNoneOfTheClientsOwnFiles)
         EXPECT_THAT(whyNoLogoName(name), HasSubstr("own files")) << name;
 }
 
-TEST(OnTheWire, EncodesWhatAUrlCannotCarryAndNothingElse)
-{
-    EXPECT_EQ(onTheWire("a b\x01\x7F\"<>\\^`{|}\xC3\xBC"), "a%20b%01%7F%22%3C%3E%5C%5E%60%7B%7C%7D%C3%BC");
-    const std::string kept = "AZaz09!#$%&'()*+,-./:;=?@[]_~";
-    EXPECT_EQ(onTheWire(kept), kept);
-}
-
 TEST(LookupKey, IgnoresLetterCase)
 {
     EXPECT_EQ(lookupKey("AZ[%C3%9Caz"), "az[%c3%9caz");

@@ -1,15 +1,13 @@
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/File.h>
 
+#include <VelkCommon/Platform/FileSystem.h>
 #include <VelkCommon/Platform/detail/Windows.h>
 
 #include <algorithm>
 #include <utility>
-#include <vector>
 
 namespace Velk::Platform {
 namespace {
-
-constexpr std::size_t copyBlock = std::size_t{1} << 20;
 
 // As openFile(), but only what has an end: a device or a pipe must not keep a reader busy for ever.
 HANDLE openForReading(const std::string& path, DWORD share) noexcept
@@ -110,30 +108,12 @@ void File::expectSequentialReading() noexcept
     // The system sees it for itself.
 }
 
-bool File::copyFrom(File& source)
-{
-    std::vector<char> block(copyBlock);
-    for (;;) {
-        const long long got = source.read(block.data(), block.size());
-        if (got <= 0)
-            return got == 0;
-        if (!write(block.data(), static_cast<std::size_t>(got)))
-            return false;
-    }
-}
+// The system copies by name only.
+void File::copyBySystem(File&) noexcept {}
 
-bool File::copyRange(File& source, long long offset, long long size)
+long long File::copyBySystem(File&, long long, long long) noexcept
 {
-    if (!source.seek(offset))
-        return false;
-    std::vector<char> block(std::min(static_cast<std::size_t>(size), copyBlock));
-    for (long long rest = size; rest > 0;) {
-        const auto request = static_cast<std::size_t>(std::min(rest, static_cast<long long>(block.size())));
-        if (source.read(block.data(), request) != static_cast<long long>(request) || !write(block.data(), request))
-            return false;
-        rest -= static_cast<long long>(request);
-    }
-    return true;
+    return 0;
 }
 
 bool File::copyPermissionsFrom(const std::string& source) noexcept

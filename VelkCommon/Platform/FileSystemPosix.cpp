@@ -1,4 +1,4 @@
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/FileSystem.h>
 
 #include <VelkCommon/Platform/detail/Posix.h>
 

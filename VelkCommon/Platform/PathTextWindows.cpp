@@ -1,23 +1,14 @@
-#include <VelkCommon/Platform/Platform.h>
-
+#include <VelkCommon/Platform/PathText.h>
 #include <VelkCommon/Platform/detail/Windows.h>
 #include <VelkCommon/detail/Utf8.h>
 
-#include <bcrypt.h>
-
 #include <algorithm>
-#include <limits>
 
 namespace Velk::Platform {
 namespace {
 
 // Folders may be 12 characters shorter than the limit for files of 259.
 constexpr std::size_t longestPlainPath = 247;
-
-constexpr bool isWideSeparator(wchar_t character) noexcept
-{
-    return character == L'/' || character == L'\\';
-}
 
 bool isDriveLetter(char letter) noexcept
 {
@@ -66,66 +57,7 @@ std::u32string fromUtf16(std::wstring_view text)
     return points;
 }
 
-std::string environment(const wchar_t* name)
-{
-    std::wstring value(std::numeric_limits<short>::max(), L'\0');
-    const DWORD size = ::GetEnvironmentVariableW(name, value.data(), static_cast<DWORD>(value.size()));
-    return size < value.size() ? fromNativePath(value.substr(0, size)) : std::string();
-}
-
 }  // namespace
-
-// ---- The process ---------------------------------------------------------------------------------
-
-std::string lastErrorText()
-{
-    const DWORD error = ::GetLastError();
-    LocalMemory<wchar_t> buffer;
-    const DWORD size =
-        ::FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
-                         nullptr, error, 0, reinterpret_cast<LPWSTR>(&buffer.pointer), 0, nullptr);
-    std::wstring_view text(buffer.pointer, size);
-    while (!text.empty() && (text.back() == L'\n' || text.back() == L'\r' || text.back() == L' '))
-        text.remove_suffix(1);
-    return text.empty() ? "error " + std::to_string(error) : fromNativePath(text);
-}
-
-bool debuggerPresent()
-{
-    return ::IsDebuggerPresent() != 0;
-}
-
-void debugBreak()
-{
-    ::DebugBreak();
-}
-
-void writeToStandardError(std::string_view text) noexcept
-{
-    const HANDLE handle = ::GetStdHandle(STD_ERROR_HANDLE);
-    if (handle == nullptr || handle == INVALID_HANDLE_VALUE)
-        return;
-    while (!text.empty()) {
-        DWORD written = 0;
-        const auto size = static_cast<DWORD>(std::min(text.size(), requestLimit));
-        if (::WriteFile(handle, text.data(), size, &written, nullptr) == 0 || written == 0)
-            return;
-        text.remove_prefix(written);
-    }
-}
-
-std::uint32_t currentThreadId() noexcept
-{
-    return ::GetCurrentThreadId();
-}
-
-bool fillRandom(void* bytes, std::size_t size) noexcept
-{
-    return ::BCryptGenRandom(nullptr, static_cast<PUCHAR>(bytes), static_cast<ULONG>(size),
-                             BCRYPT_USE_SYSTEM_PREFERRED_RNG) == 0;
-}
-
-// ---- Path text -----------------------------------------------------------------------------------
 
 std::size_t rootLength(std::string_view path) noexcept
 {
@@ -162,27 +94,6 @@ std::string fromNativePath(std::wstring_view native)
     if (!native.starts_with(longShare))
         return fromUnicodePath(fromUtf16(native.substr(native.starts_with(longPrefix) ? longPrefix.size() : 0)));
     return "\\\\" + fromUnicodePath(fromUtf16(native.substr(longShare.size())));
-}
-
-std::string userDataFolder()
-{
-    std::string folder = environment(L"LOCALAPPDATA");
-    return folder.empty() ? temporaryFolder() : folder;
-}
-
-std::string temporaryFolder()
-{
-    std::wstring folder(MAX_PATH + 2, L'\0');
-    const DWORD size = ::GetTempPathW(static_cast<DWORD>(folder.size()), folder.data());
-    if (size == 0 || size >= folder.size())
-        return "C:\\Windows\\Temp";
-    return fromNativePath(folder.substr(0, size));
-}
-
-std::string userFolderName()
-{
-    // The temporary folder is already this user's.
-    return "velk";
 }
 
 }  // namespace Velk::Platform

@@ -1,4 +1,4 @@
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/File.h>
 
 #include <VelkCommon/Platform/detail/Posix.h>
 
@@ -6,18 +6,32 @@
 
 #include <algorithm>
 #include <utility>
-#include <vector>
 
 namespace Velk::Platform {
 namespace {
 
-constexpr std::size_t copyBlock = std::size_t{1} << 20;
 // Larger requests are cut by the kernel anyway.
 constexpr std::size_t kernelCopyBlock = std::size_t{1} << 30;
 
 int descriptorOf(std::intptr_t handle) noexcept
 {
     return static_cast<int>(handle);
+}
+
+// Calls `readFrom(number of bytes that were read)` until all are, or the file ends; -1 on failure.
+template <typename Read>
+long long readAll(std::size_t size, Read readFrom) noexcept
+{
+    std::size_t total = 0;
+    while (total < size) {
+        const ssize_t got = uninterrupted([&] { return readFrom(total); });
+        if (got < 0)
+            return -1;
+        if (got == 0)
+            break;
+        total += static_cast<std::size_t>(got);
+    }
+    return static_cast<long long>(total);
 }
 
 }  // namespace
@@ -55,32 +69,15 @@ bool File::close() noexcept
 
 long long File::read(char* bytes, std::size_t size) noexcept
 {
-    std::size_t total = 0;
-    while (total < size) {
-        const ssize_t got = uninterrupted([&] { return ::read(descriptorOf(handle_), bytes + total, size - total); });
-        if (got < 0)
-            return -1;
-        if (got == 0)
-            break;
-        total += static_cast<std::size_t>(got);
-    }
-    return static_cast<long long>(total);
+    return readAll(size, [&](std::size_t done) { return ::read(descriptorOf(handle_), bytes + done, size - done); });
 }
 
 long long File::readAt(long long offset, char* bytes, std::size_t size) noexcept
 {
-    std::size_t total = 0;
-    while (total < size) {
-        const auto position = static_cast<off_t>(offset + static_cast<long long>(total));
-        const ssize_t got =
-            uninterrupted([&] { return ::pread(descriptorOf(handle_), bytes + total, size - total, position); });
-        if (got < 0)
-            return -1;
-        if (got == 0)
-            break;
-        total += static_cast<std::size_t>(got);
-    }
-    return static_cast<long long>(total);
+    return readAll(size, [&](std::size_t done) {
+        const auto position = static_cast<off_t>(offset + static_cast<long long>(done));
+        return ::pread(descriptorOf(handle_), bytes + done, size - done, position);
+    });
 }
 
 bool File::write(const char* bytes, std::size_t size) noexcept
@@ -124,7 +121,7 @@ void File::expectSequentialReading() noexcept
     ::posix_fadvise(descriptorOf(handle_), 0, 0, POSIX_FADV_SEQUENTIAL);
 }
 
-bool File::copyFrom(File& source)
+void File::copyBySystem(File& source) noexcept
 {
     const int from = descriptorOf(source.handle_);
     const int to = descriptorOf(handle_);
@@ -132,19 +129,9 @@ bool File::copyFrom(File& source)
     do
         copied = uninterrupted([&] { return ::copy_file_range(from, nullptr, to, nullptr, kernelCopyBlock, 0); });
     while (copied > 0);
-    // Not every pair of file systems can do it, and some answer 0 for files whose size they do not
-    // know, so the rest is always read the ordinary way.
-    std::vector<char> block(copyBlock);
-    for (;;) {
-        const long long got = source.read(block.data(), block.size());
-        if (got <= 0)
-            return got == 0;
-        if (!write(block.data(), static_cast<std::size_t>(got)))
-            return false;
-    }
 }
 
-bool File::copyRange(File& source, long long offset, long long size)
+long long File::copyBySystem(File& source, long long offset, long long size) noexcept
 {
     off_t position = offset;
     auto rest = static_cast<std::size_t>(size);
@@ -157,17 +144,7 @@ bool File::copyRange(File& source, long long offset, long long size)
             break;
         rest -= static_cast<std::size_t>(copied);
     }
-    // As for copyFrom().
-    std::vector<char> block(std::min(rest, copyBlock));
-    while (rest > 0) {
-        const auto request = std::min(rest, block.size());
-        if (source.readAt(position, block.data(), request) != static_cast<long long>(request) ||
-            !write(block.data(), request))
-            return false;
-        position += static_cast<off_t>(request);
-        rest -= request;
-    }
-    return true;
+    return position - offset;
 }
 
 bool File::copyPermissionsFrom(const std::string& source) noexcept

@@ -1,9 +1,12 @@
-#include <VelkCommon/Expression/BooleanExp.h>
+#include <VelkCommon/Expression/detail/BooleanExpParser.h>
 
+#include <cstddef>
 #include <stdexcept>
-#include <string_view>
+#include <string>
 #include <utility>
+#include <vector>
 
+namespace Velk::detail {
 namespace {
 
 constexpr std::size_t textLimit = 16'384;    // code points
@@ -226,14 +229,11 @@ void Parser::addOperand(std::unique_ptr<BooleanExp::Node> operand)
 
 }  // namespace
 
-std::unique_ptr<BooleanExp> BooleanExp::parse(const std::u32string& text)
+std::unique_ptr<BooleanExp::Group> parseExpression(std::u32string_view text)
 {
     if (text.size() > textLimit)
         throw std::length_error("search text: too long");
-    std::unique_ptr<Group> root = Parser(text).parse();
-    if (!root)
-        return nullptr;
-    auto expression = std::make_unique<BooleanExp>();
-    expression->root = std::move(root);
-    return expression;
+    return Parser(text).parse();
 }
+
+}  // namespace Velk::detail

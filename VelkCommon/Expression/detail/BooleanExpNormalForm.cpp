@@ -1,9 +1,14 @@
-#include <VelkCommon/Expression/BooleanExp.h>
+#include <VelkCommon/Expression/detail/BooleanExpNormalForm.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <stdexcept>
 #include <utility>
+#include <vector>
 
+namespace Velk::detail {
 namespace {
 
 using Node = BooleanExp::Node;
@@ -285,23 +290,23 @@ void moveLeaves(const Expansion& expansion, Group& flat) noexcept
 
 }  // namespace
 
-void BooleanExp::convertToDisjunctiveNormalForm()
+void makeNormalForm(BooleanExp::Group& root)
 {
-    if (!root)
-        return;
-    if (isNormalForm(*root)) {
-        Extent extent = extentOf(root->first);
-        for (const Group::ConjoinedTerm& term : root->conjoinedTerms)
+    if (isNormalForm(root)) {
+        Extent extent = extentOf(root.first);
+        for (const Group::ConjoinedTerm& term : root.conjoinedTerms)
             extent = eitherOf(extent, extentOf(term.expression));
         requireWithinLimits(extent);
         return;
     }
-    const Extent extent = extentOf(*root, root->negated, 0);
+    const Extent extent = extentOf(root, root.negated, 0);
     requireWithinLimits(extent);
-    Expansion expansion(*root, extent);
+    Expansion expansion(root, extent);
     const std::unique_ptr<Group> flat = flatGroupOf(expansion);
     moveLeaves(expansion, *flat);
-    std::swap(root->first, flat->first);
-    std::swap(root->conjoinedTerms, flat->conjoinedTerms);
-    root->negated = false;
+    std::swap(root.first, flat->first);
+    std::swap(root.conjoinedTerms, flat->conjoinedTerms);
+    root.negated = false;
 }
+
+}  // namespace Velk::detail
