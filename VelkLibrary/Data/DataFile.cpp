@@ -4,6 +4,7 @@
 #include <VelkCommon/Files/LockingFStream.h>
 #include <VelkCommon/Reporting/MessagingSystem.h>
 #include <VelkCommon/Text/StringConvert.h>
+#include <VelkCommon/Text/TextNumbers.h>
 
 #include <algorithm>
 #include <ios>
@@ -13,7 +14,6 @@
 namespace Library::detail {
 namespace {
 
-constexpr long unwritableMessage = 272032391;
 constexpr std::size_t blockSize = std::size_t{1} << 16;
 // Twenty thousand manufacturers take 7 MB, and the tree of a document takes some ten times the size of its
 // text.
@@ -90,10 +90,11 @@ DataFileResult writeDataFile(const fileString& path, const std::function<json_wr
     return {};
 }
 
-void reportUnwritable(const fileString& path, const char* sourceFile, std::size_t line)
+void reportUnwritable(const fileString& path, const Velk::ReportPlace& place)
 {
-    error::MessagingSystem::control().notify(sourceFile, line, error::ErrorMinimalTrait(), unwritableMessage,
-                                             path.unicodeString(), std::u32string(), std::u32string());
+    error::MessagingSystem::control().notify(place.source, place.line, error::ErrorMinimalTrait(),
+                                             Velk::textNumbers::unwritableFile, path.unicodeString(), std::u32string(),
+                                             std::u32string());
 }
 
 }  // namespace Library::detail

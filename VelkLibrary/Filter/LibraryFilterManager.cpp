@@ -3,22 +3,19 @@
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Reporting/Assertions.h>
 #include <VelkCommon/Text/StringUtils.h>
+#include <VelkCommon/Text/TextNumbers.h>
 #include <VelkLibrary/Data/detail/DataFile.h>
 #include <VelkLibrary/Filter/FilterFile.h>
+#include <VelkLibrary/detail/ReportPlaces.h>
 
 #include <algorithm>
 #include <utility>
 
+namespace places = Library::detail::places;
+
 namespace {
 
-constexpr const char* sourceName = "LibraryFilterManager";
-constexpr std::size_t readLine = 183;
-constexpr std::size_t unwritableLine = 226;
-constexpr std::size_t writeLine = 231;
-constexpr std::size_t mergeLine = 292;
-
 constexpr long noFilter = -1;
-constexpr unsigned int noFilterText = 8930;
 
 fileString filterFile(const fileString& name)
 {
@@ -51,12 +48,12 @@ bool isReported(const Library::DataFileResult& reading)
 
 void reportReadFault()
 {
-    Velk::assertionFailed(sourceName, readLine, "Error Parsing Library Filter Data File");
+    Velk::assertionFailed(places::filterFileDamaged, "Error Parsing Library Filter Data File");
 }
 
 void reportWriteFault()
 {
-    Velk::assertionFailed(sourceName, writeLine, "Error Writing Library Filter Data File");
+    Velk::assertionFailed(places::filterFileNotWritten, "Error Writing Library Filter Data File");
 }
 
 // `content` makes the value to write. It is called here because it may run out of memory, like the rest.
@@ -67,7 +64,7 @@ bool writeOrReport(const fileString& path, Content content)
         const FilterFile& file = content();
         const Library::DataFileResult writing = file.write(path);
         if (writing.fault == Library::DataFileFault::MayNotBeReplaced)
-            Library::detail::reportUnwritable(path, sourceName, unwritableLine);
+            Library::detail::reportUnwritable(path, places::filterFileUnwritable);
         else if (!writing)
             reportWriteFault();
         return static_cast<bool>(writing);
@@ -119,12 +116,12 @@ LibraryFilter LibraryFilterManager::getLibraryFilterFromId(long id, const std::v
 std::string LibraryFilterManager::getCurrentFilterString() const
 {
     const LibraryFilter* const filter = currentFilter();
-    return filter != nullptr ? filter->getFilterName() : StringUtils::loadString(noFilterText);
+    return filter != nullptr ? filter->getFilterName() : StringUtils::loadString(Velk::textNumbers::noFilter);
 }
 
 std::vector<std::string> LibraryFilterManager::getFilterStrings() const
 {
-    std::vector<std::string> strings{StringUtils::loadString(noFilterText)};
+    std::vector<std::string> strings{StringUtils::loadString(Velk::textNumbers::noFilter)};
     for (const LibraryFilter& filter : libraryFilters_)
         strings.push_back(filter.getFilterName());
     return strings;
@@ -191,7 +188,7 @@ bool LibraryFilterManager::mergeFilters(const fileString& path)
         currentFilterId_ = merged.currentId;
         return true;
     } catch (...) {
-        Velk::assertionFailed(sourceName, mergeLine, "exception thrown in LibraryFilterManager::mergeFilters");
+        Velk::assertionFailed(places::filtersNotMerged, "exception thrown in LibraryFilterManager::mergeFilters");
         return false;
     }
 }

@@ -3,6 +3,7 @@
 #include <VelkCommon/Json/json_writer.h>
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
+#include <VelkCommon/Text/TextNumbers.h>
 #include <VelkCommon/Text/TimeText.h>
 #include <VelkLibrary/Data/detail/DataFile.h>
 
@@ -22,7 +23,6 @@ using Library::detail::WrongMember;
 
 namespace {
 
-constexpr unsigned int defaultTextNumber = 10108;
 constexpr const char* formatVersion = "42";
 
 // The keys of the file.
@@ -137,7 +137,8 @@ void readRoot(const JsonObject& root, ManufacturerFile& file)
     const std::string* const time = findMember<std::string>(root, timePlace);
     file.lastModified = time != nullptr ? timeIn(*time, timePlace) : Library::getTimeNow();
     const std::string* const text = findMember<std::string>(root, {{}, defaultTextKey});
-    file.defaultText = text != nullptr ? texts.decode(*text) : StringUtils::loadUnicodeString(defaultTextNumber);
+    file.defaultText =
+        text != nullptr ? texts.decode(*text) : StringUtils::loadUnicodeString(Velk::textNumbers::manufacturerCard);
     for (const auto& [key, value] : root)
         if (StringUtils::iStartsWith(key, cardPrefix))
             readCard(key, value, texts, file.cards);

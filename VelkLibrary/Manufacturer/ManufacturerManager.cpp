@@ -9,6 +9,7 @@
 #include <VelkLibrary/Manufacturer/ManufacturerFile.h>
 #include <VelkLibrary/Manufacturer/detail/ServiceUpdate.h>
 #include <VelkLibrary/detail/ModuleStatics.h>
+#include <VelkLibrary/detail/ReportPlaces.h>
 
 #include <algorithm>
 #include <mutex>
@@ -23,10 +24,6 @@ using Library::ManufacturerUpdateOutcome;
 using Library::detail::manufacturerManagerMutex;
 
 namespace {
-
-constexpr const char* managerSource = "Manufacturer/ManufacturerManager";
-constexpr std::size_t uncheckedDataLine = 229;
-constexpr std::size_t unwritableDataLine = 244;
 
 // Makes its folder when that is missing.
 fileString dataFile()
@@ -139,7 +136,7 @@ void ManufacturerManager::checkWriteDataFile()
     const fileString path = dataFile();
     const bool writable = FileUtils::pathExists(path) ? FileUtils::canReplaceFile(path) : FileUtils::canWriteFile(path);
     if (!writable)
-        Library::detail::reportUnwritable(path, managerSource, uncheckedDataLine);
+        Library::detail::reportUnwritable(path, Library::detail::places::manufacturerFileCheck);
 }
 
 bool ManufacturerManager::changeManufacturerDataPath(const fileString& folder)
@@ -160,7 +157,7 @@ DataFileResult ManufacturerManager::writeDataFile() const
         const fileString path = dataFile();
         DataFileResult writing = file_.write(path);
         if (writing.fault == DataFileFault::MayNotBeReplaced)
-            Library::detail::reportUnwritable(path, managerSource, unwritableDataLine);
+            Library::detail::reportUnwritable(path, Library::detail::places::manufacturerFileWrite);
         return writing;
     } catch (...) {  // out of memory: the old file stays
         return {DataFileFault::NotWritten, {}, {}};

@@ -5,12 +5,12 @@
 
 #include <VelkCommon/Files/fileString.h>
 #include <VelkCommon/Json/json_writer.h>
+#include <VelkCommon/Reporting/ReportPlace.h>
 #include <VelkLibrary/Data/DataFileResult.h>
 #include <VelkLibrary/JsonReader.h>
 
 #include <boost/any.hpp>
 
-#include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -87,7 +87,7 @@ DataFileResult readDataFile(const fileString& path, const std::function<void(con
 /// throw `std::bad_alloc`, which leaves the file as it was.
 DataFileResult writeDataFile(const fileString& path, const std::function<json_writer::Object()>& document);
 
-/// Tells the user that the file at `path` cannot be written, on behalf of this line of `sourceFile`.
-void reportUnwritable(const fileString& path, const char* sourceFile, std::size_t line);
+/// Tells the user that the file at `path` cannot be written, on behalf of `place`.
+void reportUnwritable(const fileString& path, const Velk::ReportPlace& place);
 
 }  // namespace Library::detail
