@@ -62,8 +62,8 @@ struct Library
 
     void removeParts() const
     {
-        FileUtils::removePath(database, 0);
-        FileUtils::removePath(others, 0);
+        FileUtils::removePath(database, FileUtils::noFlags);
+        FileUtils::removePath(others, FileUtils::noFlags);
     }
 
     fileString archive;
@@ -236,7 +236,7 @@ private:
         add("2.7 GB database, most memory", costs.own.memory, 128, 64, "MiB");
         add("2.7 GB database, wrong results", right ? 0 : 1, 0, 0, "");
         library.removeParts();
-        FileUtils::removePath(library.archive, 0);
+        FileUtils::removePath(library.archive, FileUtils::noFlags);
     }
 
     void zip64()

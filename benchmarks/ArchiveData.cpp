@@ -32,7 +32,7 @@ std::string someText(const fileString& source, std::size_t size)
 {
     std::string text;
     for (const fileString& name : ZipUtils::getFilenamesInArchive(source))
-        if (name.extension() == fileString(std::string(".obj")) && text.size() < size)
+        if (name.hasExtension(".obj") && text.size() < size)
             ZipUtils::writeFileDataFromArchive(
                 source + fileString(ZipUtils::getDelimiter()) + name,
                 [&](std::vector<unsigned char>& bytes) { text.append(bytes.begin(), bytes.end()); });
@@ -267,9 +267,9 @@ void packLargeEntry(const fileString& target, std::uint64_t bytes, int count)
     }
     zip.finish(crc, size);
     copyInto(large, target);
-    FileUtils::removePath(large, 0);
+    FileUtils::removePath(large, FileUtils::noFlags);
     copyInto(small, target);
-    FileUtils::removePath(small, 0);
+    FileUtils::removePath(small, FileUtils::noFlags);
 }
 
 }  // namespace bench

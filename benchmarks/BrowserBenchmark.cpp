@@ -11,6 +11,7 @@
 #include "host/catalog/CatalogFile.h"
 #include "host/support/InstallHost.h"
 #include "host/support/QtText.h"
+#include "support/EventLoopLimit.h"
 
 #include <VelkCommon/HostServices.h>
 
@@ -128,6 +129,7 @@ public:
     template <typename Ready>
     void wait(Ready ready)
     {
+        const test::EventLoopLimit limit("the window does not get ready");
         while (!painted_ || !ready()) {
             painted_ = false;
             loop_.exec();
@@ -174,8 +176,11 @@ bool runBrowser(const std::string& home, Findings& findings)
     window.readLibraries();
     tree.wait([&] { return window.model().rowCount() > 0; });
     findings.firstTree = millisecondsSince(begin);
-    while (!complete)
-        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    {
+        const test::EventLoopLimit limit("the window does not get ready");
+        while (!complete)
+            QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
 
     VelkHost::SearchPane& search = *window.searchPane();
     auto* const box = window.findChild<QLineEdit*>(QStringLiteral("searchBox"));

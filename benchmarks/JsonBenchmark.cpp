@@ -4,6 +4,7 @@
 #include "JsonPeers.h"
 #include "LibraryNames.h"
 #include "Measures.h"
+#include "support/SmallStack.h"
 
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/HostServices.h>
@@ -13,8 +14,6 @@
 #include <VelkLibrary/JsonReader.h>
 #include <VelkLibrary/LibraryFilterManager.h>
 #include <VelkLibrary/Manufacturer/ManufacturerManager.h>
-
-#include <QThread>
 
 #include <boost/date_time/posix_time/posix_time_types.hpp>
 
@@ -244,7 +243,7 @@ void measureDepth(std::vector<Measure>& table)
 {
     constexpr unsigned smallStack = 1U << 20;
     double time = noLimit;
-    QThread* const thread = QThread::create([&time] {
+    test::onSmallStack(smallStack, [&time] {
         const std::string text(1'000'000, '[');
         for (int round = 0; round < rounds; ++round) {
             const double begin = milliseconds();
@@ -253,10 +252,6 @@ void measureDepth(std::vector<Measure>& table)
             time = std::min(time, milliseconds() - begin);
         }
     });
-    thread->setStackSize(smallStack);
-    thread->start();
-    thread->wait();
-    delete thread;
     table.push_back({"refusal of a million '[' on a 1 MiB stack", time, 10, 1, false, "ms"});
 }
 

@@ -6,12 +6,14 @@
 #include "Measures.h"
 #include "UpdateReceiver.h"
 #include "support/ScriptedServer.h"
+#include "support/Threads.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/SHA1.h>
 #include <VelkCommon/HostServices.h>
 #include <VelkCommon/Network/Curl.h>
 #include <VelkLibrary/LibraryCatalogUpdater.h>
+#include <VelkLibrary/Update/CatalogHashFile.h>
 #include <VelkLibrary/UpdateData.h>
 
 #include <QCoreApplication>
@@ -29,7 +31,6 @@
 #include <set>
 #include <stdexcept>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace {
@@ -106,12 +107,12 @@ public:
     /// Updates all catalogs, after forgetting what earlier updates learned. Throws if it does not end as it should.
     void update(const std::string& service, std::int32_t outcome, int installed = 0) const
     {
-        FileUtils::removePath(services_.folders.coreLibraryDatabase / fileString(std::string("catalog_hash.txt")), 0);
+        FileUtils::removePath(LibraryCatalogUpdate::catalogHashFile(LibraryCatalogUpdate::CoreCatalogs),
+                              FileUtils::noFlags);
         bench::UpdateReceiver receiver;
         LibraryCatalogUpdate::LibraryCatalogUpdater updater(receiver, catalogs_, {}, {}, "planner", "12", service,
                                                             false);
-        std::thread worker([&updater] { updater(); });
-        worker.join();
+        test::Thread([&updater] { updater(); }).join();
         QCoreApplication::processEvents();
         if (receiver.outcome != outcome || receiver.installed != installed)
             throw std::runtime_error("the update did not end as it should");

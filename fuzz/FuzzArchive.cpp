@@ -95,6 +95,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     // Copied into itself, every entry is replaced by an equal one.
     fuzz::check(copy(output, output) == copied, "a copy can be copied");
     fuzz::check(ZipUtils::getFilenamesInArchive(output) == result, "replacing keeps the order");
-    FileUtils::removePath(output, 0);
+    FileUtils::removePath(output, FileUtils::noFlags);
     return 0;
 }

@@ -15,11 +15,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using namespace LibraryCatalogUpdate;
     const std::string text(reinterpret_cast<const char*>(data), size);
     for (const fileString& name : detail::parseCoreIndex(text)) {
-        fuzz::check(Library::detail::isPlainFileName(name.utf8()), "the name is plain");
+        fuzz::check(Library::isPlainFileName(name.utf8()), "the name is plain");
         fuzz::check(isSupportedCatalogFile(name), "the file is of a kind that updates know");
     }
     CatalogRecord record;
     applyHeaderResponse(record, text, 200);
-    fuzz::check(!Library::detail::holdsControlCharacter(record.remoteHash), "the tag fits into a line");
+    fuzz::check(!Library::holdsControlCharacter(record.remoteHash), "the tag fits into a line");
     return 0;
 }

@@ -8,18 +8,13 @@
 
 #include <algorithm>
 #include <array>
-#include <string>
 
-namespace Library {
-
-bool isSafeLogoName(const fileString& name)
+bool Library::isSafeLogoName(const fileString& name)
 {
     const std::array<fileString, 5> ownFiles{
         detail::manufacturerDataFileName, detail::manufacturerDataTemporaryFileName, detail::catalogHashFileName,
         std::u32string(detail::filterFileName), ErrorLog::file().stemWithExtension()};
     const auto lowered = StringUtils::toLowerUtf8(name.utf8());
     const auto isName = [&](const fileString& own) { return StringUtils::toLowerUtf8(own.utf8()) == lowered; };
-    return detail::isPlainFileName(name.utf8()) && std::none_of(ownFiles.begin(), ownFiles.end(), isName);
+    return isPlainFileName(name.utf8()) && std::none_of(ownFiles.begin(), ownFiles.end(), isName);
 }
-
-}  // namespace Library

@@ -1,18 +1,26 @@
 #include "host/command/CommandLine.h"
 
+#include "host/command/CatalogCommand.h"
+#include "host/command/FilterCommand.h"
+#include "host/command/ManufacturerCommand.h"
+#include "host/command/PublishCommand.h"
+#include "host/command/SearchCommand.h"
+#include "host/command/ServeCommand.h"
+#include "host/command/TexturesCommand.h"
+#include "host/command/TourCommand.h"
+#include "host/command/UnpackCommand.h"
+#include "host/command/UpdateCommand.h"
 #include "host/support/ExitCode.h"
+#include "host/support/ParserArguments.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <exception>
-#include <iterator>
 #include <new>
 
 namespace VelkHost {
 namespace {
-
-constexpr char disguise = '\x01';
 
 constexpr const char* description = "velk - searches libraries of architectural content, and makes them";
 
@@ -39,12 +47,6 @@ void describe(CLI::App& app)
     app.allow_windows_style_options(false);
 }
 
-std::string toParser(const std::string& argument)
-{
-    const bool disguised = argument.starts_with('[') || argument.starts_with('%') || argument.starts_with(disguise);
-    return disguised ? disguise + argument : argument;
-}
-
 /// What a wrong command line deserves: the reason, and where help is.
 int reportUsage(const CLI::App& app, const CLI::ParseError& error, Output& output)
 {
@@ -54,7 +56,7 @@ int reportUsage(const CLI::App& app, const CLI::ParseError& error, Output& outpu
         command += " " + sub->get_name();
     }
     output.error(error.what(),
-                 "See \"" + command + " --help\". A search text that begins with \"-\" goes behind \"--\".");
+                 "See \"" + command + " --help\". A search text that begins with \"-\" goes after \"--\".");
     return static_cast<int>(ExitCode::Usage);
 }
 
@@ -98,10 +100,8 @@ int run(const std::vector<std::string>& arguments, Output& output)
     if (!arguments.front().starts_with('-') && !isCommand(app, arguments.front()))
         return reportUnknownCommand(app, arguments.front(), output);
     try {
-        // The parser takes its arguments from the back.
-        std::vector<std::string> reversed;
-        std::transform(arguments.rbegin(), arguments.rend(), std::back_inserter(reversed), toParser);
-        app.parse(reversed);
+        std::vector<std::string> disguised = toParser(arguments);
+        app.parse(disguised);
     } catch (const CLI::CallForHelp&) {
         const CLI::App* asked = &app;
         while (!asked->get_subcommands().empty())
@@ -115,11 +115,6 @@ int run(const std::vector<std::string>& arguments, Output& output)
 }
 
 }  // namespace
-
-std::string fromParser(const std::string& argument)
-{
-    return argument.starts_with(disguise) ? argument.substr(1) : argument;
-}
 
 int runVelk(const std::vector<std::string>& arguments, Output& output) noexcept
 {

@@ -1,8 +1,12 @@
+#include "host/command/ManufacturerCommand.h"
+
 #include "host/command/DataCommand.h"
 #include "host/command/ManufacturerReport.h"
+#include "host/installation/DataError.h"
 #include "host/installation/ManufacturerRefresh.h"
 #include "host/installation/Manufacturers.h"
 #include "host/support/DisplayText.h"
+#include "host/support/ParserArguments.h"
 
 #include <VelkCommon/Network/Curl.h>
 #include <VelkCommon/Text/StringConvert.h>
@@ -23,11 +27,11 @@ constexpr const char* manufacturerExamples = R"(Examples:
   velk manufacturer check
 
 "default" as phone, fax or e-mail stands for the default text. A logo is named by its
-file, which lies beside the data file. An update takes the service's data when they
-are newer than what is here; what the service does not have is dropped then.
+file, which is kept beside the data file. An update takes the service's data when it
+is newer than the installation's, and then drops what the service does not have.
 
 Exit codes: 0 done, 1 the check found something, 2 wrong command line, 5 the output
-cannot be written, 6 the update failed or a logo did not come, 9 there is no such
+cannot be written, 6 the update failed or a logo is missing, 9 there is no such
 manufacturer, or the data file is damaged or cannot be written.)";
 
 struct ManufacturerArguments
@@ -89,7 +93,7 @@ ExitCode editCards(const ManufacturerArguments& arguments, Output& output)
         editFields(arguments, output);
     if (arguments.defaultText)
         output.write(editDefaultText(*arguments.defaultText) ? "Changed the default text.\n"
-                                                             : "The default text is this already.\n");
+                                                             : "This is the default text already.\n");
     return ExitCode::Success;
 }
 
@@ -166,7 +170,7 @@ void addEditOptions(CLI::App& command, ManufacturerArguments& arguments)
     command
         .add_option_function<std::string>(
             "--default-text", [&arguments](const std::string& value) { arguments.defaultText = fromParser(value); },
-            "What is shown for \"default\" (goes without ID)")
+            "What is shown for \"default\" (without an ID)")
         ->type_name("TEXT");
 }
 
@@ -182,7 +186,7 @@ void addManufacturerCommand(CLI::App& app, Output& output, Action& action)
     const auto lists = commands.add("list", "Show all manufacturers", listCards);
     addFormatOption(lists.command, lists.arguments.format);
 
-    const auto shows = commands.add("show", "Show all about a manufacturer", showCard);
+    const auto shows = commands.add("show", "Show everything about a manufacturer", showCard);
     addIdOption(shows.command, shows.arguments).required();
     addFormatOption(shows.command, shows.arguments.format);
 

@@ -22,7 +22,7 @@ std::string narrow(const std::u32string& text)
     return StringConvert::toStdUtf8String(text);
 }
 
-/// "2026-03-01T14:05:59Z"; empty for what is no time.
+/// "2026-03-01T14:05:59Z"; empty for a time that is not set.
 std::string timeText(const boost::posix_time::ptime& time)
 {
     return time.is_special() ? std::string() : boost::posix_time::to_iso_extended_string(time) + "Z";
@@ -79,7 +79,7 @@ std::string whatText(const CardChange& change)
     for (const std::string& field : change.what)
         text += (text.empty() ? "" : ", ") + (field == "image" ? "logo image" : field);
     if (change.logoMissing)
-        text += std::string(text.empty() ? "" : "; ") + "its logo did not come";
+        text += std::string(text.empty() ? "" : "; ") + "its logo could not be fetched";
     return text;
 }
 
@@ -99,7 +99,7 @@ std::string refreshSum(const ManufacturerRefresh& refresh)
     if (refresh.defaultTextChanged)
         text += "; another default text";
     if (refresh.missingLogos > 0)
-        text += "; " + counted(refresh.missingLogos, "logo") + " did not come";
+        text += "; " + counted(refresh.missingLogos, "logo") + " could not be fetched";
     return text + ".\n";
 }
 

@@ -1,10 +1,10 @@
 #include "host/installation/Filters.h"
 
-#include "host/catalog/CatalogError.h"
-#include "host/catalog/CatalogFolder.h"
-#include "host/catalog/SourceFile.h"
 #include "host/installation/DataError.h"
 #include "host/support/DisplayText.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
+#include "host/support/WholeFile.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/PathUtils.h>
@@ -20,9 +20,9 @@ namespace {
 
 using Library::DataFileFault;
 
-constexpr std::size_t filterFileBytes = std::size_t{128} << 20;  // what the library reads
+constexpr std::size_t filterFileBytes = std::size_t{128} << 20;  // the longest file that the module reads
 
-/// The manager takes a file that it cannot read for one with fewer filters, and would write over it: so the file
+/// The manager treats a file that it cannot read as one with fewer filters, and would write over it: so the file
 /// is read as a value first.
 FilterFile readFilterFile(const fileString& path, const Reason& ifDamaged)
 {
@@ -30,11 +30,11 @@ FilterFile readFilterFile(const fileString& path, const Reason& ifDamaged)
     FilterFile file;
     const DataFileFault fault = file.read(path).fault;
     if (fault == DataFileFault::Unreadable)
-        throw CatalogError(path, "cannot be read");
+        throw FileError(path, "cannot be read");
     if (fault == DataFileFault::NotAnObject)
-        throw CatalogError(path, "is no filter file; mend it, or move it away");
+        throw FileError(path, "is not a filter file; repair it, or move it away");
     if (fault == DataFileFault::WrongMember)
-        throw CatalogError(path, ifDamaged);
+        throw FileError(path, ifDamaged);
     return file;
 }
 
@@ -47,7 +47,7 @@ fileString installedFile()
 FilterFile readInstalled()
 {
     const fileString path = installedFile();
-    return path.pathExists() ? readFilterFile(path, "is damaged; mend it, or move it away") : FilterFile();
+    return path.pathExists() ? readFilterFile(path, "is damaged; repair it, or move it away") : FilterFile();
 }
 
 LibraryFilterManager& adopt(const FilterFile& file)
@@ -58,23 +58,23 @@ LibraryFilterManager& adopt(const FilterFile& file)
     return manager;
 }
 
-/// Whoever reads the file next finds its filters in reverse; this way they keep their order from one change to the
-/// next.
+/// Reading a file turns the order of its filters round; they are written in reverse, so the order lasts from one
+/// change to the next.
 FilterFile asWritten(FilterFile file)
 {
     std::reverse(file.filters.begin(), file.filters.end());
     return file;
 }
 
-/// Without a filter there is no file either.
+/// The last filter takes the file with it: without filters there is no file.
 void removeInstalled()
 {
     const fileString path = installedFile();
     if (path.pathExists() && !FileUtils::removePath(path, FileUtils::overrideReadOnly))
-        throw CatalogError(path, "cannot be removed, and would bring the filters back");
+        throw FileError(path, "cannot be removed; left there, it would bring the filters back");
 }
 
-/// Writes the installation's filters; only then the manager has them, too.
+/// Writes the installation's filters, and only then gives them to the manager.
 void save(const FilterFile& file)
 {
     if (file.filters.empty()) {
@@ -82,7 +82,7 @@ void save(const FilterFile& file)
     } else {
         makeFolder(PathUtils::getObject().getCoreLibraryDatabasePath());
         if (!asWritten(file).write(installedFile()))
-            throw CatalogError(installedFile(), "the filters could not be saved");
+            throw FileError(installedFile(), "the filters could not be saved");
     }
     adopt(file);
 }

@@ -1,9 +1,9 @@
 #include "host/installation/ManufacturerRefresh.h"
 
-#include "host/catalog/CatalogError.h"
 #include "host/installation/DataError.h"
 #include "host/installation/DataFileReason.h"
 #include "host/installation/Manufacturers.h"
+#include "host/support/FileError.h"
 
 #include <VelkCommon/Network/Curl.h>
 #include <VelkCommon/Text/StringConvert.h>
@@ -47,7 +47,7 @@ CardChange cardChange(const ManufacturerChange& change, const ManufacturerFile& 
     return told;
 }
 
-/// Of cards that are as they were nobody needs to be told.
+/// Cards that did not change are left out.
 std::vector<CardChange> cardChanges(const ManufacturerUpdate& update, const ManufacturerFile& before)
 {
     std::vector<CardChange> changes;
@@ -70,7 +70,7 @@ void requireDone(const ManufacturerUpdate& update, const std::string& dataUrl)
             throw DataError(Reason("%1: %2", {dataUrl, reasonOf(update.reading)}));
         case NotWritten:
             ManufacturerManager::cleanup();  // what it holds is not what the file holds
-            throw CatalogError(manufacturerFile(), "cannot be written; the cards are as they were");
+            throw FileError(manufacturerFile(), "cannot be written; the cards are as they were");
         default:
             return;
     }

@@ -1,8 +1,8 @@
 #include "host/installation/Manufacturers.h"
 
-#include "host/catalog/CatalogError.h"
 #include "host/installation/DataError.h"
 #include "host/installation/DataFileReason.h"
+#include "host/support/FileError.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/PathUtils.h>
@@ -44,8 +44,8 @@ void requireLogoName(const Manufacturer& card)
 {
     const fileString logo = card.getManufacturerLogoName();
     if (!logo.empty() && !Library::isSafeLogoName(logo))
-        throw DataError({"\"%1\" is no plain file name for a logo", {logo.utf8()}},
-                        "The logo itself belongs into " + PathUtils::getObject().getManufacturerDataPath().utf8());
+        throw DataError({"\"%1\" is not a plain file name for a logo", {logo.utf8()}},
+                        "The logo itself belongs in " + PathUtils::getObject().getManufacturerDataPath().utf8());
 }
 
 /// What is wrong with one card.
@@ -78,7 +78,7 @@ private:
         if (logo.empty() || card.isDeleted())
             return;
         if (!Library::isSafeLogoName(logo))
-            add("names the logo \"" + logo.utf8() + "\", which is no plain file name");
+            add("names the logo \"" + logo.utf8() + "\", which is not a plain file name");
         else if (!hasLogoFile(card))
             add("names the logo \"" + logo.utf8() + "\", which is not there");
     }
@@ -130,13 +130,13 @@ fileString manufacturerFile()
     return PathUtils::getObject().getManufacturerDataPath() / U"manufacturer_data.json";
 }
 
-// The library's manager takes an unreadable file for one without cards, and would write over it.
+// The module's manager treats an unreadable file as one without cards, and would write over it.
 ManufacturerFile installedManufacturers()
 {
     ManufacturerFile file;
     const Library::DataFileResult reading = file.read(manufacturerFile());
     if (!reading && reading.fault != Library::DataFileFault::Missing)
-        throw CatalogError(manufacturerFile(), {"%1; mend it, or move it away", {reasonOf(reading)}});
+        throw FileError(manufacturerFile(), {"%1; repair it, or move it away", {reasonOf(reading)}});
     return file;
 }
 
@@ -145,7 +145,7 @@ void saveManufacturers(ManufacturerFile file, const ManufacturerFile& before)
     ManufacturerFile::stampChanges(file.cards, before.cards);
     FileUtils::createDirectoriesWithPerm(PathUtils::getObject().getManufacturerDataPath());
     if (!file.write(manufacturerFile()))
-        throw CatalogError(manufacturerFile(), "cannot be written; the cards are as they were");
+        throw FileError(manufacturerFile(), "cannot be written; the cards are as they were");
     ManufacturerManager::cleanup();  // it reads the file anew when it is next asked for
 }
 
@@ -154,7 +154,7 @@ const Manufacturer& cardWithId(const ManufacturerFile& file, long id)
     const auto found = file.cards.find(id);
     if (found == file.cards.end())
         throw DataError({"there is no manufacturer %1", {std::to_string(id)}},
-                        "\"velk manufacturer list\" shows those that there are.");
+                        "\"velk manufacturer list\" shows all of them.");
     return found->second;
 }
 
@@ -163,9 +163,9 @@ std::vector<std::string> editCard(long id, const CardEdit& edit)
     const ManufacturerFile before = installedManufacturers();
     const bool isThere = before.cards.contains(id);
     if (edit.make && isThere)
-        throw DataError("there is a manufacturer " + std::to_string(id) + " already", "Leave out --new to change it.");
+        throw DataError("there is already a manufacturer " + std::to_string(id), "Leave out --new to change it.");
     if (!edit.make && !isThere)
-        throw DataError({"there is no manufacturer %1", {std::to_string(id)}}, "With --new it is made.");
+        throw DataError({"there is no manufacturer %1", {std::to_string(id)}}, "Add --new to make it.");
     ManufacturerFile after = before;
     Manufacturer& card = after.cards[id];
     const Manufacturer old = card;

@@ -1,11 +1,11 @@
 #include "host/support/InstallHost.h"
 
 #include "host/support/DisplayText.h"
+#include "host/support/Folders.h"
+#include "host/support/System.h"
 
 #include <VelkCommon/HostServices.h>
-#include <VelkCommon/Platform/Platform.h>
 
-#include <QDir>
 #include <QString>
 
 namespace VelkHost {
@@ -27,23 +27,16 @@ std::string_view severityName(error::Severity severity)
 error::Button showMessage(const error::Message& message)
 {
     const std::string text = "velk: " + std::string(severityName(message.trait.severity));
-    Velk::Platform::writeToStandardError(text + printableUtf8(message.formatted()) + "\n");
+    writeToError(text + printableUtf8(message.formatted()) + "\n");
     return error::Button::Ok;
 }
 
 /// Nobody is there to debug, either.
 bool reportAssertion(const Velk::AssertionReport& report)
 {
-    Velk::Platform::writeToStandardError("velk: " + printableUtf8(report.expression) + " (" + report.sourceFile + ":" +
-                                         std::to_string(report.line) + ")\n");
+    writeToError("velk: " + printableUtf8(report.expression) + " (" + report.sourceFile + ":" +
+                 std::to_string(report.line) + ")\n");
     return false;
-}
-
-fileString absolutePath(const fileString& path)
-{
-    if (Velk::Platform::isAbsolute(path.utf8()))
-        return path;
-    return fileString(QDir::currentPath().toStdString()) / path;
 }
 
 Velk::HostFolders foldersBelow(const fileString& home)

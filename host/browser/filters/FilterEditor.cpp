@@ -76,7 +76,7 @@ FilterEditor::FilterEditor(const FilterState& state, const std::map<fileString, 
     list_->setFocus();
 }
 
-// A name that is being edited is handed in when the list ends, which is after everything here.
+// A name that is still being edited arrives when the list is destroyed, which is after everything here.
 FilterEditor::~FilterEditor()
 {
     list_->disconnect(this);

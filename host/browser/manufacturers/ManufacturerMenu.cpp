@@ -62,7 +62,7 @@ void ManufacturerMenu::tellRefresh(const ManufacturerRefresh& refresh)
                    .arg(changesOf(refresh, Kind::Changed))
                    .arg(changesOf(refresh, Kind::Removed));
     if (refresh.missingLogos > 0)
-        text += u' ' + tr("%Ln logo(s) did not come.", nullptr, static_cast<int>(refresh.missingLogos));
+        text += u' ' + tr("%Ln logo(s) could not be fetched.", nullptr, static_cast<int>(refresh.missingLogos));
     Q_EMIT told(text);
 }
 

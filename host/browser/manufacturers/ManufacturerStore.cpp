@@ -1,8 +1,8 @@
 #include "host/browser/manufacturers/ManufacturerStore.h"
 
-#include "host/catalog/SourceFile.h"
 #include "host/installation/DataError.h"
 #include "host/support/QtText.h"
+#include "host/support/WholeFile.h"
 
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Network/Curl.h>
@@ -71,7 +71,7 @@ QImage decodedLogo(const std::string& bytes, const QSize& atMost)
     return fits ? image : image.scaled(atMost, Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }
 
-/// The logo of that name in the data folder, where everybody may write: a link leads elsewhere.
+/// The logo of that name in the data folder. A link is not followed: anybody may write there, and it leads elsewhere.
 QImage readLogo(const std::string& name, const QSize& atMost)
 {
     const Manufacturer card({}, {}, {}, {}, fileString(name), {}, false, {});
@@ -81,7 +81,7 @@ QImage readLogo(const std::string& name, const QSize& atMost)
     if (QFileInfo(qtText(path.utf8())).isSymLink())
         return {};
     QImage image;
-    failureOf([&] { image = decodedLogo(readSourceFile(path, logoBytes), atMost); });
+    failureOf([&] { image = decodedLogo(readWhole(path, logoBytes), atMost); });
     return image;
 }
 
@@ -124,7 +124,7 @@ void ManufacturerStore::refresh(const std::string& service)
     const auto outcome = std::make_shared<ManufacturerRefresh>();
     const auto work = [service, outcome, stop = stop_.get_token()] {
         if (!Curl::downloadable(service))
-            throw DataError(Reason("\"%1\" is no web address", {service}));
+            throw DataError(Reason("\"%1\" is not a web address", {service}));
         const ManufacturerAddresses addresses = manufacturerAddresses(service);
         *outcome = refreshManufacturers(addresses.data, addresses.logos, stop);
     };

@@ -33,7 +33,7 @@ public:
 
     int width() const { return static_cast<int>(line_.naturalTextWidth()) + 1; }
 
-    /// Draws it in the rectangle, faded out where it does not fit.
+    /// Draws the name in the rectangle, faded out where it does not fit.
     void draw(QPainter* painter, const QRect& rect) const
     {
         painter->save();

@@ -1,8 +1,10 @@
 #include <VelkCommon/Files/FileUtils.h>
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/FileSystem.h>
+#include <VelkCommon/Platform/Process.h>
 #include <VelkLibrary/ErrorLog.h>
 
 #include "support/TestHost.h"
+#include "support/Threads.h"
 
 #include <boost/uuid/uuid.hpp>
 #include <boost/uuid/uuid_io.hpp>
@@ -23,7 +25,7 @@ namespace {
 
 using Library::ErrorLog;
 
-// Every insertion gives the log back.
+// Every insertion returns the log.
 static_assert(std::is_same_v<decltype(std::declval<ErrorLog&>() << 'c' << 1 << 1U << 1L << 1UL << 1LL << 1ULL << true),
                              ErrorLog&>);
 static_assert(std::is_same_v<decltype(std::declval<ErrorLog&>()
@@ -65,7 +67,7 @@ std::vector<Record> parse(std::string log)
     std::vector<Record> records;
     for (std::smatch match; !log.empty();) {
         if (!std::regex_search(log, match, head, std::regex_constants::match_continuous)) {
-            ADD_FAILURE() << "no record: " << log.substr(0, 200);
+            ADD_FAILURE() << "not a record: " << log.substr(0, 200);
             return records;
         }
         const auto begin = static_cast<std::size_t>(match.length());
@@ -109,7 +111,7 @@ TEST_F(ErrorLogTest, IsInTheUsersDatabaseFolder)
     auto services = this->services();
     services.folders.userDatabase = folder() / U"other/";
     Velk::installHost(services);
-    EXPECT_EQ(ErrorLog::file(), folder() / U"other/errors.log") << "asked for anew";
+    EXPECT_EQ(ErrorLog::file(), folder() / U"other/errors.log") << "the host is asked again";
 }
 
 TEST_F(ErrorLogTest, ItsNameIsTranslated)
@@ -138,7 +140,7 @@ TEST_F(ErrorLogTest, RecordsAreAppended)
     test::writeFile(path(), "");
     ErrorLog() << "one";
     ErrorLog() << "two";
-    std::thread([] { ErrorLog() << "three"; }).join();
+    test::Thread([] { ErrorLog() << "three"; }).join();
     const auto all = records();
     ASSERT_EQ(all.size(), 3U);
     EXPECT_EQ(all[0].message, "one\n");
@@ -198,7 +200,7 @@ TEST_F(ErrorLogTest, OddNamesAreInsertedAsTheyAre)
     EXPECT_EQ(message(), "/caf\xE9\n");
 }
 
-TEST_F(ErrorLogTest, TextThatIsNoUnicodeIsStillLogged)
+TEST_F(ErrorLogTest, TextThatIsNotUnicodeIsStillLogged)
 {
     ErrorLog() << std::u32string{U'a', char32_t{0xD800}, U'b'};
     EXPECT_EQ(message(),
@@ -235,7 +237,7 @@ TEST_F(ErrorLogTest, UuidsHonourWidthFillAndAdjustment)
     EXPECT_EQ(message(), "[****" + text + "][" + text + "****][****" + text + "][" + text + text + "]\n");
 }
 
-TEST_F(ErrorLogTest, TheGlobalLocaleChangesNoNumber)
+TEST_F(ErrorLogTest, TheGlobalLocaleDoesNotChangeNumbers)
 {
     struct Grouping : std::numpunct<char>
     {
@@ -332,7 +334,7 @@ TEST_F(ErrorLogTest, AHostMayLogWhileItIsAskedForTheName)
     EXPECT_EQ(all[1].message, "text\n");
 }
 
-TEST_F(ErrorLogTest, ItCanBeDestroyedWhileAnExceptionFlies)
+TEST_F(ErrorLogTest, ItCanBeDestroyedWhileAnExceptionIsThrown)
 {
     try {
         ErrorLog log;
@@ -351,16 +353,12 @@ std::string messageOf(char letter, int number)
     return std::string(1, letter) + std::to_string(number) + "\n" + std::string(3000, letter) + "\n";
 }
 
-void logFromThreads(int threads, int messages, char firstLetter)
+void logFromThreads(std::size_t threads, int messages, char firstLetter)
 {
-    std::vector<std::thread> running;
-    for (int i = 0; i < threads; ++i)
-        running.emplace_back([=] {
-            for (int number = 0; number < messages; ++number)
-                ErrorLog() << messageOf(static_cast<char>(firstLetter + i), number);
-        });
-    for (std::thread& thread : running)
-        thread.join();
+    test::onThreads(threads, [=](std::size_t i) {
+        for (int number = 0; number < messages; ++number)
+            ErrorLog() << messageOf(static_cast<char>(firstLetter + static_cast<char>(i)), number);
+    });
 }
 
 void expectAllOnce(const std::vector<Record>& records, int letters, int messages, char firstLetter)
@@ -389,11 +387,8 @@ TEST_F(ErrorLogTest, ThreadsLoseAndMixNothing)
 
 #include "support/Processes.h"
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <csignal>
 
 namespace {
 
@@ -406,12 +401,10 @@ TEST_F(ErrorLogTest, ProcessesLoseAndMixNothing)
     expectAllOnce(records(), 16, 50, 'A');
 }
 
-TEST_F(ErrorLogTest, AFullDiskLosesTheRecordInSilence)
+TEST_F(ErrorLogTest, AFullDiskLosesTheRecordWithoutNotice)
 {
     test::inChild([] {
-        ::signal(SIGXFSZ, SIG_IGN);
-        const struct rlimit limit = {10, 10};
-        ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+        test::limitFileSize(10);
         EXPECT_NO_THROW(ErrorLog() << "lost");
     });
     EXPECT_LE(FileUtils::fileSize(path()), 10);

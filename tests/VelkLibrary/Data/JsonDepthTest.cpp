@@ -1,31 +1,18 @@
 #include <VelkLibrary/JsonReader.h>
 
 #include "JsonTree.h"
+#include "support/SmallStack.h"
 
 #include <gtest/gtest.h>
 
-#include <QThread>
-
-#include <functional>
-
 namespace {
 
-// What a thread has on Windows. Under the address sanitizer a level takes ten times as much.
+// The size of a thread's stack on Windows. Under the address sanitizer a level takes ten times as much stack.
 #if defined(__SANITIZE_ADDRESS__)
 constexpr unsigned smallStack = 8U << 20;
 #else
 constexpr unsigned smallStack = 1U << 20;
 #endif
-
-// Runs `work` on a thread with a small stack: running out of it ends the test program.
-void onSmallStack(const std::function<void()>& work)
-{
-    QThread* const thread = QThread::create(work);
-    thread->setStackSize(smallStack);
-    thread->start();
-    thread->wait();
-    delete thread;
-}
 
 std::string repeated(std::string_view text, int count)
 {
@@ -45,7 +32,7 @@ std::string nestedObjects(int levels)
     return repeated("{\"a\":", levels) + "1" + repeated("}", levels);
 }
 
-// How many arrays and objects lie within each other, along the first of each.
+// How deep arrays and objects are nested, following the first element of each.
 int levelsOf(const test::JsonNode& root)
 {
     int levels = 0;
@@ -62,23 +49,23 @@ int levelsOf(const test::JsonNode& root)
 
 TEST(JsonDepth, AllLevelsUpToTheDeepestAreRead)
 {
-    onSmallStack([] {
+    test::onSmallStack(smallStack, [] {
         EXPECT_EQ(levelsOf(json::read(nestedArrays(512))), 512);
         EXPECT_EQ(levelsOf(json::read(nestedObjects(512))), 512);
         EXPECT_EQ(levelsOf(json::read(repeated("[{\"a\":", 256) + "1" + repeated("}]", 256))), 512);
     });
 }
 
-TEST(JsonDepth, OneLevelMoreIsNoDocument)
+TEST(JsonDepth, OneLevelMoreIsRefused)
 {
-    onSmallStack([] {
+    test::onSmallStack(smallStack, [] {
         EXPECT_TRUE(json::read(nestedArrays(513))->empty());
         EXPECT_TRUE(json::read(nestedObjects(513))->empty());
         EXPECT_TRUE(json::read(repeated("[{\"a\":", 256) + "[]" + repeated("}]", 256))->empty());
     });
 }
 
-TEST(JsonDepth, CountsWhatIsOpenNotWhatThereIs)
+TEST(JsonDepth, CountsOpenBracketsOnly)
 {
     const std::string deep = nestedArrays(511);
     EXPECT_EQ(levelsOf(json::read("[" + deep + "," + deep + "," + deep + "]")), 512);
@@ -93,7 +80,7 @@ TEST(JsonDepth, BracketsInStringsDoNotCount)
 
 TEST(JsonDepth, AMegabyteOfBracketsIsRefused)
 {
-    onSmallStack([] {
+    test::onSmallStack(smallStack, [] {
         EXPECT_TRUE(json::read(repeated("[", 1 << 20))->empty());
         EXPECT_TRUE(json::read(repeated("{\"a\":", 1 << 18))->empty());
         EXPECT_TRUE(json::read(repeated("[{\"a\":", 1 << 18))->empty());
@@ -102,10 +89,10 @@ TEST(JsonDepth, AMegabyteOfBracketsIsRefused)
     });
 }
 
-// What was built before a fault is released level by level as well.
+// A tree that was built before a fault is released level by level, too.
 TEST(JsonDepth, WideAndDeepTreesAreReleased)
 {
-    onSmallStack([] {
+    test::onSmallStack(smallStack, [] {
         std::string text = "[";
         for (int i = 0; i < 50; ++i)
             text += nestedArrays(511) + "," + nestedObjects(511) + ",";

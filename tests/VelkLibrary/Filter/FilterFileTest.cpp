@@ -22,9 +22,9 @@ class FilterFileValue : public test::FilterTest
 protected:
     ~FilterFileValue() override
     {
-        EXPECT_THAT(messages(), IsEmpty()) << "a value tells nobody but its caller";
+        EXPECT_THAT(messages(), IsEmpty()) << "a value reports to its caller only";
         EXPECT_THAT(assertions(), IsEmpty());
-        EXPECT_THAT(filters(), IsEmpty()) << "the manager has no part in it";
+        EXPECT_THAT(filters(), IsEmpty()) << "the manager is not involved";
     }
 
     fileString path() const { return folder() / U"filters.json"; }
@@ -69,7 +69,7 @@ struct FaultCase
     DataFileFault fault;
     const char* member;
     DataFileValue expected;
-    std::vector<std::string> filters;  ///< that were read before the fault
+    std::vector<std::string> filters;  ///< those that were read before the fault
     long current;
 };
 
@@ -78,7 +78,7 @@ void PrintTo(const FaultCase& row, std::ostream* out)
     *out << row.text;
 }
 
-// A filter that is not as it should be, between A and B: B is read before it, A after it.
+// A faulty filter between A and B: B is read before it, A after it.
 std::string withMiddle(const std::string& filter)
 {
     return "{\"Current_Filter\": 7, " + first + ", \"Filter\": " + filter + ", " + last + "}";
@@ -167,7 +167,7 @@ TEST_F(FilterFileValue, SaysThatItCouldNotBeWritten)
     EXPECT_EQ(FilterFile().write(folder() / U"none" / U"filters.json").fault, DataFileFault::NotWritten);
 }
 
-TEST_F(FilterFileValue, WithAnIdThatNoReaderTakesIsNotWritten)
+TEST_F(FilterFileValue, WithAnIdThatNoReaderAcceptsIsNotWritten)
 {
     if constexpr (sizeof(long) > 4) {
         write("old");
@@ -178,7 +178,7 @@ TEST_F(FilterFileValue, WithAnIdThatNoReaderTakesIsNotWritten)
 
 // ---- Merging -------------------------------------------------------------------------------------
 
-TEST_F(FilterFileValue, TakesInWhatItDoesNotHave)
+TEST_F(FilterFileValue, TakesOverWhatItDoesNotHave)
 {
     FilterFile file{2, {{"Baths", 0, {"x"}}, {"Halls", 2, {"y"}}}};
     EXPECT_EQ(file.merge({{"Halls", 7, {"y"}}, {"Baths", 0, {"z"}}, {"Doors", 2, {}}, {"Doors", 5, {}}}), 2U);

@@ -1,6 +1,7 @@
 #include <VelkLibrary/LibraryFilterManager.h>
 
 #include "FilterTest.h"
+#include "support/Numbers.h"
 
 #include <gmock/gmock.h>
 
@@ -99,7 +100,7 @@ const MergeCase merges[] = {
 INSTANTIATE_TEST_SUITE_P(FilterMerge, MergedFilters, testing::ValuesIn(merges),
                          [](const auto& row) { return std::string(row.param.name); });
 
-TEST_F(FilterMerge, IntoNoFileMakesOneWithoutCurrentFilter)
+TEST_F(FilterMerge, IntoAMissingFileMakesOneWithoutCurrentFilter)
 {
     manager().setLibraryFilters({{"A", 7, {"x"}}});
     manager().setCurrentFilterId(7);
@@ -107,10 +108,10 @@ TEST_F(FilterMerge, IntoNoFileMakesOneWithoutCurrentFilter)
     EXPECT_THAT(filters(), ElementsAre("0 A [x]"));
     EXPECT_EQ(manager().getCurrentFilterId(), -1);
     EXPECT_TRUE(target().pathExists());
-    EXPECT_FALSE(filterFile().pathExists()) << "that is another file";
+    EXPECT_FALSE(filterFile().pathExists()) << "the merge writes another file";
 }
 
-TEST_F(FilterMerge, IntoNoDocumentReplacesIt)
+TEST_F(FilterMerge, IntoAFileThatIsNotADocumentReplacesIt)
 {
     test::writeFile(target(), "no JSON");
     manager().setLibraryFilters({{"A", 7, {"x"}}});
@@ -118,14 +119,14 @@ TEST_F(FilterMerge, IntoNoDocumentReplacesIt)
     EXPECT_THAT(filters(), ElementsAre("0 A [x]"));
 }
 
-TEST_F(FilterMerge, GoesOnBehindAFault)
+TEST_F(FilterMerge, GoesOnAfterAFault)
 {
     test::writeFile(target(), "{\"Current_Filter\": 3, \"Filter\": 1, " + filterText("B", 2, "") + "}");
     manager().setLibraryFilters({{"A", 7, {"x"}}});
     EXPECT_TRUE(manager().mergeFilters(target()));
     EXPECT_THAT(filters(), ElementsAre("2 B []", "0 A [x]"));
     EXPECT_EQ(manager().getCurrentFilterId(), 3);
-    expectReport(183, "Error Parsing Library Filter Data File");
+    expectReport(test::reportLine::filtersUnreadable, "Error Parsing Library Filter Data File");
 }
 
 TEST_F(FilterMerge, ThatCannotBeWrittenChangesNothing)
@@ -136,7 +137,7 @@ TEST_F(FilterMerge, ThatCannotBeWrittenChangesNothing)
         manager().mergeFilters(PathUtils::getObject().getTempPath() / std::u32string(U"missing/filters.json")));
     EXPECT_THAT(filters(), ElementsAre("7 A [x]"));
     EXPECT_EQ(manager().getCurrentFilterId(), 7);
-    expectReport(231, "Error Writing Library Filter Data File");
+    expectReport(test::reportLine::filtersNotWritten, "Error Writing Library Filter Data File");
 }
 
 TEST_F(FilterMerge, IntoWhatMayNotBeWrittenChangesNothing)
@@ -148,7 +149,7 @@ TEST_F(FilterMerge, IntoWhatMayNotBeWrittenChangesNothing)
     EXPECT_THAT(filters(), ElementsAre("7 A [x]"));
     EXPECT_EQ(manager().getCurrentFilterId(), 7);
     ASSERT_EQ(messages().size(), 1U);
-    EXPECT_EQ(messages().front().line, 226U);
+    EXPECT_EQ(messages().front().line, test::reportLine::filtersUnwritable);
     EXPECT_EQ(messages().front().text, target().unicodeString());
 }
 
@@ -160,7 +161,7 @@ TEST_F(FilterMerge, LeavesTheForcedFilter)
     EXPECT_THAT(filters(), IsEmpty());
 }
 
-// The same step by step, as slowly as it is described.
+// Does the same step by step, exactly as described, however slow that is.
 std::vector<LibraryFilter> mergedSlowly(std::vector<LibraryFilter> merged, const std::vector<LibraryFilter>& own)
 {
     std::set<long> ids;

@@ -4,6 +4,8 @@
 
 #include "FilterTest.h"
 #include "support/DocumentDeaths.h"
+#include "support/Numbers.h"
+#include "support/OpenModes.h"
 
 #include <gmock/gmock.h>
 
@@ -61,7 +63,7 @@ TEST_F(FilterSafety, AFullDiskLeavesTheOldFile)
     useFilters('n', 500);
     test::expectOldOnFullDisk(filterFile(), oldText, 20'000, [this] {
         manager().saveFilters();
-        expectReport(231, "Error Writing Library Filter Data File");
+        expectReport(test::reportLine::filtersNotWritten, "Error Writing Library Filter Data File");
     });
     test::expectOldOnFullDisk(filterFile(), oldText, 20'000, [] {
         EXPECT_FALSE(manager().mergeFilters(filterFile()));
@@ -85,7 +87,7 @@ TEST_F(FilterSafety, ProcessesThatSaveAtOnceLeaveOneOfTheirFiles)
         [&](const std::string& text) { return text == texts[0] || text == texts[1]; });
 }
 
-// The user may write the file, but not what would take its place.
+// The user may write the file, but may not make the file that would take its place.
 TEST_F(FilterSafety, AFileThatCannotBeReplacedIsReported)
 {
     ASSERT_EQ(::chmod(folder().utf8().c_str(), 0755), 0);
@@ -97,21 +99,21 @@ TEST_F(FilterSafety, AFileThatCannotBeReplacedIsReported)
         test::asOrdinaryUser([this] {
             manager().saveFilters();
             ASSERT_EQ(messages().size(), 1U);
-            EXPECT_EQ(messages().front().id, 272032391);
-            EXPECT_EQ(messages().front().line, 226U);
+            EXPECT_EQ(messages().front().id, test::messageId::fileUnwritable);
+            EXPECT_EQ(messages().front().line, test::reportLine::filtersUnwritable);
         });
         EXPECT_EQ(test::readFile(filterFile()), "{}");
     }
 }
 
-// A file that is written in place, as other programs may do, is waited for.
+// Other programs may write a file in place; readers wait until they are done.
 TEST_F(FilterSafety, AFileThatIsBeingWrittenIsWaitedFor)
 {
     test::Signal holding;
     test::Signal reading;
     const std::string text = "{" + test::filterText("A", 1, "") + "}";
     test::Child writer([&] {
-        LockingFStream file(filterFile(), LockingFStream::out | LockingFStream::binary);
+        LockingFStream file(filterFile(), test::writeBytes);
         holding.send();
         reading.wait();
         file << text;

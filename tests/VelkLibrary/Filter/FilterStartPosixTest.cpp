@@ -1,6 +1,7 @@
 #include <VelkLibrary/LibraryFilterManager.h>
 
 #include "FilterTest.h"
+#include "support/Numbers.h"
 #include "support/Processes.h"
 
 #include <gmock/gmock.h>
@@ -9,8 +10,7 @@
 
 #include <thread>
 
-// What happens at the first use of a process. This program itself never uses the manager: only its
-// children do.
+// What happens at the first use in a process. This program itself never uses the manager; only its children do.
 
 namespace {
 
@@ -76,11 +76,11 @@ TEST_F(FilterStart, ReportsAFault)
         EXPECT_EQ(manager().getCurrentFilterId(), 3);
         EXPECT_TRUE(manager().hasActiveFilter());
         ASSERT_EQ(assertions().size(), 1U);
-        EXPECT_EQ(assertions().front().line, 183U);
+        EXPECT_EQ(assertions().front().line, test::reportLine::filtersUnreadable);
     });
 }
 
-// A host that is told may show something, and with it the filters.
+// A host that is told of a fault may show something, and with it the filters.
 TEST_F(FilterStart, MayBeUsedByAHostThatIsToldOfAFault)
 {
     test::writeFile(filterFile(), R"({"Current_Filter": 3, "Filter": 1})");
@@ -136,8 +136,8 @@ TEST_F(FilterStart, AReadOnlyFileIsReportedAndLeft)
         EXPECT_FALSE(manager().mergeFilters(filterFile()));
         EXPECT_EQ(manager().getCurrentFilterId(), 1);
         ASSERT_EQ(messages().size(), 2U);
-        EXPECT_EQ(messages().front().line, 226U);
-        EXPECT_EQ(messages().front().id, 272032391);
+        EXPECT_EQ(messages().front().line, test::reportLine::filtersUnwritable);
+        EXPECT_EQ(messages().front().id, test::messageId::fileUnwritable);
         EXPECT_THAT(assertions(), IsEmpty());
     });
     EXPECT_EQ(test::readFile(filterFile()), before);
@@ -151,7 +151,7 @@ TEST_F(FilterStart, AFileThatMayNotBeReadIsReported)
     test::asOrdinaryUser([this] {
         EXPECT_THAT(manager().getLibraryFilters(), IsEmpty());
         ASSERT_EQ(assertions().size(), 1U);
-        EXPECT_EQ(assertions().front().line, 183U);
+        EXPECT_EQ(assertions().front().line, test::reportLine::filtersUnreadable);
     });
 }
 

@@ -1,6 +1,7 @@
 #include <VelkLibrary/Manufacturer/ManufacturerManager.h>
 
 #include "ManufacturerTest.h"
+#include "support/Numbers.h"
 
 #include <gmock/gmock.h>
 
@@ -21,7 +22,7 @@ protected:
     {
         Velk::HostServices host = services();
         host.resourceString = [](unsigned int id) -> std::optional<std::u32string> {
-            if (id == 10108)
+            if (id == test::textNumber::manufacturerDefault)
                 return U"Ask the manufacturer";
             return std::nullopt;
         };
@@ -56,7 +57,7 @@ TEST_P(DataFiles, AreReadAs)
     EXPECT_TRUE(messages().empty());
 }
 
-// A card that is not as it should be, behind a good one.
+// A faulty card after a good one.
 std::string with(const std::string& card)
 {
     return std::string("{") + version + R"("Manufacturer_1": {"Id": 1, "Name": "A"}, "Manufacturer_2": )" + card + "}";
@@ -64,7 +65,7 @@ std::string with(const std::string& card)
 
 // clang-format off
 const FileCase files[] = {
-    // No document of cards
+    // Not a document of cards
     {"Empty",          "",                                      "", U""},
     {"NoJson",         "{\"Version\": ",                        "", U""},
     {"Array",          "[{\"Id\": 1}]",                         "", U""},
@@ -98,7 +99,7 @@ const FileCase files[] = {
     {"SameKey",        R"({"Manufacturer_1": {"Id": 1, "Name": "A"}, "Manufacturer_1": {"Id": 2, "Name": "B"}})",
                        "1 A, 2 B", U"Ask the manufacturer"},
     {"SameMember",     R"({"Manufacturer_1": {"Id": 2, "Name": "A", "Id": 1, "Name": "B"}})", "1 B", U"Ask the manufacturer"},
-    // One wrong member spoils the file
+    // One wrong member makes the whole file unreadable
     {"CardIsNumber",   with("2"),                               "", U""},
     {"CardIsArray",    with("[]"),                              "", U""},
     {"CardIsNull",     with("null"),                            "", U""},
@@ -114,7 +115,7 @@ const FileCase files[] = {
     {"DeletedIsText",  with(R"({"Id": 2, "Deleted": "true"})"), "", U""},
     {"DeletedIsNumber", with(R"({"Id": 2, "Deleted": 1})"),     "", U""},
     {"CardTimeIsNumber", with(R"({"Id": 2, "Last_Modified": 1})"), "", U""},
-    {"CardTimeIsNone", with(R"({"Id": 2, "Last_Modified": "yesterday"})"), "", U""},
+    {"CardTimeIsNotATime", with(R"({"Id": 2, "Last_Modified": "yesterday"})"), "", U""},
     {"CardTimeIsInfinite", with(R"({"Id": 2, "Last_Modified": "-infinity"})"), "", U""},
 };
 // clang-format on
@@ -122,7 +123,7 @@ const FileCase files[] = {
 INSTANTIATE_TEST_SUITE_P(Texts, DataFiles, testing::ValuesIn(files),
                          [](const auto& row) { return std::string(row.param.name); });
 
-TEST_F(DataFile, ThatIsAFolderIsNone)
+TEST_F(DataFile, ThatIsAFolderGivesAnEmptyStore)
 {
     std::filesystem::create_directory(dataFile().utf8());
     EXPECT_EQ(namesOf(manager()), "");
@@ -148,7 +149,7 @@ TEST_F(DataFile, MayLeaveOutEverythingButTheId)
     EXPECT_TRUE(manager().manufacturerExists(7));
 }
 
-// A card without a time is written with the text of none, and must not spoil the file.
+// A card without a time is written with the text of not-a-date-time, which must not make the file unreadable.
 TEST_F(DataFile, WithATimelessCardIsReadAgain)
 {
     managerOf(std::string("{") + version + R"("Manufacturer_7": {"Id": 7, "Name": "A"}})");
@@ -159,7 +160,7 @@ TEST_F(DataFile, WithATimelessCardIsReadAgain)
 
 // ---- Encodings -----------------------------------------------------------------------------------
 
-// Every text of a file with these bytes in it.
+// A file that holds these bytes in every text.
 std::string fileWith(const std::string& begin, const std::string& bytes)
 {
     std::string text = "{" + begin + "\"Default_Text\": \"" + bytes + "\", \"Manufacturer_1\": {\"Id\": 1";

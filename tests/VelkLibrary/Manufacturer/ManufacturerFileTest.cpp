@@ -22,9 +22,9 @@ class ManufacturerFileValue : public test::ManufacturerTest
 protected:
     ~ManufacturerFileValue() override
     {
-        EXPECT_THAT(messages(), IsEmpty()) << "a value tells nobody but its caller";
+        EXPECT_THAT(messages(), IsEmpty()) << "a value reports to its caller only";
         EXPECT_THAT(assertions(), IsEmpty());
-        EXPECT_THAT(manager().getManufacturers(), IsEmpty()) << "the manager has no part in it";
+        EXPECT_THAT(manager().getManufacturers(), IsEmpty()) << "the manager is not involved";
     }
 
     fileString path() const { return folder() / U"cards.json"; }
@@ -38,7 +38,7 @@ protected:
     }
 };
 
-/// Holds what no file in these tests does.
+/// Holds cards that no file in these tests has.
 ManufacturerFile usedFile()
 {
     return {{{99, makeCard(U"before")}}, U"before", timeOf("20200101T000000")};
@@ -88,7 +88,7 @@ void PrintTo(const FaultCase& row, std::ostream* out)
     *out << row.text;
 }
 
-// A whole card before one with this member.
+// A good card before one with this member.
 std::string cardWith(const std::string& member)
 {
     return R"({"Version": "42", "Default_Text": "text", "Manufacturer_1": {"Id": 1, "Name": "A"},
@@ -136,7 +136,7 @@ INSTANTIATE_TEST_SUITE_P(Texts, DamagedManufacturerFile, testing::ValuesIn(fault
 
 // ---- Writing -------------------------------------------------------------------------------------
 
-TEST_F(ManufacturerFileValue, IsReadAsItWasWrittenButForTheTime)
+TEST_F(ManufacturerFileValue, IsReadAsItWasWrittenExceptForTheTime)
 {
     const ManufacturerFile written{{{-3, makeCard(U"A")}, {7, makeCard(U"B", U"b.png")}}, U"text", {}};
     const auto before = Library::getTimeNow();
@@ -157,7 +157,7 @@ TEST_F(ManufacturerFileValue, SaysWhyItWasNotWritten)
     EXPECT_EQ(ManufacturerFile().write(path()).fault, DataFileFault::MayNotBeReplaced);
 }
 
-TEST_F(ManufacturerFileValue, WithAnIdThatNoReaderTakesIsNotWritten)
+TEST_F(ManufacturerFileValue, WithAnIdThatNoReaderAcceptsIsNotWritten)
 {
     if constexpr (sizeof(long) > 4) {
         write("old");

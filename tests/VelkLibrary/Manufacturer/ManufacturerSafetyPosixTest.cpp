@@ -3,6 +3,7 @@
 
 #include "ManufacturerTest.h"
 #include "support/DocumentDeaths.h"
+#include "support/Numbers.h"
 
 #include <gmock/gmock.h>
 
@@ -24,7 +25,8 @@ protected:
         manager().saveModifiedManufacturers(cards, U"text");
     }
 
-    // A whole file of cards named by this letter. Its time is that of writing, so texts differ.
+    // A whole file of cards with names from this letter. It holds the time of writing, so whole texts would
+    // differ.
     static bool isFileOf(const std::string& text, char letter, std::size_t cards)
     {
         std::size_t found = 0;
@@ -35,7 +37,7 @@ protected:
     }
 };
 
-// The user may write the file, but not what would take its place.
+// The user may write the file, but may not make the file that would take its place.
 TEST_F(ManufacturerSafety, AFileThatCannotBeReplacedIsReported)
 {
     ASSERT_EQ(::chmod(folder().utf8().c_str(), 0755), 0);
@@ -47,8 +49,8 @@ TEST_F(ManufacturerSafety, AFileThatCannotBeReplacedIsReported)
             ManufacturerManager::checkWriteDataFile();
             save('n', 1);
             ASSERT_EQ(messages().size(), 2U);
-            EXPECT_EQ(messages()[0].line, 229U);
-            EXPECT_EQ(messages()[1].line, 244U);
+            EXPECT_EQ(messages()[0].line, test::reportLine::manufacturersChecked);
+            EXPECT_EQ(messages()[1].line, test::reportLine::manufacturersUnwritable);
         });
         EXPECT_EQ(test::readFile(dataFile()), "{}");
     }
@@ -91,14 +93,14 @@ TEST_F(ManufacturerSafety, AReadOnlyFileIsReportedAndLeft)
         save(U'n', 1);
         ManufacturerManager::checkWriteDataFile();
         ASSERT_EQ(messages().size(), 2U);
-        EXPECT_EQ(messages()[0].line, 244U);
-        EXPECT_EQ(messages()[1].line, 229U);
+        EXPECT_EQ(messages()[0].line, test::reportLine::manufacturersUnwritable);
+        EXPECT_EQ(messages()[1].line, test::reportLine::manufacturersChecked);
         EXPECT_EQ(messages()[1].text, dataFile().unicodeString());
     });
     EXPECT_EQ(test::readFile(dataFile()), before);
 }
 
-// What is written through a link would change a file elsewhere.
+// Writing through a link would change a file elsewhere.
 TEST_F(ManufacturerSafety, ALinkInTheFilesPlaceIsReplaced)
 {
     const fileString elsewhere = folder() / std::u32string(U"elsewhere");

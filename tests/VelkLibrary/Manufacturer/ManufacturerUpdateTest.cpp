@@ -2,6 +2,7 @@
 #include <VelkLibrary/Manufacturer/ManufacturerManager.h>
 
 #include "ManufacturerTest.h"
+#include "support/Numbers.h"
 #include "support/ScriptedServer.h"
 
 #include <gmock/gmock.h>
@@ -126,7 +127,7 @@ TEST_F(Update, AppendsTheNameToTheLogosAddress)
     EXPECT_EQ(server_.requests("/data").front().method, "GET");
 }
 
-// The service takes Windows-1252.
+// The service expects addresses in Windows-1252.
 TEST_F(Update, SendsNamesAsWindows1252)
 {
     publish(dataText(late, {{1, "A", late,
@@ -174,7 +175,7 @@ TEST_F(Update, IsDoneOnce)
     EXPECT_THAT(askedLogos(), ElementsAre("a.png"));
 }
 
-// The own time is that of the file as it was read, not of what was saved since.
+// The service's time is compared with that of the file as it was read, not of what was saved since.
 TEST_F(Update, GoesByTheTimeOfTheFileThatWasRead)
 {
     hold(early, {{1, "Own", early, ""}});
@@ -271,7 +272,7 @@ protected:
         protected_.push_back(path);
     }
 
-    // For JSON.
+    // The name as it is written in JSON.
     static std::string escaped(std::string name)
     {
         for (std::size_t at = name.find('\\'); at != std::string::npos; at = name.find('\\', at + 2))
@@ -375,7 +376,7 @@ TEST_F(FailedUpdate, WithoutAService)
     expectUnchanged();
 }
 
-TEST_F(FailedUpdate, WithWhatIsNoDataFile)
+TEST_F(FailedUpdate, WithWhatIsNotADataFile)
 {
     for (const std::string& text :
          {std::string("<html>Please log in</html>"), std::string(), std::string("[]"), dataText("tomorrow", {}),
@@ -402,7 +403,7 @@ TEST_F(Update, ThatCannotBeWrittenTellsTheUser)
     update();
     EXPECT_EQ(namesOf(manager()), "1 A");
     ASSERT_EQ(messages().size(), 1U);
-    EXPECT_EQ(messages().front().line, 244U);
+    EXPECT_EQ(messages().front().line, test::reportLine::manufacturersUnwritable);
 }
 
 TEST_F(Update, OfAFileFromTheFutureIsTaken)
@@ -413,7 +414,7 @@ TEST_F(Update, OfAFileFromTheFutureIsTaken)
     EXPECT_EQ(namesOf(manager()), "1 Service");
 }
 
-// ---- What an update tells ------------------------------------------------------------------------
+// ---- What an update reports ----------------------------------------------------------------------
 
 using Library::CardChange;
 using Library::LogoChange;
@@ -427,7 +428,7 @@ protected:
     {
         Library::ManufacturerUpdate update =
             manager().updateManufacturers(wide(server_.url("/data")), wide(server_.url("/logo?v=1")));
-        EXPECT_EQ(server_.requests("/data").size(), 1U) << "the data are downloaded once";
+        EXPECT_EQ(server_.requests("/data").size(), 1U) << "the data file is downloaded once";
         EXPECT_FALSE(temporaryFile().pathExists());
         return update;
     }

@@ -1,18 +1,12 @@
 #include "CategorizerCalls.h"
 #include "support/CountedMemory.h"
+#include "support/SmallStack.h"
 
 #include <gtest/gtest.h>
 
 #include <clocale>
-#include <functional>
 #include <locale>
 #include <string>
-
-#ifdef _WIN32
-#include <thread>
-#else
-#include <pthread.h>
-#endif
 
 using namespace test;
 using namespace std::string_literals;
@@ -49,38 +43,19 @@ TEST(Categorizer, IsSmall)
     const Info info = searchFor(U"office chair -red");
     const std::size_t before = allocatedBytes;
     const LibraryResultCategorizer some(info);
-#ifndef _WIN32  // where each module has an operator new of its own
+#ifndef _WIN32  // where each module has its own operator new
     EXPECT_GT(allocatedBytes - before, 0U);
 #endif
-    EXPECT_LT(allocatedBytes - before, 2048U) << "with everything that was needed to build it";
+    EXPECT_LT(allocatedBytes - before, 2048U) << "everything that was needed to build it included";
     EXPECT_EQ(some.categorizeItemResult("office chair"), ItemExactName);
 }
 
-/// Runs `work` in a thread with a stack of 512 KiB, where the system lets one choose.
-void runOnSmallStack(const std::function<void()>& work)
-{
-#ifdef _WIN32
-    std::thread(work).join();
-#else
-    pthread_attr_t attributes;
-    ASSERT_EQ(pthread_attr_init(&attributes), 0);
-    ASSERT_EQ(pthread_attr_setstacksize(&attributes, 512 * 1024), 0);
-    pthread_t thread{};
-    const auto entry = [](void* argument) -> void* {
-        (*static_cast<const std::function<void()>*>(argument))();
-        return nullptr;
-    };
-    ASSERT_EQ(pthread_create(&thread, &attributes, entry, const_cast<std::function<void()>*>(&work)), 0);
-    ASSERT_EQ(pthread_join(thread, nullptr), 0);
-    pthread_attr_destroy(&attributes);
-#endif
-}
-
+constexpr unsigned smallStack = 512 << 10;
 constexpr std::size_t huge = 16 << 20;
 
 TEST(Categorizer, HugeTextsNeedNoStack)
 {
-    runOnSmallStack([] {
+    onSmallStack(smallStack, [] {
         const std::string text = std::string(huge, 'A') + " chair";
         const LibraryResultCategorizer chair(searchFor(U"chair -red"));
         EXPECT_EQ(chair.categorizeItemResult(text, text), ItemContainsWord);
@@ -90,7 +65,7 @@ TEST(Categorizer, HugeTextsNeedNoStack)
 
 TEST(Categorizer, HugeTermsNeedNoStackAndLinearTime)
 {
-    runOnSmallStack([] {
+    onSmallStack(smallStack, [] {
         const std::u32string term = std::u32string(huge / 2, U'a') + U"b" + std::u32string(huge / 2 - 1, U'a');
         const LibraryResultCategorizer huger(searchFor({group({term}, {term + U"x"})}));
         EXPECT_EQ(huger.categorizeItemResult(std::string(huge, 'a')), Invalid);
@@ -102,8 +77,8 @@ TEST(Categorizer, HugeTermsNeedNoStackAndLinearTime)
 
 TEST(Categorizer, ComparesInLinearTime)
 {
-    // Every place of these begins like the term, and the probes are no help: by comparison at every
-    // place each would take hours.
+    // Every place of these texts begins like the term, and the probes do not help: each rating would take hours
+    // if it compared at every place.
     std::u32string term;
     std::string text;
     while (term.size() < (1 << 20))
@@ -118,7 +93,7 @@ TEST(Categorizer, ComparesInLinearTime)
     EXPECT_EQ(same.categorizeItemResult("b" + std::string(8 << 20, 'a')), ItemContainsSequence);
 }
 
-/// Sees every letter but "a" as a blank, and has the rest upside down.
+/// Takes every letter except "a" for a blank, and turns the other classes upside down, too.
 class ContraryCharacters : public std::ctype<char>
 {
 public:
@@ -172,7 +147,7 @@ TEST_F(WithLocale, AnyCharacterClassesGiveTheSameResults)
 
 TEST_F(WithLocale, TheSystemsLocalesGiveTheSameResults)
 {
-    // Which of them a system has differs; the results must not.
+    // Systems have different locales, but the results must be the same.
     for (const char* const name : {"de_DE.ISO-8859-1", "de_DE.iso88591", "tr_TR.UTF-8", "tr_TR.utf8", "C.UTF-8"}) {
         if (std::setlocale(LC_ALL, name) != nullptr)
             std::locale::global(std::locale(name));

@@ -1,8 +1,10 @@
+#include <VelkCommon/Reporting/Assertions.h>
 #include <VelkLibrary/UI/TreeCategoryData.h>
 #include <VelkLibrary/UI/TreeData.h>
 #include <VelkLibrary/UI/TreeFolderData.h>
 #include <VelkLibrary/UI/TreeItemData.h>
 
+#include "support/Numbers.h"
 #include "support/TestHost.h"
 
 #include <gmock/gmock.h>
@@ -28,7 +30,7 @@ static_assert(std::is_same_v<std::underlying_type_t<LibraryCategory>, std::int32
 constexpr LibraryCategory someCategory{7};
 const fileString database(std::u32string(U"/libraries/plants.calib"));
 
-// A node of no kind, to look at what all of them share.
+// A node of no particular kind, to test what all kinds share.
 class PlainNode : public TreeData
 {
 public:
@@ -63,7 +65,7 @@ protected:
             return;
         EXPECT_EQ(assertions()[0].sourceFile, source);
         EXPECT_EQ(assertions()[0].line, line);
-        EXPECT_EQ(assertions()[0].kind, -4);
+        EXPECT_EQ(assertions()[0].kind, Velk::softAssertion);
         EXPECT_EQ(assertions()[0].expression, expression);
     }
 };
@@ -76,7 +78,7 @@ TEST_P(TreeIds, AreThoseOfItemsFromMinusOneOn)
 TEST_P(TreeIds, ACategoryReportsThatOfAnItemAndKeepsIt)
 {
     const TreeCategoryData category(GetParam().id, someCategory, database);
-    expectReport(GetParam().isItemId, "UI/TreeCategoryData", 17, "!isItemId(getId())");
+    expectReport(GetParam().isItemId, "UI/TreeCategoryData", test::reportLine::categoryId, "!isItemId(getId())");
     EXPECT_EQ(category.getId(), GetParam().id);
     EXPECT_EQ(category.getDatabasePath(), database);
     EXPECT_EQ(category.category, someCategory);
@@ -85,7 +87,7 @@ TEST_P(TreeIds, ACategoryReportsThatOfAnItemAndKeepsIt)
 TEST_P(TreeIds, AFolderReportsThatOfAnItemAndKeepsIt)
 {
     const TreeFolderData folder(GetParam().id, database);
-    expectReport(GetParam().isItemId, "UI/TreeFolderData", 15, "!isItemId(getId())");
+    expectReport(GetParam().isItemId, "UI/TreeFolderData", test::reportLine::folderId, "!isItemId(getId())");
     EXPECT_EQ(folder.getId(), GetParam().id);
     EXPECT_EQ(folder.asFolderData(), &folder);
     EXPECT_EQ(static_cast<int>(folder.flags()), 45);
@@ -94,7 +96,7 @@ TEST_P(TreeIds, AFolderReportsThatOfAnItemAndKeepsIt)
 TEST_P(TreeIds, ANamedFolderReportsOnceAndKeepsItsName)
 {
     const TreeFolderData folder(GetParam().id, database, U"Trees");
-    expectReport(GetParam().isItemId, "UI/TreeFolderData", 15, "!isItemId(getId())");
+    expectReport(GetParam().isItemId, "UI/TreeFolderData", test::reportLine::folderId, "!isItemId(getId())");
     EXPECT_EQ(folder.getId(), GetParam().id);
     EXPECT_EQ(folder.getItemName(), U"Trees");
 }
@@ -102,7 +104,7 @@ TEST_P(TreeIds, ANamedFolderReportsOnceAndKeepsItsName)
 TEST_P(TreeIds, AnItemReportsAnotherAndKeepsIt)
 {
     const TreeItemData item(GetParam().id, database, U"Oak");
-    expectReport(!GetParam().isItemId, "UI/TreeItemData", 40, "isItemId(getId())");
+    expectReport(!GetParam().isItemId, "UI/TreeItemData", test::reportLine::itemId, "isItemId(getId())");
     EXPECT_EQ(item.getId(), GetParam().id);
     EXPECT_EQ(item.getItemName(), U"Oak");
 }
@@ -183,7 +185,7 @@ TEST_F(TreeNodes, AreDestroyedThroughTheirBase)
 {
     std::unique_ptr<QStandardItem> item = std::make_unique<TreeItemData>(3, database, std::u32string(100, U'x'));
     static_cast<TreeItemData&>(*item).setSelectionPaneName(std::u32string(100, U'y'));
-    item.reset();  // the address sanitizer looks
+    item.reset();  // the address sanitizer would report a fault
     SUCCEED();
 }
 
@@ -200,7 +202,7 @@ TEST_F(TreeNodes, AreNamedByTheirText)
 
 // ---- Whether they are valid ----------------------------------------------------------------------
 
-TEST_F(TreeNodes, AreValidWhileTheirDatabaseExists)
+TEST_F(TreeNodes, AreValidWhileTheirCatalogFileExists)
 {
     const fileString path = folder() / std::u32string(U"plants.calib");
     const TreeCategoryData category(-2, someCategory, path);

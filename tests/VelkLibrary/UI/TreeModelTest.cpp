@@ -1,7 +1,9 @@
+#include <VelkCommon/Reporting/Assertions.h>
 #include <VelkLibrary/UI/TreeCategoryData.h>
 #include <VelkLibrary/UI/TreeFolderData.h>
 #include <VelkLibrary/UI/TreeItemData.h>
 
+#include "support/Numbers.h"
 #include "support/TestHost.h"
 
 #include <gmock/gmock.h>
@@ -104,7 +106,7 @@ protected:
     QStandardItemModel model_;
 };
 
-TEST_F(TreeModel, NodesOfDifferentDatabasesAreOrderedByNameAlone)
+TEST_F(TreeModel, NodesOfDifferentCatalogFilesAreOrderedByNameAlone)
 {
     const TreeItemData first(1, fileString(std::u32string(U"/z.calib")), U"a");
     const TreeItemData second(1, fileString(std::u32string(U"/a.calib")), U"a");
@@ -147,8 +149,8 @@ TEST_F(TreeModel, AForeignNodeIsReportedAndNotLess)
     EXPECT_FALSE(left < foreign);
     ASSERT_THAT(assertions(), SizeIs(1));
     EXPECT_EQ(assertions()[0].sourceFile, "UI/TreeData");
-    EXPECT_EQ(assertions()[0].line, 78u);
-    EXPECT_EQ(assertions()[0].kind, -4);
+    EXPECT_EQ(assertions()[0].line, test::reportLine::foreignTreeNode);
+    EXPECT_EQ(assertions()[0].kind, Velk::softAssertion);
     EXPECT_EQ(assertions()[0].expression, "rhsTreeData");
 }
 
@@ -161,7 +163,7 @@ TEST_F(TreeModel, AnAssertionsAnswerDoesNotChangeTheResult)
     EXPECT_EQ(makeFolder(U"a", 5)->getId(), 5);
 }
 
-TEST_F(TreeModel, GivesWhatANodeIs)
+TEST_F(TreeModel, TellsWhatANodeIs)
 {
     TreeData* const node = makeFolder(U"Trees", -3).release();
     model_.appendRow(node);

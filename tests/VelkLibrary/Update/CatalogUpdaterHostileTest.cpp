@@ -1,5 +1,6 @@
 #include "VelkLibrary/Update/UpdateTest.h"
 #include "support/SmallDisk.h"
+#include "support/ZipFormat.h"
 
 #include <gmock/gmock.h>
 
@@ -21,7 +22,7 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
 
-// A service that is broken or means harm, or a hand in a folder that everybody may write.
+// A service that is broken or hostile, and hostile files in folders that everybody may write to.
 class UpdaterHostile : public test::UpdateTest
 {
 protected:
@@ -34,7 +35,7 @@ protected:
         test::writeFile(folder() / U"precious.txt", "precious");
     }
 
-    // The header check says that a.calib is new, and this is what comes.
+    // The header check says that a.calib is new, and this reply is its download.
     void deliver(Reply reply)
     {
         answer("a.calib", [reply = std::move(reply)](const test::SeenRequest& request) {
@@ -42,7 +43,7 @@ protected:
         });
     }
 
-    // All files below the folder but those that an update writes.
+    // All files below the folder except those that an update writes.
     std::map<std::string, std::string> otherFiles() const
     {
         std::map<std::string, std::string> files;
@@ -60,7 +61,7 @@ protected:
     {
         const auto before = otherFiles();
         run();
-        EXPECT_EQ(report().outcome, 0);
+        EXPECT_EQ(report().outcome, ErrorsAutomatic);
         EXPECT_THAT(handedOver(), IsEmpty());
         ASSERT_THAT(log(), SizeIs(1));
         EXPECT_THAT(log()[0], StartsWith("Failed To Download File:  a   Reason:  "));
@@ -113,7 +114,7 @@ TEST_F(UpdaterHostile, ALengthBeyondAllDisks)
     expectRefused();
 }
 
-TEST_F(UpdaterHostile, ALengthThatIsNoNumber)
+TEST_F(UpdaterHostile, ALengthThatIsNotANumber)
 {
     Reply reply = Reply::file(databaseBytes('a'), "new");
     reply.length = "-5";
@@ -124,13 +125,13 @@ TEST_F(UpdaterHostile, ALengthThatIsNoNumber)
     receiver().finalEvent();
 }
 
-// It ends when the disk is as full as a download may make it.
+// The download ends when the disk is as full as a download may make it.
 TEST_F(UpdaterHostile, ABodyWithoutEnd)
 {
     deliver(Reply{.body = databaseBytes('a', 100'000), .chunked = true, .endless = true});
     const test::SmallDisk disk(1 << 20, downloads(U"core"));
     expectRefused("Too little space is left on the disk");
-    EXPECT_EQ(report().resultCode, 0x10369189u) << "nobody aborted it";
+    EXPECT_EQ(report().resultCode, NothingRemarkable) << "nobody aborted it";
 }
 
 TEST_F(UpdaterHostile, AnErrorPage)
@@ -169,8 +170,8 @@ TEST_F(UpdaterHostile, ARedirectOfTheEndpointInALoop)
     server.on("/loop", Reply::redirect("/loop"));
     address = server.url("/loop");
     run();
-    EXPECT_EQ(report().outcome, 0);
-    EXPECT_EQ(report().resultCode, 0x1036918Bu);
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
+    EXPECT_EQ(report().resultCode, EndpointUnknown);
     EXPECT_THAT(log(), Contains("Unable to determine api endpoint"));
 }
 
@@ -178,7 +179,7 @@ TEST_F(UpdaterHostile, AHeaderWithoutEnd)
 {
     answer("a.calib", Reply{.raw = "HTTP/1.1 200 OK\r\nX: " + std::string(600'000, 'x') + "\r\n\r\n"});
     run();
-    EXPECT_EQ(report().outcome, 0);
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
     EXPECT_EQ(downloadsOf("a.calib"), 0u);
     EXPECT_EQ(hashFile(coreFolder()), "a.calib:" + sha1("installed") + "\n");
 }
@@ -187,7 +188,7 @@ TEST_F(UpdaterHostile, NoHttpAtAll)
 {
     answer("a.calib", Reply{.raw = std::string("\0\1\2 rubbish\n\n", 13), .ending = Reply::Ending::close});
     run();
-    EXPECT_EQ(report().outcome, 0);
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
     EXPECT_EQ(downloadsOf("a.calib"), 0u);
 }
 
@@ -213,7 +214,7 @@ TEST_F(UpdaterHostile, ATagOfAbsurdLength)
     EXPECT_EQ(test::readFile(coreFolder() / U"a.calib"), "installed");
 }
 
-// Whether it is a catalog only the host can tell, which keeps the installed one when it is not.
+// Only the host can tell whether a download is a catalog file; it keeps the installed one when it is not.
 TEST_F(UpdaterHostile, ALoginPageInsteadOfEverything)
 {
     const std::string page = "<html>" + std::string(3'000, 'p') + "</html>";
@@ -221,7 +222,7 @@ TEST_F(UpdaterHostile, ALoginPageInsteadOfEverything)
         answer(library, Reply{.headers = {{"Content-Type", "text/html"}}, .body = page});
     run();
     EXPECT_EQ(handedOver()["a.calib"], page);
-    EXPECT_EQ(handedOver().count("b.calib"), 0u) << "no archive, so no catalog in it";
+    EXPECT_EQ(handedOver().count("b.calib"), 0u) << "not an archive, so there is no catalog in it";
     EXPECT_EQ(test::readFile(coreFolder() / U"a.calib"), "installed");
     EXPECT_EQ(test::readFile(bonusFolder() / U"b.calib"), "installed");
     EXPECT_EQ(hashFile(coreFolder()), "") << "without a tag nothing vouches for it";
@@ -253,7 +254,7 @@ protected:
                 return good.substr(0, good.size() / 2);
             case 2:
                 return good.substr(good.size() / 2);
-            case 3:  // the database's data
+            case 3:  // the catalog file's data
                 bytes.replace(1'000, 5'000, 5'000, 'x');
                 return bytes;
             case 4:  // the directory at the end
@@ -266,7 +267,7 @@ protected:
                                     {"/tmp/velk-hostile-entry", databaseBytes('y')},
                                     {"..\\..\\precious.txt", databaseBytes('z')}});
             default:  // an archive in which there is nothing
-                return std::string("PK\x05\x06", 4) + std::string(18, '\0') + std::string(2'000, ' ');
+                return std::string(test::zip::signature::end) + std::string(18, '\0') + std::string(2'000, ' ');
         }
     }
 };
@@ -286,8 +287,34 @@ TEST_P(HostileArchive, WritesNothingElsewhere)
 
 INSTANTIATE_TEST_SUITE_P(Archives, HostileArchive, testing::Range(0, 8));
 
+// Without a download folder nothing is fetched and nothing removed, least of all where the program happens to be.
+TEST_F(UpdaterHostile, AnInstanceNameThatMakesNoFolder)
+{
+    const fileString here = folder() / U"here";
+    fs::create_directories((here / U"velk.downloads.core").utf8());
+    for (const char32_t* const name : {U"a.download", U"a.calib", U"velk.downloads.core/a.download"})
+        test::writeFile(here / name, "mine");
+    test::NamedApplication application("../velk");
+    Velk::HostServices host = services();
+    host.application = &application;
+    Velk::installHost(host);
+    const auto before = otherFiles();
+    {
+        const test::CurrentFolder current(here);
+        deliver(Reply::file(databaseBytes('a'), "new"));
+        run();
+    }
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
+    EXPECT_THAT(log(), ElementsAre("Failed To Download File:  a   Reason:  The download folder cannot be made."));
+    EXPECT_EQ(downloadsOf("a.calib"), 0u);
+    EXPECT_EQ(otherFiles(), before);
+    EXPECT_EQ(test::readFile(here / U"velk.downloads.core/a.download"), "mine");
+    EXPECT_THAT(test::listFolder(here), ElementsAre("a.calib", "a.download", "velk.downloads.core"));
+    Velk::installHost(services());
+}
+
 #ifndef _WIN32
-TEST_F(UpdaterHostile, ALinkInPlaceOfADownloadFolder)
+TEST_F(UpdaterHostile, ALinkInsteadOfADownloadFolder)
 {
     const fileString target = folder() / U"elsewhere";
     fs::create_directories(target.utf8());
@@ -295,12 +322,12 @@ TEST_F(UpdaterHostile, ALinkInPlaceOfADownloadFolder)
     fs::create_directory_symlink(target.utf8(), downloads(U"core").utf8());
     deliver(Reply::file(databaseBytes('a'), "new"));
     run();
-    EXPECT_EQ(report().outcome, 2);
+    EXPECT_EQ(report().outcome, Installed);
     EXPECT_THAT(test::listFolder(target), ElementsAre("keep.txt"));
     EXPECT_FALSE(fs::is_symlink(downloads(U"core").utf8()));
 }
 
-TEST_F(UpdaterHostile, ALinkInPlaceOfAHashFile)
+TEST_F(UpdaterHostile, ALinkInsteadOfAHashFile)
 {
     fs::create_symlink((folder() / U"precious.txt").utf8(), (coreFolder() / U"catalog_hash.txt").utf8());
     run();
@@ -323,7 +350,7 @@ TEST_F(UpdaterHostile, ControlsInProductAndVersionAreNotSent)
 {
     product = "planner\r\nX-Evil: 1";
     run();
-    EXPECT_EQ(report().outcome, 0);
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
     for (const test::SeenRequest& request : server.requests())
         EXPECT_FALSE(request.hasHeader("X-Evil"));
     EXPECT_EQ(requests("a.calib", "HEAD").size(), 0u);

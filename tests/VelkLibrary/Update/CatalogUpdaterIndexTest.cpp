@@ -18,7 +18,7 @@ constexpr const char* indexName = "Standard_Core_Content_Index.txt";
 class UpdaterIndex : public test::UpdateTest
 {
 protected:
-    // The libraries that a header request was sent for.
+    // The catalogs that a header request was sent for.
     std::set<std::string> asked() const
     {
         std::set<std::string> names;
@@ -75,31 +75,31 @@ TEST_F(UpdaterIndex, WithoutOneTheInstalledCatalogsAreChecked)
     installCore(U"a.calib", databaseBytes('a'));
     publish("a.calib", databaseBytes('b'));
     run();
-    EXPECT_EQ(report().outcome, 0);
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
     EXPECT_THAT(report().updatedNames, ElementsAre("a"));
     EXPECT_THAT(log(), ElementsAre("Failed to Download Core Library Index File:  " + indexUrl()));
 }
 
-TEST_F(UpdaterIndex, CutShortIsNone)
+TEST_F(UpdaterIndex, CutShortIsIgnored)
 {
     test::Reply cut{.body = "a.calib\nb.calib\n"};
     cut.cutAfter = 8;
     cut.ending = test::Reply::Ending::close;
     answer(indexName, cut);
     run();
-    EXPECT_EQ(report().outcome, 0);
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
     EXPECT_THAT(asked(), IsEmpty());
     EXPECT_THAT(log(), SizeIs(1));
 }
 
-TEST_F(UpdaterIndex, WithoutEndIsNone)
+TEST_F(UpdaterIndex, WithoutEndIsIgnored)
 {
     test::Reply endless{.body = std::string(1000, 'x') + ".calib\n"};
     endless.endless = true;
     endless.withLength = false;
     answer(indexName, endless);
     run();
-    EXPECT_EQ(report().outcome, 0);
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
     EXPECT_THAT(asked(), IsEmpty());
     EXPECT_THAT(log(), SizeIs(1));
 }
@@ -108,7 +108,7 @@ TEST_F(UpdaterIndex, APageInsteadOfItNamesNothing)
 {
     publishIndex("<!DOCTYPE html>\n<html><body>\n<a href=\"x.zip\">Log in</a>\nlogin.zip?<br>\n</body></html>\n");
     run();
-    EXPECT_EQ(report().outcome, 3);
+    EXPECT_EQ(report().outcome, UpToDate);
     EXPECT_THAT(asked(), IsEmpty());
 }
 
@@ -133,7 +133,7 @@ TEST_F(UpdaterIndex, MayBeLong)
     EXPECT_THAT(asked(), SizeIs(300));
     EXPECT_THAT(steps(), Contains("onSetRangeInGauge 300"));
     EXPECT_LE(server.connections(), 9u);
-    EXPECT_EQ(report().outcome, 3);
+    EXPECT_EQ(report().outcome, UpToDate);
 }
 
 }  // namespace

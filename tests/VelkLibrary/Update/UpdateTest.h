@@ -1,11 +1,13 @@
 #pragma once
 
+#include <VelkCommon/Reporting/applicationManager.h>
 #include <VelkLibrary/LibraryCatalogUpdater.h>
 
 #include "VelkLibrary/Update/RecordingReceiver.h"
 #include "support/ScriptedServer.h"
 #include "support/TestHost.h"
 
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <memory>
@@ -20,17 +22,41 @@ namespace test {
 /// The SHA-1 of bytes, as the hash of a file that holds them.
 std::string sha1(const std::string& bytes);
 
-/// Bytes that differ by `seed` and that packing makes hardly shorter.
+/// Bytes that depend on `seed` and hardly shrink when they are packed.
 std::string databaseBytes(char seed, std::size_t size = 5'000);
 
 /// A zip archive of named entries.
 std::string zipOf(const std::vector<std::pair<std::string, std::string>>& entries);
 
+/// A host application that is called so.
+class NamedApplication : public applicationManager
+{
+public:
+    explicit NamedApplication(std::string name) : name_(std::move(name)) {}
+    std::string getInstanceName() const override { return name_; }
+
+private:
+    std::string name_;
+};
+
+/// The process is in that folder, as long as the object lives.
+class CurrentFolder
+{
+public:
+    explicit CurrentFolder(const fileString& folder) { std::filesystem::current_path(folder.utf8()); }
+    ~CurrentFolder() { std::filesystem::current_path(before_); }
+    CurrentFolder(const CurrentFolder&) = delete;
+    CurrentFolder& operator=(const CurrentFolder&) = delete;
+
+private:
+    const std::filesystem::path before_ = std::filesystem::current_path();
+};
+
 /// A run of the update against a content service in this process. The service answers at "/api?key=k" by
 /// the name of the library that is asked for.
 class UpdateTest : public TestHost
 {
-    // Before the server, whose threads use them.
+    // These stand before the server, whose threads use them.
     std::mutex mutex_;
     std::map<std::string, ScriptedServer::Handler> answers_;
 
@@ -48,27 +74,31 @@ protected:
     void installBonus(const std::u32string& name, const std::string& bytes);
     void installManufacturer(const std::u32string& name, const std::string& bytes);
 
-    /// What the service has: a file with its hash as the entity tag, or any answer.
+    /// Sets what the service has: a file with its hash as the entity tag, or any answer.
     void publish(const std::string& library, const std::string& bytes);
     void answer(const std::string& library, Reply reply);
     void answer(const std::string& library, ScriptedServer::Handler handler);
     void publishIndex(const std::string& lines) { publish("Standard_Core_Content_Index.txt", lines); }
 
+    /// Does `work` on the worker whenever it asks the host for that text, as it does right before the step that the
+    /// text is about.
+    void whenAskedForText(unsigned int id, std::function<void()> work);
+
     LibraryCatalogUpdate::LibraryCatalogUpdater makeUpdater(bool manual);
-    /// Makes an updater and runs it to its end. The receiver is a new one.
+    /// Makes an updater with a new receiver and runs it to its end.
     void run(bool manual = false);
-    /// Runs one that was made.
+    /// Runs an updater that was made before.
     void run(LibraryCatalogUpdate::LibraryCatalogUpdater& updater);
-    /// Runs something else on the worker.
+    /// Runs any other work on the worker thread.
     void run(const std::function<void()>& work);
     void destroyReceiver() { receiver_.reset(); }
 
     RecordingReceiver& receiver() { return *receiver_; }
-    /// The calls, without those that depend on how the bytes came in.
+    /// The calls, except those that depend on how the bytes arrived.
     std::vector<std::string> steps() const;
     /// The final report; fails the test when there is none.
     LibraryCatalogUpdate::UpdateData report() const;
-    /// The paths handed over: name of the installed catalog, bytes of the new database.
+    /// The paths handed over: name of the installed catalog, bytes of the new catalog file.
     std::map<std::string, std::string> handedOver() const { return handedOver_; }
 
     /// The messages of the error log, in order.
@@ -76,7 +106,7 @@ protected:
     /// What the service was asked about a library, by method.
     std::vector<SeenRequest> requests(const std::string& library, const std::string& method) const;
     std::size_t downloadsOf(const std::string& library) const { return requests(library, "GET").size(); }
-    /// A hash file's text, without what text mode adds; empty without one.
+    /// The text of a hash file, without what text mode adds; empty when there is no such file.
     std::string hashFile(const fileString& folder) const;
 
     ScriptedServer server;

@@ -85,7 +85,7 @@ void BrowserDrive::getsLibraries()
     QTest::mouseClick(log, Qt::LeftButton);
     ASSERT_EQ(opened.urls.size(), 1);
     EXPECT_THAT(test::readFile(fileString(opened.urls[0].toLocalFile().toStdString())),
-                HasSubstr("what the service sent is no library"));
+                HasSubstr("what the service sent is not a library catalog"));
 }
 
 void BrowserDrive::getsTheDamagedOne()

@@ -1,3 +1,4 @@
+#include "host/fixtures/ExitCodes.h"
 #include "host/fixtures/Fixtures.h"
 #include "host/fixtures/ProgramRun.h"
 
@@ -63,7 +64,7 @@ TEST_F(FilterCommand, MakesFilters)
     EXPECT_EQ(made.exitCode, 0) << made.errors;
     EXPECT_EQ(made.output, "Made the filter \"Kitchens\" with 2 libraries.\n");
     EXPECT_EQ(filter({"add", "Kitchens", "--id", "lib-x", "--id", "lib-y"}).output,
-              "Added 1 library to the filter \"Kitchens\", which has 3 now.\n");
+              "Added 1 library to the filter \"Kitchens\", which now has 3.\n");
     EXPECT_EQ(filter({"list"}).output,
               "  Name      Id  Libraries\n"
               "  Kitchens   1          3\n");
@@ -122,7 +123,7 @@ TEST_F(FilterCommand, PutsAFilterInForce)
                   .toString(),
               QStringLiteral("Baths"));
     const ProgramRun unknown = filter({"current", "baths"});
-    EXPECT_EQ(unknown.exitCode, 9);
+    EXPECT_EQ(unknown.exitCode, test::exitCode::dataFailed);
     EXPECT_EQ(unknown.errors, "velk: there is no filter \"baths\"\nThe filters are:\n  Baths\n");
     EXPECT_EQ(filter({"current"}).output, "Baths\n");
     EXPECT_EQ(filter({"current", "--none"}).output, "No filter\n");
@@ -144,11 +145,11 @@ TEST_F(FilterCommand, RemovesLibrariesAndFilters)
     have({"current", "A"});
     EXPECT_EQ(filter({"remove", "A", "--id", "1", "--id", "3"}).output, "Took 2 libraries out of the filter \"A\".\n");
     const ProgramRun again = filter({"remove", "A", "--id", "2", "--id", "3"});
-    EXPECT_EQ(again.exitCode, 9);
+    EXPECT_EQ(again.exitCode, test::exitCode::dataFailed);
     EXPECT_EQ(again.errors, "velk: the filter \"A\" does not have the library \"3\"\n");
     EXPECT_THAT(filter({"show", "A"}).output, HasSubstr("\n2 ")) << "all or nothing";
     EXPECT_EQ(filter({"remove", "A"}).output, "Removed the filter \"A\"; now no filter is in force.\n");
-    EXPECT_EQ(filter({"remove", "A"}).exitCode, 9);
+    EXPECT_EQ(filter({"remove", "A"}).exitCode, test::exitCode::dataFailed);
     EXPECT_EQ(filter({"remove", "B"}).output, "Removed the filter \"B\".\n");
     EXPECT_FALSE(file().pathExists()) << "the library writes no empty list";
     EXPECT_EQ(filter({"list", "--format", "json"}).exitCode, 0);
@@ -169,7 +170,7 @@ TEST_F(FilterCommand, MergesAnotherFile)
     have({"current", "Doors"});
     const ProgramRun run = filter({"merge", "other.json"});
     EXPECT_EQ(run.exitCode, 0) << run.errors;
-    EXPECT_EQ(run.output, "  Halls\n  Baths 1\n2 filters came from other.json; 1 filter was here already.\n");
+    EXPECT_EQ(run.output, "  Halls\n  Baths 1\n2 filters added from other.json; 1 filter was here already.\n");
     EXPECT_EQ(test::readFile(folder() / U"other.json"), other);
     EXPECT_EQ(filter({"current"}).output, "Doors\n");
     EXPECT_EQ(filter({"list"}).output,
@@ -188,14 +189,14 @@ TEST_F(FilterCommand, MergesIntoAnEmptyInstallation)
     test::writeFile(folder() / U"other.json",
                     R"({"Current_Filter": 7, "Filter": {"Filter_Name": "A", "Filter_Id": 7, "Database_Ids": []}})");
     FileUtils::removeDirectoryAndFiles(folder() / U"home", FileUtils::noFlags);
-    EXPECT_EQ(filter({"merge", "other.json"}).output, "  A\n1 filter came from other.json.\n");
+    EXPECT_EQ(filter({"merge", "other.json"}).output, "  A\n1 filter added from other.json.\n");
     EXPECT_EQ(filter({"current"}).output, "No filter\n");
 }
 
 TEST_F(FilterCommand, MergesNothingFromAFileWithoutFilters)
 {
     test::writeFile(folder() / U"other.json", "{}");
-    EXPECT_EQ(filter({"merge", "other.json"}).output, "0 filters came from other.json.\n");
+    EXPECT_EQ(filter({"merge", "other.json"}).output, "0 filters added from other.json.\n");
     EXPECT_FALSE(file().pathExists());
 }
 
@@ -229,10 +230,10 @@ TEST_P(DamagedFilters, AreLeftAlone)
                                                       {"filter", "current", "--none"},
                                                       {"search", "chair", "--filter", "B"}}) {
         const ProgramRun run = velk(arguments);
-        EXPECT_EQ(run.exitCode, 9) << arguments[1];
+        EXPECT_EQ(run.exitCode, test::exitCode::dataFailed) << arguments[1];
         EXPECT_EQ(run.output, "");
         EXPECT_THAT(run.errors, HasSubstr("velk: " + file().utf8() + ": is "));
-        EXPECT_THAT(run.errors, HasSubstr("mend it, or move it away\n"));
+        EXPECT_THAT(run.errors, HasSubstr("repair it, or move it away\n"));
         EXPECT_EQ(test::readFile(file()), GetParam().text);
     }
     EXPECT_EQ(velk({"search", "chair"}).exitCode, 0) << "without a filter the file plays no part";
@@ -244,7 +245,7 @@ TEST_P(DamagedFilters, AreNotMerged)
     const std::string before = test::readFile(file());
     test::writeFile(folder() / U"other.json", GetParam().text);
     const ProgramRun run = filter({"merge", "other.json"});
-    EXPECT_EQ(run.exitCode, 9);
+    EXPECT_EQ(run.exitCode, test::exitCode::dataFailed);
     EXPECT_THAT(run.errors, HasSubstr("velk: other.json: is "));
     EXPECT_EQ(test::readFile(file()), before);
 }
@@ -257,16 +258,16 @@ TEST_F(FilterCommand, SaysThatNothingWasSaved)
     FileUtils::removeDirectoryAndFiles(core(), FileUtils::noFlags);
     test::writeFile(core(), "a file");
     const ProgramRun run = filter({"add", "A", "--id", "1"});
-    EXPECT_EQ(run.exitCode, 9);
-    EXPECT_THAT(run.errors, HasSubstr("cannot be made a folder"));
-    EXPECT_EQ(filter({"merge", "none.json"}).errors, "velk: none.json: no such file\n");
+    EXPECT_EQ(run.exitCode, test::exitCode::dataFailed);
+    EXPECT_THAT(run.errors, HasSubstr("cannot be created as a folder"));
+    EXPECT_EQ(filter({"merge", "none.json"}).errors, "velk: none.json: does not exist\n");
 }
 
 TEST_F(FilterCommand, NamesTheLibraryThatCannotBeRead)
 {
     const ProgramRun run = filter({"add", "A", "--library", "none.calib"});
-    EXPECT_EQ(run.exitCode, 9);
-    EXPECT_EQ(run.errors, "velk: none.calib: no such file\n");
+    EXPECT_EQ(run.exitCode, test::exitCode::dataFailed);
+    EXPECT_EQ(run.errors, "velk: none.calib: does not exist\n");
     EXPECT_FALSE(file().pathExists());
 }
 
@@ -304,7 +305,7 @@ class WrongFilterUsage : public FilterCommand, public testing::WithParamInterfac
 TEST_P(WrongFilterUsage, IsExplained)
 {
     const ProgramRun run = test::runProgram(folder(), GetParam().arguments);
-    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.exitCode, test::exitCode::usage);
     EXPECT_EQ(run.output, "");
     EXPECT_THAT(run.errors, StartsWith("velk: "));
     EXPECT_THAT(run.errors, HasSubstr(GetParam().errors));
@@ -339,12 +340,12 @@ TEST_F(FilterCommand, SaysWhyAFilterLeavesNothing)
     writeLibrary(folder() / U"b.calib", "lib-b");
     have({"add", "B", "--id", "lib-b"});
     ProgramRun run = velk({"search", "chair", "--filter", "B"});
-    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_EQ(run.exitCode, test::exitCode::brokenLibrary);
     EXPECT_EQ(run.output, "");
     EXPECT_THAT(run.errors, StartsWith("velk: none of these libraries is in the filter \"B\"\n"));
     EXPECT_EQ(velk({"search", "chair", "--filter", "B", "--library", "b.calib"}).exitCode, 0);
     run = velk({"search", "chair", "--filter", "b"});
-    EXPECT_EQ(run.exitCode, 9);
+    EXPECT_EQ(run.exitCode, test::exitCode::dataFailed);
     EXPECT_EQ(run.errors, "velk: there is no filter \"b\"\nThe filters are:\n  B\n");
 }
 

@@ -1,7 +1,7 @@
 #include "host/installation/Filters.h"
 
-#include "host/catalog/CatalogError.h"
 #include "host/fixtures/Fixtures.h"
+#include "host/support/FileError.h"
 
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Reporting/MessagingSystem.h>
@@ -64,7 +64,7 @@ TEST_F(InstalledFilters, AreAsTheyWereWhenAChangeCannotBeSaved)
     LibraryFilterManager& manager = VelkHost::installedFilters();
     std::filesystem::remove(path().utf8());
     std::filesystem::create_directory(path().utf8());
-    EXPECT_THROW(VelkHost::addToFilter("B", {"x"}), VelkHost::CatalogError);
+    EXPECT_THROW(VelkHost::addToFilter("B", {"x"}), VelkHost::FileError);
     EXPECT_THAT(namesOf(manager.getLibraryFilters()), ElementsAre("A"));
 }
 

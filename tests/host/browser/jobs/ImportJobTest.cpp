@@ -3,6 +3,7 @@
 #include "host/browser/filters/KindMenu.h"
 #include "host/browser/filters/ShownLibraries.h"
 #include "host/browser/jobs/InstalledFiles.h"
+#include "support/Eventually.h"
 #include "support/ZipBuilder.h"
 
 #include <VelkCommon/Archive/ZipUtils.h>
@@ -211,7 +212,7 @@ std::vector<BadFile> badFiles()
 {
     const std::string catalog = catalogFileBytes(furnitureCatalog("Chair "));
     const std::string archive = test::ZipBuilder().add("a.calib", catalog).add("oak.png", "oak").bytes();
-    const std::string damaged = "It is no packed library, or it is damaged.";
+    const std::string damaged = "It is not a packed library, or it is damaged.";
     test::ZipItem wrongCrc;
     wrongCrc.name = "a.calib";
     wrongCrc.data = catalog;
@@ -221,12 +222,12 @@ std::vector<BadFile> badFiles()
         {"Text", U"x.calibz", "<html>" + std::string(5'000, 'x'), damaged},
         {"CutOff", U"x.calibz", archive.substr(0, archive.size() - 100), damaged},
         {"WithoutLibrary", U"x.calibz", test::ZipBuilder().add("oak.png", "oak").bytes(),
-         "The library in it is missing or damaged."},
+         "Its catalog file is missing or damaged."},
         {"WrongChecksum", U"x.calibz", test::ZipBuilder().add(wrongCrc).add("oak.png", "oak").bytes(),
-         "The library in it is missing or damaged."},
+         "Its catalog file is missing or damaged."},
         {"NoDatabase", U"x.calibz", test::ZipBuilder().add("a.calib", "no database").add("oak.png", "oak").bytes(),
-         "The library in it cannot be read"},
-        {"CutOffDatabase", U"x.calib", catalog.substr(0, catalog.size() / 2), "The library in it cannot be read"},
+         "Its catalog file is not a library catalog."},
+        {"CutOffDatabase", U"x.calib", catalog.substr(0, catalog.size() / 2), "Its catalog file is damaged: "},
 #ifndef _WIN32  // where no such file can be made
         {"Device", U"con.calibz", archive, "Its name cannot be that of a library."},
         {"Drive", U"c:x.calibz", archive, "Its name cannot be that of a library."},
@@ -274,7 +275,7 @@ TEST_F(ImportJob, LeavesNothingWhenCancelledInTheMiddle)
     import({packed(U"chairs.calibz"), packed(U"tables.calibz")});
     auto* const panel = named<LibraryProgressPanel>("LibraryProgressPanel");
     ASSERT_NE(panel, nullptr);
-    test::waitUntil([panel] {
+    test::eventually([panel] {
         const auto labels = panel->findChildren<QLabel*>();
         return std::any_of(labels.begin(), labels.end(),
                            [](const QLabel* label) { return label->text().startsWith(QStringLiteral("Checking")); });

@@ -6,8 +6,11 @@
 #include "host/browser/language/Translations.h"
 #include "host/browser/manufacturers/ManufacturerEditor.h"
 #include "host/browser/search/SearchPane.h"
-#include "host/catalog/CatalogError.h"
 #include "host/installation/DataError.h"
+#include "host/service/ServiceError.h"
+#include "host/support/FileError.h"
+#include "support/Eventually.h"
+#include "support/Numbers.h"
 
 #include <VelkCommon/Text/StringUtils.h>
 
@@ -29,7 +32,7 @@
 using testing::ElementsAre;
 using testing::HasSubstr;
 using VelkHost::Catalog;
-using VelkHost::CatalogError;
+using VelkHost::FileError;
 using VelkHost::Folder;
 
 namespace {
@@ -67,9 +70,7 @@ protected:
         auto* const box = named<QLineEdit>("searchBox");
         box->clear();
         box->setText(QString::fromLatin1(text));
-        VelkHost::SearchPane& pane = *window().searchPane();
-        test::waitUntil(
-            [&] { return pane.model().outcome() != nullptr && pane.model().outcome()->text == box->text(); });
+        test::eventually([this] { return test::hasSearched(window()); });
     }
 
     /// Without the keys.
@@ -113,7 +114,7 @@ TEST_P(WindowLanguage, IsThatOfMenusAndEmptyState)
     EXPECT_EQ(menuTitles(), GetParam().menus);
     EXPECT_EQ(window().windowTitle().toStdString(), GetParam().title);
     EXPECT_THAT(labelText("emptyState"), HasSubstr(GetParam().emptyState));
-    test::waitUntil([&] { return named<QComboBox>("filterBox")->count() == 1; });
+    test::eventually([&] { return named<QComboBox>("filterBox")->count() == 1; });
     EXPECT_EQ(named<QComboBox>("filterBox")->itemText(0).toStdString(), GetParam().noFilter);
 }
 
@@ -236,11 +237,11 @@ class LanguageTexts : public SpeakingWindow
 TEST_F(LanguageTexts, AreTheLibrarysToo)
 {
     speak("de");
-    EXPECT_EQ(StringUtils::loadString(8709), "%1% wird heruntergeladen");
-    EXPECT_EQ(StringUtils::loadString(8717), "Kataloge werden geprüft");
-    EXPECT_EQ(StringUtils::loadString(4711), "");
+    EXPECT_EQ(StringUtils::loadString(test::textNumber::downloading), "%1% wird heruntergeladen");
+    EXPECT_EQ(StringUtils::loadString(test::textNumber::checking), "Kataloge werden geprüft");
+    EXPECT_EQ(StringUtils::loadString(test::textNumber::unknown), "");
     speak("fr");
-    EXPECT_EQ(StringUtils::loadString(8717), "Vérification des catalogues");
+    EXPECT_EQ(StringUtils::loadString(test::textNumber::checking), "Vérification des catalogues");
 }
 
 TEST_F(LanguageTexts, WriteNumbersAsTheLanguageDoes)
@@ -275,21 +276,27 @@ protected:
 
 TEST_F(ReasonInGerman, HasItsPartsInTheirPlaces)
 {
-    EXPECT_EQ(told(CatalogError(fileString(std::string("/a.calib")),
-                                {"is damaged: it is cut off after %1 of %2 bytes",
-                                 {VelkHost::Reason::amount(1'000), VelkHost::Reason::amount(20'000)}})),
+    EXPECT_EQ(told(FileError(fileString(std::string("/a.calib")),
+                             {"is damaged: it is cut off after %1 of %2 bytes",
+                              {VelkHost::Reason::amount(1'000), VelkHost::Reason::amount(20'000)}})),
               "/a.calib: Die Datei ist beschädigt: Sie bricht nach 1.000 von 20.000 Bytes ab");
+}
+
+TEST_F(ReasonInGerman, NamesTheAddressOfAService)
+{
+    EXPECT_EQ(told(VelkHost::ServiceError("127.0.0.1:80", "cannot be listened on; is another program using the port?")),
+              "127.0.0.1:80: Auf dieser Adresse kann nicht gelauscht werden; benutzt ein anderes Programm den Port?");
 }
 
 TEST_F(ReasonInGerman, TranslatesPartsThatAreReasons)
 {
-    EXPECT_EQ(VelkHost::translated({"%1; mend it, or move it away", {{"is damaged: %1", {"a text is missing"}}}}),
+    EXPECT_EQ(VelkHost::translated({"%1; repair it, or move it away", {{"is damaged: %1", {"a text is missing"}}}}),
               QStringLiteral("Die Datei ist beschädigt: Ein Text fehlt; reparieren oder verschieben Sie die Datei"));
 }
 
 TEST_F(ReasonInGerman, TakesAPartForWhatItIs)
 {
-    EXPECT_EQ(told(VelkHost::DataError(VelkHost::Reason("\"%1\" is no web address", {"%1 %2"}))),
+    EXPECT_EQ(told(VelkHost::DataError(VelkHost::Reason("\"%1\" is not a web address", {"%1 %2"}))),
               "„%1 %2“ ist keine Internetadresse");
 }
 

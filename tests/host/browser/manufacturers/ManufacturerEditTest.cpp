@@ -136,7 +136,7 @@ TEST_F(ManufacturerEditing, StaysOpenWhenItCannotSave)
     accept();
     ASSERT_TRUE(editor_->isVisible());
     const auto* const problem = find<QLabel>("cardProblem", editor_);
-    EXPECT_THAT(problem->text().toStdString(), HasSubstr("\"../acme.png\" is no plain file name for a logo"));
+    EXPECT_THAT(problem->text().toStdString(), HasSubstr("\"../acme.png\" is not a plain file name for a logo"));
     EXPECT_TRUE(problem->isVisible());
     EXPECT_EQ(problem->textFormat(), Qt::PlainText);
     EXPECT_EQ(line("cardLogo")->text(), QStringLiteral("../acme.png")) << "what was entered is not lost";
@@ -237,7 +237,7 @@ TEST_F(ManufacturerRefreshing, RefusesWhatIsNoAddress)
 {
     paneOf(0, {{}, "file:///etc/"});
     refresh();
-    EXPECT_EQ(status().toStdString(), "The manufacturers are as they were: \"file:///etc/\" is no web address");
+    EXPECT_EQ(status().toStdString(), "The manufacturers are as they were: \"file:///etc/\" is not a web address");
 }
 
 TEST_F(ManufacturerRefreshing, CanBeStopped)
