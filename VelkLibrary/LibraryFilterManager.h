@@ -44,7 +44,7 @@ public:
     long getCurrentFilterId() const noexcept { return currentFilterId_; }
     /// Takes any id, even one that no filter has. Nothing is saved.
     void setCurrentFilterId(long id) noexcept { currentFilterId_ = id; }
-    /// Whether the current id is another one than -1; there need not be a filter that has it.
+    /// Whether the current id is not -1, even if no filter has that id.
     bool hasActiveFilter() const noexcept;
 
     /// A copy of the first filter of `filters` that has the id; when none has, a filter with the id -1 and

@@ -25,10 +25,11 @@ enum class DataFileValue { Object, List, Text, Integer, Boolean, Time };
 /// The result of a read or a write; true when it succeeded.
 struct DataFileResult
 {
-    DataFileFault fault = DataFileFault::None;
+    DataFileFault fault = DataFileFault::None;       ///< None after a success
     std::string member;                              ///< with WrongMember: such as "Manufacturer_7"."Name" (UTF-8)
     DataFileValue expected = DataFileValue::Object;  ///< with WrongMember: what it should have been
 
+    /// Whether the read or the write succeeded.
     explicit operator bool() const noexcept { return fault == DataFileFault::None; }
 };
 

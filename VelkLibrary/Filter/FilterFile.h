@@ -32,7 +32,7 @@ struct VELKLIBRARY_EXPORT FilterFile
     Library::DataFileResult write(const fileString& path) const;
 
     /// Appends those of `others` that the list does not hold yet (same name, same libraries), and returns how
-    /// many they are. They get the lowest free ids from 0 on, and a name that is taken gets a number ("Baths
-    /// 1").
+    /// many they are. They get the lowest free ids from 0 on, and a name that is taken gets a number, as in
+    /// "Baths 1".
     std::size_t merge(const std::vector<LibraryFilter>& others);
 };

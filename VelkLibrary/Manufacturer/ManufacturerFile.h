@@ -22,7 +22,7 @@ struct VELKLIBRARY_EXPORT ManufacturerFile
 {
     using Cards = std::map<long, Manufacturer>;  ///< by their ids
 
-    Cards cards;
+    Cards cards;                 ///< one for each manufacturer
     std::u32string defaultText;  ///< shown in place of the marker "default"
     /// When the file as a whole was changed last, UTC. When nothing was read, a time earlier than that of any
     /// file (1400-01-01).

@@ -31,10 +31,10 @@ enum class LogoChange {
 /// What became of a manufacturer.
 struct ManufacturerChange
 {
-    long id = 0;
-    CardChange card = CardChange::Unchanged;
-    LogoChange logo = LogoChange::Unchanged;
-    std::string logoReason;  ///< with LogoChange::Failed: why it failed, UTF-8
+    long id = 0;                              ///< the id of the manufacturer's card
+    CardChange card = CardChange::Unchanged;  ///< what became of the card
+    LogoChange logo = LogoChange::Unchanged;  ///< what became of its logo
+    std::string logoReason;                   ///< with LogoChange::Failed: why it failed, UTF-8
 };
 
 /// How an update from the content service ended.
@@ -50,6 +50,7 @@ enum class ManufacturerUpdateOutcome {
 /// Everything that an update learned and did.
 struct ManufacturerUpdate
 {
+    /// How the update ended.
     ManufacturerUpdateOutcome outcome = ManufacturerUpdateOutcome::NotFetched;
     std::string reason;        ///< with NotFetched: why it failed, UTF-8
     DataFileResult reading;    ///< of the service's file
