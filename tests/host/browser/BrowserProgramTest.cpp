@@ -9,7 +9,7 @@ using testing::HasSubstr;
 
 namespace {
 
-/// The program, which cannot serve a folder that is no site and says so in its language.
+/// The program, which cannot serve a folder that is not a site, and says so in its language.
 class BrowserProgram : public testing::Test
 {
 protected:

@@ -24,7 +24,7 @@ void waitUntil(const std::function<bool()>& condition);
 /// "chair#0" to "chair#59", called `prefix` and a number.
 VelkHost::Catalog furnitureCatalog(const std::string& prefix);
 
-/// The bytes of a catalog's file.
+/// The bytes of a catalog file.
 std::string catalogFileBytes(const VelkHost::Catalog& catalog);
 
 /// A base for tests of the window: it is shown, with an installation in the test's folder.

@@ -7,8 +7,8 @@
 
 #ifdef __GNUC__
 
-// Asked for by the leak sanitizer, never called in other builds. The font library, which Qt's platform
-// loads, keeps its tables when the process ends.
+// Called by the leak sanitizer, and never in other builds. The font library that Qt's platform loads keeps
+// its tables when the process ends.
 extern "C" const char* __lsan_default_suppressions();
 
 extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions()
@@ -23,7 +23,7 @@ int main(int argumentCount, char** arguments)
     testing::InitGoogleTest(&argumentCount, arguments);
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    // Never destroyed: the platform without a screen leaves parts of itself behind then.
+    // Never destroyed, since the platform without a screen would leave parts of itself behind.
     static const QApplication* const application = new QApplication(argumentCount, arguments);
     (void)application;
     const VelkHost::Translations english(QStringLiteral("en"));

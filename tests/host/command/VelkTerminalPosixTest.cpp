@@ -21,10 +21,10 @@ namespace {
 struct TerminalRun
 {
     int exitCode = -1;
-    std::string screen;  // all that the terminal got, styles included
+    std::string screen;  // everything that the terminal got, including styles
 };
 
-/// The terminal gives the other end an error, not an end of file, once nobody writes to it any more.
+/// Reads until the terminal reports an error, which it does instead of an end of file once nobody writes any more.
 std::string readToEnd(int terminal)
 {
     std::string all;
@@ -38,7 +38,7 @@ std::string readToEnd(int terminal)
     }
 }
 
-/// Runs the velk program as one does at a terminal of that width, in the folder of small libraries.
+/// Runs the velk program as at a terminal of a certain width, in a folder of small libraries.
 class VelkAtATerminal : public test::TestHost
 {
 protected:

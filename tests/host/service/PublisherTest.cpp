@@ -242,7 +242,7 @@ TEST_F(Publisher, ShowsReadersTheOldOrTheNewEdition)
     for (int edition = 1; edition < editions; ++edition) {
         write(edition);
         EXPECT_TRUE(publish().changed);
-        // Files stay for one more edition: whoever has begun to read before this one comes to an end.
+        // Files stay for one more edition, so a reader that has begun with the earlier one can finish.
         const int before[2] = {reads[0], reads[1]};
         while (reads[0] == before[0] || reads[1] == before[1])
             std::this_thread::yield();

@@ -75,7 +75,7 @@ protected:
 
     void expectNothingLeft()
     {
-        EXPECT_THAT(test::listFolder(folder() / U"user"), Each(StrEq("browser.ini")));  // what the window was like
+        EXPECT_THAT(test::listFolder(folder() / U"user"), Each(StrEq("browser.ini")));  // the window's state
         EXPECT_THAT(test::listFolder(folder() / U"textures"), IsEmpty());
         EXPECT_THAT(test::listFolder(folder() / U"temp"), IsEmpty());
         EXPECT_EQ(model().rowCount(), 0);
