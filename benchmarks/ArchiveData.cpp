@@ -65,7 +65,7 @@ Writer* openWriter(const fileString& target)
     return writer;
 }
 
-/// Writes an archive by hand, of one large entry.
+/// Writes an archive of one large entry by hand.
 class LargeZip
 {
 public:
@@ -131,7 +131,7 @@ private:
             out += static_cast<char>(static_cast<unsigned char>(value & 0xFFU));
     }
 
-    // From the version to the name; the directory's record has `more` bytes in it.
+    // From the version to the name. The directory's record has `more` further bytes before the name.
     void putCommon(std::string& out, std::uint32_t crc, std::size_t more, std::uint32_t offset) const
     {
         put(out, 45, 2);
@@ -165,7 +165,7 @@ private:
     std::uint64_t dataBegin_ = 0;
 };
 
-// Deflated so that it can be followed by itself: it ends on a byte and looks back to nothing.
+// Deflated so that it can be repeated: it ends at the end of a byte and refers to nothing before itself.
 std::string deflatedChunk(const std::string& text)
 {
     z_stream stream = {};
@@ -267,9 +267,9 @@ void packLargeEntry(const fileString& target, std::uint64_t bytes, int count)
     }
     zip.finish(crc, size);
     copyInto(large, target);
-    FileUtils::removePath(large, 0);
+    FileUtils::removePath(large, FileUtils::noFlags);
     copyInto(small, target);
-    FileUtils::removePath(small, 0);
+    FileUtils::removePath(small, FileUtils::noFlags);
 }
 
 }  // namespace bench

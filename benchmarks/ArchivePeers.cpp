@@ -121,7 +121,7 @@ bool mergeByLibzip(const fileString& source, const fileString& destination)
     if (zip_close(to) != 0)
         return false;
     zip_discard(from);
-    FileUtils::removePath(source, 0);
+    FileUtils::removePath(source, FileUtils::noFlags);
     return FileUtils::moveFile(merged, destination, true);
 }
 

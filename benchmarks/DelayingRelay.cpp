@@ -1,5 +1,7 @@
 #include "DelayingRelay.h"
 
+#include "support/Threads.h"
+
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/steady_timer.hpp>
@@ -8,8 +10,8 @@
 #include <algorithm>
 #include <array>
 #include <deque>
+#include <optional>
 #include <string>
-#include <thread>
 #include <utility>
 
 namespace bench {
@@ -21,7 +23,7 @@ using tcp = asio::ip::tcp;
 using Clock = std::chrono::steady_clock;
 using Socket = std::shared_ptr<tcp::socket>;
 
-constexpr std::size_t onTheLine = 32 << 20;  // bytes, before reading waits
+constexpr std::size_t onTheLine = 32 << 20;  // bytes; with more, reading waits
 
 // One direction of a connection.
 class Pipe : public std::enable_shared_from_this<Pipe>
@@ -54,7 +56,7 @@ private:
     struct Piece
     {
         Clock::time_point due;
-        std::string bytes;  // none: the end
+        std::string bytes;  // empty at the end of the stream
     };
 
     void push(std::string bytes)
@@ -119,7 +121,7 @@ struct DelayingRelay::Impl
     tcp::endpoint target;
     Clock::duration oneWay;
     std::uint64_t bytesPerSecond;
-    std::thread thread;
+    std::optional<test::Thread> thread;
 
     Impl(std::uint16_t port, Clock::duration delay, std::uint64_t rate)
         : target(asio::ip::address_v4::loopback(), port), oneWay(delay), bytesPerSecond(rate)
@@ -154,13 +156,13 @@ DelayingRelay::DelayingRelay(std::uint16_t target, std::chrono::milliseconds one
     : impl_(std::make_unique<Impl>(target, oneWay, bytesPerSecond))
 {
     impl_->accept();
-    impl_->thread = std::thread([this] { impl_->context.run(); });
+    impl_->thread.emplace([this] { impl_->context.run(); });
 }
 
 DelayingRelay::~DelayingRelay()
 {
     impl_->context.stop();
-    impl_->thread.join();
+    impl_->thread.reset();
 }
 
 std::uint16_t DelayingRelay::port() const

@@ -1,5 +1,5 @@
-// Reads any bytes as a hash file. Whatever they are, a name that is taken is a plain one, and what is taken
-// reads back as it was.
+// Reads any bytes as a hash file. Whatever they are, each name that is taken is a plain file name, and each line
+// that is taken reads back as it was.
 #include <VelkLibrary/CatalogDownloadProtocol.h>
 #include <VelkLibrary/Data/PlainFileName.h>
 #include <VelkLibrary/Update/detail/CatalogTexts.h>

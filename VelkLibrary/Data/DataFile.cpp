@@ -15,7 +15,8 @@ namespace {
 
 constexpr long unwritableMessage = 272032391;
 constexpr std::size_t blockSize = std::size_t{1} << 16;
-// Twenty thousand manufacturers have 7 MB; the tree of a document has some ten times its size.
+// Twenty thousand manufacturers take 7 MB, and the tree of a document takes some ten times the size of its
+// text.
 constexpr long long largestDataFile = 128LL << 20;
 
 std::string readWhole(const fileString& path)
@@ -36,8 +37,8 @@ std::string readWhole(const fileString& path)
     return text;
 }
 
-// The file is in place by then. Where the system refuses these rights, other users cannot change it, which is no
-// reason to say that it was not written.
+// The file is in place by now. Where the system refuses these rights, other users cannot change the file, but
+// it was written all the same.
 void giveEveryoneAccess(const fileString& path)
 {
     try {

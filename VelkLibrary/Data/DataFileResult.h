@@ -15,19 +15,19 @@ enum class DataFileFault {
     NotAnObject,       ///< the text is not a JSON object, and so perhaps some other file
     WrongMember,       ///< a member is not what it has to be, or a required one is missing
     MayNotBeReplaced,  ///< this user may not put another file in the place of the existing one
-    NotRepresentable,  ///< a number to be written has more than 32 bits, which no reader takes
+    NotRepresentable,  ///< a number to be written has more than 32 bits, which no reader accepts
     NotWritten         ///< writing failed, as on a full disk; an existing file is as it was
 };
 
 /// What a member of a data file has to be.
 enum class DataFileValue { Object, List, Text, Integer, Boolean, Time };
 
-/// The end of a read or a write; true when it did what it should.
+/// The result of a read or a write; true when it succeeded.
 struct DataFileResult
 {
     DataFileFault fault = DataFileFault::None;
-    std::string member;                              ///< of WrongMember, such as "Manufacturer_7"."Name" (UTF-8)
-    DataFileValue expected = DataFileValue::Object;  ///< of WrongMember: what the member should have been
+    std::string member;                              ///< with WrongMember: such as "Manufacturer_7"."Name" (UTF-8)
+    DataFileValue expected = DataFileValue::Object;  ///< with WrongMember: what it should have been
 
     explicit operator bool() const noexcept { return fault == DataFileFault::None; }
 };

@@ -19,7 +19,7 @@ namespace {
 
 namespace spirit = boost::spirit::classic;
 
-// ---- Characters, whatever the locale -------------------------------------------------------------
+// ---- Characters, independent of the locale -------------------------------------------------------
 
 constexpr bool isBlank(char character)
 {
@@ -53,7 +53,7 @@ const char* skipDigits(const char* first, const char* last)
 
 constexpr std::size_t unicodeDigits = 4;
 
-// The end of an escape, from behind its backslash; null when it is none.
+// The end of the escape that begins at `first`, behind its backslash; null when this is not an escape.
 const char* endOfEscape(const char* first, const char* last)
 {
     constexpr std::string_view letters = "\"\\/bfnrt";
@@ -103,7 +103,7 @@ char controlOf(char letter)
     }
 }
 
-// Appends what an escape stands for, given from behind its backslash; returns its end.
+// Appends what the escape at `first`, behind its backslash, stands for; returns the end of the escape.
 const char* decodeEscape(const char* first, std::string& text)
 {
     if (*first != 'u') {
@@ -137,7 +137,7 @@ std::string decoded(const char* first, const char* last)
 
 // ---- Numbers -------------------------------------------------------------------------------------
 
-// The parts of a number's text that has a decimal point or an exponent.
+// The parts of the text of a number that has a decimal point or an exponent.
 struct RealText
 {
     bool negative;
@@ -167,8 +167,8 @@ std::optional<RealText> realTextAt(const char* first, const char* last)
     return text.end != exponent ? std::optional(text) : std::nullopt;
 }
 
-// Whether a number that is no `double` is too large rather than too small: by the place of its first
-// digit that counts, and by its exponent.
+// Whether a number that does not fit a `double` is too large rather than too small, which the place of its
+// first digit that counts and its exponent tell.
 bool isTooLarge(const RealText& text)
 {
     const auto counts = [](char character) { return character != '0' && character != '.'; };
@@ -185,7 +185,7 @@ bool isTooLarge(const RealText& text)
     return text.point - leading + (negative ? -exponent : exponent) > 0;
 }
 
-// Rounded to the nearest, unlike Spirit's own parser, which adds up digit by digit.
+// Rounds to the nearest value, unlike Spirit's own parser, which adds up the digits one by one.
 double valueOf(const RealText& text)
 {
     double value = 0;
@@ -196,7 +196,7 @@ double valueOf(const RealText& text)
 
 // ---- Spirit's parsers of the tokens --------------------------------------------------------------
 
-// White space in front of tokens. Spirit's own asks the global locale, a character at a time.
+// Skips white space in front of tokens. Spirit's own skipper asks the global locale about each character.
 struct skip_blanks : spirit::skipper_iteration_policy<>
 {
     template <typename Scanner>
@@ -209,7 +209,7 @@ struct skip_blanks : spirit::skipper_iteration_policy<>
 
 using scanner = spirit::scanner<const char*, spirit::scanner_policies<skip_blanks>>;
 
-// A match of what stands up to `end`.
+// A match of the text from the scanner's place to `end`.
 template <typename Attribute>
 spirit::match<Attribute> matchUpTo(const char* end, const Attribute& attribute, const scanner& scan)
 {
@@ -243,7 +243,7 @@ struct number_parser : spirit::parser<number_parser<Number>>
     }
 
 private:
-    // A number and its end.
+    // The number at `first`, and where it ends.
     static std::optional<std::pair<Number, const char*>> numberAt(const char* first, const char* last);
 };
 
@@ -257,7 +257,8 @@ std::optional<std::pair<double, const char*>> number_parser<double>::numberAt(co
 template <>
 std::optional<std::pair<int, const char*>> number_parser<int>::numberAt(const char* first, const char* last)
 {
-    // The standard library knows no "+", but two signs are too many for it as well.
+    // The standard library does not accept a "+", so the number is read from behind it. A second sign is
+    // refused.
     const char* const digits = first != last && isSign(*first) ? first + 1 : first;
     if (digits == last || !isDigit(*digits))
         return std::nullopt;
@@ -268,8 +269,7 @@ std::optional<std::pair<int, const char*>> number_parser<int>::numberAt(const ch
 
 // ---- Levels --------------------------------------------------------------------------------------
 
-// Entered in front of what stands between brackets, left at the closing bracket. What is refused ends
-// the parse, so nobody counts on after it.
+// Counts the open brackets. A level that is refused ends the parse, so the count does not matter after that.
 class nesting
 {
 public:
@@ -300,7 +300,7 @@ using array_type = grammar<char>::array_type;
 using object_type = grammar<char>::object_type;
 using pair_type = grammar<char>::pair_type;
 
-constexpr std::size_t mostSpares = 64;  // of a kind; more than an object has members, mostly
+constexpr std::size_t mostSpares = 64;  // of each kind; most objects have fewer members
 
 template <typename Value>
 void push(stack_type& values, Value&& value)
@@ -315,7 +315,7 @@ value_type pop(stack_type& values)
     return value;
 }
 
-// Pushes a node that holds `value`, a spare one when there is any; all of them hold a `Value`.
+// Pushes a node that holds `value`, a spare one when there is one; all spare nodes hold a `Value`.
 template <typename Value>
 void pushOnSpare(stack_type& values, stack_type* spares, Value value)
 {
@@ -333,7 +333,7 @@ void keepSpare(stack_type* spares, value_type&& node)
         spares->push_back(std::move(node));
 }
 
-// What lies above the last delimiter, which is there.
+// The first value above the last delimiter. There must be a delimiter.
 template <typename Delimiter>
 stack_type::iterator beginAbove(stack_type& values)
 {
@@ -341,8 +341,8 @@ stack_type::iterator beginAbove(stack_type& values)
     return std::find_if(values.rbegin(), values.rend(), isDelimiter).base();
 }
 
-// Inserts behind the equal keys that are there already. `near` is where the last one went: documents
-// list their members in some order, so the next one is often its neighbour.
+// Inserts behind equal keys that are already there. `near` is where the last member went: documents list their
+// members in some order, so the next one is often its neighbour.
 object_type::iterator insertNear(object_type& object, object_type::iterator near, pair_type&& member)
 {
     const auto belongsBefore = [&](object_type::iterator place) {
@@ -390,7 +390,7 @@ void grammar<char>::begin_array::operator()(char) const
 
 void grammar<char>::end_array::operator()(char) const
 {
-    // Filled in its place: to move a deque takes as long as to fill a short one.
+    // The array is filled where it stays, because moving a deque takes as long as filling a short one.
     static const array_type empty;
     auto node = std::make_shared<boost::any>(empty);
     const auto begin = beginAbove<array_delimiter>(*values_);
@@ -421,7 +421,7 @@ void grammar<char>::end_object::operator()(char) const
     auto entry = values_->rbegin();
     for (; pair_type* const member = boost::any_cast<pair_type>(entry->get()); ++entry)
         near = insertNear(object, near, std::move(*member));
-    // Only now: an allocator that has to give and to take by turns is slower than one that gives, then takes.
+    // This waits until now because an allocator is slower when it has to give and take by turns.
     for (auto pair = entry.base(); pair != values_->end(); ++pair)
         keepSpare(spares_ != nullptr ? &spares_->pairs : nullptr, std::move(*pair));
     values_->erase(entry.base(), values_->end());

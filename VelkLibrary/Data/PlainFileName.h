@@ -11,7 +11,7 @@
 
 namespace Library {
 
-/// Whether `name` names a file in a folder and nothing else, on every system, whichever this one is.
+/// Whether `name` names a file in a folder and nothing else, on every system, not only on this one.
 ///
 /// A plain name is 1 to 255 bytes long and does not end with a dot or a blank. It has none of the characters
 /// / \ : * ? " < > | and no control character (see holdsControlCharacter()). And it is not the name of a device

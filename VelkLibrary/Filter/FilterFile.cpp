@@ -29,7 +29,7 @@ constexpr const char* databasesKey = "Database_Ids";
 
 // ---- Reading -------------------------------------------------------------------------------------
 
-// A filter without its list of databases is as wrong as one whose list is something else.
+// A filter without its list of database ids is as faulty as one whose list is something else.
 std::vector<std::string> databaseIdsOf(const JsonObject& filter)
 {
     const MemberPlace place{filterKey, databasesKey};
@@ -52,7 +52,7 @@ void appendFilter(const JsonObject& object, std::vector<LibraryFilter>& filters)
         filters.push_back(std::move(filter));
 }
 
-// The current id is set as soon as it is known, because it counts when a fault comes later.
+// The current id is set as soon as it is known, because it counts even when a fault follows.
 void readRoot(const JsonObject& root, FilterFile& file)
 {
     if (const int* const id = findMember<int>(root, {{}, currentFilterKey}))
@@ -87,8 +87,8 @@ json_writer::Object documentOf(const FilterFile& file)
 
 // ---- Merging -------------------------------------------------------------------------------------
 
-// Adds filters to a list. What is taken is kept in sets, and the search for a free name goes on where it
-// ended: nothing becomes free again.
+// Adds filters to a list. The names and contents in use are kept in sets. The search for a free name goes on
+// where it last ended, because no name becomes free again.
 class FilterMerger
 {
 public:
@@ -128,7 +128,7 @@ private:
     FreeFilterIds ids_;
     std::set<std::string> names_;
     std::set<std::pair<std::string, std::vector<std::string>>> contents_;
-    std::map<std::string, long> lastNumbers_;  // the number that was last given to a name
+    std::map<std::string, long> lastNumbers_;  // the number that each name was given last
 };
 
 }  // namespace

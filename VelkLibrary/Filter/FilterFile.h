@@ -8,8 +8,8 @@
 #include <cstddef>
 #include <vector>
 
-/// The content of a filter file, as LibraryFilterManager describes it: a plain value without a part in any
-/// global state, for whoever wants to know what a file holds or whether it was written.
+/// The content of a filter file, as LibraryFilterManager describes it: a plain value that touches no global
+/// state, for callers that want to know what a file holds or whether it was written.
 ///
 ///     FilterFile file;
 ///     if (const Library::DataFileResult result = file.read(path); !result)
@@ -18,20 +18,21 @@
 /// Any thread; a value is used by one thread at a time. Throws nothing but `std::bad_alloc`.
 struct VELKLIBRARY_EXPORT FilterFile
 {
-    long currentId = -1;                 ///< of the filter in force; -1 for none
+    long currentId = -1;                 ///< the id of the filter in force; -1 for none
     std::vector<LibraryFilter> filters;  ///< in the reader's order, the reverse of the file's
 
-    /// Replaces this value by what the file at `path` holds. After a fault it holds what stood before the fault,
-    /// nothing when there is no file or it is not a filter file; when it throws, it may hold anything. Filters
-    /// without a name or with the id -1 are left out.
+    /// Replaces this value with what the file at `path` holds. After a fault this value holds what was read
+    /// before the fault, and nothing when there is no file or it is not a filter file. After an exception it
+    /// may hold anything. Filters without a name or with the id -1 are left out.
     Library::DataFileResult read(const fileString& path);
 
-    /// Puts this value in the place of the file at `path`, whole or not at all, in the order of the list; an
-    /// empty list is written, too. Everyone may change the file afterwards. Its folder must be there.
+    /// Replaces the file at `path` with this value, completely or not at all. The filters are written in the
+    /// order of the list; an empty list is written, too. Everyone may change the file afterwards. Its folder
+    /// must exist.
     Library::DataFileResult write(const fileString& path) const;
 
-    /// Adds those of `others` that are not here (same name, same databases) at the end of the list, and returns
-    /// how many these are. They get the lowest free ids from 0 on, and a name that is taken gets a number
-    /// ("Baths 1").
+    /// Appends those of `others` that the list does not hold yet (same name, same libraries), and returns how
+    /// many they are. They get the lowest free ids from 0 on, and a name that is taken gets a number ("Baths
+    /// 1").
     std::size_t merge(const std::vector<LibraryFilter>& others);
 };

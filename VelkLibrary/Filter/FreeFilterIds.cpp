@@ -8,7 +8,7 @@ FreeFilterIds::FreeFilterIds(const std::vector<LibraryFilter>& filters, long fir
 
 long FreeFilterIds::take()
 {
-    // Nothing becomes free again, so the search goes on where it ended.
+    // No id becomes free again, so the search goes on where it last ended.
     while (taken_.contains(next_))
         ++next_;
     return next_++;

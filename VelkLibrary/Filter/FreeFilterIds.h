@@ -6,14 +6,14 @@
 #include <set>
 #include <vector>
 
-/// Gives ids that no filter of a list has, the lowest first. One thread at a time.
+/// Hands out ids that no filter of a list has, the lowest first. One thread at a time.
 class VELKLIBRARY_EXPORT FreeFilterIds
 {
 public:
-    /// `first` is the lowest id that may be given.
+    /// `first` is the lowest id that may be handed out.
     FreeFilterIds(const std::vector<LibraryFilter>& filters, long first);
 
-    /// The lowest free id, which is taken from now on.
+    /// Hands out the lowest free id.
     long take();
 
 private:

@@ -42,7 +42,7 @@ const LibraryFilter* findFilter(long id, const std::vector<LibraryFilter>& filte
 
 // ---- Reports ---------------------------------------------------------------------------------------
 
-// A missing file and one of another kind hold no filters, which nobody has to be told of.
+// A missing file, or one of another kind, holds no filters; there is nothing to report.
 bool isReported(const Library::DataFileResult& reading)
 {
     using enum Library::DataFileFault;
@@ -59,7 +59,7 @@ void reportWriteFault()
     Velk::assertionFailed(sourceName, writeLine, "Error Writing Library Filter Data File");
 }
 
-// `content` gives what is to be written; memory may be wanting for that as for the rest.
+// `content` makes the value to write. It is called here because it may run out of memory, like the rest.
 template <typename Content>
 bool writeOrReport(const fileString& path, Content content)
 {
@@ -71,7 +71,7 @@ bool writeOrReport(const fileString& path, Content content)
         else if (!writing)
             reportWriteFault();
         return static_cast<bool>(writing);
-    } catch (...) {  // the file is as it was
+    } catch (...) {  // the file stays as it was
         reportWriteFault();
         return false;
     }
@@ -84,7 +84,7 @@ bool writeOrReport(const fileString& path, Content content)
 LibraryFilterManager& LibraryFilterManager::getLibraryFilterManager()
 {
     static LibraryFilterManager manager;
-    // Not while it is made: a host that is told may ask for the manager.
+    // This waits until the instance is made, because a host that is told may ask for the manager.
     if (manager.hasFaultToReport_.exchange(false))
         reportReadFault();
     return manager;
@@ -157,7 +157,7 @@ void LibraryFilterManager::clearForcedSystemDBFilter() noexcept
 
 void LibraryFilterManager::removeIdFromLibraryFilters(const std::string& databaseId)
 {
-    // The id may stand in one of the filters.
+    // A copy, because `databaseId` may refer to an entry of one of the filters.
     const std::string removed = databaseId;  // NOLINT(performance-unnecessary-copy-initialization)
     for (LibraryFilter& filter : libraryFilters_)
         filter.removeDatabaseId(removed);

@@ -41,7 +41,7 @@ constexpr const char* deletedKey = "Deleted";
 
 // ---- Reading -------------------------------------------------------------------------------------
 
-// The texts of a file: UTF-8, but Windows-1252 in old ones.
+// The texts of a file: UTF-8, but Windows-1252 in old files.
 class TextDecoder
 {
 public:
@@ -52,15 +52,15 @@ public:
         return utf8_ ? StringConvert::toUnicodeFromUtf8(text) : StringConvert::fromWin1252(text);
     }
 
-    // Empty when there is none.
+    // Empty for a null `text`.
     std::u32string decode(const std::string* text) const { return text != nullptr ? decode(*text) : std::u32string(); }
 
 private:
     bool utf8_;
 };
 
-// The members of a card, all found in one pass: to look for one after the other takes as long as all the
-// rest. Of members that share a key, the first one counts.
+// The members of a card, all found in one pass, because looking for them one after the other takes as long as
+// all the rest of the reading. Of members that share a key, the first one counts.
 class CardMembers
 {
 public:
@@ -76,7 +76,7 @@ public:
         }
     }
 
-    // Null when there is none; throws WrongMember when it is not a `Value`.
+    // Null when the card has no such member; throws WrongMember when it is not a `Value`.
     template <typename Value>
     const Value* find(Member member) const
     {
@@ -94,7 +94,7 @@ private:
     std::array<const JsonNode*, count> nodes_{};
 };
 
-// What is not a time compares with none; kept, it would stop updates or repeat them for ever.
+// Special values cannot be compared with a time: kept, they would stop updates or repeat them for ever.
 ptime timeIn(const std::string& text, const MemberPlace& place)
 {
     const ptime time = Library::fromString<ptime>(text);
@@ -103,7 +103,7 @@ ptime timeIn(const std::string& text, const MemberPlace& place)
     return time;
 }
 
-// Not-a-date-time when the card has none, and that is then written too.
+// Not-a-date-time when the card has no time; it is then written as its text, which is accepted here, too.
 ptime cardTime(const CardMembers& members)
 {
     const std::string* const text = members.text(CardMembers::lastModified);
@@ -121,7 +121,7 @@ void readCard(std::string_view key, const JsonNode& node, const TextDecoder& tex
         return;
     const auto text = [&](Member member) { return texts.decode(members.text(member)); };
     const bool* const deleted = members.find<bool>(Member::deleted);
-    // Of several with this id, the last one counts.
+    // Of several cards with this id, the last one counts.
     auto place = cards.lower_bound(*id);
     if (place != cards.end() && place->first == *id)
         place = cards.erase(place);
@@ -145,7 +145,7 @@ void readRoot(const JsonObject& root, ManufacturerFile& file)
 
 // ---- Writing -------------------------------------------------------------------------------------
 
-// An infinite time would make the whole file one that cannot be read.
+// An infinite time would make the whole file unreadable.
 std::string writtenTime(const ptime& time)
 {
     return Library::toString(time.is_special() ? ptime() : time);

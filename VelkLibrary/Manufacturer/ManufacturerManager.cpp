@@ -48,7 +48,7 @@ bool isChange(const Library::ManufacturerChange& change)
     return change.card != Library::CardChange::Unchanged;
 }
 
-// Guarded by the manufacturer lock, but at the end of the process.
+// Guarded by the manufacturer lock, except at the end of the process.
 std::unique_ptr<ManufacturerManager>& heldInstance()
 {
     static std::unique_ptr<ManufacturerManager> instance;
@@ -85,7 +85,7 @@ ManufacturerManager::~ManufacturerManager() = default;
 // ---- Lookups -------------------------------------------------------------------------------------
 
 // They ask the instance that is held, which is this one unless another thread has just cleaned it up;
-// then nothing of this one may be touched any more.
+// in that case no member of this one may be touched any more.
 
 const Manufacturer& ManufacturerManager::getManufacturer(long id) const
 {
@@ -121,7 +121,7 @@ std::map<long, std::u32string> ManufacturerManager::getIdNameMap() const
 void ManufacturerManager::saveModifiedManufacturers(std::map<long, Manufacturer>& cards,
                                                     const std::u32string& defaultText)
 {
-    std::u32string newText = defaultText;  // it may stand in one of the cards
+    std::u32string newText = defaultText;  // a copy, because `defaultText` may refer into a card
     ManufacturerFile::stampChanges(cards, file_.cards);
     if (&cards != &file_.cards)
         file_.cards = cards;
@@ -148,7 +148,7 @@ bool ManufacturerManager::changeManufacturerDataPath(const fileString& folder)
     const DataFileResult reading = file.read(folder / fileString(Library::detail::manufacturerDataFileName));
     if (reading)
         file_ = std::move(file);
-    // What is held counts as older than any file from now on: an update may replace it.
+    // What is held now counts as older than any file, so that an update may replace it.
     else if (reading.fault != DataFileFault::Missing && reading.fault != DataFileFault::NotAnObject)
         file_.lastModified = ManufacturerFile().lastModified;
     return static_cast<bool>(reading);
@@ -162,7 +162,7 @@ DataFileResult ManufacturerManager::writeDataFile() const
         if (writing.fault == DataFileFault::MayNotBeReplaced)
             Library::detail::reportUnwritable(path, managerSource, unwritableDataLine);
         return writing;
-    } catch (...) {  // for want of memory: the old file stays
+    } catch (...) {  // out of memory: the old file stays
         return {DataFileFault::NotWritten, {}, {}};
     }
 }
@@ -174,7 +174,7 @@ void ManufacturerManager::checkForManufacturerUpdates(const std::u32string& data
     try {
         updateManufacturers(dataUrl, logoUrl);
     } catch (...) {
-        // For want of memory. The cards are the old ones or the new ones.
+        // Out of memory. The cards are either all old or all new.
     }
 }
 
@@ -202,7 +202,7 @@ void ManufacturerManager::take(const std::u32string& logoUrl, ManufacturerUpdate
         return;
     Library::detail::fetchLogos(file_.cards, offered.cards, logoUrl, changes);
     update.outcome = Stopped;
-    // Logos that did not come would never be asked for again.
+    // If the cards were taken over now, the logos that are missing would never be asked for again.
     if (Curl::Stoppable::isStopped())
         return;
     takeOver(offered);
@@ -212,7 +212,7 @@ void ManufacturerManager::take(const std::u32string& logoUrl, ManufacturerUpdate
     update.outcome = update.writing ? Taken : NotWritten;
 }
 
-// Lookups go on while an update runs.
+// Lookups go on while an update runs, so the lock is held for the exchange only.
 void ManufacturerManager::takeOver(const ManufacturerFile& offered)
 {
     ManufacturerFile taken = offered;

@@ -11,7 +11,7 @@ namespace {
 
 constexpr const char32_t* logoPathParameter = U"&logo-path=";
 
-// The service takes and gives Windows-1252.
+// The service expects addresses in Windows-1252.
 bool fetch(const fileString& url, const fileString& target, std::string& reason)
 {
     return Curl::get().download_to_location(StringConvert::toWin1252(url.unicodeString()), target, reason);

@@ -2,6 +2,7 @@
 
 #include <VelkCommon/Expression/BooleanExp.h>
 #include <VelkCommon/Reporting/Assertions.h>
+#include <VelkLibrary/Search/detail/Alternatives.h>
 
 #include <cstddef>
 #include <memory>
@@ -12,7 +13,7 @@ namespace {
 
 void addNode(ParseTree& tree, BooleanExp::Node& node);
 
-/// Drops what is empty: texts of the last group, then the group itself when nothing is required in it.
+/// Drops the empty texts of the last group, then the group itself when it requires nothing.
 void closeGroup(ParseTree& tree)
 {
     tree.groups.back().removeInvalidTerms();
@@ -29,7 +30,7 @@ void addGroup(ParseTree& tree, const BooleanExp::Group& group)
         if (term.conjunction == BooleanExp::Conjunction::Or) {
             const std::size_t terms = tree.groups.back().terms.size();
             closeGroup(tree);
-            tree.groups.emplace_back().terms.reserve(terms);  // the runs of a product are equally long
+            tree.groups.emplace_back().terms.reserve(terms);  // the groups of a product are equally long
         }
         if (term.expression)
             addNode(tree, *term.expression);
@@ -95,17 +96,21 @@ void ParseTree::forEachTerm(const std::function<void(std::u32string&)>& f)
     }
 }
 
+ParseTree detail::alternativesOf(const BooleanExp::Group& root)
+{
+    ParseTree tree;
+    tree.groups.emplace_back();
+    addGroup(tree, root);
+    closeGroup(tree);
+    return tree;
+}
+
 ParseTree parseSearchTerms(const std::u32string& text)
 {
     const std::unique_ptr<BooleanExp> expression = normalFormOf(text);
-    if (!expression)
+    if (!expression || !expression->root)
         return {};
-    ParseTree tree;
-    tree.groups.emplace_back();
-    if (expression->root)
-        addGroup(tree, *expression->root);
-    closeGroup(tree);
-    return tree;
+    return detail::alternativesOf(*expression->root);
 }
 
 }  // namespace Library::Search

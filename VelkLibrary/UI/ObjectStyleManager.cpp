@@ -28,7 +28,7 @@ ObjectStyleManager::~ObjectStyleManager() = default;
 const std::u32string& ObjectStyleManager::getStyleName(long style) const
 {
     static const std::u32string noName;
-    // Where `long` has 64 bits, most of its numbers are none of the map's.
+    // Where `long` has 64 bits, most of its values do not fit the map's keys.
     if (!std::in_range<std::int32_t>(style))
         return noName;
     const auto found = names_.find(static_cast<std::int32_t>(style));

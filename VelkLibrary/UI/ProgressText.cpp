@@ -18,7 +18,7 @@ constexpr unsigned int percentagePattern = 2749;
 constexpr unsigned int amountsPattern = 2750;
 constexpr int amountDecimals = 9;
 
-/// The catalog update puts file names in Windows-1252 into texts that are UTF-8.
+/// The catalog update puts file names in Windows-1252 into UTF-8 texts.
 QString mixedText(std::string_view text)
 {
     std::u32string result;

@@ -116,7 +116,7 @@ void DownloadPhase::announce() const
     receiver_.sendUnits(StringUtils::loadString(unitText));
 }
 
-// False when the catalog came but could not be installed, which ends the phase.
+// False when the catalog was downloaded but could not be installed, which ends the phase.
 bool DownloadPhase::updateCatalog(const fileString& fileName, CatalogRecord& record)
 {
     const fileString stem = fileName.stem();

@@ -13,7 +13,7 @@ using Library::holdsControlCharacter;
 namespace LibraryCatalogUpdate {
 namespace {
 
-// Some hundred bytes per catalog; what is longer was not written here.
+// A catalog takes some hundred bytes; a larger file was not written here.
 constexpr long long largestHashFile = 16LL << 20;
 
 void readHashes(const fileString& hashFile, CatalogTable& catalogs, std::uint32_t kind)
@@ -32,7 +32,8 @@ void readHashes(const fileString& hashFile, CatalogTable& catalogs, std::uint32_
     }
 }
 
-// All lines of a kind. What would break a line is left out: the hash is computed anew next time.
+// The lines of all catalogs of a kind. One that would break its line is left out: its hash is computed again
+// next time.
 std::string hashText(const CatalogTable& catalogs, std::uint32_t kind)
 {
     std::string text;
@@ -54,7 +55,7 @@ void readCatalogHashFile(const fileString& hashFile, CatalogTable& catalogs, std
     try {
         readHashes(hashFile, catalogs, kind);
     } catch (...) {
-        // What the file does not tell is computed.
+        // The hashes that are missing are computed.
     }
 }
 
@@ -72,7 +73,7 @@ void writeCatalogHashFile(const CatalogTable& catalogs, std::uint32_t kind) noex
         if (file)
             FileUtils::setFilePermEveryoneFullAccess(path);
     } catch (...) {
-        // A file that is missing or cut short costs the next run some reading.
+        // A file that is missing or cut short only costs the next run some reading.
     }
 }
 

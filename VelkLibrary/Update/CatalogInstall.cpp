@@ -15,7 +15,7 @@ using Library::ErrorLog;
 namespace LibraryCatalogUpdate::detail {
 namespace {
 
-// What a download consists of; a path is empty where there is nothing.
+// What a download consists of; a path is empty where there is no such file.
 struct NewFiles
 {
     fileString database;
@@ -45,7 +45,7 @@ const char* renamingFault(const fileString& downloaded, const fileString& finalN
     return nullptr;
 }
 
-// Core catalogs travel as they are: the file gets its own extension back.
+// Core catalogs travel as they are: the file only gets its extension back.
 std::optional<NewFiles> takeCoreFile(CatalogRun& run, const fileString& downloaded, const fileString& fileName)
 {
     const fileString extension = fileName.extension();
@@ -63,8 +63,8 @@ std::optional<NewFiles> takeCoreFile(CatalogRun& run, const fileString& download
     return std::nullopt;
 }
 
-// An archive without referenced files stays until the next run removes the folder. One with nothing in it
-// counts as installed: asking for it again would not make it better.
+// An archive without referenced files stays until the next run removes the folder. An empty archive counts as
+// installed, because asking for it again would bring the same one.
 NewFiles takePackedFile(const fileString& downloaded)
 {
     const auto [database, referencedFiles] = LibraryImport::unpack(downloaded, false, nullptr);
@@ -81,7 +81,8 @@ void noteInstalled(CatalogRun& run, const fileString& file)
     run.updatedNames.insert(shownName(file.stem()));
 }
 
-// The rights come before the event: from then on the file is the receiver's, who may move it at once.
+// The access rights are set before the event is sent, because from then on the file is the receiver's, which
+// may move it at once.
 void handOverDatabase(const LibraryProgressBase& receiver, CatalogRun& run, const fileString& database,
                       const fileString& installed)
 {

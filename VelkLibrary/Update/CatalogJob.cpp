@@ -38,7 +38,7 @@ void prepareFolders()
         FileUtils::removeDirectoryAndFiles(downloadFolder(kind), FileUtils::overrideReadOnly);
 }
 
-// Where a catalog of the core content index lies.
+// Where a catalog that the core content index names is installed.
 fileString coreCatalogPath(const fileString& name)
 {
     const PathUtils& paths = PathUtils::getObject();
@@ -144,7 +144,7 @@ void CatalogJob::checkCatalog(std::uint32_t kind, const fileString& catalog)
     catalogs_.emplace(name, std::move(record));
 }
 
-// The requests overlap; what the receiver, the table and the log see of them keeps the table's order.
+// The requests overlap; the receiver, the table and the log still see them in the table's order.
 void CatalogJob::askService(const LibraryProgressBase& receiver)
 {
     receiver.sendRange(catalogs_.size());
@@ -168,7 +168,7 @@ void CatalogJob::askService(const LibraryProgressBase& receiver)
     });
 }
 
-// An address that is empty, because there is no endpoint, counts as a request that failed.
+// An empty address, which means that there is no endpoint, counts as a failed request.
 void CatalogJob::takeAnswer(const fileString& fileName, CatalogRecord& record, const Curl::HeaderAnswer& answer)
 {
     if (!answer.received) {

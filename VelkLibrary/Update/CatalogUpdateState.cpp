@@ -8,7 +8,7 @@ using Library::detail::catalogUpdateMutex;
 
 namespace LibraryCatalogUpdate::detail {
 
-// Never destroyed: a worker may still ask while the process ends.
+// Never destroyed: a worker may still use it while the process ends.
 CatalogUpdateState& CatalogUpdateState::get()
 {
     static CatalogUpdateState& state = *new CatalogUpdateState;

@@ -8,6 +8,8 @@
 #include "host/command/UpdateReceiver.h"
 #include "host/support/FileError.h"
 #include "host/support/InstallHost.h"
+#include "support/EventLoop.h"
+#include "support/Numbers.h"
 #include "support/ScriptedServer.h"
 #include "support/TestHost.h"
 #include "support/ZipBuilder.h"
@@ -17,7 +19,6 @@
 #include <VelkLibrary/Update/detail/CatalogUpdateState.h>
 
 #include <QCoreApplication>
-#include <QEventLoop>
 
 #include <algorithm>
 #include <chrono>
@@ -31,7 +32,6 @@
 #include <random>
 #include <set>
 #include <string>
-#include <thread>
 #include <unistd.h>
 
 #ifdef __SANITIZE_ADDRESS__
@@ -282,7 +282,7 @@ private:
     {
         Velk::HostServices services = VelkHost::hostServices(folder_.path() / U"home");
         services.resourceString = [](unsigned int id) -> std::optional<std::u32string> {
-            if (id == 8709)
+            if (id == test::textNumber::downloading)
                 LibraryCatalogUpdate::detail::CatalogUpdateState::get().counters.stalledCalls = 590;
             return std::nullopt;
         };
@@ -320,13 +320,10 @@ private:
     int update()
     {
         VelkHost::Output output;
-        QEventLoop loop;
-        VelkHost::UpdateReceiver receiver(output, [&loop] { loop.quit(); });
+        VelkHost::UpdateReceiver receiver(output, [] {});
         LibraryCatalogUpdate::LibraryCatalogUpdater updater(receiver, core_, bonus_, {}, "soak", "1",
                                                             service_.address(), false);
-        std::thread worker([&updater] { updater(); });
-        loop.exec();
-        worker.join();
+        test::runBesideEventLoop([&updater] { updater(); });
         replaced_ += receiver.installer().installed().size();
         kept_ += receiver.installer().failures().size();
         return receiver.report() ? receiver.report()->outcome : -1;

@@ -9,9 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
-
-#include <csignal>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
@@ -25,33 +23,27 @@ inline void expectOldOrNewAtEveryDeath(const fileString& file, const std::string
                                        const std::function<void()>& save,
                                        const std::function<bool(const std::string&)>& isNew)
 {
-    constexpr int mostCalls = 2000;
-    int deaths = 0;
     int olds = 0;
     int news = 0;
-    for (bool died = true; died; ++deaths) {
-        ASSERT_LT(deaths, mostCalls);
-        writeFile(file, oldText);
-        died = killedAtSystemCall(deaths, save);
-        const std::string text = readFile(file);
-        const bool old = text == oldText;
-        ASSERT_TRUE(old ? died : isNew(text)) << "torn at call " << deaths << ": " << text.substr(0, 100);
-        ++(old ? olds : news);
-    }
+    killedAtEachSystemCall([&] { writeFile(file, oldText); }, save,
+                           [&](bool died) {
+                               const std::string text = readFile(file);
+                               const bool old = text == oldText;
+                               ASSERT_TRUE(old ? died : isNew(text)) << "torn: " << text.substr(0, 100);
+                               ++(old ? olds : news);
+                           });
     EXPECT_GT(olds, 5) << "the saving was not watched";
     EXPECT_GT(news, 0);
 }
 
 /// Runs `save` in a process for which the disk is full after `bytes`; the file must stay as it was.
-inline void expectOldOnFullDisk(const fileString& file, const std::string& oldText, rlim_t bytes,
+inline void expectOldOnFullDisk(const fileString& file, const std::string& oldText, std::size_t bytes,
                                 const std::function<void()>& save)
 {
     writeFile(file, oldText);
     const std::size_t names = listFolder(file.parentPath()).size();
     inChild([&] {
-        std::signal(SIGXFSZ, SIG_IGN);
-        const struct rlimit limit = {bytes, bytes};
-        ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+        limitFileSize(bytes);
         save();
     });
     EXPECT_EQ(readFile(file), oldText);

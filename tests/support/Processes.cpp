@@ -1,15 +1,22 @@
 #include "support/Processes.h"
 
+#include "support/Threads.h"
+
 #include <gtest/gtest.h>
 
+#include <poll.h>
 #include <sys/ptrace.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <utility>
 
 namespace test {
 namespace {
@@ -43,11 +50,51 @@ pid_t start(const std::function<void()>& work)
     return id;
 }
 
-int statusOf(pid_t id)
+// Waits for what becomes of a child. One of which nothing becomes is killed.
+class Watch
 {
-    int status = -1;
-    ::waitpid(id, &status, 0);
-    return status;
+public:
+    explicit Watch(pid_t id) : id_(id) {}
+    ~Watch() { over_.add(); }
+    Watch(const Watch&) = delete;
+    Watch& operator=(const Watch&) = delete;
+
+    // The status at its next stop, or at its end.
+    int next() const
+    {
+        int status = -1;
+        ::waitpid(id_, &status, 0);
+        return status;
+    }
+
+private:
+    void guard() const
+    {
+        if (over_.reaches(1))
+            return;
+        ADD_FAILURE() << "the child did not end, and was killed";
+        ::kill(id_, SIGKILL);
+    }
+
+    const pid_t id_;
+    Tally over_;
+    Thread guard_{[this] { guard(); }};
+};
+
+bool hasSucceeded(int status)
+{
+    return WIFEXITED(status) && WEXITSTATUS(status) == EXIT_SUCCESS;
+}
+
+// There is something to read, or an end.
+bool isReadable(int file)
+{
+    pollfd wanted = {file, POLLIN, 0};
+    int ready = -1;
+    do {
+        ready = ::poll(&wanted, 1, static_cast<int>(patience.count()));
+    } while (ready < 0 && errno == EINTR);
+    return ready > 0;
 }
 
 }  // namespace
@@ -62,16 +109,19 @@ Child::~Child()
 
 void Child::wait()
 {
-    const int status = statusOf(id_);
-    id_ = -1;
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == EXIT_SUCCESS) << "the child failed, status " << status;
+    const int status = Watch(std::exchange(id_, -1)).next();
+    EXPECT_TRUE(hasSucceeded(status)) << "the child failed, status " << status;
+}
+
+int Child::end()
+{
+    return endOf(std::exchange(id_, -1));
 }
 
 void Child::kill()
 {
     ::kill(id_, SIGKILL);
-    statusOf(id_);
-    id_ = -1;
+    static_cast<void>(Watch(std::exchange(id_, -1)).next());
 }
 
 void inChild(const std::function<void()>& work)
@@ -90,6 +140,13 @@ void asOrdinaryUser(const std::function<void()>& work)
     });
 }
 
+void limitFileSize(std::size_t bytes)
+{
+    std::signal(SIGXFSZ, SIG_IGN);
+    const struct rlimit limit = {bytes, bytes};
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+}
+
 bool killedAtSystemCall(int calls, const std::function<void()>& work)
 {
     const pid_t id = start([&] {
@@ -97,19 +154,62 @@ bool killedAtSystemCall(int calls, const std::function<void()>& work)
         std::raise(SIGSTOP);
         work();
     });
-    int status = statusOf(id);
+    const Watch watch(id);
+    int status = watch.next();
     // There is a stop at each end of a call; what follows one end precedes the next.
     for (int stop = 0; WIFSTOPPED(status) && stop < 2 * calls; ++stop) {
         ::ptrace(PTRACE_SYSCALL, id, nullptr, nullptr);
-        status = statusOf(id);
+        status = watch.next();
     }
     if (!WIFSTOPPED(status)) {
-        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == EXIT_SUCCESS) << "the child failed";
+        EXPECT_TRUE(hasSucceeded(status)) << "the child failed";
         return false;
     }
     ::kill(id, SIGKILL);
-    statusOf(id);
+    static_cast<void>(watch.next());
     return true;
+}
+
+void killedAtEachSystemCall(const std::function<void()>& prepare, const std::function<void()>& work,
+                            const std::function<void(bool died)>& check)
+{
+    constexpr int mostCalls = 3000;
+    constexpr int fewestCalls = 10;
+    int deaths = 0;
+    for (bool died = true; died; ++deaths) {
+        const testing::ScopedTrace trace(__FILE__, __LINE__, "killed at call " + std::to_string(deaths));
+        ASSERT_LT(deaths, mostCalls);
+        prepare();
+        died = killedAtSystemCall(deaths, work);
+        check(died);
+        if (testing::Test::HasFatalFailure())
+            return;
+    }
+    EXPECT_GT(deaths, fewestCalls) << "the work was not watched";
+}
+
+int endOf(pid_t child)
+{
+    const int status = Watch(child).next();
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+// A terminal has an error, not an end of file, once nobody writes to it any more.
+std::string readToEnd(int file)
+{
+    std::string all;
+    std::array<char, 4096> block{};
+    for (;;) {
+        if (!isReadable(file)) {
+            ADD_FAILURE() << "no end comes, after " << all;
+            return all;
+        }
+        const ssize_t got = ::read(file, block.data(), block.size());
+        if (got > 0)
+            all.append(block.data(), static_cast<std::size_t>(got));
+        else if (got == 0 || errno != EINTR)
+            return all;
+    }
 }
 
 Signal::Signal()
@@ -132,6 +232,7 @@ void Signal::send()
 void Signal::wait()
 {
     char mark = 0;
+    ASSERT_TRUE(isReadable(ends_[0])) << "no signal comes";
     EXPECT_EQ(::read(ends_[0], &mark, 1), 1);
 }
 

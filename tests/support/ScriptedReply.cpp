@@ -1,5 +1,7 @@
 #include "support/ScriptedServer.h"
 
+#include "support/Waiting.h"
+
 #include <algorithm>
 #include <condition_variable>
 #include <mutex>
@@ -75,7 +77,8 @@ bool Gate::wait()
     std::unique_lock lock(state_->mutex);
     ++state_->arrivals;
     state_->changed.notify_all();
-    state_->changed.wait(lock, [this] { return state_->permits > 0 || state_->forGood || state_->ended; });
+    if (!comesAbout(state_->changed, lock, [this] { return state_->permits > 0 || state_->forGood || state_->ended; }))
+        giveUp("nobody opens the gate");
     if (state_->ended)
         return false;
     if (!state_->forGood)
@@ -92,7 +95,8 @@ std::size_t Gate::arrivals() const
 void Gate::waitForArrivals(std::size_t count) const
 {
     std::unique_lock lock(state_->mutex);
-    state_->changed.wait(lock, [&] { return state_->arrivals >= count; });
+    if (!comesAbout(state_->changed, lock, [&] { return state_->arrivals >= count; }))
+        giveUp(std::to_string(state_->arrivals) + " of " + std::to_string(count) + " came to the gate");
 }
 
 void Gate::end()

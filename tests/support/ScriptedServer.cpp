@@ -1,5 +1,7 @@
 #include "support/ScriptedServer.h"
 
+#include "support/Threads.h"
+
 #include <boost/asio/connect.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
@@ -15,8 +17,6 @@
 #include <list>
 #include <map>
 #include <mutex>
-#include <set>
-#include <thread>
 
 namespace test {
 
@@ -115,7 +115,7 @@ struct ScriptedServer::Impl
     tcp::acceptor acceptor{context, tcp::endpoint(asio::ip::address_v4::loopback(), 0)};
     std::uint16_t port = acceptor.local_endpoint().port();
     std::unique_ptr<asio::ssl::context> tls;
-    std::thread accepting;
+    std::optional<Thread> accepting;
     std::atomic<bool> stopping = false;
     std::atomic<bool> oneAtATime = false;
     std::mutex turn;  // of the connections, when they are served one at a time
@@ -128,12 +128,10 @@ struct ScriptedServer::Impl
     std::size_t connections = 0;
     std::vector<std::string> offered;
     std::list<std::shared_ptr<Wire>> wires;
-    std::list<std::thread> threads;
-    std::set<std::thread::id> ended;  // of those
-    std::vector<Gate> gates;          // that were waited for
+    std::list<Thread> threads;
+    std::vector<Gate> gates;  // that were waited for
 
     void accept();
-    void joinEnded();
     void serve(tcp::socket socket, std::size_t number);
     template <typename Stream>
     bool exchange(Stream& stream, asio::streambuf& input, std::size_t number, Reply::Ending& ending);
@@ -164,24 +162,9 @@ void ScriptedServer::Impl::accept()
             continue;
         const std::size_t number = ++connections;
         socket.set_option(tcp::no_delay(true), error);
-        joinEnded();
-        threads.emplace_back([this, number, moved = std::move(socket)]() mutable {
-            serve(std::move(moved), number);
-            const std::lock_guard lockAtEnd(mutex);
-            ended.insert(std::this_thread::get_id());
-        });
+        threads.remove_if([](const Thread& thread) { return thread.hasEnded(); });  // or they keep their stacks
+        threads.emplace_back([this, number, moved = std::move(socket)]() mutable { serve(std::move(moved), number); });
     }
-}
-
-// A thread keeps its stack until it is joined.
-void ScriptedServer::Impl::joinEnded()
-{
-    std::erase_if(threads, [this](std::thread& thread) {
-        if (ended.erase(thread.get_id()) == 0)
-            return false;
-        thread.join();
-        return true;
-    });
 }
 
 void ScriptedServer::Impl::serve(tcp::socket socket, std::size_t number)
@@ -364,9 +347,8 @@ int ScriptedServer::Impl::chooseProtocol(SSL*, const unsigned char** chosen, uns
 
 void ScriptedServer::Impl::stop()
 {
-    if (!accepting.joinable())
+    if (!accepting)
         return;
-    std::list<std::thread> all;
     {
         const std::lock_guard lock(mutex);
         stopping = true;
@@ -381,27 +363,27 @@ void ScriptedServer::Impl::stop()
         asio::io_context own;
         tcp::socket knock(own);
         knock.connect({asio::ip::address_v4::loopback(), port}, ignored);
-        accepting.join();
+        accepting.reset();
     }
     error_code ignored;
     acceptor.close(ignored);
+    // Nobody adds to them any more. Their ends need the lock, so it is free while they are joined.
+    std::list<Thread> all;
     {
         const std::lock_guard lock(mutex);
         all.swap(threads);
     }
-    for (std::thread& thread : all)
-        thread.join();
 }
 
 ScriptedServer::ScriptedServer() : impl_(std::make_shared<Impl>())
 {
-    impl_->accepting = std::thread([impl = impl_.get()] { impl->accept(); });
+    impl_->accepting.emplace([impl = impl_.get()] { impl->accept(); });
 }
 
 ScriptedServer::ScriptedServer(const Certificate& certificate) : impl_(std::make_shared<Impl>())
 {
     impl_->useTls(certificate);
-    impl_->accepting = std::thread([impl = impl_.get()] { impl->accept(); });
+    impl_->accepting.emplace([impl = impl_.get()] { impl->accept(); });
 }
 
 ScriptedServer::~ScriptedServer()
@@ -475,7 +457,8 @@ std::vector<std::string> ScriptedServer::offeredProtocols() const
 void ScriptedServer::waitForRequests(std::size_t count) const
 {
     std::unique_lock lock(impl_->mutex);
-    impl_->changed.wait(lock, [&] { return impl_->requests.size() >= count; });
+    if (!comesAbout(impl_->changed, lock, [&] { return impl_->requests.size() >= count; }))
+        giveUp(std::to_string(impl_->requests.size()) + " of " + std::to_string(count) + " requests came");
 }
 
 void ScriptedServer::forgetRequests()

@@ -35,11 +35,11 @@ public:
     void open(std::size_t times = 1);
     /// Lets every wait return from now on.
     void openForGood();
-    /// Returns when it is let through; false when the server ends.
+    /// Returns when it is let through; false when the server ends. Gives up when neither comes about.
     bool wait();
     /// How many waits have begun so far.
     std::size_t arrivals() const;
-    /// Returns when at least `count` waits have begun.
+    /// Returns when at least `count` waits have begun; gives up when they do not.
     void waitForArrivals(std::size_t count) const;
 
 private:
@@ -165,7 +165,7 @@ public:
     std::size_t connections() const;
     /// The protocols that the last client over TLS offered, such as "h2"; empty when it offered none.
     std::vector<std::string> offeredProtocols() const;
-    /// Returns when at least `count` requests were read.
+    /// Returns when at least `count` requests were read; gives up when they do not come.
     void waitForRequests(std::size_t count) const;
     /// Forgets what it was asked; the scripts stay.
     void forgetRequests();

@@ -1,5 +1,7 @@
 #include "support/TestHost.h"
 
+#include "support/Waiting.h"
+
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -21,6 +23,14 @@ std::string utf8(const fs::path& path)
     const std::u8string text = path.u8string();
     return {text.begin(), text.end()};
 }
+
+const bool giveUpTellsTheTest = [] {
+    runningTest = [] {
+        const testing::TestInfo* const test = testing::UnitTest::GetInstance()->current_test_info();
+        return test == nullptr ? std::string("no test") : std::string(test->test_suite_name()) + "." + test->name();
+    };
+    return true;
+}();
 
 // Open to this user only, so that a test notices what another user cannot reach.
 fileString freshFolder()

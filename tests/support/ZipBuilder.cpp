@@ -19,7 +19,8 @@ void put(std::string& out, std::uint64_t value, int bytes)
         out += static_cast<char>(static_cast<unsigned char>(value & 0xFFU));
 }
 
-constexpr std::uint64_t full32 = 0xFFFFFFFF;
+using zip::full32;
+namespace signature = zip::signature;
 
 /// An item with everything that follows from it.
 struct Prepared
@@ -38,12 +39,12 @@ Prepared prepare(const ZipItem& item)
     Prepared prepared;
     prepared.item = item;
     prepared.stored = item.deflated ? deflated(item.data) : item.data;
-    prepared.method = item.method.value_or(item.deflated ? 8 : 0);
+    prepared.method = item.method.value_or(item.deflated ? zip::deflated : zip::stored);
     prepared.crc = item.crc.value_or(crcOf(item.data));
     prepared.size = item.size.value_or(item.data.size());
     prepared.compressedSize = item.compressedSize.value_or(prepared.stored.size());
     if (item.descriptor != ZipDescriptor::none)
-        prepared.item.flags |= 8U;
+        prepared.item.flags |= zip::hasDescriptor;
     return prepared;
 }
 
@@ -58,14 +59,14 @@ void putLocal(std::string& out, const Prepared& entry)
     const bool later = item.descriptor != ZipDescriptor::none;
     std::string extra;
     if (item.wide) {
-        put(extra, 1, 2);
+        put(extra, zip::wideField, 2);
         put(extra, 16, 2);
         put(extra, later ? 0 : entry.size, 8);
         put(extra, later ? 0 : entry.compressedSize, 8);
     }
     extra += item.localExtra;
-    put(out, 0x04034B50, 4);
-    put(out, item.wide ? 45 : 20, 2);
+    out += signature::local;
+    put(out, item.wide ? zip::wideVersion : zip::usualVersion, 2);
     put(out, item.flags, 2);
     put(out, entry.method, 2);
     put(out, item.time, 2);
@@ -79,7 +80,7 @@ void putLocal(std::string& out, const Prepared& entry)
     if (!later)
         return;
     if (item.descriptor == ZipDescriptor::signedNarrow || item.descriptor == ZipDescriptor::signedWide)
-        put(out, 0x08074B50, 4);
+        out += signature::descriptor;
     const bool wide = item.descriptor == ZipDescriptor::signedWide || item.descriptor == ZipDescriptor::plainWide;
     put(out, entry.crc, 4);
     put(out, entry.compressedSize, wide ? 8 : 4);
@@ -95,14 +96,14 @@ void putCentral(std::string& out, const Prepared& entry)
         if (item.wide || value >= full32)
             put(values, value, 8);
     if (!values.empty()) {
-        put(extra, 1, 2);
+        put(extra, zip::wideField, 2);
         put(extra, values.size(), 2);
         extra += values;
     }
     extra += item.centralExtra;
-    put(out, 0x02014B50, 4);
+    out += signature::central;
     put(out, item.madeBy, 2);
-    put(out, item.wide ? 45 : 20, 2);
+    put(out, item.wide ? zip::wideVersion : zip::usualVersion, 2);
     put(out, item.flags, 2);
     put(out, entry.method, 2);
     put(out, item.time, 2);
@@ -123,16 +124,16 @@ void putCentral(std::string& out, const Prepared& entry)
 void putWideEnd(std::string& out, std::uint64_t count, std::uint64_t size, std::uint64_t offset, std::uint64_t front)
 {
     const std::uint64_t position = out.size() - front;
-    put(out, 0x06064B50, 4);
+    out += signature::wideEnd;
     put(out, 44, 8);
-    put(out, 45, 2);
-    put(out, 45, 2);
+    put(out, zip::wideVersion, 2);
+    put(out, zip::wideVersion, 2);
     put(out, 0, 8);
     put(out, count, 8);
     put(out, count, 8);
     put(out, size, 8);
     put(out, offset, 8);
-    put(out, 0x07064B50, 4);
+    out += signature::wideLocator;
     put(out, 0, 4);
     put(out, position, 8);
     put(out, 1, 4);
@@ -186,13 +187,13 @@ std::string ZipBuilder::bytes() const
     }
     const std::uint64_t offset = out.size() - front;
     out += directory;
-    const bool wide = wideEnd_ || items_.size() > 0xFFFE;
+    const bool wide = wideEnd_ || items_.size() >= zip::full16;
     if (wide)
         putWideEnd(out, items_.size(), directory.size(), offset, front);
-    put(out, 0x06054B50, 4);
+    out += signature::end;
     put(out, 0, 4);
-    put(out, wide ? 0xFFFF : items_.size(), 2);
-    put(out, wide ? 0xFFFF : items_.size(), 2);
+    put(out, wide ? zip::full16 : items_.size(), 2);
+    put(out, wide ? zip::full16 : items_.size(), 2);
     put(out, narrow(directory.size(), wideEnd_), 4);
     put(out, narrow(offset, wideEnd_), 4);
     put(out, comment_.size(), 2);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/ZipFormat.h"
+
 #include <VelkCommon/Files/fileString.h>
 
 #include <cstdint>
@@ -20,11 +22,11 @@ struct ZipItem
     bool deflated = false;
     std::uint16_t flags = 0;
     ZipDescriptor descriptor = ZipDescriptor::none;
-    bool wide = false;  ///< sizes and offset stand in zip64 extra fields
-    std::uint16_t time = 0x6C32;
-    std::uint16_t date = 0x5A21;
-    std::uint16_t madeBy = 0x031E;
-    std::uint32_t externalAttributes = 0x81A40000;
+    bool wide = false;            ///< sizes and offset stand in zip64 extra fields
+    std::uint16_t time = 0x6C32;  ///< 13:33:36
+    std::uint16_t date = 0x5A21;  ///< 1 January 2025
+    std::uint16_t madeBy = zip::madeByUnix;
+    std::uint32_t externalAttributes = zip::readableFile;
     std::uint16_t internalAttributes = 0;
     std::string localExtra;
     std::string centralExtra;

@@ -1,11 +1,10 @@
 #include "support/ZipJudges.h"
 
+#include "support/Processes.h"
+
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
-
-#include <array>
-#include <cstdio>
+#include <unistd.h>
 
 namespace test {
 
@@ -23,17 +22,21 @@ std::string describeZip(const fileString& path)
 
 Verdict ask(const std::string& line)
 {
-    Verdict run;
-    std::FILE* const pipe = ::popen(("(" + line + ") 2>&1 </dev/null").c_str(), "r");
-    if (pipe == nullptr) {
-        ADD_FAILURE() << "cannot run " << line;
-        return run;
+    int ends[2] = {-1, -1};
+    if (::pipe(ends) != 0) {
+        ADD_FAILURE() << "cannot make a pipe";
+        return {};
     }
-    std::array<char, 4096> block;
-    while (const std::size_t got = std::fread(block.data(), 1, block.size(), pipe))
-        run.output.append(block.data(), got);
-    const int status = ::pclose(pipe);
-    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    Child shell([&] {
+        ::dup2(ends[1], STDOUT_FILENO);
+        ::execl("/bin/sh", "sh", "-c", ("(" + line + ") 2>&1 </dev/null").c_str(), static_cast<char*>(nullptr));
+        ADD_FAILURE() << "cannot run " << line;
+    });
+    ::close(ends[1]);
+    Verdict run;
+    run.output = readToEnd(ends[0]);
+    ::close(ends[0]);
+    run.status = shell.end();
     return run;
 }
 

@@ -25,7 +25,7 @@ using JsonNode = json::grammar<char>::value_type;
 using JsonArray = json::grammar<char>::array_type;
 using JsonObject = json::grammar<char>::object_type;
 
-/// Where a value stands in a document; made into a text only for those that are told of a fault.
+/// Where a value stands in a document. It is made into a text only when there is a fault to report.
 struct MemberPlace
 {
     std::string_view parent;  ///< empty for a member of the root
@@ -42,7 +42,7 @@ struct WrongMember
     DataFileValue expected;
 };
 
-/// What people are told that a value of this type should have been.
+/// What a fault report says that a value of this type should have been.
 template <typename Value>
 constexpr DataFileValue expectedValue()
 {
@@ -79,12 +79,12 @@ const Value* findMember(const JsonObject& object, const MemberPlace& place)
 }
 
 /// Reads the document in the file at `path` and hands its root to `readRoot`, which may throw WrongMember.
-/// Throws nothing but `std::bad_alloc` and what else `readRoot` throws.
+/// Throws nothing but `std::bad_alloc` and whatever else `readRoot` throws.
 DataFileResult readDataFile(const fileString& path, const std::function<void(const JsonObject& root)>& readRoot);
 
-/// Puts the document that `document` makes in the place of the file at `path`, whole or not at all, and gives
-/// everyone full access to it. `document` may throw std::out_of_range for a number of more than 32 bits. Throws
-/// `std::bad_alloc`; the file is as it was then.
+/// Replaces the file at `path` with the document that `document` makes, completely or not at all, and gives
+/// everyone full access to it. `document` may throw std::out_of_range for a number of more than 32 bits. May
+/// throw `std::bad_alloc`, which leaves the file as it was.
 DataFileResult writeDataFile(const fileString& path, const std::function<json_writer::Object()>& document);
 
 /// Tells the user that the file at `path` cannot be written, on behalf of this line of `sourceFile`.

@@ -6,7 +6,7 @@
 #include <string>
 
 /// @file
-/// The steps of an update from the content service that need no manager.
+/// The steps of an update from the content service that do not need the manager.
 
 namespace Library::detail {
 
@@ -14,12 +14,12 @@ namespace Library::detail {
 /// says why.
 bool fetchServiceFile(const std::u32string& dataUrl, const fileString& file, ManufacturerUpdate& update);
 
-/// What differs between the cards that are held and those offered, by ascending id, as far as cards go.
+/// How the offered cards differ from those that are held, by ascending id. Logos are not compared.
 std::vector<ManufacturerChange> compareCards(const ManufacturerFile::Cards& held,
                                              const ManufacturerFile::Cards& offered);
 
-/// Fetches the logos of the offered cards that are new, or newer than the one held, whose logo is removed before.
-/// Says in `changes` what became of each.
+/// Fetches the logos of the offered cards that are new, or newer than the one held, whose logo is removed
+/// first. Records in `changes` what became of each logo.
 void fetchLogos(const ManufacturerFile::Cards& held, const ManufacturerFile::Cards& offered,
                 const std::u32string& logoUrl, std::vector<ManufacturerChange>& changes);
 

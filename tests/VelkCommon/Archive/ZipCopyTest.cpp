@@ -51,16 +51,16 @@ const KindCase kindCases[] = {
     {"Directory", item([](ZipItem& made) {
          made.name = "folder/";
          made.data.clear();
-         made.externalAttributes = 0x41ED0010;
+         made.externalAttributes = test::zip::folder;
      })},
-    {"Encrypted", item([](ZipItem& made) { made.flags = 1; })},
-    {"UnknownMethod", item([](ZipItem& made) { made.method = 97; })},
+    {"Encrypted", item([](ZipItem& made) { made.flags = test::zip::encrypted; })},
+    {"UnknownMethod", item([](ZipItem& made) { made.method = test::zip::unknownMethod; })},
     {"Dates", item([](ZipItem& made) {
          made.time = 0;
-         made.date = 0x0021;
+         made.date = test::zip::firstDate;
      })},
     {"Attributes", item([](ZipItem& made) {
-         made.madeBy = 0x0014;
+         made.madeBy = test::zip::madeByDos;
          made.externalAttributes = 0x21;
          made.internalAttributes = 1;
      })},
@@ -79,11 +79,11 @@ const KindCase kindCases[] = {
          made.name =
              "K\xC3\xBC"
              "che";
-         made.flags = 0x800;
+         made.flags = test::zip::utf8Names;
      })},
     {"NameOfOddBytes", item([](ZipItem& made) {
          made.name = "a\xFF";
-         made.flags = 0x800;
+         made.flags = test::zip::utf8Names;
      })},
     {"PathUpwards", item([](ZipItem& made) { made.name = "../../up"; })},
     {"SignedDescriptor", item([](ZipItem& made) { made.descriptor = ZipDescriptor::signedNarrow; })},
@@ -171,7 +171,7 @@ TEST_F(ZipShapes, BytesInFrontOfTheArchive)
         EXPECT_EQ(dataOf(source_, "b"), "2");
         EXPECT_TRUE(copyAll(source_, copy_));
         EXPECT_TRUE(test::readFile(copy_) == ZipBuilder().add("a", "1").add("b", "2").bytes());
-        FileUtils::removePath(copy_, 0);
+        FileUtils::removePath(copy_, FileUtils::noFlags);
     }
 }
 
@@ -202,7 +202,8 @@ TEST_F(ZipShapes, BytesInFrontStayWhereEntriesAreAdded)
 
 TEST_F(ZipShapes, Comments)
 {
-    for (const std::string& comment : {std::string("c"), std::string(65'535, 'x'), std::string("PK\x05\x06")}) {
+    for (const std::string& comment :
+         {std::string("c"), std::string(65'535, 'x'), std::string(test::zip::signature::end)}) {
         ZipBuilder().add("a", "1").comment(comment).writeTo(source_);
         EXPECT_EQ(namesOf(source_), "a") << comment.size();
     }
@@ -241,7 +242,7 @@ TEST_F(ZipShapes, MoreEntriesThanSixteenBitsCount)
             builder.add(std::to_string(i), "");
         builder.writeTo(source_);
         EXPECT_EQ(ZipUtils::getSizeOfArchive(source_), static_cast<unsigned long long>(count));
-        FileUtils::removePath(copy_, 0);
+        FileUtils::removePath(copy_, FileUtils::noFlags);
         EXPECT_TRUE(copyAll(source_, copy_));
         EXPECT_TRUE(test::readFile(copy_) == test::readFile(source_)) << count;
     }
@@ -280,7 +281,7 @@ TEST_F(ZipShapes, AnEntryUnderAnotherName)
             ZipUtils::writeFileToArchiveRaw(copy_, own.utf8() == "b" ? own : fileString(name), handle, true, entry));
     });
     item.name = name;
-    item.flags = 0x800;
+    item.flags = test::zip::utf8Names;
     EXPECT_TRUE(test::readFile(copy_) == ZipBuilder().add(item).add("b", "2").bytes());
 }
 

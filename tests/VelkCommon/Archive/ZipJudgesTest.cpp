@@ -50,12 +50,12 @@ protected:
         add("deflated", [](ZipItem& item) { item.deflated = true; });
         add("folder/", [](ZipItem& item) {
             item.data.clear();
-            item.externalAttributes = 0x41ED0010;
+            item.externalAttributes = test::zip::folder;
         });
         add("folder/commented", [](ZipItem& item) { item.comment = "a comment"; });
         add("K\xC3\xBC"
             "che",
-            [](ZipItem& item) { item.flags = 0x800; });
+            [](ZipItem& item) { item.flags = test::zip::utf8Names; });
         add("extra", [](ZipItem& item) {
             item.localExtra = item.centralExtra = std::string("UT\x05\x00\x03\x12\x34\x56\x60", 9);
         });
@@ -123,11 +123,11 @@ TEST_F(ZipJudges, EncryptedEntriesAndUnknownMethods)
     ZipItem encrypted;
     encrypted.name = "secret";
     encrypted.data = test::noise(3000);
-    encrypted.flags = 1;
+    encrypted.flags = test::zip::encrypted;
     ZipItem unknown;
     unknown.name = "unknown";
     unknown.data = test::noise(3000);
-    unknown.method = 97;
+    unknown.method = test::zip::unknownMethod;
     ZipBuilder().add("a", "1").add(encrypted).add(unknown).writeTo(source_);
     ASSERT_TRUE(copyAll(source_, copy_));
     EXPECT_EQ(described(copy_), described(source_));
@@ -151,8 +151,8 @@ TEST_F(ZipJudges, ArchivesOfOtherPrograms)
             source_.utf8() + "'",
     };
     for (const std::string& writer : writers) {
-        FileUtils::removePath(source_, 0);
-        FileUtils::removePath(copy_, 0);
+        FileUtils::removePath(source_, FileUtils::noFlags);
+        FileUtils::removePath(copy_, FileUtils::noFlags);
         const test::Verdict run = test::ask("cd '" + folder + "' && " + writer);
         ASSERT_EQ(run.status, 0) << run.output;
         ASSERT_TRUE(copyAll(source_, copy_)) << writer;

@@ -178,7 +178,7 @@ TEST_F(ZipOutput, NamesAreTheSameWhateverTheirEncoding)
     item.name =
         "K\xC3\xBC"
         "che";
-    item.flags = 0x800;
+    item.flags = test::zip::utf8Names;
     item.data = "new";
     ZipBuilder().add(item).writeTo(source_);
     EXPECT_TRUE(copyAll(source_, target_));

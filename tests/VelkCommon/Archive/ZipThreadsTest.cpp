@@ -1,9 +1,9 @@
 #include "ZipWalk.h"
+#include "support/Threads.h"
 
 #include <gmock/gmock.h>
 
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace {
@@ -17,28 +17,20 @@ class ZipThreads : public test::ArchiveTest
 
 TEST_F(ZipThreads, ReadOneArchiveEach)
 {
-    constexpr int threads = 4;
-    std::vector<std::thread> readers;
-    std::vector<int> right(threads, 0);
-    for (int i = 0; i < threads; ++i) {
-        const fileString path = at(U"own") + fileString(std::to_string(i));
+    constexpr std::size_t readers = 4;
+    std::vector<int> right(readers, 0);
+    test::onThreads(readers, [&](std::size_t reader) {
+        const fileString path = at(U"own") + fileString(std::to_string(reader));
         ZipItem item;
         item.name = "entry";
-        item.data = test::noise(50'000, static_cast<unsigned>(i));
+        item.data = test::noise(50'000, static_cast<unsigned>(reader));
         item.deflated = true;
         ZipBuilder().add(item).writeTo(path);
-        readers.emplace_back([path, i, &right] {
-            for (int round = 0; round < 20; ++round) {
-                bool same = false;
-                walk(path, [&](const fileString& name, const ZipHandle&, ZipUtils::ZipRawDataInfo*) {
-                    same = dataOf(path, name.utf8()) == test::noise(50'000, static_cast<unsigned>(i));
-                });
-                right[static_cast<std::size_t>(i)] += same ? 1 : 0;
-            }
-        });
-    }
-    for (std::thread& reader : readers)
-        reader.join();
+        for (int round = 0; round < 20; ++round)
+            walk(path, [&](const fileString& name, const ZipHandle&, ZipUtils::ZipRawDataInfo*) {
+                right[reader] += dataOf(path, name.utf8()) == item.data ? 1 : 0;
+            });
+    });
     EXPECT_THAT(right, testing::Each(20));
 }
 

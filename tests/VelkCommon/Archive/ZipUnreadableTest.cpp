@@ -89,7 +89,7 @@ const BrokenCase brokenCases[] = {
          });
      }},
     {"DataIntoTheDirectory", [] { return with([](ZipItem& item) { item.compressedSize = 1005; }); }},
-    {"WideSizeMissing", [] { return with([](ZipItem& item) { item.compressedSize = 0xFFFFFFFF; }); }},
+    {"WideSizeMissing", [] { return with([](ZipItem& item) { item.compressedSize = test::zip::full32; }); }},
 };
 
 class Unreadable : public test::ArchiveTest, public testing::WithParamInterface<BrokenCase>
@@ -100,9 +100,9 @@ TEST_P(Unreadable, HasNoEntriesAndTakesNone)
     // A record that says "see the zip64 field" without having one.
     std::string bytes = GetParam().bytes();
     if (std::string(GetParam().name) == "WideSizeMissing") {
-        const std::size_t record = bytes.rfind("PK\x01\x02");
-        bytes.erase(record + 46 + 4, 12);
-        bytes[record + 30] = 0;
+        const std::size_t record = bytes.rfind(test::zip::signature::central);
+        bytes.erase(record + test::zip::centralSize + test::zip::extraHeaderSize, 12);
+        bytes[record + test::zip::centralExtraSize] = 0;
         bytes[bytes.size() - 10] = static_cast<char>(bytes[bytes.size() - 10] - 12);
     }
     const fileString archive = at(U"broken.zip");
@@ -152,7 +152,7 @@ TEST_F(ZipUnreadable, ABombOfSharedBytesHasNoEntries)
     item.compressedSize = test::deflated(item.data).size();
     item.size = item.data.size();
     item.data.clear();
-    item.method = 8;
+    item.method = test::zip::deflated;
     item.offset = 0;
     for (int i = 0; i < 65'000; ++i)
         builder.add(item);
@@ -209,10 +209,10 @@ const DamagedCase damagedCases[] = {
                                            item.wide = true;
                                        })},
     {"CutInTheArchive", damaged(true, [](ZipItem& item) { item.compressedSize = 1000; }), true},
-    {"NotDeflatedAtAll", damaged(false, [](ZipItem& item) { item.method = 8; })},
-    {"Encrypted", damaged(false, [](ZipItem& item) { item.flags = 1; })},
-    {"EncryptedDeflated", damaged(true, [](ZipItem& item) { item.flags = 1; })},
-    {"UnknownMethod", damaged(false, [](ZipItem& item) { item.method = 97; })},
+    {"NotDeflatedAtAll", damaged(false, [](ZipItem& item) { item.method = test::zip::deflated; })},
+    {"Encrypted", damaged(false, [](ZipItem& item) { item.flags = test::zip::encrypted; })},
+    {"EncryptedDeflated", damaged(true, [](ZipItem& item) { item.flags = test::zip::encrypted; })},
+    {"UnknownMethod", damaged(false, [](ZipItem& item) { item.method = test::zip::unknownMethod; })},
 };
 
 class Damaged : public ZipUnreadable, public testing::WithParamInterface<DamagedCase>
@@ -248,7 +248,7 @@ INSTANTIATE_TEST_SUITE_P(Entries, Damaged, testing::ValuesIn(damagedCases),
 
 TEST_F(ZipUnreadable, TheStreamOfAnEncryptedEntryIsNotOpen)
 {
-    ZipBuilder().add(damaged(false, [](ZipItem& item) { item.flags = 1; })).writeTo(archive_);
+    ZipBuilder().add(damaged(false, [](ZipItem& item) { item.flags = test::zip::encrypted; })).writeTo(archive_);
     ZipUtils::ZipInputStream stream(combined(archive_, "entry"));
     EXPECT_FALSE(stream.isFileOpen());
     EXPECT_TRUE(stream.reachedEOF());
@@ -274,7 +274,7 @@ TEST_F(ZipUnreadable, AnEntryThatGrowsIsLeftAtItsDeclaredSize)
 TEST_F(ZipUnreadable, ADamagedLocalHeaderLosesThatEntryOnly)
 {
     std::string bytes = ZipBuilder().add("a", "1").add("b", "2").add("c", "3").bytes();
-    bytes[bytes.find("PK\x03\x04", 1)] = 'X';
+    bytes[bytes.find(test::zip::signature::local, 1)] = 'X';
     test::writeFile(archive_, bytes);
     std::string results;
     const auto names =

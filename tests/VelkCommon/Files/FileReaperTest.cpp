@@ -5,8 +5,12 @@
 #include <gmock/gmock.h>
 
 #include <stdexcept>
+#include <type_traits>
 
 namespace {
+
+static_assert(std::is_convertible_v<fileString, FileReaper>, "a path is handed over as it is");
+static_assert(!std::is_copy_constructible_v<FileReaper>, "or the file would be deleted twice");
 
 class FileReaperTest : public testing::Test
 {
@@ -36,6 +40,13 @@ TEST_F(FileReaperTest, KeepsTheFileWhenCancelled)
         reaper.cancel();
     }
     EXPECT_EQ(test::readFile(file_), "x");
+}
+
+TEST_F(FileReaperTest, TakesAPathAsItIs)
+{
+    const auto guarded = [this](const FileReaper&) { EXPECT_TRUE(file_.pathExists()); };
+    guarded(file_);
+    EXPECT_FALSE(file_.pathExists());
 }
 
 TEST_F(FileReaperTest, MindsNoMissingFile)

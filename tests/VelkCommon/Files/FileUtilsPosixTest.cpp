@@ -1,8 +1,9 @@
 #include <VelkCommon/Files/FileUtils.h>
-#include <VelkCommon/Files/ReplacementFile.h>
 
+#include "PosixFiles.h"
 #include "support/Processes.h"
 #include "support/TestHost.h"
+#include "support/Threads.h"
 
 #include <gmock/gmock.h>
 
@@ -11,56 +12,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <atomic>
-#include <csignal>
-#include <thread>
-
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr rlim_t smallDisk = 100'000;
-
-class FileUtilsPosix : public testing::Test
-{
-protected:
-    // Ordinary users come by, too.
-    FileUtilsPosix() { setMode(root_.path(), 0777); }
-
-    fileString at(const char32_t* name) const { return root_ / name; }
-    std::vector<std::string> names() const { return test::listFolder(root_.path()); }
-
-    static void setMode(const fileString& path, mode_t mode)
-    {
-        EXPECT_EQ(::chmod(path.utf8().c_str(), mode), 0) << path;
-    }
-
-    static mode_t modeOf(const fileString& path)
-    {
-        struct stat status = {};
-        EXPECT_EQ(::lstat(path.utf8().c_str(), &status), 0) << path;
-        return status.st_mode & mode_t{07777};
-    }
-
-    static void makeFolder(const fileString& path) { EXPECT_EQ(::mkdir(path.utf8().c_str(), 0755), 0) << path; }
-
-    static void makeLink(const fileString& target, const fileString& link)
-    {
-        EXPECT_EQ(::symlink(target.utf8().c_str(), link.utf8().c_str()), 0) << link;
-    }
-
-    // What another file would see on a disk that is nearly full.
-    static void limitFileSize()
-    {
-        ::signal(SIGXFSZ, SIG_IGN);
-        const struct rlimit limit = {smallDisk, smallDisk};
-        ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
-    }
-
-    test::TemporaryFolder root_;
-};
+using FileUtilsPosix = test::PosixFiles;
 
 // ---- Folders of one user -------------------------------------------------------------------------
 
@@ -92,9 +49,9 @@ TEST_F(FileUtilsPosix, RemovePathRemovesTheLinkNotItsTarget)
     makeLink(at(U"target"), at(U"link"));
     makeLink(at(U"folder"), at(U"folderlink"));
     makeLink(at(U"nowhere"), at(U"dangling"));
-    EXPECT_TRUE(FileUtils::removePath(at(U"link"), 0));
-    EXPECT_TRUE(FileUtils::removePath(at(U"folderlink"), 1));
-    EXPECT_TRUE(FileUtils::removePath(at(U"dangling"), 0));
+    EXPECT_TRUE(FileUtils::removePath(at(U"link"), FileUtils::noFlags));
+    EXPECT_TRUE(FileUtils::removePath(at(U"folderlink"), FileUtils::overrideReadOnly));
+    EXPECT_TRUE(FileUtils::removePath(at(U"dangling"), FileUtils::noFlags));
     EXPECT_THAT(names(), ElementsAre("folder", "target"));
 }
 
@@ -108,7 +65,7 @@ TEST_F(FileUtilsPosix, LinksInARemovedTreeLeadNowhere)
     makeLink(at(U"outside/kept"), at(U"tree/deep/file"));
     makeLink(at(U"nowhere"), at(U"tree/dangling"));
     makeLink(at(U"tree"), at(U"tree/deep/loop"));
-    EXPECT_TRUE(FileUtils::removeDirectoryAndFiles(at(U"tree"), 1));
+    EXPECT_TRUE(FileUtils::removeDirectoryAndFiles(at(U"tree"), FileUtils::overrideReadOnly));
     EXPECT_THAT(names(), ElementsAre("outside"));
     EXPECT_EQ(test::readFile(at(U"outside/kept")), "x");
 }
@@ -119,7 +76,7 @@ TEST_F(FileUtilsPosix, ALinkInTheTreesPlaceIsOnlyUnlinked)
     test::writeFile(at(U"outside/kept"), "x");
     for (const char32_t* name : {U"link", U"link/", U"link//"}) {
         makeLink(at(U"outside"), at(U"link"));
-        EXPECT_TRUE(FileUtils::removeDirectoryAndFiles(at(name), 1));
+        EXPECT_TRUE(FileUtils::removeDirectoryAndFiles(at(name), FileUtils::overrideReadOnly));
         EXPECT_THAT(names(), ElementsAre("outside"));
         EXPECT_EQ(test::readFile(at(U"outside/kept")), "x");
     }
@@ -136,20 +93,17 @@ TEST_F(FileUtilsPosix, ALinkPutInPlaceMeanwhileLeadsNowhere)
     for (int round = 0; round < 100; ++round) {
         makeFolder(at(U"tree"));
         makeFolder(at(U"tree/swapped"));
-        std::atomic<bool> done{false};
-        std::thread attacker([&] {
+        {
             const std::string inside = at(U"tree/swapped").utf8();
             const std::string link = at(U"link").utf8();
-            while (!done)
-                ::renameat2(AT_FDCWD, inside.c_str(), AT_FDCWD, link.c_str(), RENAME_EXCHANGE);
-        });
-        FileUtils::removeDirectoryAndFiles(at(U"tree"), 1);
-        done = true;
-        attacker.join();
+            const test::Repeatedly attacker(
+                [&] { ::renameat2(AT_FDCWD, inside.c_str(), AT_FDCWD, link.c_str(), RENAME_EXCHANGE); });
+            FileUtils::removeDirectoryAndFiles(at(U"tree"), FileUtils::overrideReadOnly);
+        }
         ASSERT_EQ(test::readFile(at(U"outside/kept")), "x");
         ::unlink(at(U"link").utf8().c_str());
         ::rmdir(at(U"link").utf8().c_str());
-        FileUtils::removeDirectoryAndFiles(at(U"tree"), 1);
+        FileUtils::removeDirectoryAndFiles(at(U"tree"), FileUtils::overrideReadOnly);
         makeLink(at(U"outside"), at(U"link"));
     }
 }
@@ -166,7 +120,7 @@ TEST_F(FileUtilsPosix, CopyAndMoveReplaceALinkNotItsTarget)
                           : FileUtils::copyFile(at(U"new"), at(U"link"), true));
         EXPECT_EQ(test::readFile(at(U"protected")), "protected");
         EXPECT_EQ(test::readFile(at(U"link")), "new");
-        EXPECT_TRUE(FileUtils::removePath(at(U"link"), 0));
+        EXPECT_TRUE(FileUtils::removePath(at(U"link"), FileUtils::noFlags));
     }
 }
 
@@ -205,13 +159,13 @@ TEST_F(FileUtilsPosix, RootsAndRelativePathsAreRefused)
         ASSERT_EQ(::chdir(root_.path().utf8().c_str()), 0);
         makeFolder(at(U"tree"));
         for (const char* path : {"tree", "./tree", "../tree", ".", "..", "tree/"})
-            EXPECT_FALSE(FileUtils::removeDirectoryAndFiles(std::string(path), 1)) << path;
+            EXPECT_FALSE(FileUtils::removeDirectoryAndFiles(std::string(path), FileUtils::overrideReadOnly)) << path;
         EXPECT_THAT(names(), ElementsAre("tree"));
     });
     // As a user who could do no harm, were they not refused.
     test::asOrdinaryUser([] {
-        EXPECT_FALSE(FileUtils::removeDirectoryAndFiles(std::string("/"), 0));
-        EXPECT_FALSE(FileUtils::removeDirectoryAndFiles(std::string("//"), 0));
+        EXPECT_FALSE(FileUtils::removeDirectoryAndFiles(std::string("/"), FileUtils::noFlags));
+        EXPECT_FALSE(FileUtils::removeDirectoryAndFiles(std::string("//"), FileUtils::noFlags));
     });
 }
 
@@ -232,7 +186,7 @@ TEST_F(FileUtilsPosix, DeepTreesAreRemoved)
     test::inChild([this] {
         const struct rlimit few = {32, 32};
         ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
-        EXPECT_TRUE(FileUtils::removeDirectoryAndFiles(at(U"tree"), 1));
+        EXPECT_TRUE(FileUtils::removeDirectoryAndFiles(at(U"tree"), FileUtils::overrideReadOnly));
     });
     EXPECT_THAT(names(), IsEmpty());
 }
@@ -264,7 +218,7 @@ TEST_F(FileUtilsPosix, NamesThatAreNotTextAreRemovedToo)
     EXPECT_TRUE(FileUtils::copyFile(odd, odd + "2", false));
     EXPECT_EQ(test::readFile(fileString(fileString(odd + "2").unicodeString())), "x");
     EXPECT_EQ(FileUtils::fileSize(odd), 1);
-    EXPECT_TRUE(FileUtils::removeDirectoryAndFiles(at(U"tree"), 1));
+    EXPECT_TRUE(FileUtils::removeDirectoryAndFiles(at(U"tree"), FileUtils::overrideReadOnly));
     EXPECT_THAT(names(), IsEmpty());
 }
 
@@ -347,7 +301,7 @@ TEST_F(FileUtilsPosix, AReadOnlyFolderRefusesEverything)
     test::writeFile(at(U"folder/file"), "x");
     setMode(at(U"folder"), 0555);
     test::asOrdinaryUser([this] {
-        EXPECT_FALSE(FileUtils::removePath(at(U"folder/file"), 1));
+        EXPECT_FALSE(FileUtils::removePath(at(U"folder/file"), FileUtils::overrideReadOnly));
         EXPECT_FALSE(FileUtils::copyFile(at(U"outside"), at(U"folder/file"), true));
         EXPECT_FALSE(FileUtils::copyFile(at(U"outside"), at(U"folder/new"), true));
         EXPECT_FALSE(FileUtils::moveFile(at(U"outside"), at(U"folder/file"), true));
@@ -355,181 +309,11 @@ TEST_F(FileUtilsPosix, AReadOnlyFolderRefusesEverything)
         EXPECT_FALSE(FileUtils::renameFile(at(U"folder/file"), at(U"folder/other")));
         EXPECT_FALSE(FileUtils::canWriteFile(at(U"folder/new")));
         EXPECT_FALSE(FileUtils::createDirectoriesWithPerm(at(U"folder/a/b")));
-        EXPECT_FALSE(FileUtils::removeDirectoryAndFiles(at(U"folder"), 1));
+        EXPECT_FALSE(FileUtils::removeDirectoryAndFiles(at(U"folder"), FileUtils::overrideReadOnly));
     });
     EXPECT_THAT(names(), ElementsAre("folder", "outside"));
     EXPECT_THAT(test::listFolder(at(U"folder")), ElementsAre("file"));
     EXPECT_EQ(test::readFile(at(U"folder/file")), "x");
-}
-
-// ---- Another file system -------------------------------------------------------------------------
-
-class OtherVolume : public FileUtilsPosix
-{
-protected:
-    OtherVolume()
-    {
-        std::string pattern = "/dev/shm/velk-test-XXXXXX";
-        other_ = std::string(::mkdtemp(pattern.data()));
-        struct stat here = {};
-        struct stat there = {};
-        EXPECT_EQ(::stat(root_.path().utf8().c_str(), &here), 0);
-        EXPECT_EQ(::stat(other_.utf8().c_str(), &there), 0);
-        EXPECT_NE(here.st_dev, there.st_dev) << "this test needs two file systems";
-    }
-    ~OtherVolume() override { FileUtils::removeDirectoryAndFiles(other_, 1); }
-
-    fileString other_;
-};
-
-TEST_F(OtherVolume, MoveFileCopiesAndRemoves)
-{
-    test::writeFile(other_ / U"from", "new");
-    setMode(other_ / U"from", 0640);
-    test::writeFile(at(U"to"), "old");
-    EXPECT_FALSE(FileUtils::moveFile(other_ / U"from", at(U"to"), false));
-    EXPECT_EQ(test::readFile(at(U"to")), "old");
-    EXPECT_TRUE(FileUtils::moveFile(other_ / U"from", at(U"to"), true));
-    EXPECT_EQ(test::readFile(at(U"to")), "new");
-    EXPECT_EQ(modeOf(at(U"to")), mode_t{0640});
-    EXPECT_TRUE(FileUtils::moveFile(at(U"to"), other_ / U"back", false));
-    EXPECT_THAT(names(), IsEmpty());
-    EXPECT_THAT(test::listFolder(other_), ElementsAre("back"));
-}
-
-TEST_F(OtherVolume, RenameFileStaysOnItsOwn)
-{
-    test::writeFile(other_ / U"from", "new");
-    EXPECT_FALSE(FileUtils::renameFile(other_ / U"from", at(U"to")));
-    EXPECT_THAT(names(), IsEmpty());
-}
-
-TEST_F(OtherVolume, ASourceThatMustStayIsNotMoved)
-{
-    test::writeFile(other_ / U"from", "new");
-    test::writeFile(at(U"to"), "old");
-    setMode(other_, 0555);
-    test::asOrdinaryUser([this] { EXPECT_FALSE(FileUtils::moveFile(other_ / U"from", at(U"to"), true)); });
-    setMode(other_, 0755);
-    EXPECT_EQ(test::readFile(at(U"to")), "old");
-    EXPECT_THAT(test::listFolder(other_), ElementsAre("from"));
-}
-
-TEST_F(OtherVolume, AFullDiskLeavesBothEnds)
-{
-    test::writeFile(other_ / U"from", std::string(2 * smallDisk, 'n'));
-    test::writeFile(at(U"to"), "old");
-    test::inChild([this] {
-        limitFileSize();
-        EXPECT_FALSE(FileUtils::moveFile(other_ / U"from", at(U"to"), true));
-    });
-    EXPECT_EQ(test::readFile(at(U"to")), "old");
-    EXPECT_THAT(names(), ElementsAre("to"));
-    EXPECT_EQ(FileUtils::fileSize(other_ / U"from"), static_cast<long long>(2 * smallDisk));
-}
-
-// ---- Old or new ----------------------------------------------------------------------------------
-
-TEST_F(FileUtilsPosix, AFullDiskLeavesTheTarget)
-{
-    test::writeFile(at(U"from"), std::string(2 * smallDisk, 'n'));
-    test::writeFile(at(U"to"), "old");
-    test::inChild([this] {
-        limitFileSize();
-        EXPECT_FALSE(FileUtils::copyFile(at(U"from"), at(U"to"), true));
-        EXPECT_FALSE(FileUtils::copyFile(at(U"from"), at(U"new"), true));
-        ReplacementFile file(at(U"to"));
-        EXPECT_FALSE(file.write(std::string(2 * smallDisk, 'n')));
-        EXPECT_FALSE(file.write("n")) << "what follows a fault would leave a hole";
-        EXPECT_FALSE(file.commit());
-    });
-    EXPECT_EQ(test::readFile(at(U"to")), "old");
-    EXPECT_THAT(names(), ElementsAre("from", "to"));
-}
-
-// The operation dies at each of its system calls in turn.
-class DeathOf : public OtherVolume
-{
-protected:
-    void everywhere(const fileString& target, const std::function<void()>& prepare, const std::function<void()>& work)
-    {
-        const std::string oldText(60'000, 'o');
-        const std::string newText(60'000, 'n');
-        bool died = true;
-        int deaths = 0;
-        for (; died; ++deaths) {
-            ASSERT_LT(deaths, 1000);
-            test::writeFile(target, oldText);
-            prepare();
-            died = test::killedAtSystemCall(deaths, work);
-            const std::string text = test::readFile(target);
-            ASSERT_TRUE(text == newText || (died && text == oldText)) << "torn at call " << deaths;
-            ASSERT_TRUE(text == newText || test::readFile(source_) == newText) << "lost at call " << deaths;
-        }
-        EXPECT_GT(deaths, 10) << "the work was not watched";
-    }
-
-    void writeSource() const { test::writeFile(source_, std::string(60'000, 'n')); }
-
-    fileString source_ = at(U"from");
-};
-
-TEST_F(DeathOf, CopyFileLeavesOldOrNew)
-{
-    everywhere(
-        at(U"to"), [this] { writeSource(); }, [this] { EXPECT_TRUE(FileUtils::copyFile(source_, at(U"to"), true)); });
-}
-
-TEST_F(DeathOf, MoveFileLeavesOldOrNew)
-{
-    everywhere(
-        at(U"to"), [this] { writeSource(); }, [this] { EXPECT_TRUE(FileUtils::moveFile(source_, at(U"to"), true)); });
-}
-
-TEST_F(DeathOf, MoveFileToAnotherVolumeLeavesOldOrNew)
-{
-    everywhere(
-        other_ / U"to", [this] { writeSource(); },
-        [this] { EXPECT_TRUE(FileUtils::moveFile(source_, other_ / U"to", true)); });
-}
-
-TEST_F(DeathOf, ReplacementFileLeavesOldOrNew)
-{
-    everywhere(
-        at(U"to"), [this] { writeSource(); },
-        [this] {
-            ReplacementFile file(at(U"to"));
-            for (int block = 0; block < 3; ++block)
-                EXPECT_TRUE(file.write(std::string(20'000, 'n')));
-            EXPECT_TRUE(file.commit());
-        });
-}
-
-// Many processes make the same new file: one of them makes it, and nobody replaces it.
-TEST_F(FileUtilsPosix, OneOfManyMakesAFileThatMustNotBeThere)
-{
-    constexpr int processes = 8;
-    for (int round = 0; round < 10; ++round) {
-        std::vector<std::unique_ptr<test::Child>> children;
-        for (char letter = 'a'; letter < 'a' + processes; ++letter)
-            children.push_back(std::make_unique<test::Child>([this, letter] {
-                const fileString own = at(U"from") + fileString(std::string(1, letter));
-                test::writeFile(own, std::string(1, letter));
-                const bool made = letter % 2 == 0 ? FileUtils::copyFile(own, at(U"to"), false)
-                                                  : FileUtils::moveFile(own, at(U"to"), false);
-                if (made)
-                    test::writeFile(at(U"winner") + fileString(std::string(1, letter)), "");
-            }));
-        for (const auto& child : children)
-            child->wait();
-        std::vector<std::string> winners;
-        for (const std::string& name : names())
-            if (name.starts_with("winner"))
-                winners.push_back(name.substr(6));
-        EXPECT_THAT(winners, ElementsAre(test::readFile(at(U"to"))));
-        for (const std::string& name : names())
-            FileUtils::removePath(root_.path() / fileString(name), 0);
-    }
 }
 
 }  // namespace

@@ -40,8 +40,8 @@ TEST_F(FileUtilsTest, PathExistsForFileAndFolder)
 TEST_F(FileUtilsTest, NothingWorksOnTheEmptyPath)
 {
     test::writeFile(at(U"a"), "x");
-    EXPECT_FALSE(FileUtils::removePath({}, 0));
-    EXPECT_FALSE(FileUtils::removeDirectoryAndFiles({}, 1));
+    EXPECT_FALSE(FileUtils::removePath({}, FileUtils::noFlags));
+    EXPECT_FALSE(FileUtils::removeDirectoryAndFiles({}, FileUtils::overrideReadOnly));
     EXPECT_FALSE(FileUtils::createDirectoriesWithPerm({}));
     EXPECT_FALSE(FileUtils::createPrivateDirectory({}));
     EXPECT_FALSE(FileUtils::copyFile({}, at(U"b"), true));
@@ -65,10 +65,10 @@ TEST_F(FileUtilsTest, RemovePathDeletesFilesOnly)
     EXPECT_TRUE(FileUtils::removePath(at(U"a"), FileUtils::noFlags));
     EXPECT_TRUE(FileUtils::removePath(at(U"b"), FileUtils::overrideReadOnly));
     EXPECT_THAT(names(), IsEmpty());
-    EXPECT_FALSE(FileUtils::removePath(at(U"a"), 0)) << "it is gone";
+    EXPECT_FALSE(FileUtils::removePath(at(U"a"), FileUtils::noFlags)) << "it is gone";
     ASSERT_TRUE(FileUtils::createDirectoriesWithPerm(at(U"folder")));
-    EXPECT_FALSE(FileUtils::removePath(at(U"folder"), 0));
-    EXPECT_FALSE(FileUtils::removePath(at(U"folder/"), 1));
+    EXPECT_FALSE(FileUtils::removePath(at(U"folder"), FileUtils::noFlags));
+    EXPECT_FALSE(FileUtils::removePath(at(U"folder/"), FileUtils::overrideReadOnly));
     EXPECT_THAT(names(), ElementsAre("folder"));
 }
 
@@ -78,10 +78,11 @@ TEST_F(FileUtilsTest, DotsAreNoWayToAnotherFolder)
     test::writeFile(at(U"file"), "x");
     test::writeFile(at(U"tree/file"), "x");
     for (const char32_t* path : {U"tree/..", U"tree/../", U"tree/.", U"tree//..//"})
-        EXPECT_FALSE(FileUtils::removeDirectoryAndFiles(at(path), 1)) << at(path);
+        EXPECT_FALSE(FileUtils::removeDirectoryAndFiles(at(path), FileUtils::overrideReadOnly)) << at(path);
     EXPECT_THAT(names(), ElementsAre("file", "tree"));
     EXPECT_THAT(test::listFolder(at(U"tree")), ElementsAre("file"));
-    EXPECT_TRUE(FileUtils::removeDirectoryAndFiles(at(U"tree/../tree"), 1)) << "a name at the end";
+    EXPECT_TRUE(FileUtils::removeDirectoryAndFiles(at(U"tree/../tree"), FileUtils::overrideReadOnly))
+        << "a name at the end";
     EXPECT_THAT(names(), ElementsAre("file"));
 }
 
@@ -122,17 +123,17 @@ TEST_F(FileUtilsTest, RemoveDirectoryDeletesEverythingBelow)
     test::writeFile(at(U"a/b/2"), "x");
     test::writeFile(at(U"a/b/c/3"), "x");
     test::writeFile(at(U"beside"), "x");
-    EXPECT_TRUE(FileUtils::removeDirectoryAndFiles(at(U"a"), 1));
+    EXPECT_TRUE(FileUtils::removeDirectoryAndFiles(at(U"a"), FileUtils::overrideReadOnly));
     EXPECT_THAT(names(), ElementsAre("beside"));
-    EXPECT_FALSE(FileUtils::removeDirectoryAndFiles(at(U"a"), 1)) << "it is gone";
-    EXPECT_FALSE(FileUtils::removeDirectoryAndFiles(at(U"beside"), 1)) << "it is a file";
+    EXPECT_FALSE(FileUtils::removeDirectoryAndFiles(at(U"a"), FileUtils::overrideReadOnly)) << "it is gone";
+    EXPECT_FALSE(FileUtils::removeDirectoryAndFiles(at(U"beside"), FileUtils::overrideReadOnly)) << "it is a file";
     EXPECT_THAT(names(), ElementsAre("beside"));
 }
 
 TEST_F(FileUtilsTest, RemoveDirectoryMindsNoTrailingSeparators)
 {
     ASSERT_TRUE(FileUtils::createDirectoriesWithPerm(at(U"a/b")));
-    EXPECT_TRUE(FileUtils::removeDirectoryAndFiles(at(U"a//"), 0));
+    EXPECT_TRUE(FileUtils::removeDirectoryAndFiles(at(U"a//"), FileUtils::noFlags));
     EXPECT_THAT(names(), IsEmpty());
 }
 

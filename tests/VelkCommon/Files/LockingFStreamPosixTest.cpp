@@ -2,19 +2,18 @@
 #include <VelkCommon/Files/LockingFStream.h>
 #include <VelkCommon/Files/detail/LockPatience.h>
 
+#include "support/OpenModes.h"
 #include "support/Processes.h"
 #include "support/TestHost.h"
+#include "support/Threads.h"
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <atomic>
-#include <csignal>
 #include <iterator>
 #include <memory>
 #include <string>
-#include <thread>
+#include <vector>
 
 namespace {
 
@@ -47,7 +46,7 @@ protected:
 TEST_F(LockingFStreamPosix, AnotherProcessesWriterIsFelt)
 {
     test::Child writer([this] {
-        LockingFStream out(file_, 34);
+        LockingFStream out(file_, test::writeBytes);
         held_.send();
         release_.wait();
         out << "new";
@@ -55,7 +54,7 @@ TEST_F(LockingFStreamPosix, AnotherProcessesWriterIsFelt)
     held_.wait();
     EXPECT_TRUE(FileUtils::isPathWriteLocked(file_));
     EXPECT_FALSE(FileUtils::canWriteFile(file_));
-    EXPECT_TRUE(LockingFStream(file_, 1).fail());
+    EXPECT_TRUE(LockingFStream(file_, test::readText).fail());
     release_.send();
     writer.wait();
     EXPECT_FALSE(FileUtils::isPathWriteLocked(file_));
@@ -66,15 +65,15 @@ TEST_F(LockingFStreamPosix, AnotherProcessesWriterIsFelt)
 TEST_F(LockingFStreamPosix, AnotherProcessesReaderKeepsTheFileFromBeingEmptied)
 {
     test::Child reader([this] {
-        LockingFStream in(file_, 1);
+        LockingFStream in(file_, test::readText);
         held_.send();
         release_.wait();
         EXPECT_EQ(readAll(in), "old");
     });
     held_.wait();
     EXPECT_FALSE(FileUtils::isPathWriteLocked(file_));
-    EXPECT_EQ(readAll(*std::make_unique<LockingFStream>(file_, 1)), "old");
-    EXPECT_TRUE(LockingFStream(file_, 34).fail());
+    EXPECT_EQ(readAll(*std::make_unique<LockingFStream>(file_, test::readText)), "old");
+    EXPECT_TRUE(LockingFStream(file_, test::writeBytes).fail());
     release_.send();
     reader.wait();
 }
@@ -82,14 +81,14 @@ TEST_F(LockingFStreamPosix, AnotherProcessesReaderKeepsTheFileFromBeingEmptied)
 TEST_F(LockingFStreamPosix, ADeadHolderLetsGo)
 {
     test::Child writer([this] {
-        LockingFStream out(file_, 34);
+        LockingFStream out(file_, test::writeBytes);
         held_.send();
         release_.wait();
     });
     held_.wait();
     writer.kill();
     EXPECT_FALSE(FileUtils::isPathWriteLocked(file_));
-    EXPECT_TRUE(LockingFStream(file_, 1).good());
+    EXPECT_TRUE(LockingFStream(file_, test::readText).good());
 }
 
 // The holder lets go while others wait for it; all of them get the file.
@@ -98,7 +97,7 @@ TEST_F(LockingFStreamPosix, WaitersGetTheFileWhenTheHolderLetsGo)
     const NoHurry noHurry;
     // Not this process: its children would inherit the lock.
     test::Child holder([this] {
-        LockingFStream out(file_, 34);
+        LockingFStream out(file_, test::writeBytes);
         held_.send();
         release_.wait();
         out << "new";
@@ -108,7 +107,7 @@ TEST_F(LockingFStreamPosix, WaitersGetTheFileWhenTheHolderLetsGo)
     for (int i = 0; i < 3; ++i)
         waiters.push_back(std::make_unique<test::Child>([this] {
             held_.send();
-            LockingFStream in(file_, 1);
+            LockingFStream in(file_, test::readText);
             EXPECT_EQ(readAll(in), "new");
         }));
     for (int i = 0; i < 3; ++i)
@@ -123,24 +122,16 @@ TEST_F(LockingFStreamPosix, WaitersGetTheFileWhenTheHolderLetsGo)
 TEST_F(LockingFStreamPosix, ThreadsNeverSeeAHalfWrittenFile)
 {
     const std::string text(200'000, 'x');
-    std::vector<std::thread> threads;
     test::writeFile(file_, text);
-    for (int i = 0; i < 2; ++i) {
-        threads.emplace_back([&] {
-            for (int round = 0; round < 20; ++round) {
-                LockingFStream out(file_, 34);
-                out << text;
-            }
-        });
-        threads.emplace_back([&] {
-            for (int round = 0; round < 20; ++round) {
-                LockingFStream in(file_, 1);
-                EXPECT_TRUE(!in.isOpen() || readAll(in).size() == text.size());
-            }
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
+    const auto write = [&] { LockingFStream(file_, test::writeBytes) << text; };
+    const auto read = [&] {
+        LockingFStream in(file_, test::readText);
+        EXPECT_TRUE(!in.isOpen() || readAll(in).size() == text.size());
+    };
+    test::onThreads(4, [&](std::size_t i) {
+        for (int round = 0; round < 20; ++round)
+            i % 2 == 0 ? write() : read();
+    });
 }
 
 // Others replace the file by renaming all the time: who opens it gets the lock of the file that has the
@@ -148,20 +139,17 @@ TEST_F(LockingFStreamPosix, ThreadsNeverSeeAHalfWrittenFile)
 TEST_F(LockingFStreamPosix, TheLockIsOnTheFileThatHasTheName)
 {
     const NoHurry noHurry;
-    std::atomic<bool> done{false};
-    std::thread replacer([&] {
-        for (int i = 0; !done; ++i) {
-            test::writeFile(root_ / U"next", std::to_string(i));
+    {
+        const test::Repeatedly replacer([&, i = 0]() mutable {
+            test::writeFile(root_ / U"next", std::to_string(++i));
             FileUtils::renameFile(root_ / U"next", file_);
+        });
+        for (int round = 0; round < 200; ++round) {
+            LockingFStream in(file_, test::readText);
+            EXPECT_TRUE(in.good());
         }
-    });
-    for (int round = 0; round < 200; ++round) {
-        LockingFStream in(file_, 1);
-        EXPECT_TRUE(in.good());
     }
-    done = true;
-    replacer.join();
-    LockingFStream out(file_, 34);
+    LockingFStream out(file_, test::writeBytes);
     out << "mine";
     out.close();
     EXPECT_EQ(test::readFile(file_), "mine");
@@ -170,19 +158,17 @@ TEST_F(LockingFStreamPosix, TheLockIsOnTheFileThatHasTheName)
 TEST_F(LockingFStreamPosix, AFullDiskShows)
 {
     test::inChild([this] {
-        ::signal(SIGXFSZ, SIG_IGN);
-        const struct rlimit limit = {1000, 1000};
-        ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
-        LockingFStream small(file_, 34);
+        test::limitFileSize(1000);
+        LockingFStream small(file_, test::writeBytes);
         small << std::string(2000, 'x');
         EXPECT_TRUE(small.good()) << "still in the buffer";
         small.close();
         EXPECT_TRUE(small.fail());
-        LockingFStream large(file_, 34);
+        LockingFStream large(file_, test::writeBytes);
         large << std::string(2'000'000, 'x');
         EXPECT_TRUE(large.bad());
         large.close();
-        LockingFStream flushed(file_, 34);
+        LockingFStream flushed(file_, test::writeBytes);
         flushed << std::string(2000, 'x') << std::flush;
         EXPECT_TRUE(flushed.bad());
     });
@@ -190,11 +176,11 @@ TEST_F(LockingFStreamPosix, AFullDiskShows)
 
 TEST_F(LockingFStreamPosix, AReadFaultIsNoEnd)
 {
-    LockingFStream in(std::string("/proc/self/mem"), 1);
+    LockingFStream in(std::string("/proc/self/mem"), test::readText);
     ASSERT_TRUE(in.isOpen());
     EXPECT_EQ(readAll(in), "");
     EXPECT_TRUE(in.bad());
-    LockingFStream throwing(std::string("/proc/self/mem"), 1);
+    LockingFStream throwing(std::string("/proc/self/mem"), test::readText);
     throwing.exceptions(std::ios_base::badbit);
     EXPECT_THROW(readAll(throwing), std::ios_base::failure);
 }
@@ -204,9 +190,9 @@ TEST_F(LockingFStreamPosix, AccessRightsCount)
     ASSERT_EQ(::chmod(root_.path().utf8().c_str(), 0755), 0);
     ASSERT_EQ(::chmod(file_.utf8().c_str(), ::geteuid() == 0 ? 0600 : 0), 0);
     test::asOrdinaryUser([this] {
-        EXPECT_TRUE(LockingFStream(file_, 1).fail());
-        EXPECT_TRUE(LockingFStream(file_, 34).fail());
-        EXPECT_TRUE(LockingFStream(root_ / U"new", 34).fail());
+        EXPECT_TRUE(LockingFStream(file_, test::readText).fail());
+        EXPECT_TRUE(LockingFStream(file_, test::writeBytes).fail());
+        EXPECT_TRUE(LockingFStream(root_ / U"new", test::writeBytes).fail());
     });
 }
 

@@ -1,16 +1,21 @@
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/LockingFStream.h>
 
+#include "support/OpenModes.h"
 #include "support/TestHost.h"
+#include "support/Threads.h"
 
-#include <future>
 #include <iterator>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
-constexpr int writeBytes = 34;
-constexpr int readBytes = 33;
+using test::readBytes;
+using test::readText;
+using test::writeBytes;
+using test::writeText;
 
 std::string readAll(std::istream& in)
 {
@@ -58,11 +63,13 @@ TEST_F(LockingFStreamTest, WritesAndReadsBytesAsTheyAre)
 
 TEST_F(LockingFStreamTest, ModesAreNumbersOfItsOwn)
 {
-    EXPECT_EQ(LockingFStream::in, 1);
-    EXPECT_EQ(LockingFStream::out | LockingFStream::binary, 34);
+    EXPECT_EQ(readText, 1);
+    EXPECT_EQ(writeText, 2);
+    EXPECT_EQ(readBytes, 33);
+    EXPECT_EQ(writeBytes, 34);
     test::writeFile(file_, "old text");
     {
-        LockingFStream in(file_, 1);
+        LockingFStream in(file_, readText);
         EXPECT_EQ(readAll(in), "old text");
         in.clear();
         in << "x";
@@ -71,7 +78,7 @@ TEST_F(LockingFStreamTest, ModesAreNumbersOfItsOwn)
     }
     EXPECT_EQ(test::readFile(file_), "old text");
     {
-        LockingFStream out(file_, 2);
+        LockingFStream out(file_, writeText);
         std::string text;
         out >> text;
         EXPECT_TRUE(out.fail()) << "a writer does not read";
@@ -82,7 +89,7 @@ TEST_F(LockingFStreamTest, ModesAreNumbersOfItsOwn)
 TEST_F(LockingFStreamTest, OtherModesFailAndTouchNothing)
 {
     test::writeFile(file_, "text");
-    for (const int mode : {0, 3, 35, 32, 8, 16, 42, 38, 50, 5, 9, -1, 34 | 1 << 30}) {
+    for (const int mode : {0, 3, 35, 32, 8, 16, 42, 38, 50, 5, 9, -1, writeBytes | 1 << 30}) {
         LockingFStream stream(file_, mode);
         EXPECT_TRUE(stream.fail()) << mode;
         EXPECT_FALSE(stream.isOpen()) << mode;
@@ -93,7 +100,7 @@ TEST_F(LockingFStreamTest, OtherModesFailAndTouchNothing)
 TEST_F(LockingFStreamTest, TextEndsItsLinesAsTheSystemDoes)
 {
     {
-        LockingFStream out(file_, 2);
+        LockingFStream out(file_, writeText);
         out << "one\ntwo\n";
     }
 #ifdef _WIN32
@@ -101,7 +108,7 @@ TEST_F(LockingFStreamTest, TextEndsItsLinesAsTheSystemDoes)
 #else
     EXPECT_EQ(test::readFile(file_), "one\ntwo\n");
 #endif
-    LockingFStream in(file_, 1);
+    LockingFStream in(file_, readText);
     std::string line;
     std::vector<std::string> lines;
     while (std::getline(in, line))
@@ -122,7 +129,7 @@ TEST_F(LockingFStreamTest, AReaderSeeks)
 {
     const std::string text = bigText();
     test::writeFile(file_, text);
-    for (const int mode : {readBytes, 1}) {
+    for (const int mode : {readBytes, readText}) {
         LockingFStream in(file_, mode);
         in.seekg(0, std::ios_base::end);
         EXPECT_EQ(in.tellg(), std::streamoff(text.size()));
@@ -158,7 +165,7 @@ TEST_F(LockingFStreamTest, AWriterSeeks)
 TEST_F(LockingFStreamTest, FailureToOpenShowsAndThrowsNothing)
 {
     for (const fileString& path : {fileString(), root_.path(), root_ / U"missing/file"})
-        for (const int mode : {1, 2, writeBytes}) {
+        for (const int mode : {readText, writeText, writeBytes}) {
             LockingFStream stream(path, mode);
             EXPECT_TRUE(stream.fail()) << path;
             EXPECT_FALSE(stream.isOpen());
@@ -172,13 +179,13 @@ TEST_F(LockingFStreamTest, FailureToOpenShowsAndThrowsNothing)
             stream.clear();
             EXPECT_EQ(stream.tellg(), std::streampos(-1));
         }
-    EXPECT_FALSE(LockingFStream(root_ / U"missing", 1).isOpen());
+    EXPECT_FALSE(LockingFStream(root_ / U"missing", readText).isOpen());
     EXPECT_FALSE((root_ / U"missing").pathExists()) << "reading makes no file";
 }
 
 TEST_F(LockingFStreamTest, ThrowsWhereTheCallerAsksForIt)
 {
-    LockingFStream stream(root_ / U"missing", 1);
+    LockingFStream stream(root_ / U"missing", readText);
     EXPECT_THROW(stream.exceptions(std::ios_base::failbit), std::ios_base::failure);
 }
 
@@ -195,8 +202,8 @@ TEST_F(LockingFStreamTest, ClosingTwiceIsHarmless)
 TEST_F(LockingFStreamTest, ReadersShareTheFile)
 {
     test::writeFile(file_, "text");
-    LockingFStream first(file_, 1);
-    LockingFStream second(file_, 1);
+    LockingFStream first(file_, readText);
+    LockingFStream second(file_, readText);
     EXPECT_FALSE(FileUtils::isPathWriteLocked(file_)) << "nobody writes";
     EXPECT_EQ(readAll(first), "text");
     EXPECT_EQ(readAll(second), "text");
@@ -209,7 +216,7 @@ TEST_F(LockingFStreamTest, AWriterIsAlone)
     EXPECT_TRUE(FileUtils::isPathWriteLocked(file_)) << "a holder in this process counts too";
     writer.close();
     EXPECT_FALSE(FileUtils::isPathWriteLocked(file_));
-    EXPECT_TRUE(LockingFStream(file_, 1).good());
+    EXPECT_TRUE(LockingFStream(file_, readText).good());
 }
 
 // All at once, as each waits for the whole time that a held file is given.
@@ -218,17 +225,12 @@ TEST_F(LockingFStreamTest, WhoComesTooLateGetsNothing)
     const fileString read = root_ / U"read";
     const fileString written = root_ / U"written";
     test::writeFile(read, "text");
-    LockingFStream reader(read, 1);
+    LockingFStream reader(read, readText);
     LockingFStream writer(written, writeBytes);
-    const auto refused = [](const fileString& path, int mode) {
-        return std::async(std::launch::async, [=] { return LockingFStream(path, mode).fail(); });
-    };
-    auto writerOfRead = refused(read, writeBytes);
-    auto readerOfWritten = refused(written, 1);
-    auto writerOfWritten = refused(written, writeBytes);
-    EXPECT_TRUE(writerOfRead.get());
-    EXPECT_TRUE(readerOfWritten.get());
-    EXPECT_TRUE(writerOfWritten.get());
+    const std::vector<std::pair<fileString, int>> late{{read, writeBytes}, {written, readText}, {written, writeBytes}};
+    test::onThreads(late.size(), [&](std::size_t i) {
+        EXPECT_TRUE(LockingFStream(late[i].first, late[i].second).fail()) << late[i].first << ' ' << late[i].second;
+    });
     EXPECT_EQ(readAll(reader), "text") << "not emptied without the lock";
 }
 

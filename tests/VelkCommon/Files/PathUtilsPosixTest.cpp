@@ -2,13 +2,13 @@
 
 #include "support/Processes.h"
 #include "support/TestHost.h"
+#include "support/Threads.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <set>
-#include <thread>
 
 namespace {
 
@@ -129,11 +129,7 @@ TEST_F(DefaultFolders, ThreadsAgreeOnTheTemporaryFolder)
     inProcess([this] {
         ASSERT_EQ(::symlink("nowhere", usual().c_str()), 0);
         std::vector<std::string> answers(8);
-        std::vector<std::thread> threads;
-        for (std::string& answer : answers)
-            threads.emplace_back([&answer] { answer = temp(); });
-        for (std::thread& thread : threads)
-            thread.join();
+        test::onThreads(answers.size(), [&](std::size_t i) { answers[i] = temp(); });
         EXPECT_EQ(std::set<std::string>(answers.begin(), answers.end()).size(), 1U);
     });
 }

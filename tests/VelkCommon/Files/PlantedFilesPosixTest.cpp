@@ -2,6 +2,7 @@
 #include <VelkCommon/Files/LockingFStream.h>
 #include <VelkCommon/Files/SHA1.h>
 
+#include "support/OpenModes.h"
 #include "support/TestHost.h"
 
 #include <sys/stat.h>
@@ -41,18 +42,18 @@ TEST_F(PlantedFiles, ALinkGivesNobodyAccessToItsTarget)
 
 TEST_F(PlantedFiles, NothingIsWrittenThroughALink)
 {
-    EXPECT_TRUE(LockingFStream(link_, 34).fail());
+    EXPECT_TRUE(LockingFStream(link_, test::writeBytes).fail());
     EXPECT_EQ(test::readFile(victim_), "private");
     const fileString nowhere = root_ / U"nowhere";
     ASSERT_EQ(::symlink((root_ / U"new").utf8().c_str(), nowhere.utf8().c_str()), 0);
-    EXPECT_TRUE(LockingFStream(nowhere, 34).fail());
+    EXPECT_TRUE(LockingFStream(nowhere, test::writeBytes).fail());
     EXPECT_FALSE((root_ / U"new").pathExists());
 }
 
 TEST_F(PlantedFiles, ALinkIsRead)
 {
     std::string text;
-    EXPECT_TRUE(LockingFStream(link_, 1) >> text);
+    EXPECT_TRUE(LockingFStream(link_, test::readText) >> text);
     EXPECT_EQ(text, "private");
 }
 
@@ -74,13 +75,13 @@ TEST_P(Endless, IsNotRead)
     EXPECT_EQ(SHA1::fileContentsToSHA1Hex(path_), "");
     EXPECT_FALSE(FileUtils::copyFile(path_, root_ / U"copy", true));
     EXPECT_FALSE((root_ / U"copy").pathExists());
-    EXPECT_TRUE(LockingFStream(path_, 1).fail());
+    EXPECT_TRUE(LockingFStream(path_, test::readText).fail());
 }
 
 TEST_P(Endless, IsRemoved)
 {
     EXPECT_FALSE(FileUtils::isPathWriteLocked(path_));
-    EXPECT_TRUE(FileUtils::removePath(path_, 0));
+    EXPECT_TRUE(FileUtils::removePath(path_, FileUtils::noFlags));
     EXPECT_FALSE(path_.pathExists());
 }
 

@@ -1,9 +1,9 @@
 #include <VelkCommon/Files/SHA1.h>
 
 #include "support/TestHost.h"
+#include "support/Threads.h"
 
 #include <algorithm>
-#include <thread>
 
 namespace {
 
@@ -59,11 +59,7 @@ TEST(SHA1Test, ThreadsGetTheSameDigest)
     const test::TemporaryFolder root;
     test::writeFile(root / U"file", std::string(1'000'000, 'a'));
     std::vector<std::string> digests(8);
-    std::vector<std::thread> threads;
-    for (std::string& digest : digests)
-        threads.emplace_back([&] { digest = SHA1::fileContentsToSHA1Hex(root / U"file"); });
-    for (std::thread& thread : threads)
-        thread.join();
+    test::onThreads(digests.size(), [&](std::size_t i) { digests[i] = SHA1::fileContentsToSHA1Hex(root / U"file"); });
     EXPECT_EQ(std::count(digests.begin(), digests.end(), "34aa973cd4c4daa4f61eeb2bdbad27316534016f"), 8);
 }
 

@@ -302,7 +302,7 @@ TEST_F(fileStringOnDisk, ATextWithAZeroByteNamesNothing)
 {
     test::writeFile(folder() / U"a", "x");
     EXPECT_FALSE((folder() / std::u32string(U"a\0b", 3)).pathExists());
-    EXPECT_FALSE(FileUtils::removePath(folder() / std::u32string(U"a\0b", 3), 0));
+    EXPECT_FALSE(FileUtils::removePath(folder() / std::u32string(U"a\0b", 3), FileUtils::noFlags));
     EXPECT_TRUE((folder() / U"a").pathExists());
 }
 

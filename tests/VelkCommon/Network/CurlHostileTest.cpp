@@ -2,8 +2,7 @@
 #include <VelkCommon/Network/Curl.h>
 
 #include "NetworkTest.h"
-
-#include <thread>
+#include "support/Threads.h"
 
 namespace {
 
@@ -296,7 +295,7 @@ TEST_F(HostileServer, MayTakeLongerForALargeFileThatKeepsComing)
     gate.open();
     server_.on("/a", Reply{.body = std::string(2000, 'x'), .block = 1000, .beforeBlock = gate});
     server_.on("/silent", Reply::never());
-    std::thread clock([&] {
+    test::Thread clock([&] {
         gate.waitForArrivals(2);
         std::string text;
         EXPECT_FALSE(Curl::get().browseURL(server_.url("/silent"), {}, text, true, 0));

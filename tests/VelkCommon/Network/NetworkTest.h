@@ -6,6 +6,7 @@
 #include "support/ScriptedServer.h"
 #include "support/SmallDisk.h"
 #include "support/TestHost.h"
+#include "support/TransferCodes.h"
 
 #include <QByteArray>
 
@@ -16,19 +17,6 @@
 #include <vector>
 
 namespace test {
-
-/// What a libcurl code means here.
-inline constexpr unsigned int couldNotResolve = 6;
-inline constexpr unsigned int couldNotConnect = 7;
-inline constexpr unsigned int partialFile = 18;
-inline constexpr unsigned int httpError = 22;
-inline constexpr unsigned int writeError = 23;
-inline constexpr unsigned int timedOut = 28;
-inline constexpr unsigned int aborted = 42;
-inline constexpr unsigned int tooManyRedirects = 47;
-inline constexpr unsigned int badCertificate = 60;
-inline constexpr unsigned int tooLarge = 63;
-inline constexpr unsigned int badAuthorities = 77;
 
 /// What came of a download.
 struct Outcome

@@ -1,6 +1,7 @@
 #include <VelkCommon/Reporting/Assertions.h>
 
 #include "StandardError.h"
+#include "support/Numbers.h"
 #include "support/TestHost.h"
 
 #include <stdexcept>
@@ -38,23 +39,24 @@ TEST_F(Assertions, AreReportedUnlessTheHostSaysOtherwise)
 
 TEST_F(Assertions, ReachTheHostWithTheirPlace)
 {
-    EXPECT_FALSE(notifyAssert("LibraryFilterManager", 226, -4, "!path.empty()"));
+    EXPECT_FALSE(notifyAssert("LibraryFilterManager", test::reportLine::filtersUnwritable, Velk::softAssertion,
+                              "!path.empty()"));
     ASSERT_EQ(assertions().size(), 1u);
     EXPECT_EQ(assertions()[0].sourceFile, "LibraryFilterManager");
-    EXPECT_EQ(assertions()[0].line, 226u);
-    EXPECT_EQ(assertions()[0].kind, -4);
+    EXPECT_EQ(assertions()[0].line, test::reportLine::filtersUnwritable);
+    EXPECT_EQ(assertions()[0].kind, Velk::softAssertion);
     EXPECT_EQ(assertions()[0].expression, "!path.empty()");
 }
 
 TEST_F(Assertions, HandBackTheHostsWishToBreak)
 {
     installReporter([](const Velk::AssertionReport&) { return true; });
-    EXPECT_TRUE(notifyAssert("source", 1, -4, "false"));
+    EXPECT_TRUE(notifyAssert("source", 1, Velk::softAssertion, "false"));
 }
 
 TEST_F(Assertions, WithoutTextsAreReportedAllTheSame)
 {
-    EXPECT_FALSE(notifyAssert(nullptr, 0, -4, nullptr));
+    EXPECT_FALSE(notifyAssert(nullptr, 0, Velk::softAssertion, nullptr));
     ASSERT_EQ(assertions().size(), 1u);
     EXPECT_EQ(assertions()[0].sourceFile, "");
     EXPECT_EQ(assertions()[0].expression, "");
@@ -63,14 +65,14 @@ TEST_F(Assertions, WithoutTextsAreReportedAllTheSame)
 TEST_F(Assertions, GoToStandardErrorWithoutAHost)
 {
     Velk::installHost({});
-    EXPECT_EQ(standardErrorOf([] { EXPECT_FALSE(notifyAssert("source", 12, -4, "x > 0")); }),
+    EXPECT_EQ(standardErrorOf([] { EXPECT_FALSE(notifyAssert("source", 12, Velk::softAssertion, "x > 0")); }),
               "velk: assertion failed: x > 0 (source:12)\n");
 }
 
 TEST_F(Assertions, GoToStandardErrorWhenTheHostThrows)
 {
     installReporter([](const Velk::AssertionReport&) -> bool { throw std::runtime_error("no reporter"); });
-    EXPECT_EQ(standardErrorOf([] { EXPECT_FALSE(notifyAssert("source", 12, -4, "x\n> 0\r")); }),
+    EXPECT_EQ(standardErrorOf([] { EXPECT_FALSE(notifyAssert("source", 12, Velk::softAssertion, "x\n> 0\r")); }),
               "velk: assertion failed: x > 0  (source:12)\n");
 }
 

@@ -1,7 +1,9 @@
 #include <VelkCommon/Reporting/MessagingSystem.h>
 
 #include "StandardError.h"
+#include "support/Numbers.h"
 #include "support/TestHost.h"
+#include "support/Threads.h"
 
 #include <VelkCommon/Text/StringConvert.h>
 
@@ -9,7 +11,6 @@
 #include <cstring>
 #include <fstream>
 #include <stdexcept>
-#include <thread>
 
 namespace {
 
@@ -38,16 +39,17 @@ TEST_F(Messages, HaveOneService)
 
 TEST_F(Messages, ReachTheHostWhole)
 {
-    error::MessagingSystem::control().notify("LibraryFilterManager", 226, error::ErrorMinimalTrait(), 272032391,
+    error::MessagingSystem::control().notify("LibraryFilterManager", test::reportLine::filtersUnwritable,
+                                             error::ErrorMinimalTrait(), test::messageId::fileUnwritable,
                                              std::u32string(U"C:/\u00DCber"), std::u32string(U"one"),
                                              std::u32string(U"two"));
     ASSERT_EQ(messages().size(), 1u);
     const error::Message message = messages()[0];
     EXPECT_EQ(message.sourceFile, "LibraryFilterManager");
-    EXPECT_EQ(message.line, 226u);
+    EXPECT_EQ(message.line, test::reportLine::filtersUnwritable);
     EXPECT_EQ(message.trait.severity, error::Severity::Error);
     EXPECT_EQ(message.trait.buttons, error::Buttons::Ok);
-    EXPECT_EQ(message.id, 272032391);
+    EXPECT_EQ(message.id, test::messageId::fileUnwritable);
     EXPECT_EQ(message.text, U"C:/\u00DCber");
     EXPECT_EQ(message.detail1, U"one");
     EXPECT_EQ(message.detail2, U"two");
@@ -85,8 +87,9 @@ TEST_F(Messages, HandBackTheButton)
 TEST_F(Messages, GoToStandardErrorInOneLineWithoutAHost)
 {
     Velk::installHost({});
-    EXPECT_EQ(standardErrorOf([] { EXPECT_EQ(notify(272032391, "C:/\xC3\x9C"), error::Button::Ok); }),
-              "velk: warning: The file C:/\xC3\x9C cannot be written. (source:12, 272032391)\n");
+    EXPECT_EQ(
+        standardErrorOf([] { EXPECT_EQ(notify(test::messageId::fileUnwritable, "C:/\xC3\x9C"), error::Button::Ok); }),
+        "velk: warning: The file C:/\xC3\x9C cannot be written. (source:12, 272032391)\n");
     EXPECT_EQ(standardErrorOf([] { notify(5, "a\x1B[2J\tb\x7F", "", ""); }),
               "velk: warning: a [2J b  (source:12, 5)\n");
     EXPECT_EQ(standardErrorOf([] { notify(5, "first\nsecond\r\n", "", "third"); }),
@@ -123,14 +126,10 @@ TEST_F(Messages, MayLeadToOthersOfTheSameThread)
 
 TEST_F(Messages, ComeFromSeveralThreads)
 {
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i)
-        threads.emplace_back([] {
-            for (int n = 0; n < 50; ++n)
-                notify(n, "text");
-        });
-    for (std::thread& thread : threads)
-        thread.join();
+    test::onThreads(4, [](std::size_t) {
+        for (int n = 0; n < 50; ++n)
+            notify(n, "text");
+    });
     EXPECT_EQ(messages().size(), 200u);
 }
 
@@ -138,14 +137,10 @@ TEST_F(Messages, OfSeveralThreadsAreWholeLinesOnStandardError)
 {
     Velk::installHost({});
     const std::string lines = standardErrorOf([] {
-        std::vector<std::thread> threads;
-        for (int i = 0; i < 4; ++i)
-            threads.emplace_back([] {
-                for (int n = 0; n < 100; ++n)
-                    notify(5, std::string(100, 'x'));
-            });
-        for (std::thread& thread : threads)
-            thread.join();
+        test::onThreads(4, [](std::size_t) {
+            for (int n = 0; n < 100; ++n)
+                notify(5, std::string(100, 'x'));
+        });
     });
     const std::string line = "velk: warning: " + std::string(100, 'x') + " (source:12, 5)\n";
     std::string expected;

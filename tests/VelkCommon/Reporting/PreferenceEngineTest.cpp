@@ -1,17 +1,20 @@
 #include <VelkCommon/Reporting/PreferenceEngine.h>
 
+#include "support/Numbers.h"
 #include "support/TestHost.h"
+#include "support/Threads.h"
 
 #include <VelkCommon/Text/StringConvert.h>
 
-#include <atomic>
+#include <list>
 #include <set>
 #include <stdexcept>
-#include <thread>
 
 namespace {
 
 using namespace std::string_literals;
+namespace displayType = test::displayType;
+namespace preference = test::preference;
 
 enum class Colour { Red };
 
@@ -50,34 +53,35 @@ TEST_F(Preferences, HaveOneStore)
 
 TEST_F(Preferences, OfTheLibraryHaveDefaults)
 {
-    EXPECT_EQ(*prefs().get<int>(236), 1);
-    EXPECT_EQ(*prefs().get<bool>(251), false);
-    EXPECT_EQ(*prefs().get<bool>(271), false);
-    for (const std::size_t number : {236u, 251u, 271u})
+    EXPECT_EQ(*prefs().get<int>(preference::displayType), displayType::barOnly);
+    EXPECT_EQ(*prefs().get<bool>(preference::lastManualUpdateFailed), false);
+    EXPECT_EQ(*prefs().get<bool>(preference::coreLibrariesStay), false);
+    for (const std::size_t number :
+         {preference::displayType, preference::lastManualUpdateFailed, preference::coreLibrariesStay})
         EXPECT_FALSE(prefs().getPref(number).getDescription().empty());
     EXPECT_TRUE(messages().empty());
 }
 
 TEST_F(Preferences, AreTheHosts)
 {
-    install({{236, "display type", 3}, {7, "name", "Ann"s}});
-    EXPECT_EQ(*prefs().get<int>(236), 3);
-    EXPECT_EQ(prefs().getPref(236).getDescription(), "display type");
+    install({{preference::displayType, "display type", displayType::amounts}, {7, "name", "Ann"s}});
+    EXPECT_EQ(*prefs().get<int>(preference::displayType), displayType::amounts);
+    EXPECT_EQ(prefs().getPref(preference::displayType).getDescription(), "display type");
     EXPECT_EQ(*prefs().get<std::string>(7), "Ann");
-    EXPECT_EQ(*prefs().get<bool>(251), false);
+    EXPECT_EQ(*prefs().get<bool>(preference::lastManualUpdateFailed), false);
     EXPECT_TRUE(messages().empty());
 }
 
 TEST_F(Preferences, AreWrittenAndTold)
 {
     install({{7, "name", "Ann"s}});
-    EXPECT_TRUE(prefs().set(236, 2));
+    EXPECT_TRUE(prefs().set(preference::displayType, displayType::percentage));
     EXPECT_TRUE(prefs().set(7, "Ben"s));
-    EXPECT_EQ(*prefs().get<int>(236), 2);
+    EXPECT_EQ(*prefs().get<int>(preference::displayType), displayType::percentage);
     EXPECT_EQ(*prefs().get<std::string>(7), "Ben");
     ASSERT_EQ(writes_.size(), 2u);
-    EXPECT_EQ(writes_[0].first, 236u);
-    EXPECT_EQ(std::any_cast<int>(writes_[0].second), 2);
+    EXPECT_EQ(writes_[0].first, preference::displayType);
+    EXPECT_EQ(std::any_cast<int>(writes_[0].second), displayType::percentage);
     EXPECT_EQ(writes_[1].first, 7u);
     EXPECT_EQ(std::any_cast<std::string>(writes_[1].second), "Ben");
     EXPECT_TRUE(messages().empty());
@@ -85,9 +89,9 @@ TEST_F(Preferences, AreWrittenAndTold)
 
 TEST_F(Preferences, ReadInPlace)
 {
-    const int* value = prefs().get<int>(236);
-    EXPECT_EQ(prefs().get<int>(236), value);
-    EXPECT_EQ(value, std::any_cast<int>(&prefs().getPref(236).value()));
+    const int* value = prefs().get<int>(preference::displayType);
+    EXPECT_EQ(prefs().get<int>(preference::displayType), value);
+    EXPECT_EQ(value, std::any_cast<int>(&prefs().getPref(preference::displayType).value()));
 }
 
 TEST_F(Preferences, OfAnotherTypeAreReportedAndReadAsDefault)
@@ -102,8 +106,8 @@ TEST_F(Preferences, OfAnotherTypeAreReportedAndReadAsDefault)
               "found it to be of type 'int'.");
     const test::Message message = messages()[0];
     EXPECT_EQ(message.sourceFile, "PreferenceEngine");
-    EXPECT_EQ(message.line, 93u);
-    EXPECT_EQ(message.id, 272032175);
+    EXPECT_EQ(message.line, test::reportLine::preferenceRead);
+    EXPECT_EQ(message.id, test::messageId::preferenceOfOtherType);
     EXPECT_EQ(message.trait.severity, error::Severity::Warning);
     EXPECT_EQ(message.detail1, U"");
     EXPECT_EQ(message.detail2, U"");
@@ -136,8 +140,8 @@ TEST_F(Preferences, NameTypesAsPeopleDo)
 
 TEST_F(Preferences, AreReportedAtEachRead)
 {
-    prefs().get<bool>(236);
-    prefs().get<bool>(236);
+    prefs().get<bool>(preference::displayType);
+    prefs().get<bool>(preference::displayType);
     EXPECT_EQ(messages().size(), 2u);
 }
 
@@ -150,7 +154,7 @@ TEST_F(Preferences, OfAnotherTypeAreNotWritten)
               "Set pref isA failure: Expected preference 'seven' to be of type 'bool', but instead found it to be of "
               "type 'int'.");
     EXPECT_EQ(messages()[0].sourceFile, "PreferenceEngine");
-    EXPECT_EQ(messages()[0].id, 272032175);
+    EXPECT_EQ(messages()[0].id, test::messageId::preferenceOfOtherType);
     EXPECT_EQ(messages()[0].trait.severity, error::Severity::Warning);
     EXPECT_EQ(*prefs().get<int>(7), 5);
     EXPECT_TRUE(writes_.empty());
@@ -172,8 +176,8 @@ TEST_F(Preferences, AreWrittenEvenWhenTheHostThrows)
     Velk::HostServices changed = services();
     changed.preferenceChanged = [](std::size_t, const std::any&) { throw std::runtime_error("disk full"); };
     Velk::installHost(std::move(changed));
-    EXPECT_TRUE(prefs().set(236, 3));
-    EXPECT_EQ(*prefs().get<int>(236), 3);
+    EXPECT_TRUE(prefs().set(preference::displayType, displayType::amounts));
+    EXPECT_EQ(*prefs().get<int>(preference::displayType), displayType::amounts);
 }
 
 TEST_F(Preferences, MayBeReadWhileAWriteIsTold)
@@ -184,18 +188,18 @@ TEST_F(Preferences, MayBeReadWhileAWriteIsTold)
         seen = *PreferenceEngine::getThePrefs().getPrefSet().get<int>(number);
     };
     Velk::installHost(std::move(changed));
-    EXPECT_TRUE(prefs().set(236, 3));
-    EXPECT_EQ(seen, 3);
+    EXPECT_TRUE(prefs().set(preference::displayType, displayType::amounts));
+    EXPECT_EQ(seen, displayType::amounts);
 }
 
 TEST_F(Preferences, GoBackToTheDefaultsWithTheHost)
 {
-    install({{236, "display type", 3}, {7, "seven", 5}});
-    EXPECT_TRUE(prefs().set(251, true));
+    install({{preference::displayType, "display type", displayType::amounts}, {7, "seven", 5}});
+    EXPECT_TRUE(prefs().set(preference::lastManualUpdateFailed, true));
     Velk::installHost({});
-    EXPECT_EQ(*prefs().get<int>(236), 1);
-    EXPECT_NE(prefs().getPref(236).getDescription(), "display type");
-    EXPECT_EQ(*prefs().get<bool>(251), false);
+    EXPECT_EQ(*prefs().get<int>(preference::displayType), displayType::barOnly);
+    EXPECT_NE(prefs().getPref(preference::displayType).getDescription(), "display type");
+    EXPECT_EQ(*prefs().get<bool>(preference::lastManualUpdateFailed), false);
     EXPECT_FALSE(prefs().getPref(7).value().has_value());
     EXPECT_EQ(prefs().getPref(7).getDescription(), "");
 }
@@ -222,22 +226,16 @@ TEST_F(Preferences, StayWhereTheyAre)
 
 TEST_F(Preferences, AreFoundByManyThreads)
 {
-    std::atomic<bool> done{false};
-    std::vector<std::thread> threads;
-    std::atomic<int> wrong{0};
-    for (std::size_t i = 0; i < 3; ++i)
-        threads.emplace_back([&, i] {
-            while (!done) {
+    {
+        std::list<test::Repeatedly> readers;
+        for (std::size_t i = 0; i < 3; ++i)
+            readers.emplace_back([i] {
                 prefs().getPref(5000 + i);
-                wrong += *prefs().get<int>(236) == 1 ? 0 : 1;
-            }
-        });
-    for (int n = 0; n < 200; ++n)
-        install({{7, "seven", n}});
-    done = true;
-    for (std::thread& thread : threads)
-        thread.join();
-    EXPECT_EQ(wrong, 0);
+                EXPECT_EQ(*prefs().get<int>(preference::displayType), displayType::barOnly);
+            });
+        for (int n = 0; n < 200; ++n)
+            install({{7, "seven", n}});
+    }
     EXPECT_EQ(*prefs().get<int>(7), 199);
 }
 

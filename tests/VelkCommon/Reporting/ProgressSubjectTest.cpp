@@ -1,13 +1,13 @@
 #include <VelkCommon/Reporting/ProgressSubject.h>
 
+#include "support/Threads.h"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <cmath>
-#include <future>
 #include <limits>
 #include <stdexcept>
-#include <thread>
 #include <vector>
 
 namespace {
@@ -223,7 +223,7 @@ TEST(ProgressSubjectTest, IsReadAndCancelledWhileAnotherThreadWorks)
 {
     Recorder recorder;
     ProgressSubject subject(recorder);
-    std::thread worker([&subject] {
+    test::Thread worker([&subject] {
         subject.openSubRange(1000, 100);
         for (std::uint64_t step = 0; !subject.isCancelled(); ++step) {
             const std::u32string label(step % 50, U'x');
@@ -231,12 +231,13 @@ TEST(ProgressSubjectTest, IsReadAndCancelledWhileAnotherThreadWorks)
         }
     });
     double last = 0;
-    while (last < 50) {
-        const ProgressSubject::State state = subject.state();
-        EXPECT_EQ(state.mainLabel, state.secondaryLabel) << "a torn state";
-        EXPECT_GE(state.position, last);
-        last = state.position;
-    }
+    test::repeatUntil([&last] { return last >= 50; },
+                      [&] {
+                          const ProgressSubject::State state = subject.state();
+                          EXPECT_EQ(state.mainLabel, state.secondaryLabel) << "a torn state";
+                          EXPECT_GE(state.position, last);
+                          last = state.position;
+                      });
     subject.cancel();
     worker.join();
     EXPECT_TRUE(subject.state().cancelled);
@@ -251,13 +252,13 @@ public:
 
     void progressChanged(const ProgressSubject::State&) override
     {
-        entered.set_value();
-        go.get_future().wait();
+        entered.add();
+        go.waitFor(1);
         returned_ = true;
     }
 
-    std::promise<void> entered;
-    std::promise<void> go;
+    test::Tally entered;
+    test::Tally go;
 
 private:
     std::atomic<bool>& returned_;
@@ -268,13 +269,11 @@ TEST(ProgressSubjectTest, LetsGoOfAnObserverOnlyWhenItsCallHasReturned)
     std::atomic<bool> returned{false};
     Slow observer(returned);
     ProgressSubject subject(observer);
-    std::thread worker([&subject] { subject.updateLabels(U"a", U"b"); });
-    observer.entered.get_future().wait();
-    std::thread release([&observer] { observer.go.set_value(); });
+    const test::Thread worker([&subject] { subject.updateLabels(U"a", U"b"); });
+    observer.entered.waitFor(1);
+    const test::Thread release([&observer] { observer.go.add(); });
     subject.setObserver(nullptr);
     EXPECT_TRUE(returned);
-    release.join();
-    worker.join();
 }
 
 /// Counts the steps of a working code that knows the base only.

@@ -3,6 +3,8 @@
 #include <VelkCommon/HostServices.h>
 #include <VelkCommon/Text/StringUtils.h>
 
+#include "support/Numbers.h"
+
 #include <gtest/gtest.h>
 
 #include <set>
@@ -11,6 +13,9 @@
 
 namespace {
 
+namespace messageId = test::messageId;
+namespace textNumber = test::textNumber;
+
 struct UsedText
 {
     long id;
@@ -18,10 +23,20 @@ struct UsedText
 };
 
 const UsedText usedTexts[] = {
-    {2749, 1},  {2750, 2},  {2752, 0},  {2753, 0},      {2754, 0},      {8709, 1},  {8717, 0},  {8723, 0},
-    {8727, 1},  {8745, 0},  {8930, 0},  {10000, 0},     {10001, 0},     {10002, 0}, {10003, 0}, {10004, 0},
-    {10005, 0}, {10006, 0}, {10007, 0}, {10008, 0},     {10009, 0},     {10010, 0}, {10011, 0}, {10012, 0},
-    {10013, 0}, {10014, 0}, {10108, 0}, {272032175, 1}, {272032391, 1},
+    {textNumber::percentage, 1},
+    {textNumber::amounts, 2},
+    {textNumber::amountsToolTip, 0},
+    {textNumber::barOnlyToolTip, 0},
+    {textNumber::percentageToolTip, 0},
+    {textNumber::downloading, 1},
+    {textNumber::checking, 0},
+    {textNumber::checkingCatalog, 0},
+    {textNumber::asking, 1},
+    {textNumber::kilobytes, 0},
+    {textNumber::noFilter, 0},
+    {textNumber::manufacturerDefault, 0},
+    {messageId::preferenceOfOtherType, 1},
+    {messageId::fileUnwritable, 1},
 };
 
 /// How often `part` stands in `text`.
@@ -57,20 +72,25 @@ INSTANTIATE_TEST_SUITE_P(Used, EnglishTexts, testing::ValuesIn(usedTexts),
 
 TEST(EnglishTextsTest, NoOtherNumberHasOne)
 {
-    for (const long id : {-1L, 0L, 1L, 2748L, 2751L, 2755L, 8708L, 9999L, 10015L, 272032390L, 2147483647L})
+    for (const long id : {-1L, 0L, 1L, textNumber::percentage - 1L, textNumber::percentageToolTip + 1L,
+                          textNumber::downloading - 1L, textNumber::firstStyle - 1L, textNumber::lastStyle + 1L,
+                          static_cast<long>(textNumber::unknown), messageId::fileUnwritable - 1, 2147483647L})
         EXPECT_FALSE(Velk::englishText(id).has_value()) << id;
 }
 
 TEST(EnglishTextsTest, ThePrefixBeforeAFileNameEndsWithABlank)
 {
-    EXPECT_TRUE(Velk::englishText(8723)->ends_with(' '));
+    EXPECT_TRUE(Velk::englishText(textNumber::checkingCatalog)->ends_with(' '));
 }
 
 TEST(EnglishTextsTest, TheStylesHaveDifferentNames)
 {
     std::set<std::string_view> names;
-    for (long id = 10000; id <= 10014; ++id)
-        names.insert(Velk::englishText(id).value());
+    for (long id = textNumber::firstStyle; id <= textNumber::lastStyle; ++id) {
+        EXPECT_FALSE(Velk::englishText(id).value_or("").empty()) << id;
+        EXPECT_EQ(count(Velk::englishText(id).value_or(""), "%"), 0) << id;
+        names.insert(Velk::englishText(id).value_or(""));
+    }
     EXPECT_EQ(names.size(), 15u);
 }
 
@@ -89,9 +109,9 @@ protected:
 
 TEST_F(LoadString, IsEnglishWithoutAHost)
 {
-    EXPECT_EQ(StringUtils::loadString(8745), "KB");
-    EXPECT_EQ(StringUtils::loadUnicodeString(8745), U"KB");
-    EXPECT_EQ(StringUtils::loadQString(8745), QStringLiteral("KB"));
+    EXPECT_EQ(StringUtils::loadString(textNumber::kilobytes), "KB");
+    EXPECT_EQ(StringUtils::loadUnicodeString(textNumber::kilobytes), U"KB");
+    EXPECT_EQ(StringUtils::loadQString(textNumber::kilobytes), QStringLiteral("KB"));
 }
 
 TEST_F(LoadString, IsEmptyForAnUnknownNumber)
@@ -105,11 +125,11 @@ TEST_F(LoadString, IsEmptyForAnUnknownNumber)
 
 TEST_F(LoadString, AsksTheHostFirst)
 {
-    install([](unsigned int id) { return std::optional(id == 8745 ? U"\u043A\u0411" : U""); });
-    EXPECT_EQ(StringUtils::loadString(8745), "\xD0\xBA\xD0\x91");
-    EXPECT_EQ(StringUtils::loadUnicodeString(8745), U"\u043A\u0411");
-    EXPECT_EQ(StringUtils::loadQString(8745), QString::fromUtf8("\xD0\xBA\xD0\x91"));
-    EXPECT_EQ(StringUtils::loadString(8709), "") << "an empty text of the host is a text";
+    install([](unsigned int id) { return std::optional(id == textNumber::kilobytes ? U"\u043A\u0411" : U""); });
+    EXPECT_EQ(StringUtils::loadString(textNumber::kilobytes), "\xD0\xBA\xD0\x91");
+    EXPECT_EQ(StringUtils::loadUnicodeString(textNumber::kilobytes), U"\u043A\u0411");
+    EXPECT_EQ(StringUtils::loadQString(textNumber::kilobytes), QString::fromUtf8("\xD0\xBA\xD0\x91"));
+    EXPECT_EQ(StringUtils::loadString(textNumber::downloading), "") << "an empty text of the host is a text";
 }
 
 TEST_F(LoadString, HandsOverTheWholeNumber)
@@ -125,13 +145,13 @@ TEST_F(LoadString, HandsOverTheWholeNumber)
 TEST_F(LoadString, FallsBackToEnglishForWhatTheHostLacks)
 {
     install([](unsigned int) { return std::optional<std::u32string>(); });
-    EXPECT_EQ(StringUtils::loadString(8745), "KB");
+    EXPECT_EQ(StringUtils::loadString(textNumber::kilobytes), "KB");
 }
 
 TEST_F(LoadString, FallsBackToEnglishWhenTheHostThrows)
 {
     install([](unsigned int) -> std::optional<std::u32string> { throw std::runtime_error("no resources"); });
-    EXPECT_EQ(StringUtils::loadString(8745), "KB");
+    EXPECT_EQ(StringUtils::loadString(textNumber::kilobytes), "KB");
 }
 
 }  // namespace

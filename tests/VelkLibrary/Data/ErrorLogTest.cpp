@@ -3,6 +3,7 @@
 #include <VelkLibrary/ErrorLog.h>
 
 #include "support/TestHost.h"
+#include "support/Threads.h"
 
 #include <boost/uuid/uuid.hpp>
 #include <boost/uuid/uuid_io.hpp>
@@ -138,7 +139,7 @@ TEST_F(ErrorLogTest, RecordsAreAppended)
     test::writeFile(path(), "");
     ErrorLog() << "one";
     ErrorLog() << "two";
-    std::thread([] { ErrorLog() << "three"; }).join();
+    test::Thread([] { ErrorLog() << "three"; }).join();
     const auto all = records();
     ASSERT_EQ(all.size(), 3U);
     EXPECT_EQ(all[0].message, "one\n");
@@ -351,16 +352,12 @@ std::string messageOf(char letter, int number)
     return std::string(1, letter) + std::to_string(number) + "\n" + std::string(3000, letter) + "\n";
 }
 
-void logFromThreads(int threads, int messages, char firstLetter)
+void logFromThreads(std::size_t threads, int messages, char firstLetter)
 {
-    std::vector<std::thread> running;
-    for (int i = 0; i < threads; ++i)
-        running.emplace_back([=] {
-            for (int number = 0; number < messages; ++number)
-                ErrorLog() << messageOf(static_cast<char>(firstLetter + i), number);
-        });
-    for (std::thread& thread : running)
-        thread.join();
+    test::onThreads(threads, [=](std::size_t i) {
+        for (int number = 0; number < messages; ++number)
+            ErrorLog() << messageOf(static_cast<char>(firstLetter + static_cast<char>(i)), number);
+    });
 }
 
 void expectAllOnce(const std::vector<Record>& records, int letters, int messages, char firstLetter)
@@ -389,11 +386,8 @@ TEST_F(ErrorLogTest, ThreadsLoseAndMixNothing)
 
 #include "support/Processes.h"
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <csignal>
 
 namespace {
 
@@ -409,9 +403,7 @@ TEST_F(ErrorLogTest, ProcessesLoseAndMixNothing)
 TEST_F(ErrorLogTest, AFullDiskLosesTheRecordInSilence)
 {
     test::inChild([] {
-        ::signal(SIGXFSZ, SIG_IGN);
-        const struct rlimit limit = {10, 10};
-        ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+        test::limitFileSize(10);
         EXPECT_NO_THROW(ErrorLog() << "lost");
     });
     EXPECT_LE(FileUtils::fileSize(path()), 10);

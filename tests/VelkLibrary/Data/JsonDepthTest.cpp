@@ -1,12 +1,9 @@
 #include <VelkLibrary/JsonReader.h>
 
 #include "JsonTree.h"
+#include "support/SmallStack.h"
 
 #include <gtest/gtest.h>
-
-#include <QThread>
-
-#include <functional>
 
 namespace {
 
@@ -16,16 +13,6 @@ constexpr unsigned smallStack = 8U << 20;
 #else
 constexpr unsigned smallStack = 1U << 20;
 #endif
-
-// Runs `work` on a thread with a small stack: running out of it ends the test program.
-void onSmallStack(const std::function<void()>& work)
-{
-    QThread* const thread = QThread::create(work);
-    thread->setStackSize(smallStack);
-    thread->start();
-    thread->wait();
-    delete thread;
-}
 
 std::string repeated(std::string_view text, int count)
 {
@@ -62,7 +49,7 @@ int levelsOf(const test::JsonNode& root)
 
 TEST(JsonDepth, AllLevelsUpToTheDeepestAreRead)
 {
-    onSmallStack([] {
+    test::onSmallStack(smallStack, [] {
         EXPECT_EQ(levelsOf(json::read(nestedArrays(512))), 512);
         EXPECT_EQ(levelsOf(json::read(nestedObjects(512))), 512);
         EXPECT_EQ(levelsOf(json::read(repeated("[{\"a\":", 256) + "1" + repeated("}]", 256))), 512);
@@ -71,7 +58,7 @@ TEST(JsonDepth, AllLevelsUpToTheDeepestAreRead)
 
 TEST(JsonDepth, OneLevelMoreIsNoDocument)
 {
-    onSmallStack([] {
+    test::onSmallStack(smallStack, [] {
         EXPECT_TRUE(json::read(nestedArrays(513))->empty());
         EXPECT_TRUE(json::read(nestedObjects(513))->empty());
         EXPECT_TRUE(json::read(repeated("[{\"a\":", 256) + "[]" + repeated("}]", 256))->empty());
@@ -93,7 +80,7 @@ TEST(JsonDepth, BracketsInStringsDoNotCount)
 
 TEST(JsonDepth, AMegabyteOfBracketsIsRefused)
 {
-    onSmallStack([] {
+    test::onSmallStack(smallStack, [] {
         EXPECT_TRUE(json::read(repeated("[", 1 << 20))->empty());
         EXPECT_TRUE(json::read(repeated("{\"a\":", 1 << 18))->empty());
         EXPECT_TRUE(json::read(repeated("[{\"a\":", 1 << 18))->empty());
@@ -105,7 +92,7 @@ TEST(JsonDepth, AMegabyteOfBracketsIsRefused)
 // What was built before a fault is released level by level as well.
 TEST(JsonDepth, WideAndDeepTreesAreReleased)
 {
-    onSmallStack([] {
+    test::onSmallStack(smallStack, [] {
         std::string text = "[";
         for (int i = 0; i < 50; ++i)
             text += nestedArrays(511) + "," + nestedObjects(511) + ",";

@@ -1,6 +1,7 @@
 #include <VelkLibrary/LibraryFilterManager.h>
 
 #include "FilterTest.h"
+#include "support/Numbers.h"
 
 #include <gmock/gmock.h>
 
@@ -125,7 +126,7 @@ TEST_F(FilterMerge, GoesOnBehindAFault)
     EXPECT_TRUE(manager().mergeFilters(target()));
     EXPECT_THAT(filters(), ElementsAre("2 B []", "0 A [x]"));
     EXPECT_EQ(manager().getCurrentFilterId(), 3);
-    expectReport(183, "Error Parsing Library Filter Data File");
+    expectReport(test::reportLine::filtersUnreadable, "Error Parsing Library Filter Data File");
 }
 
 TEST_F(FilterMerge, ThatCannotBeWrittenChangesNothing)
@@ -136,7 +137,7 @@ TEST_F(FilterMerge, ThatCannotBeWrittenChangesNothing)
         manager().mergeFilters(PathUtils::getObject().getTempPath() / std::u32string(U"missing/filters.json")));
     EXPECT_THAT(filters(), ElementsAre("7 A [x]"));
     EXPECT_EQ(manager().getCurrentFilterId(), 7);
-    expectReport(231, "Error Writing Library Filter Data File");
+    expectReport(test::reportLine::filtersNotWritten, "Error Writing Library Filter Data File");
 }
 
 TEST_F(FilterMerge, IntoWhatMayNotBeWrittenChangesNothing)
@@ -148,7 +149,7 @@ TEST_F(FilterMerge, IntoWhatMayNotBeWrittenChangesNothing)
     EXPECT_THAT(filters(), ElementsAre("7 A [x]"));
     EXPECT_EQ(manager().getCurrentFilterId(), 7);
     ASSERT_EQ(messages().size(), 1U);
-    EXPECT_EQ(messages().front().line, 226U);
+    EXPECT_EQ(messages().front().line, test::reportLine::filtersUnwritable);
     EXPECT_EQ(messages().front().text, target().unicodeString());
 }
 

@@ -4,6 +4,8 @@
 
 #include "FilterTest.h"
 #include "support/DocumentDeaths.h"
+#include "support/Numbers.h"
+#include "support/OpenModes.h"
 
 #include <gmock/gmock.h>
 
@@ -61,7 +63,7 @@ TEST_F(FilterSafety, AFullDiskLeavesTheOldFile)
     useFilters('n', 500);
     test::expectOldOnFullDisk(filterFile(), oldText, 20'000, [this] {
         manager().saveFilters();
-        expectReport(231, "Error Writing Library Filter Data File");
+        expectReport(test::reportLine::filtersNotWritten, "Error Writing Library Filter Data File");
     });
     test::expectOldOnFullDisk(filterFile(), oldText, 20'000, [] {
         EXPECT_FALSE(manager().mergeFilters(filterFile()));
@@ -97,8 +99,8 @@ TEST_F(FilterSafety, AFileThatCannotBeReplacedIsReported)
         test::asOrdinaryUser([this] {
             manager().saveFilters();
             ASSERT_EQ(messages().size(), 1U);
-            EXPECT_EQ(messages().front().id, 272032391);
-            EXPECT_EQ(messages().front().line, 226U);
+            EXPECT_EQ(messages().front().id, test::messageId::fileUnwritable);
+            EXPECT_EQ(messages().front().line, test::reportLine::filtersUnwritable);
         });
         EXPECT_EQ(test::readFile(filterFile()), "{}");
     }
@@ -111,7 +113,7 @@ TEST_F(FilterSafety, AFileThatIsBeingWrittenIsWaitedFor)
     test::Signal reading;
     const std::string text = "{" + test::filterText("A", 1, "") + "}";
     test::Child writer([&] {
-        LockingFStream file(filterFile(), LockingFStream::out | LockingFStream::binary);
+        LockingFStream file(filterFile(), test::writeBytes);
         holding.send();
         reading.wait();
         file << text;

@@ -1,6 +1,7 @@
 #include <VelkLibrary/LibraryFilterManager.h>
 
 #include "FilterTest.h"
+#include "support/Numbers.h"
 #include "support/Processes.h"
 
 #include <gmock/gmock.h>
@@ -76,7 +77,7 @@ TEST_F(FilterStart, ReportsAFault)
         EXPECT_EQ(manager().getCurrentFilterId(), 3);
         EXPECT_TRUE(manager().hasActiveFilter());
         ASSERT_EQ(assertions().size(), 1U);
-        EXPECT_EQ(assertions().front().line, 183U);
+        EXPECT_EQ(assertions().front().line, test::reportLine::filtersUnreadable);
     });
 }
 
@@ -136,8 +137,8 @@ TEST_F(FilterStart, AReadOnlyFileIsReportedAndLeft)
         EXPECT_FALSE(manager().mergeFilters(filterFile()));
         EXPECT_EQ(manager().getCurrentFilterId(), 1);
         ASSERT_EQ(messages().size(), 2U);
-        EXPECT_EQ(messages().front().line, 226U);
-        EXPECT_EQ(messages().front().id, 272032391);
+        EXPECT_EQ(messages().front().line, test::reportLine::filtersUnwritable);
+        EXPECT_EQ(messages().front().id, test::messageId::fileUnwritable);
         EXPECT_THAT(assertions(), IsEmpty());
     });
     EXPECT_EQ(test::readFile(filterFile()), before);
@@ -151,7 +152,7 @@ TEST_F(FilterStart, AFileThatMayNotBeReadIsReported)
     test::asOrdinaryUser([this] {
         EXPECT_THAT(manager().getLibraryFilters(), IsEmpty());
         ASSERT_EQ(assertions().size(), 1U);
-        EXPECT_EQ(assertions().front().line, 183U);
+        EXPECT_EQ(assertions().front().line, test::reportLine::filtersUnreadable);
     });
 }
 

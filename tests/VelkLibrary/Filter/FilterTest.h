@@ -5,8 +5,10 @@
 
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/HostServices.h>
+#include <VelkCommon/Reporting/Assertions.h>
 #include <VelkLibrary/LibraryFilterManager.h>
 
+#include "support/Numbers.h"
 #include "support/TestHost.h"
 
 #include <string>
@@ -47,7 +49,7 @@ protected:
     {
         Velk::HostServices host = services();
         host.resourceString = [](unsigned int id) -> std::optional<std::u32string> {
-            if (id == 8930)
+            if (id == test::textNumber::noFilter)
                 return U"No filter here";
             return std::nullopt;
         };
@@ -80,7 +82,7 @@ protected:
         const Assertion report = assertions().front();
         EXPECT_EQ(report.sourceFile, "LibraryFilterManager");
         EXPECT_EQ(report.line, line);
-        EXPECT_EQ(report.kind, -4);
+        EXPECT_EQ(report.kind, Velk::softAssertion);
         EXPECT_EQ(report.expression, text);
         EXPECT_TRUE(messages().empty());
     }

@@ -1,6 +1,7 @@
 #include <VelkLibrary/LibraryFilterManager.h>
 
 #include "FilterTest.h"
+#include "support/Numbers.h"
 
 #include <gmock/gmock.h>
 
@@ -82,7 +83,7 @@ TEST_F(SavedFilters, ThatCannotBeMadeIsReported)
     std::filesystem::remove_all(PathUtils::getObject().getCoreLibraryDatabasePath().utf8());
     manager().setLibraryFilters({{"A", 1, {}}});
     manager().saveFilters();
-    expectReport(231, "Error Writing Library Filter Data File");
+    expectReport(test::reportLine::filtersNotWritten, "Error Writing Library Filter Data File");
 }
 
 TEST_F(SavedFilters, WithAnIdOfMoreThan32BitsIsReportedAndLeft)
@@ -91,7 +92,7 @@ TEST_F(SavedFilters, WithAnIdOfMoreThan32BitsIsReportedAndLeft)
         write("old");
         manager().setLibraryFilters({{"A", 1L << 40, {}}});
         manager().saveFilters();
-        expectReport(231, "Error Writing Library Filter Data File");
+        expectReport(test::reportLine::filtersNotWritten, "Error Writing Library Filter Data File");
         EXPECT_EQ(test::readFile(filterFile()), "old");
     }
 }
@@ -105,8 +106,8 @@ TEST_F(SavedFilters, ThatMayNotBeWrittenIsAMessage)
     ASSERT_EQ(messages().size(), 1U);
     const test::Message message = messages().front();
     EXPECT_EQ(message.sourceFile, "LibraryFilterManager");
-    EXPECT_EQ(message.line, 226U);
-    EXPECT_EQ(message.id, 272032391);
+    EXPECT_EQ(message.line, test::reportLine::filtersUnwritable);
+    EXPECT_EQ(message.id, test::messageId::fileUnwritable);
     EXPECT_EQ(message.trait.severity, error::Severity::Error);
     EXPECT_EQ(message.trait.buttons, error::Buttons::Ok);
     EXPECT_EQ(message.text, filterFile().unicodeString());
@@ -153,7 +154,7 @@ TEST_P(LoadedFilters, AreReadAs)
     EXPECT_EQ(filters(), GetParam().filters);
     EXPECT_EQ(manager().getCurrentFilterId(), GetParam().current);
     if (GetParam().reported)
-        expectReport(183, "Error Parsing Library Filter Data File");
+        expectReport(test::reportLine::filtersUnreadable, "Error Parsing Library Filter Data File");
     EXPECT_EQ(assertions().size(), GetParam().reported ? 1U : 0U);
     EXPECT_TRUE(messages().empty());
 }
@@ -224,7 +225,7 @@ TEST_F(SavedFilters, ThatIsNoneCountsAsUnreadable)
     std::filesystem::create_directory(filterFile().utf8());
     EXPECT_FALSE(manager().mergeFilters(filterFile()));
     ASSERT_EQ(assertions().size(), 1U);
-    EXPECT_EQ(assertions().front().line, 183U);
+    EXPECT_EQ(assertions().front().line, test::reportLine::filtersUnreadable);
 }
 
 TEST_F(SavedFilters, ReportsOnlyWhereReportsAreEnabled)

@@ -159,7 +159,7 @@ TEST_F(Merge, ADamagedEntryFails)
     ZipBuilder().add("a", "1").writeTo(destination_);
     const std::string old = test::readFile(destination_);
     std::string bytes = ZipBuilder().add("b", "2").add("c", "3").bytes();
-    bytes[bytes.find("PK\x03\x04", 1)] = 'X';
+    bytes[bytes.find(test::zip::signature::local, 1)] = 'X';
     test::writeFile(source_, bytes);
     EXPECT_FALSE(merge());
     EXPECT_TRUE(test::readFile(destination_) == old);
@@ -174,7 +174,7 @@ protected:
     DamagedDestination()
     {
         old_ = ZipBuilder().add("a", "1").add("b", "2").add("c", "3").bytes();
-        old_[old_.find("PK\x03\x04", 1)] = 'X';
+        old_[old_.find(test::zip::signature::local, 1)] = 'X';
         test::writeFile(destination_, old_);
     }
 

@@ -5,9 +5,6 @@
 
 #include <gmock/gmock.h>
 
-#include <sys/resource.h>
-
-#include <csignal>
 #include <string>
 
 namespace {
@@ -20,13 +17,6 @@ class ImportPosix : public test::ImportTest
 {
 protected:
     ImportPosix() { FileUtils::createDirectoriesWithPerm(folder_); }
-
-    static void limitFileSize(rlim_t size)
-    {
-        ::signal(SIGXFSZ, SIG_IGN);
-        const struct rlimit limit = {size, size};
-        ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
-    }
 
     static ZipBuilder pictures(const std::string& prefix, unsigned count, std::size_t size)
     {
@@ -49,14 +39,14 @@ TEST_F(ImportPosix, AFullDiskLeavesOutWhatDoesNotFit)
     ZipBuilder builder = pictures("p", 30, 1000);
     builder.add("library.calib", test::noise(5000)).writeTo(archive_);
     test::inChild([&] {
-        limitFileSize(20'000);
+        test::limitFileSize(20'000);
         const auto [first, second] = LibraryImport::unpack(archive_, false, nullptr);
         EXPECT_TRUE(first);
         EXPECT_FALSE(second) << "the archive of the others is not complete";
     });
     EXPECT_THAT(names(), ElementsAre("lib.calib", "lib.calibz"));
     test::inChild([&] {
-        limitFileSize(4000);
+        test::limitFileSize(4000);
         const auto [first, second] = LibraryImport::unpack(archive_, false, nullptr);
         EXPECT_FALSE(first);
         EXPECT_FALSE(second);
@@ -66,12 +56,12 @@ TEST_F(ImportPosix, AFullDiskLeavesOutWhatDoesNotFit)
 
 TEST_F(ImportPosix, AFullDiskLeavesTheDestinationAndRemovesTheSource)
 {
-    for (const rlim_t room : {rlim_t{100}, rlim_t{20'000}, rlim_t{33'000}, rlim_t{52'000}}) {
+    for (const std::size_t room : {std::size_t{100}, std::size_t{20'000}, std::size_t{33'000}, std::size_t{52'000}}) {
         pictures("a", 30, 1000).writeTo(destination_);
         pictures("b", 20, 1000).writeTo(source_);
         const std::string old = test::readFile(destination_);
         test::inChild([&] {
-            limitFileSize(room);
+            test::limitFileSize(room);
             EXPECT_FALSE(LibraryImport::moveArchivedTextures(source_, destination_, nullptr)) << room;
         });
         EXPECT_TRUE(test::readFile(destination_) == old) << room;
@@ -85,7 +75,7 @@ TEST_F(ImportPosix, AFullDiskForAPlainCopy)
 {
     pictures("b", 20, 1000).writeTo(source_);
     test::inChild([&] {
-        limitFileSize(10'000);
+        test::limitFileSize(10'000);
         EXPECT_FALSE(LibraryImport::moveArchivedTextures(source_, destination_, nullptr));
     });
     EXPECT_THAT(names(), IsEmpty());
@@ -97,24 +87,23 @@ TEST_F(ImportPosix, DeathDuringAMergeLeavesTheOldArchiveOrTheNew)
 {
     const std::string old = pictures("a", 5, 500).bytes();
     const std::string added = pictures("b", 4, 500).bytes();
-    bool died = true;
-    int deaths = 0;
     int oldOnes = 0;
     int newOnes = 0;
-    for (; died; ++deaths) {
-        ASSERT_LT(deaths, 3000);
-        test::writeFile(destination_, old);
-        test::writeFile(source_, added);
-        died = test::killedAtSystemCall(
-            deaths, [&] { EXPECT_TRUE(LibraryImport::moveArchivedTextures(source_, destination_, nullptr)); });
-        const bool isOld = test::readFile(destination_) == old;
-        ASSERT_TRUE(isOld || ZipUtils::getSizeOfArchive(destination_) == 9) << "torn at call " << deaths;
-        ++(isOld ? oldOnes : newOnes);
-        for (const fileString& folder : {folder_, at(U"temp")})
-            for (const std::string& name : test::listFolder(folder))
-                if (name != "destination.zip")
-                    FileUtils::removePath(folder / fileString(name), 0);
-    }
+    test::killedAtEachSystemCall(
+        [&] {
+            test::writeFile(destination_, old);
+            test::writeFile(source_, added);
+        },
+        [&] { EXPECT_TRUE(LibraryImport::moveArchivedTextures(source_, destination_, nullptr)); },
+        [&](bool) {
+            const bool isOld = test::readFile(destination_) == old;
+            ASSERT_TRUE(isOld || ZipUtils::getSizeOfArchive(destination_) == 9) << "torn";
+            ++(isOld ? oldOnes : newOnes);
+            for (const fileString& folder : {folder_, at(U"temp")})
+                for (const std::string& name : test::listFolder(folder))
+                    if (name != "destination.zip")
+                        FileUtils::removePath(folder / fileString(name), FileUtils::noFlags);
+        });
     EXPECT_GT(oldOnes, 30) << "the work was not watched";
     EXPECT_GT(newOnes, 1);
     EXPECT_EQ(namesOf(destination_), "a0 a1 a2 a3 a4 b0 b1 b2 b3");

@@ -203,7 +203,7 @@ TEST_F(Unpack, EntriesThatCannotBeCopiedAreLeftOut)
 TEST_F(Unpack, ADamagedEntryIsLeftOut)
 {
     std::string bytes = ZipBuilder().add("a.png", "1").add("b.png", "2").add("library.calib", "database").bytes();
-    bytes[bytes.find("PK\x03\x04", 1)] = 'X';
+    bytes[bytes.find(test::zip::signature::local, 1)] = 'X';
     test::writeFile(archive_, bytes);
     const auto [first, second] = unpack();
     EXPECT_EQ(first, database_);

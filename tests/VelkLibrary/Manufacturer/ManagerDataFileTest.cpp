@@ -1,6 +1,7 @@
 #include <VelkLibrary/Manufacturer/ManufacturerManager.h>
 
 #include "ManufacturerTest.h"
+#include "support/Numbers.h"
 
 #include <gmock/gmock.h>
 
@@ -21,7 +22,7 @@ protected:
     {
         Velk::HostServices host = services();
         host.resourceString = [](unsigned int id) -> std::optional<std::u32string> {
-            if (id == 10108)
+            if (id == test::textNumber::manufacturerDefault)
                 return U"Ask the manufacturer";
             return std::nullopt;
         };

@@ -1,6 +1,7 @@
 #include <VelkLibrary/Manufacturer/ManufacturerManager.h>
 
 #include "ManufacturerTest.h"
+#include "support/Numbers.h"
 
 #include <gmock/gmock.h>
 
@@ -38,7 +39,7 @@ protected:
         const test::Message message = messages().front();
         EXPECT_EQ(message.sourceFile, "Manufacturer/ManufacturerManager");
         EXPECT_EQ(message.line, line);
-        EXPECT_EQ(message.id, 272032391);
+        EXPECT_EQ(message.id, test::messageId::fileUnwritable);
         EXPECT_EQ(message.trait.severity, error::Severity::Error);
         EXPECT_EQ(message.text, dataFile().unicodeString());
         EXPECT_EQ(message.detail1, U"");
@@ -254,7 +255,7 @@ TEST_F(Manager, TellsTheUserOfAFileThatMayNotBeWritten)
 {
     std::filesystem::create_directory(dataFile().utf8());
     save({{1, makeCard(U"A")}});
-    expectUnwritable(244);
+    expectUnwritable(test::reportLine::manufacturersUnwritable);
     EXPECT_EQ(namesOf(manager()), "1 A");
 }
 
@@ -292,7 +293,7 @@ TEST_F(Manager, ChecksAndTellsTheUser)
 {
     std::filesystem::create_directory(dataFile().utf8());
     ManufacturerManager::checkWriteDataFile();
-    expectUnwritable(229);
+    expectUnwritable(test::reportLine::manufacturersChecked);
 }
 
 TEST_F(Manager, MakesTheFolderWhenItChecks)

@@ -3,6 +3,7 @@
 
 #include "ManufacturerTest.h"
 #include "support/DocumentDeaths.h"
+#include "support/Numbers.h"
 
 #include <gmock/gmock.h>
 
@@ -47,8 +48,8 @@ TEST_F(ManufacturerSafety, AFileThatCannotBeReplacedIsReported)
             ManufacturerManager::checkWriteDataFile();
             save('n', 1);
             ASSERT_EQ(messages().size(), 2U);
-            EXPECT_EQ(messages()[0].line, 229U);
-            EXPECT_EQ(messages()[1].line, 244U);
+            EXPECT_EQ(messages()[0].line, test::reportLine::manufacturersChecked);
+            EXPECT_EQ(messages()[1].line, test::reportLine::manufacturersUnwritable);
         });
         EXPECT_EQ(test::readFile(dataFile()), "{}");
     }
@@ -91,8 +92,8 @@ TEST_F(ManufacturerSafety, AReadOnlyFileIsReportedAndLeft)
         save(U'n', 1);
         ManufacturerManager::checkWriteDataFile();
         ASSERT_EQ(messages().size(), 2U);
-        EXPECT_EQ(messages()[0].line, 244U);
-        EXPECT_EQ(messages()[1].line, 229U);
+        EXPECT_EQ(messages()[0].line, test::reportLine::manufacturersUnwritable);
+        EXPECT_EQ(messages()[1].line, test::reportLine::manufacturersChecked);
         EXPECT_EQ(messages()[1].text, dataFile().unicodeString());
     });
     EXPECT_EQ(test::readFile(dataFile()), before);

@@ -2,6 +2,7 @@
 #include <VelkLibrary/Manufacturer/ManufacturerManager.h>
 
 #include "ManufacturerTest.h"
+#include "support/Numbers.h"
 #include "support/ScriptedServer.h"
 
 #include <gmock/gmock.h>
@@ -402,7 +403,7 @@ TEST_F(Update, ThatCannotBeWrittenTellsTheUser)
     update();
     EXPECT_EQ(namesOf(manager()), "1 A");
     ASSERT_EQ(messages().size(), 1U);
-    EXPECT_EQ(messages().front().line, 244U);
+    EXPECT_EQ(messages().front().line, test::reportLine::manufacturersUnwritable);
 }
 
 TEST_F(Update, OfAFileFromTheFutureIsTaken)

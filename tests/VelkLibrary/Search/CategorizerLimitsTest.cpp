@@ -1,18 +1,12 @@
 #include "CategorizerCalls.h"
 #include "support/CountedMemory.h"
+#include "support/SmallStack.h"
 
 #include <gtest/gtest.h>
 
 #include <clocale>
-#include <functional>
 #include <locale>
 #include <string>
-
-#ifdef _WIN32
-#include <thread>
-#else
-#include <pthread.h>
-#endif
 
 using namespace test;
 using namespace std::string_literals;
@@ -56,31 +50,12 @@ TEST(Categorizer, IsSmall)
     EXPECT_EQ(some.categorizeItemResult("office chair"), ItemExactName);
 }
 
-/// Runs `work` in a thread with a stack of 512 KiB, where the system lets one choose.
-void runOnSmallStack(const std::function<void()>& work)
-{
-#ifdef _WIN32
-    std::thread(work).join();
-#else
-    pthread_attr_t attributes;
-    ASSERT_EQ(pthread_attr_init(&attributes), 0);
-    ASSERT_EQ(pthread_attr_setstacksize(&attributes, 512 * 1024), 0);
-    pthread_t thread{};
-    const auto entry = [](void* argument) -> void* {
-        (*static_cast<const std::function<void()>*>(argument))();
-        return nullptr;
-    };
-    ASSERT_EQ(pthread_create(&thread, &attributes, entry, const_cast<std::function<void()>*>(&work)), 0);
-    ASSERT_EQ(pthread_join(thread, nullptr), 0);
-    pthread_attr_destroy(&attributes);
-#endif
-}
-
+constexpr unsigned smallStack = 512 << 10;
 constexpr std::size_t huge = 16 << 20;
 
 TEST(Categorizer, HugeTextsNeedNoStack)
 {
-    runOnSmallStack([] {
+    onSmallStack(smallStack, [] {
         const std::string text = std::string(huge, 'A') + " chair";
         const LibraryResultCategorizer chair(searchFor(U"chair -red"));
         EXPECT_EQ(chair.categorizeItemResult(text, text), ItemContainsWord);
@@ -90,7 +65,7 @@ TEST(Categorizer, HugeTextsNeedNoStack)
 
 TEST(Categorizer, HugeTermsNeedNoStackAndLinearTime)
 {
-    runOnSmallStack([] {
+    onSmallStack(smallStack, [] {
         const std::u32string term = std::u32string(huge / 2, U'a') + U"b" + std::u32string(huge / 2 - 1, U'a');
         const LibraryResultCategorizer huger(searchFor({group({term}, {term + U"x"})}));
         EXPECT_EQ(huger.categorizeItemResult(std::string(huge, 'a')), Invalid);

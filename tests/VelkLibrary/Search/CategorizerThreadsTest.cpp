@@ -2,12 +2,12 @@
 
 #include <VelkLibrary/Search/ParseTree.h>
 
+#include "support/Threads.h"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <string>
-#include <thread>
-#include <vector>
 
 namespace {
 
@@ -17,7 +17,7 @@ TEST(CategorizerThreads, OneServesMany)
     info.parseTree = Library::Search::parseSearchTerms(U"(chair|café) -red");
     const LibraryResultCategorizer categorizer(info);
     std::atomic<int> mistakes{0};
-    const auto work = [&](unsigned thread) {
+    test::onThreads(8, [&](std::size_t thread) {
         for (unsigned i = 0; i < 500; ++i) {
             const std::string filler((thread * 37 + i * 11) % 3000, '\xE9');
             const bool right = categorizer.categorizeItemResult(filler + " Chair") == ItemContainsWord &&
@@ -26,12 +26,7 @@ TEST(CategorizerThreads, OneServesMany)
                                categorizer.categorizeFolderResult("x" + filler) == Invalid;
             mistakes += right ? 0 : 1;
         }
-    };
-    std::vector<std::thread> threads;
-    for (unsigned thread = 0; thread < 8; ++thread)
-        threads.emplace_back(work, thread);
-    for (std::thread& thread : threads)
-        thread.join();
+    });
     EXPECT_EQ(mistakes, 0);
 }
 

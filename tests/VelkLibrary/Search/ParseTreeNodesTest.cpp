@@ -1,16 +1,22 @@
-// The parser only builds terms and groups, and of the normal form only flat ones. How the walk treats
-// other trees is reached from within its source file; this program has it instead of the library.
-#include <VelkLibrary/Search/ParseTree.cpp>
+// The parser only builds terms and groups, and of the normal form only flat ones. These are other trees.
+#include <VelkCommon/Reporting/Assertions.h>
+#include <VelkLibrary/Search/detail/Alternatives.h>
 
+#include "ParseTreeText.h"
+#include "support/Numbers.h"
 #include "support/TestHost.h"
 
 #include <gtest/gtest.h>
 
-namespace Library::Search {
+#include <memory>
+
 namespace {
 
+using Library::Search::detail::alternativesOf;
 using Group = BooleanExp::Group;
 using Term = BooleanExp::Term;
+
+using test::describe;
 
 class UnknownNode : public BooleanExp::Node
 {};
@@ -27,14 +33,6 @@ protected:
     {
         return std::make_unique<Term>(text, negated);
     }
-
-    ParseTree walk(const Group& group)
-    {
-        ParseTree tree{{ORGroup()}};
-        addGroup(tree, group);
-        closeGroup(tree);
-        return tree;
-    }
 };
 
 TEST_F(ParseTreeNodes, UnknownNodeIsReportedAndSkipped)
@@ -44,11 +42,11 @@ TEST_F(ParseTreeNodes, UnknownNodeIsReportedAndSkipped)
     append(root, Group::And, std::make_unique<UnknownNode>());
     append(root, Group::And, term(U"b"));
 
-    EXPECT_EQ(walk(root), (ParseTree{{ORGroup{{U"a", U"b"}, {}}}}));
+    EXPECT_EQ(describe(alternativesOf(root)), "<a> <b>");
     ASSERT_EQ(assertions().size(), 1U);
     EXPECT_EQ(assertions()[0].sourceFile, "Search/Info");
-    EXPECT_EQ(assertions()[0].line, 142U);
-    EXPECT_EQ(assertions()[0].kind, -4);
+    EXPECT_EQ(assertions()[0].line, test::reportLine::searchNode);
+    EXPECT_EQ(assertions()[0].kind, Velk::softAssertion);
     EXPECT_EQ(assertions()[0].expression, "Unhandled type");
 }
 
@@ -59,7 +57,7 @@ TEST_F(ParseTreeNodes, UnknownAlternativeDisappears)
     append(root, Group::Or, term(U"a"));
     append(root, Group::Or, std::make_unique<UnknownNode>());
 
-    EXPECT_EQ(walk(root), (ParseTree{{ORGroup{{U"a"}, {}}}}));
+    EXPECT_EQ(describe(alternativesOf(root)), "<a>");
     EXPECT_EQ(assertions().size(), 2U);
 }
 
@@ -74,7 +72,7 @@ TEST_F(ParseTreeNodes, NestedGroupIsReadInPlace)
     append(root, Group::And, std::move(inner));
     append(root, Group::And, term(U"e"));
 
-    EXPECT_EQ(walk(root), (ParseTree{{ORGroup{{U"a", U"b"}, {}}, ORGroup{{U"c", U"e"}, {U"d"}}}}));
+    EXPECT_EQ(describe(alternativesOf(root)), "<a> <b> ; <c> <e> -<d>");
     EXPECT_TRUE(assertions().empty());
 }
 
@@ -87,7 +85,7 @@ TEST_F(ParseTreeNodes, EmptyTextsAreDropped)
     append(root, Group::And, term(U"", true));
     append(root, Group::And, term(U""));
 
-    EXPECT_EQ(walk(root), (ParseTree{{ORGroup{{U"a"}, {}}}}));
+    EXPECT_EQ(describe(alternativesOf(root)), "<a>");
 }
 
 TEST_F(ParseTreeNodes, MissingOperandsAreNothing)
@@ -96,10 +94,9 @@ TEST_F(ParseTreeNodes, MissingOperandsAreNothing)
     append(root, Group::Or, term(U"a"));
     append(root, Group::Or, nullptr);
 
-    EXPECT_EQ(walk(root), (ParseTree{{ORGroup{{U"a"}, {}}}}));
-    EXPECT_EQ(walk(Group()), ParseTree());
+    EXPECT_EQ(describe(alternativesOf(root)), "<a>");
+    EXPECT_EQ(describe(alternativesOf(Group())), "");
     EXPECT_TRUE(assertions().empty());
 }
 
 }  // namespace
-}  // namespace Library::Search

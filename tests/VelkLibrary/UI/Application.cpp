@@ -1,21 +1,8 @@
 #include "VelkLibrary/UI/Application.h"
 
-#include "support/QtThreads.h"
+#include "support/EventLoop.h"
 
 #include <gmock/gmock.h>
-
-#ifdef __GNUC__
-
-// Asked for by the leak sanitizer, never called in other builds.
-extern "C" const char* __lsan_default_suppressions();
-
-// The font library, which Qt's platform loads, keeps its tables when the process ends.
-extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions()
-{
-    return "leak:libfontconfig\n";
-}
-
-#endif
 
 namespace test {
 

@@ -1,4 +1,5 @@
 #include "VelkLibrary/UI/PanelTest.h"
+#include "support/Numbers.h"
 
 #include <gmock/gmock.h>
 
@@ -27,7 +28,7 @@ protected:
 TEST_F(PanelPlacement, IsTheLastSectionOfTheMainSplitter)
 {
     splitter_->addWidget(new QWidget);
-    makePanel(1);
+    makePanel(test::displayType::barOnly);
     EXPECT_EQ(positionInSplitter(), 2);
     EXPECT_EQ(splitter_->count(), 3);
     EXPECT_FALSE(splitter_->isCollapsible(2));
@@ -89,7 +90,7 @@ TEST_F(PanelPlacement, GoesWithItsWindow)
 
 TEST_F(PanelPlacement, AppearsWithItsWindow)
 {
-    makePanel(1);
+    makePanel(test::displayType::barOnly);
     EXPECT_FALSE(panel().isVisible());
     window_.show();
     EXPECT_TRUE(panel().isVisible());
@@ -98,7 +99,7 @@ TEST_F(PanelPlacement, AppearsWithItsWindow)
 TEST_F(PanelPlacement, AppearsInAWindowThatIsShown)
 {
     window_.show();
-    makePanel(1);
+    makePanel(test::displayType::barOnly);
     test::Application::deliverEvents();
     EXPECT_TRUE(panel().isVisible());
     EXPECT_EQ(panel().height(), panel().sizeHint().height());
@@ -106,7 +107,7 @@ TEST_F(PanelPlacement, AppearsInAWindowThatIsShown)
 
 TEST_F(PanelPlacement, NoTimerShowsWhatTheHostHides)
 {
-    makePanel(1);
+    makePanel(test::displayType::barOnly);
     panel().hide();
     window_.show();
     panel().onSetRangeInGauge(10);
@@ -121,7 +122,7 @@ TEST_F(PanelPlacement, NoTimerShowsWhatTheHostHides)
 
 TEST_F(PanelPlacement, StaysAtTheEndOfAJob)
 {
-    makePanel(1);
+    makePanel(test::displayType::barOnly);
     window_.show();
     QSignalSpy cancelled(&panel(), &QProgressDialog::canceled);
     panel().onSetRangeInGauge(10);
@@ -137,7 +138,7 @@ TEST_F(PanelPlacement, StaysAtTheEndOfAJob)
 
 TEST_F(PanelPlacement, IsAStripOfFixedHeight)
 {
-    makePanel(1);
+    makePanel(test::displayType::barOnly);
     EXPECT_EQ(panel().objectName(), QStringLiteral("LibraryProgressPanel"));
     EXPECT_EQ(panel().sizePolicy().horizontalPolicy(), QSizePolicy::Preferred);
     EXPECT_EQ(panel().sizePolicy().verticalPolicy(), QSizePolicy::Fixed);
@@ -150,7 +151,7 @@ TEST_F(PanelPlacement, IsAStripOfFixedHeight)
 
 TEST_F(PanelPlacement, HasALabelOnEachSideOfTheBar)
 {
-    makePanel(1);
+    makePanel(test::displayType::barOnly);
     auto* const row = qobject_cast<QBoxLayout*>(panel().layout());
     ASSERT_NE(row, nullptr);
     ASSERT_EQ(row->count(), 3);
@@ -167,7 +168,7 @@ TEST_F(PanelPlacement, HasALabelOnEachSideOfTheBar)
 
 TEST_F(PanelPlacement, HasNoButton)
 {
-    makePanel(1);
+    makePanel(test::displayType::barOnly);
     EXPECT_TRUE(panel().findChildren<QPushButton*>().isEmpty());
 }
 
@@ -188,7 +189,7 @@ protected:
 
 TEST_F(PanelLayout, KeepsItsColumnsThroughSizesAndStyles)
 {
-    makePanel(3);
+    makePanel(test::displayType::amounts);
     window_.show();
     panel().onSetText("Checking plants.calib");
     panel().onSetRangeInGauge(1000);
@@ -208,7 +209,7 @@ TEST_F(PanelLayout, KeepsItsColumnsThroughSizesAndStyles)
 
 TEST_F(PanelLayout, ALongTextIsCutOffAndDoesNotWidenTheWindow)
 {
-    makePanel(3);
+    makePanel(test::displayType::amounts);
     window_.resize(400, 300);
     window_.show();
     panel().onSetText(std::string(1000, 'x'));
@@ -238,7 +239,7 @@ private:
 
 TEST_F(PanelForwarding, NothingHappensBeforeTheEventLoop)
 {
-    makeCounted(3);
+    makeCounted(test::displayType::amounts);
     panel().onSetRangeInGauge(200);
     panel().onSetValueInGauge(50);
     panel().onUpdateInGauge();
@@ -256,7 +257,7 @@ TEST_F(PanelForwarding, NothingHappensBeforeTheEventLoop)
 
 TEST_F(PanelForwarding, ValuesAndRangesReachTheTextTwice)
 {
-    makeCounted(3);
+    makeCounted(test::displayType::amounts);
     panel().onSetValueInGauge(50);
     test::Application::deliverEvents();
     EXPECT_EQ(textCalls(), 2);
@@ -271,7 +272,7 @@ TEST_F(PanelForwarding, ValuesAndRangesReachTheTextTwice)
 
 TEST_F(PanelForwarding, UnitsAreStoredAtOnceAndSeenWithTheNextChange)
 {
-    makeCounted(3);
+    makeCounted(test::displayType::amounts);
     panel().onSetRangeInGauge(200);
     test::Application::deliverEvents();
     static_cast<void>(textCalls());
@@ -287,7 +288,7 @@ TEST_F(PanelForwarding, UnitsAreStoredAtOnceAndSeenWithTheNextChange)
 
 TEST_F(PanelForwarding, SetsTheLabelsAtOnceWhenAskedTo)
 {
-    makePanel(1);
+    makePanel(test::displayType::barOnly);
     panel().setProgressLabelText(QStringLiteral("left"));
     panel().setProgressRangeText(QStringLiteral("right"));
     EXPECT_EQ(labelText(), "left");
@@ -306,7 +307,7 @@ class PanelSizes : public test::PanelTest, public testing::WithParamInterface<Si
 
 TEST_P(PanelSizes, AreCutOffTo32Bits)
 {
-    makePanel(3);
+    makePanel(test::displayType::amounts);
     panel().onSetRangeInGauge(static_cast<size_t>(GetParam().size));
     panel().onSetValueInGauge(static_cast<size_t>(GetParam().size));
     test::Application::deliverEvents();
@@ -325,7 +326,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, PanelSizes, testing::ValuesIn(sizes), [](const au
 
 TEST_F(PanelForwarding, ASizeMovesTheBarAsItsLowestBitsDo)
 {
-    makePanel(1);
+    makePanel(test::displayType::barOnly);
     panel().onSetValueInGauge(static_cast<size_t>(4294967297));
     test::Application::deliverEvents();
     EXPECT_EQ(gauge().value(), 1);
@@ -333,7 +334,7 @@ TEST_F(PanelForwarding, ASizeMovesTheBarAsItsLowestBitsDo)
 
 TEST_F(PanelForwarding, IsCalledByNameToo)
 {
-    makePanel(3);
+    makePanel(test::displayType::amounts);
     call(panel(), "onSetRangeInGauge", Q_ARG(size_t, 200));
     call(panel(), "onSetValueInGauge", Q_ARG(int, 50));
     call(panel(), "onUpdateInGauge");
@@ -346,7 +347,7 @@ TEST_F(PanelForwarding, IsCalledByNameToo)
 
 TEST_F(PanelForwarding, LivesOnWithoutGaugeAndText)
 {
-    makePanel(3);
+    makePanel(test::displayType::amounts);
     const QLabel& label = sideLabel(0);
     const QLabel& range = sideLabel(2);
     panel().setBar(new QProgressBar);  // destroys the gauge
@@ -366,7 +367,7 @@ TEST_F(PanelForwarding, LivesOnWithoutGaugeAndText)
 
 TEST_F(PanelForwarding, WhatIsUnderWayIsDroppedWithThePanel)
 {
-    makePanel(3);
+    makePanel(test::displayType::amounts);
     panel().onSetRangeInGauge(200);
     panel().onSetText("Copying");
     delete &panel();

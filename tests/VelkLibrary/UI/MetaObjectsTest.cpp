@@ -1,4 +1,5 @@
 #include "VelkLibrary/UI/PanelTest.h"
+#include "support/Numbers.h"
 
 #include <gmock/gmock.h>
 
@@ -84,7 +85,7 @@ class MetaTypes : public test::PanelTest
 
 TEST_F(MetaTypes, OfArgumentsAreRegisteredByThePanel)
 {
-    makePanel(1);
+    makePanel(test::displayType::barOnly);
     EXPECT_EQ(QMetaType::type("ProgressDisplayType"), qMetaTypeId<ProgressDisplayType>());
     EXPECT_NE(QMetaType::type("std::string"), static_cast<int>(QMetaType::UnknownType));
     EXPECT_EQ(QMetaType::type("size_t"), static_cast<int>(QMetaType::ULongLong));

@@ -2,16 +2,22 @@
 
 #include <VelkCommon/HostServices.h>
 
+#include "support/Numbers.h"
+#include "support/Threads.h"
+
 #include <gmock/gmock.h>
 
 #include <limits>
 #include <mutex>
+#include <numeric>
 #include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace {
+
+using test::textNumber::firstStyle;
+using test::textNumber::lastStyle;
 
 // The names are loaded once in a process: before all tests, on several threads at once.
 class ObjectStyles : public testing::Test
@@ -28,11 +34,8 @@ protected:
             return U"style " + std::u32string(digits.begin(), digits.end());
         };
         Velk::installHost(std::move(host));
-        std::vector<std::thread> threads;
-        for (ObjectStyleManager*& manager : managers_)
-            threads.emplace_back([&manager] { manager = &ObjectStyleManager::getObjectStyleManager(); });
-        for (std::thread& thread : threads)
-            thread.join();
+        test::onThreads(managers_.size(),
+                        [](std::size_t i) { managers_[i] = &ObjectStyleManager::getObjectStyleManager(); });
         Velk::installHost({});
     }
 
@@ -42,8 +45,9 @@ protected:
 
 TEST_F(ObjectStyles, AreLoadedOnceInAscendingOrder)
 {
-    EXPECT_THAT(loaded_, testing::ElementsAre(10000, 10001, 10002, 10003, 10004, 10005, 10006, 10007, 10008, 10009,
-                                              10010, 10011, 10012, 10013, 10014));
+    std::vector<unsigned int> numbers(lastStyle - firstStyle + 1);
+    std::iota(numbers.begin(), numbers.end(), firstStyle);
+    EXPECT_EQ(loaded_, numbers);
     static_cast<void>(ObjectStyleManager::getObjectStyleManager());
     EXPECT_THAT(loaded_, testing::SizeIs(15));
 }
@@ -56,10 +60,10 @@ TEST_F(ObjectStyles, BelongToOneObject)
 TEST_F(ObjectStyles, HaveTheHostsNames)
 {
     const ObjectStyleManager& styles = ObjectStyleManager::getObjectStyleManager();
-    EXPECT_EQ(styles.getStyleName(10000), U"style 10000");
-    EXPECT_EQ(styles.getStyleName(10007), U"style 10007");
-    EXPECT_EQ(styles.getStyleName(10014), U"style 10014");
-    EXPECT_EQ(&styles.getStyleName(10003), &styles.getStyleName(10003));
+    EXPECT_EQ(styles.getStyleName(firstStyle), U"style 10000");
+    EXPECT_EQ(styles.getStyleName(firstStyle + 7), U"style 10007");
+    EXPECT_EQ(styles.getStyleName(lastStyle), U"style 10014");
+    EXPECT_EQ(&styles.getStyleName(firstStyle + 3), &styles.getStyleName(firstStyle + 3));
 }
 
 TEST_F(ObjectStyles, AnUnknownNumberHasTheEmptyName)
@@ -67,12 +71,12 @@ TEST_F(ObjectStyles, AnUnknownNumberHasTheEmptyName)
     const ObjectStyleManager& styles = ObjectStyleManager::getObjectStyleManager();
     constexpr long lowest = std::numeric_limits<long>::min();
     constexpr long highest = std::numeric_limits<long>::max();
-    for (const long number : {9999L, 10015L, 0L, -1L, -10000L, lowest, highest})
+    for (const long number : {firstStyle - 1L, lastStyle + 1L, 0L, -1L, -10000L, lowest, highest})
         EXPECT_EQ(styles.getStyleName(number), U"") << number;
     if constexpr (sizeof(long) > 4) {  // not cut off to 32 bits
-        EXPECT_EQ(styles.getStyleName(static_cast<long>(4294967296LL + 10000)), U"");
+        EXPECT_EQ(styles.getStyleName(static_cast<long>(4294967296LL + firstStyle)), U"");
     }
-    EXPECT_EQ(&styles.getStyleName(9999), &styles.getStyleName(10015));
+    EXPECT_EQ(&styles.getStyleName(firstStyle - 1), &styles.getStyleName(lastStyle + 1));
 }
 
 }  // namespace

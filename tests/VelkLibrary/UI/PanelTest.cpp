@@ -1,4 +1,5 @@
 #include "VelkLibrary/UI/PanelTest.h"
+#include "support/Numbers.h"
 
 #include <QBoxLayout>
 #include <QLayout>
@@ -9,7 +10,11 @@
 namespace test {
 
 PanelTest::PanelTest()
-    : texts_{{2749, U"%1%"}, {2750, U"%1% of %2%"}, {2752, U"tip 2752"}, {2753, U"tip 2753"}, {2754, U"tip 2754"}}
+    : texts_{{2749, U"%1%"},
+             {2750, U"%1% of %2%"},
+             {2752, U"tip of the amounts"},
+             {2753, U"tip of the bar"},
+             {2754, U"tip of the percentage"}}
 {
     auto* const column = new QVBoxLayout(&window_);
     splitter_ = new QSplitter(Qt::Vertical);
@@ -17,7 +22,7 @@ PanelTest::PanelTest()
     splitter_->addWidget(new QWidget);
     column->addWidget(splitter_);
     window_.resize(600, 400);
-    installDisplayType(1);
+    installDisplayType(displayType::barOnly);
 }
 
 PanelTest::~PanelTest()
@@ -28,9 +33,9 @@ PanelTest::~PanelTest()
 void PanelTest::installDisplayType(std::any value)
 {
     Velk::HostServices host = services();
-    host.preferences = {{236, "display type", std::move(value)}};
+    host.preferences = {{preference::displayType, "display type", std::move(value)}};
     host.preferenceChanged = [this](std::size_t number, const std::any& stored) {
-        if (number == 236)
+        if (number == preference::displayType)
             storedDisplayTypes_.push_back(stored);
     };
     host.resourceString = [this](unsigned int id) -> std::optional<std::u32string> {

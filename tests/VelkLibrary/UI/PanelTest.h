@@ -21,14 +21,14 @@
 namespace test {
 
 /// A browser's window that can hold a panel, and a host with texts that are easy to recognise: "25" for a
-/// percentage, "1 of 2" for amounts, "tip 2752" for a tooltip.
+/// percentage, "1 of 2" for amounts, "tip of the amounts" for a tooltip.
 class PanelTest : public TestHost
 {
 protected:
     PanelTest();
     ~PanelTest() override;
 
-    /// Installs the host again, with that value (of any type, or none) in preference 236.
+    /// Installs the host again, with that value (of any type, or none) in the preference for the display type.
     void installDisplayType(std::any value);
 
     /// Makes the panel, in a window that is not shown, with that display type.
@@ -51,7 +51,7 @@ protected:
     QWidget window_;
     QSplitter* splitter_ = nullptr;
     std::map<unsigned int, std::u32string> texts_;  ///< the host's
-    std::vector<std::any> storedDisplayTypes_;      ///< what the host was told of preference 236
+    std::vector<std::any> storedDisplayTypes_;      ///< what the host was told of that preference
 
 private:
     QPointer<LibraryProgressPanel> panel_;

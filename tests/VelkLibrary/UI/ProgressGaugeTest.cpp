@@ -1,4 +1,5 @@
 #include "VelkLibrary/UI/PanelTest.h"
+#include "support/Numbers.h"
 
 #include <VelkCommon/Reporting/PreferenceEngine.h>
 
@@ -21,7 +22,10 @@ constexpr int highestSize = std::numeric_limits<int>::max();
 class ProgressGaugeTest : public test::PanelTest
 {
 protected:
-    static int storedPreference() { return *PreferenceEngine::getThePrefs().getPrefSet().get<int>(236); }
+    static int storedPreference()
+    {
+        return *PreferenceEngine::getThePrefs().getPrefSet().get<int>(test::preference::displayType);
+    }
 
     void click(Qt::MouseButton button = Qt::LeftButton)
     {
@@ -35,7 +39,7 @@ protected:
 
 TEST_F(ProgressGaugeTest, BeginsAtNothing)
 {
-    makePanel(1);
+    makePanel(test::displayType::barOnly);
     EXPECT_EQ(gauge().minimum(), 0);
     EXPECT_EQ(gauge().maximum(), 100);
     EXPECT_EQ(gauge().value(), 0);
@@ -48,7 +52,7 @@ TEST_F(ProgressGaugeTest, BeginsAtNothing)
 
 TEST_F(ProgressGaugeTest, ShowsValuesAndTellsTheTextLater)
 {
-    makePanel(3);
+    makePanel(test::displayType::amounts);
     gauge().onSetRange(200);
     gauge().onSetValue(50);
     EXPECT_EQ(gauge().maximum(), 200);
@@ -60,7 +64,7 @@ TEST_F(ProgressGaugeTest, ShowsValuesAndTellsTheTextLater)
 
 TEST_F(ProgressGaugeTest, ARangeCountsFromTheMinimum)
 {
-    makePanel(3);
+    makePanel(test::displayType::amounts);
     gauge().setMinimum(10);
     gauge().onSetRange(5);
     EXPECT_EQ(gauge().minimum(), 10);
@@ -71,7 +75,7 @@ TEST_F(ProgressGaugeTest, ARangeCountsFromTheMinimum)
 
 TEST_F(ProgressGaugeTest, AValueBeyondTheRangeMovesTheTextAlone)
 {
-    makePanel(3);
+    makePanel(test::displayType::amounts);
     gauge().onSetValue(40);
     gauge().onSetValue(300);
     EXPECT_EQ(gauge().value(), 40);
@@ -81,7 +85,7 @@ TEST_F(ProgressGaugeTest, AValueBeyondTheRangeMovesTheTextAlone)
 
 TEST_F(ProgressGaugeTest, ARangeKeepsAValueThatWasSet)
 {
-    makePanel(1);
+    makePanel(test::displayType::barOnly);
     gauge().onSetValue(50);
     gauge().onSetRange(200);
     EXPECT_EQ(gauge().value(), 50);
@@ -89,7 +93,7 @@ TEST_F(ProgressGaugeTest, ARangeKeepsAValueThatWasSet)
 
 TEST_F(ProgressGaugeTest, ExtremeNumbersAreNoOverflow)
 {
-    makePanel(3);
+    makePanel(test::displayType::amounts);
     gauge().onSetRange(highestSize);
     EXPECT_EQ(gauge().maximum(), highestSize);
     gauge().onSetValue(highestSize);
@@ -108,7 +112,7 @@ TEST_F(ProgressGaugeTest, ExtremeNumbersAreNoOverflow)
 
 TEST_F(ProgressGaugeTest, AStepIsOneFurther)
 {
-    makePanel(3);
+    makePanel(test::displayType::amounts);
     gauge().onSetRange(3);
     gauge().onUpdate();
     EXPECT_EQ(gauge().value(), 1);
@@ -120,7 +124,7 @@ TEST_F(ProgressGaugeTest, AStepIsOneFurther)
 
 TEST_F(ProgressGaugeTest, AStepGoesOnFromAValueThatWasSet)
 {
-    makePanel(1);
+    makePanel(test::displayType::barOnly);
     gauge().onSetValue(50);
     gauge().onSetRange(200);
     gauge().onUpdate();
@@ -129,7 +133,7 @@ TEST_F(ProgressGaugeTest, AStepGoesOnFromAValueThatWasSet)
 
 TEST_F(ProgressGaugeTest, StepsEndAtTheEnd)
 {
-    makePanel(3);
+    makePanel(test::displayType::amounts);
     gauge().onSetRange(2);
     for (int step = 0; step < 5; ++step)
         gauge().onUpdate();
@@ -140,7 +144,7 @@ TEST_F(ProgressGaugeTest, StepsEndAtTheEnd)
 
 TEST_F(ProgressGaugeTest, ARangeLeavesTheValue)
 {
-    makePanel(3);
+    makePanel(test::displayType::amounts);
     gauge().onSetRange(10);
     for (int step = 0; step < 3; ++step)
         gauge().onUpdate();
@@ -153,7 +157,7 @@ TEST_F(ProgressGaugeTest, ARangeLeavesTheValue)
 
 TEST_F(ProgressGaugeTest, TheFirstStepOfABarThatWasResetIsOne)
 {
-    makePanel(1);
+    makePanel(test::displayType::barOnly);
     gauge().onSetValue(80);
     gauge().onSetRange(5);  // Qt resets a bar whose value is beyond its new end
     ASSERT_EQ(gauge().value(), -1);
@@ -163,7 +167,7 @@ TEST_F(ProgressGaugeTest, TheFirstStepOfABarThatWasResetIsOne)
 
 TEST_F(ProgressGaugeTest, WithoutLengthThereAreNoSteps)
 {
-    makePanel(1);
+    makePanel(test::displayType::barOnly);
     gauge().onSetRange(0);
     gauge().onUpdate();
     EXPECT_EQ(gauge().value(), 0);
@@ -173,32 +177,32 @@ TEST_F(ProgressGaugeTest, WithoutLengthThereAreNoSteps)
 
 TEST_F(ProgressGaugeTest, AClickGoesToTheNextDisplayType)
 {
-    makePanel(1);
+    makePanel(test::displayType::barOnly);
     panel().onSetRangeInGauge(200);
     panel().onSetValueInGauge(50);
     test::Application::deliverEvents();
     EXPECT_EQ(rangeText(), "");
     click();
     EXPECT_EQ(rangeText(), "25");
-    EXPECT_EQ(storedPreference(), 2);
+    EXPECT_EQ(storedPreference(), test::displayType::percentage);
     click();
     EXPECT_EQ(rangeText(), "50 of 200");
-    EXPECT_EQ(storedPreference(), 3);
+    EXPECT_EQ(storedPreference(), test::displayType::amounts);
     click();
     EXPECT_EQ(rangeText(), "");
-    EXPECT_EQ(storedPreference(), 1);
+    EXPECT_EQ(storedPreference(), test::displayType::barOnly);
 }
 
 TEST_F(ProgressGaugeTest, TheTextFollowsThroughTheQueue)
 {
-    makePanel(1);
+    makePanel(test::displayType::barOnly);
     panel().onSetRangeInGauge(200);
     panel().onSetValueInGauge(50);
     test::Application::deliverEvents();
     QMouseEvent release(QEvent::MouseButtonRelease, QPointF(1, 1), Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
     QCoreApplication::sendEvent(&gauge(), &release);
-    EXPECT_EQ(storedPreference(), 2);
-    EXPECT_EQ(toolTip(), "tip 2754");
+    EXPECT_EQ(storedPreference(), test::displayType::percentage);
+    EXPECT_EQ(toolTip(), "tip of the percentage");
     EXPECT_EQ(rangeText(), "");
     test::Application::deliverEvents();
     EXPECT_EQ(rangeText(), "25");
@@ -220,18 +224,20 @@ TEST_P(ThreeClicks, LeadBack)
     EXPECT_EQ(std::any_cast<int>(storedDisplayTypes_[2]), GetParam());
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, ThreeClicks, testing::Values(1, 2, 3));
+INSTANTIATE_TEST_SUITE_P(Rows, ThreeClicks,
+                         testing::Values(test::displayType::barOnly, test::displayType::percentage,
+                                         test::displayType::amounts));
 
 TEST_F(ProgressGaugeTest, TheToolTipIsThatOfTheDisplayType)
 {
-    makePanel(1);
-    EXPECT_EQ(toolTip(), "tip 2753");
+    makePanel(test::displayType::barOnly);
+    EXPECT_EQ(toolTip(), "tip of the bar");
     click();
-    EXPECT_EQ(toolTip(), "tip 2754");
+    EXPECT_EQ(toolTip(), "tip of the percentage");
     click();
-    EXPECT_EQ(toolTip(), "tip 2752");
+    EXPECT_EQ(toolTip(), "tip of the amounts");
     click();
-    EXPECT_EQ(toolTip(), "tip 2753");
+    EXPECT_EQ(toolTip(), "tip of the bar");
 }
 
 class UnknownDisplayType : public ProgressGaugeTest, public testing::WithParamInterface<int>
@@ -251,13 +257,13 @@ INSTANTIATE_TEST_SUITE_P(Rows, UnknownDisplayType, testing::Values(0, 4, -1, low
 
 TEST_F(ProgressGaugeTest, APreferenceOfAnotherTypeIsReportedAndKept)
 {
-    makePanel(1);
+    makePanel(test::displayType::barOnly);
     installDisplayType(std::string("two"));
     click();
     ASSERT_THAT(messages(), SizeIs(1));
     EXPECT_THAT(messages()[0].formatted(), testing::HasSubstr("Set pref isA failure:"));
     EXPECT_THAT(storedDisplayTypes_, IsEmpty());
-    EXPECT_EQ(toolTip(), "tip 2754") << "the click counts all the same";
+    EXPECT_EQ(toolTip(), "tip of the percentage") << "the click counts all the same";
 }
 
 class OtherButtons : public ProgressGaugeTest, public testing::WithParamInterface<Qt::MouseButton>
@@ -265,10 +271,10 @@ class OtherButtons : public ProgressGaugeTest, public testing::WithParamInterfac
 
 TEST_P(OtherButtons, ChangeNothing)
 {
-    makePanel(2);
+    makePanel(test::displayType::percentage);
     click(GetParam());
-    EXPECT_EQ(storedPreference(), 2);
-    EXPECT_EQ(toolTip(), "tip 2754");
+    EXPECT_EQ(storedPreference(), test::displayType::percentage);
+    EXPECT_EQ(toolTip(), "tip of the percentage");
     EXPECT_THAT(storedDisplayTypes_, IsEmpty());
 }
 
@@ -292,7 +298,7 @@ protected:
 
 TEST_F(ProgressGaugeTest, AReleaseGoesOnToTheParents)
 {
-    makePanel(1);
+    makePanel(test::displayType::barOnly);
     ReleaseCounter atPanel(&panel());
     ReleaseCounter atWindow(&window_);
     click(Qt::LeftButton);
@@ -303,7 +309,7 @@ TEST_F(ProgressGaugeTest, AReleaseGoesOnToTheParents)
 
 TEST_F(ProgressGaugeTest, AReleaseIsMarkedAsIgnored)
 {
-    makePanel(1);
+    makePanel(test::displayType::barOnly);
     for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton}) {
         QMouseEvent release(QEvent::MouseButtonRelease, QPointF(1, 1), button, Qt::NoButton, Qt::NoModifier);
         release.accept();
@@ -314,7 +320,7 @@ TEST_F(ProgressGaugeTest, AReleaseIsMarkedAsIgnored)
 
 TEST_F(ProgressGaugeTest, LivesOnWithoutItsText)
 {
-    makePanel(1);
+    makePanel(test::displayType::barOnly);
     delete &text();
     click();
     gauge().onSetRange(20);
@@ -322,7 +328,7 @@ TEST_F(ProgressGaugeTest, LivesOnWithoutItsText)
     gauge().onUpdate();
     test::Application::deliverEvents();
     EXPECT_EQ(gauge().value(), 5);
-    EXPECT_EQ(storedPreference(), 2);
+    EXPECT_EQ(storedPreference(), test::displayType::percentage);
     EXPECT_EQ(rangeText(), "");
 }
 

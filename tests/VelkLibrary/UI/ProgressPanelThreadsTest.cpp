@@ -1,4 +1,6 @@
 #include "VelkLibrary/UI/PanelTest.h"
+#include "support/Numbers.h"
+#include "support/Threads.h"
 
 #include <VelkLibrary/LibraryCatalogUpdater.h>
 
@@ -6,9 +8,6 @@
 
 #include <QTest>
 #include <QThread>
-
-#include <semaphore>
-#include <thread>
 
 namespace {
 
@@ -19,7 +18,7 @@ class PanelThreads : public test::PanelTest
 
 TEST_F(PanelThreads, AWorkerDrivesThePanel)
 {
-    makePanel(3);
+    makePanel(test::displayType::amounts);
     window_.show();
     LibraryProgressPanel& panel = this->panel();
     Application::runBesideEventLoop([&panel] {
@@ -36,7 +35,7 @@ TEST_F(PanelThreads, AWorkerDrivesThePanel)
 
 TEST_F(PanelThreads, AWorkerSetsUnitsWhileTextsAreMade)
 {
-    makePanel(3);
+    makePanel(test::displayType::amounts);
     LibraryProgressPanel& panel = this->panel();
     Application::runBesideEventLoop([&panel] {
         for (int step = 1; step <= 500; ++step) {
@@ -51,7 +50,7 @@ TEST_F(PanelThreads, AWorkerSetsUnitsWhileTextsAreMade)
 
 TEST_F(PanelThreads, EverythingHappensOnTheWidgetsThread)
 {
-    makePanel(2);
+    makePanel(test::displayType::percentage);
     LibraryProgressPanel& panel = this->panel();
     std::vector<QThread*> threads;
     QObject::connect(
@@ -72,7 +71,7 @@ TEST_F(PanelThreads, EverythingHappensOnTheWidgetsThread)
 
 TEST_F(PanelThreads, ClicksWhileAWorkerDrivesArriveAll)
 {
-    makePanel(1);
+    makePanel(test::displayType::barOnly);
     window_.show();
     LibraryProgressPanel& panel = this->panel();
     int clicks = 0;
@@ -96,7 +95,7 @@ TEST_F(PanelThreads, ClicksWhileAWorkerDrivesArriveAll)
 
 TEST_F(PanelThreads, AJobReportsThroughTheBaseOfThePanel)
 {
-    makePanel(3);
+    makePanel(test::displayType::amounts);
     Application::runBesideEventLoop([progress = panel().progressHandle()] {
         progress.sendText("Copying");
         progress.sendUnits("KB");
@@ -111,9 +110,9 @@ TEST_F(PanelThreads, AJobReportsThroughTheBaseOfThePanel)
 
 TEST_F(PanelThreads, ACatalogUpdateReportsToThePanel)
 {
-    makePanel(3);
-    texts_[8717] = U"Checking";
-    texts_[8723] = U"Looking at ";
+    makePanel(test::displayType::amounts);
+    texts_[test::textNumber::checking] = U"Checking";
+    texts_[test::textNumber::checkingCatalog] = U"Looking at ";
     const fileString catalog = folder() / std::u32string(
                                               U"K\x00FC"
                                               U"che.calib");
@@ -138,23 +137,23 @@ TEST_F(PanelThreads, ACatalogUpdateReportsToThePanel)
 // On each round the panel dies while a worker sends.
 TEST_F(PanelThreads, AJobMayOutliveThePanel)
 {
-    constexpr int rounds = 100;
-    constexpr int reports = 60;
-    for (int round = 0; round < rounds; ++round) {
-        makePanel(3);
-        std::counting_semaphore<reports> allowed{0};  // or a fast worker would send for minutes
-        std::thread worker([&allowed, progress = panel().progressHandle()] {
-            for (int report = 0; report < reports; ++report) {
-                allowed.acquire();
+    constexpr std::size_t rounds = 100;
+    constexpr std::size_t reports = 60;
+    for (std::size_t round = 0; round < rounds; ++round) {
+        makePanel(test::displayType::amounts);
+        test::Tally allowed;  // or a fast worker would send for minutes
+        test::Thread worker([&allowed, progress = panel().progressHandle()] {
+            for (std::size_t report = 1; report <= reports; ++report) {
+                allowed.waitFor(report);
                 progress.sendText("a text that is longer than a short string");
                 progress.sendStep();
             }
         });
-        allowed.release(20);
+        allowed.add(20);
         Application::deliverEvents();
-        allowed.release(20 + round % 20);
+        allowed.add(20 + round % 20);
         delete &panel();
-        allowed.release(20 - round % 20);
+        allowed.add(20 - round % 20);
         Application::deliverEvents();
         worker.join();
         Application::deliverEvents();

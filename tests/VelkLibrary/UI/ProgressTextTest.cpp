@@ -1,4 +1,5 @@
 #include "VelkLibrary/UI/PanelTest.h"
+#include "support/Numbers.h"
 
 #include <gmock/gmock.h>
 
@@ -44,20 +45,20 @@ private:
 
 TEST_F(ProgressTextTest, BelongsToThePanel)
 {
-    makeText(1);
+    makeText(test::displayType::barOnly);
     EXPECT_EQ(text().parent(), &panel());
 }
 
 TEST_F(ProgressTextTest, EmitsNothingByItself)
 {
-    makeText(2);
+    makeText(test::displayType::percentage);
     test::Application::deliverEvents();
     EXPECT_THAT(takeEmitted(), IsEmpty());
 }
 
 TEST_F(ProgressTextTest, EverySlotEmitsBothTextsOnce)
 {
-    makeText(2);
+    makeText(test::displayType::percentage);
     call(text(), "onSetRange", Q_ARG(int, 8));
     EXPECT_THAT(takeEmitted(), ElementsAre("label ", "range 0"));
     call(text(), "onSetValue", Q_ARG(int, 2));
@@ -74,7 +75,7 @@ TEST_F(ProgressTextTest, EverySlotEmitsBothTextsOnce)
 
 TEST_F(ProgressTextTest, ARepetitionChangesNothing)
 {
-    makeText(2);
+    makeText(test::displayType::percentage);
     setValueAndRange(2, 8);
     const std::vector<std::string> first = takeEmitted();
     setValueAndRange(2, 8);
@@ -83,7 +84,7 @@ TEST_F(ProgressTextTest, ARepetitionChangesNothing)
 
 TEST_F(ProgressTextTest, ReachesTheLabelsThroughTheQueue)
 {
-    makeText(2);
+    makeText(test::displayType::percentage);
     call(text(), "onSetText", Q_ARG(std::string, "Copying"));
     setValueAndRange(2, 8);
     EXPECT_EQ(labelText(), "");
@@ -113,7 +114,7 @@ class Percentages : public ProgressTextTest, public testing::WithParamInterface<
 
 TEST_P(Percentages, AreWholeNumbers)
 {
-    makeText(2);
+    makeText(test::displayType::percentage);
     setValueAndRange(GetParam().value, GetParam().range);
     EXPECT_EQ(lastRangeText(), GetParam().text);
 }
@@ -142,10 +143,10 @@ INSTANTIATE_TEST_SUITE_P(Rows, Percentages, testing::ValuesIn(percentages),
 
 TEST_F(ProgressTextTest, APercentageIsPutIntoTheHostsText)
 {
-    texts_[2749] =
+    texts_[test::textNumber::percentage] =
         U"%1% %% \x00FC"
         U"ber";
-    makeText(2);
+    makeText(test::displayType::percentage);
     setValueAndRange(50, 200);
     EXPECT_EQ(lastRangeText(),
               "25 % \xC3\xBC"
@@ -156,7 +157,7 @@ TEST_F(ProgressTextTest, APercentageIsPutIntoTheHostsText)
 
 TEST_F(ProgressTextTest, AmountsHaveThousandsSeparators)
 {
-    makeText(3);
+    makeText(test::displayType::amounts);
     setValueAndRange(1234, 1234567);
     EXPECT_EQ(lastRangeText(), "1,234 of 1,234,567");
     setValueAndRange(lowest, highest);
@@ -165,14 +166,14 @@ TEST_F(ProgressTextTest, AmountsHaveThousandsSeparators)
 
 TEST_F(ProgressTextTest, AmountsAreNotLimitedToTheRange)
 {
-    makeText(3);
+    makeText(test::displayType::amounts);
     setValueAndRange(300, 200);
     EXPECT_EQ(lastRangeText(), "300 of 200");
 }
 
 TEST_F(ProgressTextTest, AmountsAreWrittenAsTheHostWritesNumbers)
 {
-    makeText(3);
+    makeText(test::displayType::amounts);
     Velk::HostServices host = *Velk::host();
     host.numberFormat.thousandsSeparator = ".";
     Velk::installHost(std::move(host));
@@ -182,7 +183,7 @@ TEST_F(ProgressTextTest, AmountsAreWrittenAsTheHostWritesNumbers)
 
 TEST_F(ProgressTextTest, UnitsFollowAmounts)
 {
-    makeText(3);
+    makeText(test::displayType::amounts);
     text().setUnits("KB");
     EXPECT_THAT(takeEmitted(), IsEmpty()) << "units alone refresh nothing";
     setValueAndRange(1, 2);
@@ -194,7 +195,7 @@ TEST_F(ProgressTextTest, UnitsFollowAmounts)
 
 TEST_F(ProgressTextTest, UnitsDoNotFollowPercentages)
 {
-    makeText(2);
+    makeText(test::displayType::percentage);
     text().setUnits("KB");
     setValueAndRange(1, 2);
     EXPECT_EQ(lastRangeText(), "50");
@@ -207,7 +208,7 @@ class NoRangeText : public ProgressTextTest, public testing::WithParamInterface<
 
 TEST_P(NoRangeText, IsShown)
 {
-    makeText(3);
+    makeText(test::displayType::amounts);
     text().setUnits("KB");
     setValueAndRange(1, 2);
     call(text(), "onSwitchDisplayType", Q_ARG(ProgressDisplayType, ProgressDisplayType{GetParam()}));
@@ -226,7 +227,7 @@ TEST_F(ProgressTextTest, WithoutADisplayTypeNothingIsDescribed)
     test::Application::deliverEvents();
     EXPECT_EQ(qobject_cast<QLabel*>(panel->layout()->itemAt(2)->widget())->text(), QString());
     ASSERT_FALSE(messages().empty());
-    EXPECT_EQ(messages()[0].line, 93u);
+    EXPECT_EQ(messages()[0].line, test::reportLine::preferenceRead);
     EXPECT_EQ(messages()[0].text,
               U"Get pref isA failure: Expected preference 'display type' to be of type 'int', but "
               U"instead found it to be of type 'void'.");
@@ -251,7 +252,7 @@ class LabelTexts : public ProgressTextTest, public testing::WithParamInterface<T
 
 TEST_P(LabelTexts, AreReadAsUtf8WithFileNamesInWindows1252)
 {
-    makeText(1);
+    makeText(test::displayType::barOnly);
     panel().onSetText(GetParam().text);
     test::Application::deliverEvents();
     EXPECT_EQ(labelText(), GetParam().shown);
@@ -304,8 +305,8 @@ class OddPatterns : public ProgressTextTest, public testing::WithParamInterface<
 
 TEST_P(OddPatterns, StillYieldSomethingReadable)
 {
-    texts_[2750] = GetParam().pattern;
-    makeText(3);
+    texts_[test::textNumber::amounts] = GetParam().pattern;
+    makeText(test::displayType::amounts);
     setValueAndRange(1, 2);
     EXPECT_EQ(lastRangeText(), GetParam().shown);
 }

@@ -1,8 +1,10 @@
+#include <VelkCommon/Reporting/Assertions.h>
 #include <VelkLibrary/UI/TreeCategoryData.h>
 #include <VelkLibrary/UI/TreeData.h>
 #include <VelkLibrary/UI/TreeFolderData.h>
 #include <VelkLibrary/UI/TreeItemData.h>
 
+#include "support/Numbers.h"
 #include "support/TestHost.h"
 
 #include <gmock/gmock.h>
@@ -63,7 +65,7 @@ protected:
             return;
         EXPECT_EQ(assertions()[0].sourceFile, source);
         EXPECT_EQ(assertions()[0].line, line);
-        EXPECT_EQ(assertions()[0].kind, -4);
+        EXPECT_EQ(assertions()[0].kind, Velk::softAssertion);
         EXPECT_EQ(assertions()[0].expression, expression);
     }
 };
@@ -76,7 +78,7 @@ TEST_P(TreeIds, AreThoseOfItemsFromMinusOneOn)
 TEST_P(TreeIds, ACategoryReportsThatOfAnItemAndKeepsIt)
 {
     const TreeCategoryData category(GetParam().id, someCategory, database);
-    expectReport(GetParam().isItemId, "UI/TreeCategoryData", 17, "!isItemId(getId())");
+    expectReport(GetParam().isItemId, "UI/TreeCategoryData", test::reportLine::categoryId, "!isItemId(getId())");
     EXPECT_EQ(category.getId(), GetParam().id);
     EXPECT_EQ(category.getDatabasePath(), database);
     EXPECT_EQ(category.category, someCategory);
@@ -85,7 +87,7 @@ TEST_P(TreeIds, ACategoryReportsThatOfAnItemAndKeepsIt)
 TEST_P(TreeIds, AFolderReportsThatOfAnItemAndKeepsIt)
 {
     const TreeFolderData folder(GetParam().id, database);
-    expectReport(GetParam().isItemId, "UI/TreeFolderData", 15, "!isItemId(getId())");
+    expectReport(GetParam().isItemId, "UI/TreeFolderData", test::reportLine::folderId, "!isItemId(getId())");
     EXPECT_EQ(folder.getId(), GetParam().id);
     EXPECT_EQ(folder.asFolderData(), &folder);
     EXPECT_EQ(static_cast<int>(folder.flags()), 45);
@@ -94,7 +96,7 @@ TEST_P(TreeIds, AFolderReportsThatOfAnItemAndKeepsIt)
 TEST_P(TreeIds, ANamedFolderReportsOnceAndKeepsItsName)
 {
     const TreeFolderData folder(GetParam().id, database, U"Trees");
-    expectReport(GetParam().isItemId, "UI/TreeFolderData", 15, "!isItemId(getId())");
+    expectReport(GetParam().isItemId, "UI/TreeFolderData", test::reportLine::folderId, "!isItemId(getId())");
     EXPECT_EQ(folder.getId(), GetParam().id);
     EXPECT_EQ(folder.getItemName(), U"Trees");
 }
@@ -102,7 +104,7 @@ TEST_P(TreeIds, ANamedFolderReportsOnceAndKeepsItsName)
 TEST_P(TreeIds, AnItemReportsAnotherAndKeepsIt)
 {
     const TreeItemData item(GetParam().id, database, U"Oak");
-    expectReport(!GetParam().isItemId, "UI/TreeItemData", 40, "isItemId(getId())");
+    expectReport(!GetParam().isItemId, "UI/TreeItemData", test::reportLine::itemId, "isItemId(getId())");
     EXPECT_EQ(item.getId(), GetParam().id);
     EXPECT_EQ(item.getItemName(), U"Oak");
 }

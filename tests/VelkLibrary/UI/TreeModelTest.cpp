@@ -1,7 +1,9 @@
+#include <VelkCommon/Reporting/Assertions.h>
 #include <VelkLibrary/UI/TreeCategoryData.h>
 #include <VelkLibrary/UI/TreeFolderData.h>
 #include <VelkLibrary/UI/TreeItemData.h>
 
+#include "support/Numbers.h"
 #include "support/TestHost.h"
 
 #include <gmock/gmock.h>
@@ -147,8 +149,8 @@ TEST_F(TreeModel, AForeignNodeIsReportedAndNotLess)
     EXPECT_FALSE(left < foreign);
     ASSERT_THAT(assertions(), SizeIs(1));
     EXPECT_EQ(assertions()[0].sourceFile, "UI/TreeData");
-    EXPECT_EQ(assertions()[0].line, 78u);
-    EXPECT_EQ(assertions()[0].kind, -4);
+    EXPECT_EQ(assertions()[0].line, test::reportLine::foreignTreeNode);
+    EXPECT_EQ(assertions()[0].kind, Velk::softAssertion);
     EXPECT_EQ(assertions()[0].expression, "rhsTreeData");
 }
 

@@ -143,53 +143,43 @@ TEST(SupportedCatalogFile, IsToldByItsExtension)
 class CatalogFolders : public test::TestHost
 {};
 
-class Application : public applicationManager
-{
-public:
-    explicit Application(std::string name) : name_(std::move(name)) {}
-    std::string getInstanceName() const override { return name_; }
-
-private:
-    std::string name_;
-};
-
 TEST_F(CatalogFolders, AreThoseOfTheHost)
 {
-    EXPECT_EQ(catalogFolder(1) / U"x", folder() / U"core" / U"x");
-    EXPECT_EQ(catalogFolder(2) / U"x", folder() / U"manufacturer" / U"x");
-    EXPECT_EQ(catalogFolder(4) / U"x", folder() / U"bonus" / U"x");
+    EXPECT_EQ(catalogFolder(CoreCatalogs) / U"x", folder() / U"core" / U"x");
+    EXPECT_EQ(catalogFolder(ManufacturerCatalogs) / U"x", folder() / U"manufacturer" / U"x");
+    EXPECT_EQ(catalogFolder(BonusCatalogs) / U"x", folder() / U"bonus" / U"x");
     for (const std::uint32_t kind : {0u, 3u, 5u, 8u, 0xFFFFFFFFu})
         EXPECT_TRUE(catalogFolder(kind).empty()) << kind;
 }
 
 TEST_F(CatalogFolders, ForDownloadsAreNamedByTheApplicationAndTheKind)
 {
-    EXPECT_EQ(downloadFolder(1), folder() / U"temp" / U"velk.downloads.core");
-    Application application("editor 2");
+    EXPECT_EQ(downloadFolder(CoreCatalogs), folder() / U"temp" / U"velk.downloads.core");
+    test::NamedApplication application("editor 2");
     Velk::HostServices host = services();
     host.application = &application;
     host.folders.bonusLibraryDatabase = folder() / U"Bonus v1.5";
     Velk::installHost(host);
-    EXPECT_EQ(downloadFolder(1), folder() / U"temp" / U"editor 2.downloads.core");
-    EXPECT_EQ(downloadFolder(2), folder() / U"temp" / U"editor 2.downloads.manufacturer");
-    EXPECT_EQ(downloadFolder(4), folder() / U"temp" / U"editor 2.downloads.Bonus v1.5");
+    EXPECT_EQ(downloadFolder(CoreCatalogs), folder() / U"temp" / U"editor 2.downloads.core");
+    EXPECT_EQ(downloadFolder(ManufacturerCatalogs), folder() / U"temp" / U"editor 2.downloads.manufacturer");
+    EXPECT_EQ(downloadFolder(BonusCatalogs), folder() / U"temp" / U"editor 2.downloads.Bonus v1.5");
     EXPECT_TRUE(downloadFolder(3).empty());
 }
 
 TEST_F(CatalogFolders, ForDownloadsStayInTheTemporaryFolder)
 {
-    Application application("../../editor");
+    test::NamedApplication application("../../editor");
     Velk::HostServices host = services();
     host.application = &application;
     Velk::installHost(host);
-    EXPECT_TRUE(downloadFolder(1).empty());
+    EXPECT_TRUE(downloadFolder(CoreCatalogs).empty());
 }
 
 TEST_F(CatalogFolders, ForDownloadsNeedAnApplication)
 {
     gApp = nullptr;
     try {
-        downloadFolder(1);
+        downloadFolder(CoreCatalogs);
         ADD_FAILURE() << "nothing thrown";
     } catch (const EnforcerException& error) {
         EXPECT_EQ(error.expression(), "!gApp");

@@ -4,6 +4,7 @@
 #include <VelkCommon/Files/LockingFStream.h>
 #include <VelkLibrary/Update/detail/CatalogTexts.h>
 
+#include "support/OpenModes.h"
 #include "support/TestHost.h"
 
 #include <gmock/gmock.h>
@@ -129,7 +130,7 @@ TEST_F(CatalogHashFile, IsNotWrittenForAnUnknownKind)
 
 TEST_F(CatalogHashFile, StaysWhileSomebodyElseWritesIt)
 {
-    LockingFStream other(hashFile(), 2);
+    LockingFStream other(hashFile(), test::writeText);
     other << "theirs\n";
     CatalogTable catalogs;
     catalogs[path(U"a.calib")] = record(CoreCatalogs, "11");

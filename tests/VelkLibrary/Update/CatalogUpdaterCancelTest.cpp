@@ -1,10 +1,11 @@
 #include "VelkLibrary/Update/UpdateTest.h"
+#include "support/Numbers.h"
+#include "support/Threads.h"
 
 #include <gmock/gmock.h>
 
 #include <atomic>
 #include <optional>
-#include <thread>
 
 namespace {
 
@@ -23,21 +24,17 @@ protected:
     // Cancels when the worker asks for a text for the `nth` time.
     void cancelAtText(unsigned int id, int nth)
     {
-        Velk::HostServices host = services();
-        host.resourceString =
-            [=, calls = std::make_shared<std::atomic<int>>(0)](unsigned int asked) -> std::optional<std::u32string> {
-            if (asked == id && ++*calls == nth)
+        whenAskedForText(id, [nth, calls = std::make_shared<std::atomic<int>>(0)] {
+            if (++*calls == nth)
                 LibraryCatalogUpdater::killDownload();
-            return std::nullopt;
-        };
-        Velk::installHost(host);
+        });
     }
 
     // Runs, and cancels once the service has been asked something that waits at the gate.
     void cancelAtGate(test::Gate gate)
     {
         auto updater = makeUpdater(false);
-        std::thread host([&] {
+        test::Thread host([&] {
             gate.waitForArrivals(1);
             LibraryCatalogUpdater::killDownload();
             gate.openForGood();
@@ -64,7 +61,7 @@ TEST_F(UpdaterCancel, IsTakenBackByTheNextUpdater)
 {
     LibraryCatalogUpdater::killDownload();
     run();
-    EXPECT_EQ(report().outcome, 3);
+    EXPECT_EQ(report().outcome, UpToDate);
 }
 
 TEST_F(UpdaterCancel, DuringTheIndexRequest)
@@ -85,7 +82,7 @@ TEST_F(UpdaterCancel, BetweenTheCatalogsOfAKind)
     installBonus(U"d.calib", databaseBytes('d'));
     publish("a.calib", databaseBytes('a'));
     publish("b.calib", databaseBytes('b'));
-    cancelAtText(8723, 2);
+    cancelAtText(test::textNumber::checkingCatalog, 2);
     run();
     expectCancelled();
     EXPECT_THAT(steps(),
@@ -104,7 +101,7 @@ TEST_F(UpdaterCancel, BetweenTheKinds)
     installCore(U"a.calib", databaseBytes('a'));
     installBonus(U"b.calib", databaseBytes('b'));
     publish("a.calib", databaseBytes('a'));
-    cancelAtText(8723, 1);
+    cancelAtText(test::textNumber::checkingCatalog, 1);
     run();
     expectCancelled();
     EXPECT_THAT(requests("a.calib", "HEAD"), SizeIs(1));
@@ -139,7 +136,7 @@ TEST_F(UpdaterCancel, DuringADownloadAbortsIt)
     slow.beforeBlock = gate;
     answer("a.calib", slow);
     auto updater = makeUpdater(false);
-    std::thread host([&] {
+    test::Thread host([&] {
         gate.waitForArrivals(1);
         test::Gate(gate).open(3);
         gate.waitForArrivals(4);
@@ -164,7 +161,7 @@ TEST_F(UpdaterCancel, BetweenTwoDownloadsKeepsTheFirst)
     publish("a.calib", databaseBytes('a'));
     const auto updater = std::make_shared<LibraryCatalogUpdater>(makeUpdater(false));
     // The second announcement comes after the first catalog was handed over.
-    cancelAtText(8709, 2);
+    cancelAtText(test::textNumber::downloading, 2);
     run(*updater);
     expectCancelled();
     EXPECT_EQ(handedOver()["a.calib"], databaseBytes('a'));

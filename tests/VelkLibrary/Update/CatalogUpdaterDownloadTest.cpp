@@ -3,7 +3,8 @@
 #include <VelkLibrary/Update/detail/CatalogDownload.h>
 #include <VelkLibrary/Update/detail/CatalogUpdateState.h>
 
-#include "VelkLibrary/Update/EventLoop.h"
+#include "support/EventLoop.h"
+#include "support/Numbers.h"
 
 #include <gmock/gmock.h>
 
@@ -177,7 +178,7 @@ TEST_F(UpdaterDownload, LeavesAloneWhatTheServiceCallsCurrent)
     answer("b.calib",
            test::Reply{.headers = {{"ETag", "W/\"" + sha1(databaseBytes('b')) + "\""}}, .body = databaseBytes('B')});
     run();
-    EXPECT_EQ(report().outcome, 3);
+    EXPECT_EQ(report().outcome, UpToDate);
     EXPECT_EQ(downloadsOf("a.calib") + downloadsOf("b.calib"), 0u);
 }
 
@@ -187,19 +188,19 @@ TEST_F(UpdaterDownload, CountsWholeKilobytesOfEachFile)
     installOutdated(U"b.calib", databaseBytes('b', 2'999));
     run();
     EXPECT_THAT(steps(), Contains("onSetRangeInGauge 3"));
-    EXPECT_EQ(report().outcome, 2);
+    EXPECT_EQ(report().outcome, Installed);
 }
 
 TEST_F(UpdaterDownload, OfLessThanAKilobyteInAllIsNoneAtAll)
 {
     installOutdated(U"a.calib", databaseBytes('a', 999));
     run();
-    EXPECT_EQ(report().outcome, 3);
+    EXPECT_EQ(report().outcome, UpToDate);
     EXPECT_EQ(downloadsOf("a.calib"), 0u);
     EXPECT_EQ(receiver().count("onSetUnits"), 0u);
     installOutdated(U"b.calib", databaseBytes('b', 1'000));
     run();
-    EXPECT_EQ(report().outcome, 2);
+    EXPECT_EQ(report().outcome, Installed);
     EXPECT_EQ(downloadsOf("a.calib"), 1u) << "small ones travel with others";
 }
 
@@ -243,8 +244,8 @@ TEST_F(UpdaterDownload, AFailureIsLoggedAndTheNextOneTried)
     });
     installOutdated(U"b.calib", databaseBytes('b'));
     run();
-    EXPECT_EQ(report().outcome, 0);
-    EXPECT_EQ(report().resultCode, 0x10369189u);
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
+    EXPECT_EQ(report().resultCode, NothingRemarkable);
     EXPECT_THAT(report().updatedNames, ElementsAre("b"));
     EXPECT_THAT(log(), ElementsAre("Failed To Download File:  a   Reason:  HTTP status 503"));
     EXPECT_THAT(test::listFolder(downloads(U"core")), Not(Contains(StartsWith("a."))));
@@ -257,17 +258,11 @@ TEST_F(UpdaterDownload, AStalledOneIsGivenUp)
     answer("a.calib", [](const test::SeenRequest& request) {
         return request.method == "HEAD" ? test::Reply::file(databaseBytes('a'), "new") : test::Reply::never();
     });
-    // 600 calls take minutes. The count is the worker's, which asks for this text before the transfer.
-    Velk::HostServices host = services();
-    host.resourceString = [](unsigned int id) -> std::optional<std::u32string> {
-        if (id == 8709)
-            CatalogUpdateState::get().counters.stalledCalls = 595;
-        return std::nullopt;
-    };
-    Velk::installHost(host);
+    // 600 calls take minutes. The count is the worker's.
+    whenAskedForText(test::textNumber::downloading, [] { CatalogUpdateState::get().counters.stalledCalls = 595; });
     run();
-    EXPECT_EQ(report().outcome, 0);
-    EXPECT_EQ(report().resultCode, 0x1036918Au);
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
+    EXPECT_EQ(report().resultCode, TransferAborted);
     ASSERT_THAT(log(), SizeIs(1));
     EXPECT_THAT(log()[0], StartsWith("Failed To Download File:  a   Reason:  "));
     EXPECT_GT(log()[0].size(), std::string("Failed To Download File:  a   Reason:  ").size());
@@ -286,7 +281,7 @@ TEST_F(UpdaterDownload, AServiceMessageIsFetchedForARefusalOnly)
     EXPECT_EQ(downloadsOf("forbidden.calib"), 1u);
     EXPECT_EQ(downloadsOf("missing.calib"), 1u);
     EXPECT_EQ(downloadsOf("broken.calib"), 0u);
-    EXPECT_EQ(report().outcome, 3) << "an answer is no failure";
+    EXPECT_EQ(report().outcome, UpToDate) << "an answer is no failure";
 }
 
 TEST_F(UpdaterDownload, ATagThatChangesMeanwhileIsNoticedNextTime)
@@ -323,7 +318,7 @@ TEST_P(CatalogNames, TravelAndComeBack)
     EXPECT_EQ(hashFile(coreFolder()), library + ".calib:" + sha1(databaseBytes('c')) + "\n");
     server.forgetRequests();
     run();
-    EXPECT_EQ(report().outcome, 3);
+    EXPECT_EQ(report().outcome, UpToDate);
     EXPECT_EQ(downloadsOf(library + ".calib"), 0u);
 }
 
@@ -348,7 +343,7 @@ TEST_F(UpdaterDownload, NamesThatCannotTravelAreNotFound)
     for (const char32_t* const name : {U"a & b.calib", U"c # d.calib", U"e + f.calib", U"g %41.calib"})
         installCore(name, "installed");
     run();
-    EXPECT_EQ(report().outcome, 3);
+    EXPECT_EQ(report().outcome, UpToDate);
     EXPECT_THAT(log(), IsEmpty());
     EXPECT_EQ(test::readFile(coreFolder() / U"a & b.calib"), "installed");
 }

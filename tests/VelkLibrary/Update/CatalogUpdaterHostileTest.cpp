@@ -1,5 +1,6 @@
 #include "VelkLibrary/Update/UpdateTest.h"
 #include "support/SmallDisk.h"
+#include "support/ZipFormat.h"
 
 #include <gmock/gmock.h>
 
@@ -60,7 +61,7 @@ protected:
     {
         const auto before = otherFiles();
         run();
-        EXPECT_EQ(report().outcome, 0);
+        EXPECT_EQ(report().outcome, ErrorsAutomatic);
         EXPECT_THAT(handedOver(), IsEmpty());
         ASSERT_THAT(log(), SizeIs(1));
         EXPECT_THAT(log()[0], StartsWith("Failed To Download File:  a   Reason:  "));
@@ -130,7 +131,7 @@ TEST_F(UpdaterHostile, ABodyWithoutEnd)
     deliver(Reply{.body = databaseBytes('a', 100'000), .chunked = true, .endless = true});
     const test::SmallDisk disk(1 << 20, downloads(U"core"));
     expectRefused("Too little space is left on the disk");
-    EXPECT_EQ(report().resultCode, 0x10369189u) << "nobody aborted it";
+    EXPECT_EQ(report().resultCode, NothingRemarkable) << "nobody aborted it";
 }
 
 TEST_F(UpdaterHostile, AnErrorPage)
@@ -169,8 +170,8 @@ TEST_F(UpdaterHostile, ARedirectOfTheEndpointInALoop)
     server.on("/loop", Reply::redirect("/loop"));
     address = server.url("/loop");
     run();
-    EXPECT_EQ(report().outcome, 0);
-    EXPECT_EQ(report().resultCode, 0x1036918Bu);
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
+    EXPECT_EQ(report().resultCode, EndpointUnknown);
     EXPECT_THAT(log(), Contains("Unable to determine api endpoint"));
 }
 
@@ -178,7 +179,7 @@ TEST_F(UpdaterHostile, AHeaderWithoutEnd)
 {
     answer("a.calib", Reply{.raw = "HTTP/1.1 200 OK\r\nX: " + std::string(600'000, 'x') + "\r\n\r\n"});
     run();
-    EXPECT_EQ(report().outcome, 0);
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
     EXPECT_EQ(downloadsOf("a.calib"), 0u);
     EXPECT_EQ(hashFile(coreFolder()), "a.calib:" + sha1("installed") + "\n");
 }
@@ -187,7 +188,7 @@ TEST_F(UpdaterHostile, NoHttpAtAll)
 {
     answer("a.calib", Reply{.raw = std::string("\0\1\2 rubbish\n\n", 13), .ending = Reply::Ending::close});
     run();
-    EXPECT_EQ(report().outcome, 0);
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
     EXPECT_EQ(downloadsOf("a.calib"), 0u);
 }
 
@@ -266,7 +267,7 @@ protected:
                                     {"/tmp/velk-hostile-entry", databaseBytes('y')},
                                     {"..\\..\\precious.txt", databaseBytes('z')}});
             default:  // an archive in which there is nothing
-                return std::string("PK\x05\x06", 4) + std::string(18, '\0') + std::string(2'000, ' ');
+                return std::string(test::zip::signature::end) + std::string(18, '\0') + std::string(2'000, ' ');
         }
     }
 };
@@ -286,6 +287,32 @@ TEST_P(HostileArchive, WritesNothingElsewhere)
 
 INSTANTIATE_TEST_SUITE_P(Archives, HostileArchive, testing::Range(0, 8));
 
+// Without a folder of its own nothing is fetched and nothing removed, least of all where the program happens to be.
+TEST_F(UpdaterHostile, AnInstanceNameThatMakesNoFolder)
+{
+    const fileString here = folder() / U"here";
+    fs::create_directories((here / U"velk.downloads.core").utf8());
+    for (const char32_t* const name : {U"a.download", U"a.calib", U"velk.downloads.core/a.download"})
+        test::writeFile(here / name, "mine");
+    test::NamedApplication application("../velk");
+    Velk::HostServices host = services();
+    host.application = &application;
+    Velk::installHost(host);
+    const auto before = otherFiles();
+    {
+        const test::CurrentFolder current(here);
+        deliver(Reply::file(databaseBytes('a'), "new"));
+        run();
+    }
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
+    EXPECT_THAT(log(), ElementsAre("Failed To Download File:  a   Reason:  The download folder cannot be made."));
+    EXPECT_EQ(downloadsOf("a.calib"), 0u);
+    EXPECT_EQ(otherFiles(), before);
+    EXPECT_EQ(test::readFile(here / U"velk.downloads.core/a.download"), "mine");
+    EXPECT_THAT(test::listFolder(here), ElementsAre("a.calib", "a.download", "velk.downloads.core"));
+    Velk::installHost(services());
+}
+
 #ifndef _WIN32
 TEST_F(UpdaterHostile, ALinkInPlaceOfADownloadFolder)
 {
@@ -295,7 +322,7 @@ TEST_F(UpdaterHostile, ALinkInPlaceOfADownloadFolder)
     fs::create_directory_symlink(target.utf8(), downloads(U"core").utf8());
     deliver(Reply::file(databaseBytes('a'), "new"));
     run();
-    EXPECT_EQ(report().outcome, 2);
+    EXPECT_EQ(report().outcome, Installed);
     EXPECT_THAT(test::listFolder(target), ElementsAre("keep.txt"));
     EXPECT_FALSE(fs::is_symlink(downloads(U"core").utf8()));
 }
@@ -323,7 +350,7 @@ TEST_F(UpdaterHostile, ControlsInProductAndVersionAreNotSent)
 {
     product = "planner\r\nX-Evil: 1";
     run();
-    EXPECT_EQ(report().outcome, 0);
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
     for (const test::SeenRequest& request : server.requests())
         EXPECT_FALSE(request.hasHeader("X-Evil"));
     EXPECT_EQ(requests("a.calib", "HEAD").size(), 0u);

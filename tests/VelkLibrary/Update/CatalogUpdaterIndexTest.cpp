@@ -75,7 +75,7 @@ TEST_F(UpdaterIndex, WithoutOneTheInstalledCatalogsAreChecked)
     installCore(U"a.calib", databaseBytes('a'));
     publish("a.calib", databaseBytes('b'));
     run();
-    EXPECT_EQ(report().outcome, 0);
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
     EXPECT_THAT(report().updatedNames, ElementsAre("a"));
     EXPECT_THAT(log(), ElementsAre("Failed to Download Core Library Index File:  " + indexUrl()));
 }
@@ -87,7 +87,7 @@ TEST_F(UpdaterIndex, CutShortIsNone)
     cut.ending = test::Reply::Ending::close;
     answer(indexName, cut);
     run();
-    EXPECT_EQ(report().outcome, 0);
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
     EXPECT_THAT(asked(), IsEmpty());
     EXPECT_THAT(log(), SizeIs(1));
 }
@@ -99,7 +99,7 @@ TEST_F(UpdaterIndex, WithoutEndIsNone)
     endless.withLength = false;
     answer(indexName, endless);
     run();
-    EXPECT_EQ(report().outcome, 0);
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
     EXPECT_THAT(asked(), IsEmpty());
     EXPECT_THAT(log(), SizeIs(1));
 }
@@ -108,7 +108,7 @@ TEST_F(UpdaterIndex, APageInsteadOfItNamesNothing)
 {
     publishIndex("<!DOCTYPE html>\n<html><body>\n<a href=\"x.zip\">Log in</a>\nlogin.zip?<br>\n</body></html>\n");
     run();
-    EXPECT_EQ(report().outcome, 3);
+    EXPECT_EQ(report().outcome, UpToDate);
     EXPECT_THAT(asked(), IsEmpty());
 }
 
@@ -133,7 +133,7 @@ TEST_F(UpdaterIndex, MayBeLong)
     EXPECT_THAT(asked(), SizeIs(300));
     EXPECT_THAT(steps(), Contains("onSetRangeInGauge 300"));
     EXPECT_LE(server.connections(), 9u);
-    EXPECT_EQ(report().outcome, 3);
+    EXPECT_EQ(report().outcome, UpToDate);
 }
 
 }  // namespace

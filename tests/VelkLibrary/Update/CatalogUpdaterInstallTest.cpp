@@ -1,4 +1,6 @@
 #include "VelkLibrary/Update/UpdateTest.h"
+#include "support/Numbers.h"
+#include "support/OpenModes.h"
 
 #include <VelkCommon/Files/LockingFStream.h>
 #include <VelkLibrary/Update/detail/CatalogInstall.h>
@@ -30,18 +32,6 @@ protected:
     void publishPacked(const std::string& library, const std::string& bytes)
     {
         answer(library, test::Reply::file(bytes, "edition2"));
-    }
-
-    // The worker asks for the text about a download right before the transfer.
-    void beforeDownload(std::function<void()> work)
-    {
-        Velk::HostServices host = services();
-        host.resourceString = [work = std::move(work)](unsigned int id) -> std::optional<std::u32string> {
-            if (id == 8709)
-                work();
-            return std::nullopt;
-        };
-        Velk::installHost(host);
     }
 
     std::string downloadPath(const std::u32string& kind, const std::u32string& name) const
@@ -92,7 +82,7 @@ TEST_F(UpdaterInstall, UnpacksBonusAndManufacturerCatalogs)
     publishPacked("b.calibz", zipOf({{"inner.calib", databaseBytes('b')}, {"t.png", databaseBytes('t')}}));
     publishPacked("m.calibz", zipOf({{"inner.calib", databaseBytes('m')}, {"u.png", databaseBytes('u')}}));
     run();
-    EXPECT_EQ(report().outcome, 2);
+    EXPECT_EQ(report().outcome, Installed);
     EXPECT_THAT(report().updatedNames, ElementsAre("b", "m"));
     EXPECT_EQ(handedOver()["b.calib"], databaseBytes('b'));
     EXPECT_EQ(handedOver()["m.calib"], databaseBytes('m'));
@@ -122,7 +112,7 @@ TEST_F(UpdaterInstall, TakesReferencedFilesWithoutADatabase)
     installBonus(U"b.calib", "installed");
     publishPacked("b.calibz", zipOf({{"t.png", databaseBytes('t')}}));
     run();
-    EXPECT_EQ(report().outcome, 2);
+    EXPECT_EQ(report().outcome, Installed);
     EXPECT_EQ(receiver().count("onCatalogUpdatedEvent"), 0u);
     EXPECT_THAT(report().updatedNames, ElementsAre("b"));
     EXPECT_THAT(test::listFolder(referencedFolder()), ElementsAre("b.zip"));
@@ -135,7 +125,7 @@ TEST_F(UpdaterInstall, ReplacesReferencedFilesOfBefore)
     const std::string archive = zipOf({{"t.png", databaseBytes('t')}});
     publish("textures.zip", archive);
     run();
-    EXPECT_EQ(report().outcome, 2);
+    EXPECT_EQ(report().outcome, Installed);
     EXPECT_THAT(report().updatedNames, ElementsAre("textures"));
     EXPECT_EQ(receiver().count("onCatalogUpdatedEvent"), 0u);
     EXPECT_EQ(test::readFile(referencedFolder() / U"textures.zip"), archive);
@@ -150,7 +140,7 @@ TEST_F(UpdaterInstall, AnEmptyUnpackCountsAsUpdated)
     installBonus(U"b.calib", "installed");
     publishPacked("b.calibz", databaseBytes('x'));
     run();
-    EXPECT_EQ(report().outcome, 3);
+    EXPECT_EQ(report().outcome, UpToDate);
     EXPECT_EQ(receiver().count("onCatalogUpdatedEvent"), 0u);
     EXPECT_EQ(hashFile(bonusFolder()), "b.calib:edition2\n");
     EXPECT_EQ(test::readFile(bonusFolder() / U"b.calib"), "installed");
@@ -164,8 +154,8 @@ TEST_F(UpdaterInstall, AnEmptyFileIsRefused)
         return request.method == "HEAD" ? test::Reply::file(databaseBytes('a'), "new") : test::Reply::file("", "new");
     });
     run();
-    EXPECT_EQ(report().outcome, 0);
-    EXPECT_EQ(report().resultCode, 0x10369189u);
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
+    EXPECT_EQ(report().resultCode, NothingRemarkable);
     EXPECT_THAT(log(), ElementsAre("Empty Download File:  " + downloadPath(U"core", U"a.download")));
     EXPECT_THAT(test::listFolder(downloads(U"core")), IsEmpty());
     EXPECT_EQ(hashFile(coreFolder()), "a.calib:" + sha1("outdated") + "\n");
@@ -176,7 +166,7 @@ TEST_F(UpdaterInstall, AnotherExtensionIsRefused)
     installCore(U"a.calibz", "outdated");
     publish("a.calibz", databaseBytes('a'));
     run();
-    EXPECT_EQ(report().outcome, 0);
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
     EXPECT_THAT(log(), ElementsAre("Unsupported file extension:  a.calibz"));
 }
 
@@ -187,13 +177,13 @@ TEST_F(UpdaterInstall, ALockedTargetEndsThePhase)
     publish("a.calib", databaseBytes('a'));
     publish("b.calib", databaseBytes('b'));
     std::unique_ptr<LockingFStream> other;
-    beforeDownload([&] {
+    whenAskedForText(test::textNumber::downloading, [&] {
         fs::create_directories(downloads(U"core").utf8());
-        other = std::make_unique<LockingFStream>(downloads(U"core") / U"a.calib", 34);
+        other = std::make_unique<LockingFStream>(downloads(U"core") / U"a.calib", test::writeBytes);
     });
     run();
-    EXPECT_EQ(report().outcome, 0);
-    EXPECT_EQ(report().resultCode, 0x1036918Eu);
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
+    EXPECT_EQ(report().resultCode, CatalogNotRenamed);
     EXPECT_THAT(log(), ElementsAre("Download final destination file was locked or not writeable:  " +
                                    downloadPath(U"core", U"a.download")));
     EXPECT_EQ(downloadsOf("b.calib"), 0u) << "others wait for the next run";
@@ -207,14 +197,14 @@ TEST_F(UpdaterInstall, ALockedDownloadIsRefused)
     const LibraryCatalogUpdater updater = makeUpdater(false);
     fs::create_directories(downloads(U"core").utf8());
     const fileString downloaded = downloads(U"core") / U"a.download";
-    LockingFStream other(downloaded, 34);
+    LockingFStream other(downloaded, test::writeBytes);
     other << "bytes" << std::flush;
     detail::CatalogRun catalogRun;
     CatalogRecord record;
     record.kind = CoreCatalogs;
     EXPECT_FALSE(
         detail::installCatalog(updater, catalogRun, downloaded, fileString(std::u32string(U"a.calib")), record));
-    EXPECT_EQ(catalogRun.resultCode, 0x1036918Eu);
+    EXPECT_EQ(catalogRun.resultCode, CatalogNotRenamed);
     EXPECT_FALSE(record.updated);
     EXPECT_THAT(log(), ElementsAre("Download destination file was locked or not writeable:  " + downloaded.utf8()));
 }
@@ -225,10 +215,10 @@ TEST_F(UpdaterInstall, AFileThatCannotBeRenamedEndsThePhase)
     installCore(U"b.calib", "outdated");
     publish("a.calib", databaseBytes('a'));
     publish("b.calib", databaseBytes('b'));
-    beforeDownload([&] { fs::create_directories(downloadPath(U"core", U"a.calib")); });
+    whenAskedForText(test::textNumber::downloading, [&] { fs::create_directories(downloadPath(U"core", U"a.calib")); });
     run(true);
-    EXPECT_EQ(report().outcome, 1);
-    EXPECT_EQ(report().resultCode, 0x1036918Eu);
+    EXPECT_EQ(report().outcome, ErrorsManual);
+    EXPECT_EQ(report().resultCode, CatalogNotRenamed);
     EXPECT_THAT(log(), ElementsAre("Unable to rename catalog update file:  " + downloadPath(U"core", U"a.download")));
     EXPECT_EQ(downloadsOf("b.calib"), 0u);
 }
@@ -241,7 +231,7 @@ TEST_F(UpdaterInstall, ReferencedFilesThatCannotBePlacedEndThePhase)
     publishPacked("b.calibz", zipOf({{"b.calib", databaseBytes('b')}, {"t.png", databaseBytes('t')}}));
     publishPacked("c.calibz", zipOf({{"c.calib", databaseBytes('c')}}));
     run();
-    EXPECT_EQ(report().outcome, 0);
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
     EXPECT_THAT(report().updatedNames, ElementsAre("b")) << "the database was handed over before";
     EXPECT_THAT(log(), ElementsAre("Unable to copy referenced file:  " + downloadPath(U"bonus", U"b.zip")));
     EXPECT_EQ(downloadsOf("c.calibz"), 0u);

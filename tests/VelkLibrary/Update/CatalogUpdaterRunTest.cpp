@@ -1,4 +1,6 @@
 #include "VelkLibrary/Update/UpdateTest.h"
+#include "support/Numbers.h"
+#include "support/Threads.h"
 
 #include <VelkCommon/Reporting/EnforcerThrow.h>
 #include <VelkCommon/Reporting/PreferenceEngine.h>
@@ -57,8 +59,8 @@ TEST_F(UpdaterRun, TellsEveryStepInOrder)
                                      "onSetText Asking the service about new.calib", "onUpdateInGauge",
                                      "onSetRangeInGauge 12", "onSetUnits KB", "onSetText Downloading new",
                                      "onCatalogUpdatedEvent new.calib", "closeCatalogUpdateEvent"));
-    EXPECT_EQ(report().outcome, 2);
-    EXPECT_EQ(report().resultCode, 0x10369189u);
+    EXPECT_EQ(report().outcome, Installed);
+    EXPECT_EQ(report().resultCode, NothingRemarkable);
     EXPECT_THAT(report().updatedNames, ElementsAre("new"));
     EXPECT_THAT(log(), IsEmpty());
     EXPECT_THAT(receiver().events(), Each(Field(&test::Event::thread, std::this_thread::get_id())));
@@ -72,8 +74,8 @@ TEST_F(UpdaterRun, WithNothingNewEndsWithOutcomeThree)
     publish("a.calib", databaseBytes('a'));
     answer("b.calibz", test::Reply::file("", sha1(databaseBytes('b'))));
     run();
-    EXPECT_EQ(report().outcome, 3);
-    EXPECT_EQ(report().resultCode, 0x10369189u);
+    EXPECT_EQ(report().outcome, UpToDate);
+    EXPECT_EQ(report().resultCode, NothingRemarkable);
     EXPECT_THAT(report().updatedNames, IsEmpty());
     EXPECT_EQ(receiver().count("onSetUnits"), 0u);
     EXPECT_EQ(receiver().count("onSetValueInGauge"), 0u);
@@ -85,12 +87,12 @@ TEST_F(UpdaterRun, WithNothingAtAllStillEnds)
     publishIndex("");
     run();
     EXPECT_THAT(steps(), ElementsAre("onSetRangeInGauge 0", "closeCatalogUpdateEvent"));
-    EXPECT_EQ(report().outcome, 3);
+    EXPECT_EQ(report().outcome, UpToDate);
 }
 
 TEST_F(UpdaterRun, ManualIsAboutTheCoreOnly)
 {
-    setPreference(271, true);
+    setPreference(test::preference::coreLibrariesStay, true);
     installCore(U"a.calib", databaseBytes('a'));
     installBonus(U"b.calib", databaseBytes('b'));
     installManufacturer(U"m.calib", databaseBytes('m'));
@@ -100,7 +102,7 @@ TEST_F(UpdaterRun, ManualIsAboutTheCoreOnly)
     EXPECT_EQ(requests("a.calib", "HEAD").size(), 1u);
     EXPECT_THAT(requests("b.calibz", "HEAD"), IsEmpty());
     EXPECT_THAT(requests("m.calibz", "HEAD"), IsEmpty());
-    EXPECT_EQ(report().outcome, 3);
+    EXPECT_EQ(report().outcome, UpToDate);
     EXPECT_EQ(hashFile(coreFolder()), "a.calib:" + sha1(databaseBytes('a')) + "\n");
     EXPECT_FALSE((bonusFolder() / U"catalog_hash.txt").pathExists());
     EXPECT_FALSE((manufacturerFolder() / U"catalog_hash.txt").pathExists());
@@ -108,7 +110,7 @@ TEST_F(UpdaterRun, ManualIsAboutTheCoreOnly)
 
 TEST_F(UpdaterRun, AutomaticLeavesTheCoreAloneWhenThePreferenceSaysSo)
 {
-    setPreference(271, true);
+    setPreference(test::preference::coreLibrariesStay, true);
     installCore(U"a.calib", databaseBytes('a'));
     installBonus(U"b.calib", databaseBytes('b'));
     installManufacturer(U"m.calib", databaseBytes('m'));
@@ -119,7 +121,7 @@ TEST_F(UpdaterRun, AutomaticLeavesTheCoreAloneWhenThePreferenceSaysSo)
     EXPECT_THAT(requests("a.calib", "HEAD"), IsEmpty());
     EXPECT_THAT(requests("b.calibz", "HEAD"), SizeIs(1));
     EXPECT_THAT(requests("m.calibz", "HEAD"), SizeIs(1));
-    EXPECT_EQ(report().outcome, 3);
+    EXPECT_EQ(report().outcome, UpToDate);
 }
 
 TEST_F(UpdaterRun, ManualKeepsWhetherItFailed)
@@ -128,19 +130,19 @@ TEST_F(UpdaterRun, ManualKeepsWhetherItFailed)
     answer("a.calib", test::Reply::resetAtOnce());
     publishIndex("");
     run(true);
-    EXPECT_EQ(report().outcome, 1);
-    EXPECT_TRUE(preference(251));
+    EXPECT_EQ(report().outcome, ErrorsManual);
+    EXPECT_TRUE(preference(test::preference::lastManualUpdateFailed));
     publish("a.calib", databaseBytes('a'));
     run(true);
-    EXPECT_EQ(report().outcome, 3);
-    EXPECT_FALSE(preference(251));
+    EXPECT_EQ(report().outcome, UpToDate);
+    EXPECT_FALSE(preference(test::preference::lastManualUpdateFailed));
 }
 
 TEST_F(UpdaterRun, AutomaticLeavesThatPreferenceAlone)
 {
     run();  // there is no index
-    EXPECT_EQ(report().outcome, 0);
-    EXPECT_FALSE(preference(251));
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
+    EXPECT_FALSE(preference(test::preference::lastManualUpdateFailed));
 }
 
 TEST_F(UpdaterRun, RemovesWhatEarlierRunsLeft)
@@ -193,9 +195,9 @@ TEST_F(UpdaterRun, TextsOfTheHostMayHaveNoPlaceholderOrTooMany)
 {
     Velk::HostServices host = services();
     host.resourceString = [](unsigned int id) -> std::optional<std::u32string> {
-        if (id == 8709)
+        if (id == test::textNumber::downloading)
             return U"%1% of %2% (100 %)";
-        if (id == 8727)
+        if (id == test::textNumber::asking)
             return U"";
         return std::nullopt;
     };
@@ -203,7 +205,7 @@ TEST_F(UpdaterRun, TextsOfTheHostMayHaveNoPlaceholderOrTooMany)
     publishIndex("new.calib\n");
     publish("new.calib", databaseBytes('n'));
     run();
-    EXPECT_EQ(report().outcome, 2);
+    EXPECT_EQ(report().outcome, Installed);
     EXPECT_THAT(steps(), testing::Contains("onSetText new.calib"));
     EXPECT_THAT(steps(), testing::Contains(testing::StartsWith("onSetText new of ")));
 }
@@ -226,7 +228,7 @@ TEST_F(UpdaterRun, TheSecondOneDownloadsNothing)
     server.forgetRequests();
     core = {coreFolder() / U"new.calib"};
     run();
-    EXPECT_EQ(report().outcome, 3);
+    EXPECT_EQ(report().outcome, UpToDate);
     EXPECT_EQ(downloadsOf("new.calib"), 0u);
     EXPECT_EQ(downloadsOf("b.calibz"), 0u);
     ASSERT_THAT(requests("b.calibz", "HEAD"), SizeIs(1));
@@ -256,7 +258,7 @@ TEST_F(UpdaterRun, FollowsTheServiceWhereItHasMoved)
     publishIndex("new.calib\n");
     publish("new.calib", databaseBytes('n'));
     run();
-    EXPECT_EQ(report().outcome, 2);
+    EXPECT_EQ(report().outcome, Installed);
     ASSERT_THAT(requests("new.calib", "HEAD"), SizeIs(1));
     EXPECT_THAT(requests("new.calib", "HEAD")[0].target, HasSubstr("/api?key=moved&library=new.calib"));
     EXPECT_THAT(server.requests("/old"), SizeIs(1)) << "asked once in a run";
@@ -269,8 +271,8 @@ TEST_F(UpdaterRun, WithoutAServiceFailsAndSaysSo)
     installCore(U"a.calib", databaseBytes('a'));
     installBonus(U"b.calib", databaseBytes('b'));
     run();
-    EXPECT_EQ(report().outcome, 0);
-    EXPECT_EQ(report().resultCode, 0x1036918Bu);
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
+    EXPECT_EQ(report().resultCode, EndpointUnknown);
     EXPECT_THAT(log(), ElementsAre("Unable to determine api endpoint", "Failed to Download Core Library Index File:  ",
                                    "Unable to determine api endpoint", "Unable to determine api endpoint"));
     EXPECT_EQ(hashFile(coreFolder()), "a.calib:" + sha1(databaseBytes('a')) + "\n");
@@ -283,14 +285,14 @@ TEST_F(UpdaterRun, StartsAfreshWhenTheServiceIsBack)
         const test::RefusingPort nobody;
         address = nobody.url("/api?key=k");
         run();
-        EXPECT_EQ(report().outcome, 0);
+        EXPECT_EQ(report().outcome, ErrorsAutomatic);
     }
     address = server.url("/api?key=k");
     publishIndex("new.calib\n");
     publish("new.calib", databaseBytes('n'));
     run();
-    EXPECT_EQ(report().outcome, 2);
-    EXPECT_EQ(report().resultCode, 0x10369189u);
+    EXPECT_EQ(report().outcome, Installed);
+    EXPECT_EQ(report().resultCode, NothingRemarkable);
 }
 
 TEST_F(UpdaterRun, ASecondCallRepeatsTheRunAgainstTheSameTable)
@@ -319,7 +321,7 @@ TEST_F(UpdaterRun, NeedsAnApplicationObject)
         }
     });
     EXPECT_TRUE(thrown);
-    EXPECT_EQ(report().outcome, 0) << "the receiver learns that the run has ended";
+    EXPECT_EQ(report().outcome, ErrorsAutomatic) << "the receiver learns that the run has ended";
 }
 
 class ThrowingApplication : public applicationManager
@@ -340,7 +342,7 @@ TEST_F(UpdaterRun, GoesOnAfterAnException)
     publish("a.calib", databaseBytes('a'));
     publish("b.calib", databaseBytes('b'));
     run();
-    EXPECT_EQ(report().outcome, 0);
+    EXPECT_EQ(report().outcome, ErrorsAutomatic);
     EXPECT_THAT(log(), SizeIs(3)) << "the removal of leftovers and two downloads";
     EXPECT_THAT(log(), Each(std::string("Exception in catalog update:  no name today")));
     EXPECT_THAT(steps(), testing::Contains("onSetText Downloading b"));
@@ -378,7 +380,7 @@ TEST_F(UpdaterRun, GoesOnWithoutItsReceiver)
     slow.beforeHeader = gate;
     answer("new.calib", slow);
     auto updater = makeUpdater(false);
-    std::thread worker([&] { updater(); });
+    test::Thread worker([&] { updater(); });
     gate.waitForArrivals(1);
     destroyReceiver();
     test::Gate(gate).openForGood();

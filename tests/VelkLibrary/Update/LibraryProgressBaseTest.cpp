@@ -1,17 +1,16 @@
 #include <VelkLibrary/LibraryProgressBase.h>
 
-#include "VelkLibrary/Update/EventLoop.h"
 #include "VelkLibrary/Update/RecordingReceiver.h"
+#include "support/EventLoop.h"
+#include "support/Threads.h"
 
 #include <gmock/gmock.h>
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QMetaType>
 #include <QThread>
 
-#include <atomic>
-#include <chrono>
-#include <future>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -88,9 +87,9 @@ TEST_F(ProgressBase, CallsEverySlotWithItsArguments)
                             "closeCatalogUpdateEvent", "onClose"));
     EXPECT_EQ(receiver.events()[5].paths.second, fileString(std::u32string(U"new.calib")));
     const UpdateData& data = receiver.events()[6].data;
-    EXPECT_EQ(data.outcome, 2);
+    EXPECT_EQ(data.outcome, LibraryCatalogUpdate::Installed);
     EXPECT_THAT(data.updatedNames, ElementsAre("one", "two"));
-    EXPECT_EQ(data.resultCode, 0x1036918Au);
+    EXPECT_EQ(data.resultCode, LibraryCatalogUpdate::TransferAborted);
 }
 
 TEST_F(ProgressBase, NothingIsCalledBeforeTheReceiversThreadGetsToIt)
@@ -108,7 +107,7 @@ TEST_F(ProgressBase, TheWorkerDoesNotWait)
     RecordingReceiver receiver;
     const Job job(receiver);
     // No event loop runs: a worker that waited would never end.
-    std::thread([&] {
+    test::Thread([&] {
         for (int i = 0; i < 1000; ++i)
             job.sendStep();
     }).join();
@@ -203,27 +202,22 @@ TEST_F(ProgressBase, AReceiverMayBeDestroyedByWhatItIsTold)
 // On each round the receiver dies on its own thread while the worker sends.
 TEST_F(ProgressBase, AReceiverMayBeDestroyedWhileAWorkerSends)
 {
-    constexpr int rounds = 300;
-    for (int round = 0; round < rounds; ++round) {
+    constexpr std::size_t rounds = 300;
+    for (std::size_t round = 0; round < rounds; ++round) {
         auto receiver = std::make_unique<RecordingReceiver>();
         const Job job(*receiver);
-        std::atomic<int> sent{0};
-        std::atomic<bool> stop{false};
-        std::thread worker([&] {
-            while (!stop) {
+        {
+            const test::Repeatedly worker([&] {
                 job.sendText("a text that is longer than a short string");
                 job.sendEnd({0, {"name"}, 0});
-                ++sent;
-            }
-        });
-        while (sent < 5 + round % 7)
-            test::deliverEvents();
-        receiver.reset();
-        const int atDestruction = sent;
-        while (sent < atDestruction + 5)
-            test::deliverEvents();
-        stop = true;
-        worker.join();
+            });
+            const auto deliverUntilSent = [&](std::size_t count) {
+                test::repeatUntil([&] { return worker.rounds().count() >= count; }, &test::deliverEvents);
+            };
+            deliverUntilSent(5 + round % 7);
+            receiver.reset();
+            deliverUntilSent(worker.rounds().count() + 5);
+        }
         test::deliverEvents();
     }
 }
@@ -248,22 +242,24 @@ TEST_F(ProgressBase, AReceiverOnAThreadOfItsOwnIsCalledThere)
     auto* const receiver = new RecordingReceiver;
     receiver->moveToThread(&thread);
     const Job job(*receiver);
-    std::promise<std::vector<QThread*>> end;
-    receiver->reaction = [&, calledOn = std::vector<QThread*>()](const test::Event& event) mutable {
+    std::vector<QThread*> calledOn;
+    test::Tally ends;
+    receiver->reaction = [&](const test::Event& event) {
         calledOn.push_back(QThread::currentThread());
         if (event.slot != "onClose")
             return;
         receiver->deleteLater();
         thread.quit();
-        end.set_value(calledOn);
+        ends.add();
     };
-    std::future<std::vector<QThread*>> calledOn = end.get_future();
     job.sendStep();
     job.sendCancelled();
-    EXPECT_EQ(calledOn.wait_for(std::chrono::seconds(0)), std::future_status::timeout);
+    EXPECT_THAT(calledOn, IsEmpty());
     thread.start();
-    EXPECT_THAT(calledOn.get(), ElementsAre(&thread, &thread));
-    thread.wait();
+    ends.waitFor(1);
+    EXPECT_THAT(calledOn, ElementsAre(&thread, &thread));
+    if (!thread.wait(QDeadlineTimer(test::patience)))
+        test::giveUp("the thread of the receiver does not end");
 }
 
 }  // namespace

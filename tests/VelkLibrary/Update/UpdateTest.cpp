@@ -2,9 +2,10 @@
 
 #include <VelkCommon/Files/SHA1.h>
 
-#include "VelkLibrary/Update/EventLoop.h"
+#include "support/EventLoop.h"
 #include "support/ZipBuilder.h"
 
+#include <optional>
 #include <random>
 
 namespace test {
@@ -91,6 +92,17 @@ void UpdateTest::answer(const std::string& library, ScriptedServer::Handler hand
 {
     const std::lock_guard lock(mutex_);
     answers_[library] = std::move(handler);
+}
+
+void UpdateTest::whenAskedForText(unsigned int id, std::function<void()> work)
+{
+    Velk::HostServices host = services();
+    host.resourceString = [id, work = std::move(work)](unsigned int asked) -> std::optional<std::u32string> {
+        if (asked == id)
+            work();
+        return std::nullopt;
+    };
+    Velk::installHost(std::move(host));
 }
 
 LibraryCatalogUpdate::LibraryCatalogUpdater UpdateTest::makeUpdater(bool manual)

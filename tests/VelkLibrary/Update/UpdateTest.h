@@ -1,11 +1,13 @@
 #pragma once
 
+#include <VelkCommon/Reporting/applicationManager.h>
 #include <VelkLibrary/LibraryCatalogUpdater.h>
 
 #include "VelkLibrary/Update/RecordingReceiver.h"
 #include "support/ScriptedServer.h"
 #include "support/TestHost.h"
 
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <memory>
@@ -25,6 +27,30 @@ std::string databaseBytes(char seed, std::size_t size = 5'000);
 
 /// A zip archive of named entries.
 std::string zipOf(const std::vector<std::pair<std::string, std::string>>& entries);
+
+/// A host application that is called so.
+class NamedApplication : public applicationManager
+{
+public:
+    explicit NamedApplication(std::string name) : name_(std::move(name)) {}
+    std::string getInstanceName() const override { return name_; }
+
+private:
+    std::string name_;
+};
+
+/// The process is in that folder, as long as the object lives.
+class CurrentFolder
+{
+public:
+    explicit CurrentFolder(const fileString& folder) { std::filesystem::current_path(folder.utf8()); }
+    ~CurrentFolder() { std::filesystem::current_path(before_); }
+    CurrentFolder(const CurrentFolder&) = delete;
+    CurrentFolder& operator=(const CurrentFolder&) = delete;
+
+private:
+    const std::filesystem::path before_ = std::filesystem::current_path();
+};
 
 /// A run of the update against a content service in this process. The service answers at "/api?key=k" by
 /// the name of the library that is asked for.
@@ -53,6 +79,10 @@ protected:
     void answer(const std::string& library, Reply reply);
     void answer(const std::string& library, ScriptedServer::Handler handler);
     void publishIndex(const std::string& lines) { publish("Standard_Core_Content_Index.txt", lines); }
+
+    /// Does `work` on the worker whenever it asks the host for that text, as it does right before the step that the
+    /// text is about.
+    void whenAskedForText(unsigned int id, std::function<void()> work);
 
     LibraryCatalogUpdate::LibraryCatalogUpdater makeUpdater(bool manual);
     /// Makes an updater and runs it to its end. The receiver is a new one.

@@ -1,3 +1,4 @@
+#include "support/QtProcesses.h"
 #include "support/TestHost.h"
 
 #include <gmock/gmock.h>
@@ -31,7 +32,7 @@ protected:
         program.start(QStringLiteral(VELK_BROWSER_PROGRAM),
                       options + QStringList{QStringLiteral("--home"), home, QStringLiteral("--site"),
                                             site.isEmpty() ? home : site});
-        EXPECT_TRUE(program.waitForFinished(-1));
+        test::waitForEnd(program);
         EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
         return {program.exitCode(), program.readAllStandardError().toStdString()};
     }

@@ -1,9 +1,10 @@
 #include "BrowserTest.h"
 
+#include "host/browser/search/SearchPane.h"
 #include "host/catalog/CatalogFile.h"
+#include "support/Eventually.h"
 
-#include <QCoreApplication>
-#include <QEventLoop>
+#include <QLineEdit>
 #include <QStatusBar>
 #include <QTest>
 #include <QTreeView>
@@ -12,12 +13,6 @@ namespace test {
 
 using VelkHost::Catalog;
 using VelkHost::Folder;
-
-void waitUntil(const std::function<bool()>& condition)
-{
-    while (!condition())
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
-}
 
 Catalog furnitureCatalog(const std::string& prefix)
 {
@@ -39,6 +34,24 @@ std::string catalogFileBytes(const Catalog& catalog)
     return readFile(folder / U"a.calib");
 }
 
+QStringList resultRows(const QAbstractItemModel& results)
+{
+    QStringList rows;
+    for (int group = 0; group < results.rowCount(); ++group) {
+        const QModelIndex index = results.index(group, 0);
+        rows.append(index.data().toString());
+        for (int hit = 0; hit < results.rowCount(index); ++hit)
+            rows.append(u' ' + results.index(hit, 0, index).data().toString());
+    }
+    return rows;
+}
+
+bool hasSearched(VelkHost::BrowserWindow& window)
+{
+    const VelkHost::SearchOutcome* const outcome = window.searchPane()->model().outcome();
+    return outcome != nullptr && outcome->text == window.findChild<QLineEdit*>(QStringLiteral("searchBox"))->text();
+}
+
 BrowserTest::BrowserTest() = default;
 
 BrowserTest::~BrowserTest() = default;
@@ -52,7 +65,7 @@ void BrowserTest::openWindow()
     window_->show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window_.get()));
     window_->readLibraries();
-    waitUntil([this] { return readings_ == 1; });
+    eventually([this] { return readings_ == 1; });
 }
 
 QAction& BrowserTest::action(const char* objectName)
@@ -69,7 +82,7 @@ std::string BrowserTest::message()
 
 void BrowserTest::waitForJob()
 {
-    waitUntil([this] { return !window_->jobs().isRunning() && !window_->isReading(); });
+    eventually([this] { return !window_->jobs().isRunning() && !window_->isReading(); });
 }
 
 QModelIndex BrowserTest::folderIndex(const fileString& library, const QStringList& names)

@@ -11,14 +11,10 @@
 #include <QString>
 #include <QStringList>
 
-#include <functional>
 #include <memory>
 #include <string>
 
 namespace test {
-
-/// Runs the event loop until `condition` holds.
-void waitUntil(const std::function<bool()>& condition);
 
 /// A core library with folders in folders and many items; "Furniture", "Seating", "Chairs" holds the items
 /// "chair#0" to "chair#59", called `prefix` and a number.
@@ -26,6 +22,12 @@ VelkHost::Catalog furnitureCatalog(const std::string& prefix);
 
 /// The bytes of a catalog file.
 std::string catalogFileBytes(const VelkHost::Catalog& catalog);
+
+/// What a search has found: the titles of the groups and, indented, the names of their hits.
+QStringList resultRows(const QAbstractItemModel& results);
+
+/// The window shows what the search for the text in the box has found.
+bool hasSearched(VelkHost::BrowserWindow& window);
 
 /// A base for tests of the window: it is shown, with an installation in the test's folder.
 class BrowserTest : public TestHost

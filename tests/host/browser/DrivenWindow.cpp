@@ -3,7 +3,6 @@
 #include "BrowserTest.h"
 
 #include "host/browser/jobs/LibraryJobs.h"
-#include "host/browser/search/SearchPane.h"
 #include "host/browser/tree/ItemDrag.h"
 #include "host/catalog/SampleThumbnail.h"
 #include "host/service/Site.h"
@@ -263,15 +262,7 @@ bool DrivenWindow::isOpen(const std::string& path)
 
 QStringList DrivenWindow::found()
 {
-    QStringList rows;
-    const QAbstractItemModel& model = *hits().model();
-    for (int group = 0; group < model.rowCount(); ++group) {
-        const QModelIndex index = model.index(group, 0);
-        rows.append(index.data().toString());
-        for (int hit = 0; hit < model.rowCount(index); ++hit)
-            rows.append(u' ' + model.index(hit, 0, index).data().toString());
-    }
-    return rows;
+    return resultRows(*hits().model());
 }
 
 void DrivenWindow::waitForJob()
@@ -281,10 +272,7 @@ void DrivenWindow::waitForJob()
 
 void DrivenWindow::waitForHits()
 {
-    eventually([this] {
-        const VelkHost::SearchOutcome* const outcome = window().searchPane()->model().outcome();
-        return outcome != nullptr && outcome->text == find<QLineEdit>("searchBox")->text();
-    });
+    eventually([this] { return hasSearched(window()); });
 }
 
 }  // namespace test

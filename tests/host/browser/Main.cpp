@@ -5,19 +5,6 @@
 
 #include <QApplication>
 
-#ifdef __GNUC__
-
-// Called by the leak sanitizer, and never in other builds. The font library that Qt's platform loads keeps
-// its tables when the process ends.
-extern "C" const char* __lsan_default_suppressions();
-
-extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions()
-{
-    return "leak:libfontconfig\n";
-}
-
-#endif
-
 int main(int argumentCount, char** arguments)
 {
     testing::InitGoogleTest(&argumentCount, arguments);

@@ -4,6 +4,7 @@
 #include "host/browser/filters/KindMenu.h"
 #include "host/browser/filters/ShownLibraries.h"
 #include "host/browser/search/SearchPane.h"
+#include "support/Numbers.h"
 
 #include <VelkCommon/HostServices.h>
 #include <VelkCommon/Reporting/PreferenceEngine.h>
@@ -79,7 +80,10 @@ protected:
         Velk::installHost(std::move(services));
     }
 
-    static int displayType() { return *PreferenceEngine::getThePrefs().getPrefSet().get<int>(236); }
+    static int displayType()
+    {
+        return *PreferenceEngine::getThePrefs().getPrefSet().get<int>(test::preference::displayType);
+    }
 
     const QString file_ = QString::fromStdString((folder() / U"kept.ini").utf8());
 };
@@ -87,19 +91,20 @@ protected:
 TEST_F(KeptPreferences, ComeBack)
 {
     start();
-    EXPECT_EQ(displayType(), 1);
-    EXPECT_TRUE(PreferenceEngine::getThePrefs().getPrefSet().set(236, 3));
-    EXPECT_TRUE(PreferenceEngine::getThePrefs().getPrefSet().set(251, true));
+    EXPECT_EQ(displayType(), test::displayType::barOnly);
+    EXPECT_TRUE(
+        PreferenceEngine::getThePrefs().getPrefSet().set(test::preference::displayType, test::displayType::amounts));
+    EXPECT_TRUE(PreferenceEngine::getThePrefs().getPrefSet().set(test::preference::lastManualUpdateFailed, true));
     start();
-    EXPECT_EQ(displayType(), 3);
-    EXPECT_TRUE(*PreferenceEngine::getThePrefs().getPrefSet().get<bool>(251));
+    EXPECT_EQ(displayType(), test::displayType::amounts);
+    EXPECT_TRUE(*PreferenceEngine::getThePrefs().getPrefSet().get<bool>(test::preference::lastManualUpdateFailed));
 }
 
 TEST_F(KeptPreferences, AreTheDefaultsWhereTheFileHoldsSomethingElse)
 {
     test::writeFile(folder() / U"kept.ini", "[preferences]\n236=17\n251=@ByteArray(x)\n");
     start();
-    EXPECT_EQ(displayType(), 1);
+    EXPECT_EQ(displayType(), test::displayType::barOnly);
 }
 
 }  // namespace

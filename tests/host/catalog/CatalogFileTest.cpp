@@ -1,6 +1,7 @@
 #include "host/catalog/CatalogFile.h"
 
 #include "host/fixtures/Fixtures.h"
+#include "support/ZipFormat.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 
@@ -131,7 +132,7 @@ struct ForeignCase
 const ForeignCase foreignCases[] = {
     {"Empty", "", "is empty"},
     {"Text", "hello", "is not a library catalog"},
-    {"Zip", "PK\x03\x04" + std::string(1'000, 'x'), "is not a library catalog"},
+    {"Zip", std::string(test::zip::signature::local) + std::string(1'000, 'x'), "is not a library catalog"},
     {"SignatureAlone", std::string("SQLite format 3\0", 16), "is damaged: it ends within its header"},
     {"OtherDatabase", std::string("SQLite format 3\0", 16) + std::string(4'096, '\0'),
      "is a database, but not a library catalog"},

@@ -143,7 +143,8 @@ TEST_F(FurnitureLibrary, ListsItsLanguages)
 
 TEST_F(FurnitureLibrary, RefusesWhatIsNoLibrary)
 {
-    EXPECT_EQ(refusal({{"a.txt", "x"}}), "is not a furniture library: it holds no \"PluginFurnitureCatalog.properties\"");
+    EXPECT_EQ(refusal({{"a.txt", "x"}}),
+              "is not a furniture library: it holds no \"PluginFurnitureCatalog.properties\"");
     const fileString path = folder() / U"text.sh3f";
     test::writeFile(path, "PK is no zip");
     EXPECT_THAT(test::reasonOf([&] { readFurnitureLibrary(path, {}); }),

@@ -1,6 +1,8 @@
 // Ctrl-C while archives are unpacked, merged and packed.
+#include "host/fixtures/ExitCodes.h"
 #include "host/fixtures/Fixtures.h"
 #include "support/Processes.h"
+#include "support/QtProcesses.h"
 #include "support/ScriptedServer.h"
 
 #include "host/support/ShownProgress.h"
@@ -36,14 +38,14 @@ protected:
         for (const std::string& argument : arguments)
             list << QString::fromStdString(argument);
         process.start(QStringLiteral(VELK_PROGRAM), list);
-        ASSERT_TRUE(process.waitForStarted());
+        test::waitForStart(process);
     }
 
     /// Interrupts the program as Ctrl-C does; returns its exit code.
     static int interrupt(QProcess& process)
     {
         EXPECT_EQ(::kill(static_cast<pid_t>(process.processId()), SIGINT), 0);
-        EXPECT_TRUE(process.waitForFinished());
+        test::waitForEnd(process);
         EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
         return process.exitCode();
     }
@@ -73,7 +75,7 @@ TEST_F(ArchiveInterrupt, ADownload)
     QProcess process;
     start(process, {"unpack", server.url("/house.calibz")});
     gate.waitForArrivals(1);
-    EXPECT_EQ(interrupt(process), 7);
+    EXPECT_EQ(interrupt(process), test::exitCode::cancelled);
     EXPECT_THAT(test::listFolder(work_), IsEmpty());
     EXPECT_THAT(temporaryFiles(), IsEmpty());
 }
@@ -120,12 +122,12 @@ TEST_F(ArchiveInterrupt, APack)
     test::writeFile(work_ / U"house.calibz", "old");
     QProcess process;
     start(process, {"catalog", "pack", "house.calib", "--files", "files", "-o", "house.calibz"});
-    while (process.state() == QProcess::Running && test::listFolder(work_).size() < 4)
-        process.waitForFinished(1);
+    test::repeatUntil([&] { return process.state() != QProcess::Running || test::listFolder(work_).size() == 4; },
+                      [&] { process.waitForFinished(1); });
     const int code = process.state() == QProcess::Running ? interrupt(process) : process.exitCode();
-    EXPECT_TRUE(code == 7 || code == 0) << code;
-    EXPECT_EQ(test::readFile(work_ / U"house.calibz") == "old", code == 7);
-    EXPECT_EQ(ZipUtils::getSizeOfArchive(work_ / U"house.calibz"), code == 7 ? 0u : 2u);
+    EXPECT_TRUE(code == test::exitCode::cancelled || code == 0) << code;
+    EXPECT_EQ(test::readFile(work_ / U"house.calibz") == "old", code == test::exitCode::cancelled);
+    EXPECT_EQ(ZipUtils::getSizeOfArchive(work_ / U"house.calibz"), code == test::exitCode::cancelled ? 0u : 2u);
     EXPECT_THAT(test::listFolder(work_), ElementsAre("files", "house.calib", "house.calibz"));
 }
 

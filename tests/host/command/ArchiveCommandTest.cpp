@@ -1,4 +1,5 @@
 // Packing, unpacking and merging, through the real program.
+#include "host/fixtures/ExitCodes.h"
 #include "host/fixtures/Fixtures.h"
 #include "host/fixtures/ProgramRun.h"
 #include "support/ScriptedServer.h"
@@ -73,7 +74,7 @@ TEST_F(ArchiveCommand, UnpacksWhatWasPacked)
 TEST_F(ArchiveCommand, UnpacksIntoTheCurrentFolder)
 {
     pack();
-    FileUtils::removePath(work_ / U"house.calib", 0);
+    FileUtils::removePath(work_ / U"house.calib", FileUtils::noFlags);
     EXPECT_EQ(velk({"unpack", "house.calibz"}).exitCode, 0);
     EXPECT_THAT(test::listFolder(work_), testing::IsSupersetOf({"house.calib", "house.calibz", "house.zip"}));
 }
@@ -86,7 +87,7 @@ TEST_F(ArchiveCommand, UnpacksFromAnAddress)
     EXPECT_EQ(velk({"unpack", server.url("/plain.calibz?x=/y"), "-o", "out"}).exitCode, 0);
     EXPECT_THAT(test::listFolder(work_ / U"out"), ElementsAre("plain.calib", "plain.zip"));
     const ProgramRun missing = velk({"unpack", server.url("/missing.calibz"), "-o", "none"});
-    EXPECT_EQ(missing.exitCode, 4);
+    EXPECT_EQ(missing.exitCode, test::exitCode::buildFailed);
     EXPECT_THAT(missing.errors, HasSubstr("cannot be downloaded (HTTP status 404)"));
     EXPECT_FALSE((work_ / U"none").pathExists());
 }
@@ -94,20 +95,20 @@ TEST_F(ArchiveCommand, UnpacksFromAnAddress)
 TEST_F(ArchiveCommand, SaysWhyItCannotUnpack)
 {
     const ProgramRun missing = velk({"unpack", "missing.calibz"});
-    EXPECT_EQ(missing.exitCode, 4);
+    EXPECT_EQ(missing.exitCode, test::exitCode::buildFailed);
     EXPECT_THAT(missing.errors, HasSubstr("missing.calibz: does not exist"));
     test::writeZip(work_ / U"empty.calibz", {{"a.png", "picture"}});
     const ProgramRun empty = velk({"unpack", "empty.calibz", "-o", "none"});
-    EXPECT_EQ(empty.exitCode, 4);
+    EXPECT_EQ(empty.exitCode, test::exitCode::buildFailed);
     EXPECT_THAT(empty.errors, HasSubstr("is not a packed library"));
     EXPECT_FALSE((work_ / U"none").pathExists());
-    EXPECT_EQ(velk({"unpack"}).exitCode, 2);
+    EXPECT_EQ(velk({"unpack"}).exitCode, test::exitCode::usage);
 }
 
 TEST_F(ArchiveCommand, AFailureKeepsOlderFiles)
 {
     test::writeZip(work_ / U"house.calibz", {{"a.png", "picture"}});
-    EXPECT_EQ(velk({"unpack", "house.calibz"}).exitCode, 4);
+    EXPECT_EQ(velk({"unpack", "house.calibz"}).exitCode, test::exitCode::buildFailed);
     EXPECT_EQ(test::readFile(work_ / U"house.calib"), "database");
     EXPECT_FALSE((work_ / U"house.zip").pathExists());
 }
@@ -132,7 +133,7 @@ TEST_F(ArchiveCommand, SaysWhyItCannotMerge)
     EXPECT_THAT(velk({"textures", "merge", "missing.zip", "dest.zip"}).errors, HasSubstr("does not exist"));
     EXPECT_THAT(velk({"textures", "merge", "text.zip", "dest.zip"}).errors, HasSubstr("is not a readable zip archive"));
     const ProgramRun run = velk({"textures", "merge", "source.zip", "text.zip"});
-    EXPECT_EQ(run.exitCode, 4);
+    EXPECT_EQ(run.exitCode, test::exitCode::buildFailed);
     EXPECT_THAT(run.errors, HasSubstr("is not a zip archive that can be added to"));
     EXPECT_EQ(test::readFile(work_ / U"text.zip"), "no archive");
     EXPECT_FALSE((work_ / U"dest.zip").pathExists());
@@ -143,7 +144,7 @@ TEST_F(ArchiveCommand, SaysWhyItCannotPack)
     test::writeFile(work_ / U"house.calibz", "old");
     const auto pack = [&](const std::string& catalog, const std::string& files) {
         const ProgramRun run = velk({"catalog", "pack", catalog, "--files", files, "-o", "house.calibz"});
-        EXPECT_EQ(run.exitCode, 4) << run.output;
+        EXPECT_EQ(run.exitCode, test::exitCode::buildFailed) << run.output;
         return run.errors;
     };
     EXPECT_THAT(pack("missing.calib", "files"), HasSubstr("missing.calib"));

@@ -1,3 +1,4 @@
+#include "host/fixtures/ExitCodes.h"
 #include "host/fixtures/Fixtures.h"
 #include "host/fixtures/ProgramRun.h"
 
@@ -122,7 +123,7 @@ TEST_F(FilterCommand, PutsAFilterInForce)
                   .toString(),
               QStringLiteral("Baths"));
     const ProgramRun unknown = filter({"current", "baths"});
-    EXPECT_EQ(unknown.exitCode, 9);
+    EXPECT_EQ(unknown.exitCode, test::exitCode::dataFailed);
     EXPECT_EQ(unknown.errors, "velk: there is no filter \"baths\"\nThe filters are:\n  Baths\n");
     EXPECT_EQ(filter({"current"}).output, "Baths\n");
     EXPECT_EQ(filter({"current", "--none"}).output, "No filter\n");
@@ -144,11 +145,11 @@ TEST_F(FilterCommand, RemovesLibrariesAndFilters)
     have({"current", "A"});
     EXPECT_EQ(filter({"remove", "A", "--id", "1", "--id", "3"}).output, "Took 2 libraries out of the filter \"A\".\n");
     const ProgramRun again = filter({"remove", "A", "--id", "2", "--id", "3"});
-    EXPECT_EQ(again.exitCode, 9);
+    EXPECT_EQ(again.exitCode, test::exitCode::dataFailed);
     EXPECT_EQ(again.errors, "velk: the filter \"A\" does not have the library \"3\"\n");
     EXPECT_THAT(filter({"show", "A"}).output, HasSubstr("\n2 ")) << "all or nothing";
     EXPECT_EQ(filter({"remove", "A"}).output, "Removed the filter \"A\"; now no filter is in force.\n");
-    EXPECT_EQ(filter({"remove", "A"}).exitCode, 9);
+    EXPECT_EQ(filter({"remove", "A"}).exitCode, test::exitCode::dataFailed);
     EXPECT_EQ(filter({"remove", "B"}).output, "Removed the filter \"B\".\n");
     EXPECT_FALSE(file().pathExists()) << "the module writes no empty list";
     EXPECT_EQ(filter({"list", "--format", "json"}).exitCode, 0);
@@ -229,7 +230,7 @@ TEST_P(DamagedFilters, AreLeftAlone)
                                                       {"filter", "current", "--none"},
                                                       {"search", "chair", "--filter", "B"}}) {
         const ProgramRun run = velk(arguments);
-        EXPECT_EQ(run.exitCode, 9) << arguments[1];
+        EXPECT_EQ(run.exitCode, test::exitCode::dataFailed) << arguments[1];
         EXPECT_EQ(run.output, "");
         EXPECT_THAT(run.errors, HasSubstr("velk: " + file().utf8() + ": is "));
         EXPECT_THAT(run.errors, HasSubstr("repair it, or move it away\n"));
@@ -244,7 +245,7 @@ TEST_P(DamagedFilters, AreNotMerged)
     const std::string before = test::readFile(file());
     test::writeFile(folder() / U"other.json", GetParam().text);
     const ProgramRun run = filter({"merge", "other.json"});
-    EXPECT_EQ(run.exitCode, 9);
+    EXPECT_EQ(run.exitCode, test::exitCode::dataFailed);
     EXPECT_THAT(run.errors, HasSubstr("velk: other.json: is "));
     EXPECT_EQ(test::readFile(file()), before);
 }
@@ -257,7 +258,7 @@ TEST_F(FilterCommand, SaysThatNothingWasSaved)
     FileUtils::removeDirectoryAndFiles(core(), FileUtils::noFlags);
     test::writeFile(core(), "a file");
     const ProgramRun run = filter({"add", "A", "--id", "1"});
-    EXPECT_EQ(run.exitCode, 9);
+    EXPECT_EQ(run.exitCode, test::exitCode::dataFailed);
     EXPECT_THAT(run.errors, HasSubstr("cannot be created as a folder"));
     EXPECT_EQ(filter({"merge", "none.json"}).errors, "velk: none.json: does not exist\n");
 }
@@ -265,7 +266,7 @@ TEST_F(FilterCommand, SaysThatNothingWasSaved)
 TEST_F(FilterCommand, NamesTheLibraryThatCannotBeRead)
 {
     const ProgramRun run = filter({"add", "A", "--library", "none.calib"});
-    EXPECT_EQ(run.exitCode, 9);
+    EXPECT_EQ(run.exitCode, test::exitCode::dataFailed);
     EXPECT_EQ(run.errors, "velk: none.calib: does not exist\n");
     EXPECT_FALSE(file().pathExists());
 }
@@ -304,7 +305,7 @@ class WrongFilterUsage : public FilterCommand, public testing::WithParamInterfac
 TEST_P(WrongFilterUsage, IsExplained)
 {
     const ProgramRun run = test::runProgram(folder(), GetParam().arguments);
-    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.exitCode, test::exitCode::usage);
     EXPECT_EQ(run.output, "");
     EXPECT_THAT(run.errors, StartsWith("velk: "));
     EXPECT_THAT(run.errors, HasSubstr(GetParam().errors));
@@ -339,12 +340,12 @@ TEST_F(FilterCommand, SaysWhyAFilterLeavesNothing)
     writeLibrary(folder() / U"b.calib", "lib-b");
     have({"add", "B", "--id", "lib-b"});
     ProgramRun run = velk({"search", "chair", "--filter", "B"});
-    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_EQ(run.exitCode, test::exitCode::brokenLibrary);
     EXPECT_EQ(run.output, "");
     EXPECT_THAT(run.errors, StartsWith("velk: none of these libraries is in the filter \"B\"\n"));
     EXPECT_EQ(velk({"search", "chair", "--filter", "B", "--library", "b.calib"}).exitCode, 0);
     run = velk({"search", "chair", "--filter", "b"});
-    EXPECT_EQ(run.exitCode, 9);
+    EXPECT_EQ(run.exitCode, test::exitCode::dataFailed);
     EXPECT_EQ(run.errors, "velk: there is no filter \"b\"\nThe filters are:\n  B\n");
 }
 

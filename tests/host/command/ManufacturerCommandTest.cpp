@@ -1,3 +1,4 @@
+#include "host/fixtures/ExitCodes.h"
 #include "host/fixtures/ProgramRun.h"
 #include "host/fixtures/PublishFixtures.h"
 
@@ -130,7 +131,7 @@ TEST_F(ManufacturerCommand, RefusesWhatIsNoChange)
     const std::string before = test::readFile(data());
     const auto errors = [&](const std::vector<std::string>& arguments) {
         const ProgramRun run = velk(arguments);
-        EXPECT_EQ(run.exitCode, 9);
+        EXPECT_EQ(run.exitCode, test::exitCode::dataFailed);
         EXPECT_EQ(run.output, "");
         EXPECT_EQ(test::readFile(data()), before);
         return run.errors;
@@ -155,7 +156,7 @@ TEST_F(ManufacturerCommand, FindsWhatIsWrong)
                            "Deleted": true}})");
     test::writeFile(data(U"sound.png"), test::png("sound"));
     const ProgramRun run = velk({"check"});
-    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.exitCode, test::exitCode::noHit);
     EXPECT_EQ(run.output,
               "Id  Name      What is wrong\n"
               " 2  Timeless  does not tell when it was changed, so no update reaches its logo\n"
@@ -174,7 +175,7 @@ TEST_F(ManufacturerCommand, FindsWhatIsWrong)
 TEST_F(ManufacturerCommand, FindsNothingWrong)
 {
     const ProgramRun none = velk({"check"});
-    EXPECT_EQ(none.exitCode, 1);
+    EXPECT_EQ(none.exitCode, test::exitCode::noHit);
     EXPECT_THAT(none.output, HasSubstr("there is no data file yet"));
     writeData(test::manufacturerData(""));
     const ProgramRun run = velk({"check"});
@@ -192,7 +193,7 @@ TEST_F(ManufacturerCommand, LeavesADamagedFileAlone)
                                                           {"edit", "1", "--new", "--name", "A"},
                                                           {"edit", "--default-text", "A"}}) {
             const ProgramRun run = velk(arguments);
-            EXPECT_EQ(run.exitCode, 9) << text;
+            EXPECT_EQ(run.exitCode, test::exitCode::dataFailed) << text;
             EXPECT_EQ(run.output, "");
             EXPECT_THAT(run.errors, StartsWith("velk: " + data().utf8() + ": "));
             EXPECT_THAT(run.errors, HasSubstr("; repair it, or move it away\n"));
@@ -205,7 +206,7 @@ TEST_F(ManufacturerCommand, SaysThatNothingWasSaved)
 {
     test::writeFileDeep(folder() / U"home" / U"manufacturer-data", "a file");
     const ProgramRun run = velk({"edit", "1", "--new", "--name", "A"});
-    EXPECT_EQ(run.exitCode, 9);
+    EXPECT_EQ(run.exitCode, test::exitCode::dataFailed);
     EXPECT_THAT(run.errors, HasSubstr("cannot be written; the cards are as they were"));
 }
 
@@ -250,7 +251,7 @@ TEST_P(WrongManufacturerUsage, IsExplained)
     std::vector<std::string> arguments = GetParam().arguments;
     arguments.insert(arguments.begin(), "manufacturer");
     const ProgramRun run = test::runProgram(folder(), arguments);
-    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.exitCode, test::exitCode::usage);
     EXPECT_EQ(run.output, "");
     EXPECT_THAT(run.errors, StartsWith("velk: "));
     EXPECT_THAT(run.errors, HasSubstr(GetParam().errors));
@@ -412,7 +413,7 @@ protected:
         server.on("/data", reply);
         const std::string before = test::readFile(data());
         const ProgramRun run = update();
-        EXPECT_EQ(run.exitCode, 6);
+        EXPECT_EQ(run.exitCode, test::exitCode::updateFailed);
         EXPECT_EQ(run.output, "");
         EXPECT_THAT(run.errors, StartsWith("velk: " + server.url("/data") + ": "));
         EXPECT_THAT(run.errors, HasSubstr("\nThe manufacturers are as they were.\n"));
@@ -444,13 +445,13 @@ TEST_F(FailingManufacturerUpdate, TellsWhichLogosDidNotCome)
                                         "Deleted": true, )" +
                                      time + "}}"});
     const ProgramRun run = update();
-    EXPECT_EQ(run.exitCode, 6);
+    EXPECT_EQ(run.exitCode, test::exitCode::updateFailed);
     EXPECT_THAT(run.output, HasSubstr(" 7  Acme  changed  logo; its logo could not be fetched\n"));
     EXPECT_THAT(run.output, HasSubstr(" 8  Far   new      its logo could not be fetched\n"));
     EXPECT_THAT(run.output, HasSubstr(" 9  Gone  new\n"));
     EXPECT_THAT(run.output,
                 HasSubstr("2 new, 1 changed, 0 gone; another default text; 2 logos could not be fetched.\n"));
-    EXPECT_EQ(velk({"check"}).exitCode, 1);
+    EXPECT_EQ(velk({"check"}).exitCode, test::exitCode::noHit);
     EXPECT_FALSE((folder() / U"home" / U"far.png").pathExists());
 }
 
@@ -459,7 +460,7 @@ TEST_F(FailingManufacturerUpdate, LeavesADamagedFileAlone)
     writeData("hello");
     server.on("/data", Reply{.body = test::manufacturerData("")});
     const ProgramRun run = update();
-    EXPECT_EQ(run.exitCode, 9);
+    EXPECT_EQ(run.exitCode, test::exitCode::dataFailed);
     EXPECT_THAT(run.errors, HasSubstr("repair it, or move it away"));
     EXPECT_EQ(test::readFile(data()), "hello");
 }

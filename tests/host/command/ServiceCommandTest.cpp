@@ -1,8 +1,10 @@
+#include "host/fixtures/ExitCodes.h"
 #include "host/fixtures/ProgramRun.h"
 #include "host/fixtures/PublishFixtures.h"
 #include "host/fixtures/ServiceRequests.h"
 
 #include "host/service/SelfSigned.h"
+#include "support/QtProcesses.h"
 
 #include <QProcess>
 
@@ -31,15 +33,13 @@ public:
     {
         process_.setWorkingDirectory(QString::fromStdString(folder.utf8()));
         process_.start(QStringLiteral(VELK_PROGRAM), QStringList{QStringLiteral("serve")} + arguments);
-        while (!process_.canReadLine() && process_.waitForReadyRead()) {
-        }
-        firstLine_ = process_.readLine().toStdString();
+        firstLine_ = test::waitForLine(process_);
     }
 
     ~Serving()
     {
         process_.kill();
-        process_.waitForFinished();
+        test::waitForEnd(process_);
     }
 
     /// The service's address without its path, taken from the program's output.
@@ -54,7 +54,7 @@ public:
     int interrupt()
     {
         EXPECT_EQ(::kill(static_cast<pid_t>(process_.processId()), SIGINT), 0);
-        EXPECT_TRUE(process_.waitForFinished());
+        test::waitForEnd(process_);
         EXPECT_EQ(process_.exitStatus(), QProcess::NormalExit);
         return process_.exitCode();
     }
@@ -84,7 +84,7 @@ TEST_F(ServiceCommand, TellsEverythingThatIsWrong)
     test::writeFileDeep(input(U"core/b.calib"), "broken");
     test::writeFileDeep(input(U"bonus/c&d.calibz"), "broken");
     const ProgramRun run = velk({"publish", "input", "-o", "site"});
-    EXPECT_EQ(run.exitCode, 8);
+    EXPECT_EQ(run.exitCode, test::exitCode::serviceFailed);
     EXPECT_EQ(run.output, "");
     EXPECT_THAT(run.errors, StartsWith("velk: input/core/b.calib: is not a library catalog\n"
                                        "velk: input/bonus/c&d.calibz: holds the character \"&\" in its name"));
@@ -137,12 +137,12 @@ TEST_F(ServiceCommand, KeepsItsCertificate)
 TEST_F(ServiceCommand, ExplainsWhyItCannotServe)
 {
     const ProgramRun run = velk({"serve", "nothing"});
-    EXPECT_EQ(run.exitCode, 8);
+    EXPECT_EQ(run.exitCode, test::exitCode::serviceFailed);
     EXPECT_THAT(run.errors, HasSubstr("is not a published site"));
-    EXPECT_EQ(velk({"serve", "site", "--port", "99999"}).exitCode, 2);
-    EXPECT_EQ(velk({"serve", "site", "--tls", "only-one.pem"}).exitCode, 2);
-    EXPECT_EQ(velk({"serve"}).exitCode, 2);
-    EXPECT_EQ(velk({"publish", "input"}).exitCode, 2);
+    EXPECT_EQ(velk({"serve", "site", "--port", "99999"}).exitCode, test::exitCode::usage);
+    EXPECT_EQ(velk({"serve", "site", "--tls", "only-one.pem"}).exitCode, test::exitCode::usage);
+    EXPECT_EQ(velk({"serve"}).exitCode, test::exitCode::usage);
+    EXPECT_EQ(velk({"publish", "input"}).exitCode, test::exitCode::usage);
 }
 
 }  // namespace

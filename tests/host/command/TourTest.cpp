@@ -1,3 +1,4 @@
+#include "host/fixtures/ExitCodes.h"
 #include "host/fixtures/Fixtures.h"
 #include "host/fixtures/ProgramRun.h"
 
@@ -127,7 +128,7 @@ TEST_F(Tour, RemovesNothingThatItDidNotMake)
 {
     FileUtils::createDirectoriesWithPerm(folder() / U"mine/site");
     const ProgramRun run = velk({"tour", "--sample", "-o", "mine"});
-    EXPECT_EQ(run.exitCode, 4);
+    EXPECT_EQ(run.exitCode, test::exitCode::buildFailed);
     EXPECT_THAT(run.errors, HasSubstr("was not made by a tour"));
     EXPECT_TRUE((folder() / U"mine/site").pathExists());
 }

@@ -1,3 +1,4 @@
+#include "host/fixtures/ExitCodes.h"
 #include "host/fixtures/Fixtures.h"
 #include "host/fixtures/ProgramRun.h"
 
@@ -5,12 +6,14 @@
 #include "host/installation/CatalogInstaller.h"
 #include "host/service/Publisher.h"
 #include "host/service/SiteService.h"
+#include "support/QtProcesses.h"
 #include "support/ScriptedServer.h"
 #include "support/ZipBuilder.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/SHA1.h>
 #include <VelkLibrary/CatalogDownloadProtocol.h>
+#include <VelkLibrary/UpdateData.h>
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -123,7 +126,7 @@ TEST_F(UpdateCommand, TrustsTheCertificatesItIsGiven)
     test::ScriptedServer secure(authority.issue());
     secure.on("/api", Reply{.status = 304});
     const std::vector<std::string> arguments{"update", "--service", secure.url("/api?key=k"), "--home", "home"};
-    EXPECT_EQ(test::runProgram(folder(), arguments).exitCode, 6);
+    EXPECT_EQ(test::runProgram(folder(), arguments).exitCode, test::exitCode::updateFailed);
     EXPECT_THAT(secure.requests(), IsEmpty());
     test::writeFile(folder() / U"authority.pem", authority.certificate());
     qputenv("VELK_CERTIFICATES", "authority.pem");
@@ -145,7 +148,7 @@ TEST_F(UpdateCommand, TellsScripts)
               (home() / U"core" / U"Küche 2.calib").utf8());
     EXPECT_TRUE(object[QStringLiteral("kept")].toArray().isEmpty());
     EXPECT_GT(object[QStringLiteral("kilobytes")].toDouble(), 0);
-    EXPECT_EQ(object[QStringLiteral("resultCode")].toDouble(), 0x10369189);
+    EXPECT_EQ(object[QStringLiteral("resultCode")].toDouble(), double{LibraryCatalogUpdate::NothingRemarkable});
 }
 
 TEST_F(UpdateCommand, KeepsACatalogWhenWhatComesIsNone)
@@ -156,7 +159,7 @@ TEST_F(UpdateCommand, KeepsACatalogWhenWhatComesIsNone)
     publish("Standard_Core_Content_Index.txt", "");
     publish("plants.calib", "<html>" + std::string(5'000, 'x'));
     ProgramRun run = update();
-    EXPECT_EQ(run.exitCode, 6);
+    EXPECT_EQ(run.exitCode, test::exitCode::updateFailed);
     EXPECT_THAT(run.output, HasSubstr("kept       " + (home() / U"core" / U"plants.calib").utf8()));
     EXPECT_EQ(test::readFile(home() / U"core" / U"plants.calib"), installed);
     // The service repairs itself: the catalog must come although its first version was fetched.
@@ -216,17 +219,18 @@ TEST_F(UpdateCommand, SaysWhereTheReasonsAre)
 {
     const test::RefusingPort nobody;
     const ProgramRun run = test::runProgram(folder(), {"update", "--service", nobody.url(), "--home", "home"});
-    EXPECT_EQ(run.exitCode, 6);
+    EXPECT_EQ(run.exitCode, test::exitCode::updateFailed);
     EXPECT_THAT(run.output, HasSubstr((home() / U"user" / U"errors.log").utf8()));
     EXPECT_THAT(test::readFile(home() / U"user" / U"errors.log"), HasSubstr("Unable to determine api endpoint"));
 }
 
 TEST_F(UpdateCommand, RefusesACommandLineThatMakesNoSense)
 {
-    EXPECT_EQ(test::runProgram(folder(), {"update"}).exitCode, 2);
-    EXPECT_EQ(test::runProgram(folder(), {"update", "--service", "file:///etc/passwd"}).exitCode, 2);
-    EXPECT_EQ(update({"--kinds", "core,user"}).exitCode, 2);
-    EXPECT_EQ(update({"--kinds", "bonus", "--manual"}).exitCode, 2);
+    EXPECT_EQ(test::runProgram(folder(), {"update"}).exitCode, test::exitCode::usage);
+    EXPECT_EQ(test::runProgram(folder(), {"update", "--service", "file:///etc/passwd"}).exitCode,
+              test::exitCode::usage);
+    EXPECT_EQ(update({"--kinds", "core,user"}).exitCode, test::exitCode::usage);
+    EXPECT_EQ(update({"--kinds", "bonus", "--manual"}).exitCode, test::exitCode::usage);
     EXPECT_THAT(server.requests(), IsEmpty());
 }
 
@@ -248,13 +252,13 @@ TEST_F(UpdateCommand, EndsCleanlyOnCtrlC)
     for (const std::string& argument : arguments())
         list.append(QString::fromStdString(argument));
     velk.start(QStringLiteral(VELK_PROGRAM), list);
-    ASSERT_TRUE(velk.waitForStarted());
+    test::waitForStart(velk);
     gate.waitForArrivals(1);
     ::kill(static_cast<pid_t>(velk.processId()), SIGINT);
-    ASSERT_TRUE(velk.waitForFinished());
+    test::waitForEnd(velk);
     test::Gate(gate).openForGood();
     EXPECT_EQ(velk.exitStatus(), QProcess::NormalExit);
-    EXPECT_EQ(velk.exitCode(), 7);
+    EXPECT_EQ(velk.exitCode(), test::exitCode::cancelled);
     EXPECT_EQ(velk.readAllStandardOutput().toStdString(), "Cancelled.\n");
     EXPECT_EQ(test::readFile(home() / U"core" / U"plants.calib"), installed);
     EXPECT_THAT(test::listFolder(home() / U"temp" / U"velk.downloads.core"), IsEmpty());

@@ -1,3 +1,4 @@
+#include "host/fixtures/ExitCodes.h"
 #include "host/fixtures/Fixtures.h"
 #include "host/fixtures/ProgramRun.h"
 
@@ -66,7 +67,7 @@ TEST_F(VelkProgram, SearchesTheSample)
 TEST_F(VelkProgram, SearchesInstalledLibraries)
 {
     ProgramRun run = velk({"search", "chair"});
-    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_EQ(run.exitCode, test::exitCode::brokenLibrary);
     EXPECT_THAT(run.errors, HasSubstr("velk: no libraries are installed\n"));
     EXPECT_THAT(run.errors, HasSubstr("velk catalog sample -o sample.calib"));
     ASSERT_THAT(run.errors, HasSubstr("\n  " + folder().utf8()));
@@ -84,9 +85,9 @@ TEST_F(VelkProgram, TellsWhetherThereAreHits)
 {
     VelkHost::writeCatalog(test::smallCatalog(), folder() / U"a.calib");
     EXPECT_EQ(velk({"search", "chair", "-l", "a.calib"}).exitCode, 0);
-    EXPECT_EQ(velk({"search", "zebra", "-l", "a.calib"}).exitCode, 1);
+    EXPECT_EQ(velk({"search", "zebra", "-l", "a.calib"}).exitCode, test::exitCode::noHit);
     for (const char* text : {"", " ", "((", "\"", "NOT chair"})
-        EXPECT_EQ(velk({"search", text, "-l", "a.calib"}).exitCode, 1) << text;
+        EXPECT_EQ(velk({"search", text, "-l", "a.calib"}).exitCode, test::exitCode::noHit) << text;
 }
 
 TEST_F(VelkProgram, SearchesTheOthersWhenALibraryIsBroken)
@@ -95,10 +96,10 @@ TEST_F(VelkProgram, SearchesTheOthersWhenALibraryIsBroken)
     test::writeFile(folder() / U"b.calib", "broken");
     const ProgramRun run =
         velk({"search", "chair", "--library", "none.calib", "--library", "b.calib", "--library", "a.calib"});
-    EXPECT_EQ(run.exitCode, 3);
+    EXPECT_EQ(run.exitCode, test::exitCode::brokenLibrary);
     EXPECT_EQ(run.errors, "velk: none.calib: does not exist\nvelk: b.calib: is not a library catalog\n");
     EXPECT_THAT(run.output, HasSubstr("4 hits. "));
-    EXPECT_EQ(velk({"search", "zebra", "-l", "b.calib"}).exitCode, 3);
+    EXPECT_EQ(velk({"search", "zebra", "-l", "b.calib"}).exitCode, test::exitCode::brokenLibrary);
 }
 
 TEST_F(VelkProgram, ShowsJson)
@@ -120,7 +121,7 @@ TEST_F(VelkProgram, FindsTheItemWithAnId)
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_THAT(run.output, HasSubstr("1  Id     Office chair"));
     EXPECT_THAT(run.output, HasSubstr("1 hit. Looked at 4 items of 1 library"));
-    EXPECT_EQ(velk({"search", "--id", "ID#2", "-l", "a.calib"}).exitCode, 1);
+    EXPECT_EQ(velk({"search", "--id", "ID#2", "-l", "a.calib"}).exitCode, test::exitCode::noHit);
 }
 
 TEST_F(VelkProgram, MatchesWholeWordsInLegacySearches)
@@ -138,7 +139,7 @@ TEST_F(VelkProgram, TakesTextAsTyped)
         EXPECT_THAT(velk({"search", "--explain", "--", text}).output,
                     HasSubstr("1. all of:  \"" + std::string(text) + "\"\n"))
             << text;
-    EXPECT_EQ(velk({"search", "--explain", "--", "-"}).exitCode, 1);
+    EXPECT_EQ(velk({"search", "--explain", "--", "-"}).exitCode, test::exitCode::noHit);
     EXPECT_THAT(velk({"search", "[oak]", "search", "--explain"}).output, HasSubstr("all of:  \"[oak]\", \"search\"\n"));
     EXPECT_THAT(velk({"search", "--explain", "--", "-red", "chair"}).output,
                 HasSubstr("all of:  \"chair\"\n   none of: \"red\"\n"));
@@ -172,7 +173,7 @@ class WrongUsage : public VelkProgram, public testing::WithParamInterface<UsageC
 TEST_P(WrongUsage, IsExplained)
 {
     const ProgramRun run = velk(GetParam().arguments);
-    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_EQ(run.exitCode, test::exitCode::usage);
     EXPECT_EQ(run.output, "");
     EXPECT_THAT(run.errors, StartsWith("velk: "));
     EXPECT_THAT(run.errors, HasSubstr(GetParam().errors));
@@ -210,7 +211,7 @@ TEST_F(VelkProgram, KeepsTheOldCatalogWhenABuildFails)
     test::writeFile(folder() / U"bad.csv", "name,id\nChair,x\nDesk,x\n");
     const std::vector<std::string> files = test::listFolder(folder());
     const ProgramRun run = velk({"catalog", "build", "bad.csv", "-o", "a.calib"});
-    EXPECT_EQ(run.exitCode, 4);
+    EXPECT_EQ(run.exitCode, test::exitCode::buildFailed);
     EXPECT_EQ(run.errors, "velk: bad.csv: line 3: the id \"x\" occurs twice; ids must differ\n");
     EXPECT_EQ(run.output, "");
     EXPECT_EQ(test::readFile(folder() / U"a.calib"), before);
@@ -223,7 +224,7 @@ TEST_F(VelkProgram, SaysWhyABuildFails)
     writeFurniture(U"t.sh3f");
     const auto errors = [&](const std::vector<std::string>& arguments) {
         const ProgramRun run = velk(arguments);
-        EXPECT_EQ(run.exitCode, 4);
+        EXPECT_EQ(run.exitCode, test::exitCode::buildFailed);
         return run.errors;
     };
     EXPECT_EQ(errors({"catalog", "build", "none.sh3f", "-o", "x.calib"}), "velk: none.sh3f: does not exist\n");
@@ -243,7 +244,7 @@ TEST_F(VelkProgram, SaysThatItsOutputWasNotWritten)
 {
     VelkHost::writeCatalog(test::smallCatalog(), folder() / U"a.calib");
     const ProgramRun run = test::runProgram(folder(), {"search", "chair", "-l", "a.calib"}, "/dev/full");
-    EXPECT_EQ(run.exitCode, 5);
+    EXPECT_EQ(run.exitCode, test::exitCode::outputFailed);
     EXPECT_EQ(run.errors, "velk: the output cannot be written; is the disk full?\n");
 }
 #endif

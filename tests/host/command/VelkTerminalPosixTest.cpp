@@ -1,16 +1,15 @@
+#include "host/fixtures/ExitCodes.h"
 #include "host/fixtures/Fixtures.h"
 
 #include "host/catalog/CatalogFile.h"
+#include "support/Processes.h"
 
 #include <algorithm>
-#include <array>
-#include <cerrno>
 #include <cstdlib>
 #include <regex>
 #include <sstream>
 
 #include <pty.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 using testing::HasSubstr;
@@ -23,20 +22,6 @@ struct TerminalRun
     int exitCode = -1;
     std::string screen;  // everything that the terminal got, including styles
 };
-
-/// Reads until the terminal reports an error, which it does instead of an end of file once nobody writes any more.
-std::string readToEnd(int terminal)
-{
-    std::string all;
-    std::array<char, 4096> block{};
-    for (;;) {
-        const ssize_t got = ::read(terminal, block.data(), block.size());
-        if (got > 0)
-            all.append(block.data(), static_cast<std::size_t>(got));
-        else if (got == 0 || errno != EINTR)
-            return all;
-    }
-}
 
 /// Runs the velk program as at a terminal of a certain width, in a folder of small libraries.
 class VelkAtATerminal : public test::TestHost
@@ -56,11 +41,9 @@ protected:
         if (child == 0)
             runShell(command, environment);
         TerminalRun run;
-        run.screen = readToEnd(terminal);
+        run.screen = test::readToEnd(terminal);
         ::close(terminal);
-        int status = 0;
-        if (::waitpid(child, &status, 0) == child && WIFEXITED(status))
-            run.exitCode = WEXITSTATUS(status);
+        run.exitCode = test::endOf(child);
         return run;
     }
 
@@ -124,7 +107,7 @@ TEST_F(VelkAtATerminal, EndsInSilenceWhenTheReaderHasEnough)
 TEST_F(VelkAtATerminal, SaysThatAFolderTakesNoFile)
 {
     const TerminalRun run = velk("catalog sample -o /proc/sample.calib");  // closed to the superuser too
-    EXPECT_EQ(run.exitCode, 4);
+    EXPECT_EQ(run.exitCode, test::exitCode::buildFailed);
     EXPECT_THAT(run.screen, HasSubstr("velk: /proc/sample.calib: cannot be written"));
 }
 

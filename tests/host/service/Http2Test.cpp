@@ -1,10 +1,11 @@
 #include "NginxServer.h"
 #include "ServedInstallation.h"
 
-#include "VelkLibrary/Update/EventLoop.h"
-#include "VelkLibrary/Update/RecordingReceiver.h"
+#include "host/command/UpdateReceiver.h"
 #include "host/service/NginxConfiguration.h"
 #include "host/support/InstallHost.h"
+#include "support/EventLoop.h"
+#include "support/TransferCodes.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Network/Curl.h>
@@ -149,10 +150,10 @@ TEST_F(Http2, CarriesDownloads)
     EXPECT_TRUE(test::readFile(folder() / U"short") == published(library));
     const fileString temporary = Curl::get().download(request(library));
     EXPECT_TRUE(test::readFile(temporary) == published(library));
-    FileUtils::removePath(temporary, 0);
+    FileUtils::removePath(temporary, FileUtils::noFlags);
     EXPECT_FALSE(Curl::get().download_to_location(request("none.calib"), target, {}, nullptr, nullptr, reason, code));
     EXPECT_EQ(reason, "HTTP status 404");
-    EXPECT_EQ(code, 22U);
+    EXPECT_EQ(code, test::httpError);
     EXPECT_EQ(requestsOverOneConnection(), 4U);
 }
 
@@ -163,7 +164,7 @@ TEST_F(Http2, LetsADownloadBeCancelled)
     const auto cancel = [](void*, double, double, double, double) { return 1; };
     EXPECT_FALSE(Curl::get().download_to_location(request(bonusName + ".calibz"), folder() / U"target", {}, nullptr,
                                                   cancel, reason, code));
-    EXPECT_EQ(code, 42U);
+    EXPECT_EQ(code, test::aborted);
     EXPECT_FALSE((folder() / U"target").pathExists());
     std::string body;
     EXPECT_TRUE(Curl::get().browseURL(endpoint(), {}, body, true, 0)) << "the next one is not disturbed";

@@ -1,5 +1,6 @@
 #include "NginxServer.h"
 
+#include "support/QtProcesses.h"
 #include "support/TestHost.h"
 
 #include <VelkCommon/Files/FileUtils.h>
@@ -47,7 +48,7 @@ NginxServer::NginxServer(const fileString& folder, const fileString& configurati
     process_.start(QStringLiteral(NGINX_PROGRAM),
                    {QStringLiteral("-p"), home, QStringLiteral("-e"), home + QStringLiteral("/error.log"),
                     QStringLiteral("-c"), home + QStringLiteral("/nginx.conf")});
-    EXPECT_TRUE(process_.waitForStarted()) << process_.errorString().toStdString();
+    waitForStart(process_);
     ::close(socket_);
 }
 
@@ -89,9 +90,7 @@ std::vector<NginxRequest> NginxServer::stop()
 void NginxServer::end()
 {
     process_.terminate();
-    if (!process_.waitForFinished())
-        process_.kill();
-    process_.waitForFinished();
+    waitForEnd(process_);
 }
 
 void NginxServer::writeConfiguration(const fileString& configuration, const fileString& certificate,

@@ -50,9 +50,9 @@ TEST_F(DyingPublisher, LeavesOneEditionWhole)
         ASSERT_EQ(now, second) << "torn at call " << deaths;
         if (died) {
             // The switch is done already: the remaining calls only remove unused files.
-            FileUtils::removeDirectoryAndFiles(site(), 0);
+            FileUtils::removeDirectoryAndFiles(site(), FileUtils::noFlags);
             test::writeCatalogFile(input(U"core/a.calib"), "First");
-            FileUtils::removePath(input(U"core/b.calib"), 0);
+            FileUtils::removePath(input(U"core/b.calib"), FileUtils::noFlags);
             publish();
             test::writeCatalogFile(input(U"core/a.calib"), "Second");
             test::writeCatalogFile(input(U"core/b.calib"), "Second");

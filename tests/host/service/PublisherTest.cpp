@@ -1,15 +1,14 @@
 #include "host/fixtures/PublishFixtures.h"
 
 #include "host/service/CoreIndex.h"
+#include "support/OpenModes.h"
+#include "support/Threads.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/LockingFStream.h>
 #include <VelkCommon/Files/SHA1.h>
 
 #include <algorithm>
-#include <atomic>
-#include <functional>
-#include <thread>
 
 using testing::Contains;
 using testing::ElementsAre;
@@ -124,7 +123,7 @@ TEST_F(Publisher, TellsWhatChanged)
     publish();
     test::writeCatalogFile(input(U"core/b.calib"), "B2");
     test::writeCatalogFile(input(U"core/d.calib"), "D");
-    FileUtils::removePath(input(U"core/a.calib"), 0);
+    FileUtils::removePath(input(U"core/a.calib"), FileUtils::noFlags);
     const PublishReport report = publish();
     EXPECT_EQ(report.edition, 2U);
     EXPECT_EQ(described(report), "b.calib changed\nc.calibz unchanged\nd.calib added\na.calib removed\n");
@@ -167,7 +166,7 @@ TEST_F(Publisher, RemembersTheTexturesOfAllEditions)
     test::writePackedFile(input(U"bonus/a.calibz"), "A2", {{"oak.png", "oak"}});
     publish();
     test::writeCatalogFile(input(U"core/b.calib"), "B");
-    FileUtils::removePath(input(U"bonus/a.calibz"), 0);
+    FileUtils::removePath(input(U"bonus/a.calibz"), FileUtils::noFlags);
     publish();
     test::writePackedFile(input(U"bonus/a.calibz"), "A", {{"oak.png", "OAK"}});
     EXPECT_THAT(problems(), SizeIs(1));
@@ -190,7 +189,7 @@ TEST_F(Publisher, RepairsAStoredFileThatIsGone)
 {
     test::writeCatalogFile(input(U"core/a.calib"), "A");
     publish();
-    FileUtils::removePath(VelkHost::storedFile(site(), table().libraries.at("a.calib").stored), 0);
+    FileUtils::removePath(VelkHost::storedFile(site(), table().libraries.at("a.calib").stored), FileUtils::noFlags);
     publish();
     EXPECT_EQ(published("a.calib"), test::readFile(input(U"core/a.calib")));
 }
@@ -211,7 +210,7 @@ TEST_F(Publisher, WaitsForNoOtherPublisher)
 {
     test::writeCatalogFile(input(U"core/a.calib"), "A");
     publish();
-    const LockingFStream other(site() / U"publish.lock", LockingFStream::out | LockingFStream::binary);
+    const LockingFStream other(site() / U"publish.lock", test::writeBytes);
     ASSERT_TRUE(other.isOpen());
     EXPECT_THAT(test::reasonOf([&] { publish(); }), HasSubstr("cannot be locked"));
 }
@@ -227,29 +226,21 @@ TEST_F(Publisher, ShowsReadersTheOldOrTheNewEdition)
     };
     write(0);
     publish();
-    std::atomic<bool> done = false;
-    std::atomic<int> reads[2] = {0, 0};
-    const auto read = [&](std::atomic<int>& count) {
-        for (; !done; ++count) {
-            const VelkHost::SiteTable seen = table();
-            const auto& a = seen.libraries.at("a.calib");
-            EXPECT_EQ(a.tag, seen.libraries.at("b.calib").tag);
-            EXPECT_EQ(SHA1::fileContentsToSHA1Hex(VelkHost::storedFile(site(), a.stored)), a.tag);
-        }
+    const auto read = [&] {
+        const VelkHost::SiteTable seen = table();
+        const auto& a = seen.libraries.at("a.calib");
+        EXPECT_EQ(a.tag, seen.libraries.at("b.calib").tag);
+        EXPECT_EQ(SHA1::fileContentsToSHA1Hex(VelkHost::storedFile(site(), a.stored)), a.tag);
     };
-    std::thread first(read, std::ref(reads[0]));
-    std::thread second(read, std::ref(reads[1]));
+    const test::Repeatedly first(read);
+    const test::Repeatedly second(read);
     for (int edition = 1; edition < editions; ++edition) {
         write(edition);
         EXPECT_TRUE(publish().changed);
         // Files stay for one more edition, so a reader that has begun with the earlier one can finish.
-        const int before[2] = {reads[0], reads[1]};
-        while (reads[0] == before[0] || reads[1] == before[1])
-            std::this_thread::yield();
+        first.rounds().waitFor(first.rounds().count() + 1);
+        second.rounds().waitFor(second.rounds().count() + 1);
     }
-    done = true;
-    first.join();
-    second.join();
 }
 
 }  // namespace

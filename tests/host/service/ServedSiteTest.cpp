@@ -1,5 +1,7 @@
 #include "ServedSiteTest.h"
 
+#include <VelkCommon/Network/Curl.h>
+
 namespace test {
 
 ServedSiteTest::ServedSiteTest()
@@ -22,6 +24,17 @@ ServedSite ServedSiteTest::served() const
             published("Standard_Core_Content_Index.txt"),
             readFile(input(U"manufacturer_data.json")),
             readFile(input(U"logos/Gro\u00DFe T\u00FCr 1.png"))};
+}
+
+void ServedSiteTest::expectLibrariesKnown(const std::string& endpoint) const
+{
+    for (const auto& [name, file] : table().libraries) {
+        std::string header;
+        long status = 0;
+        EXPECT_TRUE(Curl::get().getURLHeader(endpoint + "&library=" + name + "&product=pl\xC3\xA4n r&version=1 2",
+                                             {"If-None-Match: \"" + file.tag + "\""}, header, status));
+        EXPECT_EQ(status, 304) << name;
+    }
 }
 
 VelkHost::ServiceOptions ServedSiteTest::options() const

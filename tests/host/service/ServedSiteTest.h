@@ -20,6 +20,9 @@ protected:
     /// The options to serve the site with.
     VelkHost::ServiceOptions options() const;
 
+    /// Asks the endpoint for every library that is published, by its name and tag, as the client does.
+    void expectLibrariesKnown(const std::string& endpoint) const;
+
     /// Writes a certificate for 127.0.0.1 with its key, and the authority's own as "authority.crt".
     VelkHost::ServiceCertificate certificate(const TestAuthority& authority) const;
 };

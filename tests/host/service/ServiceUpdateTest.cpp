@@ -44,7 +44,7 @@ TEST_F(ServiceUpdate, DownloadsNothingToAFreshInstallation)
     update();
     // The catalogs are there as if an installer had put them there: without a record of what is installed.
     for (const char* kind : {"core", "bonus", "manufacturer"})
-        FileUtils::removePath(home(kind + std::string("/catalog_hash.txt")), 0);
+        FileUtils::removePath(home(kind + std::string("/catalog_hash.txt")), FileUtils::noFlags);
     EXPECT_EQ(update().bodyBytes, indexBytes());
 }
 
@@ -69,7 +69,7 @@ TEST_F(ServiceUpdate, BringsBackACatalogThatWasChangedByHand)
     test::writeFile(home("core/M\xC3\xB6"
                          "bel 2.calib"),
                     "spoilt");
-    FileUtils::removePath(home("core/catalog_hash.txt"), 0);
+    FileUtils::removePath(home("core/catalog_hash.txt"), FileUtils::noFlags);
     EXPECT_EQ(update().bodyBytes, indexBytes() + published("M\xC3\xB6"
                                                            "bel 2.calib")
                                                      .size());

@@ -3,14 +3,12 @@
 #include "host/service/ServiceError.h"
 #include "host/service/SiteAnswer.h"
 #include "host/service/SiteService.h"
+#include "support/Threads.h"
 
 #include <VelkCommon/Network/Curl.h>
 #include <VelkCommon/Network/WebUtils.h>
 
-#include <atomic>
-#include <functional>
 #include <mutex>
-#include <thread>
 
 using testing::HasSubstr;
 using testing::StartsWith;
@@ -47,13 +45,7 @@ TEST_F(SiteServiceTest, UnderstandsTheClient)
     const SiteService service(options());
     const std::string endpoint = WebUtils::getUrlAfterRedirects(service.address());
     EXPECT_EQ(endpoint, service.address() + "catalog?v=1");
-    for (const auto& [name, file] : table().libraries) {
-        std::string header;
-        long status = 0;
-        EXPECT_TRUE(Curl::get().getURLHeader(endpoint + "&library=" + name + "&product=pl\xC3\xA4n r&version=1 2",
-                                             {"If-None-Match: \"" + file.tag + "\""}, header, status));
-        EXPECT_EQ(status, 304) << name;
-    }
+    expectLibrariesKnown(endpoint);
     std::string reason;
     for (const auto& [name, file] : table().logos) {
         const std::string url = service.logoAddress() + "&logo-path=" + VelkHost::logoOnTheWire(name);
@@ -104,30 +96,24 @@ TEST_F(SiteServiceTest, ShowsReadersOneEditionWhileOthersArePublished)
     };
     write(0);
     publish();
-    std::atomic<bool> done = false;
-    std::atomic<int> reads[2] = {0, 0};
-    const auto read = [&](const fileString& target, std::atomic<int>& count) {
-        for (; !done; ++count) {
-            httplib::Client client("127.0.0.1", service.port());
-            const auto answer = client.Get("/catalog?v=1&library=v.calib");
-            EXPECT_TRUE(answer && answer->status == 200);
-            test::writeFile(target, answer ? answer->body : std::string());
-            EXPECT_EQ("\"" + test::hashOf(target) + "\"", answer ? answer->get_header_value("ETag") : std::string());
-        }
+    const auto read = [&](const fileString& target) {
+        httplib::Client client("127.0.0.1", service.port());
+        const auto answer = client.Get("/catalog?v=1&library=v.calib");
+        EXPECT_TRUE(answer && answer->status == 200);
+        test::writeFile(target, answer ? answer->body : std::string());
+        EXPECT_EQ("\"" + test::hashOf(target) + "\"", answer ? answer->get_header_value("ETag") : std::string());
     };
-    std::thread first(read, folder() / U"first", std::ref(reads[0]));
-    std::thread second(read, folder() / U"second", std::ref(reads[1]));
+    const test::Repeatedly first([&] { read(folder() / U"first"); });
+    const test::Repeatedly second([&] { read(folder() / U"second"); });
     for (int edition = 1; edition < editions; ++edition) {
         write(edition);
-        const int before[2] = {reads[0], reads[1]};
+        const std::size_t firstBefore = first.rounds().count();
+        const std::size_t secondBefore = second.rounds().count();
         publish();
         // Files stay for one more edition, so a reader that has begun with the earlier one can finish.
-        while (reads[0] < before[0] + 2 || reads[1] < before[1] + 2)
-            std::this_thread::yield();
+        first.rounds().waitFor(firstBefore + 2);
+        second.rounds().waitFor(secondBefore + 2);
     }
-    done = true;
-    first.join();
-    second.join();
 }
 
 TEST_F(SiteServiceTest, TellsWhatItServed)

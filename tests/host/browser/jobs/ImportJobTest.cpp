@@ -3,6 +3,7 @@
 #include "host/browser/filters/KindMenu.h"
 #include "host/browser/filters/ShownLibraries.h"
 #include "host/browser/jobs/InstalledFiles.h"
+#include "support/Eventually.h"
 #include "support/ZipBuilder.h"
 
 #include <VelkCommon/Archive/ZipUtils.h>
@@ -274,7 +275,7 @@ TEST_F(ImportJob, LeavesNothingWhenCancelledInTheMiddle)
     import({packed(U"chairs.calibz"), packed(U"tables.calibz")});
     auto* const panel = named<LibraryProgressPanel>("LibraryProgressPanel");
     ASSERT_NE(panel, nullptr);
-    test::waitUntil([panel] {
+    test::eventually([panel] {
         const auto labels = panel->findChildren<QLabel*>();
         return std::any_of(labels.begin(), labels.end(),
                            [](const QLabel* label) { return label->text().startsWith(QStringLiteral("Checking")); });

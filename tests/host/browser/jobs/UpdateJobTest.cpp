@@ -3,10 +3,12 @@
 
 #include "host/browser/search/SearchPane.h"
 #include "host/service/SiteService.h"
+#include "support/Eventually.h"
 #include "support/ScriptedServer.h"
 
 #include <VelkLibrary/ErrorLog.h>
 #include <VelkLibrary/UI/LibraryProgressPanel.h>
+#include <VelkLibrary/UI/ProgressGauge.h>
 
 #include <QLabel>
 #include <QLineEdit>
@@ -96,7 +98,7 @@ TEST_F(UpdateJob, KeepsTheHitThatIsLookedAt)
     openWindowWithService();
     named<QLineEdit>("searchBox")->setText(QStringLiteral("140"));
     VelkHost::SearchResultModel& hits = window().searchPane()->model();
-    test::waitUntil([&] { return hits.outcome() != nullptr; });
+    test::eventually([&] { return hits.outcome() != nullptr; });
     window().searchPane()->view()->setCurrentIndex(hits.index(0, 0, hits.index(0, 0)));
     EXPECT_EQ(named<QLabel>("detailName")->text(), QStringLiteral("Chair 140"));
     update();
@@ -186,7 +188,7 @@ protected:
         window().jobs().setService(QString::fromStdString(server.url("/api?key=k")));
         action("updateAction").trigger();
         gate.waitForArrivals(1);
-        test::waitUntil([this] { return named<LibraryProgressPanel>("LibraryProgressPanel")->isVisible(); });
+        test::eventually([this] { return named<LibraryProgressPanel>("LibraryProgressPanel")->isVisible(); });
     }
 
     const fileString furniture = core(U"furniture.calib");
@@ -208,6 +210,23 @@ TEST_F(UpdateJobRunning, IsTheOnlyJob)
     EXPECT_EQ(message(), "“furniture” was updated.");
     EXPECT_FALSE(user(U"garden.calib").pathExists());
     EXPECT_TRUE(action("importAction").isEnabled());
+}
+
+// How much there is to do is known when the service has answered.
+TEST_F(UpdateJobRunning, IsBusyAtFirst)
+{
+    test::Gate first;
+    Reply index;
+    index.beforeHeader = first;
+    server.on("/api", index);
+    openWindow();
+    window().jobs().setService(QString::fromStdString(server.url("/api?key=k")));
+    action("updateAction").trigger();
+    first.waitForArrivals(1);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window().findChild<ProgressGauge*>()->maximum(), 0);
+    first.openForGood();
+    waitForJob();
 }
 
 TEST_F(UpdateJobRunning, EndsWithTheWindow)

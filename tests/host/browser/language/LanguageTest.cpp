@@ -9,6 +9,8 @@
 #include "host/installation/DataError.h"
 #include "host/service/ServiceError.h"
 #include "host/support/FileError.h"
+#include "support/Eventually.h"
+#include "support/Numbers.h"
 
 #include <VelkCommon/Text/StringUtils.h>
 
@@ -68,9 +70,7 @@ protected:
         auto* const box = named<QLineEdit>("searchBox");
         box->clear();
         box->setText(QString::fromLatin1(text));
-        VelkHost::SearchPane& pane = *window().searchPane();
-        test::waitUntil(
-            [&] { return pane.model().outcome() != nullptr && pane.model().outcome()->text == box->text(); });
+        test::eventually([this] { return test::hasSearched(window()); });
     }
 
     /// The text without the marks of its keys.
@@ -114,7 +114,7 @@ TEST_P(WindowLanguage, IsThatOfMenusAndEmptyState)
     EXPECT_EQ(menuTitles(), GetParam().menus);
     EXPECT_EQ(window().windowTitle().toStdString(), GetParam().title);
     EXPECT_THAT(labelText("emptyState"), HasSubstr(GetParam().emptyState));
-    test::waitUntil([&] { return named<QComboBox>("filterBox")->count() == 1; });
+    test::eventually([&] { return named<QComboBox>("filterBox")->count() == 1; });
     EXPECT_EQ(named<QComboBox>("filterBox")->itemText(0).toStdString(), GetParam().noFilter);
 }
 
@@ -237,11 +237,11 @@ class LanguageTexts : public SpeakingWindow
 TEST_F(LanguageTexts, AreTheLibrarysToo)
 {
     speak("de");
-    EXPECT_EQ(StringUtils::loadString(8709), "%1% wird heruntergeladen");
-    EXPECT_EQ(StringUtils::loadString(8717), "Kataloge werden geprüft");
-    EXPECT_EQ(StringUtils::loadString(4711), "");
+    EXPECT_EQ(StringUtils::loadString(test::textNumber::downloading), "%1% wird heruntergeladen");
+    EXPECT_EQ(StringUtils::loadString(test::textNumber::checking), "Kataloge werden geprüft");
+    EXPECT_EQ(StringUtils::loadString(test::textNumber::unknown), "");
     speak("fr");
-    EXPECT_EQ(StringUtils::loadString(8717), "Vérification des catalogues");
+    EXPECT_EQ(StringUtils::loadString(test::textNumber::checking), "Vérification des catalogues");
 }
 
 TEST_F(LanguageTexts, WriteNumbersAsTheLanguageDoes)

@@ -2,6 +2,7 @@
 
 #include "host/browser/language/HostTexts.h"
 #include "host/browser/language/Translations.h"
+#include "support/QtProcesses.h"
 #include "support/TestHost.h"
 
 #include <VelkCommon/HostServices.h>
@@ -117,7 +118,7 @@ TEST_P(TranslationFile, HasTheTextsOfTheSources)
         arguments.append(QStringLiteral("-pluralonly"));
     QProcess lupdate;
     lupdate.start(QStringLiteral(VELK_LUPDATE), arguments);
-    ASSERT_TRUE(lupdate.waitForFinished(-1));
+    test::waitForEnd(lupdate);
     ASSERT_EQ(lupdate.exitCode(), 0) << lupdate.readAllStandardError().toStdString();
     const TranslatedTexts known = texts();
     const TranslatedTexts found = test::readTranslations(copy);
@@ -147,6 +148,7 @@ TEST(TranslationFiles, HaveTheReasonsThatThePartsOfTheHostGive)
     for (const char* folder : {"host/catalog", "host/installation", "host/service", "host/support", "host/browser"}) {
         QDirIterator files(test::sourcePath(QString::fromLatin1(folder)), {QStringLiteral("*.cpp")}, QDir::Files,
                            QDirIterator::Subdirectories);
+        ASSERT_TRUE(files.hasNext()) << folder;
         while (files.hasNext()) {
             QFile file(files.next());
             if (file.fileName().endsWith(QStringLiteral("Reasons.cpp")))

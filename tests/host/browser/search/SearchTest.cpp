@@ -2,6 +2,7 @@
 
 #include "host/browser/search/SearchPane.h"
 #include "host/browser/tree/LibraryDelegate.h"
+#include "support/Eventually.h"
 
 #include <QDialog>
 #include <QLabel>
@@ -42,23 +43,10 @@ protected:
     void type(const char* text)
     {
         QTest::keyClicks(&box(), QString::fromLatin1(text));
-        test::waitUntil(
-            [&] { return pane().model().outcome() != nullptr && pane().model().outcome()->text == box().text(); });
+        test::eventually([this] { return test::hasSearched(window()); });
     }
 
-    /// The groups' titles and, indented, the names of their hits.
-    QStringList found()
-    {
-        QStringList rows;
-        VelkHost::SearchResultModel& model = pane().model();
-        for (int group = 0; group < model.rowCount(); ++group) {
-            const QModelIndex index = model.index(group, 0);
-            rows.append(index.data().toString());
-            for (int hit = 0; hit < model.rowCount(index); ++hit)
-                rows.append(u' ' + model.index(hit, 0, index).data().toString());
-        }
-        return rows;
-    }
+    QStringList found() { return test::resultRows(pane().model()); }
 };
 
 TEST_F(WindowSearch, ShowsHitsInGroupsTheBestFirst)
@@ -157,7 +145,7 @@ TEST_F(WindowSearch, TheNextKeyEndsASearchUnderWay)
         [&](const std::shared_ptr<const VelkHost::SearchOutcome>& outcome) { searched.append(outcome->text); });
     pane().runner().searchNow(QStringLiteral("chair"));
     pane().runner().searchNow(QStringLiteral("lamp"));
-    test::waitUntil([&] { return !searched.isEmpty(); });
+    test::eventually([&] { return !searched.isEmpty(); });
     EXPECT_EQ(searched, QStringList(QStringLiteral("lamp")));
 }
 

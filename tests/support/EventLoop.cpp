@@ -1,4 +1,7 @@
-#include "support/QtThreads.h"
+#include "support/EventLoop.h"
+
+#include "support/EventLoopLimit.h"
+#include "support/Threads.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +10,6 @@
 #include <QEventLoop>
 
 #include <exception>
-#include <thread>
 
 #ifdef __GNUC__
 
@@ -41,11 +43,25 @@ private:
 
 }  // namespace
 
+void ensureApplication()
+{
+    static int argumentCount = 1;
+    static char name[] = "test";
+    static char* arguments[] = {name, nullptr};
+    static QCoreApplication application(argumentCount, arguments);
+}
+
+void deliverEvents()
+{
+    QCoreApplication::sendPostedEvents();
+}
+
 void runBesideEventLoop(const std::function<void()>& work)
 {
     QEventLoop loop;
     LoopEnd end(loop);
-    std::thread worker([&] {
+    const EventLoopLimit limit("the work beside the event loop does not end");
+    Thread worker([&] {
         try {
             work();
         } catch (const std::exception& error) {
@@ -55,7 +71,7 @@ void runBesideEventLoop(const std::function<void()>& work)
     });
     loop.exec();
     worker.join();
-    QCoreApplication::sendPostedEvents();
+    deliverEvents();
 }
 
 }  // namespace test
