@@ -70,7 +70,7 @@ TEST_F(LanguageOption, GoesBeforeTheSystem)
     EXPECT_THAT(english.errors, HasSubstr("is not a published site"));
 }
 
-TEST_F(LanguageOption, ListsTheLanguagesForOneThatIsNone)
+TEST_F(LanguageOption, ListsTheLanguagesForAnUnknownOne)
 {
     const Run unknown = run({QStringLiteral("--language"), QStringLiteral("xx")});
     EXPECT_NE(unknown.exitCode, 0);

@@ -113,7 +113,7 @@ TEST_F(CatalogFile, IsNotWrittenIntoAMissingFolder)
 
 // Files that are not catalog files
 
-TEST_F(CatalogFile, RefusesWhatIsNoFile)
+TEST_F(CatalogFile, RefusesPathsThatAreNotFiles)
 {
     EXPECT_EQ(refusal(), "does not exist");
     EXPECT_EQ(test::reasonOf([&] { readCatalog(folder(), CatalogContent::Names); }), "is a folder, not a file");

@@ -125,7 +125,7 @@ TEST_F(ManufacturerCommand, ChangesTheDefaultText)
     EXPECT_THAT(test::readFile(data()), HasSubstr("\"Default_Text\": \"Ask us\""));
 }
 
-TEST_F(ManufacturerCommand, RefusesWhatIsNoChange)
+TEST_F(ManufacturerCommand, RefusesWrongChanges)
 {
     writeData(test::manufacturerData("acme.png"));
     const std::string before = test::readFile(data());
@@ -435,7 +435,7 @@ TEST_F(FailingManufacturerUpdate, SaysWhy)
     EXPECT_THAT(refused(Reply::resetAtOnce()), Not(HasSubstr(": \n")));
 }
 
-TEST_F(FailingManufacturerUpdate, TellsWhichLogosDidNotCome)
+TEST_F(FailingManufacturerUpdate, TellsWhichLogosAreMissing)
 {
     const std::string time = R"("Last_Modified": "20990301T140559")";
     server.on("/data", Reply{.body = R"({"Version": "42", )" + time +

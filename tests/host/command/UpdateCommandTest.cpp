@@ -151,7 +151,7 @@ TEST_F(UpdateCommand, TellsScripts)
     EXPECT_EQ(object[QStringLiteral("resultCode")].toDouble(), double{LibraryCatalogUpdate::NothingRemarkable});
 }
 
-TEST_F(UpdateCommand, KeepsACatalogWhenWhatComesIsNone)
+TEST_F(UpdateCommand, KeepsACatalogWhenTheDownloadIsNotOne)
 {
     const std::string installed = catalogBytes("Plants");
     FileUtils::createDirectoriesWithPerm(home() / U"core");

@@ -282,7 +282,7 @@ TEST_F(FilterMerging, AddsAndTells)
     EXPECT_EQ(text(status()), "No filter was added. 2 filters were here already.");
 }
 
-TEST_F(FilterMerging, RefusesWhatIsNone)
+TEST_F(FilterMerging, RefusesOtherFiles)
 {
     haveFilter("Green", {"Garden"});
     open();

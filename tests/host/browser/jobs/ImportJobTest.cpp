@@ -122,7 +122,7 @@ TEST_F(ImportJob, TakesThePackedLibraryThatTheDialogGives)
     EXPECT_TRUE(archive.pathExists());
 }
 
-TEST_F(ImportJob, SaysWhatHidesWhatCame)
+TEST_F(ImportJob, SaysWhatHidesTheImportedLibrary)
 {
     openWindow();
     using VelkHost::LibraryKind;
@@ -175,7 +175,7 @@ TEST_F(ImportJob, SkipsWhatIsThere)
     EXPECT_EQ(firstItem(U"tables.calib"), "Table 100");
 }
 
-TEST_F(ImportJob, NeverReplacesWhatCameWithIt)
+TEST_F(ImportJob, NeverReplacesALibraryOfTheSameImport)
 {
     openWindow();
     importAndWait({packed(U"chairs.calibz"), file(U"chairs.calib", catalogFileBytes(furnitureCatalog("Armchair ")))});

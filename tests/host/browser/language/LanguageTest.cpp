@@ -306,7 +306,7 @@ TEST_F(ReasonInGerman, LeavesOutWhatATransferSays)
               "http://a.example/: nicht abrufbar");
 }
 
-TEST_F(ReasonInGerman, KnowsWantOfMemoryAndKeepsOtherTexts)
+TEST_F(ReasonInGerman, KnowsLackOfMemoryAndKeepsOtherTexts)
 {
     EXPECT_EQ(told(std::bad_alloc()), "Der Arbeitsspeicher reicht nicht aus");
     EXPECT_EQ(told(std::runtime_error("100 %")), "100 %");

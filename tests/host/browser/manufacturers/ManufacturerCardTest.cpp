@@ -284,7 +284,7 @@ TEST_F(ManufacturerLogoShown, NotWhenEnormous)
     EXPECT_EQ(logoOf("acme.png"), QSize());
 }
 
-TEST_F(ManufacturerLogoShown, NotWhenItIsNoPicture)
+TEST_F(ManufacturerLogoShown, NotWhenItIsNotAPicture)
 {
     test::writeFile(data(U"acme.png"), test::png("cut off"));
     EXPECT_EQ(logoOf("acme.png"), QSize());

@@ -233,7 +233,7 @@ TEST_F(ManufacturerRefreshing, SaysWhatFailed)
                 HasSubstr("The manufacturers are as they were: " + address + "manufacturers: "));
 }
 
-TEST_F(ManufacturerRefreshing, RefusesWhatIsNoAddress)
+TEST_F(ManufacturerRefreshing, RefusesTextsThatAreNotAddresses)
 {
     paneOf(0, {{}, "file:///etc/"});
     refresh();
