@@ -38,7 +38,7 @@ FilterChange addToFilter(const std::string& name, const std::vector<std::string>
 
 /// Takes libraries out of a filter.
 void removeFromFilter(const std::string& name, const std::vector<std::string>& ids);
-/// Removes a filter; true when it was the current one, and now none is.
+/// Removes a filter; true when it was the current one, so that no filter is in force now.
 bool removeFilter(const std::string& name);
 
 /// Puts a filter in force; noFilterId for none.

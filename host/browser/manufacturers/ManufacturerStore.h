@@ -34,7 +34,7 @@ class ManufacturerStore : public QObject
 
 public:
     explicit ManufacturerStore(QObject* parent = nullptr);
-    /// Ends a refresh under way, and waits for what is being saved.
+    /// Ends a refresh under way, and waits until changes are saved.
     ~ManufacturerStore() override;
 
     const ManufacturerBook& book() const { return book_; }

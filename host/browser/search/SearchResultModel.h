@@ -24,7 +24,7 @@ public:
     /// The side of the pictures, in the screen's pixels.
     void setPictureSide(int side);
 
-    /// Shows an outcome; null for none.
+    /// Shows an outcome; nothing when it is null.
     void setOutcome(std::shared_ptr<const SearchOutcome> outcome);
     const SearchOutcome* outcome() const { return outcome_.get(); }
 

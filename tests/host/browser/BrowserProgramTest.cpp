@@ -10,7 +10,7 @@ using testing::HasSubstr;
 
 namespace {
 
-/// The program, which cannot serve a folder that is no site and says so in its language.
+/// The program, which cannot serve a folder that is not a site, and says so in its language.
 class BrowserProgram : public testing::Test
 {
 protected:
@@ -70,7 +70,7 @@ TEST_F(LanguageOption, GoesBeforeTheSystem)
     EXPECT_THAT(english.errors, HasSubstr("is not a published site"));
 }
 
-TEST_F(LanguageOption, ListsTheLanguagesForOneThatIsNone)
+TEST_F(LanguageOption, ListsTheLanguagesForAnUnknownOne)
 {
     const Run unknown = run({QStringLiteral("--language"), QStringLiteral("xx")});
     EXPECT_NE(unknown.exitCode, 0);

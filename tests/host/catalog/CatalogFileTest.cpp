@@ -111,9 +111,9 @@ TEST_F(CatalogFile, IsNotWrittenIntoAMissingFolder)
                 testing::StartsWith("cannot be written"));
 }
 
-// What is no catalog
+// Files that are not catalog files
 
-TEST_F(CatalogFile, RefusesWhatIsNoFile)
+TEST_F(CatalogFile, RefusesPathsThatAreNotFiles)
 {
     EXPECT_EQ(refusal(), "does not exist");
     EXPECT_EQ(test::reasonOf([&] { readCatalog(folder(), CatalogContent::Names); }), "is a folder, not a file");
@@ -156,7 +156,7 @@ TEST_F(CatalogFile, RefusesANewerVersion)
     EXPECT_EQ(refusal(), "was made by a newer version of velk (format 2, this one reads 1)");
 }
 
-// What somebody did to a catalog
+// Catalog files that somebody has changed
 
 struct ChangeCase
 {

@@ -141,7 +141,7 @@ TEST_F(FurnitureLibrary, ListsItsLanguages)
               "has no names in \"fr\"; it has de, pt, pt_PT (without --language you get the library's own names)");
 }
 
-TEST_F(FurnitureLibrary, RefusesWhatIsNoLibrary)
+TEST_F(FurnitureLibrary, RefusesOtherArchives)
 {
     EXPECT_EQ(refusal({{"a.txt", "x"}}),
               "is not a furniture library: it holds no \"PluginFurnitureCatalog.properties\"");

@@ -36,7 +36,7 @@ protected:
         return velk(arguments);
     }
 
-    /// Does what must go well.
+    /// Runs a command that must succeed.
     void have(const std::vector<std::string>& arguments) const
     {
         const ProgramRun run = filter(arguments);
@@ -151,7 +151,7 @@ TEST_F(FilterCommand, RemovesLibrariesAndFilters)
     EXPECT_EQ(filter({"remove", "A"}).output, "Removed the filter \"A\"; now no filter is in force.\n");
     EXPECT_EQ(filter({"remove", "A"}).exitCode, test::exitCode::dataFailed);
     EXPECT_EQ(filter({"remove", "B"}).output, "Removed the filter \"B\".\n");
-    EXPECT_FALSE(file().pathExists()) << "the library writes no empty list";
+    EXPECT_FALSE(file().pathExists()) << "the module writes no empty list";
     EXPECT_EQ(filter({"list", "--format", "json"}).exitCode, 0);
     EXPECT_THAT(filter({"show", "B"}).errors, HasSubstr("There are none yet; \"velk filter add\" makes one."));
 }

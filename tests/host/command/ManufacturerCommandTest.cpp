@@ -34,7 +34,7 @@ protected:
         return run;
     }
 
-    /// Does what must go well.
+    /// Runs a command that must succeed.
     void have(const std::vector<std::string>& arguments, const std::string& home = "home") const
     {
         const ProgramRun run = velk(arguments, home);
@@ -125,7 +125,7 @@ TEST_F(ManufacturerCommand, ChangesTheDefaultText)
     EXPECT_THAT(test::readFile(data()), HasSubstr("\"Default_Text\": \"Ask us\""));
 }
 
-TEST_F(ManufacturerCommand, RefusesWhatIsNoChange)
+TEST_F(ManufacturerCommand, RefusesWrongChanges)
 {
     writeData(test::manufacturerData("acme.png"));
     const std::string before = test::readFile(data());
@@ -267,7 +267,7 @@ class ManufacturerUpdateCommand : public ManufacturerCommand
 protected:
     ManufacturerUpdateCommand() { test::writeCatalogFile(input(U"core/a.calib"), "A"); }
 
-    /// Publishes what the publisher keeps in a home of its own.
+    /// Publishes the cards that the publisher keeps in its own home.
     void publishCards()
     {
         const fileString kept = folder() / U"publisher" / U"manufacturer-data" / U"manufacturer_data.json";
@@ -308,7 +308,7 @@ TEST_F(ManufacturerUpdateCommand, BringsCardsAndLogos)
     test::writeFileDeep(input(U"logos/T\u00FCr 1.png"), test::png("one"));
     publishCards();
     have({"edit", "9", "--new", "--name", "Mine"});
-    // Made after it was published, so older than the next edition.
+    // This change is made after the cards were published, so it is older than the next edition.
     keep({"edit", "2", "--phone", "1"});
     publishCards();
     const ProgramRun run = update();
@@ -435,7 +435,7 @@ TEST_F(FailingManufacturerUpdate, SaysWhy)
     EXPECT_THAT(refused(Reply::resetAtOnce()), Not(HasSubstr(": \n")));
 }
 
-TEST_F(FailingManufacturerUpdate, TellsWhichLogosDidNotCome)
+TEST_F(FailingManufacturerUpdate, TellsWhichLogosAreMissing)
 {
     const std::string time = R"("Last_Modified": "20990301T140559")";
     server.on("/data", Reply{.body = R"({"Version": "42", )" + time +

@@ -25,7 +25,7 @@ protected:
     ProgramRun velk(const std::vector<std::string>& arguments) const { return test::runProgram(folder(), arguments); }
 };
 
-/// "velk serve" in a process of its own.
+/// "velk serve" in its own process.
 class Serving
 {
 public:
@@ -42,7 +42,7 @@ public:
         test::waitForEnd(process_);
     }
 
-    /// Without the words around it and without the path.
+    /// The service's address without its path, taken from the program's output.
     std::string origin() const
     {
         constexpr std::size_t words = sizeof "The service address is " - 1;
@@ -50,7 +50,7 @@ public:
                                  firstLine_.size() - std::min(words + 2, firstLine_.size()));
     }
 
-    /// As Ctrl-C does; the exit code.
+    /// Ends the service as Ctrl-C does; returns the exit code.
     int interrupt()
     {
         EXPECT_EQ(::kill(static_cast<pid_t>(process_.processId()), SIGINT), 0);

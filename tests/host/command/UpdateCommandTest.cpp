@@ -33,7 +33,7 @@ using testing::IsEmpty;
 
 namespace {
 
-/// A small catalog's file, named so.
+/// The bytes of a small catalog file of that name.
 std::string catalogBytes(const std::string& name)
 {
     const test::TemporaryFolder folder;
@@ -54,7 +54,7 @@ std::string sha1(const std::string& bytes)
 class UpdateCommand : public test::TestHost
 {
     std::mutex mutex_;
-    std::map<std::string, Reply> answers_;  // before the server, whose threads use them
+    std::map<std::string, Reply> answers_;  // declared before the server, whose threads use them
 
 protected:
     UpdateCommand()
@@ -151,7 +151,7 @@ TEST_F(UpdateCommand, TellsScripts)
     EXPECT_EQ(object[QStringLiteral("resultCode")].toDouble(), double{LibraryCatalogUpdate::NothingRemarkable});
 }
 
-TEST_F(UpdateCommand, KeepsACatalogWhenWhatComesIsNone)
+TEST_F(UpdateCommand, KeepsACatalogWhenTheDownloadIsNotOne)
 {
     const std::string installed = catalogBytes("Plants");
     FileUtils::createDirectoriesWithPerm(home() / U"core");
@@ -299,7 +299,7 @@ protected:
         return test::runProgram(folder(), arguments);
     }
 
-    /// What was downloaded since the last question.
+    /// What was downloaded since the last call.
     std::vector<std::string> fetched()
     {
         const std::lock_guard lock(mutex_);

@@ -12,7 +12,7 @@ using testing::StartsWith;
 
 namespace {
 
-/// Runs the real program in a folder of its own.
+/// Runs the real program in its own folder.
 class VelkProgram : public test::TestHost
 {
 protected:
@@ -134,7 +134,7 @@ TEST_F(VelkProgram, MatchesWholeWordsInLegacySearches)
 
 TEST_F(VelkProgram, TakesTextAsTyped)
 {
-    // Each is one argument that means something to some command line parser.
+    // Each of these arguments means something special to some command line parser.
     for (const char* text : {"[oak]", "[a,b]", "%%", "%x", "search", "catalog", "tour", "/h", "a=b", "\u6905"})
         EXPECT_THAT(velk({"search", "--explain", "--", text}).output,
                     HasSubstr("1. all of:  \"" + std::string(text) + "\"\n"))

@@ -68,7 +68,7 @@ TEST_F(InstalledFilters, AreAsTheyWereWhenAChangeCannotBeSaved)
     EXPECT_THAT(namesOf(manager.getLibraryFilters()), ElementsAre("A"));
 }
 
-// Messages of another worker say nothing about a file that was saved.
+// A save that succeeds does not fail because another worker sends messages meanwhile.
 TEST_F(InstalledFilters, AreSavedWhileTheUserGetsMessages)
 {
     constexpr int changes = 100;

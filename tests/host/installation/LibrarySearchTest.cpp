@@ -11,7 +11,7 @@ namespace {
 class LibrarySearch : public test::TestHost
 {
 protected:
-    /// Libraries made of (library name, item names); each item lies in the folder "Room".
+    /// Libraries made of (library name, item names); each item is in the folder "Room".
     static LibrarySet libraries(const std::vector<std::pair<std::string, std::vector<std::string>>>& contents)
     {
         LibrarySet set;

@@ -38,7 +38,7 @@ protected:
     std::string endpoint() const { return server_->origin() + "/catalog?v=1"; }
     std::string request(const std::string& library) const { return endpoint() + "&library=" + library; }
 
-    /// What the server was asked, all of it in HTTP/2 and over one connection.
+    /// How many requests the server got; checks that all came in HTTP/2 over one connection.
     std::size_t requestsOverOneConnection()
     {
         const std::vector<test::NginxRequest> requests = server_->stop();
@@ -53,7 +53,7 @@ protected:
         return requests.size();
     }
 
-    /// Updates the installation; the outcome.
+    /// Updates the installation; returns the outcome.
     std::int32_t update()
     {
         test::RecordingReceiver receiver;
@@ -106,7 +106,7 @@ TEST_F(Http2, CarriesHeaders)
     EXPECT_EQ(requestsOverOneConnection(), 2U);
 }
 
-// More than are on their way at a time, in an order that the answers do not keep.
+// There are more requests than run at a time, and the answers come in another order.
 TEST_F(Http2, CarriesManyHeadersAtOnce)
 {
     const auto libraries = table().libraries;

@@ -100,7 +100,7 @@ TEST_F(Nginx, ServesANewEditionAfterAReload)
                                   .tag +
                               "\"";
     ASSERT_NE(before, after);
-    // The previous edition is still whole for those who do not know the new one.
+    // Clients that do not know of the new edition still find the previous one whole.
     EXPECT_EQ(client.Get(target)->status, 200);
     VelkHost::writeNginxConfiguration(site(), configuration());
     server.reload();

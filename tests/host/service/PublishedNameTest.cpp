@@ -28,12 +28,12 @@ const NameCase nameCases[] = {
     {"LikeADevice", "console.calib", ""},
     {"TwoHundred", std::string(200, 'n') + ".calib", ""},
     {"LongestStem", std::string(246, 'n') + ".calib", ""},
-    // What does not survive in the request
+    // Names that do not survive in the request
     {"Percent", "100% wool.calib", "\"%\""},
     {"Ampersand", "Smith & Sons.calib", "\"&\""},
     {"NumberSign", "No #1.calib", "\"#\""},
     {"Plus", "A+B.calib", "\"+\""},
-    // What not every disk can store
+    // Names that not every disk can store
     {"Empty", "", "is not a file name"},
     {"Parent", "..", "is not a file name"},
     {"Slash", "a/b.calib", "\"/\""},

@@ -39,7 +39,7 @@ TEST_F(SiteServiceTest, AnswersTheSameOverTls)
     test::expectAnswers(client, test::serviceRequests(served()));
 }
 
-// The names as the client's own transport brings them.
+// The names arrive as the client's own transport encodes them.
 TEST_F(SiteServiceTest, UnderstandsTheClient)
 {
     const SiteService service(options());
@@ -86,7 +86,7 @@ TEST_F(SiteServiceTest, SaysThatItsSiteIsDamaged)
     EXPECT_FALSE(cut && cut->status == 200 && cut->body.empty());
 }
 
-// What is on its way arrives as it was when it was asked for, while editions come and go.
+// A file that is being sent arrives as it was when it was asked for, while editions come and go.
 TEST_F(SiteServiceTest, ShowsReadersOneEditionWhileOthersArePublished)
 {
     constexpr int editions = 8;
@@ -110,7 +110,7 @@ TEST_F(SiteServiceTest, ShowsReadersOneEditionWhileOthersArePublished)
         const std::size_t firstBefore = first.rounds().count();
         const std::size_t secondBefore = second.rounds().count();
         publish();
-        // Files stay for one more edition: whoever has begun to read before this one comes to an end.
+        // Files stay for one more edition, so a reader that has begun with the earlier one can finish.
         first.rounds().waitFor(firstBefore + 2);
         second.rounds().waitFor(secondBefore + 2);
     }

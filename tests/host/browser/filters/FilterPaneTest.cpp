@@ -45,7 +45,7 @@ protected:
     QComboBox* box() { return find<QComboBox>("filterBox"); }
     QAction* action(const char* objectName) { return find<QAction>(objectName); }
 
-    /// Chooses an entry in the box with the keyboard, as from "from".
+    /// Chooses an entry in the box with the keyboard.
     void chooseInBox(int entry)
     {
         box()->setFocus();
@@ -276,13 +276,13 @@ TEST_F(FilterMerging, AddsAndTells)
     merge(twoFilters);
     EXPECT_EQ(box()->count(), 3);
     EXPECT_EQ(text(status()), "1 filter added: Wet. 1 filter was here already.");
-    EXPECT_EQ(box()->currentIndex(), 0) << "what is in force stays";
+    EXPECT_EQ(box()->currentIndex(), 0) << "the filter in force stays";
     EXPECT_THAT(savedFilters(), HasSubstr(R"("Filter_Name":"Wet")"));
     merge(twoFilters);
     EXPECT_EQ(text(status()), "No filter was added. 2 filters were here already.");
 }
 
-TEST_F(FilterMerging, RefusesWhatIsNone)
+TEST_F(FilterMerging, RefusesOtherFiles)
 {
     haveFilter("Green", {"Garden"});
     open();

@@ -76,7 +76,7 @@ protected:
 
     void expectNothingLeft()
     {
-        EXPECT_THAT(test::listFolder(folder() / U"user"), Each(StrEq("browser.ini")));  // what the window was like
+        EXPECT_THAT(test::listFolder(folder() / U"user"), Each(StrEq("browser.ini")));  // the window's state
         EXPECT_THAT(test::listFolder(folder() / U"textures"), IsEmpty());
         EXPECT_THAT(test::listFolder(folder() / U"temp"), IsEmpty());
         EXPECT_EQ(model().rowCount(), 0);
@@ -122,7 +122,7 @@ TEST_F(ImportJob, TakesThePackedLibraryThatTheDialogGives)
     EXPECT_TRUE(archive.pathExists());
 }
 
-TEST_F(ImportJob, SaysWhatHidesWhatCame)
+TEST_F(ImportJob, SaysWhatHidesTheImportedLibrary)
 {
     openWindow();
     using VelkHost::LibraryKind;
@@ -175,7 +175,7 @@ TEST_F(ImportJob, SkipsWhatIsThere)
     EXPECT_EQ(firstItem(U"tables.calib"), "Table 100");
 }
 
-TEST_F(ImportJob, NeverReplacesWhatCameWithIt)
+TEST_F(ImportJob, NeverReplacesALibraryOfTheSameImport)
 {
     openWindow();
     importAndWait({packed(U"chairs.calibz"), file(U"chairs.calib", catalogFileBytes(furnitureCatalog("Armchair ")))});

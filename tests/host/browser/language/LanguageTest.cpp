@@ -73,7 +73,7 @@ protected:
         test::eventually([this] { return test::hasSearched(window()); });
     }
 
-    /// Without the keys.
+    /// The text without the marks of its keys.
     static std::string plain(QString text) { return text.remove(u'&').toStdString(); }
 
     std::vector<std::string> menuTitles()
@@ -172,7 +172,7 @@ INSTANTIATE_TEST_SUITE_P(
 class WindowKeys : public SpeakingWindow, public testing::WithParamInterface<const char*>
 {
 protected:
-    /// The keys of texts that are there at the same time; fails the test when two are alike.
+    /// Fails the test when two texts that are seen at the same time have the same key.
     static void expectDifferent(const QStringList& texts, const std::string& where)
     {
         std::map<QString, QString> taken;
@@ -306,7 +306,7 @@ TEST_F(ReasonInGerman, LeavesOutWhatATransferSays)
               "http://a.example/: nicht abrufbar");
 }
 
-TEST_F(ReasonInGerman, KnowsWantOfMemoryAndKeepsOtherTexts)
+TEST_F(ReasonInGerman, KnowsLackOfMemoryAndKeepsOtherTexts)
 {
     EXPECT_EQ(told(std::bad_alloc()), "Der Arbeitsspeicher reicht nicht aus");
     EXPECT_EQ(told(std::runtime_error("100 %")), "100 %");

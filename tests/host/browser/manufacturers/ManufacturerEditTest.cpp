@@ -139,7 +139,7 @@ TEST_F(ManufacturerEditing, StaysOpenWhenItCannotSave)
     EXPECT_THAT(problem->text().toStdString(), HasSubstr("\"../acme.png\" is not a plain file name for a logo"));
     EXPECT_TRUE(problem->isVisible());
     EXPECT_EQ(problem->textFormat(), Qt::PlainText);
-    EXPECT_EQ(line("cardLogo")->text(), QStringLiteral("../acme.png")) << "what was entered is not lost";
+    EXPECT_EQ(line("cardLogo")->text(), QStringLiteral("../acme.png")) << "the entered text is not lost";
     enter("cardLogo", "new.png");
     accept();
     EXPECT_EQ(window().findChild<ManufacturerEditor*>(), nullptr);
@@ -233,7 +233,7 @@ TEST_F(ManufacturerRefreshing, SaysWhatFailed)
                 HasSubstr("The manufacturers are as they were: " + address + "manufacturers: "));
 }
 
-TEST_F(ManufacturerRefreshing, RefusesWhatIsNoAddress)
+TEST_F(ManufacturerRefreshing, RefusesTextsThatAreNotAddresses)
 {
     paneOf(0, {{}, "file:///etc/"});
     refresh();
@@ -251,7 +251,7 @@ TEST_F(ManufacturerRefreshing, CanBeStopped)
     EXPECT_THAT(VelkHost::installedManufacturers().cards, testing::IsEmpty());
 }
 
-// Else the logos that did not come would never be asked for again.
+// Otherwise the missing logos would never be asked for again.
 TEST_F(ManufacturerRefreshing, BringsAllNextTimeWhenItWasStopped)
 {
     std::stop_source source;
@@ -283,7 +283,7 @@ TEST_F(ManufacturerRefreshing, EndsWithTheWindow)
         find<QAction>("refreshManufacturersAction")->trigger();
         server.waitForRequests(hasData ? 2 : 1);
         close();  // would take a minute
-        EXPECT_EQ(server.requests("/manufacturers").size(), 1U) << "the data are downloaded once";
+        EXPECT_EQ(server.requests("/manufacturers").size(), 1U) << "the data is downloaded once";
     }
 }
 
