@@ -103,63 +103,54 @@ public:
     struct VELKLIBRARY_EXPORT push_string : action
     {
         using action::action;
-        /// Does it.
         void operator()(const char* first, const char* last) const;
     };
     /// An integer: pushes it.
     struct VELKLIBRARY_EXPORT push_int : action
     {
         using action::action;
-        /// Does it.
         void operator()(int value) const;
     };
     /// A real number: pushes it.
     struct VELKLIBRARY_EXPORT push_double : action
     {
         using action::action;
-        /// Does it.
         void operator()(double value) const;
     };
     /// "true" or "false": pushes true when the token begins with "t".
     struct VELKLIBRARY_EXPORT push_boolean : action
     {
         using action::action;
-        /// Does it.
         void operator()(const char* first, const char* last) const;
     };
     /// "null": pushes a node that holds nothing.
     struct VELKLIBRARY_EXPORT push_null : action
     {
         using action::action;
-        /// Does it.
         void operator()(const char* first, const char* last) const;
     };
     /// "[": pushes an array_delimiter.
     struct VELKLIBRARY_EXPORT begin_array : action
     {
         using action::action;
-        /// Does it.
         void operator()(char bracket) const;
     };
     /// "]": replaces what lies above the last array_delimiter, and this, by an array of it.
     struct VELKLIBRARY_EXPORT end_array : action
     {
         using action::action;
-        /// Does it.
         void operator()(char bracket) const;
     };
     /// "{": pushes an object_delimiter.
     struct VELKLIBRARY_EXPORT begin_object : action
     {
         using action::action;
-        /// Does it.
         void operator()(char bracket) const;
     };
     /// A member's value was pushed: replaces it and the key below it by their pair.
     struct VELKLIBRARY_EXPORT create_pair : action
     {
         using action::action;
-        /// Does it.
         void operator()(const char* first, const char* last) const;
     };
     /// "}": replaces the pairs above the last object_delimiter, and this, by an object of them. The last
@@ -167,7 +158,6 @@ public:
     struct VELKLIBRARY_EXPORT end_object : action
     {
         using action::action;
-        /// Does it.
         void operator()(char bracket) const;
     };
 

@@ -21,10 +21,11 @@ public:
     /// Any text, also an empty one, with which the filter file drops it.
     void setFilterName(std::string name);
 
-    /// -1 when it is no filter.
+    /// The filter's id; -1 when it is no filter.
+    /// @{
     long getFilterId() const noexcept { return filterId_; }
-    /// Any number.
     void setFilterId(long id) noexcept { filterId_ = id; }
+    /// @}
 
     /// The reference is valid until the filter changes.
     const std::vector<std::string>& getDatabaseIds() const noexcept { return databaseIds_; }
