@@ -42,17 +42,19 @@ public:
     /// All bytes, zero bytes included.
     ErrorLog& operator<<(const std::string& text);
     /// As UTF-8.
+    /// @{
     ErrorLog& operator<<(const std::u32string& text);
-    /// As UTF-8.
     ErrorLog& operator<<(std::u32string_view text);
+    /// @}
     /// As UTF-8, up to the terminator.
     ErrorLog& operator<<(const char32_t* text);
     /// The path as people read it.
     ErrorLog& operator<<(const fileString& path);
     /// In the stream's number base, which is decimal at first.
+    /// @{
     ErrorLog& operator<<(const long long& value);
-    /// In the stream's number base, too.
     ErrorLog& operator<<(const unsigned long long& value);
+    /// @}
     /// The bytes up to the terminator. A null pointer inserts nothing, here and above.
     ErrorLog& operator<<(const char* text);
 

@@ -22,10 +22,11 @@ public:
     /// Takes any text. A filter without a name is dropped when the filter file is read.
     void setFilterName(std::string name);
 
-    /// -1 when this stands for no filter.
+    /// The filter's id, any number; -1 when this stands for no filter.
+    /// @{
     long getFilterId() const noexcept { return filterId_; }
-    /// Takes any number.
     void setFilterId(long id) noexcept { filterId_ = id; }
+    /// @}
 
     /// The reference is valid until the filter changes.
     const std::vector<std::string>& getDatabaseIds() const noexcept { return databaseIds_; }

@@ -13,13 +13,13 @@
 /// Small operations on text. None throws but for memory; all may be called from any thread.
 namespace StringUtils {
 
-/// The host's numbered text in the user's language, as UTF-8. A number that the host does not know
-/// yields the built-in English text; one that nobody knows yields an empty text.
+/// The host's numbered text in the user's language; narrow text is UTF-8. A number that the host does not
+/// know yields the built-in English text; one that nobody knows yields an empty text.
+/// @{
 VELKCOMMON_EXPORT std::string loadString(unsigned int id);
-/// The same as UTF-32.
 VELKCOMMON_EXPORT std::u32string loadUnicodeString(unsigned int id);
-/// The same as Qt's text.
 VELKCOMMON_EXPORT QString loadQString(unsigned int id);
+/// @}
 
 /// Replaces every occurrence of `from` in `text`, left to right; the search goes on behind each
 /// inserted text, so a `to` that contains `from` is fine. An empty `from` replaces nothing.

@@ -187,7 +187,7 @@ double valueOf(const RealText& text)
 // ---- Spirit's parsers of the tokens --------------------------------------------------------------
 
 // Skips white space in front of tokens. Spirit's own skipper asks the global locale about each character.
-struct skip_blanks : spirit::skipper_iteration_policy<>
+struct SkipBlanks : spirit::skipper_iteration_policy<>
 {
     template <typename Scanner>
     void skip(const Scanner& scan) const
@@ -197,20 +197,20 @@ struct skip_blanks : spirit::skipper_iteration_policy<>
     }
 };
 
-using scanner = spirit::scanner<const char*, spirit::scanner_policies<skip_blanks>>;
+using TextScanner = spirit::scanner<const char*, spirit::scanner_policies<SkipBlanks>>;
 
 // A match of the text from the scanner's place to `end`.
 template <typename Attribute>
-spirit::match<Attribute> matchUpTo(const char* end, const Attribute& attribute, const scanner& scan)
+spirit::match<Attribute> matchUpTo(const char* end, const Attribute& attribute, const TextScanner& scan)
 {
     const char* const begin = scan.first;
     scan.first = end;
     return scan.create_match(static_cast<std::size_t>(end - begin), attribute, begin, end);
 }
 
-struct string_parser : spirit::parser<string_parser>
+struct StringParser : spirit::parser<StringParser>
 {
-    spirit::match<> parse(const scanner& scan) const
+    spirit::match<> parse(const TextScanner& scan) const
     {
         const char* const end = endOfString(scan.first, scan.last);
         return end != nullptr ? matchUpTo(end, spirit::nil_t(), scan) : scan.no_match();
@@ -218,7 +218,7 @@ struct string_parser : spirit::parser<string_parser>
 };
 
 template <typename Number>
-struct number_parser : spirit::parser<number_parser<Number>>
+struct NumberParser : spirit::parser<NumberParser<Number>>
 {
     template <typename Scanner>
     struct result
@@ -226,7 +226,7 @@ struct number_parser : spirit::parser<number_parser<Number>>
         using type = spirit::match<Number>;
     };
 
-    spirit::match<Number> parse(const scanner& scan) const
+    spirit::match<Number> parse(const TextScanner& scan) const
     {
         const auto number = numberAt(scan.first, scan.last);
         return number ? matchUpTo(number->second, number->first, scan) : spirit::match<Number>();
@@ -238,14 +238,14 @@ private:
 };
 
 template <>
-std::optional<std::pair<double, const char*>> number_parser<double>::numberAt(const char* first, const char* last)
+std::optional<std::pair<double, const char*>> NumberParser<double>::numberAt(const char* first, const char* last)
 {
     const auto text = realTextAt(first, last);
     return text ? std::optional(std::pair(valueOf(*text), text->end)) : std::nullopt;
 }
 
 template <>
-std::optional<std::pair<int, const char*>> number_parser<int>::numberAt(const char* first, const char* last)
+std::optional<std::pair<int, const char*>> NumberParser<int>::numberAt(const char* first, const char* last)
 {
     // The standard library does not accept a "+", so the number is read from behind it. A second sign is
     // refused.
@@ -260,7 +260,7 @@ std::optional<std::pair<int, const char*>> number_parser<int>::numberAt(const ch
 // ---- Levels --------------------------------------------------------------------------------------
 
 // Counts the open brackets. A level that is refused ends the parse, so the count does not matter after that.
-class nesting
+class Nesting
 {
 public:
     bool enter() { return ++level_ <= deepestLevel; }
@@ -270,15 +270,15 @@ private:
     int level_ = 0;
 };
 
-struct enter_level
+struct EnterLevel
 {
-    nesting* levels;
+    Nesting* levels;
     bool operator()() const { return levels->enter(); }
 };
 
-struct leave_level
+struct LeaveLevel
 {
-    nesting* levels;
+    Nesting* levels;
     void operator()(char) const { levels->leave(); }
 };
 
@@ -423,18 +423,18 @@ void grammar<char>::end_object::operator()(char) const
 template <typename Scanner>
 struct grammar<char>::definition
 {
-    using rule = spirit::rule<Scanner>;
+    using Rule = spirit::rule<Scanner>;
 
     explicit definition(stack_type& stack)
     {
         using spirit::ch_p;
         using spirit::eps_p;
         using spirit::str_p;
-        const string_parser string;
-        const number_parser<double> real;
-        const number_parser<int> integer;
-        const enter_level deeper{&levels};
-        const leave_level done{&levels};
+        const StringParser string;
+        const NumberParser<double> real;
+        const NumberParser<int> integer;
+        const EnterLevel deeper{&levels};
+        const LeaveLevel done{&levels};
 
         // clang-format off
         value  = string[push_string(stack, &spares)]
@@ -455,17 +455,17 @@ struct grammar<char>::definition
     }
 
     spare_nodes spares;
-    nesting levels;
-    rule value;
-    rule object;
-    rule pair;
-    rule array;
+    Nesting levels;
+    Rule value;
+    Rule object;
+    Rule pair;
+    Rule array;
 };
 
 bool grammar<char>::parse(const char*& first, const char* last) const
 {
-    const definition<scanner> rules(*values_);
-    return static_cast<bool>(rules.value.parse(scanner(first, last)));
+    const definition<TextScanner> rules(*values_);
+    return static_cast<bool>(rules.value.parse(TextScanner(first, last)));
 }
 
 // ---- Reading -------------------------------------------------------------------------------------

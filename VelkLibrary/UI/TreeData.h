@@ -47,14 +47,16 @@ public:
     virtual bool isValid() const = 0;
 
     /// The node as a library item; null when it is not an item. No dynamic cast.
-    virtual const TreeItemData* asItemData() const;
-    /// The same for a node that may be changed.
+    /// @{
     TreeItemData* asItemData();
+    virtual const TreeItemData* asItemData() const;
+    /// @}
 
     /// The node as a folder; null when it is not a folder, and a category is not one. No dynamic cast.
-    virtual const TreeFolderData* asFolderData() const;
-    /// The same for a node that may be changed.
+    /// @{
     TreeFolderData* asFolderData();
+    virtual const TreeFolderData* asFolderData() const;
+    /// @}
 
     /// Whether the node is a library item.
     bool isItem() const;
@@ -69,9 +71,10 @@ public:
     const fileString& getDatabasePath() const noexcept { return databasePath_; }
 
     /// The name that the tree shows.
+    /// @{
     std::u32string getItemName() const;
-    /// Changes the name that the tree shows.
     void setItemName(std::u32string_view name);
+    /// @}
 
     /// The order of the tree: categories and folders before items, otherwise by name without regard to
     /// letter case. Negative when `a` comes first, positive when `b` does, zero when neither does. Ids and

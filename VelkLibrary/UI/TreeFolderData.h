@@ -19,7 +19,6 @@ public:
     bool isValid() const override;
 
     using TreeData::asFolderData;
-    /// This folder.
     const TreeFolderData* asFolderData() const override;
 };
 

@@ -25,7 +25,6 @@ public:
     bool isValid() const override;
 
     using TreeData::asItemData;
-    /// This item.
     const TreeItemData* asItemData() const override;
 
     /// Whether both are the same item: equal catalog files, ids and selection pane names. The name in the tree
@@ -33,9 +32,10 @@ public:
     bool operator==(const TreeItemData& other) const;
 
     /// The name that the selection pane shows; empty until it is set.
+    /// @{
     std::u32string getSelectionPaneName() const;
-    /// Changes the name that the selection pane shows.
     void setSelectionPaneName(std::u32string name);
+    /// @}
 
 private:
     std::u32string selectionPaneName_;

@@ -47,6 +47,10 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    void buildHead();
+    void buildResults();
+    void buildLayout();
+    void connectAll();
     void showOutcome(const std::shared_ptr<const SearchOutcome>& outcome);
     void showSummary();
     void retranslate();
