@@ -45,7 +45,8 @@ function(velk_library_properties target export_name)
     set_target_properties(${target} PROPERTIES
         EXPORT_NAME ${export_name}
         VERSION ${PROJECT_VERSION}
-        SOVERSION ${PROJECT_VERSION_MAJOR}
+        # As long as a new minor version may break programs, it has a name of its own for the loader, too.
+        SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}
         COMPILE_WARNING_AS_ERROR ${VELK_WERROR}
         VERIFY_INTERFACE_HEADER_SETS ON)
 endfunction()

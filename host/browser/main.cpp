@@ -14,6 +14,7 @@
 
 #include <VelkCommon/HostServices.h>
 #include <VelkCommon/Network/Curl.h>
+#include <VelkCommon/Version.h>
 
 #include <QApplication>
 #include <QColor>
@@ -78,6 +79,7 @@ CommandLine parsed(int argumentCount, char** arguments)
     parser.add_option("--language", line.language, "The language of the window (default: the system's)")
         ->type_name("CODE")
         ->check(CLI::IsMember(windowLanguages()));
+    parser.set_version_flag("--version", "velk-browser " VELK_VERSION_STRING);
     try {
         std::vector<std::string> disguised = VelkHost::toParser(VelkHost::programArguments(argumentCount, arguments));
         parser.parse(disguised);

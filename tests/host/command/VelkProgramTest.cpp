@@ -5,6 +5,7 @@
 #include "host/catalog/CatalogFile.h"
 
 #include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Version.h>
 
 using test::ProgramRun;
 using testing::HasSubstr;
@@ -145,6 +146,23 @@ TEST_F(VelkProgram, TakesTextAsTyped)
                 HasSubstr("all of:  \"chair\"\n   none of: \"red\"\n"));
 }
 
+TEST_F(VelkProgram, TellsItsVersion)
+{
+    const ProgramRun run = velk({"--version"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.output, "velk " VELK_VERSION_STRING "\n");
+    EXPECT_EQ(run.errors, "");
+}
+
+TEST_F(VelkProgram, HelpsByCommandAsByOption)
+{
+    EXPECT_EQ(velk({"help"}).output, velk({"--help"}).output);
+    const ProgramRun run = velk({"help", "search"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.output, velk({"search", "--help"}).output);
+    EXPECT_THAT(run.output, HasSubstr("velk search"));
+}
+
 struct UsageCase
 {
     const char* name;
@@ -153,7 +171,10 @@ struct UsageCase
 };
 
 const UsageCase usageCases[] = {
-    {"UnknownCommand", {"serch", "chair"}, "velk: there is no command \"serch\"\nThe commands are search, catalog, "},
+    {"MistypedCommand",
+     {"serch", "chair"},
+     "velk: there is no command \"serch\"\nDid you mean \"velk search\"? The commands are search, catalog, "},
+    {"UnknownCommand", {"frobnicate"}, "velk: there is no command \"frobnicate\"\nThe commands are search, catalog, "},
     {"UnknownOption", {"search", "chair", "--bar"}, "--bar"},
     {"NoText", {"search"}, "TEXT (what to look for) or --id is required"},
     {"NoCatalogCommand", {"catalog"}, "See \"velk catalog --help\""},
