@@ -39,7 +39,7 @@ TEST_F(Folders, AreListedByName)
     EXPECT_THAT(names, ElementsAre("K\xC3\xBC"
                                    "che.csv",
                                    "a.txt", "b.txt/", "c.txt"));
-    EXPECT_THAT(filesInFolder(at(U"list"), fileString(U".txt")), ElementsAre(at(U"list/a.txt"), at(U"list/c.txt")));
+    EXPECT_THAT(filesInFolder(at(U"list"), ".txt"), ElementsAre(at(U"list/a.txt"), at(U"list/c.txt")));
     EXPECT_THAT(test::reasonOf([&] { folderEntries(at(U"none")); }), StartsWith("cannot be read: "));
 }
 
