@@ -1,6 +1,7 @@
 #include <VelkCommon/HostServices.h>
 
 #include <VelkCommon/Reporting/PreferenceEngine.h>
+#include <VelkCommon/detail/NeverDestroyed.h>
 
 #include <mutex>
 #include <utility>
@@ -8,7 +9,6 @@
 namespace Velk {
 namespace {
 
-// Never destroyed: code that runs while the process ends may still ask.
 struct Installed
 {
     std::mutex mutex;
@@ -17,8 +17,8 @@ struct Installed
 
 Installed& installed()
 {
-    static Installed& state = *new Installed;
-    return state;
+    static detail::NeverDestroyed<Installed> state;
+    return *state;
 }
 
 }  // namespace

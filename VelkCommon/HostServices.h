@@ -63,7 +63,7 @@ struct NumberFormat
 /// A numbered preference with the value that it has at start-up.
 struct HostPreference
 {
-    std::size_t number = 0;   ///< see PreferenceEngine for those in use
+    std::size_t number = 0;   ///< see PreferenceNumbers.h for those in use
     std::string description;  ///< for messages about it, UTF-8
     std::any value;           ///< of the type that it is read and written as
 };
@@ -101,7 +101,7 @@ struct HostServices
     NumberFormat numberFormat;
 
     /// Initial values; they replace what the store held. Numbers in use that are not listed get the
-    /// defaults of PreferenceEngine.h.
+    /// defaults of PreferenceNumbers.h.
     std::vector<HostPreference> preferences;
 
     /// Told of every successful write of a preference, to keep it. Absent: preferences last as long as

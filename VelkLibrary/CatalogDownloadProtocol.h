@@ -3,55 +3,36 @@
 /// @file
 /// How the catalog update speaks to the content service: where the service is, how it is asked about a
 /// catalog, what its answers mean, and the file that remembers them. A catalog is asked for by a header
-/// request that carries the SHA-1 of the installed file as an entity tag; the service answers 304 when
-/// that is current.
+/// request that carries the SHA-1 of the installed file as an entity tag; the service answers 304 when that tag
+/// is current.
 ///
-/// The service's address belongs to the process: it is that of the updater constructed last. Names,
-/// product and version go into addresses as they are; the transport encodes what a URL cannot carry.
-/// One run at a time; within it, one thread.
+/// The service's address belongs to the process: the updater that was constructed last sets it. Names, product
+/// and version go into addresses as they are; the transport encodes what a URL cannot carry. One run at a time;
+/// within it, one thread.
 
 #include <VelkCommon/Files/fileString.h>
 #include <VelkLibrary/Export.h>
+#include <VelkLibrary/Update/CatalogHashFile.h>
+#include <VelkLibrary/Update/CatalogRecord.h>
 
 #include <cstdint>
-#include <map>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace LibraryCatalogUpdate {
 
-/// The kinds of catalog.
-enum CatalogKind : std::uint32_t { CoreCatalogs = 1, ManufacturerCatalogs = 2, BonusCatalogs = 4 };
-
-/// What a run knows of one catalog file.
-struct CatalogRecord
-{
-    std::uint32_t kind = 0;           ///< a CatalogKind
-    std::string localHash;            ///< SHA-1 of the installed file, as hexadecimal text
-    std::string remoteHash;           ///< the entity tag that the service reported last, without quotes
-    std::string serviceMessage;       ///< the body of a 403 or 404 answer
-    bool updated = false;             ///< a downloaded version was installed in this run
-    std::uint32_t contentLength = 0;  ///< bytes to download
-    std::int32_t status = 0;          ///< HTTP status of the header request
-
-    /// The service has another version than the installed one.
-    bool needsDownload() const { return status == 200 && remoteHash != localHash; }
-};
-
-/// The catalogs of a run by file name with extension.
-using CatalogTable = std::map<fileString, CatalogRecord>;
-
-/// The address that requests are made of: where the service's address finally leads to. Asked for once
-/// and remembered; empty when it leads nowhere, which is logged, and the next call tries again.
+/// The address that requests begin with: where the service's address leads after all redirects. It is looked up
+/// once and remembered. Empty when it leads nowhere; that is logged, and the next call tries again.
 VELKLIBRARY_EXPORT std::string resolveApiEndpoint();
 
 /// The folder of the installed catalogs of a kind; empty for an unknown one.
 VELKLIBRARY_EXPORT fileString catalogFolder(std::uint32_t kind);
 
-/// The folder that catalogs of a kind are downloaded to: below the temporary folder, named by the
-/// application object, ".downloads." and the kind's folder. Empty for an unknown kind, and when the
-/// application's name makes no folder name. Throws EnforcerException without an application object.
+/// The folder that catalogs of a kind are downloaded to: it lies in the temporary folder, and its name is that
+/// of the application object, ".downloads." and the name of the kind's folder. Empty for an unknown kind, and
+/// when the application's name cannot be part of a folder's name. Throws EnforcerException without an
+/// application object.
 VELKLIBRARY_EXPORT fileString downloadFolder(std::uint32_t kind);
 
 /// The name of the file at the service that lists the core catalogs of the running edition.
@@ -63,24 +44,15 @@ VELKLIBRARY_EXPORT std::pair<std::string, std::vector<std::string>> buildCatalog
                                                                                         const std::string& product,
                                                                                         const std::string& version);
 
-/// Takes the hashes of catalogs that lie beside the hash file into the table. Lines that are not a plain
-/// file name, ":" and a hash are left out; so is a whole file that cannot be read or exceeds 16 MiB.
-/// Nothing throws.
-VELKLIBRARY_EXPORT void readCatalogHashFile(const fileString& hashFile, CatalogTable& catalogs,
-                                            std::uint32_t kind) noexcept;
-
-/// Writes the hash file of a kind's folder anew from the records of that kind. Failures are swallowed.
-VELKLIBRARY_EXPORT void writeCatalogHashFile(const CatalogTable& catalogs, std::uint32_t kind) noexcept;
-
-/// Takes what a header answer tells into the record: status, length, entity tag. Control characters in
-/// the tag are dropped.
+/// Stores in the record what a header answer says: status, length, entity tag. Control characters in the tag
+/// are dropped.
 VELKLIBRARY_EXPORT void applyHeaderResponse(CatalogRecord& record, const std::string& header, long status);
 
-/// Asks for the text that came with a 403 or 404, and keeps it in the record.
+/// Asks the service for the text that belongs to a 403 or 404 answer, and stores it in the record.
 VELKLIBRARY_EXPORT void fetchServiceMessage(const fileString& fileName, CatalogRecord& record,
                                             const std::string& product, const std::string& version);
 
-/// The extension is ".calib", ".calibz" or ".zip", in this letter case.
+/// Whether the extension is ".calib", ".calibz" or ".zip", in this letter case.
 VELKLIBRARY_EXPORT bool isSupportedCatalogFile(const fileString& path);
 
 }  // namespace LibraryCatalogUpdate

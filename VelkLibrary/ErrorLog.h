@@ -14,18 +14,18 @@
 
 namespace Library {
 
-/// One record of the error log, the library's only diagnostic channel: stream a message into it and
+/// One record of the error log, the module's only diagnostic channel: stream a message into it and
 /// let it go; the destructor appends the record to "errors.log" in the user's database folder.
 ///
 ///     ErrorLog() << "Unable to move file:  " << path << "\n";
 ///
 /// An empty message writes nothing. A log without a new record for seven days is removed first. The
-/// folder is not created; a record that cannot be written is lost in silence, and nothing ever throws
-/// out of the destructor. Each object belongs to one thread; any number of threads may log at once,
-/// and records never interleave.
+/// folder is not created; a record that cannot be written is lost without notice, and the destructor never
+/// throws. Each object belongs to one thread; any number of threads may log at once, and records never
+/// interleave.
 class VELKLIBRARY_EXPORT ErrorLog : public std::ostringstream
 {
-    // The types with an insertion of their own below, or on the way to it.
+    // The types that have an insertion of their own below, or convert to a type that has one.
     template <typename T>
     static constexpr bool insertedHere =
         std::is_convertible_v<const T&, const std::string&> || std::is_convertible_v<const T&, const std::u32string&> ||
@@ -42,24 +42,27 @@ public:
     /// All bytes, zero bytes included.
     ErrorLog& operator<<(const std::string& text);
     /// As UTF-8.
+    /// @{
     ErrorLog& operator<<(const std::u32string& text);
-    /// As UTF-8.
     ErrorLog& operator<<(std::u32string_view text);
+    /// @}
     /// As UTF-8, up to the terminator.
     ErrorLog& operator<<(const char32_t* text);
-    /// The path for people.
+    /// The path as people read it.
     ErrorLog& operator<<(const fileString& path);
-    /// In the stream's base, decimal at first.
+    /// In the stream's number base, which is decimal at first.
+    /// @{
     ErrorLog& operator<<(const long long& value);
-    /// The same.
     ErrorLog& operator<<(const unsigned long long& value);
+    /// @}
     /// The bytes up to the terminator. A null pointer inserts nothing, here and above.
     ErrorLog& operator<<(const char* text);
 
-    /// Any other type and manipulator as on every stream; the chain goes on as an ErrorLog.
-    // Templates, because overloads for the other integers would clash: which of them is long long, and
-    // which of them is size_t, differs by system. One for temporaries, and no member, or it would clash
-    // with the standard library's insertion into any temporary stream.
+    /// Any other type or manipulator, as on every stream. Returns the ErrorLog itself, so that the chain can go
+    /// on.
+    // Both are templates because overloads for the other integers would clash: which of them is long long, and
+    // which is size_t, differs between systems. The one for temporaries is not a member, because a member would
+    // clash with the standard library's insertion into any temporary stream.
     template <typename T>
     requires(!insertedHere<T>) ErrorLog& operator<<(const T& value) &
     {
@@ -74,7 +77,7 @@ public:
     /// Applies a manipulator such as std::hex.
     ErrorLog& operator<<(std::ios_base& (*manipulator)(std::ios_base&));
 
-    /// The log's path, asked for anew each time.
+    /// The log's path. The host is asked for it each time.
     static fileString file();
 };
 

@@ -4,7 +4,7 @@
 /// Marks what the library module exports. A static build defines VELK_STATIC.
 
 /// @def VELKLIBRARY_EXPORT
-/// In front of a class or function that the module exports.
+/// Stands in front of a class or function that the module exports.
 
 #if defined(VELK_STATIC)
 #define VELKLIBRARY_EXPORT

@@ -12,7 +12,7 @@
 #include <string_view>
 #include <utility>
 
-/// Reads JSON text into a tree. Every node is a shared `boost::any` that holds exactly one of
+/// Reads JSON text into a tree. Every node is a shared `boost::any` that holds exactly one of these:
 ///
 /// | JSON                                     | held type                                                          |
 /// |------------------------------------------|--------------------------------------------------------------------|
@@ -29,20 +29,20 @@
 /// order in the text.
 namespace json {
 
-/// Brackets within brackets that are read; a text that nests deeper is none.
+/// How deep brackets may be nested; a text that nests them deeper is refused as if it were not JSON.
 inline constexpr int deepestLevel = 512;
 
-/// The root of the tree of `text`; a root that holds nothing when `text` is not one JSON value with
-/// nothing but white space around it. Never throws but for memory. Any thread.
+/// The root of the tree of `text`. It holds nothing unless `text` is one JSON value with nothing but white
+/// space around it. Throws nothing but `std::bad_alloc`. Any thread.
 ///
-/// More than JSON is read: numbers with a leading "+", with leading zeros, with nothing before or nothing
-/// behind the decimal point; control characters in strings; every character that is white space in C
-/// between tokens. An integer beyond 32 bits makes the text unreadable; a real number beyond the range of
-/// `double` is infinite. A "\u" escape gives the UTF-8 form of its own value, so a surrogate pair becomes
-/// two sequences of three bytes. Bytes that are not UTF-8 stay as they are.
+/// More than JSON is read: numbers with a leading "+", with leading zeros, with no digits before or none after
+/// the decimal point; control characters in strings; between tokens, every character that C counts as white
+/// space. An integer beyond 32 bits makes the text unreadable; a real number beyond the range of `double` is
+/// infinite. A "\u" escape gives the UTF-8 form of its own value, so a surrogate pair becomes two sequences of
+/// three bytes. Bytes that are not UTF-8 stay as they are.
 VELKLIBRARY_EXPORT std::shared_ptr<boost::any> read(std::string_view text);
 
-/// The same for bytes between two iterators, such as those of a vector.
+/// Does the same for the bytes between two iterators, such as those of a vector.
 template <std::contiguous_iterator Iterator>
 std::shared_ptr<boost::any> read(Iterator first, Iterator last)
 {
@@ -51,14 +51,14 @@ std::shared_ptr<boost::any> read(Iterator first, Iterator last)
     return read(std::string_view(reinterpret_cast<const char*>(std::to_address(first)), size));
 }
 
-/// The grammar of JSON over characters; there is the one over `char`.
+/// The grammar of JSON. It exists for `char` only.
 template <typename Character>
 class grammar;
 
-/// Parses a JSON value onto a stack of values, by the actions below. What read() does the work with.
+/// Parses a JSON value onto a stack of values by means of the actions below. read() does its work with it.
 ///
-/// The stack holds values as read() returns them and, while something is open, the markers and pairs
-/// of this class. Not synchronised; grammars with stacks of their own are independent of each other.
+/// The stack holds values as read() returns them and, while an array or object is open, the markers and pairs
+/// of this class. Not synchronised; grammars that work on different stacks are independent of each other.
 template <>
 class VELKLIBRARY_EXPORT grammar<char>
 {
@@ -68,17 +68,17 @@ public:
     using object_type = std::multimap<std::string, value_type>;  ///< what an object's node holds
     using stack_type = std::deque<value_type>;                   ///< what the actions work on
 
-    /// Stands on the stack where an array began.
+    /// Marks the place on the stack where an array began.
     struct VELKLIBRARY_EXPORT array_delimiter
     {};
-    /// Stands on the stack where an object began.
+    /// Marks the place on the stack where an object began.
     struct VELKLIBRARY_EXPORT object_delimiter
     {};
     /// Stands on the stack for a member of an object that is still open.
     using pair_type = std::pair<std::string, value_type>;
 
-    /// Nodes of keys and pairs that have left the stack, to stand on it again: most of the time that a
-    /// document takes goes into allocations, and without these nearly half of them would be for keys.
+    /// Nodes of keys and pairs that have left the stack and can be used again. Reading a document spends most
+    /// of its time on allocations, and without these nearly half of them would be for keys.
     struct VELKLIBRARY_EXPORT spare_nodes
     {
         stack_type strings;  ///< each holds a string
@@ -90,7 +90,7 @@ public:
     class VELKLIBRARY_EXPORT action
     {
     public:
-        /// Works on `values`.
+        /// An action on `values`. Without `spares`, every node is a new one.
         explicit action(stack_type& values, spare_nodes* spares = nullptr) noexcept : values_(&values), spares_(spares)
         {}
 
@@ -99,84 +99,84 @@ public:
         spare_nodes* spares_;  ///< null when nodes are not used again
     };
 
-    /// A string: pushes the decoded text of the token between `first` and `last`, quotes included.
+    /// The action for a string.
     struct VELKLIBRARY_EXPORT push_string : action
     {
         using action::action;
-        /// Does it.
+        /// Pushes the decoded text of the token from `first` to `last`, which includes the quotes.
         void operator()(const char* first, const char* last) const;
     };
-    /// An integer: pushes it.
+    /// The action for an integer.
     struct VELKLIBRARY_EXPORT push_int : action
     {
         using action::action;
-        /// Does it.
+        /// Pushes `value`.
         void operator()(int value) const;
     };
-    /// A real number: pushes it.
+    /// The action for a real number.
     struct VELKLIBRARY_EXPORT push_double : action
     {
         using action::action;
-        /// Does it.
+        /// Pushes `value`.
         void operator()(double value) const;
     };
-    /// "true" or "false": pushes true when the token begins with "t".
+    /// The action for "true" and "false".
     struct VELKLIBRARY_EXPORT push_boolean : action
     {
         using action::action;
-        /// Does it.
+        /// Pushes true when the token begins with "t", else false.
         void operator()(const char* first, const char* last) const;
     };
-    /// "null": pushes a node that holds nothing.
+    /// The action for "null".
     struct VELKLIBRARY_EXPORT push_null : action
     {
         using action::action;
-        /// Does it.
+        /// Pushes a node that holds nothing.
         void operator()(const char* first, const char* last) const;
     };
-    /// "[": pushes an array_delimiter.
+    /// The action for "[".
     struct VELKLIBRARY_EXPORT begin_array : action
     {
         using action::action;
-        /// Does it.
+        /// Pushes an array_delimiter.
         void operator()(char bracket) const;
     };
-    /// "]": replaces what lies above the last array_delimiter, and this, by an array of it.
+    /// The action for "]".
     struct VELKLIBRARY_EXPORT end_array : action
     {
         using action::action;
-        /// Does it.
+        /// Replaces the last array_delimiter and everything above it with one array.
         void operator()(char bracket) const;
     };
-    /// "{": pushes an object_delimiter.
+    /// The action for "{".
     struct VELKLIBRARY_EXPORT begin_object : action
     {
         using action::action;
-        /// Does it.
+        /// Pushes an object_delimiter.
         void operator()(char bracket) const;
     };
-    /// A member's value was pushed: replaces it and the key below it by their pair.
+    /// The action for a member of an object, after its key and its value were pushed.
     struct VELKLIBRARY_EXPORT create_pair : action
     {
         using action::action;
-        /// Does it.
+        /// Replaces the value on top and the key below it with their pair.
         void operator()(const char* first, const char* last) const;
     };
-    /// "}": replaces the pairs above the last object_delimiter, and this, by an object of them. The last
-    /// pair is inserted first.
+    /// The action for "}".
     struct VELKLIBRARY_EXPORT end_object : action
     {
         using action::action;
-        /// Does it.
+        /// Replaces the last object_delimiter and the pairs above it with one object, into which the last
+        /// pair is inserted first.
         void operator()(char bracket) const;
     };
 
     /// Parses onto `values`, which must outlive the grammar.
     explicit grammar(stack_type& values) noexcept : values_(&values) {}
 
-    /// Parses one value from `first` on; white space in front of tokens is skipped. True when there was
-    /// one; `first` is then behind it and the value on the stack. Otherwise the stack may hold the pieces
-    /// of one.
+    /// Parses one value from `first` on; white space in front of tokens is skipped. True when there was a
+    /// value: `first` is then behind it, and it is on the stack. Otherwise the stack may hold pieces of a
+    /// value.
     bool parse(const char*& first, const char* last) const;
 
 private:

@@ -6,10 +6,11 @@
 #include <string_view>
 #include <vector>
 
-/// A named selection of library databases; while it is current, the browser shows only those.
+/// A named set of libraries; while it is current, the browser shows only those.
 ///
-/// A plain value: copies share nothing. Not synchronised. Database ids are opaque UTF-8, compared byte for
-/// byte; the list keeps the caller's order and may hold one id several times.
+/// A plain value: copies share nothing. Not synchronised. A library is listed by its database id, which is
+/// opaque UTF-8 and compared byte for byte; the list keeps the caller's order and may hold one id several
+/// times.
 class VELKLIBRARY_EXPORT LibraryFilter
 {
 public:
@@ -18,13 +19,14 @@ public:
 
     /// UTF-8; the reference is valid until the filter changes.
     const std::string& getFilterName() const noexcept { return filterName_; }
-    /// Any text, also an empty one, with which the filter file drops it.
+    /// Takes any text. A filter without a name is dropped when the filter file is read.
     void setFilterName(std::string name);
 
-    /// -1 when it is no filter.
+    /// The filter's id, any number; -1 when this stands for no filter.
+    /// @{
     long getFilterId() const noexcept { return filterId_; }
-    /// Any number.
     void setFilterId(long id) noexcept { filterId_ = id; }
+    /// @}
 
     /// The reference is valid until the filter changes.
     const std::vector<std::string>& getDatabaseIds() const noexcept { return databaseIds_; }

@@ -11,11 +11,11 @@ class QObject;
 
 /// The base of jobs on a worker thread that tell one object, the receiver, what they do. Everything
 /// travels as a call of one of the receiver's slots by name, made on the receiver's thread: in the order
-/// sent, with copied arguments, while the worker goes on at once. A slot that the receiver lacks is left
-/// out, with Qt's warning.
+/// sent, with copied arguments, while the worker goes on at once. A call of a slot that the receiver lacks is
+/// dropped with a warning from Qt.
 ///
-/// The receiver may be destroyed at any time on its own thread; what is still under way, and all that
-/// follows, is dropped. It stays on the thread that it lives on when the job is made. Jobs can be copied;
+/// The receiver may be destroyed at any time on its own thread; calls that are under way, and all that follow,
+/// are then dropped. It must stay on the thread that it lives on when the job is made. Jobs can be copied;
 /// copies share the receiver.
 class VELKLIBRARY_EXPORT LibraryProgressBase
 {
@@ -26,7 +26,7 @@ public:
     LibraryProgressBase& operator=(const LibraryProgressBase&);      ///< shares the receiver
     LibraryProgressBase& operator=(LibraryProgressBase&&) noexcept;  ///< takes the receiver over
 
-    // Each sends one call, from any thread; nothing throws but for memory.
+    // Each sends one call, from any thread, and throws nothing except std::bad_alloc.
 
     /// "onSetText(std::string)": what is being done.
     void sendText(const std::string& text) const;
@@ -34,11 +34,11 @@ public:
     void sendRange(std::size_t range) const;
     /// "onUpdateInGauge()": one step is done.
     void sendStep() const;
-    /// "onSetValueInGauge(size_t)": so many steps are done.
+    /// "onSetValueInGauge(size_t)": how many steps are done.
     void sendValue(std::size_t value) const;
     /// "onSetUnits(std::string)": the unit of the gauge's steps.
     void sendUnits(const std::string& units) const;
-    /// "onCatalogUpdatedEvent(FileStringPair)": a new database is ready for installation.
+    /// "onCatalogUpdatedEvent(FileStringPair)": a new catalog file is ready for installation.
     void sendCatalogUpdated(const FileStringPair& paths) const;
     /// "closeCatalogUpdateEvent(LibraryCatalogUpdate::UpdateData)": the run has ended.
     void sendEnd(const LibraryCatalogUpdate::UpdateData& data) const;
@@ -46,10 +46,10 @@ public:
     void sendCancelled() const;
 
 protected:
-    /// Registers the argument types with Qt: "std::string", "size_t" (as Qt's unsigned 64-bit type, which
-    /// is another C++ type on each system), "fileString", "LibraryCatalogUpdate::UpdateData" and
-    /// "FileStringPair". Call it on the receiver's thread, or on another one while the receiver is sure
-    /// to live.
+    /// Registers the argument types with Qt: "std::string", "size_t" (as Qt's unsigned 64-bit type, which is a
+    /// different C++ type on each system), "fileString", "LibraryCatalogUpdate::UpdateData" and
+    /// "FileStringPair". Call it on the receiver's thread, or on another one as long as the receiver cannot be
+    /// destroyed meanwhile.
     explicit LibraryProgressBase(QObject& receiver);
 
 private:

@@ -12,9 +12,9 @@
 /// Built once per search; immutable afterwards, so one categorizer may serve any number of threads, and
 /// copies share what was built. One that was moved from may only be assigned to or destroyed.
 /// Names and keywords are UTF-8 of any length, compared in lower case. A term is a literal; word
-/// characters are ASCII letters, digits and "_", whatever the locale. A line break (LF or CR) in a
-/// text is matched only inside a term: it hides all matches beside it, as "." of a regular expression
-/// does. A rating allocates nothing after the thread's first.
+/// characters are ASCII letters, digits and "_", whatever the locale. Where a text holds line breaks (LF or
+/// CR), only a term that covers them all is found, because they are matched as by a regular expression whose
+/// "." stops at them. A rating allocates nothing after the first one on its thread.
 class VELKLIBRARY_EXPORT LibraryResultCategorizer
 {
 public:
@@ -28,11 +28,11 @@ public:
     /// Rates an item's name: `Invalid` or one of the item values.
     SearchPriority categorizeItemResult(const std::string& itemName) const;
 
-    /// Rates an item's name together with all of its keywords in one text: per term the better of the
-    /// two counts. An excluded term in either text excludes the item.
+    /// Rates an item's name together with all of its keywords in one text: for each term the better of the two
+    /// matches counts. An excluded term in either text excludes the item.
     SearchPriority categorizeItemResult(const std::string& itemName, const std::string& keywords) const;
 
-    /// Whether the search was one by text, for the host.
+    /// Whether the search is one by text (Search::Info::textSearch), for the host.
     bool isTextSearch() const noexcept;
 
 private:

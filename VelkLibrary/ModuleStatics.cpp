@@ -4,8 +4,8 @@
 
 namespace Library::detail {
 
-// Set up from top to bottom, destroyed from bottom to top: the error log comes first, because whatever
-// is destroyed after it could not log any more.
+// Set up from top to bottom, destroyed from bottom to top: the error log's mutex comes first, because what is
+// destroyed after it cannot log any more.
 std::mutex errorLogMutex;
 const std::u32string catalogHashFileName = xl8(U"catalog_hash.txt");
 std::mutex catalogUpdateMutex;

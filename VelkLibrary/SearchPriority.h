@@ -35,12 +35,12 @@ public:
     /// Whether `priority` is one of the six folder matches; false for any other value. Any thread.
     static bool IsFolder(SearchPriority priority) noexcept;
 
-    /// The better of two priorities where zero means none: the other one when one is zero, otherwise
-    /// the numerically smaller. Any thread.
+    /// The better of two priorities: when either is zero, which is no match, the other one; otherwise the
+    /// numerically smaller one. Any thread.
     static SearchPriority higher(SearchPriority a, SearchPriority b) noexcept;
 
     /// The value's name for logs, such as "ItemExactName". Empty for `ItemWordBeginsWithSequence`, which
-    /// has no text, and for any value outside the enumeration; each such value asked for stays in the
-    /// table with its empty text. One thread at a time.
+    /// has no text, and for any value outside the enumeration; such a value stays in the table with its empty
+    /// text once it was asked for. One thread at a time.
     static std::string to_string(SearchPriority priority);
 };

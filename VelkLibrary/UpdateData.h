@@ -20,7 +20,7 @@ enum Outcome : std::int32_t {
     UpToDate = 3          ///< nothing failed, and nothing was new
 };
 
-/// What was remarkable about a run; of several the last one.
+/// What was remarkable about a run. Of several events the last one counts.
 enum ResultCode : std::uint32_t {
     NothingRemarkable = 0x10369189,
     TransferAborted = 0x1036918A,    ///< a download was cancelled or stalled
@@ -38,5 +38,5 @@ struct UpdateData
 
 }  // namespace LibraryCatalogUpdate
 
-/// An installed catalog, and the newly downloaded database that replaces it.
+/// The paths of an installed catalog and of the newly downloaded file that replaces it.
 using FileStringPair = std::pair<fileString, fileString>;

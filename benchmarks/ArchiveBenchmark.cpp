@@ -1,6 +1,6 @@
-// What taking packed libraries apart and merging archives costs, beside what it must cost and beside libzip, on
-// real archives, many small entries and very large ones. Arguments: folders to look for archives in, in
-// place of the system's; --quick leaves the archives of several gigabytes out, --large all others.
+// What it costs to take packed libraries apart and to merge archives, beside the least that it can cost and beside
+// libzip, with real archives, many small entries and very large ones. Arguments: folders to look for archives in,
+// instead of the system's; --quick leaves out the archives of several gigabytes, --large leaves out all others.
 #include "ArchiveData.h"
 #include "ArchivePeers.h"
 #include "Cost.h"
@@ -31,7 +31,7 @@ fileString text(const std::string& path)
     return fileString(path);
 }
 
-/// The folder of the benchmark's files, removed at the end.
+/// The folder for the benchmark's files, which is removed at the end.
 class WorkFolder
 {
 public:
@@ -53,7 +53,7 @@ private:
     std::filesystem::path path_;
 };
 
-/// A packed library with what its parts are called.
+/// A packed library, with the names that its parts get.
 struct Library
 {
     explicit Library(const fileString& path)

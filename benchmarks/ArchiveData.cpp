@@ -32,7 +32,7 @@ std::string someText(const fileString& source, std::size_t size)
 {
     std::string text;
     for (const fileString& name : ZipUtils::getFilenamesInArchive(source))
-        if (name.extension() == fileString(std::string(".obj")) && text.size() < size)
+        if (name.hasExtension(".obj") && text.size() < size)
             ZipUtils::writeFileDataFromArchive(
                 source + fileString(ZipUtils::getDelimiter()) + name,
                 [&](std::vector<unsigned char>& bytes) { text.append(bytes.begin(), bytes.end()); });
@@ -65,7 +65,7 @@ Writer* openWriter(const fileString& target)
     return writer;
 }
 
-/// Writes an archive by hand, of one large entry.
+/// Writes an archive of one large entry by hand.
 class LargeZip
 {
 public:
@@ -131,7 +131,7 @@ private:
             out += static_cast<char>(static_cast<unsigned char>(value & 0xFFU));
     }
 
-    // From the version to the name; the directory's record has `more` bytes in it.
+    // From the version to the name. The directory's record has `more` further bytes before the name.
     void putCommon(std::string& out, std::uint32_t crc, std::size_t more, std::uint32_t offset) const
     {
         put(out, 45, 2);
@@ -165,7 +165,7 @@ private:
     std::uint64_t dataBegin_ = 0;
 };
 
-// Deflated so that it can be followed by itself: it ends on a byte and looks back to nothing.
+// Deflated so that it can be repeated: it ends at the end of a byte and refers to nothing before itself.
 std::string deflatedChunk(const std::string& text)
 {
     z_stream stream = {};

@@ -4,15 +4,15 @@
 
 namespace bench {
 
-/// What splitting a packed library costs at least: the archive copied as a file, and its database read
+/// The least that splitting a packed library costs: the archive is copied as a file, and its database is read
 /// with libdeflate and written.
 bool boundOfSplit(const fileString& archive, const fileString& database, const fileString& others);
 
-/// The same split with libzip, the output held open: entries compressed as they are, the database read and written.
+/// The same split with libzip, which keeps the output open: entries are copied compressed, as they are, and the
+/// database is read and written.
 bool splitByLibzip(const fileString& archive, const fileString& database, const fileString& others);
 
-/// The merge with libzip: what `source` has more than `destination` is added to a copy, which replaces the
-/// destination.
+/// The merge with libzip: entries that only `source` has are added to a copy of `destination`, which then replaces it.
 bool mergeByLibzip(const fileString& source, const fileString& destination);
 
 }  // namespace bench

@@ -1,7 +1,7 @@
-// How the browser's window fares with many items: from its start to the first tree on the screen, from a key to
-// ranked results, and memory; beside a filtered item model of Qt's and SQLite's full-text search on the same
-// items. Each in a process of its own.
-// Arguments: folders to look for libraries in, in place of the system's.
+// How the browser's window does with many items: the time from its start to the first tree on the screen, the time from
+// a key to ranked results, and its memory. Beside it stand a filtered item model of Qt and SQLite's full-text search on
+// the same items. Each runs in its own process.
+// Arguments: folders to look for libraries in, instead of the system's.
 #include "Cost.h"
 #include "LibraryNames.h"
 #include "Measures.h"
@@ -58,8 +58,8 @@ double millisecondsSince(Clock::time_point begin)
 struct Findings
 {
     double firstTree = 0;     ///< ms from the start to the first painted tree
-    double complete = 0;      ///< ms until all is read
-    double key = 0;           ///< ms from a key to the painted results, the slowest of the keys
+    double complete = 0;      ///< ms until everything is read
+    double key = 0;           ///< ms from a key to the painted results, for the slowest key
     double longestEvent = 0;  ///< ms, on the user-interface thread
     int hits = 0;
 };
@@ -122,10 +122,10 @@ class PaintWaiter : public QObject
 public:
     explicit PaintWaiter(QWidget* painted) { painted->installEventFilter(this); }
 
-    /// Paints from here on count.
+    /// From here on paints count.
     void arm() { painted_ = false; }
 
-    /// Until it is painted while `ready` holds.
+    /// Waits until the widget is painted while `ready` holds.
     template <typename Ready>
     void wait(Ready ready)
     {
@@ -151,7 +151,7 @@ private:
     bool painted_ = false;
 };
 
-/// A program's arguments as Qt keeps them.
+/// A program's arguments in the form that Qt keeps.
 struct Arguments
 {
     int count = 1;
@@ -212,8 +212,8 @@ std::unique_ptr<QSortFilterProxyModel> filterOf(QStandardItemModel& model, const
     return filtered;
 }
 
-/// Qt's own way: an item for each in a view, and a filter by a regular expression; what it finds is in no order. A
-/// new filter for each key, since one that is changed takes time by the square of the rows that go.
+/// Qt's own way: a standard item for each entry in a view, and a filter by a regular expression, whose results are in
+/// no order. Each key gets a new filter, since changing one takes time in the square of the rows that it drops.
 bool runProxyModel(const std::vector<Entry>& entries, Findings& findings)
 {
     Arguments arguments;
@@ -256,7 +256,7 @@ void execute(sqlite3* database, const char* sql)
     }
 }
 
-/// SQLite's full-text search: the query alone, words by their beginnings, ranked.
+/// SQLite's full-text search: only the ranked query, which finds words by their beginnings.
 bool runFullText(const std::vector<Entry>& entries, Findings& findings)
 {
     const auto begin = Clock::now();
@@ -335,7 +335,7 @@ void measure(const std::vector<Entry>& libraries, std::size_t count, std::vector
                         count < 100'000 ? 10.0 : 1.0, count < 100'000 ? 2.0 : 0.2, false, "x"});
     measures.push_back(
         {"a key to painted results" + of, own.findings.key, 1'000, count < 100'000 ? 30.0 : 500.0, false, "ms"});
-    // With few items nearly all of it is painting, and our rows show more.
+    // With few items nearly all of the time goes into painting, and our rows show more.
     const bool many = count >= 10'000;
     measures.push_back({"key: part of the proxy's time" + of, own.findings.key / proxy.findings.key, many ? 1.0 : 3.0,
                         many ? 0.5 : 2.0, false, "x"});

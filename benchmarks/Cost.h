@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// What a piece of work costs, measured in a process of its own, so that memory and time are its alone.
+/// What a piece of work costs, measured in a process for it alone, so that nothing else counts.
 
 #include <malloc.h>
 #include <sys/resource.h>
@@ -18,9 +18,9 @@ namespace bench {
 
 struct Cost
 {
-    double cpu = 0;     ///< seconds of processor time, the system's for it included
+    double cpu = 0;     ///< seconds of processor time, including the system's time for it
     double wall = 0;    ///< seconds
-    double memory = 0;  ///< most memory held, in MiB
+    double memory = 0;  ///< the most memory held at any time, in MiB
 };
 
 /// Runs `work`, which says whether it succeeded. A failure ends the benchmark.
@@ -28,7 +28,7 @@ inline Cost costOf(const char* name, const std::function<bool()>& work)
 {
     using Clock = std::chrono::steady_clock;
     std::fflush(nullptr);
-    // What this process has freed is not the work's.
+    // Memory that this process has freed must not count for the work.
     ::malloc_trim(0);
     const auto begin = Clock::now();
     const pid_t child = ::fork();
@@ -47,7 +47,7 @@ inline Cost costOf(const char* name, const std::function<bool()>& work)
             std::chrono::duration<double>(Clock::now() - begin).count(), static_cast<double>(usage.ru_maxrss) / 1024};
 }
 
-/// The least of both, for work that is repeated.
+/// The least of two costs, for work that is repeated.
 inline Cost least(const Cost& left, const Cost& right)
 {
     return {std::min(left.cpu, right.cpu), std::min(left.wall, right.wall), std::max(left.memory, right.memory)};

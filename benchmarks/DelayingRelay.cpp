@@ -23,7 +23,7 @@ using tcp = asio::ip::tcp;
 using Clock = std::chrono::steady_clock;
 using Socket = std::shared_ptr<tcp::socket>;
 
-constexpr std::size_t onTheLine = 32 << 20;  // bytes, before reading waits
+constexpr std::size_t onTheLine = 32 << 20;  // bytes; with more, reading waits
 
 // One direction of a connection.
 class Pipe : public std::enable_shared_from_this<Pipe>
@@ -56,7 +56,7 @@ private:
     struct Piece
     {
         Clock::time_point due;
-        std::string bytes;  // none: the end
+        std::string bytes;  // empty at the end of the stream
     };
 
     void push(std::string bytes)

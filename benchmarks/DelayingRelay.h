@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// A line with a round trip, on one machine: what goes through the relay arrives later, and no faster than
-/// the line is.
+/// A line with a long round trip, simulated on one machine: bytes that go through the relay arrive later, and no faster
+/// than the line allows.
 
 #include <chrono>
 #include <cstdint>
@@ -13,9 +13,9 @@ namespace bench {
 class DelayingRelay
 {
 public:
-    /// Passes connections to 127.0.0.1:`target` on. Bytes need `oneWay` in each direction; the first ones of
-    /// a connection as long again for its handshake, once there and back. The way back carries
-    /// `bytesPerSecond`, 0 for any number.
+    /// Passes connections on to 127.0.0.1:`target`. Bytes take `oneWay` in each direction. The first bytes of a
+    /// connection also wait for its handshake, once there and back. The way back carries `bytesPerSecond`; 0 is no
+    /// limit.
     DelayingRelay(std::uint16_t target, std::chrono::milliseconds oneWay, std::uint64_t bytesPerSecond);
     ~DelayingRelay();
     DelayingRelay(const DelayingRelay&) = delete;

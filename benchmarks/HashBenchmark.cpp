@@ -1,4 +1,4 @@
-// What the SHA-1 of a file costs, beside OpenSSL with reads of 64 KiB and the sha1sum command. Arguments: none.
+// What the SHA-1 of a file costs, beside OpenSSL with reads of 64 KiB and the sha1sum command. No arguments.
 #include "Measures.h"
 
 #include <VelkCommon/Files/SHA1.h>

@@ -12,8 +12,8 @@ using Library::Search::ORGroup;
 namespace bench {
 namespace {
 
-/// All terms of the search in one database of literals. Each text is scanned by itself, or (which is
-/// not the obvious way to use it) both at once, with a byte between them that no term holds.
+/// All terms of the search in one database of literals. Each text is scanned by itself, or, in a less obvious way
+/// to use it, both are scanned at once, with a byte between them that no term holds.
 template <bool atOnce>
 class Hyperscan : public Rater
 {

@@ -1,6 +1,6 @@
-// How fast the data files are read and written, and Base64 coded, beside other libraries, as one table with
-// what is demanded (gate) and what is aimed at (target). Arguments: folders to look for furniture libraries
-// in, whose manufacturers stand on the cards.
+// How fast the data files are read and written, and Base64 is encoded and decoded, beside other libraries. One table
+// shows the results with what is demanded (gate) and what is aimed at (target). Arguments: folders to look for
+// furniture libraries in, whose manufacturers get the cards.
 #include "JsonPeers.h"
 #include "LibraryNames.h"
 #include "Measures.h"
@@ -53,8 +53,8 @@ double milliseconds()
     return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
 }
 
-// Least times of works that take turns, by their names. Each begins with a heap in order, as a program does
-// that reads its data files at its start: what the last one left in the allocator would count for the next.
+// The least times of pieces of work that take turns, by their names. Each begins with a trimmed heap, as a program has
+// when it reads its data files at its start. Otherwise what one leaves in the allocator would count for the next.
 class Turns
 {
 public:
@@ -83,7 +83,7 @@ private:
 
 // ---- Data ----------------------------------------------------------------------------------------
 
-// Folders of a host for as long as the measuring takes.
+// A host's folders, which last as long as the measuring.
 class Folders
 {
 public:
@@ -107,7 +107,7 @@ private:
     fs::path path_;
 };
 
-// Who made the furniture; made-up names where there are no libraries.
+// The furniture's manufacturers, or made-up names where there are no libraries.
 std::vector<std::string> manufacturers(const std::vector<std::string>& folders)
 {
     std::set<std::string> names;
@@ -115,7 +115,7 @@ std::vector<std::string> manufacturers(const std::vector<std::string>& folders)
         if (!entry.creator.empty())
             names.insert(entry.creator);
     if (names.empty()) {
-        std::fprintf(stderr, "No furniture libraries: the manufacturers on the cards are made up.\n");
+        std::fprintf(stderr, "There are no furniture libraries, so the names on the cards are made up.\n");
         names = {"Acme Doors",
                  "K\xC3\xBC"
                  "chen Meyer",
@@ -149,7 +149,7 @@ std::vector<LibraryFilter> makeFilters(const std::string& name)
         std::vector<std::string> ids;
         for (long i = 0; i < 5; ++i)
             ids.push_back("lib-" + name + "-" + std::to_string(id * 5 + i));
-        // Every third name is taken, so that a number has to be found.
+        // Every third filter has a name that is taken, so that the merge has to find a number for it.
         filters.emplace_back(id % 3 == 0 ? "Filter" : "Filter " + name + " " + std::to_string(id), id, std::move(ids));
     }
     return filters;
@@ -163,7 +163,7 @@ std::string readFile(const fileString& path)
     return text;
 }
 
-// The document in `text` as the writer has it; all of our data files hold only such values.
+// The document as one of the writer. Our data files hold only values of the kinds that are handled here.
 json_writer::Object toDocument(const json::grammar<char>::object_type& members)
 {
     json_writer::Object object;
@@ -191,9 +191,10 @@ void measureReading(const std::string& text, std::vector<Measure>& table)
     for (const auto& [name, time] : turns.all())
         std::printf("  %-14s %7.1f ms\n", name.c_str(), time);
     const double own = turns.of("own");
-    table.push_back({"read and free, to nlohmann's time", own / turns.of("nlohmann"), 1, 1, false, "x"});
-    table.push_back({"read and free, to a plain Spirit grammar's", own / turns.of("Spirit"), 1, 1, false, "x"});
-    table.push_back({"read and free, to a hand-written reader's", own / turns.of("by hand"), noLimit, 1.2, false, "x"});
+    table.push_back({"read and free, against nlohmann/json", own / turns.of("nlohmann"), 1, 1, false, "x"});
+    table.push_back({"read and free, against a plain Spirit grammar", own / turns.of("Spirit"), 1, 1, false, "x"});
+    table.push_back(
+        {"read and free, against a hand-written reader", own / turns.of("by hand"), noLimit, 1.2, false, "x"});
 }
 
 void measureCards(const std::string& text, const fileString& path, std::vector<Measure>& table)
@@ -208,7 +209,7 @@ void measureCards(const std::string& text, const fileString& path, std::vector<M
     turns.run();
     const double cards = turns.of("all") - turns.of("document") - turns.of("file");
     std::printf("data file to cards: %.1f ms in all\n", turns.of("all"));
-    table.push_back({"document to cards, to the reading's time", cards / turns.of("document"), 0.5, 0.5, false, "x"});
+    table.push_back({"document to cards, against reading", cards / turns.of("document"), 0.5, 0.5, false, "x"});
 }
 
 void measureWriting(const std::string& text, std::vector<Measure>& table)
@@ -220,7 +221,7 @@ void measureWriting(const std::string& text, std::vector<Measure>& table)
     turns.add("RapidJSON", [&] { bench::writtenByRapidJson(document); });
     turns.run();
     std::printf("written: own %.1f ms, RapidJSON %.1f ms\n", turns.of("own"), turns.of("RapidJSON"));
-    table.push_back({"write, to RapidJSON's time", turns.of("own") / turns.of("RapidJSON"), 5, 1.5, false, "x"});
+    table.push_back({"write, against RapidJSON", turns.of("own") / turns.of("RapidJSON"), 5, 1.5, false, "x"});
 }
 
 void measureMerging(const Folders& folders, std::vector<Measure>& table)
@@ -266,7 +267,7 @@ void measureBase64(std::vector<Measure>& table)
     Turns turns;
     turns.add("encode", [&] { Base64::encode(bytes); });
     turns.add("decode", [&] { Base64::decode(text); });
-    // With the memory that the result needs, as ours.
+    // OpenSSL's calls allocate the memory of their results too, as ours do.
     turns.add("OpenSSL encode", [&] {
         std::vector<unsigned char> result(text.size() + 1);
         EVP_EncodeBlock(result.data(), bytes.data(), static_cast<int>(bytes.size()));
@@ -277,9 +278,9 @@ void measureBase64(std::vector<Measure>& table)
     });
     turns.run();
     table.push_back(
-        {"Base64 encode, to OpenSSL's time", turns.of("encode") / turns.of("OpenSSL encode"), 1.2, 1.2, false, "x"});
+        {"Base64 encode, against OpenSSL", turns.of("encode") / turns.of("OpenSSL encode"), 1.2, 1.2, false, "x"});
     table.push_back(
-        {"Base64 decode, to OpenSSL's time", turns.of("decode") / turns.of("OpenSSL decode"), 1.5, 1.5, false, "x"});
+        {"Base64 decode, against OpenSSL", turns.of("decode") / turns.of("OpenSSL decode"), 1.5, 1.5, false, "x"});
 }
 
 }  // namespace

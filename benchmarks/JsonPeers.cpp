@@ -58,7 +58,7 @@ public:
 private:
     using Rule = spirit::rule<spirit::phrase_scanner_t>;
 
-    // Without the header for repetitions.
+    // Written out, so that the header for repetitions is not needed.
     static inline const auto repeated = spirit::xdigit_p >> spirit::xdigit_p >> spirit::xdigit_p >> spirit::xdigit_p;
 
     Rule string_;

@@ -8,18 +8,18 @@
 
 namespace bench {
 
-/// A way to read a document; everything that it made is released when it returns.
+/// A way to read a document. It releases everything that it made before it returns.
 struct JsonReader
 {
     std::string name;
     std::function<void(const std::string& text)> read;
 };
 
-/// Ours ("own"), two that make our tree in other ways ("Spirit", by its own parsers with containers moved,
-/// and "by hand", which checks no escapes), and other libraries with trees of their own.
+/// Our reader ("own"), two that make our tree in other ways ("Spirit" by its own parsers, with containers that are
+/// moved, and "by hand", which checks no escapes), and other libraries with trees of their own.
 std::vector<JsonReader> jsonReaders();
 
-/// The same document as json_writer::to_text() by RapidJSON's writer.
+/// The document that json_writer::to_text() writes, written by RapidJSON.
 std::string writtenByRapidJson(const json_writer::Object& root);
 
 }  // namespace bench

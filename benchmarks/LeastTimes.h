@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Google Benchmark as a stopwatch: passes are timed under names, and the least of their times is kept.
+/// Google Benchmark as a stopwatch: it times passes by their names and keeps the least time of each.
 
 #include <benchmark/benchmark.h>
 
@@ -15,7 +15,7 @@
 
 namespace bench {
 
-/// Least nanoseconds of processor time per pass, by the benchmark's name; and the passes' own output.
+/// The least nanoseconds of processor time per pass, by the benchmark's name, and the output of the passes themselves.
 class LeastTimes : public benchmark::ConsoleReporter
 {
 public:
@@ -39,7 +39,7 @@ private:
     std::map<std::string, double> times_;
 };
 
-/// Times `pass` under that name: `repetitions` times for at least `seconds`, or once if 0.
+/// Times `pass` under that name, `repetitions` times: each time for at least `seconds`, or one pass if that is 0.
 inline void time(const std::string& name, std::function<void()> pass, int repetitions, double seconds)
 {
     auto* const run = benchmark::RegisterBenchmark(name.c_str(), [pass = std::move(pass)](benchmark::State& state) {

@@ -6,22 +6,22 @@
 
 namespace bench {
 
-/// An entry of a library: what a rating looks at.
+/// An entry of a library, with what a rating looks at.
 struct Entry
 {
     std::string name;
     std::string keywords;
-    std::string creator = {};  ///< who made it; empty where that is not told
+    std::string creator = {};  ///< who made it; empty if the library does not say
 };
 
 /// The entries of all furniture libraries (*.sh3f, every language) and symbol libraries (*.kicad_sym)
 /// in these folders and below, in the order of their files' names, each distinct pair once.
 std::vector<Entry> readLibraries(const std::vector<std::string>& folders);
 
-/// `count` entries put together from the words of others; the same ones each time.
+/// `count` entries put together from the words of others; every run gives the same entries.
 std::vector<Entry> combined(const std::vector<Entry>& entries, std::size_t count);
 
-/// `count` entries taken at even distances.
+/// `count` of the entries, at even distances.
 std::vector<Entry> sample(const std::vector<Entry>& entries, std::size_t count);
 
 }  // namespace bench

@@ -1,8 +1,7 @@
 #pragma once
 
 /// @file
-/// The table with which a benchmark ends: each measure beside what is demanded (gate) and what is aimed
-/// at (target).
+/// The table at the end of a benchmark: each measure beside what is demanded (gate) and what is aimed at (target).
 
 #include <algorithm>
 #include <cstdio>
@@ -21,7 +20,7 @@ struct Measure
     const char* unit = "";
 };
 
-/// Prints the table. True when every gate is kept.
+/// Prints the table. True if every measure keeps its gate.
 inline bool printMeasures(const std::vector<Measure>& measures)
 {
     bool passed = true;

@@ -97,8 +97,8 @@ private:
     std::unique_ptr<pcre2_match_data, Free> match_;
 };
 
-/// A rating with the five patterns per term, in the order of the definition: tests stop at the first
-/// hit, an excluded or exactly matched group skips its terms.
+/// A rating with five patterns per term, tried in the order of the definition: the first pattern that matches ends the
+/// tests of a term, and a group that is excluded or matches exactly skips its terms.
 template <typename Pattern>
 class ByPatterns : public Rater
 {

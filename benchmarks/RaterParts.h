@@ -7,16 +7,16 @@
 #include <string_view>
 
 /// @file
-/// What the ways to rate have in common.
+/// The parts that all ways to rate have in common.
 
 namespace bench {
 
-/// A term in the form that texts are searched in.
+/// A term in the form in which it is looked for in texts.
 std::string lowered(const std::u32string& term);
-/// The name that all terms of a group together stand for.
+/// The name that the terms of a group make together.
 std::string exactTextOf(const Library::Search::ORGroup& group);
 
-/// Lower case in memory that is used again.
+/// Lower-cases texts, in memory that is used again.
 class Lowering
 {
 public:
@@ -31,8 +31,8 @@ private:
     std::vector<char> buffer_;
 };
 
-/// The priorities of an exact text and of the five ways in which a term can stand in one; Invalid where it does not
-/// count.
+/// The priorities of an exact text and of the five ways in which a term can occur in one; Invalid for a way that does
+/// not count.
 inline constexpr SearchPriority folderSlots[] = {
     FolderExactName,          FolderBeginsWithWord,         FolderContainsWord,
     FolderBeginsWithSequence, FolderWordBeginsWithSequence, FolderContainsSequence};

@@ -1,6 +1,6 @@
-// How fast names are rated, beside other ways to do it, as one table with what is demanded (gate) and
-// what is aimed at (target). Every peer must give our ratings on all of the data before it is timed.
-// Arguments: folders to look for libraries in, in place of the system's; then those of Google Benchmark.
+// How fast names are rated, beside other ways to do it. One table shows the results with what is demanded (gate) and
+// what is aimed at (target). Every peer must give the same ratings as ours on all of the data before it is timed.
+// Arguments: folders to look for libraries in, instead of the system's; then those of Google Benchmark.
 #include "LeastTimes.h"
 #include "LibraryNames.h"
 #include "Measures.h"
@@ -35,12 +35,12 @@ using bench::LeastTimes;
 using bench::Peer;
 using bench::Rater;
 
-// Of a large text, every byte is looked at: the first three stand in no name, and the last one only within
-// words, so that a better place may always follow.
+// Searches that look at every byte of a large text: the first three are in no name, and the last is only inside
+// words, so that a better match may always follow.
 const char32_t* const largeSearches[] = {U"helicopter", U"xyloph", U"\"zebra crossing\"", U"onnecto"};
 
-// What people type, in the languages of the libraries: words, several, alternatives, exclusions,
-// phrases, parts of numbers, and what no library holds.
+// What people type, in the languages of the libraries: one word and several, alternatives, exclusions,
+// phrases, parts of numbers, and words that no library holds.
 const char32_t* const searches[] = {
     U"chair",
     U"table",
@@ -101,7 +101,7 @@ std::string key(const std::string& what, const std::string& peer, std::size_t nu
     return what + "|" + peer + "|" + std::to_string(number);
 }
 
-/// All that is measured, kept until the end.
+/// All measures, kept until the end.
 class Measures
 {
 public:
@@ -194,7 +194,7 @@ void Measures::registerAll()
     registerParsing();
 }
 
-// The peers of one search one after the other, so that a change in the machine's pace meets them all.
+// The peers of one search run one after the other, so that a change in the machine's speed affects them all.
 void Measures::registerCalls()
 {
     for (std::size_t i = 0; i < std::size(searches); ++i) {
@@ -234,7 +234,7 @@ void Measures::registerMillion()
 
 void Measures::registerLargeTexts()
 {
-    // The large text is the small one many times over, so that both ask for the same work on each byte.
+    // The large text repeats the small one, so that both need the same work on each byte.
     constexpr std::size_t languageStep = 61;  // names lie together by language; this far apart they are mixed
     std::string block;
     for (std::size_t i = 0; block.size() < 16 * kibi; i += languageStep)
@@ -352,7 +352,7 @@ double allocationsPerCall(const std::vector<Entry>& entries)
     return static_cast<double>(allocations - before) / static_cast<double>(entries.size());
 }
 
-// All that was asked for while building, without giving back what was only needed for that.
+// Everything that was allocated while building, including memory that was freed again at its end.
 double heapBeyondTexts()
 {
     const Info info = searchFor(U"office chair -red");
@@ -373,7 +373,7 @@ std::vector<bench::Measure> Measures::rows(const LeastTimes& times) const
     return {
         {"call: times faster than std::regex", ratio(times, "call", "std::regex", "own", all), 150, 250, true, "x"},
         {"call: times faster than Hyperscan", ratio(times, "call", "Hyperscan", "own", all), 1.5, 2.5, true, "x"},
-        // Asks more than the row above: a peer that knows to scan name and keywords in one go.
+        // Harder than the row above: this peer scans name and keywords at once.
         {"call: times faster than Hyperscan, one scan", ratio(times, "call", "Hyperscan once", "own", all), 1.0, 1.5,
          true, "x"},
         {"call: part of the floor's time", ratio(times, "call", "own", "floor", all), 1.0, 0.5, false, "x"},

@@ -28,7 +28,7 @@ private:
     LibraryResultCategorizer categorizer_;
 };
 
-/// Lower-cases and looks for each term in either text, once; decides nothing.
+/// Lower-cases, and looks for each term once in each text, but decides nothing.
 class Floor : public Rater
 {
 public:

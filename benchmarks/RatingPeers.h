@@ -23,12 +23,12 @@ struct Peer
 {
     std::string name;
     std::function<std::unique_ptr<Rater>(const Library::Search::Info&)> make;
-    bool rates = true;  ///< false: does less than a rating, so its results are none
+    bool rates = true;  ///< false if it does less than a rating, so that its results mean nothing
 };
 
-/// The library's own categorizer; std::regex, PCRE2 with JIT, RE2 and Boost.Regex with the five
-/// patterns per term; Hyperscan for the literals with borders looked at by hand; and the floor, which
-/// lower-cases and looks for each term once. In this order. All use the library's lower-casing.
+/// In this order: the module's own categorizer; std::regex, PCRE2 with JIT, RE2 and Boost.Regex with five patterns per
+/// term; Hyperscan for the literals, with borders tested by hand; and the floor, which lower-cases and looks for each
+/// term once. All use the module's lower-casing.
 std::vector<Peer> peers();
 
 }  // namespace bench

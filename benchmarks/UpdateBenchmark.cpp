@@ -1,6 +1,6 @@
-// How long the update of an installation takes over lines with a long round trip, and without a service,
-// as one table with what is demanded (gate) and what is aimed at (target). The peers are the curl command
-// with eight requests at a time, and with one connection. All goes over TLS, and through a relay that
+// How long the update of an installation takes over lines with a long round trip, and without a service.
+// One table shows the results with what is demanded (gate) and what is aimed at (target). The peers are the curl
+// command with eight requests at a time, and with one connection. Everything goes over TLS, and through a relay that
 // delays it.
 #include "DelayingRelay.h"
 #include "Measures.h"
@@ -13,6 +13,7 @@
 #include <VelkCommon/HostServices.h>
 #include <VelkCommon/Network/Curl.h>
 #include <VelkLibrary/LibraryCatalogUpdater.h>
+#include <VelkLibrary/Update/CatalogHashFile.h>
 #include <VelkLibrary/UpdateData.h>
 
 #include <QCoreApplication>
@@ -50,7 +51,7 @@ double secondsOf(const std::function<void()>& work)
     return std::chrono::duration<double>(Clock::now() - begin).count();
 }
 
-/// The least times of each; they take turns, as the machine's speed drifts.
+/// The least time of each; they take turns, because the machine's speed drifts.
 std::vector<double> leastSecondsOf(const std::vector<std::function<void()>>& works)
 {
     std::vector<double> least(works.size(), std::numeric_limits<double>::max());
@@ -74,7 +75,7 @@ std::string catalogName(int number)
     return "Catalog " + std::to_string(number) + ".calib";
 }
 
-/// 200 core catalogs in a folder that goes away at the end, with a host for them.
+/// 200 core catalogs in a folder that is removed at the end, with a host for them.
 class Installation
 {
 public:
@@ -103,11 +104,10 @@ public:
     const fileString& certificates() const { return services_.certificateFile; }
     const std::set<fileString>& catalogs() const { return catalogs_; }
 
-    /// An update of all catalogs. What it learned of earlier ones is gone before. Throws when it does not
-    /// end as it should.
+    /// Updates all catalogs, after forgetting what earlier updates learned. Throws if it does not end as it should.
     void update(const std::string& service, std::int32_t outcome, int installed = 0) const
     {
-        FileUtils::removePath(services_.folders.coreLibraryDatabase / fileString(std::string("catalog_hash.txt")),
+        FileUtils::removePath(LibraryCatalogUpdate::catalogHashFile(LibraryCatalogUpdate::CoreCatalogs),
                               FileUtils::noFlags);
         bench::UpdateReceiver receiver;
         LibraryCatalogUpdate::LibraryCatalogUpdater updater(receiver, catalogs_, {}, {}, "planner", "12", service,
@@ -131,7 +131,7 @@ private:
     std::set<fileString> catalogs_;
 };
 
-/// The service: knows every catalog, and has others in place of the first `changed` ones.
+/// The service. It knows every catalog, and has other versions of the first `changed` ones.
 class Service
 {
 public:
@@ -201,7 +201,7 @@ std::string addressOf(const bench::DelayingRelay& relay)
     return "https://127.0.0.1:" + std::to_string(relay.port());
 }
 
-/// All that is measured.
+/// All measures.
 class Measures
 {
 public:
@@ -238,7 +238,7 @@ int lockAndGoOn(void* data, double, double, double, double)
     return 0;
 }
 
-// What the calls of the progress callback cost: as many bytes as fast as this machine can.
+// What the calls of the progress callback cost, with many bytes as fast as this machine can move them.
 void Measures::throughput()
 {
     test::ScriptedServer server;
@@ -255,7 +255,7 @@ void Measures::throughput()
     std::printf("210 MB on this machine: %.2f s, with a progress callback %.2f s\n", times[0], times[1]);
 }
 
-// The whole run with its redirect and its index, against curl's check alone.
+// The whole run with its redirect and its index, against curl's checks alone.
 void Measures::checks(milliseconds oneWay)
 {
     const bench::DelayingRelay relay(service_.server().port(), oneWay, 0);

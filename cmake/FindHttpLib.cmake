@@ -1,5 +1,5 @@
-# Finds cpp-httplib: HttpLib::httplib, with TLS. Debian splits the header from a compiled library; elsewhere
-# the header is all there is. Users link OpenSSL themselves.
+# Finds cpp-httplib: HttpLib::httplib, with TLS. Debian has a header and a compiled library; elsewhere there is
+# only the header. Targets that use it link OpenSSL themselves.
 find_path(HttpLib_INCLUDE_DIR httplib.h)
 find_library(HttpLib_LIBRARY NAMES cpp-httplib)
 include(FindPackageHandleStandardArgs)

@@ -7,7 +7,8 @@ if(MSVC)
 else()
     target_compile_options(velk_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion)
 endif()
-# Where several sources are compiled as one, g++ takes all but the first for headers.
+# Where several sources are compiled as one, g++ takes all but the first for headers, and warns of types that use
+# unnamed namespaces in them.
 if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     target_compile_options(velk_warnings INTERFACE -Wno-subobject-linkage)
 endif()
@@ -26,8 +27,8 @@ if(VELK_SANITIZE)
     target_link_options(velk_build_flags INTERFACE -fsanitize=${VELK_SANITIZE})
 endif()
 
-# The tests' flags. They compile sooner without optimisation, and nearly all run as fast. What a test
-# does wrong with memory is seen here too; undefined behaviour is looked for in the product alone.
+# The tests' flags. Without optimisation tests compile sooner, and nearly all of them run as fast. The memory
+# errors of a test are found too, but undefined behaviour is looked for in the product alone.
 add_library(velk_test_flags INTERFACE)
 target_link_libraries(velk_test_flags INTERFACE velk_warnings)
 if(NOT MSVC)
@@ -39,17 +40,18 @@ if(VELK_SANITIZE)
     target_link_options(velk_test_flags INTERFACE -fsanitize=${VELK_SANITIZE})
 endif()
 
-# What both libraries share: version, export name, a compile test of each public header alone.
+# What the libraries share: version, export name, and a check that each public header compiles alone.
 function(velk_library_properties target export_name)
     set_target_properties(${target} PROPERTIES
         EXPORT_NAME ${export_name}
         VERSION ${PROJECT_VERSION}
-        SOVERSION ${PROJECT_VERSION_MAJOR}
+        # As long as a new minor version may break programs, it has a name of its own for the loader, too.
+        SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}
         COMPILE_WARNING_AS_ERROR ${VELK_WERROR}
         VERIFY_INTERFACE_HEADER_SETS ON)
 endfunction()
 
-# The same for programs: warnings, sanitizers, and errors where they are asked for.
+# What the programs share: warnings, which are errors if VELK_WERROR says so, and sanitizers.
 function(velk_program_properties target)
     target_link_libraries(${target} PRIVATE velk_build_flags)
     set_target_properties(${target} PROPERTIES COMPILE_WARNING_AS_ERROR ${VELK_WERROR})

@@ -1,5 +1,5 @@
-# velk_find_library(NAME TARGET HEADER header LIBRARY names...): for a find module of a C library without a
-# package configuration of use. Finds it by its header and library and makes the imported target.
+# velk_find_library(NAME TARGET HEADER header LIBRARY names...): for the find module of a C library whose package
+# configuration is missing or useless. Finds the library by its header and file and makes the imported target.
 include(FindPackageHandleStandardArgs)
 
 macro(velk_find_library name target)

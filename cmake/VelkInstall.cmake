@@ -16,5 +16,8 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/VelkConfigVersion.cmake C
 install(FILES ${PROJECT_BINARY_DIR}/VelkConfig.cmake ${PROJECT_BINARY_DIR}/VelkConfigVersion.cmake
     DESTINATION ${velk_package_dir})
 
+# The prefix is found from where the file is, so the package may be moved.
+file(RELATIVE_PATH velk_prefix_from_pkgconfig /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+string(REGEX REPLACE "/$" "" velk_prefix_from_pkgconfig "${velk_prefix_from_pkgconfig}")
 configure_file(${CMAKE_CURRENT_LIST_DIR}/velk.pc.in ${PROJECT_BINARY_DIR}/velk.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/velk.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -1,6 +1,6 @@
-# velk_join_rooms(NAME RESULT rooms...): the program NAME belongs to the rooms of these paths, such as
-# VelkLibrary/Search, and to those around them. The target room.VelkLibrary.Search builds the programs of a room;
-# their tests get the labels in RESULT: room:VelkLibrary/Search, room:VelkLibrary.
+# velk_join_rooms(NAME RESULT rooms...): adds the program NAME to the rooms of these paths, such as
+# VelkLibrary/Search, and to the rooms around them. The target room.VelkLibrary.Search builds all programs of that
+# room. RESULT gets the labels for their tests: room:VelkLibrary/Search, room:VelkLibrary.
 function(velk_join_rooms name result)
     set(labels "")
     foreach(path IN LISTS ARGN)

@@ -5,7 +5,7 @@
 
 namespace fuzz {
 
-/// Ends the run, with the input kept, when something that must hold does not.
+/// Ends the run when something that must hold does not. The fuzzer then keeps the input.
 inline void check(bool holds, const char* what)
 {
     if (holds)

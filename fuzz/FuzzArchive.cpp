@@ -1,4 +1,4 @@
-// Archives: what is read, and what becomes of it when it is copied.
+// Reads any bytes as an archive, in two ways that must agree, and copies what it holds, which must stay the same.
 #include <VelkCommon/Archive/ZipUtils.h>
 #include <VelkCommon/Files/FileUtils.h>
 
@@ -30,7 +30,7 @@ std::optional<Bytes> readWhole(const fileString& archive, const fileString& name
     try {
         ZipUtils::writeFileDataFromArchive(combined(archive, name), [&](Bytes& bytes) { whole = bytes; });
     } catch (const std::bad_alloc&) {
-        // Too large by what it says of itself.
+        // It claims to be too large for memory.
     }
     return whole;
 }
@@ -47,7 +47,7 @@ std::optional<Bytes> readInBlocks(const fileString& archive, const fileString& n
     return stream.isWhole() ? std::optional(all) : std::nullopt;
 }
 
-/// Copies what can be copied; the names of that.
+/// Copies every entry that can be copied, and returns their names.
 std::set<fileString> copy(const fileString& from, const fileString& to)
 {
     std::set<fileString> copied;
@@ -59,11 +59,11 @@ std::set<fileString> copy(const fileString& from, const fileString& to)
             return true;
         },
         {});
-    fuzz::check(copied.empty() || !visited.empty(), "what was copied is completed");
+    fuzz::check(copied.empty() || !visited.empty(), "what was copied was visited");
     return copied;
 }
 
-// In memory where there is such a file system: archives are synced when they are complete.
+// In memory where there is such a file system, because complete archives are synced and a disk would slow that down.
 fileString outputFor(const fileString& input)
 {
     const std::string folder = std::filesystem::is_directory("/dev/shm") ? "/dev/shm" : input.parentPath().utf8();
@@ -90,8 +90,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzz::check(std::set<fileString>(result.begin(), result.end()) == copied && result.size() == copied.size(),
                 "the copy has each copied name once");
     for (const fileString& name : result)
-        fuzz::check(!contents[name] || readWhole(output, name) == contents[name], "what can be read stays so");
-    // Once more into itself: everything is replaced by the same.
+        fuzz::check(!contents[name] || readWhole(output, name) == contents[name],
+                    "what can be read is the same in the copy");
+    // Copied into itself, every entry is replaced by an equal one.
     fuzz::check(copy(output, output) == copied, "a copy can be copied");
     fuzz::check(ZipUtils::getFilenamesInArchive(output) == result, "replacing keeps the order");
     FileUtils::removePath(output, FileUtils::noFlags);

@@ -66,7 +66,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     check(Base64::decode(encoded) == bytes, "round trip");
     checkDecoder(std::string(bytes.begin(), bytes.end()));
 
-    std::string accepted;  // the same input as text that the decoder takes
+    std::string accepted;  // the same input, as characters that the decoder accepts
     for (const unsigned char byte : bytes)
         accepted.push_back(byte >= 0xC0 ? '=' : symbols[byte & 63]);
     checkDecoder(accepted);

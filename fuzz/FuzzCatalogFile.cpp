@@ -1,5 +1,5 @@
-#include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFile.h"
+#include "host/support/FileError.h"
 
 #include "Check.h"
 #include "InputFile.h"
@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             fuzz::check(catalog.folderPath(i).size() <= VelkHost::limits::folderDepth, "folders end at a category");
         for (const VelkHost::Item& item : catalog.items)
             fuzz::check(item.folder < catalog.folders.size(), "an item has a folder");
-    } catch (const VelkHost::CatalogError&) {
+    } catch (const VelkHost::FileError&) {
         // Refused, with the reason.
     }
     return 0;

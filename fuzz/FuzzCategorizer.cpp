@@ -1,7 +1,7 @@
-// Rates any name and keywords by any search, and compares with the definition tried place by place.
+// Rates any name and keywords by any search, and compares with the definition, which is tried place by place.
 //
-// Input: a byte of flags, then pieces between bytes FE: the name, the keywords, then terms. A term that
-// begins with "-" is an excluded one, one that begins with "|" opens a new group.
+// The input is a byte of flags, then pieces separated by the byte FE: the name, the keywords, and the terms. A term
+// that begins with "-" is excluded, and one that begins with "|" opens a new group.
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
 #include <VelkLibrary/LibraryResultCategorizer.h>

@@ -20,7 +20,8 @@ using Library::Search::ParseTree;
 
 constexpr std::size_t literalLimit = 16'384;
 
-/// The normal form as a tree, read by its rule; null when the text is rejected or stands for nothing.
+/// The normal form as a tree, read by the rules of such a form. Null when the text is
+/// rejected or has nothing to search for.
 std::unique_ptr<ParseTree> readNormalForm(const std::u32string& text)
 {
     const std::unique_ptr<BooleanExp> expression = BooleanExp::parse(text);
@@ -47,7 +48,7 @@ std::unique_ptr<ParseTree> readNormalForm(const std::u32string& text)
     return tree;
 }
 
-/// The tree that a search gets, from the normal form.
+/// The tree that a search must get, made from the normal form.
 ParseTree expectedTree(const std::u32string& text)
 {
     std::unique_ptr<ParseTree> tree;

@@ -1,5 +1,5 @@
-// Reads any bytes as a filter file. Whatever they are, what was read is written as a file that reads back, in
-// reverse.
+// Reads any bytes as a filter file. Whatever they are, the filters that were read are written as a file that reads
+// back the same, in reverse.
 #include <VelkCommon/HostServices.h>
 #include <VelkLibrary/LibraryFilterManager.h>
 
@@ -29,7 +29,7 @@ bool isReverse(const std::vector<LibraryFilter>& left, const std::vector<Library
     return std::equal(left.begin(), left.end(), right.rbegin(), right.rend(), isEqual);
 }
 
-// What a merge of nothing leaves is what the file holds.
+// Merged into an empty manager, the file's filters are all that the manager has.
 std::vector<LibraryFilter> load(LibraryFilterManager& manager, const fileString& path)
 {
     manager.setLibraryFilters({});
@@ -47,7 +47,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     LibraryFilterManager& manager = LibraryFilterManager::getLibraryFilterManager();
     const fileString path = file.write(data, size);
     load(manager, path);
-    // Bytes that are no text are replaced at the first writing.
+    // Bytes that are not text are replaced when the file is first written.
     const std::vector<LibraryFilter> first = load(manager, path);
     const long current = manager.getCurrentFilterId();
     for (const LibraryFilter& filter : first)

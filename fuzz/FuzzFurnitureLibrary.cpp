@@ -1,5 +1,5 @@
-#include "host/catalog/CatalogError.h"
 #include "host/catalog/FurnitureLibrary.h"
+#include "host/support/FileError.h"
 
 #include "Check.h"
 #include "InputFile.h"
@@ -20,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             for (const VelkHost::Item& item : catalog.items)
                 fuzz::check(!item.name.empty() && item.folder < catalog.folders.size(),
                             "an item has a name and a folder");
-        } catch (const VelkHost::CatalogError&) {
+        } catch (const VelkHost::FileError&) {
             // Refused, with the reason.
         }
     }

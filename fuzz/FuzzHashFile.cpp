@@ -1,5 +1,5 @@
-// Reads any bytes as a hash file. Whatever they are, a name that is taken is a plain one, and what is taken
-// reads back as it was.
+// Reads any bytes as a hash file. Whatever they are, each name that is taken is a plain file name, and each line
+// that is taken reads back as it was.
 #include <VelkLibrary/CatalogDownloadProtocol.h>
 #include <VelkLibrary/Data/PlainFileName.h>
 #include <VelkLibrary/Update/detail/CatalogTexts.h>
@@ -22,7 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const auto entry = detail::parseHashLine(line);
         if (!entry)
             continue;
-        fuzz::check(Library::detail::isPlainFileName(entry->first), "the name is plain");
+        fuzz::check(Library::isPlainFileName(entry->first), "the name is plain");
         fuzz::check(detail::parseHashLine(entry->first + ":" + entry->second) == entry, "it reads back");
     }
     static const fuzz::InputFile file(".txt");

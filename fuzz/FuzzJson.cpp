@@ -1,4 +1,4 @@
-// Reads any bytes as JSON, beside a strict reader: what that one takes, we take, and we read it the same.
+// Reads any bytes as JSON, and compares with a strict reader: what that one accepts, ours accepts and reads the same.
 #include "VelkLibrary/Data/JsonOracle.h"
 
 #include "Check.h"
@@ -8,7 +8,7 @@
 
 namespace {
 
-// Ten digits in a row: an integer that may be beyond 32 bits, and hidden by an equal key later on.
+// Ten digits in a row may be an integer beyond 32 bits, which an equal key further on can hide.
 bool mayHoldWideInteger(const std::string& text)
 {
     std::size_t digits = 0;

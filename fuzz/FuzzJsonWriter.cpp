@@ -1,4 +1,4 @@
-// Writes documents of any bytes: every reader takes them, and what is text reads back equal.
+// Writes documents of any bytes: our reader and another one accept them, and whatever is valid text reads back equal.
 #include "VelkLibrary/Data/JsonOracle.h"
 
 #include <VelkCommon/Json/json_writer.h>

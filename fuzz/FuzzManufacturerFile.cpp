@@ -1,4 +1,4 @@
-// Reads any bytes as a manufacturer data file. Whatever they are, the cards that were read are written as a
+// Reads any bytes as a manufacturers' data file. Whatever they are, the cards that were read are written as a
 // file with the same cards.
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/HostServices.h>
@@ -17,7 +17,7 @@
 
 namespace {
 
-// A folder for the data file, for as long as the process runs.
+// A folder for the data file, which lasts as long as the process.
 class DataFolder
 {
 public:

@@ -36,7 +36,7 @@ std::vector<std::string> linesOf(const std::string& block)
     return lines;
 }
 
-/// The names and values by a slower way: each header with the lines that continue it, then its parts.
+/// The names and values, found in a slower way: first each header with the lines that continue it, then its parts.
 std::vector<Line> expected(const std::string& block)
 {
     std::vector<std::vector<std::string>> folded;

@@ -10,7 +10,7 @@
 
 namespace fuzz {
 
-/// The input as a file, for readers that take a path. One per process, overwritten each time.
+/// The input as a file, for readers that take a path. There is one per process, which each input overwrites.
 class InputFile
 {
 public:

@@ -4,7 +4,8 @@
 #include <VelkCommon/Archive/detail/ZipEntryReader.h>
 #include <VelkCommon/Archive/detail/ZipWriter.h>
 #include <VelkCommon/Files/FileUtils.h>
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/FileSystem.h>
+#include <VelkCommon/Text/StringConvert.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -160,7 +161,7 @@ bool Handle::finish() const
 
 std::u32string ZipUtils::getExtension()
 {
-    return U".zip";
+    return StringConvert::toUnicodeFromUtf8(extension);
 }
 
 std::u32string ZipUtils::getDelimiter()

@@ -40,7 +40,9 @@ public:
     /// A declared size up to which writeFileDataFromArchive() reads an entry, in bytes: 64 MiB.
     static constexpr unsigned long long wholeEntryLimit = 64ULL << 20;
 
-    /// ".zip", the extension of texture archives.
+    /// The extension of texture archives.
+    static constexpr const char* extension = ".zip";
+    /// The same as UTF-32.
     static std::u32string getExtension();
     /// What stands between an archive's path and an entry's name in a combined path: a single U+0000.
     /// No path can hold it on any system, so a combined path is taken apart in one way only, and

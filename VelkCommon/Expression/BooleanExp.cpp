@@ -1,5 +1,8 @@
 #include <VelkCommon/Expression/BooleanExp.h>
 
+#include <VelkCommon/Expression/detail/BooleanExpNormalForm.h>
+#include <VelkCommon/Expression/detail/BooleanExpParser.h>
+
 #include <utility>
 
 namespace {
@@ -105,4 +108,20 @@ void BooleanExp::Group::forEachConjoinedTerm(const std::function<void(const Conj
 {
     for (const ConjoinedTerm& term : conjoinedTerms)
         f(term);
+}
+
+std::unique_ptr<BooleanExp> BooleanExp::parse(const std::u32string& text)
+{
+    std::unique_ptr<Group> root = Velk::detail::parseExpression(text);
+    if (!root)
+        return nullptr;
+    auto expression = std::make_unique<BooleanExp>();
+    expression->root = std::move(root);
+    return expression;
+}
+
+void BooleanExp::convertToDisjunctiveNormalForm()
+{
+    if (root)
+        Velk::detail::makeNormalForm(*root);
 }

@@ -33,22 +33,25 @@ public:
     public:
         virtual ~Node() = 0;
         /// This node as a term, or null.
+        /// @{
         virtual Term* asTerm();
-        /// The same of a constant node.
         virtual const Term* asTerm() const;
+        /// @}
         /// This node as a group, or null.
+        /// @{
         virtual Group* asGroup();
-        /// The same of a constant node.
         virtual const Group* asGroup() const;
+        /// @}
 
         bool negated = false;  ///< stands under a NOT
 
     protected:
         Node() = default;
         /// Copies `negated`.
+        /// @{
         Node(const Node&) = default;
-        /// Copies `negated`.
         Node& operator=(const Node&) = default;
+        /// @}
     };
 
     /// A word or phrase.
@@ -60,7 +63,6 @@ public:
         explicit Term(std::u32string termText, bool isNegated = false);
         ~Term() override;
         Term* asTerm() override;
-        /// This.
         const Term* asTerm() const override;
 
         std::u32string text;  ///< as typed
@@ -83,7 +85,6 @@ public:
         Group() = default;
         ~Group() override;
         Group* asGroup() override;
-        /// This.
         const Group* asGroup() const override;
 
         /// Calls `f` once for each entry of `conjoinedTerms`, in order; `first` is not visited.

@@ -2,11 +2,15 @@
 
 #include <VelkCommon/Files/ReplacementFile.h>
 #include <VelkCommon/Files/detail/Folders.h>
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/File.h>
+#include <VelkCommon/Platform/FileSystem.h>
+#include <VelkCommon/Platform/PathText.h>
+#include <VelkCommon/Platform/RemoveTree.h>
 #include <VelkCommon/detail/Guarded.h>
 
 namespace Platform = Velk::Platform;
 using Velk::guarded;
+using Velk::detail::folderOf;
 
 namespace {
 
@@ -16,12 +20,6 @@ bool isFile(const fileString& path)
 {
     const auto status = Platform::fileStatus(path.utf8());
     return status && !status->folder;
-}
-
-std::string folderOf(const fileString& path)
-{
-    const fileString parent = path.parentPathWithSeparator();
-    return parent.empty() ? "." : parent.utf8();
 }
 
 // Ends with a name: a root has none, and "." and ".." may lead to one.
@@ -85,6 +83,13 @@ bool FileUtils::removeDirectoryAndFiles(const fileString& path, MethodFlags flag
 bool FileUtils::createDirectoriesWithPerm(const fileString& path)
 {
     return guarded([&] { return Velk::detail::createMissingFolders(path, &Platform::createSharedFolder); }, false);
+}
+
+bool FileUtils::createPrivateDirectory(const fileString& path)
+{
+    // A separator at the end would lead through a link.
+    return guarded([&] { return Platform::createPrivateFolder(Velk::detail::withoutTrailingSeparators(path.utf8())); },
+                   false);
 }
 
 bool FileUtils::copyFile(const fileString& from, const fileString& to, bool overwrite)

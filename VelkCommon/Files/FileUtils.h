@@ -31,6 +31,11 @@ public:
     /// folder is there afterwards.
     static bool createDirectoriesWithPerm(const fileString& path);
 
+    /// Creates one folder for this user alone, as secrets need; its parent must be there. True as well when such a
+    /// folder is there already: no link and, on POSIX, owned by this user and closed to all others. On Windows it has
+    /// its parent's access list.
+    static bool createPrivateDirectory(const fileString& path);
+
     /// Copies a file's bytes and, on POSIX, its mode. `overwrite` false never touches an existing target
     /// (false), whoever makes it and when. A link at the target is replaced, never followed. A failure
     /// leaves an existing target as it was.

@@ -1,10 +1,10 @@
 #include <VelkCommon/Files/LockingFStream.h>
 
 #include <VelkCommon/Files/detail/LockPatience.h>
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/File.h>
+#include <VelkCommon/Platform/FileSystem.h>
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <cstring>
 #include <streambuf>
@@ -19,13 +19,11 @@ namespace {
 constexpr std::chrono::milliseconds lockPause{5};
 constexpr std::size_t bufferSize = std::size_t{1} << 16;
 
-std::atomic<std::chrono::milliseconds> lockPatience = Velk::detail::usualLockPatience;
-
 // Opens and locks, as often as it takes until somebody else lets go of the file.
 bool openLocked(Platform::File& file, const fileString& path, Platform::File::Lock lock)
 {
     using Clock = std::chrono::steady_clock;
-    const auto end = Clock::now() + lockPatience.load();
+    const auto end = Clock::now() + Velk::detail::lockPatience();
     for (;;) {
         const auto result = file.openLocked(path.utf8(), lock);
         if (result != Platform::File::LockResult::held)
@@ -239,11 +237,6 @@ private:
     off_type blockBegin_ = 0;  // for a writer: where in the file the put area begins
     std::size_t blockSize_ = 0;
 };
-
-void Velk::detail::setLockPatience(std::chrono::milliseconds patience) noexcept
-{
-    lockPatience = patience;
-}
 
 LockingFStream::LockingFStream(const fileString& path, int openMode)
     : std::iostream(nullptr), buffer_(std::make_unique<Buffer>(*this, path, openMode))

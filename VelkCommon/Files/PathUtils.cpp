@@ -2,8 +2,12 @@
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/detail/Folders.h>
+#include <VelkCommon/Files/detail/RandomName.h>
 #include <VelkCommon/HostServices.h>
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/FileSystem.h>
+#include <VelkCommon/Platform/PathText.h>
+#include <VelkCommon/Platform/UserFolders.h>
+#include <VelkCommon/detail/NeverDestroyed.h>
 
 #include <mutex>
 
@@ -38,7 +42,8 @@ fileString ownTemporaryFolder()
     if (Platform::createPrivateFolder(usual.utf8()))
         return usual;
     static std::mutex mutex;
-    static fileString& unguessable = *new fileString;
+    static Velk::detail::NeverDestroyed<fileString> name;
+    fileString& unguessable = *name;
     const std::lock_guard lock(mutex);
     if (unguessable.empty() || !Platform::createPrivateFolder(unguessable.utf8()))
         unguessable = usual + fileString(std::string("-")) + fileString(Velk::detail::randomName());

@@ -1,7 +1,9 @@
 #include <VelkCommon/Files/ReplacementFile.h>
 
 #include <VelkCommon/Files/detail/Folders.h>
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Files/detail/RandomName.h>
+#include <VelkCommon/Platform/File.h>
+#include <VelkCommon/Platform/FileSystem.h>
 
 #include <utility>
 
@@ -106,7 +108,7 @@ bool ReplacementFile::finish()
     if (!complete || Platform::move(path_.utf8(), target_.utf8(), replace) != Platform::MoveResult::moved)
         return false;
     path_ = {};
-    Platform::syncFolder(target_.parentPathWithSeparator().utf8());
+    Platform::syncFolder(Velk::detail::folderOf(target_));
     return true;
 }
 

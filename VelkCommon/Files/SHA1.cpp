@@ -1,12 +1,12 @@
 #include <VelkCommon/Files/SHA1.h>
 
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/File.h>
+#include <VelkCommon/Text/Hexadecimal.h>
 
 #include <openssl/evp.h>
 
 #include <array>
 #include <memory>
-#include <string_view>
 #include <vector>
 
 namespace {
@@ -23,7 +23,23 @@ const EVP_MD* algorithm()
     return fetched;
 }
 
-bool digestFile(Velk::Platform::File& file, EVP_MD_CTX* context)
+/// The digest of all bytes that `addAll` adds to the context it gets; empty when that or the crypto
+/// library fails.
+template <typename AddAll>
+std::string digestOf(AddAll addAll)
+{
+    const Context context(EVP_MD_CTX_new(), &EVP_MD_CTX_free);
+    if (!context || algorithm() == nullptr)
+        return {};
+    std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
+    unsigned int size = 0;
+    if (EVP_DigestInit_ex(context.get(), algorithm(), nullptr) != 1 || !addAll(context.get()) ||
+        EVP_DigestFinal_ex(context.get(), digest.data(), &size) != 1)
+        return {};
+    return Velk::Hexadecimal::textOf({reinterpret_cast<const char*>(digest.data()), size});
+}
+
+bool addFile(EVP_MD_CTX* context, Velk::Platform::File& file)
 {
     std::vector<char> block(blockSize);
     for (;;) {
@@ -35,29 +51,18 @@ bool digestFile(Velk::Platform::File& file, EVP_MD_CTX* context)
     }
 }
 
-std::string toHex(const unsigned char* bytes, std::size_t size)
-{
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string text;
-    text.reserve(2 * size);
-    for (std::size_t i = 0; i < size; ++i)
-        text.append({digits[bytes[i] >> 4U], digits[bytes[i] & 0x0FU]});
-    return text;
-}
-
 }  // namespace
 
 std::string SHA1::fileContentsToSHA1Hex(const fileString& path)
 {
     auto file = Velk::Platform::File::open(path.utf8(), Velk::Platform::File::Mode::read);
-    const Context context(EVP_MD_CTX_new(), &EVP_MD_CTX_free);
-    if (!file.isOpen() || !context || algorithm() == nullptr)
+    if (!file.isOpen())
         return {};
     file.expectSequentialReading();
-    std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
-    unsigned int size = 0;
-    if (EVP_DigestInit_ex(context.get(), algorithm(), nullptr) != 1 || !digestFile(file, context.get()) ||
-        EVP_DigestFinal_ex(context.get(), digest.data(), &size) != 1)
-        return {};
-    return toHex(digest.data(), size);
+    return digestOf([&](EVP_MD_CTX* context) { return addFile(context, file); });
+}
+
+std::string SHA1::bytesToSHA1Hex(std::string_view bytes)
+{
+    return digestOf([&](EVP_MD_CTX* context) { return EVP_DigestUpdate(context, bytes.data(), bytes.size()) == 1; });
 }

@@ -1,12 +1,12 @@
 #include <VelkCommon/Files/fileString.h>
 
 #include <VelkCommon/Files/PathUtils.h>
-#include <VelkCommon/Files/detail/Folders.h>
-#include <VelkCommon/Platform/Platform.h>
-#include <VelkCommon/Text/detail/Utf8.h>
+#include <VelkCommon/Files/detail/RandomName.h>
+#include <VelkCommon/Platform/FileSystem.h>
+#include <VelkCommon/Platform/PathText.h>
+#include <VelkCommon/Text/LowerCase.h>
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <ostream>
 #include <stdexcept>
@@ -17,50 +17,7 @@ using Velk::Platform::rootLength;
 
 namespace {
 
-constexpr char32_t oddByteBase = 0xDC00;
-constexpr char32_t firstOddByte = 0xDC80;
-constexpr char32_t lastOddByte = 0xDCFF;
 constexpr int temporaryNameAttempts = 100;
-
-// ---- Bytes and UTF-32 ----------------------------------------------------------------------------
-//
-// The two forms hold the same names: odd bytes have a code point of their own, and the three-byte form
-// of a lone surrogate (a name on Windows) is read as that surrogate. Only the surrogates that stand for
-// odd bytes are not read so: their three bytes count as three odd ones, or two byte texts would share
-// one UTF-32 text.
-
-constexpr bool isOddByte(char32_t point) noexcept
-{
-    return point >= firstOddByte && point <= lastOddByte;
-}
-
-std::u32string decodeAll(std::string_view text)
-{
-    std::u32string points;
-    points.reserve(text.size());
-    while (!text.empty()) {
-        const auto decoded = Velk::detail::decodeUtf8(text, Velk::detail::Surrogates::allowed);
-        const bool isText = decoded.wellFormed && !isOddByte(decoded.value);
-        points += isText ? decoded.value : oddByteBase + static_cast<unsigned char>(text[0]);
-        text.remove_prefix(isText ? decoded.length : 1);
-    }
-    return points;
-}
-
-std::string encodeAll(std::u32string_view points)
-{
-    std::string text;
-    text.reserve(points.size());
-    for (const char32_t point : points)
-        if (isOddByte(point))
-            text += static_cast<char>(point - oddByteBase);
-        else
-            Velk::detail::appendUtf8(text,
-                                     point <= Velk::detail::lastCodePoint ? point : Velk::detail::replacementCharacter);
-    return text;
-}
-
-// ---- Parts of a path -----------------------------------------------------------------------------
 
 // Where the file name begins: behind the last separator, and never within the root.
 std::size_t nameBegin(std::string_view path) noexcept
@@ -84,19 +41,7 @@ std::size_t extensionBegin(std::string_view path) noexcept
 
 }  // namespace
 
-std::string Velk::detail::randomName()
-{
-    std::array<unsigned char, 16> bytes{};
-    if (!Velk::Platform::fillRandom(bytes.data(), bytes.size()))
-        throw std::runtime_error("the system gives no random numbers");
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string name;
-    for (const unsigned char byte : bytes)
-        name.append({digits[byte >> 4U], digits[byte & 0x0FU]});
-    return name;
-}
-
-fileString::fileString(const std::u32string& text) : text_(encodeAll(text)) {}
+fileString::fileString(const std::u32string& text) : text_(Velk::Platform::fromUnicodePath(text)) {}
 
 fileString::fileString(const std::string& text) : text_(text) {}
 
@@ -154,14 +99,24 @@ fileString fileString::extension() const
     return text_.substr(extensionBegin(text_));
 }
 
+bool fileString::hasExtension(std::string_view wanted) const noexcept
+{
+    return std::string_view(text_).substr(extensionBegin(text_)) == wanted;
+}
+
+bool fileString::hasExtensionInAnyCase(std::string_view wanted) const
+{
+    return StringUtils::toLowerUtf8(std::string_view(text_).substr(extensionBegin(text_))) == wanted;
+}
+
 std::u32string fileString::unicodeString() const
 {
-    return decodeAll(text_);
+    return Velk::Platform::toUnicodePath(text_);
 }
 
 std::wstring fileString::toNativeString() const
 {
-    return Velk::Platform::toNativePath(unicodeString());
+    return Velk::Platform::toNativePath(text_);
 }
 
 std::string fileString::humanReadableString() const

@@ -51,6 +51,11 @@ public:
     /// The extension with its leading "."; none for "name", ".name", "." and "..". Of several dots the
     /// last one counts.
     fileString extension() const;
+    /// extension() is `wanted`; letter case counts. Without a copy.
+    bool hasExtension(std::string_view wanted) const noexcept;
+    /// extension() is `wanted`, given in lower case, whatever letter case the path has (see
+    /// StringUtils::toLowerUtf8()).
+    bool hasExtensionInAnyCase(std::string_view wanted) const;
 
     /// The path as UTF-32.
     std::u32string unicodeString() const;

@@ -17,9 +17,10 @@ public:
     {
     public:
         /// Takes the right over; `other` has none then.
+        /// @{
         Editable(Editable&& other) noexcept;
-        /// The same.
         Editable& operator=(Editable&& other) noexcept;
+        /// @}
         Editable(const Editable&) = delete;
         Editable& operator=(const Editable&) = delete;
         ~Editable() = default;
@@ -40,9 +41,10 @@ public:
     /// An image with these pixels; a null image is not valid.
     explicit ImageObj(QImage image);
     /// Shares the pixels.
+    /// @{
     ImageObj(const ImageObj& other);
-    /// Shares the pixels.
     ImageObj& operator=(const ImageObj& other);
+    /// @}
     virtual ~ImageObj();
 
     /// A handle that changes this image.

@@ -1,14 +1,13 @@
 #include <VelkCommon/Imaging/ImageUtils.h>
 
 #include <VelkCommon/Reporting/EnforcerThrow.h>
+#include <VelkCommon/Reporting/detail/ReportPlaces.h>
 
 #include <QGuiApplication>
 
 #include <utility>
 
 namespace {
-
-constexpr const char* sourceName = "ImageUtils";
 
 bool isSide(int pixels)
 {
@@ -40,6 +39,6 @@ QPixmap ImageUtils::imageObjToBMP(const ImageObj& image)
 {
     // Qt ends the process when a pixmap is made without the application object.
     if (qobject_cast<QGuiApplication*>(QCoreApplication::instance()) == nullptr)
-        EnforcerThrow("!qGuiApp", sourceName, __LINE__);
+        EnforcerThrow("!qGuiApp", Velk::detail::places::pixmapWithoutApplication);
     return image.valid() ? QPixmap::fromImage(image.image()) : QPixmap();
 }

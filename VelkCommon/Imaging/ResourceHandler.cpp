@@ -2,11 +2,12 @@
 
 #include <VelkCommon/HostServices.h>
 #include <VelkCommon/detail/AskHost.h>
+#include <VelkCommon/detail/NeverDestroyed.h>
 
 ResourceHandler& ResourceHandler::getHandler()
 {
-    static ResourceHandler& handler = *new ResourceHandler;
-    return handler;
+    static Velk::detail::NeverDestroyed<ResourceHandler> handler([] { return ResourceHandler(); });
+    return *handler;
 }
 
 ImageObj ResourceHandler::getImage(std::string_view name) const

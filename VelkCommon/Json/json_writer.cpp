@@ -1,8 +1,10 @@
 #include <VelkCommon/Json/json_writer.h>
 
 #include <VelkCommon/Files/ReplacementFile.h>
+#include <VelkCommon/Text/Hexadecimal.h>
 #include <VelkCommon/Text/StringConvert.h>
-#include <VelkCommon/Text/detail/Utf8.h>
+#include <VelkCommon/Text/Utf16.h>
+#include <VelkCommon/detail/Utf8.h>
 
 #include <array>
 #include <charconv>
@@ -41,10 +43,9 @@ std::size_t plainLength(std::string_view text)
 
 void appendUnit(std::string& out, unsigned unit)
 {
-    constexpr std::string_view digits = "0123456789abcdef";
     out += "\\u";
     for (int shift = 12; shift >= 0; shift -= 4)
-        out += digits[(unit >> shift) & 0xF];
+        out += Velk::Hexadecimal::smallDigits[(unit >> shift) & 0xF];
 }
 
 // Quotes, backslashes and control characters.
@@ -77,21 +78,21 @@ void appendAscii(std::string& out, char character)
     }
 }
 
-// The surrogate at the beginning of `text`, in its three-byte form, when it is between these two.
-char32_t surrogateAt(std::string_view text, char32_t lowest, char32_t highest)
+// The surrogate at the beginning of `text`, in its three-byte form, when it is of that kind.
+char32_t surrogateAt(std::string_view text, bool (*isOfKind)(char32_t) noexcept)
 {
     if (text.empty())
         return 0;
     const auto decoded = Velk::detail::decodeUtf8(text, Surrogates::allowed);
-    return decoded.wellFormed && decoded.value >= lowest && decoded.value <= highest ? decoded.value : 0;
+    return decoded.wellFormed && isOfKind(decoded.value) ? decoded.value : 0;
 }
 
 // Appends the surrogate pair that `text` begins with; false when it begins with none.
 bool appendSurrogatePair(std::string& out, std::string_view text)
 {
     constexpr std::size_t surrogateBytes = 3;
-    const char32_t high = surrogateAt(text, 0xD800, 0xDBFF);
-    const char32_t low = high == 0 ? 0 : surrogateAt(text.substr(surrogateBytes), 0xDC00, 0xDFFF);
+    const char32_t high = surrogateAt(text, Velk::Utf16::isLead);
+    const char32_t low = high == 0 ? 0 : surrogateAt(text.substr(surrogateBytes), Velk::Utf16::isTrail);
     if (low == 0)
         return false;
     appendUnit(out, high);

@@ -51,9 +51,10 @@ public:
     /// The same; without it a literal would become `true`.
     void add_element(const std::string& key, const char* value);
     /// Adds a text, see StringConvert::toStdUtf8String() for what is no Unicode.
+    /// @{
     void add_element(const std::string& key, const std::u32string& value);
-    /// The same.
     void add_element(const std::string& key, const char32_t* value);
+    /// @}
     /// Adds true or false.
     void add_element(const std::string& key, bool value);
     /// Adds a number.

@@ -5,6 +5,7 @@
 #include <VelkCommon/Network/detail/Session.h>
 #include <VelkCommon/Network/detail/UnreachableServers.h>
 #include <VelkCommon/Network/detail/UrlText.h>
+#include <VelkCommon/Text/Ascii.h>
 #include <VelkCommon/detail/Guarded.h>
 
 #include <algorithm>
@@ -31,9 +32,7 @@ std::string extensionOf(const std::string& url)
     if (dot == std::string::npos || path[dot] != '.' || path.find('/', host + 2) > dot)
         return {};
     std::string extension = path.substr(dot);
-    const auto isPlain = [](char c) {
-        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-    };
+    const auto isPlain = [](char c) { return Velk::Ascii::isDigit(c) || Velk::Ascii::isLetter(c); };
     if (extension.size() < 2 || extension.size() > extensionLimit ||
         !std::all_of(extension.begin() + 1, extension.end(), isPlain))
         return {};
@@ -52,11 +51,11 @@ detail::TransferFailure fetch(TransferRequest request, detail::FileBody body)
     return {};
 }
 
-// What `operation` returns, also for want of memory.
+// How `transfer` failed, if it did: by what it returns, or for want of memory, which is all that it throws.
 template <typename Operation>
-detail::TransferFailure guarded(Operation operation) noexcept
+detail::TransferFailure failureOf(Operation transfer) noexcept
 {
-    return Velk::guarded(operation, detail::TransferFailure{CURLE_OUT_OF_MEMORY, "Out of memory"});
+    return Velk::guarded(transfer, detail::TransferFailure{CURLE_OUT_OF_MEMORY, "Out of memory"});
 }
 
 }  // namespace
@@ -92,7 +91,7 @@ bool Curl::download_to_location(const std::string& url, const fileString& target
                                 const std::vector<std::string>& headers, void* data, Progress progress,
                                 std::string& reason, unsigned int& code) const
 {
-    detail::TransferFailure failure = guarded([&] {
+    detail::TransferFailure failure = failureOf([&] {
         TransferRequest request = detail::bodyRequest(url, headers, Wanted::success);
         if (progress != nullptr) {
             request.progress = progress;
@@ -108,7 +107,7 @@ bool Curl::download_to_location(const std::string& url, const fileString& target
 
 bool Curl::download_to_location(const std::string& url, const fileString& target, std::string& reason) const
 {
-    detail::TransferFailure failure = guarded([&] {
+    detail::TransferFailure failure = failureOf([&] {
         return fetch(detail::bodyRequest(url, {}, Wanted::success), {target, detail::transferLimits().shortFormBytes});
     });
     reason = std::move(failure.reason);
@@ -120,7 +119,7 @@ bool Curl::getURLHeader(const std::string& url, const std::vector<std::string>& 
 {
     header.clear();
     responseCode = 0;
-    const detail::TransferFailure failure = guarded([&] {
+    const detail::TransferFailure failure = failureOf([&] {
         detail::NoBody body;
         Transfer transfer(detail::headerRequest(url, headers), body);
         detail::run(transfer);
@@ -144,7 +143,7 @@ bool Curl::browseURL(const std::string& url, const std::vector<std::string>& hea
 {
     body.clear();
     bool succeeded = false;
-    guarded([&] {
+    failureOf([&] {
         detail::TextBody text(detail::transferLimits().textBytes);
         TransferRequest request = detail::bodyRequest(url, headers, Wanted::all);
         request.compressed = true;

@@ -2,6 +2,8 @@
 
 #include <VelkCommon/Network/detail/Requests.h>
 #include <VelkCommon/Network/detail/Session.h>
+#include <VelkCommon/Text/Ascii.h>
+#include <VelkCommon/Text/StringUtils.h>
 
 #include <algorithm>
 #include <string_view>
@@ -10,14 +12,9 @@ namespace detail = Velk::detail;
 
 namespace {
 
-constexpr std::string_view blanks = " \t\r\n";
-
 std::string_view trimmed(std::string_view text)
 {
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+    return StringUtils::trimmed(text, " \t\r\n");
 }
 
 // Cuts the first line off `text` and returns it without its end.
@@ -39,19 +36,15 @@ void continueValue(std::string& value, std::string_view line)
     value += more;
 }
 
-unsigned char lower(char c)
-{
-    return static_cast<unsigned char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-}
-
 }  // namespace
 
 namespace WebUtils {
 
 bool HeaderNameCompare::operator()(const std::string& left, const std::string& right) const
 {
-    return std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end(),
-                                        [](char a, char b) { return lower(a) < lower(b); });
+    return std::lexicographical_compare(
+        left.begin(), left.end(), right.begin(), right.end(),
+        [](unsigned char a, unsigned char b) { return Velk::Ascii::lower(a) < Velk::Ascii::lower(b); });
 }
 
 std::string getUrlAfterRedirects(const std::string& url)

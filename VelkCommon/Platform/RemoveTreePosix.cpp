@@ -1,4 +1,4 @@
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/RemoveTree.h>
 
 #include <VelkCommon/Platform/detail/Posix.h>
 

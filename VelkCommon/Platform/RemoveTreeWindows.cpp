@@ -1,5 +1,6 @@
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/RemoveTree.h>
 
+#include <VelkCommon/Platform/PathText.h>
 #include <VelkCommon/Platform/detail/Windows.h>
 
 #include <memory>

@@ -1,7 +1,7 @@
 #include <VelkCommon/Reporting/Assertions.h>
 
 #include <VelkCommon/HostServices.h>
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/Process.h>
 #include <VelkCommon/Reporting/detail/ReportLine.h>
 #include <VelkCommon/Reporting/detail/TextOrNothing.h>
 #include <VelkCommon/detail/AskHost.h>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <VelkCommon/Export.h>
+#include <VelkCommon/Reporting/ReportPlace.h>
 
 #include <cstddef>
 
@@ -19,5 +20,10 @@ inline constexpr long softAssertion = -4;
 /// What an assertion does when its condition is false: reports it where reports are enabled, breaks
 /// into an attached debugger when the report asks for it, and goes on in any case. Never throws.
 VELKCOMMON_EXPORT void assertionFailed(const char* sourceFile, std::size_t line, const char* expression);
+/// The same.
+inline void assertionFailed(const ReportPlace& place, const char* expression)
+{
+    assertionFailed(place.source, place.line, expression);
+}
 
 }  // namespace Velk

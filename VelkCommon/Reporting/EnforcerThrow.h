@@ -1,6 +1,7 @@
 #pragma once
 
 #include <VelkCommon/Export.h>
+#include <VelkCommon/Reporting/ReportPlace.h>
 
 #include <cstddef>
 #include <stdexcept>
@@ -29,3 +30,8 @@ private:
 
 /// Throws an EnforcerException that names the violated precondition and its place. Does not return.
 [[noreturn]] VELKCOMMON_EXPORT void EnforcerThrow(const char* expression, const char* sourceFile, std::size_t line);
+/// The same.
+[[noreturn]] inline void EnforcerThrow(const char* expression, const Velk::ReportPlace& place)
+{
+    EnforcerThrow(expression, place.source, place.line);
+}

@@ -1,12 +1,13 @@
 #include <VelkCommon/Reporting/MessagingSystem.h>
 
 #include <VelkCommon/HostServices.h>
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/Process.h>
 #include <VelkCommon/Reporting/detail/ReportLine.h>
 #include <VelkCommon/Text/FormatText.h>
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
 #include <VelkCommon/detail/AskHost.h>
+#include <VelkCommon/detail/NeverDestroyed.h>
 
 #include <limits>
 #include <utility>
@@ -72,8 +73,8 @@ std::string Message::formatted() const
 
 MessagingSystem& MessagingSystem::control()
 {
-    static MessagingSystem& system = *new MessagingSystem;
-    return system;
+    static Velk::detail::NeverDestroyed<MessagingSystem> system([] { return MessagingSystem(); });
+    return *system;
 }
 
 Button MessagingSystem::notify(const char* sourceFile, std::size_t line, const MessageTrait& trait, long messageId,

@@ -56,11 +56,12 @@ public:
     /// Shows or records a message and returns the button that the user pressed (`Ok` without a host).
     /// Narrow texts are UTF-8. Never throws, whatever the host does. Any thread; whether it waits for
     /// the user is the host's business.
+    /// @{
     Button notify(const char* sourceFile, std::size_t line, const MessageTrait& trait, long messageId,
                   const std::string& text, const std::string& detail1, const std::string& detail2);
-    /// The same with UTF-32 texts.
     Button notify(const char* sourceFile, std::size_t line, const MessageTrait& trait, long messageId,
                   const std::u32string& text, const std::u32string& detail1, const std::u32string& detail2);
+    /// @}
 
 private:
     MessagingSystem() = default;

@@ -2,25 +2,27 @@
 
 #include <VelkCommon/HostServices.h>
 #include <VelkCommon/Reporting/MessagingSystem.h>
+#include <VelkCommon/Reporting/PreferenceNumbers.h>
+#include <VelkCommon/Reporting/detail/ReportPlaces.h>
+#include <VelkCommon/Text/TextNumbers.h>
 #include <VelkCommon/detail/AskHost.h>
+#include <VelkCommon/detail/NeverDestroyed.h>
 
 #include <boost/core/demangle.hpp>
 
 namespace {
 
-constexpr const char* sourceName = "PreferenceEngine";
-constexpr std::size_t lineOfGet = 93;
-constexpr std::size_t lineOfSet = 113;
-constexpr long typeMismatchMessage = 272032175;
-
 const std::vector<Velk::HostPreference>& defaultPreferences()
 {
-    static const auto& preferences = *new const std::vector<Velk::HostPreference>{
-        {236, "How progress is described", 1},
-        {251, "The last manual update had errors", false},
-        {271, "Core libraries are left alone by an automatic update", false},
-    };
-    return preferences;
+    using namespace Velk::preferenceNumbers;
+    static Velk::detail::NeverDestroyed<const std::vector<Velk::HostPreference>> preferences([] {
+        return std::vector<Velk::HostPreference>{
+            {progressDisplay, "How progress is described", 1},
+            {lastManualUpdateFailed, "The last manual update had errors", false},
+            {coreLibrariesStay, "Core libraries are left alone by an automatic update", false},
+        };
+    });
+    return *preferences;
 }
 
 /// The preference as it is without a host: one without description and value for most numbers.
@@ -47,13 +49,16 @@ SinglePref& PrefSet::getPref(std::size_t index)
 
 void PrefSet::reportMismatch(Access access, const SinglePref& pref, const std::type_info& requested) const
 {
+    namespace places = Velk::detail::places;
     const bool reading = access == Access::Get;
     const std::string text = std::string(reading ? "Get" : "Set") + " pref isA failure: Expected preference '" +
                              pref.getDescription() + "' to be of type '" + boost::core::demangle(requested.name()) +
                              "', but instead found it to be of type '" +
                              boost::core::demangle(pref.value().type().name()) + "'.";
-    error::MessagingSystem::control().notify(sourceName, reading ? lineOfGet : lineOfSet, error::WarningTrait(),
-                                             typeMismatchMessage, text, std::string(), std::string());
+    const Velk::ReportPlace& place = reading ? places::preferenceRead : places::preferenceWritten;
+    error::MessagingSystem::control().notify(place.source, place.line, error::WarningTrait(),
+                                             Velk::textNumbers::preferenceOfOtherType, text, std::string(),
+                                             std::string());
 }
 
 void PrefSet::store(std::size_t index, SinglePref& pref, const std::any& value)
@@ -85,8 +90,8 @@ PreferenceEngine::PreferenceEngine()
 
 PreferenceEngine& PreferenceEngine::getThePrefs()
 {
-    static PreferenceEngine& engine = *new PreferenceEngine;
-    return engine;
+    static Velk::detail::NeverDestroyed<PreferenceEngine> engine([] { return PreferenceEngine(); });
+    return *engine;
 }
 
 void PreferenceEngine::adopt(const std::vector<Velk::HostPreference>& preferences)

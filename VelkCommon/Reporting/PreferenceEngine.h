@@ -70,9 +70,8 @@ private:
     std::set<std::size_t> changed_;              // numbers whose entries are not as without a host
 };
 
-/// The host's preference store. The numbers that the library uses, with their defaults:
-/// 236 how progress is described (int, 1), 251 the last manual update had errors (bool, false),
-/// 271 the core libraries are left alone by an automatic update (bool, false).
+/// The host's preference store. PreferenceNumbers.h has the numbers that the library uses, with their
+/// defaults.
 class VELKCOMMON_EXPORT PreferenceEngine
 {
 public:

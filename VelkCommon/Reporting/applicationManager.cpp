@@ -1,5 +1,7 @@
 #include <VelkCommon/Reporting/applicationManager.h>
 
+#include <VelkCommon/detail/NeverDestroyed.h>
+
 namespace {
 
 class DefaultApplication final : public applicationManager
@@ -10,8 +12,8 @@ public:
 
 DefaultApplication& defaultApplication()
 {
-    static DefaultApplication& application = *new DefaultApplication;
-    return application;
+    static Velk::detail::NeverDestroyed<DefaultApplication> application;
+    return *application;
 }
 
 }  // namespace

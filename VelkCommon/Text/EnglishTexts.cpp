@@ -1,57 +1,67 @@
 #include <VelkCommon/Text/EnglishTexts.h>
 
+#include <VelkCommon/Text/TextNumbers.h>
+
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace Velk {
 namespace {
 
 struct NumberedText
 {
-    long id;
+    unsigned int number;
     std::string_view text;
 };
 
-// In ascending order of the numbers.
 constexpr NumberedText texts[] = {
-    {2749, "%1% %%"},
-    {2750, "%1% of %2%"},
-    {2752, "Shows the amounts. Click to hide them."},
-    {2753, "Shows no numbers. Click to show the percentage."},
-    {2754, "Shows the percentage. Click to show the amounts."},
-    {8709, "Downloading %1%"},
-    {8717, "Checking catalogs"},
-    {8723, "Checking "},  // a file name follows directly
-    {8727, "Asking the service about %1%"},
-    {8745, "KB"},
-    {8930, "No filter"},
-    {10000, "Cabinet"},
-    {10001, "Column"},
-    {10002, "Countertop"},
-    {10003, "Curtain wall"},
-    {10004, "Dimension"},
-    {10005, "Door"},
-    {10006, "Electrical"},
-    {10007, "Fixture"},
-    {10008, "Furniture"},
-    {10009, "Molding"},
-    {10010, "Railing"},
-    {10011, "Roof"},
-    {10012, "Stairs"},
-    {10013, "Wall"},
-    {10014, "Window"},
-    {10108, "Contact the manufacturer for more information about its products."},
-    {272032175, "A preference has an unexpected type: %1%"},
-    {272032391, "The file %1% cannot be written."},
+    {textNumbers::percentage, "%1% %%"},
+    {textNumbers::amounts, "%1% of %2%"},
+    {textNumbers::amountsToolTip, "Shows the amounts. Click to hide them."},
+    {textNumbers::barOnlyToolTip, "Shows no numbers. Click to show the percentage."},
+    {textNumbers::percentageToolTip, "Shows the percentage. Click to show the amounts."},
+    {textNumbers::downloading, "Downloading %1%"},
+    {textNumbers::checkingCatalogs, "Checking catalogs"},
+    {textNumbers::checkingCatalog, "Checking "},  // a file name follows directly
+    {textNumbers::askingService, "Asking the service about %1%"},
+    {textNumbers::downloadUnit, "KB"},
+    {textNumbers::noFilter, "No filter"},
+    {textNumbers::firstStyle, "Cabinet"},
+    {textNumbers::firstStyle + 1, "Column"},
+    {textNumbers::firstStyle + 2, "Countertop"},
+    {textNumbers::firstStyle + 3, "Curtain wall"},
+    {textNumbers::firstStyle + 4, "Dimension"},
+    {textNumbers::firstStyle + 5, "Door"},
+    {textNumbers::firstStyle + 6, "Electrical"},
+    {textNumbers::firstStyle + 7, "Fixture"},
+    {textNumbers::firstStyle + 8, "Furniture"},
+    {textNumbers::firstStyle + 9, "Molding"},
+    {textNumbers::firstStyle + 10, "Railing"},
+    {textNumbers::firstStyle + 11, "Roof"},
+    {textNumbers::firstStyle + 12, "Stairs"},
+    {textNumbers::firstStyle + 13, "Wall"},
+    {textNumbers::lastStyle, "Window"},
+    {textNumbers::manufacturerCard, "Contact the manufacturer for more information about its products."},
+    {textNumbers::preferenceOfOtherType, "A preference has an unexpected type: %1%"},
+    {textNumbers::unwritableFile, "The file %1% cannot be written."},
 };
+
+constexpr bool comesBefore(const NumberedText& left, const NumberedText& right)
+{
+    return left.number < right.number;
+}
+static_assert(std::is_sorted(std::begin(texts), std::end(texts), comesBefore));
 
 }  // namespace
 
 std::optional<std::string_view> englishText(long id) noexcept
 {
-    const auto found = std::lower_bound(std::begin(texts), std::end(texts), id,
-                                        [](const NumberedText& entry, long wanted) { return entry.id < wanted; });
-    if (found == std::end(texts) || found->id != id)
+    if (!std::in_range<unsigned int>(id))
+        return std::nullopt;
+    const auto number = static_cast<unsigned int>(id);
+    const auto found = std::lower_bound(std::begin(texts), std::end(texts), NumberedText{number, {}}, comesBefore);
+    if (found == std::end(texts) || found->number != number)
         return std::nullopt;
     return found->text;
 }

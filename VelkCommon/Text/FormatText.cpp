@@ -1,5 +1,7 @@
 #include <VelkCommon/Text/FormatText.h>
 
+#include <VelkCommon/Text/Ascii.h>
+
 #include <algorithm>
 #include <charconv>
 
@@ -8,15 +10,10 @@ namespace {
 
 constexpr std::size_t longestNumber = 6;
 
-bool isDigit(char character)
-{
-    return character >= '0' && character <= '9';
-}
-
 std::size_t leadingDigits(std::string_view text)
 {
     std::size_t count = 0;
-    while (count < text.size() && isDigit(text[count]))
+    while (count < text.size() && Ascii::isDigit(text[count]))
         ++count;
     return count;
 }
@@ -34,7 +31,7 @@ bool hasLongNumber(std::string_view pattern)
 {
     std::size_t digits = 0;
     for (const char character : pattern) {
-        digits = isDigit(character) ? digits + 1 : 0;
+        digits = Ascii::isDigit(character) ? digits + 1 : 0;
         if (digits > longestNumber)
             return true;
     }

@@ -1,5 +1,8 @@
+#include <VelkCommon/Text/LowerCase.h>
+
 #include <VelkCommon/Platform/Bytes16.h>
-#include <VelkCommon/Text/StringUtils.h>
+#include <VelkCommon/Text/Ascii.h>
+#include <VelkCommon/detail/Utf8.h>
 
 #include <QChar>
 
@@ -7,43 +10,24 @@
 #include <cstdint>
 #include <cstring>
 
+using Velk::detail::EncodedUtf8;
+using Velk::detail::encodeUtf8;
 using Velk::Platform::Bytes16;
 using Velk::Platform::lowestBit;
 
 namespace StringUtils {
 namespace {
 
-constexpr char32_t lastCodePoint = 0x10FFFF;
 constexpr char32_t capitalIWithDot = 0x130;
 
 // Qt leaves U+0130 alone because its full mapping has two characters; the simple one is "i".
 char32_t lowerCodePoint(char32_t character)
 {
     if (character < 0x80)
-        return character >= U'A' && character <= U'Z' ? character | 0x20 : character;
+        return Velk::Ascii::lower(character);
     if (character == capitalIWithDot)
         return U'i';
-    return character <= lastCodePoint ? QChar::toLower(character) : character;
-}
-
-/// Up to four bytes of UTF-8.
-struct Encoded
-{
-    char bytes[4];
-    std::uint8_t size;
-};
-
-Encoded encode(char32_t character)
-{
-    const auto byte = [](char32_t value) { return static_cast<char>(static_cast<unsigned char>(value)); };
-    const auto continuation = [&](unsigned shift) { return byte(0x80 | (character >> shift & 0x3F)); };
-    if (character < 0x80)
-        return {{byte(character)}, 1};
-    if (character < 0x800)
-        return {{byte(0xC0 | character >> 6), continuation(0)}, 2};
-    if (character < 0x10000)
-        return {{byte(0xE0 | character >> 12), continuation(6), continuation(0)}, 3};
-    return {{byte(0xF0 | character >> 18), continuation(12), continuation(6), continuation(0)}, 4};
+    return character <= Velk::detail::lastCodePoint ? QChar::toLower(character) : character;
 }
 
 /// The lower case of characters that are looked up often: all of two bytes (Latin letters with accents,
@@ -63,20 +47,20 @@ public:
         return tables;
     }
 
-    const Encoded& ofTwoBytes(char32_t character) const { return twoBytes_[character - twoBytesBegin]; }
-    const Encoded& ofAdditions(char32_t character) const { return additions_[character - additionsBegin]; }
+    const EncodedUtf8& ofTwoBytes(char32_t character) const { return twoBytes_[character - twoBytesBegin]; }
+    const EncodedUtf8& ofAdditions(char32_t character) const { return additions_[character - additionsBegin]; }
 
 private:
     CaseTables()
     {
         for (char32_t character = twoBytesBegin; character < twoBytesEnd; ++character)
-            twoBytes_[character - twoBytesBegin] = encode(lowerCodePoint(character));
+            twoBytes_[character - twoBytesBegin] = encodeUtf8(lowerCodePoint(character));
         for (char32_t character = additionsBegin; character < additionsEnd; ++character)
-            additions_[character - additionsBegin] = encode(lowerCodePoint(character));
+            additions_[character - additionsBegin] = encodeUtf8(lowerCodePoint(character));
     }
 
-    std::array<Encoded, twoBytesEnd - twoBytesBegin> twoBytes_;
-    std::array<Encoded, additionsEnd - additionsBegin> additions_;
+    std::array<EncodedUtf8, twoBytesEnd - twoBytesBegin> twoBytes_;
+    std::array<EncodedUtf8, additionsEnd - additionsBegin> additions_;
 };
 
 unsigned byteAt(const char* text)
@@ -102,12 +86,7 @@ Bytes16 lowerAscii(Bytes16 block)
     return block | (inRange(block, 'A', 'Z') & Bytes16(0x20));
 }
 
-char lowerAscii(char byte)
-{
-    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte | 0x20) : byte;
-}
-
-char* append(char* out, const Encoded& encoded)
+char* append(char* out, const EncodedUtf8& encoded)
 {
     std::memcpy(out, encoded.bytes, sizeof encoded.bytes);
     return out + encoded.size;
@@ -119,7 +98,7 @@ char* lowerLongCharacter(char* out, const char*& in, unsigned size)
     char32_t character = byteAt(in) & (0x7Fu >> size);
     for (unsigned i = 1; i < size; ++i)
         character = character << 6 | (byteAt(in + i) & 0x3F);
-    const bool overlong = size == 4 && character < 0x10000;
+    const bool overlong = size == 4 && character < Velk::detail::firstSupplementary;
     const bool isAddition = character >= CaseTables::additionsBegin && character < CaseTables::additionsEnd;
     if (isAddition && size == 3) {
         in += size;
@@ -130,7 +109,7 @@ char* lowerLongCharacter(char* out, const char*& in, unsigned size)
         std::memcpy(out, in, size);
         out += size;
     } else {
-        out = append(out, encode(lower));
+        out = append(out, encodeUtf8(lower));
     }
     in += size;
     return out;
@@ -155,7 +134,7 @@ char* lowerCharacter(char* out, const char*& in, const char* end)
             return lowerLongCharacter(out, in, 4);
         }
     }
-    *out = lowerAscii(*in++);
+    *out = Velk::Ascii::lower(*in++);
     return out + 1;
 }
 

@@ -1,6 +1,7 @@
 #include <VelkCommon/Text/StringConvert.h>
 
-#include <VelkCommon/Text/detail/Utf8.h>
+#include <VelkCommon/Text/Utf16.h>
+#include <VelkCommon/detail/Utf8.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -10,24 +11,14 @@
 namespace StringConvert {
 namespace {
 
+namespace Utf16 = Velk::Utf16;
 using Velk::detail::appendUtf8;
-using Velk::detail::firstSupplementary;
 using Velk::detail::lastCodePoint;
 using Velk::detail::replacementCharacter;
 
-constexpr bool isLeadSurrogate(char32_t unit)
-{
-    return unit >= 0xD800 && unit <= 0xDBFF;
-}
-
-constexpr bool isTrailSurrogate(char32_t unit)
-{
-    return unit >= 0xDC00 && unit <= 0xDFFF;
-}
-
 constexpr char32_t validOrReplacement(char32_t value)
 {
-    return value > lastCodePoint || isLeadSurrogate(value) || isTrailSurrogate(value) ? replacementCharacter : value;
+    return value > lastCodePoint || Utf16::isLead(value) || Utf16::isTrail(value) ? replacementCharacter : value;
 }
 
 template <typename Unit>
@@ -38,8 +29,8 @@ std::u32string decodeUtf16(const Unit* units, std::size_t size)
     for (std::size_t i = 0; i < size; ++i) {
         const auto unit = static_cast<char32_t>(units[i]);
         const auto next = i + 1 < size ? static_cast<char32_t>(units[i + 1]) : 0;
-        if (isLeadSurrogate(unit) && isTrailSurrogate(next)) {
-            result += firstSupplementary + ((unit - 0xD800) << 10) + (next - 0xDC00);
+        if (Utf16::isLead(unit) && Utf16::isTrail(next)) {
+            result += Utf16::joined(unit, next);
             ++i;
         } else {
             result += validOrReplacement(unit);
@@ -52,7 +43,7 @@ std::size_t utf16Length(std::u32string_view text)
 {
     std::size_t length = text.size();
     for (const char32_t value : text)
-        length += validOrReplacement(value) >= firstSupplementary ? 1 : 0;
+        length += validOrReplacement(value) >= Utf16::firstPaired ? 1 : 0;
     return length;
 }
 
@@ -62,11 +53,11 @@ void encodeUtf16(std::u32string_view text, Unit* out)
 {
     for (const char32_t raw : text) {
         const char32_t value = validOrReplacement(raw);
-        if (value < firstSupplementary) {
+        if (value < Utf16::firstPaired) {
             *out++ = static_cast<Unit>(value);
         } else {
-            *out++ = static_cast<Unit>(0xD800 + ((value - firstSupplementary) >> 10));
-            *out++ = static_cast<Unit>(0xDC00 + (value & 0x3FF));
+            *out++ = static_cast<Unit>(Utf16::leadOf(value));
+            *out++ = static_cast<Unit>(Utf16::trailOf(value));
         }
     }
 }
@@ -137,6 +128,17 @@ std::u32string toUnicodeFromUtf8(std::string_view text, bool* ok)
     if (ok != nullptr)
         *ok = wellFormed;
     return result;
+}
+
+bool isUtf8(std::string_view text) noexcept
+{
+    while (!text.empty()) {
+        const auto decoded = Velk::detail::decodeUtf8(text, Velk::detail::Surrogates::malformed);
+        if (!decoded.wellFormed)
+            return false;
+        text.remove_prefix(decoded.length);
+    }
+    return true;
 }
 
 std::wstring toWide(std::u32string_view text)

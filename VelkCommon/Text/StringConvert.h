@@ -1,6 +1,7 @@
 #pragma once
 
 #include <VelkCommon/Export.h>
+#include <VelkCommon/Text/Windows1252.h>
 
 #include <QString>
 
@@ -54,11 +55,8 @@ VELKCOMMON_EXPORT std::vector<std::u32string> toUnicode(const std::vector<std::s
 /// best reading (with U+FFFD) either way.
 VELKCOMMON_EXPORT std::u32string toUnicodeFromUtf8(std::string_view text, bool* ok = nullptr);
 
-/// Windows-1252. The five unassigned bytes 81 8D 8F 90 9D stand for the C1 controls of the same number;
-/// a character that the code page lacks becomes "?".
-VELKCOMMON_EXPORT std::string toWin1252(std::u32string_view text);
-/// UTF-32 from Windows-1252; every byte has a meaning, so nothing is lost on the way back.
-VELKCOMMON_EXPORT std::u32string fromWin1252(std::string_view text);
+/// `text` is well-formed UTF-8.
+VELKCOMMON_EXPORT bool isUtf8(std::string_view text) noexcept;
 
 /// The system's wide text: UTF-16 or UTF-32, as `wchar_t` has it.
 VELKCOMMON_EXPORT std::wstring toWide(std::u32string_view text);

@@ -146,6 +146,14 @@ std::string removeAllOf(std::string_view text, std::string_view characters)
     return result;
 }
 
+std::string_view trimmed(std::string_view text, std::string_view characters) noexcept
+{
+    const std::size_t first = text.find_first_not_of(characters);
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(characters) - first + 1);
+}
+
 bool iStartsWith(std::string_view text, std::string_view prefix)
 {
     return toLowerUtf8(text).starts_with(toLowerUtf8(prefix));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <VelkCommon/Export.h>
+#include <VelkCommon/Text/LowerCase.h>
 
 #include <QString>
 
@@ -12,34 +13,13 @@
 /// Small operations on text. None throws but for memory; all may be called from any thread.
 namespace StringUtils {
 
-/// The host's numbered text in the user's language, as UTF-8. A number that the host does not know
-/// yields the built-in English text; one that nobody knows yields an empty text.
+/// The host's numbered text in the user's language; narrow text is UTF-8. A number that the host does not
+/// know yields the built-in English text; one that nobody knows yields an empty text.
+/// @{
 VELKCOMMON_EXPORT std::string loadString(unsigned int id);
-/// The same as UTF-32.
 VELKCOMMON_EXPORT std::u32string loadUnicodeString(unsigned int id);
-/// The same as Qt's text.
 VELKCOMMON_EXPORT QString loadQString(unsigned int id);
-
-/// Lower case by Unicode's simple mapping, code point by code point: independent of locale and of
-/// context (a final sigma is an ordinary sigma), and never a change in the number of code points.
-/// Values that are no code points stay as they are.
-VELKCOMMON_EXPORT std::u32string toLower(std::u32string_view text);
-
-/// The same mapping on UTF-8, so that it agrees with toLower() on every code point. Bytes that are not
-/// UTF-8 are copied unchanged.
-VELKCOMMON_EXPORT std::string toLowerUtf8(std::string_view text);
-
-/// The room that toLowerUtf8Into() needs for a text of `size` bytes. More than the result can hold:
-/// some letters grow from two bytes to three, and whole blocks are written at the end.
-constexpr std::size_t lowerUtf8Room(std::size_t size) noexcept
-{
-    return size + size / 2 + 32;
-}
-
-/// Writes the lower-case form of `text` to `out`, which has room for at least
-/// `lowerUtf8Room(text.size())` bytes and does not overlap `text`. Returns the length of the result;
-/// the bytes behind it are unspecified. Allocates nothing; never throws.
-VELKCOMMON_EXPORT std::size_t toLowerUtf8Into(char* out, std::string_view text) noexcept;
+/// @}
 
 /// Replaces every occurrence of `from` in `text`, left to right; the search goes on behind each
 /// inserted text, so a `to` that contains `from` is fine. An empty `from` replaces nothing.
@@ -52,6 +32,9 @@ VELKCOMMON_EXPORT std::vector<std::string> tokenizeString(std::string_view text,
 
 /// `text` without any of the bytes in `characters`.
 VELKCOMMON_EXPORT std::string removeAllOf(std::string_view text, std::string_view characters);
+
+/// `text` without those of `characters` that stand at its beginning and at its end.
+VELKCOMMON_EXPORT std::string_view trimmed(std::string_view text, std::string_view characters = " \t") noexcept;
 
 /// Whether the UTF-8 `text` begins with `prefix`, both lower-cased as by toLowerUtf8().
 VELKCOMMON_EXPORT bool iStartsWith(std::string_view text, std::string_view prefix);

@@ -1,4 +1,4 @@
-#include <VelkCommon/Text/StringConvert.h>
+#include <VelkCommon/Text/Windows1252.h>
 
 #include <algorithm>
 #include <array>

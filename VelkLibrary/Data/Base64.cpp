@@ -35,7 +35,7 @@ constexpr auto values = [] {
 constexpr std::uint32_t needsCare = 1U << 24;
 
 /// The bits that a character contributes to its group's three bytes, by its place in the group. The
-/// mark `needsCare` is set for what is not accepted and for a "=" that leaves out a byte.
+/// mark `needsCare` is set for a character that is not accepted, and for a "=" that leaves out a byte.
 constexpr auto groupBits = [] {
     std::array<std::array<std::uint32_t, 256>, 4> table{};
     for (std::size_t place = 0; place < 4; ++place) {

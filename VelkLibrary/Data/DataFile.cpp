@@ -3,18 +3,20 @@
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/LockingFStream.h>
 #include <VelkCommon/Reporting/MessagingSystem.h>
+#include <VelkCommon/Text/StringConvert.h>
+#include <VelkCommon/Text/TextNumbers.h>
 
 #include <algorithm>
 #include <ios>
-#include <string_view>
+#include <stdexcept>
 #include <vector>
 
 namespace Library::detail {
 namespace {
 
-constexpr long unwritableMessage = 272032391;
 constexpr std::size_t blockSize = std::size_t{1} << 16;
-// Twenty thousand manufacturers have 7 MB; the tree of a document has some ten times its size.
+// Twenty thousand manufacturers take 7 MB, and the tree of a document takes some ten times the size of its
+// text.
 constexpr long long largestDataFile = 128LL << 20;
 
 std::string readWhole(const fileString& path)
@@ -35,25 +37,64 @@ std::string readWhole(const fileString& path)
     return text;
 }
 
+// The file is in place by now. Where the system refuses these rights, other users cannot change the file, but
+// it was written all the same.
+void giveEveryoneAccess(const fileString& path)
+{
+    try {
+        FileUtils::makeFileWritable(path);
+        FileUtils::setFilePermEveryoneFullAccess(path);
+    } catch (const std::exception&) {
+    }
+}
+
 }  // namespace
 
-JsonNode readJsonFile(const fileString& path)
+std::string MemberPlace::text() const
 {
-    return json::read(readWhole(path));
+    std::string text = parent.empty() ? std::string() : '"' + std::string(parent) + "\".";
+    return text + '"' + std::string(key) + '"';
 }
 
-bool isWritableOrReport(const fileString& path, const char* sourceFile, std::size_t line)
+DataFileResult readDataFile(const fileString& path, const std::function<void(const JsonObject& root)>& readRoot)
 {
-    if (!FileUtils::pathExists(path) || FileUtils::canReplaceFile(path))
-        return true;
-    reportUnwritable(path, sourceFile, line);
-    return false;
+    if (!path.pathExists())
+        return {DataFileFault::Missing, {}, {}};
+    try {
+        const JsonNode document = json::read(readWhole(path));
+        const auto* const root = boost::any_cast<JsonObject>(document.get());
+        if (root == nullptr)
+            return {DataFileFault::NotAnObject, {}, {}};
+        readRoot(*root);
+        return {};
+    } catch (const std::ios_base::failure&) {
+        return {DataFileFault::Unreadable, {}, {}};
+    } catch (const WrongMember& wrong) {
+        return {DataFileFault::WrongMember, wrong.member, wrong.expected};
+    }
 }
 
-void reportUnwritable(const fileString& path, const char* sourceFile, std::size_t line)
+DataFileResult writeDataFile(const fileString& path, const std::function<json_writer::Object()>& document)
 {
-    error::MessagingSystem::control().notify(sourceFile, line, error::ErrorMinimalTrait(), unwritableMessage,
-                                             path.unicodeString(), std::u32string(), std::u32string());
+    try {
+        const json_writer::Object root = document();
+        if (FileUtils::pathExists(path) && !FileUtils::canReplaceFile(path))
+            return {DataFileFault::MayNotBeReplaced, {}, {}};
+        json_writer::write_file(StringConvert::toStdUtf8String(path), root);
+    } catch (const std::out_of_range&) {
+        return {DataFileFault::NotRepresentable, {}, {}};
+    } catch (const std::runtime_error&) {
+        return {DataFileFault::NotWritten, {}, {}};
+    }
+    giveEveryoneAccess(path);
+    return {};
+}
+
+void reportUnwritable(const fileString& path, const Velk::ReportPlace& place)
+{
+    error::MessagingSystem::control().notify(place.source, place.line, error::ErrorMinimalTrait(),
+                                             Velk::textNumbers::unwritableFile, path.unicodeString(), std::u32string(),
+                                             std::u32string());
 }
 
 }  // namespace Library::detail

@@ -2,7 +2,8 @@
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/PathUtils.h>
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/FileSystem.h>
+#include <VelkCommon/Platform/Process.h>
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/TimeText.h>
 #include <VelkCommon/Text/xl8.h>
@@ -17,11 +18,11 @@
 namespace Library {
 namespace {
 
-// The log's path is asked for before the lock is taken: the host answers, and a host may log.
+// The log's path is asked for before the lock is taken: it is the host that answers, and a host may log.
 
 constexpr double secondsToKeep = 604800.0;  // seven days
 
-// A log whose last record lies too far back goes; one from the future stays.
+// Removes a log whose last record is too old. A log from the future stays.
 void removeOutdatedLog()
 {
     const fileString path = ErrorLog::file();
@@ -33,7 +34,7 @@ void removeOutdatedLog()
         FileUtils::removePath(path, FileUtils::noFlags);
 }
 
-// The message stands as it is below "|": its lines are not indented.
+// The message follows "|" as it is; its lines are not indented.
 std::string recordOf(const std::string& message)
 {
     std::string record = "---\nTime: " + getTimeNowString();

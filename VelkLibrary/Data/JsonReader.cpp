@@ -1,6 +1,8 @@
 #include <VelkLibrary/JsonReader.h>
 
-#include <VelkCommon/Text/detail/Utf8.h>
+#include <VelkCommon/Text/Ascii.h>
+#include <VelkCommon/Text/Hexadecimal.h>
+#include <VelkCommon/detail/Utf8.h>
 
 #define BOOST_SPIRIT_THREADSAFE
 #include <boost/spirit/include/classic_core.hpp>
@@ -19,16 +21,11 @@ namespace {
 
 namespace spirit = boost::spirit::classic;
 
-// ---- Characters, whatever the locale -------------------------------------------------------------
+// ---- Characters, independent of the locale -------------------------------------------------------
 
 constexpr bool isBlank(char character)
 {
     return character == ' ' || (character >= '\t' && character <= '\r');
-}
-
-constexpr bool isDigit(char character)
-{
-    return character >= '0' && character <= '9';
 }
 
 constexpr bool isSign(char character)
@@ -36,24 +33,16 @@ constexpr bool isSign(char character)
     return character == '+' || character == '-';
 }
 
-constexpr int hexadecimalDigit(char character)
-{
-    if (isDigit(character))
-        return character - '0';
-    const char lower = static_cast<char>(character | 0x20);
-    return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
-}
-
 const char* skipDigits(const char* first, const char* last)
 {
-    return std::find_if_not(first, last, isDigit);
+    return std::find_if_not(first, last, Velk::Ascii::isDigit<char>);
 }
 
 // ---- Strings -------------------------------------------------------------------------------------
 
 constexpr std::size_t unicodeDigits = 4;
 
-// The end of an escape, from behind its backslash; null when it is none.
+// The end of the escape that begins at `first`, behind its backslash; null when this is not an escape.
 const char* endOfEscape(const char* first, const char* last)
 {
     constexpr std::string_view letters = "\"\\/bfnrt";
@@ -64,7 +53,8 @@ const char* endOfEscape(const char* first, const char* last)
     if (*first != 'u' || last - first <= static_cast<std::ptrdiff_t>(unicodeDigits))
         return nullptr;
     const char* const end = first + 1 + unicodeDigits;
-    return std::all_of(first + 1, end, [](char digit) { return hexadecimalDigit(digit) >= 0; }) ? end : nullptr;
+    return std::all_of(first + 1, end, [](char digit) { return Velk::Hexadecimal::valueOf(digit) >= 0; }) ? end
+                                                                                                          : nullptr;
 }
 
 // The end of the string that begins at `first`; null when there is none.
@@ -103,7 +93,7 @@ char controlOf(char letter)
     }
 }
 
-// Appends what an escape stands for, given from behind its backslash; returns its end.
+// Appends what the escape at `first`, behind its backslash, stands for; returns the end of the escape.
 const char* decodeEscape(const char* first, std::string& text)
 {
     if (*first != 'u') {
@@ -112,7 +102,7 @@ const char* decodeEscape(const char* first, std::string& text)
     }
     char32_t value = 0;
     for (std::size_t i = 1; i <= unicodeDigits; ++i)
-        value = (value << 4) | static_cast<char32_t>(hexadecimalDigit(first[i]));
+        value = (value << 4) | static_cast<char32_t>(Velk::Hexadecimal::valueOf(first[i]));
     Velk::detail::appendUtf8(text, value);
     return first + 1 + unicodeDigits;
 }
@@ -137,7 +127,7 @@ std::string decoded(const char* first, const char* last)
 
 // ---- Numbers -------------------------------------------------------------------------------------
 
-// The parts of a number's text that has a decimal point or an exponent.
+// The parts of the text of a number that has a decimal point or an exponent.
 struct RealText
 {
     bool negative;
@@ -167,8 +157,8 @@ std::optional<RealText> realTextAt(const char* first, const char* last)
     return text.end != exponent ? std::optional(text) : std::nullopt;
 }
 
-// Whether a number that is no `double` is too large rather than too small: by the place of its first
-// digit that counts, and by its exponent.
+// Whether a number that does not fit a `double` is too large rather than too small, which the place of its
+// first digit that counts and its exponent tell.
 bool isTooLarge(const RealText& text)
 {
     const auto counts = [](char character) { return character != '0' && character != '.'; };
@@ -185,7 +175,7 @@ bool isTooLarge(const RealText& text)
     return text.point - leading + (negative ? -exponent : exponent) > 0;
 }
 
-// Rounded to the nearest, unlike Spirit's own parser, which adds up digit by digit.
+// Rounds to the nearest value, unlike Spirit's own parser, which adds up the digits one by one.
 double valueOf(const RealText& text)
 {
     double value = 0;
@@ -196,8 +186,8 @@ double valueOf(const RealText& text)
 
 // ---- Spirit's parsers of the tokens --------------------------------------------------------------
 
-// White space in front of tokens. Spirit's own asks the global locale, a character at a time.
-struct skip_blanks : spirit::skipper_iteration_policy<>
+// Skips white space in front of tokens. Spirit's own skipper asks the global locale about each character.
+struct SkipBlanks : spirit::skipper_iteration_policy<>
 {
     template <typename Scanner>
     void skip(const Scanner& scan) const
@@ -207,20 +197,20 @@ struct skip_blanks : spirit::skipper_iteration_policy<>
     }
 };
 
-using scanner = spirit::scanner<const char*, spirit::scanner_policies<skip_blanks>>;
+using TextScanner = spirit::scanner<const char*, spirit::scanner_policies<SkipBlanks>>;
 
-// A match of what stands up to `end`.
+// A match of the text from the scanner's place to `end`.
 template <typename Attribute>
-spirit::match<Attribute> matchUpTo(const char* end, const Attribute& attribute, const scanner& scan)
+spirit::match<Attribute> matchUpTo(const char* end, const Attribute& attribute, const TextScanner& scan)
 {
     const char* const begin = scan.first;
     scan.first = end;
     return scan.create_match(static_cast<std::size_t>(end - begin), attribute, begin, end);
 }
 
-struct string_parser : spirit::parser<string_parser>
+struct StringParser : spirit::parser<StringParser>
 {
-    spirit::match<> parse(const scanner& scan) const
+    spirit::match<> parse(const TextScanner& scan) const
     {
         const char* const end = endOfString(scan.first, scan.last);
         return end != nullptr ? matchUpTo(end, spirit::nil_t(), scan) : scan.no_match();
@@ -228,7 +218,7 @@ struct string_parser : spirit::parser<string_parser>
 };
 
 template <typename Number>
-struct number_parser : spirit::parser<number_parser<Number>>
+struct NumberParser : spirit::parser<NumberParser<Number>>
 {
     template <typename Scanner>
     struct result
@@ -236,30 +226,31 @@ struct number_parser : spirit::parser<number_parser<Number>>
         using type = spirit::match<Number>;
     };
 
-    spirit::match<Number> parse(const scanner& scan) const
+    spirit::match<Number> parse(const TextScanner& scan) const
     {
         const auto number = numberAt(scan.first, scan.last);
         return number ? matchUpTo(number->second, number->first, scan) : spirit::match<Number>();
     }
 
 private:
-    // A number and its end.
+    // The number at `first`, and where it ends.
     static std::optional<std::pair<Number, const char*>> numberAt(const char* first, const char* last);
 };
 
 template <>
-std::optional<std::pair<double, const char*>> number_parser<double>::numberAt(const char* first, const char* last)
+std::optional<std::pair<double, const char*>> NumberParser<double>::numberAt(const char* first, const char* last)
 {
     const auto text = realTextAt(first, last);
     return text ? std::optional(std::pair(valueOf(*text), text->end)) : std::nullopt;
 }
 
 template <>
-std::optional<std::pair<int, const char*>> number_parser<int>::numberAt(const char* first, const char* last)
+std::optional<std::pair<int, const char*>> NumberParser<int>::numberAt(const char* first, const char* last)
 {
-    // The standard library knows no "+", but two signs are too many for it as well.
+    // The standard library does not accept a "+", so the number is read from behind it. A second sign is
+    // refused.
     const char* const digits = first != last && isSign(*first) ? first + 1 : first;
-    if (digits == last || !isDigit(*digits))
+    if (digits == last || !Velk::Ascii::isDigit(*digits))
         return std::nullopt;
     std::int32_t value = 0;
     const auto [end, fault] = std::from_chars(*first == '+' ? digits : first, last, value);
@@ -268,9 +259,8 @@ std::optional<std::pair<int, const char*>> number_parser<int>::numberAt(const ch
 
 // ---- Levels --------------------------------------------------------------------------------------
 
-// Entered in front of what stands between brackets, left at the closing bracket. What is refused ends
-// the parse, so nobody counts on after it.
-class nesting
+// Counts the open brackets. A level that is refused ends the parse, so the count does not matter after that.
+class Nesting
 {
 public:
     bool enter() { return ++level_ <= deepestLevel; }
@@ -280,15 +270,15 @@ private:
     int level_ = 0;
 };
 
-struct enter_level
+struct EnterLevel
 {
-    nesting* levels;
+    Nesting* levels;
     bool operator()() const { return levels->enter(); }
 };
 
-struct leave_level
+struct LeaveLevel
 {
-    nesting* levels;
+    Nesting* levels;
     void operator()(char) const { levels->leave(); }
 };
 
@@ -300,7 +290,7 @@ using array_type = grammar<char>::array_type;
 using object_type = grammar<char>::object_type;
 using pair_type = grammar<char>::pair_type;
 
-constexpr std::size_t mostSpares = 64;  // of a kind; more than an object has members, mostly
+constexpr std::size_t mostSpares = 64;  // of each kind; most objects have fewer members
 
 template <typename Value>
 void push(stack_type& values, Value&& value)
@@ -315,7 +305,7 @@ value_type pop(stack_type& values)
     return value;
 }
 
-// Pushes a node that holds `value`, a spare one when there is any; all of them hold a `Value`.
+// Pushes a node that holds `value`, a spare one when there is one; all spare nodes hold a `Value`.
 template <typename Value>
 void pushOnSpare(stack_type& values, stack_type* spares, Value value)
 {
@@ -333,7 +323,7 @@ void keepSpare(stack_type* spares, value_type&& node)
         spares->push_back(std::move(node));
 }
 
-// What lies above the last delimiter, which is there.
+// The first value above the last delimiter. There must be a delimiter.
 template <typename Delimiter>
 stack_type::iterator beginAbove(stack_type& values)
 {
@@ -341,8 +331,8 @@ stack_type::iterator beginAbove(stack_type& values)
     return std::find_if(values.rbegin(), values.rend(), isDelimiter).base();
 }
 
-// Inserts behind the equal keys that are there already. `near` is where the last one went: documents
-// list their members in some order, so the next one is often its neighbour.
+// Inserts behind equal keys that are already there. `near` is where the last member went: documents list their
+// members in some order, so the next one is often its neighbour.
 object_type::iterator insertNear(object_type& object, object_type::iterator near, pair_type&& member)
 {
     const auto belongsBefore = [&](object_type::iterator place) {
@@ -390,7 +380,7 @@ void grammar<char>::begin_array::operator()(char) const
 
 void grammar<char>::end_array::operator()(char) const
 {
-    // Filled in its place: to move a deque takes as long as to fill a short one.
+    // The array is filled where it stays, because moving a deque takes as long as filling a short one.
     static const array_type empty;
     auto node = std::make_shared<boost::any>(empty);
     const auto begin = beginAbove<array_delimiter>(*values_);
@@ -421,7 +411,7 @@ void grammar<char>::end_object::operator()(char) const
     auto entry = values_->rbegin();
     for (; pair_type* const member = boost::any_cast<pair_type>(entry->get()); ++entry)
         near = insertNear(object, near, std::move(*member));
-    // Only now: an allocator that has to give and to take by turns is slower than one that gives, then takes.
+    // This waits until now because an allocator is slower when it has to give and take by turns.
     for (auto pair = entry.base(); pair != values_->end(); ++pair)
         keepSpare(spares_ != nullptr ? &spares_->pairs : nullptr, std::move(*pair));
     values_->erase(entry.base(), values_->end());
@@ -433,18 +423,18 @@ void grammar<char>::end_object::operator()(char) const
 template <typename Scanner>
 struct grammar<char>::definition
 {
-    using rule = spirit::rule<Scanner>;
+    using Rule = spirit::rule<Scanner>;
 
     explicit definition(stack_type& stack)
     {
         using spirit::ch_p;
         using spirit::eps_p;
         using spirit::str_p;
-        const string_parser string;
-        const number_parser<double> real;
-        const number_parser<int> integer;
-        const enter_level deeper{&levels};
-        const leave_level done{&levels};
+        const StringParser string;
+        const NumberParser<double> real;
+        const NumberParser<int> integer;
+        const EnterLevel deeper{&levels};
+        const LeaveLevel done{&levels};
 
         // clang-format off
         value  = string[push_string(stack, &spares)]
@@ -465,17 +455,17 @@ struct grammar<char>::definition
     }
 
     spare_nodes spares;
-    nesting levels;
-    rule value;
-    rule object;
-    rule pair;
-    rule array;
+    Nesting levels;
+    Rule value;
+    Rule object;
+    Rule pair;
+    Rule array;
 };
 
 bool grammar<char>::parse(const char*& first, const char* last) const
 {
-    const definition<scanner> rules(*values_);
-    return static_cast<bool>(rules.value.parse(scanner(first, last)));
+    const definition<TextScanner> rules(*values_);
+    return static_cast<bool>(rules.value.parse(TextScanner(first, last)));
 }
 
 // ---- Reading -------------------------------------------------------------------------------------

@@ -4,7 +4,7 @@
 #include <array>
 #include <cstddef>
 
-namespace Library::detail {
+namespace Library {
 namespace {
 
 constexpr std::size_t longestName = 255;
@@ -56,4 +56,4 @@ bool holdsControlCharacter(std::string_view text) noexcept
     return std::any_of(text.begin(), text.end(), [](char byte) { return isControl(static_cast<unsigned char>(byte)); });
 }
 
-}  // namespace Library::detail
+}  // namespace Library

@@ -1,41 +1,21 @@
 #include <VelkLibrary/LibraryFilterManager.h>
 
-#include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/PathUtils.h>
-#include <VelkCommon/Json/json_writer.h>
 #include <VelkCommon/Reporting/Assertions.h>
-#include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
+#include <VelkCommon/Text/TextNumbers.h>
 #include <VelkLibrary/Data/detail/DataFile.h>
+#include <VelkLibrary/Filter/FilterFile.h>
+#include <VelkLibrary/detail/ReportPlaces.h>
 
 #include <algorithm>
-#include <map>
-#include <set>
-#include <string_view>
 #include <utility>
 
-using Library::detail::findMember;
-using Library::detail::JsonArray;
-using Library::detail::JsonObject;
-using Library::detail::valueOf;
+namespace places = Library::detail::places;
 
 namespace {
 
-constexpr const char* sourceName = "LibraryFilterManager";
-constexpr std::size_t readLine = 183;
-constexpr std::size_t unwritableLine = 226;
-constexpr std::size_t writeLine = 231;
-constexpr std::size_t mergeLine = 292;
-
 constexpr long noFilter = -1;
-constexpr unsigned int noFilterText = 8930;
-
-// The keys of the file.
-constexpr const char* currentFilterKey = "Current_Filter";
-constexpr const char* filterKey = "Filter";
-constexpr const char* nameKey = "Filter_Name";
-constexpr const char* idKey = "Filter_Id";
-constexpr const char* databasesKey = "Database_Ids";
 
 fileString filterFile(const fileString& name)
 {
@@ -57,115 +37,42 @@ const LibraryFilter* findFilter(long id, const std::vector<LibraryFilter>& filte
     return found == filters.end() ? nullptr : &*found;
 }
 
-// ---- The file ------------------------------------------------------------------------------------
+// ---- Reports ---------------------------------------------------------------------------------------
 
-// A filter without its list of databases is as wrong as one whose list is no list.
-std::vector<std::string> databaseIdsOf(const JsonObject& filter)
+// A missing file, or one of another kind, holds no filters; there is nothing to report.
+bool isReported(const Library::DataFileResult& reading)
 {
-    const JsonArray* const array = findMember<JsonArray>(filter, databasesKey);
-    if (array == nullptr)
-        throw boost::bad_any_cast();
-    std::vector<std::string> ids;
-    for (const auto& element : *array)
-        ids.push_back(valueOf<std::string>(element));
-    return ids;
+    using enum Library::DataFileFault;
+    return !reading && reading.fault != Missing && reading.fault != NotAnObject;
 }
 
-void appendFilter(const JsonObject& object, std::vector<LibraryFilter>& filters)
+void reportReadFault()
 {
-    const std::string* const name = findMember<std::string>(object, nameKey);
-    const int* const id = findMember<int>(object, idKey);
-    LibraryFilter filter(name != nullptr ? *name : std::string(), id != nullptr ? *id : noFilter,
-                         databaseIdsOf(object));
-    if (!filter.getFilterName().empty() && filter.getFilterId() != noFilter)
-        filters.push_back(std::move(filter));
+    Velk::assertionFailed(places::filterFileDamaged, "Error Parsing Library Filter Data File");
 }
 
-// `currentId` is set as soon as it is known, because it counts when a fault comes later.
-void readFilters(const fileString& path, std::vector<LibraryFilter>& filters, long& currentId)
+void reportWriteFault()
 {
-    const auto root = Library::detail::readJsonFile(path);
-    const auto* const object = boost::any_cast<JsonObject>(root.get());
-    if (object == nullptr)
-        return;
-    if (const int* const id = findMember<int>(*object, currentFilterKey))
-        currentId = *id;
-    const auto [first, last] = object->equal_range(filterKey);
-    for (auto member = first; member != last; ++member)
-        appendFilter(valueOf<JsonObject>(member->second), filters);
+    Velk::assertionFailed(places::filterFileNotWritten, "Error Writing Library Filter Data File");
 }
 
-json_writer::Object documentOf(const std::vector<LibraryFilter>& filters, long currentId)
+// `content` makes the value to write. It is called here because it may run out of memory, like the rest.
+template <typename Content>
+bool writeOrReport(const fileString& path, Content content)
 {
-    json_writer::Object root;
-    root.add_element(currentFilterKey, currentId);
-    for (const LibraryFilter& filter : filters) {
-        json_writer::Object object;
-        object.add_element(nameKey, filter.getFilterName());
-        object.add_element(idKey, filter.getFilterId());
-        json_writer::Array ids;
-        for (const std::string& id : filter.getDatabaseIds())
-            ids.add_element(id);
-        object.add_element(databasesKey, std::move(ids));
-        root.add_element(filterKey, std::move(object));
+    try {
+        const FilterFile& file = content();
+        const Library::DataFileResult writing = file.write(path);
+        if (writing.fault == Library::DataFileFault::MayNotBeReplaced)
+            Library::detail::reportUnwritable(path, places::filterFileUnwritable);
+        else if (!writing)
+            reportWriteFault();
+        return static_cast<bool>(writing);
+    } catch (...) {  // the file stays as it was
+        reportWriteFault();
+        return false;
     }
-    return root;
 }
-
-// ---- Merging -------------------------------------------------------------------------------------
-
-// Adds filters to a list. What is taken is kept in sets, and the search for what is free goes on where
-// it ended: nothing becomes free again.
-class FilterMerger
-{
-public:
-    explicit FilterMerger(std::vector<LibraryFilter>& merged) : merged_(merged)
-    {
-        for (const LibraryFilter& filter : merged)
-            take(filter);
-    }
-
-    void add(const LibraryFilter& filter)
-    {
-        if (contents_.contains({filter.getFilterName(), filter.getDatabaseIds()}))
-            return;
-        merged_.emplace_back(freeName(filter.getFilterName()), freeId(), filter.getDatabaseIds());
-        take(merged_.back());
-    }
-
-private:
-    void take(const LibraryFilter& filter)
-    {
-        ids_.insert(filter.getFilterId());
-        names_.insert(filter.getFilterName());
-        contents_.insert({filter.getFilterName(), filter.getDatabaseIds()});
-    }
-
-    long freeId()
-    {
-        while (ids_.contains(nextId_))
-            ++nextId_;
-        return nextId_;
-    }
-
-    std::string freeName(const std::string& name)
-    {
-        if (!names_.contains(name))
-            return name;
-        for (long& number = lastNumbers_[name];;) {
-            std::string candidate = name + " " + std::to_string(++number);
-            if (!names_.contains(candidate))
-                return candidate;
-        }
-    }
-
-    std::vector<LibraryFilter>& merged_;
-    std::set<long> ids_;
-    std::set<std::string> names_;
-    std::set<std::pair<std::string, std::vector<std::string>>> contents_;
-    std::map<std::string, long> lastNumbers_;  // the number that was last given to a name
-    long nextId_ = 0;
-};
 
 }  // namespace
 
@@ -174,7 +81,7 @@ private:
 LibraryFilterManager& LibraryFilterManager::getLibraryFilterManager()
 {
     static LibraryFilterManager manager;
-    // Not while it is made: a host that is told may ask for it.
+    // This waits until the instance is made, because a host that is told may ask for the manager.
     if (manager.hasFaultToReport_.exchange(false))
         reportReadFault();
     return manager;
@@ -182,7 +89,10 @@ LibraryFilterManager& LibraryFilterManager::getLibraryFilterManager()
 
 LibraryFilterManager::LibraryFilterManager()
 {
-    hasFaultToReport_ = !readFilterFile(filterFile(getFilterFilename()), libraryFilters_, currentFilterId_);
+    FilterFile file;
+    hasFaultToReport_ = isReported(file.read(filterFile(getFilterFilename())));
+    libraryFilters_ = std::move(file.filters);
+    currentFilterId_ = file.currentId;
 }
 
 // ---- The list and what is in force ---------------------------------------------------------------
@@ -206,12 +116,12 @@ LibraryFilter LibraryFilterManager::getLibraryFilterFromId(long id, const std::v
 std::string LibraryFilterManager::getCurrentFilterString() const
 {
     const LibraryFilter* const filter = currentFilter();
-    return filter != nullptr ? filter->getFilterName() : StringUtils::loadString(noFilterText);
+    return filter != nullptr ? filter->getFilterName() : StringUtils::loadString(Velk::textNumbers::noFilter);
 }
 
 std::vector<std::string> LibraryFilterManager::getFilterStrings() const
 {
-    std::vector<std::string> strings{StringUtils::loadString(noFilterText)};
+    std::vector<std::string> strings{StringUtils::loadString(Velk::textNumbers::noFilter)};
     for (const LibraryFilter& filter : libraryFilters_)
         strings.push_back(filter.getFilterName());
     return strings;
@@ -244,7 +154,7 @@ void LibraryFilterManager::clearForcedSystemDBFilter() noexcept
 
 void LibraryFilterManager::removeIdFromLibraryFilters(const std::string& databaseId)
 {
-    // The id may stand in one of the filters.
+    // A copy, because `databaseId` may refer to an entry of one of the filters.
     const std::string removed = databaseId;  // NOLINT(performance-unnecessary-copy-initialization)
     for (LibraryFilter& filter : libraryFilters_)
         filter.removeDatabaseId(removed);
@@ -260,60 +170,25 @@ fileString LibraryFilterManager::getFilterFilename() const
 void LibraryFilterManager::saveFilters() const
 {
     if (!libraryFilters_.empty())
-        writeFilterFile(filterFile(getFilterFilename()), libraryFilters_, currentFilterId_);
+        writeOrReport(filterFile(getFilterFilename()), [this] {
+            return FilterFile{currentFilterId_, libraryFilters_};
+        });
 }
 
 bool LibraryFilterManager::mergeFilters(const fileString& path)
 {
     try {
-        std::vector<LibraryFilter> merged;
-        long fileCurrentId = noFilter;
-        if (!readFilterFile(path, merged, fileCurrentId))
+        FilterFile merged;
+        if (isReported(merged.read(path)))
             reportReadFault();
-        FilterMerger merger(merged);
-        for (const LibraryFilter& filter : libraryFilters_)
-            merger.add(filter);
-        if (!writeFilterFile(path, merged, fileCurrentId))
+        merged.merge(libraryFilters_);
+        if (!writeOrReport(path, [&]() -> const FilterFile& { return merged; }))
             return false;
-        libraryFilters_ = std::move(merged);
-        currentFilterId_ = fileCurrentId;
+        libraryFilters_ = std::move(merged.filters);
+        currentFilterId_ = merged.currentId;
         return true;
     } catch (...) {
-        Velk::assertionFailed(sourceName, mergeLine, "exception thrown in LibraryFilterManager::mergeFilters");
-        return false;
-    }
-}
-
-// What stands before a fault counts; false when there is one.
-bool LibraryFilterManager::readFilterFile(const fileString& path, std::vector<LibraryFilter>& filters, long& currentId)
-{
-    if (!path.pathExists())
-        return true;
-    try {
-        readFilters(path, filters, currentId);
-        return true;
-    } catch (...) {
-        return false;
-    }
-}
-
-void LibraryFilterManager::reportReadFault()
-{
-    Velk::assertionFailed(sourceName, readLine, "Error Parsing Library Filter Data File");
-}
-
-bool LibraryFilterManager::writeFilterFile(const fileString& path, const std::vector<LibraryFilter>& filters,
-                                           long currentId)
-{
-    try {
-        const json_writer::Object root = documentOf(filters, currentId);
-        if (!Library::detail::isWritableOrReport(path, sourceName, unwritableLine))
-            return false;
-        json_writer::write_file(StringConvert::toStdUtf8String(path), root);
-        FileUtils::setFilePermEveryoneFullAccess(path);
-        return true;
-    } catch (...) {
-        Velk::assertionFailed(sourceName, writeLine, "Error Writing Library Filter Data File");
+        Velk::assertionFailed(places::filtersNotMerged, "exception thrown in LibraryFilterManager::mergeFilters");
         return false;
     }
 }

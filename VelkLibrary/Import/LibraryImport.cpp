@@ -11,6 +11,7 @@
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
 #include <VelkCommon/Text/xl8.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 
 #include <functional>
 #include <new>
@@ -24,20 +25,8 @@ namespace {
 using OptionalPaths = std::pair<std::optional<fileString>, std::optional<fileString>>;
 using Handle = ZipUtils::ZipHandles::unzArchiveHandle;
 
-constexpr int blockSize = 1 << 20;  // bytes to read at once of a database too large for memory
+constexpr int blockSize = 1 << 20;  // bytes to read at once from a catalog file that is too large for memory
 constexpr double allUnits = 100;
-
-const fileString& databaseExtension()
-{
-    static const fileString extension(std::string(".calib"));
-    return extension;
-}
-
-const fileString& otherFilesExtension()
-{
-    static const fileString extension(std::string(".zip"));
-    return extension;
-}
 
 bool neverStop()
 {
@@ -63,27 +52,27 @@ fileString combinedPath(const fileString& archive, const fileString& entryName)
 
 // ---- Unpacking -----------------------------------------------------------------------------------
 
-fileString outputPath(const fileString& archive, bool useTempNames, const fileString& extension)
+fileString outputPath(const fileString& archive, bool useTempNames, const char* extension)
 {
     if (useTempNames)
-        return fileString(archive).generateAsTempName(extension);
-    return archive.pathAndName() + extension;
+        return fileString(archive).generateAsTempName(fileString(extension));
+    return archive.pathAndName() + fileString(extension);
 }
 
-/// One unpack: where its files go, and what came of it.
+/// One unpacking: where its files go, and what the result is.
 class Unpacking
 {
 public:
     Unpacking(const fileString& archive, bool useTempNames, ProgressSubject* progress)
         : archive_(archive),
-          databasePath_(outputPath(archive, useTempNames, databaseExtension())),
-          otherFilesPath_(outputPath(archive, useTempNames, otherFilesExtension())),
+          databasePath_(outputPath(archive, useTempNames, Library::extensions::database)),
+          otherFilesPath_(outputPath(archive, useTempNames, Library::extensions::referencedFiles)),
           progress_(progress)
     {}
 
     OptionalPaths run()
     {
-        // Unpacked over itself, an archive would be gone before it is read.
+        // An archive that is unpacked over itself would be gone before it is read.
         if (databasePath_ == archive_)
             return {};
         FileReaper databaseReaper(databasePath_);
@@ -98,7 +87,7 @@ public:
                 return visit(name, handle, entry);
             },
             &neverStop);
-        // Without names, the archive of the other files was not completed.
+        // An empty list of names means that the archive of the other files was not completed.
         if (visited.empty())
             result_.second.reset();
         if (cancelled_)
@@ -120,7 +109,7 @@ private:
                 return false;
             advance(*progress_, name);
         }
-        if (entryName.extension() == databaseExtension())
+        if (entryName.hasExtension(Library::extensions::database))
             extractDatabase(entryName);
         else if (copyEntry(entryName, handle, entry))
             result_.second = otherFilesPath_;
@@ -144,7 +133,7 @@ private:
             result_.first = databasePath_;
     }
 
-    // Whether the whole entry was read; what became of it is in the stream's state.
+    // Whether the whole entry was read. Whether it was also written is in the stream's state.
     bool writeDatabase(const fileString& combined, LockingFStream& stream) const
     {
         try {
@@ -170,7 +159,7 @@ private:
         return entry.isWhole();
     }
 
-    // Leaves some of the disk to others.
+    // Fails before the disk is full, to leave some of it to others.
     void append(LockingFStream& stream, const std::vector<unsigned char>& bytes) const
     {
         if (bytes.size() <= Velk::detail::roomOnDisk(databasePath_))
@@ -197,7 +186,7 @@ std::set<fileString> namesIn(const fileString& archive)
 
 using CopyEntry = std::function<bool(const fileString& name, const Handle& handle, ZipUtils::ZipRawDataInfo* entry)>;
 
-// Copies the entries of `from` by `copy`, but for those of the names in `skip`, as long as it succeeds.
+// Copies the entries of `from` with `copy`, except those named in `skip`, until `copy` fails.
 bool copyArchivedFile(const fileString& from, ProgressSubject& progress, const std::set<fileString>& skip,
                       const CopyEntry& copy)
 {
@@ -216,16 +205,16 @@ bool copyArchivedFile(const fileString& from, ProgressSubject& progress, const s
             return result;
         },
         &neverStop);
-    // Without names, what was copied is lost.
+    // An empty list of names means that what was copied is lost.
     return result && !(copied && visited.empty());
 }
 
-// The copy of the destination holds the destination's entries as they are; copying them into it again would
-// write everything once more for nothing. It is enough that they can be copied.
+// The merged archive begins as a copy of the destination, so it already holds the destination's entries. They
+// need not be copied again; it is enough that they can be.
 bool merge(const fileString& source, const fileString& destination, ProgressSubject& progress)
 {
     fileString merged = destination;
-    merged.generateAsTempName(otherFilesExtension());
+    merged.generateAsTempName(fileString(Library::extensions::referencedFiles));
     const FileReaper reaper(merged);
     if (!FileUtils::copyFile(destination, merged, true))
         return false;
@@ -277,7 +266,7 @@ std::optional<fileString> createTempDatabase(const fileString& database, Progres
     if (!FileUtils::pathExists(database))
         return std::nullopt;
     fileString copy = database;
-    copy.generateAsTempName(databaseExtension());
+    copy.generateAsTempName(fileString(Library::extensions::database));
     if (progress != nullptr)
         progress->updateLabels(database.unicodeString(), {});
     if (!FileUtils::copyFile(database, copy, true))

@@ -16,18 +16,18 @@
 class VELKLIBRARY_EXPORT Manufacturer
 {
 public:
-    /// An empty card, changed now.
+    /// An empty card whose last change is now.
     Manufacturer();
     /// A card with these contents. `logo` is a file name in the manufacturer data folder.
     Manufacturer(std::u32string name, std::u32string url, std::u32string phone, std::u32string fax, fileString logo,
                  std::u32string email, bool deleted, const boost::posix_time::ptime& lastModified);
-    /// A card of its own, with a time of its own.
+    /// A copy that shares nothing with `other`, not even the time.
     Manufacturer(const Manufacturer& other);
-    /// Takes over everything.
+    /// Copies every field of `other`.
     Manufacturer& operator=(const Manufacturer& other);
     ~Manufacturer();
 
-    /// All is equal but perhaps the fax, which is not compared. The time counts.
+    /// Whether the cards are equal, the time of the last change included. The fax is not compared.
     bool operator==(const Manufacturer& other) const;
 
     /// For display.
@@ -35,20 +35,20 @@ public:
     /// The manufacturer's web address.
     const std::u32string& getManufacturerUrl() const noexcept { return url_; }
 
-    /// The phone number as it is stored; with `resolveDefault` the manager's default text in place of the
-    /// marker, which takes the manager's lock and creates it when there is none. The reference is valid
-    /// until the card or the manager changes.
+    /// The phone number as it is stored. With `resolveDefault`, the manager's default text stands in place of
+    /// the marker; asking for it takes the manager's lock, and creates the manager when there is none. The
+    /// reference is valid until the card or the manager changes.
     const std::u32string& getManufacturerPhoneNumber(bool resolveDefault) const;
     /// The same for the fax number.
     const std::u32string& getManufacturerFaxNumber(bool resolveDefault) const;
     /// The same for the e-mail address.
     const std::u32string& getManufacturerEmail(bool resolveDefault) const;
 
-    /// The phone number is the marker.
+    /// Whether the phone number is the marker.
     bool isPhoneDefaulted() const;
-    /// The fax number is the marker.
+    /// Whether the fax number is the marker.
     bool isFaxDefaulted() const;
-    /// The e-mail address is the marker.
+    /// Whether the e-mail address is the marker.
     bool isEmailDefaulted() const;
     /// Stores the marker in place of the phone number.
     void setPhoneDefaulted();
@@ -57,17 +57,18 @@ public:
     /// Stores the marker in place of the e-mail address.
     void setEmailDefaulted();
 
-    /// As it is stored, relative to the manufacturer data folder.
+    /// The logo's name as it is stored, relative to the manufacturer data folder.
     fileString getManufacturerLogoName() const;
-    /// The path of the logo: its name in the manufacturer data folder; without a name this folder.
+    /// The path of the logo in the manufacturer data folder; the path of that folder when the card names no
+    /// logo.
     std::u32string getManufacturerFullLogoName() const;
 
-    /// The manufacturer was withdrawn; its card is kept.
+    /// Whether the manufacturer was withdrawn; its card is kept.
     bool isDeleted() const noexcept { return deleted_; }
 
-    /// The time of the last change, UTC; not-a-date-time where a data file tells none.
+    /// The time of the last change, UTC; not-a-date-time where a data file gives none.
     const boost::posix_time::ptime& getLastModified() const noexcept { return *lastModified_; }
-    /// Replaces it.
+    /// Changes the time of the last change.
     void setLastModified(const boost::posix_time::ptime& time);
 
 private:

@@ -22,7 +22,7 @@ using Library::Search::detail::Worth;
 
 namespace {
 
-/// What each kind of match is worth in one call.
+/// What each kind of match is worth for one kind of name.
 struct PrioritySlots
 {
     SearchPriority exact;
@@ -61,7 +61,7 @@ constexpr PlaceWorths wholeWordWorths(const PrioritySlots& slots)
     };
 }
 
-/// For one kind of name: what an exact match is worth, and a term's place.
+/// What an exact match and the place of a term are worth for one kind of name.
 struct NameWorths
 {
     explicit constexpr NameWorths(const PrioritySlots& slots)
@@ -88,8 +88,8 @@ struct TermState
     Worth anywhere = unknown;
 };
 
-/// Memory for one rating: on the stack for texts of usual size, above that the thread's own, which it
-/// keeps, above that its own.
+/// Memory for one rating: on the stack for texts of usual size; for larger ones the thread's, which is kept;
+/// for the largest, memory of its own.
 class RatingMemory
 {
 public:
@@ -123,7 +123,7 @@ private:
     char* data_;
 };
 
-/// A group's part of the list of all groups' terms: the required ones, then the excluded ones.
+/// A group's range in the list of all groups' terms: the required ones, then the excluded ones.
 struct GroupMatcher
 {
     std::string exactText;
@@ -132,7 +132,7 @@ struct GroupMatcher
     std::uint32_t end = 0;
 };
 
-// From so many terms on, one look at the texts' pairs of bytes is less work than one for each term.
+// With this many terms or more, one look at the texts' pairs of bytes is less work than one look for each term.
 constexpr std::size_t fewestTermsForPairs = 8;
 
 }  // namespace
@@ -150,7 +150,7 @@ struct LibraryResultCategorizer::Matchers
     std::vector<GroupMatcher> groups;
     bool wordMatchesOnly;
     bool textSearch;
-    bool looksAtGivenTexts;  // mayMatch() is worth its time
+    bool looksAtGivenTexts;  // whether mayMatch() is worth its time
 
 private:
     class Builder;
@@ -198,7 +198,7 @@ private:
             matchers_.groupTerms.push_back(indexOf(StringConvert::toStdUtf8String(StringUtils::toLower(text))));
     }
 
-    // Each term once, first those that are most likely to be missing.
+    // Keeps each term once, those that are most likely to be missing first.
     void arrange(std::uint32_t begin)
     {
         std::vector<std::uint32_t>& list = matchers_.groupTerms;
@@ -256,7 +256,7 @@ public:
     }
 
 private:
-    // Without regard to the excluded terms. Every required term must occur; the best one counts.
+    // The excluded terms are left aside here. Every required term must occur; the best one counts.
     Worth worthOf(const GroupMatcher& group)
     {
         if (texts_.nameText() == group.exactText)
@@ -315,8 +315,8 @@ LibraryResultCategorizer::Matchers::Matchers(const Library::Search::Info& info)
                         });
 }
 
-// Whether some group has all its required terms in the texts, as far as that can be told before they are in
-// lower case. Most texts fail here.
+// Whether some group has all its required terms in the texts, as far as that can be told before the texts are
+// lowered. Most texts fail here.
 bool LibraryResultCategorizer::Matchers::mayMatch(std::string_view name, std::string_view keywords) const
 {
     const auto mayStand = [&](std::uint32_t term) {

@@ -16,16 +16,16 @@ using Velk::Platform::lowestBit;
 namespace Library::Search::detail {
 namespace {
 
-// A term up to this size is compared wherever it may stand. With longer ones that would take time by
-// the product of the sizes, so they have a budget of bytes to compare, in multiples of the text.
+// A term up to this size is compared wherever it may stand. For a longer term that would take time in
+// proportion to the product of both sizes, so it has a budget of bytes to compare, which grows with the text.
 constexpr std::size_t longestUnbudgetedTerm = 64;
 constexpr std::size_t budgetPerByte = 8;
 constexpr std::size_t leastBudget = 4096;
 
-// Bytes of a term among which the probes are chosen; their places fit a byte.
+// The probes are chosen among this many bytes of a term, so their places fit into a byte.
 constexpr std::size_t mostProbed = 256;
 
-// Texts are in lower case here.
+// There are no capitals, because texts are in lower case here.
 constexpr std::array<bool, 256> wordBytes = [] {
     std::array<bool, 256> result{};
     for (unsigned byte = 'a'; byte <= 'z'; ++byte)
@@ -41,7 +41,7 @@ bool isWord(char byte)
     return wordBytes[static_cast<unsigned char>(byte)];
 }
 
-// The highest bit of each byte counts.
+// The highest bit of each byte of the result tells.
 Bytes16 areWord(const char* bytes)
 {
     const Bytes16 block = Bytes16::load(bytes);
@@ -94,12 +94,12 @@ public:
     }
 
     Worth best() const { return best_; }
-    /// The last place that may matter; places behind it are cheap but useless.
+    /// The last place that may matter; looking at places behind it does no harm, but is useless.
     std::size_t last() const { return last_; }
     /// Whether, behind the first place, only places with both borders can be better.
     bool onlyWords() const { return onlyWords_; }
 
-    /// Whether the term, if it stands there, would be better than the best so far.
+    /// Whether the term at this place would be better than the best so far.
     bool matters(std::size_t at) const
     {
         const bool left = isWord(bytes[static_cast<std::ptrdiff_t>(at) - 1]) != matcher_.beginsInWord_;
@@ -107,7 +107,7 @@ public:
         return worthOf(texts_, worths_, at, left, right) < best_;
     }
 
-    /// The term stands there, and that matters. Returns the place at which to go on.
+    /// Takes note of the term at a place that matters. Returns the place at which to go on.
     std::size_t found(std::size_t at)
     {
         const bool inKeywords = at > texts_.name().end;
@@ -165,7 +165,7 @@ Worth LiteralMatcher::best(LoweredTexts& texts, const PlaceWorths& worths) const
     return places.best();
 }
 
-// Two different bytes if there are any, the rarest; of equally rare ones the first.
+// Chooses the two rarest bytes, different ones if there are any; of equally rare bytes the first.
 void LiteralMatcher::chooseProbes() noexcept
 {
     const std::size_t size = std::min(term_.size(), mostProbed);
@@ -189,8 +189,8 @@ void LiteralMatcher::chooseProbes() noexcept
     frequency_ = static_cast<std::uint16_t>(frequencyOf(term_[rarest]) * 256 + frequencyOf(term_[second]));
 }
 
-// The places of a term that holds a line break: it must cover all breaks of the text, so its first one
-// stands on the text's first one.
+// For a term that holds a line break. It must cover all breaks of the text, so its first break must lie on the
+// text's first one.
 Worth LiteralMatcher::bestAcrossBreaks(const LoweredTexts& texts, const PlaceWorths& worths) const noexcept
 {
     const char* const bytes = texts.bytes();
@@ -209,7 +209,7 @@ Worth LiteralMatcher::bestAcrossBreaks(const LoweredTexts& texts, const PlaceWor
     return best;
 }
 
-// The empty term stands everywhere, at the end too, and both its borders are one.
+// The empty term is found everywhere, even at the end, and its left border is also its right one.
 Worth LiteralMatcher::bestOfEmpty(const LoweredTexts& texts, const PlaceWorths& worths) const noexcept
 {
     Worth best = noWorth;
@@ -230,7 +230,7 @@ Worth LiteralMatcher::bestOfEmpty(const LoweredTexts& texts, const PlaceWorths& 
 
 namespace {
 
-// Of 16 places from `at` on, those where a term with these ends has a border on either side.
+// Of 16 places from `at` on, those where a term with these ends has a border on both sides.
 std::uint32_t bordered(const char* at, std::size_t size, bool beginsInWord, bool endsInWord)
 {
     const std::uint32_t before = areWord(at - 1).mask();
@@ -278,7 +278,7 @@ void LiteralMatcher::searchByProbes(Places& places) const noexcept
 
 namespace {
 
-// The largest suffix of `text` in the given order of bytes: its begin and its period.
+// The largest suffix of `text` in the given order of bytes: its beginning and its period.
 template <typename Less>
 std::pair<std::size_t, std::size_t> largestSuffix(std::string_view text, Less less)
 {
@@ -324,7 +324,7 @@ void LiteralMatcher::factorize() noexcept
 void LiteralMatcher::searchInLinearTime(Places& places, std::size_t from) const noexcept
 {
     const char* const term = term_.data();
-    std::size_t known = 0;  // so many bytes at the begin of the term are known to match
+    std::size_t known = 0;  // how many bytes at the beginning of the term are known to match
     for (std::size_t at = from; at <= places.last();) {
         const char* const bytes = places.bytes + at;
         std::size_t right = std::max(criticalPlace_, known);

@@ -9,7 +9,7 @@ using Velk::Platform::lowestBit;
 namespace Library::Search::detail {
 namespace {
 
-constexpr char guard = '\xFF';  // in no UTF-8, so in no term; and no word character
+constexpr char guard = '\xFF';  // never part of UTF-8, so of no term, and not a word character
 
 }  // namespace
 

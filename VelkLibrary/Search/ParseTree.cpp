@@ -3,6 +3,7 @@
 #include <VelkCommon/Expression/BooleanExp.h>
 #include <VelkCommon/Reporting/Assertions.h>
 #include <VelkLibrary/Search/detail/Alternatives.h>
+#include <VelkLibrary/detail/ReportPlaces.h>
 
 #include <cstddef>
 #include <memory>
@@ -13,7 +14,7 @@ namespace {
 
 void addNode(ParseTree& tree, BooleanExp::Node& node);
 
-/// Drops what is empty: texts of the last group, then the group itself when nothing is required in it.
+/// Drops the empty texts of the last group, then the group itself when it requires nothing.
 void closeGroup(ParseTree& tree)
 {
     tree.groups.back().removeInvalidTerms();
@@ -30,7 +31,7 @@ void addGroup(ParseTree& tree, const BooleanExp::Group& group)
         if (term.conjunction == BooleanExp::Conjunction::Or) {
             const std::size_t terms = tree.groups.back().terms.size();
             closeGroup(tree);
-            tree.groups.emplace_back().terms.reserve(terms);  // the runs of a product are equally long
+            tree.groups.emplace_back().terms.reserve(terms);  // the groups of a product are equally long
         }
         if (term.expression)
             addNode(tree, *term.expression);
@@ -46,7 +47,7 @@ void addNode(ParseTree& tree, BooleanExp::Node& node)
         ORGroup& last = tree.groups.back();
         (term->negated ? last.excludedTerms : last.terms).push_back(std::move(term->text));
     } else {
-        Velk::assertionFailed("Search/Info", 142, "Unhandled type");
+        Velk::assertionFailed(Library::detail::places::unknownNode, "Unhandled type");
     }
 }
 

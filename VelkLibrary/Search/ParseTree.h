@@ -11,7 +11,8 @@ namespace Library::Search {
 /// One alternative of a search: terms that must all occur, and terms that must not. A plain value.
 struct VELKLIBRARY_EXPORT ORGroup
 {
-    /// Equal terms and equal excluded terms, in the same order, compared code unit by code unit.
+    /// Whether both have equal terms and equal excluded terms, in the same order, compared code unit by code
+    /// unit.
     bool operator==(const ORGroup& other) const;
 
     /// Erases the empty texts from `terms`, then from `excludedTerms`; the others keep their order.
@@ -25,7 +26,7 @@ struct VELKLIBRARY_EXPORT ORGroup
 /// is nothing to search for.
 struct VELKLIBRARY_EXPORT ParseTree
 {
-    /// The same number of groups, pairwise equal in order.
+    /// Whether both have the same number of groups, and the groups are equal one by one.
     bool operator==(const ParseTree& other) const;
 
     /// Calls `f` with every term, which it may rewrite in place: group by group, within a group first

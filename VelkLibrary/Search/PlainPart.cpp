@@ -12,18 +12,18 @@ using Velk::Platform::lowestBit;
 namespace Library::Search::detail {
 namespace {
 
-constexpr char capitalBit = 0x20;  // what a capital lacks of its small letter, in ASCII and in many a last byte
+constexpr char capitalBit = 0x20;  // what a capital lacks, in ASCII and in the last byte of many others
 
 char withCapitalBit(char byte)
 {
     return static_cast<char>(byte | capitalBit);
 }
 
-// The bytes of a term among which the part is chosen.
+// The part is chosen among this many bytes of a term.
 constexpr std::size_t mostLookedAt = 64;
 
-/// Which bytes at the begin of a term are plain: where a text's lower case has them, the text has them too,
-/// but for the capital bit.
+/// Which bytes at the beginning of a term are plain: wherever the lowered text has them, the text has them too,
+/// apart from the capital bit.
 class PlainBytes
 {
 public:
@@ -64,24 +64,25 @@ private:
         }
     }
 
-    // Of what is not ASCII, U+0130 alone becomes ASCII, "i", and U+212A, "k".
+    // Two characters outside ASCII become ASCII in lower case: U+0130 becomes "i", and U+212A becomes "k".
     static bool isPlainAscii(char byte) { return byte != 'i' && byte != 'k'; }
 
-    // Letters of two bytes whose only capital differs from them in the capital bit of the last byte. Not
-    // among them: a with ring, which the Angstrom sign becomes too, and theta, which has a second capital.
+    // Letters of two bytes whose only capital differs from them in the capital bit of the last byte. Left out
+    // are a with ring, which the Angstrom sign becomes, too, and theta, which has a second capital.
     static bool keepsLead(char32_t letter)
     {
         return (letter >= 0xE0 && letter <= 0xFE && letter != 0xE5) ||
                (letter >= 0x3B1 && letter <= 0x3BF && letter != 0x3B8) || (letter >= 0x430 && letter <= 0x43F);
     }
 
-    // The same where the lead differs too. Not among them: omega, which the Ohm sign becomes too.
+    // Letters whose lead differs from their capital's as well. Left out is omega, which the Ohm sign becomes,
+    // too.
     static bool keepsLastByteOnly(char32_t letter)
     {
         return (letter >= 0x3C0 && letter <= 0x3CB && letter != 0x3C9) || (letter >= 0x440 && letter <= 0x44F);
     }
 
-    // Kana, Han and Hangul.
+    // Kana, Han and Hangul have no letter case.
     static bool isCaseless(char32_t character)
     {
         return (character >= 0x3041 && character <= 0x30FF) || (character >= 0x4E00 && character <= 0x9FFF) ||
@@ -94,7 +95,7 @@ private:
 
 }  // namespace
 
-// The two rarest neighbours, and what stands around them.
+// Takes the two rarest neighbouring bytes, and the plain bytes around them.
 PlainPart::PlainPart(std::string_view term) noexcept
 {
     const PlainBytes plain(term);
@@ -135,7 +136,7 @@ bool PlainPart::mayStandIn(std::string_view text) const noexcept
     const char* const lastPlace = text.data() + text.size() - (size_ - probe_);
     const char* const lastBlock = text.data() + text.size() - distance_ - Bytes16::size;
     for (const char* place = firstPlace; place <= lastPlace; place += Bytes16::size) {
-        const char* const block = std::min(place, lastBlock);  // reaches back, not beyond the end
+        const char* const block = std::min(place, lastBlock);  // the last block reaches back, not beyond the end
         std::uint32_t candidates =
             (equal(Bytes16::load(block) | capital, first) & equal(Bytes16::load(block + distance_) | capital, second))
                 .mask();
@@ -148,7 +149,7 @@ bool PlainPart::mayStandIn(std::string_view text) const noexcept
     return false;
 }
 
-// At most one block: all places of the probes at once.
+// For a text of at most one block: looks at all places of the probes at once.
 bool PlainPart::mayStandInShort(std::string_view text) const noexcept
 {
     const Bytes16 block = Bytes16::loadPart(text.data(), text.size()) | Bytes16(static_cast<std::uint8_t>(capitalBit));

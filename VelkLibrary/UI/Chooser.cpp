@@ -9,7 +9,7 @@
 namespace Library {
 namespace {
 
-// Guarded by the chooser's mutex, but at the end of the process.
+// Guarded by the chooser's mutex, except at the end of the process.
 std::unique_ptr<Chooser>& heldChooser()
 {
     static std::unique_ptr<Chooser> chooser;

@@ -8,8 +8,8 @@ namespace Library {
 /// Remembers the one library item that the user has chosen in the browser, for the parts of the host that
 /// work with it later.
 ///
-/// The instance may be asked for on any thread; the item belongs to the user-interface thread. Nothing is
-/// synchronised between a thread that still uses the instance and one that cleans up.
+/// The instance may be asked for on any thread; the item belongs to the user-interface thread. Cleaning up is
+/// not synchronised with a thread that still uses the instance.
 class VELKLIBRARY_EXPORT Chooser
 {
 public:
@@ -24,14 +24,14 @@ public:
     Chooser& operator=(const Chooser&) = delete;
     ~Chooser();
 
-    /// Remembers a copy of `item`: its text, flags and data, id, type, database path and selection pane
-    /// name; not its children nor its place in a model.
+    /// Remembers a copy of `item`: its text, flags, data, id, type, catalog file and selection pane name, but
+    /// not its children or its place in a model.
     void setData(const TreeItemData& item);
 
-    /// A copy of the chosen item; one that is not valid (id -1, no database) when nothing is chosen.
+    /// A copy of the chosen item; one that is not valid (id -1, no catalog file) when nothing is chosen.
     TreeItemData getData() const;
 
-    /// Nothing is chosen any more.
+    /// Forgets the chosen item.
     void clearData();
 
 private:

@@ -15,7 +15,7 @@
 
 namespace {
 
-/// For the slots that a worker may call: what becomes of the widgets happens on their thread.
+/// For the slots that a worker may call: the widgets are changed on their own thread.
 template <typename... Arguments>
 void queueCall(QObject* target, const char* slot, Arguments... arguments)
 {
@@ -58,7 +58,7 @@ LibraryProgressPanel::LibraryProgressPanel(QWidget* parent)
       text_(new ProgressText(this)),
       gauge_(new ProgressGauge(this, text_))
 {
-    // A progress dialog shows itself after some seconds, until it is reset.
+    // A progress dialog shows itself after some seconds, unless it is reset.
     setAutoClose(false);
     reset();
 

@@ -22,9 +22,9 @@ class QLabel;
 ///     // or, for a job of the host's own:
 ///     std::thread worker([progress = panel->progressHandle()] { progress.sendRange(3); ... });
 ///
-/// A worker may outlive such a handle's panel. The slots for jobs may be called directly from any thread too,
-/// by one who knows that the panel lives; they only queue calls to the widgets, in the order made.
-/// Everything else is the user-interface thread's.
+/// A worker that uses such a handle may outlive the panel. The slots for jobs may also be called directly, from
+/// any thread, by a caller that knows that the panel lives; they only queue calls to the widgets, in the order
+/// made. Everything else belongs to the user-interface thread.
 ///
 /// A value or range reaches the text twice, once directly and once through the gauge; that is harmless.
 class VELKLIBRARY_EXPORT LibraryProgressPanel : public QProgressDialog, public LibraryProgressBase
@@ -34,14 +34,15 @@ class VELKLIBRARY_EXPORT LibraryProgressPanel : public QProgressDialog, public L
 public:
     /// Makes a panel and puts it below everything else in the QSplitter named "libMainSplitter" somewhere in
     /// `parent`, as a section of fixed height that cannot be collapsed. Without such a splitter the panel is
-    /// made, but put nowhere. Owned by the splitter, else by `parent`, else (null) by the caller.
+    /// made, but not placed. Owned by the splitter, else by `parent`, else (null) by the caller.
     static LibraryProgressPanel* create(QWidget* parent);
 
-    /// A panel that is put nowhere yet; create() is what a browser wants.
+    /// A panel that has no place yet. A browser wants create() instead.
     explicit LibraryProgressPanel(QWidget* parent = nullptr);
     ~LibraryProgressPanel() override;
 
-    /// What a worker reports with. It can be copied; what is sent after the panel's end is dropped.
+    /// The handle that a worker reports with. It can be copied; what is sent after the panel was destroyed is
+    /// dropped.
     LibraryProgressBase progressHandle() const { return static_cast<const LibraryProgressBase&>(*this); }
 
     /// The size of the strip.
@@ -52,18 +53,18 @@ public Q_SLOTS:
 
     /// One step is done.
     void onUpdateInGauge();
-    /// So many steps are done. Only the lowest 32 bits count.
+    /// `val` steps are done. Only the lowest 32 bits count.
     void onSetValueInGauge(size_t val);
-    /// So many steps are done.
+    /// `val` steps are done.
     void onSetValueInGauge(int val);
-    /// A gauge of so many steps. Only the lowest 32 bits count.
+    /// A gauge of `val` steps starts. Only the lowest 32 bits count.
     void onSetRangeInGauge(size_t val);
-    /// A gauge of so many steps.
+    /// A gauge of `val` steps starts.
     void onSetRangeInGauge(int val);
-    /// What is being done. Bytes that are no UTF-8 are read as Windows-1252, as the catalog update's file
-    /// names are.
+    /// What is being done. Bytes that are not UTF-8 are read as Windows-1252, because the catalog update sends
+    /// file names so.
     void onSetText(std::string text);
-    /// The unit of the steps, stored at once and seen with the next change.
+    /// The unit of the steps, stored at once and shown with the next change.
     void onSetUnits(std::string unit_string);
 
     /// Shows what is being done, left of the bar. User-interface thread.
@@ -72,11 +73,11 @@ public Q_SLOTS:
     void setProgressRangeText(QString rangeStr);
 
 protected:
-    /// Does nothing: a progress dialog arranges its label and bar by itself, here a layout does.
+    /// Does nothing: a progress dialog arranges its label and bar by itself, but here a layout does.
     void resizeEvent(QResizeEvent* event) override;
     /// Arranges everything anew after a change of style.
     void changeEvent(QEvent* event) override;
-    /// Stays where it is put, where a dialog would look for a place on the screen.
+    /// Keeps the panel where it was put; a dialog would look for a place on the screen.
     void showEvent(QShowEvent* event) override;
     /// Leaves keys to the window: the escape key would hide a dialog.
     void keyPressEvent(QKeyEvent* event) override;

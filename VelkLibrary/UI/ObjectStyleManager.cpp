@@ -1,13 +1,14 @@
 #include <VelkLibrary/UI/ObjectStyleManager.h>
 
 #include <VelkCommon/Text/StringUtils.h>
+#include <VelkCommon/Text/TextNumbers.h>
 
 #include <utility>
 
 namespace {
 
-constexpr std::int32_t firstStyle = 10000;
-constexpr std::int32_t lastStyle = 10014;
+constexpr auto firstStyle = static_cast<std::int32_t>(Velk::textNumbers::firstStyle);
+constexpr auto lastStyle = static_cast<std::int32_t>(Velk::textNumbers::lastStyle);
 
 }  // namespace
 
@@ -28,7 +29,7 @@ ObjectStyleManager::~ObjectStyleManager() = default;
 const std::u32string& ObjectStyleManager::getStyleName(long style) const
 {
     static const std::u32string noName;
-    // Where `long` has 64 bits, most of its numbers are none of the map's.
+    // Where `long` has 64 bits, most of its values do not fit the map's keys.
     if (!std::in_range<std::int32_t>(style))
         return noName;
     const auto found = names_.find(static_cast<std::int32_t>(style));

@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
-/// How progress is described beside the gauge. Kept in preference 236 as an int; any other value there
-/// describes nothing and offers no tooltip.
+/// How progress is described beside the gauge. Kept in preference 236 as an int; with any other value there,
+/// progress is not described and there is no tooltip.
 enum class ProgressDisplayType : std::int32_t {
     BarOnly = 1,     ///< the bar alone
     Percentage = 2,  ///< text 2749 with the percentage

@@ -1,6 +1,7 @@
 #include <VelkLibrary/UI/ProgressGauge.h>
 
 #include <VelkCommon/Text/StringUtils.h>
+#include <VelkCommon/Text/TextNumbers.h>
 #include <VelkLibrary/UI/ProgressText.h>
 #include <VelkLibrary/UI/detail/ProgressDisplayPreference.h>
 
@@ -13,10 +14,6 @@
 #include <optional>
 
 namespace {
-
-constexpr unsigned int barOnlyToolTip = 2753;
-constexpr unsigned int percentageToolTip = 2754;
-constexpr unsigned int amountsToolTip = 2752;
 
 ProgressDisplayType nextDisplayType(ProgressDisplayType type)
 {
@@ -35,11 +32,11 @@ std::optional<unsigned int> toolTipText(ProgressDisplayType type)
 {
     switch (type) {
         case ProgressDisplayType::BarOnly:
-            return barOnlyToolTip;
+            return Velk::textNumbers::barOnlyToolTip;
         case ProgressDisplayType::Percentage:
-            return percentageToolTip;
+            return Velk::textNumbers::percentageToolTip;
         case ProgressDisplayType::Amounts:
-            return amountsToolTip;
+            return Velk::textNumbers::amountsToolTip;
     }
     return std::nullopt;
 }

@@ -3,7 +3,8 @@
 #include <VelkCommon/Text/FormatText.h>
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
-#include <VelkCommon/Text/detail/Utf8.h>
+#include <VelkCommon/Text/TextNumbers.h>
+#include <VelkCommon/detail/Utf8.h>
 #include <VelkLibrary/UI/LibraryProgressPanel.h>
 #include <VelkLibrary/UI/detail/ProgressDisplayPreference.h>
 
@@ -14,11 +15,9 @@
 
 namespace {
 
-constexpr unsigned int percentagePattern = 2749;
-constexpr unsigned int amountsPattern = 2750;
 constexpr int amountDecimals = 9;
 
-/// The catalog update puts file names in Windows-1252 into texts that are UTF-8.
+/// The catalog update puts file names in Windows-1252 into UTF-8 texts.
 QString mixedText(std::string_view text)
 {
     std::u32string result;
@@ -109,12 +108,13 @@ void ProgressText::describe()
 std::string ProgressText::percentageText() const
 {
     const std::int64_t done = std::min(value_, range_);
-    return Velk::formatText(StringUtils::loadString(percentagePattern), range_ <= 0 ? 0 : done * 100 / range_);
+    return Velk::formatText(StringUtils::loadString(Velk::textNumbers::percentage),
+                            range_ <= 0 ? 0 : done * 100 / range_);
 }
 
 std::string ProgressText::amountsText() const
 {
-    const std::string amounts = Velk::formatText(StringUtils::loadString(amountsPattern),
+    const std::string amounts = Velk::formatText(StringUtils::loadString(Velk::textNumbers::amounts),
                                                  formatWithThousandsSeparatorPrecision(value_, amountDecimals),
                                                  formatWithThousandsSeparatorPrecision(range_, amountDecimals));
     const std::string unit = units();

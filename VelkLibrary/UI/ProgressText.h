@@ -11,12 +11,11 @@
 
 class LibraryProgressPanel;
 
-/// Turns a job's value, range and text into the two texts of the progress panel. Nothing to look at by
-/// itself.
+/// Turns a job's value, range and text into the two texts of the progress panel. It shows nothing itself.
 ///
 /// Its slots are called by name, as queued calls, by the panel and by the gauge. Both tell it each value
-/// and range, so everything comes twice; a slot only stores, describes anew and emits both signals. Lives
-/// on the panel's thread.
+/// and range, so everything comes twice; a slot only stores what it is told, describes the progress anew and
+/// emits both signals. Lives on the panel's thread.
 class VELKLIBRARY_EXPORT ProgressText : public QObject
 {
     Q_OBJECT
@@ -26,14 +25,14 @@ public:
     explicit ProgressText(LibraryProgressPanel* panel);
     ~ProgressText() override;
 
-    /// The unit of the amounts (UTF-8), such as "KB"; empty for none. Seen with the next change of
-    /// anything else. Any thread.
+    /// The unit of the amounts (UTF-8), such as "KB"; empty for none. Shown with the next change of anything
+    /// else. Any thread.
     void setUnits(std::string units);
 
 Q_SIGNALS:
     /// What is being done.
     void setLabelText(QString labelText);
-    /// How much of it is done, as the display type has it.
+    /// How much of it is done, in the form that the display type asks for.
     void setRangeText(QString rangeText);
 
 private Q_SLOTS:
@@ -56,6 +55,6 @@ private:
     bool paused_ = false;
     std::string text_;
     std::string rangeText_;
-    std::string units_;  // guarded by unitsMutex_; the rest is the thread's that this lives on
+    std::string units_;  // guarded by unitsMutex_; the rest belongs to this object's thread
     mutable std::mutex unitsMutex_;
 };

@@ -2,22 +2,17 @@
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Reporting/Assertions.h>
+#include <VelkLibrary/detail/ReportPlaces.h>
 
 #include <utility>
 
 namespace Library {
-namespace {
-
-constexpr const char* categorySource = "UI/TreeCategoryData";
-constexpr std::size_t categoryIdLine = 17;
-
-}  // namespace
 
 TreeCategoryData::TreeCategoryData(long long id, LibraryCategory libraryCategory, fileString databasePath)
     : TreeData(id, std::move(databasePath)), category(libraryCategory)
 {
     if (isItemId(getId()))
-        Velk::assertionFailed(categorySource, categoryIdLine, "!isItemId(getId())");
+        Velk::assertionFailed(detail::places::categoryWithItemId, "!isItemId(getId())");
 }
 
 TreeCategoryData::~TreeCategoryData() = default;

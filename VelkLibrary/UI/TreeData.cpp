@@ -2,14 +2,12 @@
 
 #include <VelkCommon/Reporting/Assertions.h>
 #include <VelkCommon/Text/StringConvert.h>
+#include <VelkLibrary/detail/ReportPlaces.h>
 
 #include <utility>
 
 namespace Library {
 namespace {
-
-constexpr const char* treeDataSource = "UI/TreeData";
-constexpr std::size_t foreignNodeLine = 78;
 
 constexpr long long noId = -1;
 constexpr std::int32_t noItemType = -1;
@@ -37,7 +35,7 @@ bool TreeData::operator<(const QStandardItem& other) const
 {
     const auto* const otherNode = dynamic_cast<const TreeData*>(&other);
     if (otherNode == nullptr) {
-        Velk::assertionFailed(treeDataSource, foreignNodeLine, "rhsTreeData");
+        Velk::assertionFailed(detail::places::foreignNodeCompared, "rhsTreeData");
         return false;
     }
     return treeOrderComparatorStatic(*this, *otherNode) < 0;

@@ -2,21 +2,16 @@
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Reporting/Assertions.h>
+#include <VelkLibrary/detail/ReportPlaces.h>
 
 #include <utility>
 
 namespace Library {
-namespace {
-
-constexpr const char* folderSource = "UI/TreeFolderData";
-constexpr std::size_t folderIdLine = 15;
-
-}  // namespace
 
 TreeFolderData::TreeFolderData(long long id, fileString databasePath) : TreeData(id, std::move(databasePath))
 {
     if (isItemId(getId()))
-        Velk::assertionFailed(folderSource, folderIdLine, "!isItemId(getId())");
+        Velk::assertionFailed(detail::places::folderWithItemId, "!isItemId(getId())");
     setFlags(flags() | Qt::ItemIsDropEnabled);
 }
 

@@ -9,17 +9,16 @@ namespace Library {
 class VELKLIBRARY_EXPORT TreeFolderData : public TreeData
 {
 public:
-    /// A folder without a name. `id` is below -1; another one is reported as an assertion.
+    /// A folder without a name. `id` is below -1; any other id is reported as an assertion.
     TreeFolderData(long long id, fileString databasePath);
     /// A folder with a name; the same holds for `id`.
     TreeFolderData(long long id, fileString databasePath, const std::u32string& name);
     ~TreeFolderData() override;
 
-    /// The database file exists.
+    /// Whether the catalog file exists.
     bool isValid() const override;
 
     using TreeData::asFolderData;
-    /// This folder.
     const TreeFolderData* asFolderData() const override;
 };
 

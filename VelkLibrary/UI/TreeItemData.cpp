@@ -2,16 +2,11 @@
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Reporting/Assertions.h>
+#include <VelkLibrary/detail/ReportPlaces.h>
 
 #include <utility>
 
 namespace Library {
-namespace {
-
-constexpr const char* itemSource = "UI/TreeItemData";
-constexpr std::size_t itemIdLine = 40;
-
-}  // namespace
 
 TreeItemData::TreeItemData() : TreeItemData(-1, fileString()) {}
 
@@ -23,7 +18,7 @@ TreeItemData::TreeItemData(long long id, fileString databasePath, const std::u32
     : TreeData(id, std::move(databasePath))
 {
     if (!isItemId(getId()))
-        Velk::assertionFailed(itemSource, itemIdLine, "isItemId(getId())");
+        Velk::assertionFailed(detail::places::itemWithOtherId, "isItemId(getId())");
     setItemName(name);
 }
 

@@ -4,6 +4,8 @@
 #include <VelkCommon/Network/Curl.h>
 #include <VelkCommon/Text/FormatText.h>
 #include <VelkCommon/Text/StringUtils.h>
+#include <VelkCommon/Text/TextNumbers.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 #include <VelkLibrary/ErrorLog.h>
 #include <VelkLibrary/Update/detail/CatalogInstall.h>
 #include <VelkLibrary/Update/detail/CatalogUpdateState.h>
@@ -15,10 +17,7 @@ namespace {
 
 constexpr unsigned mostStalledCalls = 600;
 constexpr unsigned mostUnreportedCalls = 500;
-constexpr double bytesPerKilobyte = 1000.0;
-
-constexpr unsigned downloadingText = 8709;  // of %1%
-constexpr unsigned unitText = 8745;
+constexpr std::uint32_t bytesPerKilobyte = 1000;
 
 constexpr unsigned abortedByCallback = 42;
 
@@ -27,7 +26,7 @@ std::uint64_t kilobytesToDownload(const CatalogTable& catalogs)
     std::uint64_t sum = 0;
     for (const auto& [name, record] : catalogs)
         if (record.needsDownload())
-            sum += record.contentLength / 1000;
+            sum += record.contentLength / bytesPerKilobyte;
     return sum;
 }
 
@@ -101,7 +100,7 @@ void DownloadPhase::run()
         if (!record.needsDownload())
             continue;
         bool goOn = true;
-        guarded(run_, [&, &name = name, &record = record] { goOn = updateCatalog(name, record); });
+        doPart(run_, [&, &name = name, &record = record] { goOn = updateCatalog(name, record); });
         if (!goOn)
             return;
     }
@@ -113,16 +112,17 @@ void DownloadPhase::announce() const
     if (kilobytes == 0)
         return;
     receiver_.sendRange(kilobytes);
-    receiver_.sendUnits(StringUtils::loadString(unitText));
+    receiver_.sendUnits(StringUtils::loadString(Velk::textNumbers::downloadUnit));
 }
 
-// False when the catalog came but could not be installed, which ends the phase.
+// False when the catalog was downloaded but could not be installed, which ends the phase.
 bool DownloadPhase::updateCatalog(const fileString& fileName, CatalogRecord& record)
 {
     const fileString stem = fileName.stem();
-    receiver_.sendText(Velk::formatText(StringUtils::loadString(downloadingText), shownName(stem)));
+    receiver_.sendText(Velk::formatText(StringUtils::loadString(Velk::textNumbers::downloading), shownName(stem)));
     const fileString folder = downloadFolder(record.kind);
-    const fileString target = folder.empty() ? fileString() : folder / (stem + fileString(std::string(".download")));
+    const fileString target =
+        folder.empty() ? fileString() : folder / (stem + fileString(Library::extensions::download));
     if (!download(fileName, record, target))
         return true;
     const bool installed = installCatalog(receiver_, run_, target, fileName, record);

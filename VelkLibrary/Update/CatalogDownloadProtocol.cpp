@@ -6,9 +6,11 @@
 #include <VelkCommon/Network/WebUtils.h>
 #include <VelkCommon/Reporting/EnforcerThrow.h>
 #include <VelkCommon/Text/StringConvert.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 #include <VelkLibrary/Data/PlainFileName.h>
 #include <VelkLibrary/ErrorLog.h>
 #include <VelkLibrary/Update/detail/CatalogUpdateState.h>
+#include <VelkLibrary/detail/ReportPlaces.h>
 
 #include <algorithm>
 #include <charconv>
@@ -21,15 +23,15 @@ namespace {
 
 using Headers = std::map<std::string, std::vector<std::string>, WebUtils::HeaderNameCompare>;
 
-// How the service calls the catalog: all but the core ones travel packed.
+// What the service calls the catalog: all except the core catalogs travel packed.
 std::string libraryName(const fileString& fileName, std::uint32_t kind)
 {
     if (kind == CoreCatalogs)
         return StringConvert::toStdUtf8String(fileName);
-    return StringConvert::toStdUtf8String(fileName.stem()) + ".calibz";
+    return StringConvert::toStdUtf8String(fileName.stem()) + Library::extensions::packed;
 }
 
-// What is no number of that size leaves the length as it is.
+// A text that is not a number of 32 bits leaves the length as it is.
 void applyContentLength(CatalogRecord& record, const Headers& headers)
 {
     const auto found = headers.find("Content-Length");
@@ -43,15 +45,15 @@ void applyContentLength(CatalogRecord& record, const Headers& headers)
         record.contentLength = length;
 }
 
-// W/"abc" is abc. A tag without its quotes stands for itself.
+// Of W/"abc" the text is abc. A tag without its quotes is taken as it is.
 std::string tagText(std::string tag)
 {
     const std::size_t first = tag.find('"');
     const std::size_t last = tag.rfind('"');
     if (first != last)
         tag = tag.substr(first + 1, last - first - 1);
-    // A line break would make a line of its own in the hash file.
-    std::erase_if(tag, [](char byte) { return Library::detail::holdsControlCharacter({&byte, 1}); });
+    // A line break would begin another line in the hash file.
+    std::erase_if(tag, [](char byte) { return Library::holdsControlCharacter({&byte, 1}); });
     return tag;
 }
 
@@ -95,13 +97,13 @@ fileString catalogFolder(std::uint32_t kind)
 fileString downloadFolder(std::uint32_t kind)
 {
     if (gApp == nullptr)
-        EnforcerThrow("!gApp", "LibraryCatalogUpdater", __LINE__);
+        EnforcerThrow("!gApp", Library::detail::places::noApplication);
     const fileString temporary = PathUtils::getObject().getTempPath();
     const fileString installed = catalogFolder(kind);
     const fileString name =
         fileString(gApp->getInstanceName() + ".downloads.") + installed.parentPath().stemWithExtension();
-    // The folder is removed with all that is in it, so it must be one of its own.
-    if (installed.empty() || temporary.empty() || !Library::detail::isPlainFileName(name.utf8()))
+    // The folder is removed with everything in it, so it must be one that nothing else uses.
+    if (installed.empty() || temporary.empty() || !Library::isPlainFileName(name.utf8()))
         return {};
     return temporary / name;
 }
@@ -142,7 +144,7 @@ void fetchServiceMessage(const fileString& fileName, CatalogRecord& record, cons
     const auto [url, headers] = buildCatalogRequest(fileName, record, product, version);
     if (url.empty())
         return;
-    // The text belongs to a failure, so it counts whatever the result is.
+    // The text belongs to a failure, so it is kept whatever the result is.
     std::string body;
     Curl::get().browseURL(url, headers, body, true, 0);
     record.serviceMessage = std::move(body);
@@ -150,9 +152,8 @@ void fetchServiceMessage(const fileString& fileName, CatalogRecord& record, cons
 
 bool isSupportedCatalogFile(const fileString& path)
 {
-    const fileString extension = path.extension();
-    return extension == fileString(std::string(".calib")) || extension == fileString(std::string(".calibz")) ||
-           extension == fileString(std::string(".zip"));
+    using namespace Library::extensions;
+    return path.hasExtension(database) || path.hasExtension(packed) || path.hasExtension(referencedFiles);
 }
 
 }  // namespace LibraryCatalogUpdate

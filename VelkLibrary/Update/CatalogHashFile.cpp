@@ -1,19 +1,20 @@
-#include <VelkLibrary/CatalogDownloadProtocol.h>
+#include <VelkLibrary/Update/CatalogHashFile.h>
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/LockingFStream.h>
+#include <VelkLibrary/CatalogDownloadProtocol.h>
 #include <VelkLibrary/Data/PlainFileName.h>
 #include <VelkLibrary/Update/detail/CatalogTexts.h>
 #include <VelkLibrary/detail/ModuleStatics.h>
 
 #include <utility>
 
-using Library::detail::holdsControlCharacter;
+using Library::holdsControlCharacter;
 
 namespace LibraryCatalogUpdate {
 namespace {
 
-// Some hundred bytes per catalog; what is longer was not written here.
+// A catalog takes some hundred bytes; a larger file was not written here.
 constexpr long long largestHashFile = 16LL << 20;
 
 void readHashes(const fileString& hashFile, CatalogTable& catalogs, std::uint32_t kind)
@@ -32,7 +33,8 @@ void readHashes(const fileString& hashFile, CatalogTable& catalogs, std::uint32_
     }
 }
 
-// All lines of a kind. What would break a line is left out: the hash is computed anew next time.
+// The lines of all catalogs of a kind. One that would break its line is left out: its hash is computed again
+// next time.
 std::string hashText(const CatalogTable& catalogs, std::uint32_t kind)
 {
     std::string text;
@@ -49,30 +51,35 @@ std::string hashText(const CatalogTable& catalogs, std::uint32_t kind)
 
 }  // namespace
 
+fileString catalogHashFile(std::uint32_t kind)
+{
+    const fileString folder = catalogFolder(kind);
+    return folder.empty() ? fileString() : folder / Library::detail::catalogHashFileName;
+}
+
 void readCatalogHashFile(const fileString& hashFile, CatalogTable& catalogs, std::uint32_t kind) noexcept
 {
     try {
         readHashes(hashFile, catalogs, kind);
     } catch (...) {
-        // What the file does not tell is computed.
+        // The hashes that are missing are computed.
     }
 }
 
 void writeCatalogHashFile(const CatalogTable& catalogs, std::uint32_t kind) noexcept
 {
     try {
-        const fileString folder = catalogFolder(kind);
-        if (folder.empty())
+        const fileString path = catalogHashFile(kind);
+        if (path.empty())
             return;
         const std::string text = hashText(catalogs, kind);
-        const fileString path = folder / Library::detail::catalogHashFileName;
         LockingFStream file(path, LockingFStream::out);
         file << text;
         file.close();
         if (file)
             FileUtils::setFilePermEveryoneFullAccess(path);
     } catch (...) {
-        // A file that is missing or cut short costs the next run some reading.
+        // A file that is missing or cut short only costs the next run some reading.
     }
 }
 

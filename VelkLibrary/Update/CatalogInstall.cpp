@@ -4,8 +4,10 @@
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Reporting/Assertions.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 #include <VelkLibrary/ErrorLog.h>
 #include <VelkLibrary/LibraryImport.h>
+#include <VelkLibrary/detail/ReportPlaces.h>
 
 #include <optional>
 #include <stdexcept>
@@ -15,7 +17,7 @@ using Library::ErrorLog;
 namespace LibraryCatalogUpdate::detail {
 namespace {
 
-// What a download consists of; a path is empty where there is nothing.
+// What a download consists of; a path is empty where there is no such file.
 struct NewFiles
 {
     fileString database;
@@ -27,7 +29,7 @@ void giveEveryoneFullAccess(const fileString& path)
     try {
         FileUtils::setFilePermEveryoneFullAccess(path);
     } catch (const std::runtime_error& error) {
-        Velk::assertionFailed("LibraryCatalogUpdater", __LINE__,
+        Velk::assertionFailed(Library::detail::places::accessNotGranted,
                               "Exception while setting universal access file permissions.");
         const std::string reason = error.what();
         ErrorLog() << "Error setting file permissions:" << (reason.empty() ? std::string("Unknown error") : reason);
@@ -45,26 +47,25 @@ const char* renamingFault(const fileString& downloaded, const fileString& finalN
     return nullptr;
 }
 
-// Core catalogs travel as they are: the file gets its own extension back.
+// Core catalogs travel as they are: the file only gets its extension back.
 std::optional<NewFiles> takeCoreFile(CatalogRun& run, const fileString& downloaded, const fileString& fileName)
 {
-    const fileString extension = fileName.extension();
-    const fileString finalName = downloaded.pathAndName() + extension;
+    const fileString finalName = downloaded.pathAndName() + fileName.extension();
     if (const char* const fault = renamingFault(downloaded, finalName)) {
         ErrorLog() << fault << downloaded;
         run.resultCode = CatalogNotRenamed;
         return std::nullopt;
     }
-    if (extension == fileString(std::string(".calib")))
+    if (fileName.hasExtension(Library::extensions::database))
         return NewFiles{finalName, {}};
-    if (extension == fileString(std::string(".zip")))
+    if (fileName.hasExtension(Library::extensions::referencedFiles))
         return NewFiles{{}, finalName};
     ErrorLog() << "Unsupported file extension:  " << fileName;
     return std::nullopt;
 }
 
-// An archive without referenced files stays until the next run removes the folder. One with nothing in it
-// counts as installed: asking for it again would not make it better.
+// An archive without referenced files stays until the next run removes the folder. An empty archive counts as
+// installed, because asking for it again would bring the same one.
 NewFiles takePackedFile(const fileString& downloaded)
 {
     const auto [database, referencedFiles] = LibraryImport::unpack(downloaded, false, nullptr);
@@ -81,7 +82,8 @@ void noteInstalled(CatalogRun& run, const fileString& file)
     run.updatedNames.insert(shownName(file.stem()));
 }
 
-// The rights come before the event: from then on the file is the receiver's, who may move it at once.
+// The access rights are set before the event is sent, because from then on the file is the receiver's, which
+// may move it at once.
 void handOverDatabase(const LibraryProgressBase& receiver, CatalogRun& run, const fileString& database,
                       const fileString& installed)
 {

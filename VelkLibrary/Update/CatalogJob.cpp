@@ -5,13 +5,15 @@
 #include <VelkCommon/Files/SHA1.h>
 #include <VelkCommon/Network/Curl.h>
 #include <VelkCommon/Reporting/PreferenceEngine.h>
+#include <VelkCommon/Reporting/PreferenceNumbers.h>
 #include <VelkCommon/Text/FormatText.h>
 #include <VelkCommon/Text/StringUtils.h>
+#include <VelkCommon/Text/TextNumbers.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 #include <VelkLibrary/ErrorLog.h>
 #include <VelkLibrary/Update/detail/CatalogDownload.h>
 #include <VelkLibrary/Update/detail/CatalogTexts.h>
 #include <VelkLibrary/Update/detail/CatalogUpdateState.h>
-#include <VelkLibrary/detail/ModuleStatics.h>
 
 #include <utility>
 #include <vector>
@@ -19,12 +21,13 @@
 namespace LibraryCatalogUpdate::detail {
 namespace {
 
-constexpr unsigned checkingText = 8717;
-constexpr unsigned checkingCatalogText = 8723;  // the file name follows
-constexpr unsigned askingText = 8727;           // about %1%
+namespace preferenceNumbers = Velk::preferenceNumbers;
+namespace textNumbers = Velk::textNumbers;
 
-constexpr std::size_t lastManualRunFailed = 251;  // preferences
-constexpr std::size_t coreCatalogsStay = 271;
+PrefSet& preferences()
+{
+    return PreferenceEngine::getThePrefs().getPrefSet();
+}
 
 bool cancelled()
 {
@@ -38,11 +41,11 @@ void prepareFolders()
         FileUtils::removeDirectoryAndFiles(downloadFolder(kind), FileUtils::overrideReadOnly);
 }
 
-// Where a catalog of the core content index lies.
+// Where a catalog that the core content index names is installed.
 fileString coreCatalogPath(const fileString& name)
 {
     const PathUtils& paths = PathUtils::getObject();
-    const bool referencedFiles = name.extension() == fileString(std::string(".zip"));
+    const bool referencedFiles = name.hasExtension(Library::extensions::referencedFiles);
     return (referencedFiles ? paths.getProprietaryLibraryReferencedFilesPath() : paths.getCoreLibraryDatabasePath()) /
            name;
 }
@@ -73,28 +76,27 @@ void CatalogJob::run(const LibraryProgressBase& receiver)
 void CatalogJob::runPhases(const LibraryProgressBase& receiver)
 {
     const Curl::Run run;
-    guarded(run_, prepareFolders);
-    guarded(run_, [&] {
+    doPart(run_, prepareFolders);
+    doPart(run_, [&] {
         if (leavesCoreAlone())
             return;
-        guarded(run_, [&] { fetchCoreIndex(); });
+        doPart(run_, [&] { fetchCoreIndex(); });
         checkKind(receiver, CoreCatalogs, settings_.coreCatalogs);
     });
     if (!settings_.manual) {
-        guarded(run_, [&] { checkKind(receiver, BonusCatalogs, settings_.bonusCatalogs); });
-        guarded(run_, [&] { checkKind(receiver, ManufacturerCatalogs, settings_.manufacturerCatalogs); });
+        doPart(run_, [&] { checkKind(receiver, BonusCatalogs, settings_.bonusCatalogs); });
+        doPart(run_, [&] { checkKind(receiver, ManufacturerCatalogs, settings_.manufacturerCatalogs); });
     }
-    guarded(run_, [&] { askService(receiver); });
-    guarded(run_, [&] { DownloadPhase(receiver, run_, catalogs_, settings_.product, settings_.version).run(); });
+    doPart(run_, [&] { askService(receiver); });
+    doPart(run_, [&] { DownloadPhase(receiver, run_, catalogs_, settings_.product, settings_.version).run(); });
     writeHashFiles();
     if (settings_.manual)
-        guarded(run_,
-                [&] { PreferenceEngine::getThePrefs().getPrefSet().set<bool>(lastManualRunFailed, run_.failed); });
+        doPart(run_, [&] { preferences().set<bool>(preferenceNumbers::lastManualUpdateFailed, run_.failed); });
 }
 
 bool CatalogJob::leavesCoreAlone() const
 {
-    return !settings_.manual && *PreferenceEngine::getThePrefs().getPrefSet().get<bool>(coreCatalogsStay);
+    return !settings_.manual && *preferences().get<bool>(preferenceNumbers::coreLibrariesStay);
 }
 
 void CatalogJob::fetchCoreIndex()
@@ -118,14 +120,15 @@ void CatalogJob::checkKind(const LibraryProgressBase& receiver, std::uint32_t ki
 {
     if (cancelled() || catalogs.empty())
         return;
-    receiver.sendText(StringUtils::loadString(checkingText));
-    readCatalogHashFile(catalogFolder(kind) / Library::detail::catalogHashFileName, catalogs_, kind);
+    receiver.sendText(StringUtils::loadString(textNumbers::checkingCatalogs));
+    readCatalogHashFile(catalogHashFile(kind), catalogs_, kind);
     receiver.sendRange(catalogs.size());
     for (const fileString& catalog : catalogs) {
         if (cancelled())
             return;
-        receiver.sendText(StringUtils::loadString(checkingCatalogText) + shownName(catalog.stemWithExtension()));
-        guarded(run_, [&] { checkCatalog(kind, catalog); });
+        receiver.sendText(StringUtils::loadString(textNumbers::checkingCatalog) +
+                          shownName(catalog.stemWithExtension()));
+        doPart(run_, [&] { checkCatalog(kind, catalog); });
         receiver.sendStep();
     }
 }
@@ -144,7 +147,7 @@ void CatalogJob::checkCatalog(std::uint32_t kind, const fileString& catalog)
     catalogs_.emplace(name, std::move(record));
 }
 
-// The requests overlap; what the receiver, the table and the log see of them keeps the table's order.
+// The requests overlap; the receiver, the table and the log still see them in the table's order.
 void CatalogJob::askService(const LibraryProgressBase& receiver)
 {
     receiver.sendRange(catalogs_.size());
@@ -154,21 +157,21 @@ void CatalogJob::askService(const LibraryProgressBase& receiver)
         requests.push_back({std::move(url), std::move(headers)});
     }
     auto next = catalogs_.begin();
-    const std::string text = StringUtils::loadString(askingText);
+    const std::string text = StringUtils::loadString(textNumbers::askingService);
     const auto announceNext = [&] {
         if (next != catalogs_.end())
             receiver.sendText(Velk::formatText(text, shownName(next->first)));
     };
     announceNext();
     Curl::get().getURLHeaders(requests, [&](std::size_t, const Curl::HeaderAnswer& answer) {
-        guarded(run_, [&] { takeAnswer(next->first, next->second, answer); });
+        doPart(run_, [&] { takeAnswer(next->first, next->second, answer); });
         receiver.sendStep();
         ++next;
         announceNext();
     });
 }
 
-// An address that is empty, because there is no endpoint, counts as a request that failed.
+// An empty address, which means that there is no endpoint, counts as a failed request.
 void CatalogJob::takeAnswer(const fileString& fileName, CatalogRecord& record, const Curl::HeaderAnswer& answer)
 {
     if (!answer.received) {

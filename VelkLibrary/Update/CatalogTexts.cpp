@@ -6,14 +6,15 @@
 
 #include <algorithm>
 
-using Library::detail::holdsControlCharacter;
-using Library::detail::isPlainFileName;
+using Library::holdsControlCharacter;
+using Library::isPlainFileName;
 
 namespace LibraryCatalogUpdate::detail {
 
 std::optional<std::pair<std::string, std::string>> parseHashLine(std::string_view line)
 {
-    // Written on Windows, read elsewhere: every catalog would seem changed.
+    // The file may have been written on Windows; left in, the carriage return would make every catalog seem
+    // changed.
     if (line.ends_with('\r'))
         line.remove_suffix(1);
     if (std::count(line.begin(), line.end(), ':') != 1)

@@ -1,5 +1,6 @@
 #include <VelkLibrary/Update/detail/CatalogUpdateState.h>
 
+#include <VelkCommon/detail/NeverDestroyed.h>
 #include <VelkLibrary/detail/ModuleStatics.h>
 
 #include <mutex>
@@ -8,11 +9,11 @@ using Library::detail::catalogUpdateMutex;
 
 namespace LibraryCatalogUpdate::detail {
 
-// Never destroyed: a worker may still ask while the process ends.
+// Never destroyed: a worker may still use it while the process ends.
 CatalogUpdateState& CatalogUpdateState::get()
 {
-    static CatalogUpdateState& state = *new CatalogUpdateState;
-    return state;
+    static Velk::detail::NeverDestroyed<CatalogUpdateState> state([] { return CatalogUpdateState(); });
+    return *state;
 }
 
 void CatalogUpdateState::begin(const std::string& serviceAddress)

@@ -28,7 +28,7 @@ void registerMetaTypes()
 }  // namespace
 
 // Lives on the receiver's thread and makes the calls there. Only there may the guarded pointer be looked
-// at: between a look from another thread and the call the receiver could be destroyed.
+// at: after a look from another thread, the receiver could be destroyed before the call.
 class LibraryProgressBase::Relay : public QObject
 {
 public:

@@ -19,7 +19,7 @@ extern const std::u32string catalogHashFileName;
 /// Held while the catalog update's cancel flag and addresses are read or written.
 extern std::mutex catalogUpdateMutex;
 
-/// What stands in a manufacturer's card for the manager's own text. Not translated.
+/// The marker in a manufacturer's card that stands for the manager's default text. It is never translated.
 extern const std::u32string defaultMarker;
 
 /// Held while the manufacturer manager is made or destroyed.

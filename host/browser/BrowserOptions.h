@@ -6,7 +6,7 @@
 
 namespace VelkHost {
 
-/// What the browser is started with.
+/// The options with which the browser starts.
 struct BrowserOptions
 {
     fileString home;      ///< the installation's folder; empty for the usual one

@@ -65,7 +65,7 @@ BrowserWindow::BrowserWindow(BrowserOptions options, QWidget* parent)
     showPage();
 }
 
-// A job's end would be told to members that are gone.
+// A job that ended later would tell members that are gone.
 BrowserWindow::~BrowserWindow()
 {
     delete jobs_;
@@ -134,7 +134,7 @@ QWidget* BrowserWindow::leftSide()
     return left;
 }
 
-// Scrolls, as the card of a manufacturer would make the window taller than a small screen.
+// It scrolls, since the card of a manufacturer would make the window taller than a small screen.
 QWidget* BrowserWindow::rightSide()
 {
     details_ = new DetailPane(thumbnails_);
@@ -239,7 +239,7 @@ void BrowserWindow::connectLoader()
     connect(&loader_, &LibraryLoader::libraryFailed, this, [this](const fileString& path, const QString& reason) {
         model_.removeLibrary(path);
         librariesChanged();
-        showMessage(tr("%1 cannot be read: %2").arg(qtText(path.stem().utf8()), reason));
+        showMessage(tr("“%1” %2").arg(qtText(path.stem().utf8()), reason));
     });
     connect(&loader_, &LibraryLoader::finished, this, &BrowserWindow::librariesRead);
 }
@@ -290,7 +290,7 @@ void BrowserWindow::searchTextChanged(const QString& text)
     showPage();
 }
 
-// The results of the last search stay until those of the next one are there.
+// The results of the last search stay until the next search has ended.
 void BrowserWindow::showPage()
 {
     const bool searching = !searchBox_->text().trimmed().isEmpty();
@@ -329,7 +329,7 @@ void BrowserWindow::showInTree()
         reveal(*place);
 }
 
-// While the search's results are there, one of those is shown.
+// While the results of a search are shown, the selected one of them counts.
 void BrowserWindow::showSelected()
 {
     if (pages_->currentWidget() != search_)

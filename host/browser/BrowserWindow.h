@@ -30,8 +30,8 @@ class SearchPane;
 class ShownLibraries;
 class WindowState;
 
-/// The library browser: the libraries as a tree or, while something is typed, what the search finds; and what
-/// is selected beside it.
+/// The library browser: the libraries as a tree or, while something is typed, the hits of the search; and beside
+/// them the details of the selected item.
 class BrowserWindow : public QMainWindow
 {
     Q_OBJECT
@@ -56,7 +56,7 @@ public:
     void reveal(const LibraryPlace& place);
 
 Q_SIGNALS:
-    /// All libraries that were asked for are in the tree.
+    /// All libraries that readLibraries() asked for are in the tree.
     void librariesRead();
 
 protected:

@@ -122,7 +122,7 @@ void DetailPane::changeEvent(QEvent* event)
 void DetailPane::retranslate()
 {
     choose_->setText(tr("&Choose"));
-    choose_->setToolTip(tr("Take this item into the drawing"));
+    choose_->setToolTip(tr("Place this item in the drawing"));
     pictureLabel_->setAccessibleName(tr("Picture"));
     name_->setAccessibleName(tr("Name"));
     where_->setAccessibleName(tr("Place"));

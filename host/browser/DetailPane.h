@@ -13,8 +13,8 @@ class QVBoxLayout;
 
 namespace VelkHost {
 
-/// What is known about the selected item: its picture, its name, where it stands, its keywords; and the
-/// button that chooses it.
+/// The details of the selected item: its picture, its name, where it stands, its keywords; and the button
+/// that chooses it.
 class DetailPane : public QWidget
 {
     Q_OBJECT
@@ -25,14 +25,14 @@ public:
     /// Shows a place of a library; nothing when `library` is null.
     void show(const BrowsedLibrary* library, const LibraryPlace& place);
 
-    /// How many of the screen's pixels the picture has for one of the pane's.
+    /// Sets how many of the screen's pixels the picture gets for one of the pane's.
     void setPixelRatio(qreal ratio);
 
     /// Where a card about the library's manufacturer goes.
     QVBoxLayout* extras() const { return extras_; }
 
 Q_SIGNALS:
-    /// The shown item is to be chosen.
+    /// The user chooses the shown item.
     void chosen();
 
 protected:

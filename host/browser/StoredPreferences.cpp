@@ -1,8 +1,10 @@
 #include "host/browser/StoredPreferences.h"
 
+#include "host/support/LibraryPreference.h"
 #include "host/support/QtText.h"
 
 #include <VelkCommon/Files/PathUtils.h>
+#include <VelkCommon/Reporting/PreferenceNumbers.h>
 
 #include <QSettings>
 
@@ -13,11 +15,10 @@
 namespace VelkHost {
 namespace {
 
-/// A preference of the library (PreferenceEngine.h), and how its value is read.
+/// A preference of the module, and how its value is read.
 struct Known
 {
     std::size_t number;
-    const char* description;
     std::any (*read)(const QVariant& value);
 };
 
@@ -34,9 +35,9 @@ std::any readSwitch(const QVariant& value)
 }
 
 constexpr Known knownPreferences[] = {
-    {236, "How progress is described", readWay},
-    {251, "The last manual update had errors", readSwitch},
-    {271, "The core libraries are left alone by an automatic update", readSwitch},
+    {Velk::preferenceNumbers::progressDisplay, readWay},
+    {Velk::preferenceNumbers::lastManualUpdateFailed, readSwitch},
+    {Velk::preferenceNumbers::coreLibrariesStay, readSwitch},
 };
 
 QString keyOf(std::size_t number)
@@ -67,7 +68,7 @@ void keepPreferences(Velk::HostServices& services, const QString& file)
         const QVariant stored = settings.value(keyOf(known.number));
         const std::any value = stored.isValid() ? known.read(stored) : std::any();
         if (value.has_value())
-            services.preferences.push_back({known.number, known.description, value});
+            services.preferences.push_back(libraryPreference(known.number, value));
     }
     // May be called on several threads.
     services.preferenceChanged = [file, mutex = std::make_shared<std::mutex>()](std::size_t number,

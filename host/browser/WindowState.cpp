@@ -16,7 +16,7 @@
 namespace VelkHost {
 namespace {
 
-constexpr QChar nameSeparator = u'\n';  // stands in no name that is shown in one line
+constexpr QChar nameSeparator = u'\n';  // never part of a name that is shown in one line
 constexpr int mostOpenFolders = 1'000;
 const QLatin1String itemMark("item:");
 const QLatin1String folderMark("folder:");
@@ -120,7 +120,7 @@ void WindowState::save() const
 
 WindowState::LibraryState WindowState::stateOf(const fileString& library) const
 {
-    // Not read again since the start, or hidden: as it was before.
+    // A library that was not read since the start, or is hidden, keeps its earlier state.
     if (const auto before = libraries_.find(library); before != libraries_.end())
         return before->second;
     LibraryState state;

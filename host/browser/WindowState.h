@@ -11,17 +11,17 @@ namespace VelkHost {
 
 class BrowserWindow;
 
-/// What the window was like, kept in the settings' file between starts: its size and place, its splitter, whether
+/// The window's state, kept in the settings file between starts: its size and place, its splitter, whether
 /// searches are explained, which kinds of library are hidden, which folders are open, and what is selected.
 class WindowState
 {
 public:
-    /// Reads `file`; without it, or with other things in it, the state is empty.
+    /// Reads `file`; the state is empty when there is no such file, or it holds no state.
     WindowState(BrowserWindow& window, const QString& file);
 
-    /// Puts the window into the state, but for the libraries.
+    /// Puts the window into the state, except for its libraries.
     void restoreWindow() const;
-    /// Opens and selects in a library what was; once, when it has been read.
+    /// Opens and selects in a library what was open and selected before; only the first time that it is read.
     void restoreLibrary(const fileString& library);
 
     /// Writes the state that the window is in.

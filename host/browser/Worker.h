@@ -9,19 +9,19 @@
 
 namespace VelkHost {
 
-/// Why `work` threw, as a text for people; empty when it did not.
+/// Why `work` threw, as a text for people; empty when it did not throw.
 QString failureOf(const std::function<void()>& work);
 
-/// A thread for work that the user interface must not wait for: one job after the other, in the order in which
-/// they were given. All operations are the user-interface thread's.
+/// A thread for work that the user interface must not wait for. It runs one job after the other, in the order in
+/// which they were given. All operations are called on the user-interface thread.
 class Worker : public QObject
 {
     Q_OBJECT
 
 public:
     explicit Worker(QObject* parent = nullptr);
-    /// Waits for all jobs, as some of them save what the user entered, but for those that were dropped; nothing
-    /// arrives any more.
+    /// Waits for all jobs except dropped ones, as some of them save what the user entered. Nothing arrives any
+    /// more.
     ~Worker() override;
 
     using Arrival = std::function<void()>;
@@ -29,10 +29,10 @@ public:
     /// thread.
     void run(std::function<Arrival()> job);
 
-    /// Drops the jobs that have not begun. What has begun arrives.
+    /// Drops the jobs that have not begun. The one that has begun still arrives.
     void drop();
 
-    /// A job has not arrived yet; dropped ones count until their turn has come.
+    /// Whether a job has not arrived yet; dropped ones count until their turn has come.
     bool isBusy() const { return underWay_ > 0; }
 
 private:

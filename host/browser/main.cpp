@@ -1,17 +1,20 @@
-// The library browser in a window of its own.
+// The library browser in its own window.
 #include "host/browser/BrowserOptions.h"
 #include "host/browser/BrowserWindow.h"
 #include "host/browser/StoredPreferences.h"
 #include "host/browser/language/HostTexts.h"
 #include "host/browser/language/Reasons.h"
 #include "host/browser/language/Translations.h"
-#include "host/catalog/CatalogError.h"
-#include "host/command/CommandLine.h"
+#include "host/service/ServiceError.h"
 #include "host/service/SiteService.h"
+#include "host/support/FileError.h"
 #include "host/support/InstallHost.h"
+#include "host/support/ParserArguments.h"
+#include "host/support/System.h"
 
 #include <VelkCommon/HostServices.h>
 #include <VelkCommon/Network/Curl.h>
+#include <VelkCommon/Version.h>
 
 #include <QApplication>
 #include <QColor>
@@ -20,6 +23,7 @@
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
+#include <exception>
 #include <memory>
 #include <optional>
 #include <string>
@@ -34,10 +38,10 @@ constexpr const char* examples = R"(Examples:
   velk-browser --home ./planner --site ./published   updates without a server
   velk-browser --language fr
 
---site serves what "velk publish" has published from within this program, for trying
-out and for demonstrations.)";
+--site lets this program serve what "velk publish" has published, for trials and for
+demonstrations.)";
 
-/// The program's arguments; on a wrong command line, or "--help", what is left is the exit code.
+/// The program's arguments; after a wrong command line, or "--help", only the exit code.
 struct CommandLine
 {
     VelkHost::BrowserOptions options;
@@ -58,7 +62,7 @@ CommandLine parsed(int argumentCount, char** arguments)
 {
     CommandLine line;
     std::string home;
-    CLI::App parser("Browse, search and update libraries of objects, materials, textures and styles");
+    CLI::App parser("Browse, search and update libraries of objects, materials, textures and styles", arguments[0]);
     parser.footer(examples);
     parser.add_option("--home", home, "The installation's folder (default: VELK_HOME, or the user's)")
         ->type_name("DIR");
@@ -75,8 +79,10 @@ CommandLine parsed(int argumentCount, char** arguments)
     parser.add_option("--language", line.language, "The language of the window (default: the system's)")
         ->type_name("CODE")
         ->check(CLI::IsMember(windowLanguages()));
+    parser.set_version_flag("--version", "velk-browser " VELK_VERSION_STRING);
     try {
-        parser.parse(argumentCount, arguments);
+        std::vector<std::string> disguised = VelkHost::toParser(VelkHost::programArguments(argumentCount, arguments));
+        parser.parse(disguised);
     } catch (const CLI::ParseError& error) {
         line.exitCode = parser.exit(error);
     }
@@ -103,7 +109,7 @@ void installHost(const fileString& home)
     Velk::installHost(std::move(services));
 }
 
-/// Some dark desktops tell no colour of links; Qt's own one is a blue that cannot be read there.
+/// Some dark desktops set no colour for links, and Qt's default is a blue that cannot be read there.
 void makeLinksReadable()
 {
     constexpr int middle = 128;
@@ -113,6 +119,13 @@ void makeLinksReadable()
     for (const QPalette::ColorRole role : {QPalette::Link, QPalette::LinkVisited})
         palette.setColor(role, QColor(0x6c, 0xb4, 0xf5));
     QApplication::setPalette(palette);
+}
+
+/// Tells why the window cannot open; the exit code.
+int failed(const std::exception& error)
+{
+    std::fprintf(stderr, "velk-browser: %s\n", VelkHost::failureText(error).toUtf8().constData());
+    return 1;
 }
 
 }  // namespace
@@ -137,8 +150,9 @@ int main(int argumentCount, char** arguments)
         window.show();
         window.readLibraries();
         return QApplication::exec();
-    } catch (const VelkHost::CatalogError& error) {
-        std::fprintf(stderr, "velk-browser: %s\n", VelkHost::failureText(error).toUtf8().constData());
-        return 1;
+    } catch (const VelkHost::FileError& error) {
+        return failed(error);
+    } catch (const VelkHost::ServiceError& error) {
+        return failed(error);
     }
 }

@@ -10,11 +10,11 @@
 #include <vector>
 
 /// @file
-/// A library's content in memory, as read from a source or a ".calib" file. All texts are UTF-8.
+/// A library's content in memory, as read from a source or a catalog file (".calib"). All texts are UTF-8.
 
 namespace VelkHost {
 
-/// Where a library comes from. The numbers stand in ".calib" files and are this host's `libType`s.
+/// Where a library comes from. The numbers are stored in catalog files and are this host's `libType`s.
 enum class LibraryKind : std::int32_t {
     Core = 1,          ///< supplied by the manufacturer
     Manufacturer = 2,  ///< supplied by a manufacturer
@@ -24,16 +24,16 @@ enum class LibraryKind : std::int32_t {
 
 /// "core", "manufacturer", "bonus" or "user".
 std::string_view kindName(LibraryKind kind);
-/// The kind of that name or number; none for any other.
+/// The kind of that name or number; empty for any other.
 std::optional<LibraryKind> kindFromName(std::string_view name);
 std::optional<LibraryKind> kindFromNumber(std::int64_t number);
-/// The kind as the search module takes it.
+/// The kind as the module's search takes it.
 inline libType toLibType(LibraryKind kind)
 {
     return static_cast<libType>(kind);
 }
 
-/// Limits on what a catalog holds, far above any real library. Sources and files beyond are refused.
+/// Limits on what a catalog holds, far above any real library. Sources and files beyond them are refused.
 namespace limits {
 constexpr std::size_t items = 1'000'000;
 constexpr std::size_t folders = 100'000;
@@ -46,7 +46,7 @@ constexpr std::size_t thumbnailBytes = std::size_t{8} << 20;     // one picture
 constexpr std::size_t allThumbnailBytes = std::size_t{1} << 30;  // of one catalog
 }  // namespace limits
 
-/// The part that a referenced file plays. The numbers stand in ".calib" files.
+/// The part that a referenced file plays. The numbers are stored in catalog files.
 enum class FileRole : std::int32_t { Model = 1, Texture = 2, Other = 3 };
 
 /// The name of a file that an item uses, as the source has it. A name for people and for lookups in

@@ -1,7 +1,7 @@
 #include "host/catalog/CatalogBuilder.h"
 
-#include "host/catalog/CatalogError.h"
 #include "host/catalog/CleanText.h"
+#include "host/support/FileError.h"
 
 #include <utility>
 
@@ -21,7 +21,7 @@ CatalogBuilder::CatalogBuilder(fileString source, Catalog header)
 
 void CatalogBuilder::fail(const std::string& reason) const
 {
-    throw CatalogError(source_, reason);
+    throw FileError(source_, reason);
 }
 
 std::size_t CatalogBuilder::folder(const std::vector<std::string>& path)
@@ -60,7 +60,7 @@ void CatalogBuilder::add(Item item)
     if (item.name.empty())
         item.name = item.uniqueId;
     if (!ids_.insert(item.uniqueId).second)
-        fail("the id \"" + item.uniqueId + "\" stands twice; ids must differ");
+        fail("the id \"" + item.uniqueId + "\" occurs twice; ids must differ");
     count(item);
     catalog_.items.push_back(std::move(item));
 }

@@ -12,7 +12,7 @@
 namespace VelkHost {
 
 /// Puts a catalog together from a source's entries: makes folders as they are named, cleans names, and
-/// keeps the limits. Throws CatalogError, naming the source, for what a catalog cannot hold.
+/// keeps to the limits. Throws FileError, naming the source, for content that a catalog cannot hold.
 class CatalogBuilder
 {
 public:
@@ -20,18 +20,18 @@ public:
     /// the id.
     CatalogBuilder(fileString source, Catalog header);
 
-    /// The index of the folder with these names from the category down; made when it is new. Names that
-    /// are empty are left out; a path without names is "Uncategorized".
+    /// The index of the folder with these names from the category down, which is made when it is new. Empty
+    /// names are left out; a path without names becomes the category "Uncategorized".
     std::size_t folder(const std::vector<std::string>& path);
 
     /// Whether an item with that id was added.
     bool has(const std::string& uniqueId) const { return ids_.contains(uniqueId); }
 
     /// Adds an item. Its name is cleaned (an empty one becomes the id), its keywords are taken as they
-    /// are. Throws for an id that is there already.
+    /// are. Throws for an id that was added before.
     void add(Item item);
 
-    /// The catalog; the builder is used up.
+    /// Returns the catalog; the builder cannot be used afterwards.
     Catalog finish();
 
 private:

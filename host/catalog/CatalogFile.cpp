@@ -1,7 +1,7 @@
 #include "host/catalog/CatalogFile.h"
 
-#include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogSchema.h"
+#include "host/support/FileError.h"
 
 #include <VelkCommon/Files/ReplacementFile.h>
 
@@ -91,7 +91,7 @@ public:
 private:
     [[noreturn]] void fail(const char* reason) const
     {
-        throw CatalogError(database_.path(), {"is damaged: %1", {reason}});
+        throw FileError(database_.path(), {"is damaged: %1", {reason}});
     }
 
     std::string text(const Statement& row, int column)
@@ -217,14 +217,14 @@ void writeCatalog(const Catalog& catalog, const fileString& path)
 {
     ReplacementFile file(path);
     if (!file.isOpen())
-        throw CatalogError(path, "cannot be written; is its folder there, and may you write to it?");
+        throw FileError(path, "cannot be written; is its folder there, and may you write to it?");
     try {
         writeDatabase(catalog, file.path());
-    } catch (const CatalogError& error) {
-        throw CatalogError(path, error.why());
+    } catch (const FileError& error) {
+        throw FileError(path, error.why());
     }
     if (!file.commit())
-        throw CatalogError(path, "cannot be written completely; is the disk full, or the file in use?");
+        throw FileError(path, "cannot be written completely; is the disk full, or the file in use?");
 }
 
 Catalog readCatalog(const fileString& path, CatalogContent content)

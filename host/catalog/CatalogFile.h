@@ -13,14 +13,14 @@ enum class CatalogContent {
     Everything  ///< all of it
 };
 
-/// Writes `catalog` to a ".calib" file. The file is replaced only when the new one is complete, so a
-/// failure leaves an older one as it was, and nothing beside it. Throws CatalogError.
+/// Writes `catalog` to a catalog file. An older file is replaced only when the new one is complete, so a
+/// failure leaves it as it was, and nothing beside it. Throws FileError.
 void writeCatalog(const Catalog& catalog, const fileString& path);
 
-/// Reads a ".calib" file, whoever made it: what is damaged, cut off, foreign or newer is refused, and work
-/// and memory stay within the limits of Catalog.h. Texts come as they stand in the file and may hold any
-/// bytes. The file is not locked; it may be replaced meanwhile, but must not be changed in place.
-/// Throws CatalogError. Any thread.
+/// Reads a catalog file, whoever made it: a file that is damaged, cut off, foreign or newer is refused, and
+/// work and memory stay within the limits of Catalog.h. Texts are returned as the file holds them and may hold
+/// any bytes. The file is not locked; it may be replaced meanwhile, but must not be changed in place.
+/// Throws FileError. Any thread.
 Catalog readCatalog(const fileString& path, CatalogContent content);
 
 }  // namespace VelkHost

@@ -1,7 +1,7 @@
 #include "host/catalog/CatalogSchema.h"
 
-#include "host/catalog/CatalogError.h"
-#include "host/catalog/SourceFile.h"
+#include "host/support/FileError.h"
+#include "host/support/WholeFile.h"
 
 #include <set>
 #include <string>
@@ -79,7 +79,7 @@ std::set<std::string> tableNames(Database& database)
         const bool uniqueIndex = objects.bytes(0) == "index" && objects.isNull(2);
         const bool table = objects.bytes(0) == "table" && findTable(name) != nullptr && objects.integer(3) > 0;
         if (!uniqueIndex && !table)
-            throw CatalogError(database.path(), "is damaged: it holds something else than a catalog's tables");
+            throw FileError(database.path(), "is damaged: it holds something other than a catalog's tables");
         if (table)
             names.insert(name);
     }
@@ -103,24 +103,24 @@ std::uint64_t checkHeader(const fileString& path)
     const std::uint64_t fileBytes = requireFile(path, maximumFileBytes);
     const std::string header = readBeginning(path, headerBytes);
     if (header.empty())
-        throw CatalogError(path, "is empty");
+        throw FileError(path, "is empty");
     if (!header.starts_with(signature))
-        throw CatalogError(path, "is no library catalog");
+        throw FileError(path, "is not a library catalog");
     if (header.size() < headerBytes)
-        throw CatalogError(path, "is damaged: it ends within its header");
+        throw FileError(path, "is damaged: it ends within its header");
     if (bigEndian(header, 68, 4) != catalogApplicationId)
-        throw CatalogError(path, "is a database, but no library catalog");
+        throw FileError(path, "is a database, but not a library catalog");
     const std::uint32_t version = bigEndian(header, 60, 4);
     if (version > catalogSchemaVersion)
-        throw CatalogError(path, {"was made by a newer version of velk (format %1, this one reads %2)",
-                                  {std::to_string(version), std::to_string(catalogSchemaVersion)}});
+        throw FileError(path, {"was made by a newer version of velk (format %1, this one reads %2)",
+                               {std::to_string(version), std::to_string(catalogSchemaVersion)}});
     if (version == 0)
-        throw CatalogError(path, "is damaged: it has no format number");
+        throw FileError(path, "is damaged: it has no format number");
     const std::uint32_t pageField = bigEndian(header, 16, 2);
     const std::uint64_t expected = std::uint64_t{bigEndian(header, 28, 4)} * (pageField == 1 ? 65'536 : pageField);
     if (fileBytes < expected)
-        throw CatalogError(path, {"is damaged: it is cut off after %1 of %2 bytes",
-                                  {Reason::amount(fileBytes), Reason::amount(expected)}});
+        throw FileError(path, {"is damaged: it is cut off after %1 of %2 bytes",
+                               {Reason::amount(fileBytes), Reason::amount(expected)}});
     return fileBytes;
 }
 
@@ -129,8 +129,8 @@ void checkSchema(Database& database)
     const std::set<std::string> names = tableNames(database);
     for (const Table& table : tables)
         if (!names.contains(std::string(table.name)) || describeColumns(database, table.name) != table.described)
-            throw CatalogError(database.path(),
-                               {"is damaged: its table \"%1\" is not as it should be", {std::string(table.name)}});
+            throw FileError(database.path(),
+                            {"is damaged: its table \"%1\" is not as it should be", {std::string(table.name)}});
 }
 
 }  // namespace VelkHost

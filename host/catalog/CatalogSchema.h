@@ -5,7 +5,7 @@
 #include <cstdint>
 
 /// @file
-/// The tables of a ".calib" file (docs/catalog-file.md), and the checks that a file has them.
+/// The tables of a catalog file (docs/catalog-file.md), and the checks that a file has them.
 
 namespace VelkHost {
 
@@ -15,11 +15,11 @@ constexpr std::uint32_t catalogSchemaVersion = 1;
 /// Makes the tables in an empty database and marks it as a catalog.
 void createSchema(Database& database);
 
-/// Looks at the first 100 bytes of the file, before SQLite does. Throws CatalogError for a file that is no
-/// catalog, was made by a newer version, or is shorter than it says. Returns its size.
+/// Looks at the first 100 bytes of the file, before SQLite does. Throws FileError for a file that is not
+/// a catalog file, was made by a newer version, or is shorter than it says. Returns its size.
 std::uint64_t checkHeader(const fileString& path);
 
-/// Throws CatalogError unless the database holds exactly the tables of this version: real tables with
+/// Throws FileError unless the database holds exactly the tables of this version: real tables with
 /// the expected columns, no views, triggers, virtual tables or computed columns.
 void checkSchema(Database& database);
 

@@ -9,17 +9,17 @@
 
 namespace VelkHost {
 
-/// The pictures of a ".calib" file, read one by one. Holds the file open, as it was when opened; as the work
-/// on a file that anybody may have made is limited, for some hundreds of pictures and not for ever. One
-/// thread at a time.
+/// The thumbnails of a catalog file, read one by one. Keeps the file open, and reads it as it was when it was
+/// opened. The work that one object may do is limited, since anybody may have made the file: it serves for
+/// some hundreds of thumbnails, after which a new object must be made. One thread at a time.
 class CatalogThumbnails
 {
 public:
-    /// Throws CatalogError for a file that is no catalog.
+    /// Throws FileError for any other file.
     explicit CatalogThumbnails(const fileString& path);
 
     /// The PNG file's bytes of the item with that unique id; empty when there is no such item or picture.
-    /// Throws CatalogError for a damaged file.
+    /// Throws FileError for a damaged file.
     std::string png(std::string_view uniqueId);
 
 private:

@@ -1,6 +1,7 @@
 #include "host/catalog/CleanText.h"
 
 #include "host/catalog/Catalog.h"
+#include "host/support/DisplayText.h"
 
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
@@ -16,13 +17,6 @@ bool isBlank(char32_t character)
 }
 
 }  // namespace
-
-bool isUnsafeCharacter(char32_t character) noexcept
-{
-    return character < 0x20 || (character >= 0x7F && character <= 0x9F) || character == 0x061C || character == 0x200E ||
-           character == 0x200F || (character >= 0x2028 && character <= 0x202E) ||
-           (character >= 0x2066 && character <= 0x2069) || character == 0xFEFF;
-}
 
 std::string cleanText(std::string_view text, std::size_t maximumCharacters)
 {

@@ -9,17 +9,13 @@ namespace VelkHost {
 
 /// Text from a source as catalogs hold it: well-formed UTF-8 (malformed bytes become U+FFFD) on one
 /// line. Each control character, line or paragraph separator and direction override becomes a blank,
-/// runs of blanks become one, blanks at the ends go, and what is longer than `maximumCharacters` code
-/// points is cut. Any thread; throws nothing but for memory.
+/// runs of blanks become one, blanks at the ends go, and a text of more than `maximumCharacters` code
+/// points is cut. Any thread; throws only std::bad_alloc.
 std::string cleanText(std::string_view text, std::size_t maximumCharacters);
 
-/// A character that must not reach a terminal or a list as it is: controls, separators of lines and
-/// paragraphs, and marks that reorder the text around them.
-bool isUnsafeCharacter(char32_t character) noexcept;
-
-/// The keywords in `texts`, each a list separated by ",", as one text separated by ", ": cleaned, without
-/// empty ones and without repetitions (compared in lower case; the first spelling stays). Ends before
-/// the keyword that would exceed limits::keywordBytes.
+/// The keywords in `texts`, each a list separated by ",", as one text separated by ", ". They are cleaned;
+/// empty ones and repetitions are left out (compared in lower case; the first spelling stays). The text
+/// ends before the keyword that would exceed limits::keywordBytes.
 std::string joinKeywords(const std::vector<std::string_view>& texts);
 
 }  // namespace VelkHost

@@ -1,10 +1,10 @@
 #include "host/catalog/CsvSource.h"
 
 #include "host/catalog/CatalogBuilder.h"
-#include "host/catalog/CatalogError.h"
 #include "host/catalog/CleanText.h"
 #include "host/catalog/CsvText.h"
-#include "host/catalog/SourceFile.h"
+#include "host/support/FileError.h"
+#include "host/support/WholeFile.h"
 
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
@@ -21,12 +21,10 @@ constexpr std::array<std::string_view, 4> translatable{"name", "category", "fold
 /// The file's text as UTF-8 without a byte order mark.
 std::string readText(const fileString& path)
 {
-    std::string text = readSourceFile(path, maximumCsvBytes);
+    std::string text = readWhole(path, maximumCsvBytes);
     if (text.starts_with("\xEF\xBB\xBF"))
         text.erase(0, 3);
-    bool wellFormed = true;
-    StringConvert::toUnicodeFromUtf8(text, &wellFormed);
-    return wellFormed ? text : StringConvert::toStdUtf8String(StringConvert::fromWin1252(text));
+    return StringConvert::isUtf8(text) ? text : StringConvert::toStdUtf8String(StringConvert::fromWin1252(text));
 }
 
 std::vector<CsvRow> readRows(const fileString& path)
@@ -35,7 +33,7 @@ std::vector<CsvRow> readRows(const fileString& path)
     try {
         return parseCsv(text, csvDelimiter(text));
     } catch (const CsvError& error) {
-        throw CatalogError(path, error.what());
+        throw FileError(path, error.what());
     }
 }
 
@@ -46,7 +44,7 @@ public:
         : path_(path), options_(options), rows_(readRows(path))
     {
         if (rows_.empty())
-            throw CatalogError(path, "is empty; the first line names the columns, for example: name,category,keywords");
+            throw FileError(path, "is empty; the first line names the columns, for example: name,category,keywords");
         readColumns();
         chain_ = languageChain(options_.language, languages(), path_);
     }
@@ -63,7 +61,7 @@ public:
 private:
     [[noreturn]] void fail(const CsvRow& row, const std::string& reason) const
     {
-        throw CatalogError(path_, "line " + std::to_string(row.line) + ": " + reason);
+        throw FileError(path_, "line " + std::to_string(row.line) + ": " + reason);
     }
 
     void readColumns()
@@ -72,7 +70,7 @@ private:
             const std::string name =
                 StringUtils::toLowerUtf8(cleanText(rows_.front().cells[i], limits::nameCharacters));
             if (!name.empty() && !columns_.emplace(name, i).second)
-                fail(rows_.front(), "the column \"" + name + "\" stands twice");
+                fail(rows_.front(), "the column \"" + name + "\" occurs twice");
         }
         if (!columns_.contains("name"))
             fail(rows_.front(), "there is no column \"name\"; the first line names the columns");
@@ -131,7 +129,7 @@ private:
         if (item.uniqueId.empty())
             item.uniqueId = libraryId + "#" + std::to_string(row.line);
         if (builder.has(item.uniqueId))
-            fail(row, "the id \"" + item.uniqueId + "\" stands twice; ids must differ");
+            fail(row, "the id \"" + item.uniqueId + "\" occurs twice; ids must differ");
         item.folder = builder.folder(folderPath(row));
         item.keywords = joinKeywords({text(row, "keywords")});
         item.files = files(row);

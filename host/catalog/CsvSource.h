@@ -5,10 +5,10 @@
 namespace VelkHost {
 
 /// Reads items from comma-separated values (docs/command.md has the columns): the first record names the
-/// columns, each further one is an item. "name" must be there; "id", "category", "folder", "keywords"
-/// and "files" may be, each of name, category, folder and keywords also in translation ("name_de").
+/// columns, each further one is an item. "name" is required; "id", "category", "folder", "keywords" and
+/// "files" are optional. Name, category, folder and keywords may also come translated ("name_de").
 /// Other columns are ignored. The text is UTF-8, or Windows-1252 where it is not well-formed UTF-8.
-/// Throws CatalogError, with the line's number.
+/// Throws FileError, with the line's number.
 Catalog readCsv(const fileString& path, const BuildOptions& options);
 
 }  // namespace VelkHost

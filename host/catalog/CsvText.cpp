@@ -35,7 +35,7 @@ private:
             row.cells.push_back(takeCell());
         } while (take(delimiter_));
         if (position_ < text_.size() && !takeLineEnd())
-            throw CsvError(line_, "text behind a closing quote; a quote in a quoted cell is written twice");
+            throw CsvError(line_, "text after a closing quote; a quote in a quoted cell is written twice");
         return row;
     }
 

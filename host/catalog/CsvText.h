@@ -24,14 +24,14 @@ public:
     {}
 };
 
-/// The delimiter in use, judged by the first line: the one of ",", ";" and tab that stands there most
-/// often outside quotes; "," when none does.
+/// The delimiter in use: the one of ",", ";" and tab that occurs most often outside quotes in the first
+/// line; "," when none occurs.
 char csvDelimiter(std::string_view text);
 
-/// Reads comma-separated values as RFC 4180 has them: cells may stand in quotes, where a doubled quote is
-/// one quote and line breaks are text; lines end in LF, CR or CR LF; lines without any character are
-/// skipped. Blanks around a quoted cell are ignored.
-/// Throws CsvError for a quote that is not closed, text behind a closing quote, a cell of more than
+/// Reads comma-separated values as RFC 4180 defines them: cells may stand in quotes, where a doubled quote
+/// is one quote and line breaks are text; lines end in LF, CR or CR LF; empty lines are skipped. Blanks
+/// around a quoted cell are ignored.
+/// Throws CsvError for a quote that is not closed, text after a closing quote, a cell of more than
 /// 1 MiB and a record of more than 1,000 cells. Any thread.
 std::vector<CsvRow> parseCsv(std::string_view text, char delimiter);
 

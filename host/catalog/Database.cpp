@@ -1,6 +1,9 @@
 #include "host/catalog/Database.h"
 
-#include "host/catalog/CatalogError.h"
+#include "host/support/FileError.h"
+
+#include <VelkCommon/Text/Ascii.h>
+#include <VelkCommon/Text/PercentEncoding.h>
 
 #include <sqlite3.h>
 
@@ -18,19 +21,14 @@ constexpr std::int64_t workPerByte = 8;  // and for each of its bytes; a row tak
 /// authority, so that one that begins with "//" is not read as a host's name.
 std::string immutableUri(const std::string& path)
 {
-    constexpr std::string_view unreserved = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
-    constexpr char digits[] = "0123456789ABCDEF";
-    std::string encoded;
-    for (const char c : path) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (unreserved.find(c) != std::string_view::npos)
-            encoded += c;
-        else
-            encoded += {'%', digits[byte >> 4], digits[byte & 15]};
-    }
+    const auto isUnreserved = [](char c) {
+        return Velk::Ascii::isLetter(c) || Velk::Ascii::isDigit(c) ||
+               std::string_view("-._~/").find(c) != std::string_view::npos;
+    };
     const bool absolute = path.starts_with('/');
     const bool drive = path.size() > 1 && path[1] == ':' && path.find('/') != 0;
-    return (absolute ? "file://" : drive ? "file:///" : "file:") + encoded + "?immutable=1";
+    const char* const scheme = absolute ? "file://" : drive ? "file:///" : "file:";
+    return scheme + Velk::percentEncoded(path, isUnreserved) + "?immutable=1";
 }
 
 /// The path with "/" as the separator; on Windows a native path has "\".
@@ -128,7 +126,7 @@ void Database::fail() const
     const int code = sqlite3_errcode(handle_.get());
     if (code == SQLITE_NOMEM)
         throw std::bad_alloc();
-    throw CatalogError(path_, reasonOf(code, sqlite3_errmsg(handle_.get())));
+    throw FileError(path_, reasonOf(code, sqlite3_errmsg(handle_.get())));
 }
 
 void Database::execute(const std::string& sql)

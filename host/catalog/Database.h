@@ -14,7 +14,7 @@ namespace VelkHost {
 
 class Statement;
 
-/// An open SQLite database. Every operation throws CatalogError, with the database's path and a sentence
+/// An open SQLite database. Every operation throws FileError, with the database's path and a sentence
 /// for people. One thread at a time; statements must not outlive it.
 class Database
 {
@@ -35,10 +35,10 @@ public:
 
     void execute(const std::string& sql);
     Statement prepare(const std::string& sql);
-    /// Writes what is open and closes the file.
+    /// Writes what is pending and closes the file.
     void close();
 
-    /// Throws the last error.
+    /// Throws for the database's last error.
     [[noreturn]] void fail() const;
     const fileString& path() const noexcept { return path_; }
 
@@ -74,7 +74,7 @@ public:
     Statement& setText(int parameter, std::string_view value);
     Statement& setBlob(int parameter, std::string_view value);
     Statement& setNull(int parameter);
-    /// Executes a statement without rows, ready to run again.
+    /// Executes a statement that returns no rows; it can be run again.
     void run();
 
 private:

@@ -1,10 +1,10 @@
 #include "host/catalog/FurnitureLibrary.h"
 
 #include "host/catalog/CatalogBuilder.h"
-#include "host/catalog/CatalogError.h"
 #include "host/catalog/CleanText.h"
 #include "host/catalog/Properties.h"
 #include "host/catalog/ZipSource.h"
+#include "host/support/FileError.h"
 
 #include <VelkCommon/Text/StringUtils.h>
 
@@ -98,7 +98,7 @@ private:
         }
         std::optional<Properties> own = readProperties("");
         if (!own)
-            throw CatalogError(path_, "is no furniture library: it holds no \"PluginFurnitureCatalog.properties\"");
+            throw FileError(path_, "is not a furniture library: it holds no \"PluginFurnitureCatalog.properties\"");
         texts.push_back(std::move(*own));
         return texts;
     }

@@ -1,8 +1,8 @@
 #include "host/catalog/Languages.h"
 
-#include "host/catalog/CatalogError.h"
+#include "host/support/FileError.h"
 
-#include <VelkCommon/Text/StringUtils.h>
+#include <VelkCommon/Text/Ascii.h>
 
 #include <algorithm>
 
@@ -25,8 +25,8 @@ std::string normalisedLanguage(std::string_view language)
     std::replace(text.begin(), text.end(), '-', '_');
     const std::size_t separator = std::min(text.find('_'), text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (i < separator && text[i] >= 'A' && text[i] <= 'Z')
-            text[i] = static_cast<char>(text[i] - 'A' + 'a');
+        if (i < separator)
+            text[i] = Velk::Ascii::lower(text[i]);
         else if (i > separator && text[i] >= 'a' && text[i] <= 'z')
             text[i] = static_cast<char>(text[i] - 'a' + 'A');
     }
@@ -44,8 +44,8 @@ std::vector<std::string> languageChain(std::string_view wanted, const std::set<s
         if (available.contains(language) && (chain.empty() || chain.back() != language))
             chain.push_back(language);
     if (chain.empty())
-        throw CatalogError(source, "has no names in \"" + std::string(wanted) + "\"; " + listed(available) +
-                                       " (without --language you get the library's own names)");
+        throw FileError(source, "has no names in \"" + std::string(wanted) + "\"; " + listed(available) +
+                                    " (without --language you get the library's own names)");
     return chain;
 }
 

@@ -24,8 +24,8 @@ struct BuildOptions
 std::string normalisedLanguage(std::string_view language);
 
 /// The languages in which to look for a text, best first: "pt_PT" and "pt" for "pt-pt", nothing for an
-/// empty text. Those that the source does not have are left out.
-/// Throws CatalogError, listing the `available` ones, when none of them is there.
+/// empty text. Those that are not `available` are left out.
+/// Throws FileError, naming the `available` ones, when none is left.
 std::vector<std::string> languageChain(std::string_view wanted, const std::set<std::string>& available,
                                        const fileString& source);
 

@@ -1,6 +1,7 @@
 #include "host/catalog/Properties.h"
 
 #include <VelkCommon/Text/StringConvert.h>
+#include <VelkCommon/Text/Utf16.h>
 
 #include <algorithm>
 #include <charconv>
@@ -87,9 +88,8 @@ char32_t controlOf(char letter)
 /// Appends a UTF-16 unit; a low surrogate behind a high one completes its character.
 void appendUnit(std::u32string& text, char32_t unit)
 {
-    const bool low = unit >= 0xDC00 && unit <= 0xDFFF;
-    if (low && !text.empty() && text.back() >= 0xD800 && text.back() <= 0xDBFF)
-        text.back() = 0x10000 + ((text.back() - 0xD800) << 10) + (unit - 0xDC00);
+    if (Velk::Utf16::isTrail(unit) && !text.empty() && Velk::Utf16::isLead(text.back()))
+        text.back() = Velk::Utf16::joined(text.back(), unit);
     else
         text += unit;
 }

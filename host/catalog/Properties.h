@@ -17,7 +17,7 @@ using Properties = std::map<std::string, std::string, std::less<>>;
 /// "!" are comments. Of a repeated key the last value counts.
 ///
 /// Nothing is an error: an escape with fewer than four hexadecimal digits stands for its "u", a
-/// surrogate without its other half for U+FFFD. Any thread; throws nothing but for memory.
+/// surrogate without its other half for U+FFFD. Any thread; throws only std::bad_alloc.
 Properties parseProperties(std::string_view bytes);
 
 /// The value of `key`, or an empty text.

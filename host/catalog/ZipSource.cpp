@@ -1,7 +1,7 @@
 #include "host/catalog/ZipSource.h"
 
-#include "host/catalog/CatalogError.h"
-#include "host/catalog/SourceFile.h"
+#include "host/support/FileError.h"
+#include "host/support/WholeFile.h"
 
 #include <zip.h>
 
@@ -57,7 +57,7 @@ ZipSource::~ZipSource() = default;
 
 void ZipSource::fail(const std::string& reason) const
 {
-    throw CatalogError(path_, reason);
+    throw FileError(path_, reason);
 }
 
 void ZipSource::readNames(std::uint64_t archiveBytes)

@@ -17,8 +17,8 @@ namespace VelkHost {
 class ZipSource
 {
 public:
-    /// Opens the archive. Throws CatalogError for what is no sound archive of at most 100,000 entries,
-    /// or one whose entries share their bytes.
+    /// Opens the archive. Throws FileError unless it is a sound archive of at most 100,000 entries that
+    /// do not share their bytes.
     explicit ZipSource(const fileString& path);
     ~ZipSource();
     ZipSource(const ZipSource&) = delete;
@@ -27,9 +27,9 @@ public:
     /// The names of the entries that are files, sorted by bytes.
     const std::vector<std::string>& names() const noexcept { return names_; }
 
-    /// The bytes of the entry with exactly that name; none when there is no such entry. Throws
-    /// CatalogError for an entry that is damaged, encrypted or longer than `maximumBytes`, and when all
-    /// that was read exceeds 2 GiB.
+    /// The bytes of the entry with exactly that name; empty when there is no such entry. Throws
+    /// FileError for an entry that is damaged, encrypted or longer than `maximumBytes`, and once the
+    /// entries that were read exceed 2 GiB.
     std::optional<std::string> read(const std::string& name, std::size_t maximumBytes);
 
 private:

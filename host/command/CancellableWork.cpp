@@ -1,7 +1,8 @@
 #include "host/command/CancellableWork.h"
 
-#include "host/catalog/CatalogError.h"
+#include "host/installation/DataError.h"
 #include "host/support/ExitCode.h"
+#include "host/support/FileError.h"
 #include "host/support/Output.h"
 #include "host/support/ShownProgress.h"
 
@@ -12,7 +13,10 @@ int runCancellable(Output& output, const std::function<void()>& work)
     try {
         work();
         return static_cast<int>(ExitCode::Success);
-    } catch (const CatalogError& error) {
+    } catch (const FileError& error) {
+        output.error(error.what());
+        return static_cast<int>(ExitCode::BuildFailed);
+    } catch (const TransferError& error) {
         output.error(error.what());
         return static_cast<int>(ExitCode::BuildFailed);
     } catch (const Interrupted&) {

@@ -6,8 +6,8 @@ namespace VelkHost {
 
 class Output;
 
-/// Does the work of a command that Ctrl-C may cancel, and tells what went wrong. Returns the exit code:
-/// Success; BuildFailed for a CatalogError, Cancelled for Interrupted. Other exceptions pass through.
+/// Does the work of a command that Ctrl-C may cancel, and prints what went wrong. Returns the exit code:
+/// Success; BuildFailed for a FileError or TransferError, Cancelled for Interrupted. Other exceptions pass through.
 int runCancellable(Output& output, const std::function<void()>& work);
 
 }  // namespace VelkHost

@@ -1,16 +1,16 @@
 #include "host/command/CatalogBuild.h"
 
-#include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFile.h"
-#include "host/catalog/CatalogFolder.h"
 #include "host/catalog/CsvSource.h"
 #include "host/catalog/FurnitureLibrary.h"
 #include "host/catalog/SampleLibrary.h"
-#include "host/catalog/SourceFile.h"
+#include "host/support/ByteText.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
 #include "host/support/TextTable.h"
+#include "host/support/WholeFile.h"
 
 #include <VelkCommon/Files/FileUtils.h>
-#include <VelkCommon/Text/StringUtils.h>
 #include <VelkCommon/Text/TimeText.h>
 
 #include <algorithm>
@@ -38,10 +38,10 @@ Catalog readSource(const fileString& source, const BuildOptions& options)
 {
     constexpr std::string_view zipSignature = "PK";
     if (isFolder(source))
-        throw CatalogError(source, "is a folder, not a file; give a furniture library (.sh3f) or a CSV file");
+        throw FileError(source, "is a folder, not a file; give a furniture library (.sh3f) or a CSV file");
     requireFile(source, std::numeric_limits<std::uint64_t>::max());
-    const bool furniture = readBeginning(source, zipSignature.size()) == zipSignature ||
-                           StringUtils::toLowerUtf8(fileString(source).extension().utf8()) == ".sh3f";
+    const bool furniture =
+        readBeginning(source, zipSignature.size()) == zipSignature || source.hasExtensionInAnyCase(furnitureExtension);
     return furniture ? readFurnitureLibrary(source, options) : readCsv(source, options);
 }
 
@@ -49,10 +49,9 @@ Catalog readSource(const fileString& source, const BuildOptions& options)
 
 std::string BuiltCatalog::summary() const
 {
-    constexpr double bytesPerKilobyte = 1'000;
     return path.humanReadableString() + ": " + name + (language.empty() ? "" : " (" + language + ")") + ", " +
            counted(items, "item") + " in " + counted(folders, "folder") + ", " + counted(thumbnails, "thumbnail") +
-           ", " + formatWithThousandsSeparatorPrecision(static_cast<double>(bytes) / bytesPerKilobyte, 0) + " KB";
+           ", " + kilobyteText(bytes);
 }
 
 BuiltCatalog buildCatalog(const fileString& source, const fileString& target, const BuildOptions& options)

@@ -23,10 +23,10 @@ struct BuiltCatalog
 };
 
 /// Reads a furniture library (a zip archive, whatever its name) or comma-separated values, and writes
-/// the ".calib" file. Throws CatalogError.
+/// the ".calib" file. Throws FileError.
 BuiltCatalog buildCatalog(const fileString& source, const fileString& target, const BuildOptions& options);
 
-/// Writes the sample library. Throws CatalogError.
+/// Writes the sample library. Throws FileError.
 BuiltCatalog buildSample(const fileString& target, const BuildOptions& options);
 
 }  // namespace VelkHost

@@ -1,9 +1,11 @@
-#include "host/catalog/CatalogError.h"
+#include "host/command/CatalogCommand.h"
+
 #include "host/command/CatalogBuild.h"
-#include "host/command/CommandLine.h"
 #include "host/command/PackCommand.h"
 #include "host/support/DisplayText.h"
 #include "host/support/ExitCode.h"
+#include "host/support/FileError.h"
+#include "host/support/ParserArguments.h"
 
 #include <CLI/CLI.hpp>
 
@@ -62,7 +64,7 @@ int build(const BuildArguments& arguments, Output& output)
                                        : buildCatalog(fileString(fromParser(arguments.source)), target, options);
         output.write(printableUtf8(built.summary()) + "\n");
         return static_cast<int>(ExitCode::Success);
-    } catch (const CatalogError& error) {
+    } catch (const FileError& error) {
         output.error(error.what());
         return static_cast<int>(ExitCode::BuildFailed);
     }

@@ -1,18 +1,30 @@
 #include "host/command/CommandLine.h"
 
+#include "host/command/CatalogCommand.h"
+#include "host/command/FilterCommand.h"
+#include "host/command/ManufacturerCommand.h"
+#include "host/command/PublishCommand.h"
+#include "host/command/SearchCommand.h"
+#include "host/command/ServeCommand.h"
+#include "host/command/TexturesCommand.h"
+#include "host/command/TourCommand.h"
+#include "host/command/UnpackCommand.h"
+#include "host/command/UpdateCommand.h"
 #include "host/support/ExitCode.h"
+#include "host/support/ParserArguments.h"
+
+#include <VelkCommon/Version.h>
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <exception>
-#include <iterator>
 #include <new>
+#include <numeric>
+#include <utility>
 
 namespace VelkHost {
 namespace {
-
-constexpr char disguise = '\x01';
 
 constexpr const char* description = "velk - searches libraries of architectural content, and makes them";
 
@@ -34,15 +46,10 @@ void describe(CLI::App& app)
 {
     app.footer(lineExamples);
     app.require_subcommand(1);
+    app.set_version_flag("--version", "velk " VELK_VERSION_STRING);
     app.get_formatter()->column_width(34);
     // "/x" is a text to search for on every system.
     app.allow_windows_style_options(false);
-}
-
-std::string toParser(const std::string& argument)
-{
-    const bool disguised = argument.starts_with('[') || argument.starts_with('%') || argument.starts_with(disguise);
-    return disguised ? disguise + argument : argument;
 }
 
 /// What a wrong command line deserves: the reason, and where help is.
@@ -54,7 +61,7 @@ int reportUsage(const CLI::App& app, const CLI::ParseError& error, Output& outpu
         command += " " + sub->get_name();
     }
     output.error(error.what(),
-                 "See \"" + command + " --help\". A search text that begins with \"-\" goes behind \"--\".");
+                 "See \"" + command + " --help\". A search text that begins with \"-\" goes after \"--\".");
     return static_cast<int>(ExitCode::Usage);
 }
 
@@ -65,6 +72,38 @@ bool isCommand(const CLI::App& app, const std::string& name)
                        [&](const CLI::App* command) { return command->get_name() == name; });
 }
 
+/// How many letters are to be inserted, removed or replaced to make one text the other.
+std::size_t editDistance(const std::string& from, const std::string& to)
+{
+    std::vector<std::size_t> row(to.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 0; i < from.size(); ++i) {
+        std::size_t diagonal = std::exchange(row[0], i + 1);
+        for (std::size_t j = 0; j < to.size(); ++j) {
+            const std::size_t replaced = diagonal + (from[i] == to[j] ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
+        }
+    }
+    return row.back();
+}
+
+/// The command that a mistyped name probably means; empty without one.
+std::string meantCommand(const std::vector<const CLI::App*>& commands, const std::string& name)
+{
+    constexpr std::size_t mostMistakes = 2;
+    std::string meant;
+    std::size_t least = mostMistakes + 1;
+    for (const CLI::App* command : commands) {
+        const std::size_t mistakes = editDistance(name, command->get_name());
+        if (mistakes < least) {
+            least = mistakes;
+            meant = command->get_name();
+        }
+    }
+    return meant;
+}
+
 /// The first argument names no command.
 int reportUnknownCommand(const CLI::App& app, const std::string& name, Output& output)
 {
@@ -72,12 +111,26 @@ int reportUnknownCommand(const CLI::App& app, const std::string& name, Output& o
     const std::vector<const CLI::App*> all = app.get_subcommands({});
     for (const CLI::App* command : all)
         commands += (commands.empty() ? "" : command == all.back() ? " and " : ", ") + command->get_name();
-    output.error("there is no command \"" + name + "\"", "The commands are " + commands + "; see \"velk --help\".");
+    const std::string meant = meantCommand(all, name);
+    output.error("there is no command \"" + name + "\"",
+                 (meant.empty() ? "" : "Did you mean \"velk " + meant + "\"? ") + "The commands are " + commands +
+                     "; see \"velk --help\".");
     return static_cast<int>(ExitCode::Usage);
 }
 
-int run(const std::vector<std::string>& arguments, Output& output)
+/// "velk help search" is "velk search --help".
+std::vector<std::string> withoutHelpCommand(std::vector<std::string> arguments)
 {
+    if (!arguments.empty() && arguments.front() == "help") {
+        arguments.erase(arguments.begin());
+        arguments.emplace_back("--help");
+    }
+    return arguments;
+}
+
+int run(const std::vector<std::string>& given, Output& output)
+{
+    const std::vector<std::string> arguments = withoutHelpCommand(given);
     CLI::App app(description, "velk");
     describe(app);
     Action action;
@@ -98,10 +151,11 @@ int run(const std::vector<std::string>& arguments, Output& output)
     if (!arguments.front().starts_with('-') && !isCommand(app, arguments.front()))
         return reportUnknownCommand(app, arguments.front(), output);
     try {
-        // The parser takes its arguments from the back.
-        std::vector<std::string> reversed;
-        std::transform(arguments.rbegin(), arguments.rend(), std::back_inserter(reversed), toParser);
-        app.parse(reversed);
+        std::vector<std::string> disguised = toParser(arguments);
+        app.parse(disguised);
+    } catch (const CLI::CallForVersion&) {
+        output.write(app.version() + "\n");
+        return static_cast<int>(ExitCode::Success);
     } catch (const CLI::CallForHelp&) {
         const CLI::App* asked = &app;
         while (!asked->get_subcommands().empty())
@@ -115,11 +169,6 @@ int run(const std::vector<std::string>& arguments, Output& output)
 }
 
 }  // namespace
-
-std::string fromParser(const std::string& argument)
-{
-    return argument.starts_with(disguise) ? argument.substr(1) : argument;
-}
 
 int runVelk(const std::vector<std::string>& arguments, Output& output) noexcept
 {

@@ -2,6 +2,7 @@
 
 #include "host/command/CommandLine.h"
 #include "host/support/InstallHost.h"
+#include "host/support/ParserArguments.h"
 
 #include <CLI/CLI.hpp>
 

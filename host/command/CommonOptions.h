@@ -15,10 +15,10 @@ void addFormatOption(CLI::App& command, std::string& format);
 /// Adds "--home DIR", the installation that a command works on.
 void addHomeOption(CLI::App& command, std::string& home);
 
-/// A positional argument or option that must not be empty.
+/// Refuses an empty text for this argument or option.
 void requireText(CLI::Option& option);
 
-/// Makes the installation that was asked for the one that the library works on.
+/// Makes the installation that was asked for the one that the module works on.
 void useHome(const std::string& home);
 
 }  // namespace VelkHost

@@ -2,7 +2,7 @@
 
 #include "host/command/CommandLine.h"
 #include "host/command/CommonOptions.h"
-#include "host/installation/DataError.h"
+#include "host/command/DataWork.h"
 #include "host/support/ExitCode.h"
 
 #include <CLI/CLI.hpp>
@@ -12,7 +12,7 @@
 namespace VelkHost {
 
 /// The subcommands of a command on an installation's data, such as "velk filter". `Arguments` holds what the
-/// parser fills in, a `home` among it.
+/// parser fills in, including a `home`.
 template <typename Arguments>
 class DataCommands
 {
@@ -23,7 +23,7 @@ public:
     /// `output` and `action` must live until the action has run.
     DataCommands(CLI::App& group, Output& output, Action& action) : group_(group), output_(output), action_(action) {}
 
-    /// A subcommand, for its further options, and what they fill in.
+    /// A subcommand, to which further options can be added, and the arguments that they fill in.
     struct Added
     {
         CLI::App& command;

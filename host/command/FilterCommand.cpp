@@ -1,9 +1,11 @@
-#include "host/catalog/CatalogError.h"
-#include "host/command/CommandLine.h"
+#include "host/command/FilterCommand.h"
+
 #include "host/command/DataCommand.h"
 #include "host/command/FilterReport.h"
 #include "host/installation/Filters.h"
 #include "host/support/DisplayText.h"
+#include "host/support/FileError.h"
+#include "host/support/ParserArguments.h"
 #include "host/support/TextTable.h"
 
 #include <VelkLibrary/LibraryFilterManager.h>
@@ -20,7 +22,7 @@ constexpr const char* filterExamples = R"(Examples:
   velk search sink --filter Kitchens
 
 A filter is a named selection of libraries, by their ids. The current one is for
-applications; "velk search" searches everything unless told "--filter".
+applications; without "--filter", "velk search" searches everything.
 
 Exit codes: 0 done, 2 wrong command line, 5 the output cannot be written, 9 there is
 no such filter, or the filter file is damaged or cannot be written.)";
@@ -52,7 +54,7 @@ std::vector<std::string> libraryIds(const FilterArguments& arguments)
         paths.emplace_back(fromParser(path));
     const LibrarySet libraries = loadLibraries(paths);
     if (!libraries.broken.empty())
-        throw CatalogError(libraries.broken.front().path, libraries.broken.front().reason);
+        throw FileError(libraries.broken.front().path, libraries.broken.front().reason);
     for (const LoadedLibrary& library : libraries.loaded)
         ids.push_back(library.catalog->id);
     return ids;
@@ -88,7 +90,7 @@ ExitCode addToNamed(const FilterArguments& arguments, Output& output)
                      ".\n");
     else
         output.write("Added " + counted(change.added, "library", "libraries") + " to the filter " + quoted(name) +
-                     ", which has " + std::to_string(change.libraries) + " now.\n");
+                     ", which now has " + std::to_string(change.libraries) + ".\n");
     return ExitCode::Success;
 }
 
@@ -190,11 +192,11 @@ void addFilterCommand(CLI::App& app, Output& output, Action& action)
     const auto currents =
         commands.add("current", "Show the current filter, or put one in force", showCurrent, requireOneCurrent);
     addNameOption(currents.command, currents.arguments, "The filter to put in force");
-    currents.command.add_flag("--none", currents.arguments.none, "No filter is to be in force");
+    currents.command.add_flag("--none", currents.arguments.none, "Put no filter in force");
     addFormatOption(currents.command, currents.arguments.format);
 
     const auto merges = commands.add("merge", "Add the filters of another filter file", mergeFile);
-    merges.command.add_option("FILE", merges.arguments.file, "The other file, which stays as it is")->required();
+    merges.command.add_option("FILE", merges.arguments.file, "The other file, which is not changed")->required();
     addFormatOption(merges.command, merges.arguments.format);
 }
 

@@ -108,7 +108,7 @@ std::string mergeText(const FilterMerge& merge, const fileString& path)
     std::string text;
     for (const std::string& name : merge.came)
         text += "  " + printableUtf8(name) + "\n";
-    text += counted(merge.came.size(), "filter") + " came from " + printableUtf8(path.humanReadableString());
+    text += counted(merge.came.size(), "filter") + " added from " + printableUtf8(path.humanReadableString());
     if (merge.present > 0)
         text += "; " + counted(merge.present, "filter") + (merge.present == 1 ? " was" : " were") + " here already";
     return text + ".\n";

@@ -15,7 +15,7 @@ struct ReportStyle
     bool styles = false;      ///< matched words in bold
 };
 
-/// The hits as a table with aligned columns, and a line with the figures. UTF-8, safe for terminals.
+/// The hits as a table with aligned columns, and a line with the numbers. UTF-8, safe for terminals.
 std::string hitTable(const LibrarySet& libraries, const SearchResult& result, const Library::Search::Info& info,
                      const ReportStyle& style);
 

@@ -1,12 +1,15 @@
+#include "host/command/ManufacturerCommand.h"
+
 #include "host/command/DataCommand.h"
 #include "host/command/ManufacturerReport.h"
+#include "host/installation/DataError.h"
 #include "host/installation/ManufacturerRefresh.h"
 #include "host/installation/Manufacturers.h"
 #include "host/support/DisplayText.h"
+#include "host/support/ParserArguments.h"
 
 #include <VelkCommon/Network/Curl.h>
 #include <VelkCommon/Text/StringConvert.h>
-#include <VelkLibrary/Manufacturer/ManufacturerManager.h>
 
 #include <cstdint>
 #include <optional>
@@ -24,11 +27,11 @@ constexpr const char* manufacturerExamples = R"(Examples:
   velk manufacturer check
 
 "default" as phone, fax or e-mail stands for the default text. A logo is named by its
-file, which lies beside the data file. An update takes the service's data when they
-are newer than what is here; what the service does not have is dropped then.
+file, which is kept beside the data file. An update takes the service's data when it
+is newer than the installation's, and then drops what the service does not have.
 
 Exit codes: 0 done, 1 the check found something, 2 wrong command line, 5 the output
-cannot be written, 6 the update failed or a logo did not come, 9 there is no such
+cannot be written, 6 the update failed or a logo is missing, 9 there is no such
 manufacturer, or the data file is damaged or cannot be written.)";
 
 struct ManufacturerArguments
@@ -47,7 +50,8 @@ struct ManufacturerArguments
 
 std::string titleOf(std::int32_t id)
 {
-    const std::string name = StringConvert::toStdUtf8String(cardWithId(id).getManufacturerName());
+    const std::string name =
+        StringConvert::toStdUtf8String(cardWithId(installedManufacturers(), id).getManufacturerName());
     return "manufacturer " + std::to_string(id) + (name.empty() ? "" : " (" + printableUtf8(name) + ")");
 }
 
@@ -55,16 +59,17 @@ std::string titleOf(std::int32_t id)
 
 ExitCode listCards(const ManufacturerArguments& arguments, Output& output)
 {
-    const ManufacturerManager& manager = installedManufacturers();
-    output.write(arguments.json() ? cardsJson(manager.getManufacturers(), manager.getDefaultText())
-                                  : cardTable(manager.getManufacturers(), output.columns()));
+    const ManufacturerFile file = installedManufacturers();
+    output.write(arguments.json() ? cardsJson(file.cards, file.defaultText) : cardTable(file.cards, output.columns()));
     return ExitCode::Success;
 }
 
 ExitCode showCard(const ManufacturerArguments& arguments, Output& output)
 {
-    const Manufacturer& card = cardWithId(*arguments.id);
-    output.write(arguments.json() ? cardJson(*arguments.id, card) : cardText(*arguments.id, card, output.columns()));
+    const ManufacturerFile file = installedManufacturers();
+    const Manufacturer& card = cardWithId(file, *arguments.id);
+    output.write(arguments.json() ? cardJson(*arguments.id, card, file.defaultText)
+                                  : cardText(*arguments.id, card, file.defaultText, output.columns()));
     return ExitCode::Success;
 }
 
@@ -88,14 +93,15 @@ ExitCode editCards(const ManufacturerArguments& arguments, Output& output)
         editFields(arguments, output);
     if (arguments.defaultText)
         output.write(editDefaultText(*arguments.defaultText) ? "Changed the default text.\n"
-                                                             : "The default text is this already.\n");
+                                                             : "This is the default text already.\n");
     return ExitCode::Success;
 }
 
 ExitCode checkCards(const ManufacturerArguments& arguments, Output& output)
 {
-    const std::vector<CardProblem> problems = checkManufacturers();
-    const std::size_t cards = installedManufacturers().getManufacturers().size();
+    const ManufacturerFile file = installedManufacturers();
+    const std::vector<CardProblem> problems = checkManufacturers(file);
+    const std::size_t cards = file.cards.size();
     output.write(arguments.json() ? problemJson(problems, cards) : problemTable(problems, cards, output.columns()));
     return problems.empty() ? ExitCode::Success : ExitCode::NoHit;
 }
@@ -164,7 +170,7 @@ void addEditOptions(CLI::App& command, ManufacturerArguments& arguments)
     command
         .add_option_function<std::string>(
             "--default-text", [&arguments](const std::string& value) { arguments.defaultText = fromParser(value); },
-            "What is shown for \"default\" (goes without ID)")
+            "What is shown for \"default\" (without an ID)")
         ->type_name("TEXT");
 }
 
@@ -180,7 +186,7 @@ void addManufacturerCommand(CLI::App& app, Output& output, Action& action)
     const auto lists = commands.add("list", "Show all manufacturers", listCards);
     addFormatOption(lists.command, lists.arguments.format);
 
-    const auto shows = commands.add("show", "Show all about a manufacturer", showCard);
+    const auto shows = commands.add("show", "Show everything about a manufacturer", showCard);
     addIdOption(shows.command, shows.arguments).required();
     addFormatOption(shows.command, shows.arguments.format);
 

@@ -22,7 +22,7 @@ std::string narrow(const std::u32string& text)
     return StringConvert::toStdUtf8String(text);
 }
 
-/// "2026-03-01T14:05:59Z"; empty for what is no time.
+/// "2026-03-01T14:05:59Z"; empty for a time that is not set.
 std::string timeText(const boost::posix_time::ptime& time)
 {
     return time.is_special() ? std::string() : boost::posix_time::to_iso_extended_string(time) + "Z";
@@ -36,7 +36,7 @@ QJsonObject cardObject(long id, const Manufacturer& card)
                        {QStringLiteral("deleted"), card.isDeleted()},
                        {QStringLiteral("lastModified"), qtText(timeText(card.getLastModified()))}};
     for (const CardField& field : cardFields)
-        object.insert(qtText(field.name), qtText(narrow(field.text(card, false))));
+        object.insert(qtText(field.name), qtText(narrow(field.stored(card))));
     return object;
 }
 
@@ -52,6 +52,21 @@ const char* kindText(CardChange::Kind kind)
     }
 }
 
+const char* outcomeText(ManufacturerRefresh::Outcome outcome)
+{
+    using enum ManufacturerRefresh::Outcome;
+    switch (outcome) {
+        case Updated:
+            return "updated";
+        case Newer:
+            return "nothing newer";
+        case Stopped:
+            return "stopped";
+        default:
+            return "up to date";
+    }
+}
+
 std::size_t countOf(const ManufacturerRefresh& refresh, CardChange::Kind kind)
 {
     return static_cast<std::size_t>(std::count_if(refresh.changes.begin(), refresh.changes.end(),
@@ -64,7 +79,7 @@ std::string whatText(const CardChange& change)
     for (const std::string& field : change.what)
         text += (text.empty() ? "" : ", ") + (field == "image" ? "logo image" : field);
     if (change.logoMissing)
-        text += std::string(text.empty() ? "" : "; ") + "its logo did not come";
+        text += std::string(text.empty() ? "" : "; ") + "its logo could not be fetched";
     return text;
 }
 
@@ -74,6 +89,8 @@ std::string refreshSum(const ManufacturerRefresh& refresh)
     std::string text = counted(refresh.cards, "manufacturer");
     if (refresh.outcome == ManufacturerRefresh::Outcome::Newer)
         return "The service has nothing newer than what is here (" + text + ").\n";
+    if (refresh.outcome == ManufacturerRefresh::Outcome::Stopped)
+        return "The update was stopped; the cards are as they were, and the next update brings everything.\n";
     if (refresh.outcome == ManufacturerRefresh::Outcome::Current)
         return "Everything is up to date (" + text + ").\n";
     text += ": " + std::to_string(countOf(refresh, Kind::Added)) + " new, " +
@@ -82,7 +99,7 @@ std::string refreshSum(const ManufacturerRefresh& refresh)
     if (refresh.defaultTextChanged)
         text += "; another default text";
     if (refresh.missingLogos > 0)
-        text += "; " + counted(refresh.missingLogos, "logo") + " did not come";
+        text += "; " + counted(refresh.missingLogos, "logo") + " could not be fetched";
     return text + ".\n";
 }
 
@@ -101,7 +118,7 @@ std::string cardTable(const ManufacturerCards& cards, std::size_t columns)
     for (const auto& [id, card] : cards) {
         Cells cells{std::to_string(id)};
         for (const CardField& field : cardFields)
-            cells.push_back(narrow(field.text(card, false)));
+            cells.push_back(narrow(field.stored(card)));
         cells.push_back(card.getManufacturerLogoName().utf8());
         cells.emplace_back(card.isDeleted() ? "deleted" : "");
         table.add(cells);
@@ -119,12 +136,12 @@ std::string cardsJson(const ManufacturerCards& cards, const std::u32string& defa
         {{QStringLiteral("defaultText"), qtText(narrow(defaultText))}, {QStringLiteral("manufacturers"), array}});
 }
 
-std::string cardText(long id, const Manufacturer& card, std::size_t columns)
+std::string cardText(long id, const Manufacturer& card, const std::u32string& defaultText, std::size_t columns)
 {
     TextTable table({{"Manufacturer", false, false}, {std::to_string(id), false, true}});
     for (const CardField& field : cardFields) {
-        const bool isDefault = field.text(card, false) != field.text(card, true);
-        table.add(Cells{field.title, narrow(field.text(card, true)) + (isDefault ? "  (the default text)" : "")});
+        const std::u32string& shown = field.shown(card, defaultText);
+        table.add(Cells{field.title, narrow(shown) + (shown != field.stored(card) ? "  (the default text)" : "")});
     }
     const std::string logo = card.getManufacturerLogoName().utf8();
     table.add(Cells{"Logo", logo + (logo.empty() || hasLogoFile(card) ? "" : "  (not there)")});
@@ -133,11 +150,11 @@ std::string cardText(long id, const Manufacturer& card, std::size_t columns)
     return table.text(columns, false);
 }
 
-std::string cardJson(long id, const Manufacturer& card)
+std::string cardJson(long id, const Manufacturer& card, const std::u32string& defaultText)
 {
     QJsonObject shown;
     for (const CardField& field : cardFields)
-        shown.insert(qtText(field.name), qtText(narrow(field.text(card, true))));
+        shown.insert(qtText(field.name), qtText(narrow(field.shown(card, defaultText))));
     QJsonObject object = cardObject(id, card);
     object.insert(QStringLiteral("shown"), shown);
     object.insert(QStringLiteral("logoPath"), qtText(narrow(card.getManufacturerFullLogoName())));
@@ -183,7 +200,6 @@ std::string refreshText(const ManufacturerRefresh& refresh, std::size_t limit, s
 
 std::string refreshJson(const ManufacturerRefresh& refresh)
 {
-    using Outcome = ManufacturerRefresh::Outcome;
     QJsonArray changes;
     for (const CardChange& change : refresh.changes) {
         QJsonArray what;
@@ -195,10 +211,7 @@ std::string refreshJson(const ManufacturerRefresh& refresh)
                                    {QStringLiteral("what"), what},
                                    {QStringLiteral("logoMissing"), change.logoMissing}});
     }
-    const char* const outcome = refresh.outcome == Outcome::Updated   ? "updated"
-                                : refresh.outcome == Outcome::Current ? "up to date"
-                                                                      : "nothing newer";
-    return jsonText({{QStringLiteral("outcome"), qtText(outcome)},
+    return jsonText({{QStringLiteral("outcome"), qtText(outcomeText(refresh.outcome))},
                      {QStringLiteral("manufacturers"), static_cast<qint64>(refresh.cards)},
                      {QStringLiteral("defaultTextChanged"), refresh.defaultTextChanged},
                      {QStringLiteral("changes"), changes}});

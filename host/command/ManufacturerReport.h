@@ -9,15 +9,15 @@
 
 namespace VelkHost {
 
-/// The cards, fit into `columns` characters (0 for no limit). UTF-8, safe for terminals.
+/// The cards, fitted into `columns` characters (0 for no limit). UTF-8, safe for terminals.
 std::string cardTable(const ManufacturerCards& cards, std::size_t columns);
 /// The same as one JSON object (docs/command.md).
 std::string cardsJson(const ManufacturerCards& cards, const std::u32string& defaultText);
 
-/// All about one card.
-std::string cardText(long id, const Manufacturer& card, std::size_t columns);
+/// Everything about one card.
+std::string cardText(long id, const Manufacturer& card, const std::u32string& defaultText, std::size_t columns);
 /// The same as one JSON object.
-std::string cardJson(long id, const Manufacturer& card);
+std::string cardJson(long id, const Manufacturer& card, const std::u32string& defaultText);
 
 /// What is wrong, or that nothing is, with the number of cards.
 std::string problemTable(const std::vector<CardProblem>& problems, std::size_t cards, std::size_t columns);

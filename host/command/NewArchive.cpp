@@ -1,6 +1,6 @@
 #include "host/command/NewArchive.h"
 
-#include "host/catalog/CatalogError.h"
+#include "host/support/FileError.h"
 
 #include <utility>
 
@@ -10,7 +10,7 @@ NewArchive::NewArchive(const fileString& target)
     : target_(target), archive_(zip_open(target.utf8().c_str(), ZIP_CREATE | ZIP_TRUNCATE, nullptr))
 {
     if (archive_ == nullptr)
-        throw CatalogError(target_, "cannot be written");
+        throw FileError(target_, "cannot be written");
 }
 
 NewArchive::~NewArchive()
@@ -23,7 +23,7 @@ void NewArchive::addFile(const std::string& name, const fileString& path)
 {
     zip_source_t* const source = zip_source_file(archive_, path.utf8().c_str(), 0, -1);
     if (source == nullptr)
-        throw CatalogError(path, std::string("cannot be read (") + zip_strerror(archive_) + ")");
+        throw FileError(path, std::string("cannot be read (") + zip_strerror(archive_) + ")");
     add(name, source);
 }
 
@@ -38,7 +38,7 @@ void NewArchive::add(const std::string& name, zip_source_t* source)
         return;
     const std::string reason = zip_strerror(archive_);
     zip_source_free(source);
-    throw CatalogError(target_, "cannot take in \"" + name + "\" (" + reason + ")");
+    throw FileError(target_, "cannot include \"" + name + "\" (" + reason + ")");
 }
 
 void NewArchive::watch(std::function<void(double)> show, std::function<bool()> cancelled)
@@ -60,7 +60,7 @@ bool NewArchive::close()
     }
     if (zip_error_code_zip(zip_get_error(archive_)) == ZIP_ER_CANCELLED)
         return false;
-    throw CatalogError(target_, std::string("cannot be packed (") + zip_strerror(archive_) + ")");
+    throw FileError(target_, std::string("cannot be packed (") + zip_strerror(archive_) + ")");
 }
 
 }  // namespace VelkHost

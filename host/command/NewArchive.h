@@ -10,8 +10,8 @@
 
 namespace VelkHost {
 
-/// A zip archive that is made from files and bytes. It is at its place once close() has succeeded; otherwise
-/// what was there stays. Failures throw CatalogError.
+/// A zip archive that is made from files and bytes. It appears at its place once close() has succeeded; until
+/// then, and after a failure, the older file stays. Failures throw FileError.
 class NewArchive
 {
 public:
@@ -22,13 +22,13 @@ public:
 
     /// Adds a file under a name (UTF-8). It is read by close().
     void addFile(const std::string& name, const fileString& path);
-    /// The same with bytes, which must live until then.
+    /// Adds bytes under a name (UTF-8). They must live until close() has returned.
     void addBytes(const std::string& name, std::string_view bytes);
 
     /// Lets close() tell how much is done (from 0 to 1) and ask whether to give up.
     void watch(std::function<void(double share)> show, std::function<bool()> cancelled);
 
-    /// Writes it. False when it was given up.
+    /// Writes the archive; false when that was given up.
     bool close();
 
 private:

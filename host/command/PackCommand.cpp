@@ -1,17 +1,19 @@
 #include "host/command/PackCommand.h"
 
-#include "host/catalog/CatalogError.h"
-#include "host/catalog/CatalogFolder.h"
-#include "host/catalog/SourceFile.h"
 #include "host/command/CancellableWork.h"
 #include "host/command/NewArchive.h"
+#include "host/support/ByteText.h"
 #include "host/support/DisplayText.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
+#include "host/support/ParserArguments.h"
 #include "host/support/ProgressLine.h"
 #include "host/support/ShownProgress.h"
 #include "host/support/System.h"
+#include "host/support/WholeFile.h"
 
 #include <VelkCommon/Files/FileUtils.h>
-#include <VelkCommon/Text/StringUtils.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 
 #include <CLI/CLI.hpp>
 
@@ -28,7 +30,7 @@ Every file below the folder goes in, under its path there.
 Exit codes: 0 written, 2 wrong command line, 4 it could not be packed, 7 cancelled
 by Ctrl-C. Then an older target stays as it was.)";
 
-constexpr std::size_t maximumDepth = 100;  // of folders below each other
+constexpr std::size_t maximumDepth = 100;  // of folders inside each other
 
 struct PackArguments
 {
@@ -50,14 +52,14 @@ void collect(const fileString& folder, const std::string& prefix, std::size_t de
              std::vector<PackedFile>& files)
 {
     if (depth > maximumDepth)
-        throw CatalogError(folder, "has too many folders below each other; does a link lead back?");
+        throw FileError(folder, "has too many folders inside each other; does a link lead back?");
     for (const FolderEntry& entry : folderEntries(folder)) {
         const fileString path = folder / entry.name;
         const std::string name = prefix + entry.name.utf8();
         if (entry.isFolder)
             collect(path, name + "/", depth + 1, target, files);
-        else if (path.extension() == fileString(std::string(".calib")))
-            throw CatalogError(path, "is another library; a packed library holds exactly one");
+        else if (path.hasExtension(Library::extensions::database))
+            throw FileError(path, "is another library; a packed library holds exactly one");
         else if (path != target)
             files.push_back({path, name});
     }
@@ -67,12 +69,12 @@ std::vector<PackedFile> filesFor(const PackArguments& arguments, const fileStrin
 {
     const fileString catalog(fromParser(arguments.catalog));
     requireFile(catalog, std::numeric_limits<std::uint64_t>::max());
-    if (catalog.extension() != fileString(std::string(".calib")))
-        throw CatalogError(catalog, "is no library; its name must end with \".calib\"");
+    if (!catalog.hasExtension(Library::extensions::database))
+        throw FileError(catalog, "is not a catalog file; its name must end with \".calib\"");
     std::vector<PackedFile> files{{catalog, catalog.stemWithExtension().utf8()}};
     const fileString folder(fromParser(arguments.folder));
     if (!isFolder(folder))
-        throw CatalogError(folder, "is no folder");
+        throw FileError(folder, "is not a folder");
     collect(folder, {}, 0, target, files);
     return files;
 }
@@ -100,11 +102,8 @@ int run(const PackArguments& arguments, Output& output)
     return runCancellable(output, [&] {
         const std::vector<PackedFile> files = filesFor(arguments, target);
         write(files, target, output);
-        constexpr double bytesPerKilobyte = 1'000;
-        const auto bytes = static_cast<double>(FileUtils::fileSize(target));
         output.write(printableUtf8(target.humanReadableString()) + ": a library and " +
-                     std::to_string(files.size() - 1) + " files, " +
-                     formatWithThousandsSeparatorPrecision(bytes / bytesPerKilobyte, 0) + " KB\n");
+                     std::to_string(files.size() - 1) + " files, " + kilobyteText(FileUtils::fileSize(target)) + "\n");
     });
 }
 

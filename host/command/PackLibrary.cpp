@@ -1,12 +1,13 @@
 #include "host/command/PackLibrary.h"
 
-#include "host/catalog/CatalogError.h"
-#include "host/catalog/SourceFile.h"
 #include "host/command/NewArchive.h"
+#include "host/support/FileError.h"
+#include "host/support/WholeFile.h"
 
 #include <VelkCommon/Archive/ZipUtils.h>
 #include <VelkCommon/Files/FileReaper.h>
 #include <VelkCommon/Files/FileUtils.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 
 #include <limits>
 
@@ -26,7 +27,7 @@ void packWithFiles(const fileString& catalog, const std::vector<std::pair<std::s
 {
     requireFile(catalog, std::numeric_limits<std::uint64_t>::max());
     NewArchive archive(target);
-    archive.addFile(target.stem().utf8() + ".calib", catalog);
+    archive.addFile(target.stem().utf8() + Library::extensions::database, catalog);
     for (const auto& [name, content] : files)
         archive.addBytes(name, content);
     archive.close();
@@ -45,7 +46,7 @@ void packWithFurniture(const fileString& catalog, const fileString& furniture, c
     };
     const auto never = [] { return false; };
     if (ZipUtils::getFilesDataInArchive(furniture, copy, never).empty() || !complete)
-        throw CatalogError(target, "cannot take over the files of " + furniture.humanReadableString());
+        throw FileError(target, "cannot include the files of " + furniture.humanReadableString());
     reaper.cancel();
 }
 

@@ -8,8 +8,9 @@
 
 namespace VelkHost {
 
-/// Packs `catalog` as "<stem of target>.calib" with the entries of a furniture library that its items use, still
-/// compressed as they are there, into `target` (".calibz"), which appears whole or not at all. Throws CatalogError.
+/// Packs `catalog` as "<stem of target>.calib" into `target` (".calibz"), together with the entries of a furniture
+/// library that its items use, which stay compressed as they are. `target` appears whole or not at all. Throws
+/// FileError.
 void packWithFurniture(const fileString& catalog, const fileString& furniture, const fileString& target);
 
 /// The same with files given by name and bytes.

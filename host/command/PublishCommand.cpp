@@ -1,10 +1,12 @@
-#include "host/catalog/CatalogError.h"
-#include "host/command/CommandLine.h"
+#include "host/command/PublishCommand.h"
+
 #include "host/command/PublishReportText.h"
 #include "host/service/NginxConfiguration.h"
 #include "host/service/Publisher.h"
 #include "host/support/DisplayText.h"
 #include "host/support/ExitCode.h"
+#include "host/support/FileError.h"
+#include "host/support/ParserArguments.h"
 
 #include <CLI/CLI.hpp>
 
@@ -28,8 +30,8 @@ The folder has
 
 Clients that read meanwhile get the old edition or the new one.
 
-Exit codes: 0 published, or nothing had changed; 2 wrong command line; 8 the
-folder cannot be published or the site not be written; the old edition stays.)";
+Exit codes: 0 published, or nothing had changed; 2 wrong command line; 8 the folder
+cannot be published, or the site cannot be written; the old edition stays.)";
 
 struct PublishArguments
 {
@@ -53,8 +55,8 @@ int runPublish(const PublishArguments& arguments, Output& output)
     } catch (const PublishError& error) {
         for (const PublishProblem& problem : error.problems())
             output.error(problem.path.humanReadableString() + ": " + problem.reason);
-        output.error("nothing was published", "The edition in force, if there is one, stays as it is.");
-    } catch (const CatalogError& error) {
+        output.error("nothing was published", "The edition in force, if there is one, is unchanged.");
+    } catch (const FileError& error) {
         output.error(error.what());
     }
     return static_cast<int>(ExitCode::ServiceFailed);
@@ -66,7 +68,7 @@ void addPublishCommand(CLI::App& app, Output& output, Action& action)
 {
     CLI::App* const command = app.add_subcommand("publish", "Make a site of libraries that clients update from");
     const auto arguments = std::make_shared<PublishArguments>();
-    command->add_option("FOLDER", arguments->folder, "The folder with what is to be published")->required();
+    command->add_option("FOLDER", arguments->folder, "The folder to publish")->required();
     command->add_option("-o,--output", arguments->site, "The site's folder; made when missing")
         ->required()
         ->type_name("SITE");

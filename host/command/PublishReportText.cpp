@@ -1,9 +1,9 @@
 #include "host/command/PublishReportText.h"
 
+#include "host/support/ByteText.h"
 #include "host/support/DisplayText.h"
 
 #include <VelkCommon/Text/StringConvert.h>
-#include <VelkCommon/Text/StringUtils.h>
 
 #include <algorithm>
 
@@ -38,17 +38,6 @@ std::string shortened(const std::string& name)
 }
 
 }  // namespace
-
-std::string byteText(std::uint64_t bytes)
-{
-    constexpr double kilobyte = 1'000;
-    const auto count = static_cast<double>(bytes);
-    if (bytes < 1'000)
-        return std::to_string(bytes) + " bytes";
-    if (bytes < 1'000'000)
-        return formatWithThousandsSeparatorPrecision(count / kilobyte, 0) + " KB";
-    return formatWithThousandsSeparatorPrecision(count / kilobyte / kilobyte, 1) + " MB";
-}
 
 std::string publishReportText(const PublishReport& report, const fileString& site)
 {

@@ -1,13 +1,13 @@
 #include "host/command/SearchCommand.h"
 
-#include "host/command/CommandLine.h"
 #include "host/command/CommonOptions.h"
+#include "host/command/DataWork.h"
 #include "host/command/HitReport.h"
-#include "host/installation/DataError.h"
 #include "host/installation/Filters.h"
 #include "host/installation/SearchText.h"
 #include "host/support/DisplayText.h"
 #include "host/support/ExitCode.h"
+#include "host/support/ParserArguments.h"
 
 #include <CLI/CLI.hpp>
 
@@ -124,7 +124,7 @@ LibrarySet librariesFor(const SearchOptions& options)
     return options.libraries.empty() ? loadInstalledLibraries() : loadLibraries(options.libraries);
 }
 
-/// Leaves the libraries with these ids. False, with the reason told, when none of them is there.
+/// Keeps only the libraries with these ids. When none of them is there, tells why and returns false.
 bool limitTo(const std::vector<std::string>& ids, const std::string& filter, LibrarySet& libraries,
              const Output& output)
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/command/CommandLine.h"
 #include "host/installation/LibrarySearch.h"
 #include "host/support/Output.h"
 
@@ -7,6 +8,9 @@
 #include <vector>
 
 namespace VelkHost {
+
+/// Adds "search" to the subcommands of `app`.
+void addSearchCommand(CLI::App& app, Output& output, Action& action);
 
 /// What "velk search" was asked for.
 struct SearchOptions

@@ -1,10 +1,14 @@
-#include "host/catalog/CatalogError.h"
-#include "host/command/CommandLine.h"
+#include "host/command/ServeCommand.h"
+
 #include "host/command/PublishReportText.h"
 #include "host/service/SelfSigned.h"
+#include "host/service/ServiceError.h"
 #include "host/service/SiteService.h"
+#include "host/support/ByteText.h"
 #include "host/support/DisplayText.h"
 #include "host/support/ExitCode.h"
+#include "host/support/FileError.h"
+#include "host/support/ParserArguments.h"
 #include "host/support/System.h"
 
 #include <CLI/CLI.hpp>
@@ -78,7 +82,10 @@ int runServe(const ServeArguments& arguments, Output& output)
         }
         while (!interrupted())
             std::this_thread::sleep_for(betweenInterruptChecks);
-    } catch (const CatalogError& error) {
+    } catch (const FileError& error) {
+        output.error(error.what());
+        return static_cast<int>(ExitCode::ServiceFailed);
+    } catch (const ServiceError& error) {
         output.error(error.what());
         return static_cast<int>(ExitCode::ServiceFailed);
     }
@@ -93,12 +100,12 @@ void addServeCommand(CLI::App& app, Output& output, Action& action)
     CLI::App* const command = app.add_subcommand("serve", "Let clients update from a published site");
     const auto arguments = std::make_shared<ServeArguments>();
     command->add_option("SITE", arguments->site, "A folder that velk publish made")->required();
-    command->add_option("--port", arguments->port, "The port; any free one unless told")
+    command->add_option("--port", arguments->port, "The port (default: any free one)")
         ->check(CLI::Range(0, highestPort))
         ->type_name("N");
     command
         ->add_option("--address", arguments->address,
-                     "The address to listen on (default: 127.0.0.1,\nwhich this machine alone reaches)")
+                     "The address to listen on (default: 127.0.0.1,\nwhich only this machine can reach)")
         ->type_name("IP");
     CLI::Option* const tls = command
                                  ->add_option("--tls", arguments->tls,

@@ -1,7 +1,9 @@
-#include "host/catalog/CatalogError.h"
+#include "host/command/TexturesCommand.h"
+
 #include "host/command/CancellableWork.h"
-#include "host/command/CommandLine.h"
 #include "host/support/DisplayText.h"
+#include "host/support/FileError.h"
+#include "host/support/ParserArguments.h"
 #include "host/support/ShownProgress.h"
 #include "host/support/System.h"
 
@@ -20,7 +22,7 @@ namespace {
 constexpr const char* texturesExamples = R"(Examples:
   velk textures merge house.zip textures/house.zip
 
-What both archives hold stays as DEST has it. SOURCE is kept.
+Entries that both archives have stay as they are in DEST. SOURCE is kept.
 Exit codes: 0 merged, 2 wrong command line, 4 they could not be merged, 7 cancelled
 by Ctrl-C. Then DEST is as it was.)";
 
@@ -33,19 +35,18 @@ struct MergeArguments
 void merge(const fileString& source, const fileString& destination, Output& output)
 {
     if (!source.pathExists())
-        throw CatalogError(source, "there is no such file");
+        throw FileError(source, "does not exist");
     if (ZipUtils::getSizeOfArchive(source) == 0)
-        throw CatalogError(source, "is no readable zip archive, or has no entries");
+        throw FileError(source, "is not a readable zip archive, or has no entries");
     if (destination.pathExists() && !ZipUtils::canAddToArchive(destination))
-        throw CatalogError(destination, "is no zip archive that can be added to");
-    // The library's operation takes its source away.
+        throw FileError(destination, "is not a zip archive that can be added to");
+    // The module's operation removes its source, so it gets a copy.
     fileString copy;
     copy.generateAsTempName(ZipUtils::getExtension());
     const FileReaper reaper(copy);
     ShownProgress progress(output, ShownProgress::Cancel::thrown);
     if (!FileUtils::copyFile(source, copy, true) || !LibraryImport::moveArchivedTextures(copy, destination, &progress))
-        throw CatalogError(destination,
-                           "could not be merged with " + source.humanReadableString() + "; it is as it was");
+        throw FileError(destination, "could not be merged with " + source.humanReadableString() + "; it is unchanged");
 }
 
 int run(const MergeArguments& arguments, Output& output)

@@ -1,16 +1,21 @@
-#include "host/catalog/CatalogError.h"
-#include "host/catalog/CatalogFolder.h"
-#include "host/command/CommandLine.h"
+#include "host/command/TourCommand.h"
+
 #include "host/command/PublishReportText.h"
 #include "host/command/TourContent.h"
 #include "host/command/TourFolder.h"
+#include "host/service/ServiceError.h"
 #include "host/service/SiteService.h"
+#include "host/support/ByteText.h"
 #include "host/support/DisplayText.h"
 #include "host/support/ExitCode.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
+#include "host/support/ParserArguments.h"
 #include "host/support/System.h"
 
 #include <VelkCommon/Archive/ZipUtils.h>
 #include <VelkCommon/Files/FileUtils.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 
 #include <CLI/CLI.hpp>
 
@@ -26,8 +31,8 @@ constexpr const char* tourExamples = R"(Examples:
   velk tour /usr/share/sweethome3d/furniture -o tour
 
 WORKDIR gets what a publisher, a service and an installation have: content and
-publisher, site, and home; and as "earlier" the installation as it was before its
-update, for trying the update in a window. They are made anew each time.)";
+publisher, site, and home. It also gets "earlier", the installation before its
+update, for trying the update in a window. Each tour makes these folders anew.)";
 
 constexpr const char* doorsOrWindows = "(door OR window) -garage";
 constexpr const char* germanWords = "T\u00FCr OR Fenster OR Lampe";
@@ -39,7 +44,7 @@ struct TourArguments
     bool sample = false;
 };
 
-/// A command of the tour did not succeed.
+/// Thrown when a command of the tour fails.
 struct TourEnded
 {
     int code;
@@ -61,7 +66,7 @@ public:
                 "Core libraries are for everyone; bonus libraries are packed with their models and textures\n"
                 "(\"velk catalog pack\" packs your own). Who made them is in the manufacturers' cards.");
         content_.build(output_);
-        chapter("Publish them", "A site of plain files comes out, which a web server or an object store can serve.");
+        chapter("Publish them", "The result is a site of plain files that a web server or an object store can serve.");
         publish();
         startService();
         firstUpdate();
@@ -144,7 +149,7 @@ private:
         allBytes_ = update();
         const fileString textures = folder_ / U"home" / U"referenced";
         output_.write("  Models and textures are in place:\n");
-        for (const fileString& archive : filesInFolder(textures, fileString(ZipUtils::getExtension())))
+        for (const fileString& archive : filesInFolder(textures, Library::extensions::referencedFiles))
             output_.write("    " + printableUtf8(archive.stemWithExtension().utf8()) + ", " +
                           std::to_string(ZipUtils::getSizeOfArchive(archive)) + " files, " +
                           byteText(static_cast<std::uint64_t>(FileUtils::fileSize(archive))) + "\n");
@@ -177,8 +182,8 @@ private:
     void secondUpdate()
     {
         chapter("Publish a changed edition",
-                "What is built anew has German names now, and a manufacturer another card and logo; the rest\n"
-                "stays as it is.");
+                "The libraries that are built again now have German names, and a manufacturer has another card\n"
+                "and logo; the rest is unchanged.");
         command({"manufacturer", "edit", std::to_string(content_.changedManufacturer()), "--phone", "555 0123",
                  "--home", path(U"publisher")});
         content_.change(output_);
@@ -227,7 +232,10 @@ int runTour(const TourArguments& arguments, Output& output)
         return static_cast<int>(ExitCode::Success);
     } catch (const TourEnded& ended) {
         return ended.code;
-    } catch (const CatalogError& error) {
+    } catch (const FileError& error) {
+        output.error(error.what());
+        return static_cast<int>(ExitCode::BuildFailed);
+    } catch (const ServiceError& error) {
         output.error(error.what());
         return static_cast<int>(ExitCode::BuildFailed);
     }

@@ -1,16 +1,18 @@
 #include "host/command/TourContent.h"
 
-#include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFile.h"
-#include "host/catalog/CatalogFolder.h"
+#include "host/catalog/FurnitureLibrary.h"
 #include "host/command/CatalogBuild.h"
 #include "host/command/PackLibrary.h"
-#include "host/command/PublishReportText.h"
+#include "host/support/ByteText.h"
 #include "host/support/DisplayText.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
 #include "host/support/TextTable.h"
 
 #include <VelkCommon/Files/FileReaper.h>
 #include <VelkCommon/Files/FileUtils.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 
 #include <algorithm>
 
@@ -22,10 +24,10 @@ constexpr std::size_t coreLibraries = 2;
 std::vector<fileString> furnitureIn(const fileString& folder)
 {
     if (!isFolder(folder))
-        throw CatalogError(folder, "is no folder; name one with .sh3f files, or give --sample");
-    std::vector<fileString> files = filesInFolder(folder, fileString(std::string(".sh3f")));
+        throw FileError(folder, "is not a folder; name one with .sh3f files, or give --sample");
+    std::vector<fileString> files = filesInFolder(folder, furnitureExtension);
     if (files.empty())
-        throw CatalogError(folder, "holds no .sh3f file; give --sample to do without");
+        throw FileError(folder, "holds no .sh3f file; give --sample to do without");
     const auto smaller = [](const fileString& left, const fileString& right) {
         return FileUtils::fileSize(left) < FileUtils::fileSize(right);
     };
@@ -92,13 +94,14 @@ void TourContent::buildLibrary(const Library& library, const std::string& langua
     }
     const fileString folder = folder_ / (library.bonus ? U"bonus" : U"core");
     makeFolder(folder);
-    fileString target = folder / fileString(library.name + ".calib");
-    const fileString catalog = library.bonus ? folder_ / fileString("." + library.name + ".calib") : target;
+    fileString target = folder / fileString(library.name + ::Library::extensions::database);
+    const fileString catalog =
+        library.bonus ? folder_ / fileString("." + library.name + ::Library::extensions::database) : target;
     const BuiltCatalog built =
         library.source.empty() ? buildSample(catalog, options) : buildCatalog(library.source, catalog, options);
     if (library.bonus) {
         const FileReaper reaper(catalog);
-        target = folder / fileString(library.name + ".calibz");
+        target = folder / fileString(library.name + ::Library::extensions::packed);
         if (library.source.empty())
             packWithFiles(catalog, picturesOf(catalog), target);
         else

@@ -12,18 +12,18 @@ namespace VelkHost {
 
 /// What the tour's publisher publishes: a folder for "velk publish", built from real furniture libraries or
 /// from the sample. The smaller libraries become core catalogs, the others packed bonus libraries with their
-/// models and textures; those who made them become manufacturers.
+/// models and textures; the people who made them become manufacturers.
 class TourContent
 {
 public:
-    /// The furniture libraries (".sh3f") of `source`; with an empty one the sample. Throws CatalogError.
-    /// The publisher keeps the manufacturers in `publisher`.
+    /// Uses the furniture libraries (".sh3f") in the folder `source`, or the sample when `source` is empty. The
+    /// publisher keeps the manufacturers in `publisher`. Throws FileError.
     TourContent(const fileString& source, const fileString& folder, const fileString& publisher);
 
-    /// Builds everything and tells about each library.
+    /// Builds everything, and prints a line about each library.
     void build(Output& output) const;
-    /// Builds the smallest core library anew, with German names, and the smallest bonus library of several. Takes
-    /// over what the publisher has changed in the manufacturers' data, and gives one of them another logo.
+    /// Builds the smallest core library again, with German names, and the smallest bonus library too if there are
+    /// several. Takes over the publisher's changes to the manufacturers' data, and gives one manufacturer another logo.
     void change(Output& output) const;
 
     /// The bonus libraries, for an installation to choose from; UTF-8.

@@ -1,23 +1,12 @@
 #include "host/command/TourFolder.h"
 
-#include "host/catalog/CatalogError.h"
-#include "host/catalog/CatalogFolder.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/ReplacementFile.h>
 
-#include <QDir>
-
 namespace VelkHost {
-namespace {
-
-// Removing takes absolute paths only.
-fileString absolutePath(const fileString& folder)
-{
-    return fileString(QDir(QString::fromStdString(folder.utf8())).absolutePath().toStdString());
-}
-
-}  // namespace
 
 fileString freshTourFolder(const fileString& folder)
 {
@@ -28,15 +17,16 @@ fileString freshTourFolder(const fileString& folder)
         if (!part.pathExists())
             continue;
         if (!mark.pathExists())
-            throw CatalogError(part, "is there already, and was not made by a tour; choose another folder");
+            throw FileError(part, "already exists, and was not made by a tour; choose another folder");
+        // Removing takes absolute paths only.
         if (!FileUtils::removeDirectoryAndFiles(absolutePath(part), FileUtils::overrideReadOnly))
-            throw CatalogError(part, "cannot be removed");
+            throw FileError(part, "cannot be removed");
     }
     ReplacementFile file(mark);
     if (!file.write(
             "\"velk tour\" makes the folders content, publisher, site, home and earlier here anew each time.\n") ||
         !file.commit())
-        throw CatalogError(mark, "cannot be written");
+        throw FileError(mark, "cannot be written");
     return folder;
 }
 
@@ -47,7 +37,7 @@ void copyFolder(const fileString& from, const fileString& to)
         if (entry.isFolder)
             copyFolder(from / entry.name, to / entry.name);
         else if (!FileUtils::copyFile(from / entry.name, to / entry.name, false))
-            throw CatalogError(to / entry.name, "cannot be written");
+            throw FileError(to / entry.name, "cannot be written");
     }
 }
 

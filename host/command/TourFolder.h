@@ -4,11 +4,11 @@
 
 namespace VelkHost {
 
-/// Makes `folder` ready for a tour, without "content", "publisher", "site", "home" and "earlier" of an earlier one.
-/// Throws CatalogError when folders of these names are there that no tour has made.
+/// Makes `folder` ready for a tour: removes "content", "publisher", "site", "home" and "earlier" of an earlier tour.
+/// Throws FileError when there are folders of these names that no tour has made.
 fileString freshTourFolder(const fileString& folder);
 
-/// Copies a folder with all that is in it to a place where nothing is yet. Throws CatalogError.
+/// Copies a folder with everything in it to a place where nothing is yet. Throws FileError.
 void copyFolder(const fileString& from, const fileString& to);
 
 }  // namespace VelkHost

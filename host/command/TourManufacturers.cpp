@@ -1,12 +1,12 @@
 #include "host/command/TourManufacturers.h"
 
-#include "host/catalog/CatalogError.h"
-#include "host/catalog/CatalogFolder.h"
 #include "host/catalog/SampleLibrary.h"
 #include "host/installation/Manufacturers.h"
-#include "host/service/WholeFile.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
 #include "host/support/InstallHost.h"
 #include "host/support/TextTable.h"
+#include "host/support/WholeFile.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Text/StringConvert.h>
@@ -31,7 +31,7 @@ std::vector<FurnitureManufacturer> manufacturersOf(const fileString& library)
     return manufacturers;
 }
 
-/// Those of all libraries; one who is in several is one.
+/// The manufacturers of all libraries; one that several libraries name counts once.
 std::vector<FurnitureManufacturer> manufacturersOf(const std::vector<fileString>& libraries)
 {
     std::map<std::string, FurnitureManufacturer> all;
@@ -48,7 +48,7 @@ std::vector<FurnitureManufacturer> manufacturersOf(const std::vector<fileString>
     return manufacturers;
 }
 
-/// Nobody made the sample.
+/// The sample names no manufacturers, so it gets these.
 std::vector<FurnitureManufacturer> sampleManufacturers()
 {
     const std::vector<Item> items = sampleLibrary({}).items;
@@ -78,7 +78,8 @@ TourManufacturers::TourManufacturers(const std::vector<fileString>& libraries, c
 void TourManufacturers::build(Output& output) const
 {
     makeFolder(content_ / U"logos");
-    HeldCards held{{}, defaultText};
+    ManufacturerFile held;
+    held.defaultText = defaultText;
     std::size_t logos = 0;
     for (std::size_t i = 0; i < manufacturers_.size(); ++i) {
         const FurnitureManufacturer& manufacturer = manufacturers_[i];
@@ -92,8 +93,7 @@ void TourManufacturers::build(Output& output) const
         }
     }
     installHost(home_);
-    installedManufacturers().saveModifiedManufacturers(held.cards, held.defaultText);
-    requireWritten(held);
+    saveManufacturers(held, {});
     copyData();
     output.write("  manufacturer_data.json: " + counted(held.cards.size(), "manufacturer") + ", " +
                  counted(logos, "logo") + "\n");
@@ -133,7 +133,7 @@ void TourManufacturers::copyData() const
 {
     const fileString source = home_ / U"manufacturer-data" / fileString(std::u32string(dataFile));
     if (!FileUtils::copyFile(source, content_ / fileString(std::u32string(dataFile)), true))
-        throw CatalogError(source, "cannot be copied");
+        throw FileError(source, "cannot be copied");
 }
 
 }  // namespace VelkHost

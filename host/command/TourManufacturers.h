@@ -11,20 +11,20 @@
 namespace VelkHost {
 
 /// The manufacturers whom the tour's publisher publishes: those who made, or provide, what is in real furniture
-/// libraries, or some of the sample's. The publisher keeps their cards as an installation does, in a home of its
-/// own, and copies the data file to what it publishes; a picture of something they made serves as their logo.
+/// libraries, or some of the sample's. The publisher keeps their cards as an installation does, in its own home,
+/// and copies the data file to what it publishes; a picture of something they made serves as their logo.
 class TourManufacturers
 {
 public:
-    /// Of these furniture libraries (".sh3f"); without any, of the sample. Throws CatalogError.
+    /// The manufacturers of these furniture libraries (".sh3f"); without any, those of the sample. Throws FileError.
     TourManufacturers(const std::vector<fileString>& libraries, const fileString& home, const fileString& content);
 
-    /// Writes the data file and the logos, and tells about them.
+    /// Writes the data file and the logos, and prints how many there are.
     void build(Output& output) const;
-    /// Copies the data file anew, and gives busiest() another logo.
+    /// Copies the data file again, and gives busiest() another logo.
     void change(Output& output) const;
 
-    /// The id of the one with the most things.
+    /// The id of the manufacturer with the most items.
     long busiest() const;
 
 private:

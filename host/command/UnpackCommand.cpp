@@ -1,8 +1,12 @@
-#include "host/catalog/CatalogError.h"
-#include "host/catalog/CatalogFolder.h"
+#include "host/command/UnpackCommand.h"
+
 #include "host/command/CancellableWork.h"
-#include "host/command/CommandLine.h"
+#include "host/installation/DataError.h"
+#include "host/support/ByteText.h"
 #include "host/support/DisplayText.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
+#include "host/support/ParserArguments.h"
 #include "host/support/ShownProgress.h"
 #include "host/support/System.h"
 
@@ -10,7 +14,7 @@
 #include <VelkCommon/Files/FileReaper.h>
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Network/Curl.h>
-#include <VelkCommon/Text/StringUtils.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 #include <VelkLibrary/Data/PlainFileName.h>
 #include <VelkLibrary/LibraryImport.h>
 
@@ -37,7 +41,7 @@ struct UnpackArguments
 
 // ---- Fetching ------------------------------------------------------------------------------------
 
-/// What the transfer tells.
+/// What the transfer reports.
 struct Transfer
 {
     ProgressLine line;
@@ -46,7 +50,6 @@ struct Transfer
 
 int showTransfer(void* data, double toReceive, double received, double, double)
 {
-    constexpr double bytesPerKilobyte = 1'000;
     auto& transfer = *static_cast<Transfer*>(data);
     if (!transfer.begun && toReceive > 0) {
         transfer.line.begin(static_cast<std::uint64_t>(toReceive / bytesPerKilobyte) + 1, "KB");
@@ -67,7 +70,7 @@ void download(const std::string& url, const fileString& target, Output& output)
         return;
     if (interrupted())
         throw Interrupted();
-    throw CatalogError(fileString(url), "cannot be downloaded (" + reason + ")");
+    throw TransferError(url, "cannot be downloaded (" + reason + ")");
 }
 
 /// The last piece of the address without its extension, where that can name a file.
@@ -75,32 +78,29 @@ fileString stemOf(const std::string& url)
 {
     const std::string path = url.substr(0, url.find_first_of("?#"));
     const fileString stem = fileString(path.substr(path.find_last_of('/') + 1)).stem();
-    return Library::detail::isPlainFileName(stem.utf8()) ? stem : fileString(std::string("library"));
+    return Library::isPlainFileName(stem.utf8()) ? stem : fileString(std::string("library"));
 }
 
 // ---- Unpacking -----------------------------------------------------------------------------------
 
 std::string describe(const fileString& path)
 {
-    constexpr double bytesPerKilobyte = 1'000;
-    const auto bytes = static_cast<double>(FileUtils::fileSize(path));
-    const std::string size = formatWithThousandsSeparatorPrecision(bytes / bytesPerKilobyte, 0) + " KB";
-    const bool isArchive = path.extension() == fileString(ZipUtils::getExtension());
+    const bool isArchive = path.hasExtension(Library::extensions::referencedFiles);
     const std::string entries =
         isArchive ? ", " + std::to_string(ZipUtils::getSizeOfArchive(path)) + " entries" : std::string();
-    return printableUtf8(path.humanReadableString()) + ": " + size + entries + "\n";
+    return printableUtf8(path.humanReadableString()) + ": " + kilobyteText(FileUtils::fileSize(path)) + entries + "\n";
 }
 
 void putInPlace(const fileString& from, const fileString& to)
 {
     if (!FileUtils::moveFile(from, to, true))
-        throw CatalogError(to, "cannot be written");
+        throw FileError(to, "cannot be written");
 }
 
 void unpackLocal(const fileString& archive, const fileString& named, const fileString& target, Output& output)
 {
     if (!archive.pathExists())
-        throw CatalogError(named, "there is no such file");
+        throw FileError(named, "does not exist");
     const auto progress = std::make_shared<ShownProgress>(output, ShownProgress::Cancel::answered);
     const auto [database, others] = LibraryImport::unpack(archive, true, progress);
     const FileReaper databaseReaper(database.value_or(fileString()));
@@ -108,10 +108,10 @@ void unpackLocal(const fileString& archive, const fileString& named, const fileS
     if (interrupted())
         throw Interrupted();
     if (!database)
-        throw CatalogError(named, "is no packed library: its database is missing or damaged");
+        throw FileError(named, "is not a packed library: its catalog file is missing or damaged");
     makeFolder(target.parentPath());
-    const fileString databaseTarget = target + fileString(std::string(".calib"));
-    const fileString othersTarget = target + fileString(ZipUtils::getExtension());
+    const fileString databaseTarget = target + fileString(Library::extensions::database);
+    const fileString othersTarget = target + fileString(Library::extensions::referencedFiles);
     if (others)
         putInPlace(*others, othersTarget);
     putInPlace(*database, databaseTarget);
@@ -127,7 +127,7 @@ void unpack(const UnpackArguments& arguments, Output& output)
         return;
     }
     fileString archive;
-    archive.generateAsTempName(std::string(".calibz"));
+    archive.generateAsTempName(fileString(Library::extensions::packed));
     const FileReaper reaper(archive);
     download(source, archive, output);
     unpackLocal(archive, source, folder / stemOf(source), output);

@@ -1,16 +1,20 @@
-#include "host/catalog/CatalogError.h"
-#include "host/command/CommandLine.h"
+#include "host/command/UpdateCommand.h"
+
 #include "host/command/CommonOptions.h"
 #include "host/command/UpdateReceiver.h"
 #include "host/installation/CatalogUpdate.h"
 #include "host/support/DisplayText.h"
 #include "host/support/ExitCode.h"
+#include "host/support/FileError.h"
 #include "host/support/InstallHost.h"
 #include "host/support/JsonText.h"
+#include "host/support/LibraryPreference.h"
+#include "host/support/ParserArguments.h"
 #include "host/support/System.h"
 
 #include <VelkCommon/HostServices.h>
 #include <VelkCommon/Network/Curl.h>
+#include <VelkCommon/Reporting/PreferenceNumbers.h>
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
 #include <VelkLibrary/ErrorLog.h>
@@ -41,14 +45,13 @@ constexpr const char* updateExamples = R"(Examples:
   velk update --service http://127.0.0.1:8080/ --bonus 'Garden' --format json
 
 An installation has its catalogs in the folders core, bonus and manufacturer below
-its home. Core catalogs that it lacks are learnt from the service; of the other
-kinds, name the ones to add. Ctrl-C ends the update; what is installed by then stays.
+its home. The service tells which core catalogs it lacks; of the other kinds, name
+the ones to add. Ctrl-C ends the update; what is installed by then stays.
 
 Exit codes: 0 up to date now, 2 wrong command line, 5 the output cannot be written,
 6 something failed (the error log tells what), 7 cancelled.)";
 
 constexpr std::chrono::milliseconds betweenChecks{50};
-constexpr std::size_t coreCatalogsStay = 271;  // a preference
 
 struct UpdateArguments
 {
@@ -76,7 +79,7 @@ void addOptions(CLI::App& command, UpdateArguments& arguments)
     command.add_option("--manufacturer", arguments.manufacturer, "A manufacturer's library to add; may be repeated")
         ->allow_extra_args(false)
         ->type_name("NAME");
-    command.add_flag("--manual", arguments.manual, "As if the user had asked for it: core catalogs only");
+    command.add_flag("--manual", arguments.manual, "Update as if the user had asked for it: core catalogs only");
     command.add_option("--product", arguments.product, "The product to tell the service (default: velk)")
         ->type_name("P");
     command.add_option("--version", arguments.version, "The product's version (default: 1)")->type_name("V");
@@ -116,7 +119,7 @@ public:
         Velk::HostServices services = hostServices(fileString(fromParser(arguments.home)));
         if (!arguments.edition.empty())
             services.editions.words[services.editions.running] = fromParser(arguments.edition);
-        services.preferences.push_back({coreCatalogsStay, "Core libraries are left alone", !wants("core")});
+        services.preferences.push_back(libraryPreference(Velk::preferenceNumbers::coreLibrariesStay, !wants("core")));
         Velk::installHost(std::move(services));
     }
 
@@ -175,7 +178,7 @@ private:
         }
     }
 
-    /// The stems of what was handed over, referenced files included; UTF-8.
+    /// The stems of the files that were handed over, including referenced files; UTF-8.
     std::vector<std::string> updatedNames() const
     {
         std::vector<std::string> names;
@@ -245,7 +248,7 @@ int update(const UpdateArguments& arguments, Output& output)
     const QCoreApplication application(argumentCount, programArguments);
     try {
         return Update(arguments, output).run();
-    } catch (const CatalogError& error) {
+    } catch (const FileError& error) {
         output.error(error.what());
         return static_cast<int>(ExitCode::UpdateFailed);
     }

@@ -31,7 +31,7 @@ void UpdateReceiver::onSetValueInGauge(size_t value)
     progress_.setValue(value);
 }
 
-// Only the gauge of the downloads has a unit.
+// Only the progress of the downloads has a unit.
 void UpdateReceiver::onSetUnits(const std::string& unit_string)
 {
     kilobytes_ = range_;

@@ -27,7 +27,7 @@ public:
     /// The report of a run that was not cancelled.
     const std::optional<LibraryCatalogUpdate::UpdateData>& report() const noexcept { return report_; }
     const CatalogInstaller& installer() const noexcept { return installer_; }
-    /// What the service had to send, as far as it told.
+    /// How many KB the update had to download, as far as the service told their size.
     std::size_t kilobytes() const noexcept { return kilobytes_; }
 
 public Q_SLOTS:

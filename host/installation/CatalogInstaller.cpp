@@ -1,7 +1,7 @@
 #include "host/installation/CatalogInstaller.h"
 
-#include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFile.h"
+#include "host/support/FileError.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkLibrary/CatalogDownloadProtocol.h>
@@ -16,8 +16,8 @@ std::string replaceCatalog(const fileString& installed, const fileString& databa
 {
     try {
         readCatalog(database, CatalogContent::Names);
-    } catch (const CatalogError& error) {
-        return "what the service sent is no library: " + error.reason();
+    } catch (const FileError& error) {
+        return "what the service sent " + error.reason();
     }
     if (!FileUtils::createDirectoriesWithPerm(installed.parentPath()))
         return "its folder cannot be made";
@@ -32,11 +32,10 @@ void forgetHash(const fileString& catalog)
     using namespace LibraryCatalogUpdate;
     const fileString name = catalog.stemWithExtension();
     for (const std::uint32_t kind : {CoreCatalogs, ManufacturerCatalogs, BonusCatalogs}) {
-        const fileString folder = catalogFolder(kind);
-        if (folder / name != catalog)
+        if (catalogFolder(kind) / name != catalog)
             continue;
         CatalogTable catalogs;
-        readCatalogHashFile(folder / U"catalog_hash.txt", catalogs, kind);
+        readCatalogHashFile(catalogHashFile(kind), catalogs, kind);
         if (catalogs.erase(name) > 0)
             writeCatalogHashFile(catalogs, kind);
     }

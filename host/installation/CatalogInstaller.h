@@ -16,7 +16,7 @@ class CatalogInstaller
 public:
     struct Failure
     {
-        fileString catalog;  ///< the installed one, which is as it was
+        fileString catalog;  ///< the installed one, which is unchanged
         std::string reason;  ///< a sentence, UTF-8
     };
 
@@ -24,8 +24,8 @@ public:
     /// missing. When the new one cannot be read or moved, the installed one stays and the failure is kept.
     bool install(const FileStringPair& paths);
 
-    /// To be called when the update has ended. It counts what it hands over as installed; here, catalogs that
-    /// failed are taken out of the hash files, so that the next update brings them again.
+    /// To be called when the update has ended. The update counts everything that it hands over as installed;
+    /// this takes the catalogs that failed out of the hash files, so that the next update brings them again.
     void finish();
 
     /// The catalogs that were replaced or added.

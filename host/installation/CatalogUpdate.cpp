@@ -1,21 +1,22 @@
 #include "host/installation/CatalogUpdate.h"
 
-#include "host/catalog/CatalogFolder.h"
+#include "host/support/Folders.h"
 
 #include <VelkCommon/Files/PathUtils.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 
 namespace VelkHost {
 namespace {
 
 std::set<fileString> catalogsIn(const fileString& folder, const std::vector<std::string>& added)
 {
-    const fileString extension(std::string(".calib"));
+    using Library::extensions::database;
     makeFolder(folder);
-    const std::vector<fileString> files = filesInFolder(folder, extension);
+    const std::vector<fileString> files = filesInFolder(folder, database);
     std::set<fileString> catalogs(files.begin(), files.end());
     for (const std::string& text : added) {
         const fileString name(text);
-        catalogs.insert(folder / (name.extension() == extension ? name : name + extension));
+        catalogs.insert(folder / (name.hasExtension(database) ? name : name + fileString(database)));
     }
     return catalogs;
 }

@@ -11,11 +11,11 @@
 #include <vector>
 
 /// @file
-/// What every program that updates an installation needs around the library's catalog update.
+/// What every program that updates an installation needs around the module's catalog update.
 
 namespace VelkHost {
 
-/// What the content service is told about the program that asks, unless the user says otherwise.
+/// The name under which a program asks the content service, unless the user gives another.
 constexpr const char* updateProduct = "velk";
 constexpr const char* updateVersion = "1";
 
@@ -27,7 +27,7 @@ struct InstalledCatalogs
     std::set<fileString> manufacturer;
 };
 
-/// Catalogs that an update is to add, by name, with or without their extension.
+/// The names of catalogs that an update is to add, with or without their extension.
 struct AddedCatalogs
 {
     std::vector<std::string> bonus;
@@ -35,7 +35,7 @@ struct AddedCatalogs
 };
 
 /// The catalogs that are installed and those to add. Makes the folders that are missing, the user's with the
-/// error log among them. Throws CatalogError for a folder that cannot be made or read.
+/// error log among them. Throws FileError for a folder that cannot be made or read.
 InstalledCatalogs installedCatalogs(const AddedCatalogs& added = {});
 
 enum class UpdateOutcome { Cancelled, Failed, Installed, UpToDate };

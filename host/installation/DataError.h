@@ -1,18 +1,14 @@
 #pragma once
 
-#include "host/support/ExitCode.h"
 #include "host/support/Reason.h"
 
-#include <functional>
 #include <stdexcept>
 #include <string>
 #include <utility>
 
 namespace VelkHost {
 
-class Output;
-
-/// Why a command on filters or manufacturers did nothing, and what to do about it.
+/// Why nothing was done to an installation's filters or manufacturers, and what to do about it.
 class DataError : public std::runtime_error
 {
 public:
@@ -20,10 +16,10 @@ public:
         : std::runtime_error(why.english()), why_(std::move(why)), advice_(std::move(advice))
     {}
 
-    /// What what() says, for another language.
+    /// The text of what(), for translation.
     const Reason& why() const noexcept { return why_; }
 
-    /// Lines of our own; may be empty.
+    /// What helps: lines of the program's own text; may be empty.
     const std::string& advice() const noexcept { return advice_; }
 
 private:
@@ -31,7 +27,7 @@ private:
     std::string advice_;
 };
 
-/// A file that a service did not give. What the transfer says about it is English.
+/// A file that could not be fetched from a service. The transfer's reason is in English.
 class TransferError : public DataError
 {
 public:
@@ -44,9 +40,5 @@ public:
 private:
     std::string url_;
 };
-
-/// Does the work of a command on filters or manufacturers and returns its exit code. Tells what a DataError
-/// or a CatalogError says, and returns DataFailed then. Other exceptions pass through.
-ExitCode runOnData(Output& output, const std::function<ExitCode()>& work);
 
 }  // namespace VelkHost

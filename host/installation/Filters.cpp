@@ -1,16 +1,15 @@
 #include "host/installation/Filters.h"
 
-#include "host/catalog/CatalogError.h"
-#include "host/catalog/CatalogFolder.h"
-#include "host/catalog/SourceFile.h"
 #include "host/installation/DataError.h"
 #include "host/support/DisplayText.h"
-#include "host/support/InstallHost.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
+#include "host/support/WholeFile.h"
 
-#include <VelkCommon/Files/FileReaper.h>
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/PathUtils.h>
-#include <VelkLibrary/JsonReader.h>
+#include <VelkLibrary/Filter/FilterFile.h>
+#include <VelkLibrary/Filter/FreeFilterIds.h>
 #include <VelkLibrary/LibraryFilterManager.h>
 
 #include <algorithm>
@@ -19,36 +18,73 @@
 namespace VelkHost {
 namespace {
 
-constexpr std::size_t filterFileBytes = std::size_t{128} << 20;  // what the library reads
+using Library::DataFileFault;
 
-/// The manager as it was made from its file.
-struct OpenedFilters
-{
-    LibraryFilterManager& manager;
-    bool whole;  ///< otherwise filters behind the damage are not in memory, and saving would lose them
-};
+constexpr std::size_t filterFileBytes = std::size_t{128} << 20;  // the longest file that the module reads
 
-const OpenedFilters& openedFilters()
+/// The manager treats a file that it cannot read as one with fewer filters, and would write over it: so the file
+/// is read as a value first.
+FilterFile readFilterFile(const fileString& path, const Reason& ifDamaged)
 {
-    static const OpenedFilters opened = [] {
-        const std::size_t before = reportedFailures();
-        LibraryFilterManager& manager = LibraryFilterManager::getLibraryFilterManager();
-        return OpenedFilters{manager, reportedFailures() == before};
-    }();
-    return opened;
+    requireFile(path, filterFileBytes);
+    FilterFile file;
+    const DataFileFault fault = file.read(path).fault;
+    if (fault == DataFileFault::Unreadable)
+        throw FileError(path, "cannot be read");
+    if (fault == DataFileFault::NotAnObject)
+        throw FileError(path, "is not a filter file; repair it, or move it away");
+    if (fault == DataFileFault::WrongMember)
+        throw FileError(path, ifDamaged);
+    return file;
 }
 
-fileString filterFile()
+fileString installedFile()
 {
-    return PathUtils::getObject().getCoreLibraryDatabasePath() + openedFilters().manager.getFilterFilename();
+    return PathUtils::getObject().getCoreLibraryDatabasePath() +
+           LibraryFilterManager::getLibraryFilterManager().getFilterFilename();
 }
 
-/// The library takes what is no filter file for one without filters, and would write over it.
-void requireFilterFile(const fileString& path)
+FilterFile readInstalled()
 {
-    using Object = json::grammar<char>::object_type;
-    if (boost::any_cast<Object>(json::read(readSourceFile(path, filterFileBytes)).get()) == nullptr)
-        throw CatalogError(path, "is no filter file; mend it, or move it away");
+    const fileString path = installedFile();
+    return path.pathExists() ? readFilterFile(path, "is damaged; repair it, or move it away") : FilterFile();
+}
+
+LibraryFilterManager& adopt(const FilterFile& file)
+{
+    LibraryFilterManager& manager = LibraryFilterManager::getLibraryFilterManager();
+    manager.setLibraryFilters(file.filters);
+    manager.setCurrentFilterId(file.currentId);
+    return manager;
+}
+
+/// Reading a file turns the order of its filters round; they are written in reverse, so the order lasts from one
+/// change to the next.
+FilterFile asWritten(FilterFile file)
+{
+    std::reverse(file.filters.begin(), file.filters.end());
+    return file;
+}
+
+/// The last filter takes the file with it: without filters there is no file.
+void removeInstalled()
+{
+    const fileString path = installedFile();
+    if (path.pathExists() && !FileUtils::removePath(path, FileUtils::overrideReadOnly))
+        throw FileError(path, "cannot be removed; left there, it would bring the filters back");
+}
+
+/// Writes the installation's filters, and only then gives them to the manager.
+void save(const FilterFile& file)
+{
+    if (file.filters.empty()) {
+        removeInstalled();
+    } else {
+        makeFolder(PathUtils::getObject().getCoreLibraryDatabasePath());
+        if (!asWritten(file).write(installedFile()))
+            throw FileError(installedFile(), "the filters could not be saved");
+    }
+    adopt(file);
 }
 
 std::vector<LibraryFilter>::iterator findNamed(std::vector<LibraryFilter>& filters, const std::string& name)
@@ -77,107 +113,26 @@ std::vector<LibraryFilter>::iterator requireNamed(std::vector<LibraryFilter>& fi
     throw DataError("the filter \"" + name + "\" does not have the library \"" + id + "\"");
 }
 
-long freeId(const std::vector<LibraryFilter>& filters)
-{
-    std::set<long> taken;
-    for (const LibraryFilter& filter : filters)
-        taken.insert(filter.getFilterId());
-    long id = 1;
-    while (taken.contains(id))
-        ++id;
-    return id;
-}
-
-void save(LibraryFilterManager& manager)
-{
-    const fileString path = filterFile();
-    // The library never writes an empty list. Without a file there are no filters either.
-    if (manager.getLibraryFilters().empty()) {
-        if (path.pathExists() && !FileUtils::removePath(path, FileUtils::overrideReadOnly))
-            throw CatalogError(path, "cannot be removed, and would bring the filters back");
-        return;
-    }
-    makeFolder(PathUtils::getObject().getCoreLibraryDatabasePath());
-    const std::size_t before = reportedFailures();
-    manager.saveFilters();
-    if (reportedFailures() != before)
-        throw CatalogError(path, "the filters could not be saved");
-}
-
-void save(LibraryFilterManager& manager, const std::vector<LibraryFilter>& filters)
-{
-    manager.setLibraryFilters(filters);
-    save(manager);
-}
-
-/// The manager's filters and its current one, put back unless all went well.
-class KeptFilters
-{
-public:
-    explicit KeptFilters(LibraryFilterManager& manager)
-        : manager_(manager), filters_(manager.getLibraryFilters()), current_(manager.getCurrentFilterId())
-    {}
-    ~KeptFilters()
-    {
-        if (keep_)
-            return;
-        manager_.setLibraryFilters(filters_);
-        manager_.setCurrentFilterId(current_);
-    }
-    KeptFilters(const KeptFilters&) = delete;
-    KeptFilters& operator=(const KeptFilters&) = delete;
-
-    std::size_t count() const { return filters_.size(); }
-    void letGo() { keep_ = true; }
-
-private:
-    LibraryFilterManager& manager_;
-    std::vector<LibraryFilter> filters_;
-    long current_;
-    bool keep_ = false;
-};
-
-/// Makes the filters of another file the manager's.
-void readInto(LibraryFilterManager& manager, const fileString& path)
-{
-    // The library reads a file by merging into it, and writes it: so a copy.
-    fileString copy;
-    copy.generateAsTempName(path.extension());
-    const FileReaper reaper(copy);
-    if (!FileUtils::copyFile(path, copy, true))
-        throw CatalogError(path, "cannot be read");
-    const std::size_t before = reportedFailures();
-    manager.setLibraryFilters({});
-    if (!manager.mergeFilters(copy) || reportedFailures() != before)
-        throw CatalogError(path, "is damaged; nothing was merged");
-}
-
 }  // namespace
 
 LibraryFilterManager& installedFilters()
 {
-    const fileString path = filterFile();
-    if (path.pathExists())
-        requireFilterFile(path);
-    if (!openedFilters().whole)
-        throw CatalogError(path, "is damaged; mend it, or move it away");
-    return openedFilters().manager;
+    return adopt(readInstalled());
 }
 
 LibraryFilter filterNamed(const std::string& name)
 {
-    std::vector<LibraryFilter> filters = installedFilters().getLibraryFilters();
-    return *requireNamed(filters, name);
+    FilterFile file = readInstalled();
+    return *requireNamed(file.filters, name);
 }
 
 FilterChange addToFilter(const std::string& name, const std::vector<std::string>& ids)
 {
-    LibraryFilterManager& manager = installedFilters();
-    std::vector<LibraryFilter> filters = manager.getLibraryFilters();
-    auto filter = findNamed(filters, name);
-    const bool made = filter == filters.end();
+    FilterFile file = readInstalled();
+    auto filter = findNamed(file.filters, name);
+    const bool made = filter == file.filters.end();
     if (made)
-        filter = filters.insert(filters.end(), LibraryFilter(name, freeId(filters), {}));
+        filter = file.filters.insert(filter, LibraryFilter(name, FreeFilterIds(file.filters, 1).take(), {}));
     std::vector<std::string> all = filter->getDatabaseIds();
     const std::size_t before = all.size();
     for (const std::string& id : ids)
@@ -186,71 +141,59 @@ FilterChange addToFilter(const std::string& name, const std::vector<std::string>
     const FilterChange change{made, all.size() - before, all.size()};
     filter->setDatabaseIds(std::move(all));
     if (made || change.added > 0)
-        save(manager, filters);
+        save(file);
     return change;
 }
 
 void removeFromFilter(const std::string& name, const std::vector<std::string>& ids)
 {
-    LibraryFilterManager& manager = installedFilters();
-    std::vector<LibraryFilter> filters = manager.getLibraryFilters();
-    const auto filter = requireNamed(filters, name);
+    FilterFile file = readInstalled();
+    const auto filter = requireNamed(file.filters, name);
     for (const std::string& id : ids) {
-        const std::size_t before = filter->getDatabaseIds().size();
-        // A list may hold an id several times; each call takes one away.
-        for (std::size_t i = 0; i < before; ++i)
-            filter->removeDatabaseId(id);
-        if (filter->getDatabaseIds().size() == before)
+        std::vector<std::string> left = filter->getDatabaseIds();
+        if (std::erase(left, id) == 0)
             refuseUnlisted(name, id);
+        filter->setDatabaseIds(std::move(left));
     }
-    save(manager, filters);
+    save(file);
 }
 
 bool removeFilter(const std::string& name)
 {
-    LibraryFilterManager& manager = installedFilters();
-    std::vector<LibraryFilter> filters = manager.getLibraryFilters();
-    const auto filter = requireNamed(filters, name);
-    const bool current = filter->getFilterId() == manager.getCurrentFilterId();
-    filters.erase(filter);
+    FilterFile file = readInstalled();
+    const auto filter = requireNamed(file.filters, name);
+    const bool current = filter->getFilterId() == file.currentId;
+    file.filters.erase(filter);
     if (current)
-        manager.setCurrentFilterId(noFilterId);
-    save(manager, filters);
+        file.currentId = noFilterId;
+    save(file);
     return current;
 }
 
 void setCurrentFilter(long id)
 {
-    setFilters(std::vector<LibraryFilter>(installedFilters().getLibraryFilters()), id);
+    FilterFile file = readInstalled();
+    file.currentId = id;
+    save(file);
 }
 
 void setFilters(const std::vector<LibraryFilter>& filters, long currentId)
 {
-    LibraryFilterManager& manager = installedFilters();
-    KeptFilters own(manager);
-    manager.setCurrentFilterId(currentId);
-    save(manager, filters);
-    own.letGo();
+    readInstalled();  // what cannot be read is not written over
+    save({currentId, filters});
 }
 
 FilterMerge mergeFilterFile(const fileString& path)
 {
-    requireFilterFile(path);
-    LibraryFilterManager& manager = installedFilters();
-    KeptFilters own(manager);
-    readInto(manager, path);
-    const std::size_t offered = manager.getLibraryFilters().size();
-    if (offered == 0)
-        return {};
-    makeFolder(PathUtils::getObject().getCoreLibraryDatabasePath());
-    if (!manager.mergeFilters(filterFile()))
-        throw CatalogError(filterFile(), "the filters could not be saved");
-    own.letGo();
+    const FilterFile offered = readFilterFile(path, "is damaged; nothing was merged");
+    FilterFile file = readInstalled();
     FilterMerge merge;
-    const std::vector<LibraryFilter>& all = manager.getLibraryFilters();
-    for (std::size_t i = own.count(); i < all.size(); ++i)
-        merge.came.push_back(all[i].getFilterName());
-    merge.present = offered - merge.came.size();
+    const std::size_t added = file.merge(offered.filters);
+    for (std::size_t i = file.filters.size() - added; i < file.filters.size(); ++i)
+        merge.came.push_back(file.filters[i].getFilterName());
+    merge.present = offered.filters.size() - added;
+    if (added > 0)
+        save(file);
     return merge;
 }
 

@@ -10,34 +10,35 @@
 class LibraryFilterManager;
 
 /// @file
-/// The installation's library filters and their file. All changes are saved before a function returns. A
-/// process works on the filters of one installation, from one thread at a time. Everything throws CatalogError when the
-/// filter file is damaged or cannot be written, and DataError for a filter that there is not.
+/// The installation's library filters and their file. Each function reads the file as it is now and has saved its
+/// change when it returns; when it throws, neither the file nor the module's manager has changed. One thread at a
+/// time. Everything throws FileError when the filter file is damaged or cannot be written, and DataError for a
+/// filter that is not there.
 
 namespace VelkHost {
 
-/// No filter's id.
+/// An id that no filter has.
 constexpr long noFilterId = -1;
 
-/// The manager, with the installation's filters.
+/// The module's manager, with the current content of the installation's filter file.
 LibraryFilterManager& installedFilters();
 
-/// The filter of that name, the first of several.
+/// The filter of that name; the first one if there are several.
 LibraryFilter filterNamed(const std::string& name);
 
 /// What became of a filter.
 struct FilterChange
 {
-    bool made = false;          ///< there was none of this name
+    bool made = false;          ///< there was no filter of this name
     std::size_t added = 0;      ///< libraries that it did not have
-    std::size_t libraries = 0;  ///< that it has now
+    std::size_t libraries = 0;  ///< how many it has now
 };
 /// Adds libraries, by their ids, to the filter of that name, which is made when missing.
 FilterChange addToFilter(const std::string& name, const std::vector<std::string>& ids);
 
 /// Takes libraries out of a filter.
 void removeFromFilter(const std::string& name, const std::vector<std::string>& ids);
-/// Removes a filter; true when it was the current one, and now none is.
+/// Removes a filter; true when it was the current one, so that no filter is in force now.
 bool removeFilter(const std::string& name);
 
 /// Puts a filter in force; noFilterId for none.
@@ -49,11 +50,11 @@ void setFilters(const std::vector<LibraryFilter>& filters, long currentId);
 /// What merging another filter file brought.
 struct FilterMerge
 {
-    std::vector<std::string> came;  ///< the names that the filters have here
+    std::vector<std::string> came;  ///< the names that the added filters have here
     std::size_t present = 0;        ///< filters that were here already
 };
-/// Adds the filters of the file at `path`, which stays as it is. Those that are here already (same name, same
-/// libraries) are not added again; one whose name is taken gets a number.
+/// Adds the filters of the file at `path`, which is not changed. Filters that are here already (same name, same
+/// libraries) are not added again; a filter whose name is taken gets a number.
 FilterMerge mergeFilterFile(const fileString& path);
 
 }  // namespace VelkHost

@@ -6,8 +6,8 @@
 
 namespace VelkHost {
 
-/// The hits of a search in `libraries`, best first; equal ones by lower-case name, then by library, then as they
-/// stood.
+/// The hits of a search in `libraries`, best first; equal ones by lower-case name, then by library, then in the
+/// order given.
 std::vector<Hit> inOrder(const LibrarySet& libraries, const std::vector<Hit>& hits);
 
 }  // namespace VelkHost

@@ -1,12 +1,13 @@
 #include "host/installation/LibrarySearch.h"
 
-#include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFile.h"
-#include "host/catalog/CatalogFolder.h"
 #include "host/installation/HitOrder.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
 
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Text/StringConvert.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 #include <VelkLibrary/LibraryResultCategorizer.h>
 
 #include <algorithm>
@@ -33,9 +34,9 @@ std::vector<fileString> libraryFiles(const fileString& path)
 {
     if (!isFolder(path))
         return {path};
-    std::vector<fileString> files = filesInFolder(path, fileString(std::string(".calib")));
+    std::vector<fileString> files = filesInFolder(path, Library::extensions::database);
     if (files.empty())
-        throw CatalogError(path, "holds no .calib file; make one with \"velk catalog build\"");
+        throw FileError(path, "holds no .calib file; make one with \"velk catalog build\"");
     return files;
 }
 
@@ -43,7 +44,7 @@ void loadLibrary(LibrarySet& libraries, const fileString& path)
 {
     try {
         libraries.loaded.push_back({path, std::make_shared<const Catalog>(readCatalog(path, CatalogContent::Names))});
-    } catch (const CatalogError& error) {
+    } catch (const FileError& error) {
         libraries.broken.push_back({error.path(), error.reason()});
     }
 }
@@ -99,7 +100,7 @@ private:
         }
     }
 
-    /// Asked for each entry, looked up for some.
+    /// Called for each entry, but looks only at every so many, since looking takes time.
     bool mustStop(std::size_t entry) const { return entry % 1024 == 0 && stop_.stop_requested(); }
 
     void keep(const Hit& hit)
@@ -136,7 +137,7 @@ LibrarySet loadLibraries(const std::vector<fileString>& paths)
             for (const fileString& file : libraryFiles(path))
                 if (seen.insert(file).second)
                     loadLibrary(libraries, file);
-        } catch (const CatalogError& error) {
+        } catch (const FileError& error) {
             libraries.broken.push_back({error.path(), error.reason()});
         }
     }
@@ -152,11 +153,10 @@ LibrarySet loadInstalledLibraries()
 std::vector<fileString> installedLibraryFiles()
 {
     std::vector<fileString> files;
-    const fileString extension(std::string(".calib"));
     for (const fileString& folder : installedLibraryFolders()) {
         if (!isFolder(folder))
             continue;
-        const std::vector<fileString> found = filesInFolder(folder, extension);
+        const std::vector<fileString> found = filesInFolder(folder, Library::extensions::database);
         files.insert(files.end(), found.begin(), found.end());
     }
     return files;

@@ -37,17 +37,17 @@ struct LibrarySet
     double milliseconds = 0;  ///< that reading took
 };
 
-/// Reads the libraries at `paths`: each a ".calib" file, or a folder whose ".calib" files are meant, sorted
-/// by name. A path that names nothing readable counts as broken; a file that is named twice is read once.
+/// Reads the libraries at `paths`: each a catalog file, or a folder, which stands for its ".calib" files,
+/// sorted by name. A path that names nothing readable counts as broken; a file that is named twice is read once.
 LibrarySet loadLibraries(const std::vector<fileString>& paths);
 
 /// Reads the libraries of the user's core, bonus, manufacturer and user folders, as far as they exist.
 LibrarySet loadInstalledLibraries();
 
-/// Their files, folder by folder.
+/// The catalog files of those libraries, folder by folder.
 std::vector<fileString> installedLibraryFiles();
 
-/// Leaves those of the loaded libraries whose ids stand in `ids`.
+/// Keeps only the loaded libraries whose ids are in `ids`.
 void keepLibraries(LibrarySet& libraries, const std::vector<std::string>& ids);
 
 /// The installed libraries' folders.
@@ -61,10 +61,10 @@ struct SearchRequest
     bool folders = true;      ///< rate folders
     bool items = true;        ///< rate items
     std::set<libType> types;  ///< kinds of library; empty for all
-    std::string filter;       ///< the name of the filter that the libraries were limited by; empty without one
+    std::string filter;       ///< the name of the filter that limits the libraries; empty without one
 };
 
-/// The search as the library takes it.
+/// The search as the module takes it.
 Library::Search::Info searchInfo(const SearchRequest& request);
 
 struct Hit
@@ -84,8 +84,8 @@ struct SearchResult
     double milliseconds = 0;  ///< that rating took, without reading and sorting
 };
 
-/// Rates what `request` asks for against `info`, made by searchInfo() from it. Any thread; when `stop` is asked
-/// to, it ends soon with a part of the hits.
+/// Rates the entries that `request` covers against `info`, which searchInfo() made from it. Any thread; once a stop
+/// is requested, it ends soon with part of the hits.
 SearchResult runSearch(const LibrarySet& libraries, const SearchRequest& request, const Library::Search::Info& info,
                        const std::stop_token& stop = {});
 

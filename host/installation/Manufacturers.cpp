@@ -1,18 +1,17 @@
 #include "host/installation/Manufacturers.h"
 
-#include "host/catalog/CatalogError.h"
 #include "host/installation/DataError.h"
-#include "host/service/ManufacturerData.h"
-#include "host/support/InstallHost.h"
+#include "host/installation/DataFileReason.h"
+#include "host/support/FileError.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Text/StringConvert.h>
-#include <VelkCommon/Text/TimeText.h>
+#include <VelkLibrary/Manufacturer/LogoName.h>
 #include <VelkLibrary/Manufacturer/ManufacturerManager.h>
-#include <VelkLibrary/Manufacturer/detail/ManufacturerDataFile.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace VelkHost {
 namespace {
@@ -22,15 +21,9 @@ std::string utf8(const std::u32string& text)
     return StringConvert::toStdUtf8String(text);
 }
 
-/// Why the data file is none, as its publisher would be told.
-Reason whyUnreadable(const fileString& path)
+bool never(const Manufacturer& /*card*/)
 {
-    try {
-        readManufacturerLogos(path);
-        return "cannot be read";
-    } catch (const CatalogError& error) {
-        return error.why();
-    }
+    return false;
 }
 
 Manufacturer edited(const Manufacturer& card, const CardEdit& edit)
@@ -50,15 +43,9 @@ Manufacturer edited(const Manufacturer& card, const CardEdit& edit)
 void requireLogoName(const Manufacturer& card)
 {
     const fileString logo = card.getManufacturerLogoName();
-    if (!logo.empty() && !Library::detail::isSafeLogoName(logo))
-        throw DataError({"\"%1\" is no plain file name for a logo", {logo.utf8()}},
-                        "The logo itself belongs into " + PathUtils::getObject().getManufacturerDataPath().utf8());
-}
-
-void save(ManufacturerManager& manager, HeldCards held)
-{
-    manager.saveModifiedManufacturers(held.cards, held.defaultText);
-    requireWritten(held);
+    if (!logo.empty() && !Library::isSafeLogoName(logo))
+        throw DataError({"\"%1\" is not a plain file name for a logo", {logo.utf8()}},
+                        "The logo itself belongs in " + PathUtils::getObject().getManufacturerDataPath().utf8());
 }
 
 /// What is wrong with one card.
@@ -90,8 +77,8 @@ private:
         const fileString logo = card.getManufacturerLogoName();
         if (logo.empty() || card.isDeleted())
             return;
-        if (!Library::detail::isSafeLogoName(logo))
-            add("names the logo \"" + logo.utf8() + "\", which is no plain file name");
+        if (!Library::isSafeLogoName(logo))
+            add("names the logo \"" + logo.utf8() + "\", which is not a plain file name");
         else if (!hasLogoFile(card))
             add("names the logo \"" + logo.utf8() + "\", which is not there");
     }
@@ -105,27 +92,25 @@ private:
 }  // namespace
 
 const std::array<CardField, 5> cardFields{
-    {{"name", "Name",
-      [](const Manufacturer& card, bool) -> const std::u32string& { return card.getManufacturerName(); }},
-     {"url", "Web address",
-      [](const Manufacturer& card, bool) -> const std::u32string& { return card.getManufacturerUrl(); }},
+    {{"name", "Name", [](const Manufacturer& card) -> const std::u32string& { return card.getManufacturerName(); },
+      never},
+     {"url", "Web address", [](const Manufacturer& card) -> const std::u32string& { return card.getManufacturerUrl(); },
+      never},
      {"phone", "Phone",
-      [](const Manufacturer& card, bool resolve) -> const std::u32string& {
-          return card.getManufacturerPhoneNumber(resolve);
-      }},
+      [](const Manufacturer& card) -> const std::u32string& { return card.getManufacturerPhoneNumber(false); },
+      [](const Manufacturer& card) { return card.isPhoneDefaulted(); }},
      {"fax", "Fax",
-      [](const Manufacturer& card, bool resolve) -> const std::u32string& {
-          return card.getManufacturerFaxNumber(resolve);
-      }},
-     {"email", "E-mail", [](const Manufacturer& card, bool resolve) -> const std::u32string& {
-          return card.getManufacturerEmail(resolve);
-      }}}};
+      [](const Manufacturer& card) -> const std::u32string& { return card.getManufacturerFaxNumber(false); },
+      [](const Manufacturer& card) { return card.isFaxDefaulted(); }},
+     {"email", "E-mail",
+      [](const Manufacturer& card) -> const std::u32string& { return card.getManufacturerEmail(false); },
+      [](const Manufacturer& card) { return card.isEmailDefaulted(); }}}};
 
 std::vector<std::string> changedFields(const Manufacturer& before, const Manufacturer& after)
 {
     std::vector<std::string> changed;
     for (const CardField& field : cardFields)
-        if (field.text(before, false) != field.text(after, false))
+        if (field.stored(before) != field.stored(after))
             changed.emplace_back(field.name);
     if (before.getManufacturerLogoName() != after.getManufacturerLogoName())
         changed.emplace_back("logo");
@@ -136,26 +121,8 @@ std::vector<std::string> changedFields(const Manufacturer& before, const Manufac
 
 bool hasLogoFile(const Manufacturer& card)
 {
-    return Library::detail::isSafeLogoName(card.getManufacturerLogoName()) &&
+    return Library::isSafeLogoName(card.getManufacturerLogoName()) &&
            FileUtils::fileSize(card.getManufacturerFullLogoName()) > 0;
-}
-
-ManufacturerManager& installedManufacturers()
-{
-    // Another installation may have been meant before.
-    ManufacturerManager::cleanup();
-    ManufacturerManager& manager = ManufacturerManager::getManufacturerManager();
-    // The library takes an unreadable file for one without cards, and would write over it.
-    const fileString path = manufacturerFile();
-    if (manager.getManufacturers().empty() && path.pathExists() &&
-        !manager.changeManufacturerDataPath(PathUtils::getObject().getManufacturerDataPath()))
-        throw CatalogError(path, {"%1; mend it, or move it away", {whyUnreadable(path)}});
-    return manager;
-}
-
-HeldCards heldCards(const ManufacturerManager& manager)
-{
-    return {manager.getManufacturers(), manager.getDefaultText()};
 }
 
 fileString manufacturerFile()
@@ -163,62 +130,68 @@ fileString manufacturerFile()
     return PathUtils::getObject().getManufacturerDataPath() / U"manufacturer_data.json";
 }
 
-// The library tells nobody that a disk was full.
-void requireWritten(const HeldCards& expected)
+// The module's manager treats an unreadable file as one without cards, and would write over it.
+ManufacturerFile installedManufacturers()
 {
-    const ManufacturerManager& manager = installedManufacturers();
-    const ManufacturerCards& written = manager.getManufacturers();
-    const auto same = [](const auto& left, const auto& right) {
-        return left.first == right.first && changedFields(left.second, right.second).empty();
-    };
-    if (manager.getDefaultText() != expected.defaultText ||
-        !std::equal(expected.cards.begin(), expected.cards.end(), written.begin(), written.end(), same))
-        throw CatalogError(manufacturerFile(), "cannot be written; the cards are as they were");
+    ManufacturerFile file;
+    const Library::DataFileResult reading = file.read(manufacturerFile());
+    if (!reading && reading.fault != Library::DataFileFault::Missing)
+        throw FileError(manufacturerFile(), {"%1; repair it, or move it away", {reasonOf(reading)}});
+    return file;
 }
 
-const Manufacturer& cardWithId(long id)
+void saveManufacturers(ManufacturerFile file, const ManufacturerFile& before)
 {
-    const ManufacturerManager& manager = installedManufacturers();
-    if (!manager.manufacturerExists(id))
+    ManufacturerFile::stampChanges(file.cards, before.cards);
+    FileUtils::createDirectoriesWithPerm(PathUtils::getObject().getManufacturerDataPath());
+    if (!file.write(manufacturerFile()))
+        throw FileError(manufacturerFile(), "cannot be written; the cards are as they were");
+    ManufacturerManager::cleanup();  // it reads the file anew when it is next asked for
+}
+
+const Manufacturer& cardWithId(const ManufacturerFile& file, long id)
+{
+    const auto found = file.cards.find(id);
+    if (found == file.cards.end())
         throw DataError({"there is no manufacturer %1", {std::to_string(id)}},
-                        "\"velk manufacturer list\" shows those that there are.");
-    return manager.getManufacturer(id);
+                        "\"velk manufacturer list\" shows all of them.");
+    return found->second;
 }
 
 std::vector<std::string> editCard(long id, const CardEdit& edit)
 {
-    ManufacturerManager& manager = installedManufacturers();
-    if (edit.make && manager.manufacturerExists(id))
-        throw DataError("there is a manufacturer " + std::to_string(id) + " already", "Leave out --new to change it.");
-    if (!edit.make && !manager.manufacturerExists(id))
-        throw DataError({"there is no manufacturer %1", {std::to_string(id)}}, "With --new it is made.");
-    HeldCards held = heldCards(manager);
-    Manufacturer& card = held.cards[id];
-    const Manufacturer before = card;
+    const ManufacturerFile before = installedManufacturers();
+    const bool isThere = before.cards.contains(id);
+    if (edit.make && isThere)
+        throw DataError("there is already a manufacturer " + std::to_string(id), "Leave out --new to change it.");
+    if (!edit.make && !isThere)
+        throw DataError({"there is no manufacturer %1", {std::to_string(id)}}, "Add --new to make it.");
+    ManufacturerFile after = before;
+    Manufacturer& card = after.cards[id];
+    const Manufacturer old = card;
     card = edited(card, edit);
     requireLogoName(card);
-    std::vector<std::string> changed = changedFields(before, card);
+    std::vector<std::string> changed = changedFields(old, card);
     if (edit.make || !changed.empty())
-        save(manager, std::move(held));
+        saveManufacturers(std::move(after), before);
     return changed;
 }
 
 bool editDefaultText(const std::string& text)
 {
-    ManufacturerManager& manager = installedManufacturers();
-    HeldCards held = heldCards(manager);
-    held.defaultText = StringConvert::toUnicodeFromUtf8(text);
-    if (manager.getDefaultText() == held.defaultText)
+    const ManufacturerFile before = installedManufacturers();
+    ManufacturerFile after = before;
+    after.defaultText = StringConvert::toUnicodeFromUtf8(text);
+    if (after.defaultText == before.defaultText)
         return false;
-    save(manager, std::move(held));
+    saveManufacturers(std::move(after), before);
     return true;
 }
 
-std::vector<CardProblem> checkManufacturers()
+std::vector<CardProblem> checkManufacturers(const ManufacturerFile& file)
 {
-    const ManufacturerManager& manager = installedManufacturers();
-    CardCheck check(!manager.getDefaultText().empty());
-    for (const auto& [id, card] : manager.getManufacturers())
+    CardCheck check(!file.defaultText.empty());
+    for (const auto& [id, card] : file.cards)
         check.check(id, card);
     std::vector<CardProblem> problems = check.take();
     if (!manufacturerFile().pathExists())

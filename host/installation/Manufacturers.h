@@ -1,7 +1,7 @@
 #pragma once
 
 #include <VelkCommon/Files/fileString.h>
-#include <VelkLibrary/Manufacturer/Manufacturer.h>
+#include <VelkLibrary/Manufacturer/ManufacturerFile.h>
 
 #include <array>
 #include <map>
@@ -9,51 +9,50 @@
 #include <string>
 #include <vector>
 
-class ManufacturerManager;
-
 /// @file
-/// The installation's manufacturers: their cards, data file and logos. Everything throws CatalogError when the
-/// data file is damaged or cannot be written.
+/// The installation's manufacturers: their cards, data file and logos. Each function reads the file as it is now and
+/// has saved its change when it returns; when it throws, nothing has changed. One thread at a time. Everything throws
+/// FileError when the data file is damaged or cannot be written.
 
 namespace VelkHost {
 
-using ManufacturerCards = std::map<long, Manufacturer>;
+using ManufacturerCards = ManufacturerFile::Cards;
 
 /// A text of a card.
 struct CardField
 {
     const char* name;   ///< of the option that changes it, and in JSON
     const char* title;  ///< for people
-    const std::u32string& (*text)(const Manufacturer& card,
-                                  bool resolveDefault);  ///< resolved where it may be the default text
+    const std::u32string& (*stored)(const Manufacturer& card);
+    bool (*isDefault)(const Manufacturer& card);  ///< whether the default text is shown in its place
+
+    /// The text that people see.
+    const std::u32string& shown(const Manufacturer& card, const std::u32string& defaultText) const
+    {
+        return isDefault(card) ? defaultText : stored(card);
+    }
 };
-/// All of them but the logo's name.
+/// Every text but the logo's name.
 extern const std::array<CardField, 5> cardFields;
 
-/// The names of what differs between two states of a card, its time aside.
+/// The names of the fields that differ between two states of a card, apart from its time.
 std::vector<std::string> changedFields(const Manufacturer& before, const Manufacturer& after);
 
-/// The logo's file is there. A name that is no plain file name has none, wherever it leads.
+/// Whether the logo's file exists. A name that is not a plain file name has no file, wherever it leads.
 bool hasLogoFile(const Manufacturer& card);
 
-/// The manager, with what the installation's data file holds now.
-ManufacturerManager& installedManufacturers();
+/// The current content of the installation's data file; empty when there is no file.
+ManufacturerFile installedManufacturers();
 
-/// A copy of what a manager holds.
-struct HeldCards
-{
-    ManufacturerCards cards;
-    std::u32string defaultText;
-};
-HeldCards heldCards(const ManufacturerManager& manager);
+/// Writes the installation's data file. Cards that differ from those in `before` get the current time as their last
+/// change.
+void saveManufacturers(ManufacturerFile file, const ManufacturerFile& before);
 
-/// The data file.
+/// The path of the data file.
 fileString manufacturerFile();
-/// Makes the manager anew, and throws CatalogError unless the data file holds exactly this.
-void requireWritten(const HeldCards& expected);
 
-/// The card of an id; throws DataError when there is none.
-const Manufacturer& cardWithId(long id);
+/// The card with that id in `file`; throws DataError when there is none.
+const Manufacturer& cardWithId(const ManufacturerFile& file, long id);
 
 /// What is to become of a card.
 struct CardEdit
@@ -64,21 +63,22 @@ struct CardEdit
 
     bool empty() const { return texts.empty() && !deleted && !make; }
 };
-/// Changes a card, or makes one, and saves. Returns the names of what changed; without any, nothing is written.
-/// Throws DataError for a card that is missing, or is there already, and for a logo's name that is none.
+/// Changes a card, or makes one, and saves. Returns the names of the changed fields; if there are none, nothing is
+/// written. Throws DataError when the card to change is missing, when the card to make exists already, and for a
+/// logo's name that is not a plain file name.
 std::vector<std::string> editCard(long id, const CardEdit& edit);
 
-/// Replaces the default text and saves; false when it is this already.
+/// Replaces the default text and saves; false when it is the same already.
 bool editDefaultText(const std::string& text);
 
-/// Something wrong with a card, or with all when there is no id.
+/// A problem of one card, or of the data file as a whole when there is no id.
 struct CardProblem
 {
     std::optional<long> id;
     std::string name;
     std::string reason;  ///< a sentence without its subject
 };
-/// What is wrong with the installation's cards and logos.
-std::vector<CardProblem> checkManufacturers();
+/// What is wrong with the cards of the installation's data file, `file`, and with their logos.
+std::vector<CardProblem> checkManufacturers(const ManufacturerFile& file);
 
 }  // namespace VelkHost

@@ -10,7 +10,7 @@ std::string matchName(SearchPriority priority)
 {
     if (priority == Invalid)
         return "Id";
-    // The library has no text for this one priority.
+    // The module has no text for this one priority.
     return priority == ItemWordBeginsWithSequence ? "ItemWordBeginsWithSequence"
                                                   : SearchPriorityUtils::to_string(priority);
 }
@@ -37,9 +37,9 @@ std::string explainText(const Library::Search::Info& info)
     const std::vector<Library::Search::ORGroup>& groups = info.parseTree.groups;
     if (groups.empty())
         return "Nothing to search for: there is no term that an entry must have.\n";
-    std::string text = groups.size() == 1 ? "An entry is found when it has what this asks for:\n"
-                                          : "An entry is found when it has what one of these " +
-                                                std::to_string(groups.size()) + " alternatives asks for:\n";
+    std::string text = groups.size() == 1 ? "An entry is found when it matches this:\n"
+                                          : "An entry is found when it matches one of these " +
+                                                std::to_string(groups.size()) + " alternatives:\n";
     for (std::size_t i = 0; i < groups.size(); ++i) {
         const std::string ordinal = std::to_string(i + 1);
         text.append("\n").append(ordinal).append(". all of:  ").append(quotedTerms(groups[i].terms)).append("\n");

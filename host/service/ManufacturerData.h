@@ -15,7 +15,7 @@ struct ManufacturerLogo
 };
 
 /// Checks a file of manufacturers' cards as clients will read it, and returns the logos of the cards that
-/// are not deleted. Throws CatalogError for what clients would not take.
+/// are not deleted. Throws FileError for a file that clients would not take.
 std::vector<ManufacturerLogo> readManufacturerLogos(const fileString& path);
 
 }  // namespace VelkHost

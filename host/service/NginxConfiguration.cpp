@@ -1,9 +1,13 @@
 #include "host/service/NginxConfiguration.h"
 
-#include "host/catalog/CatalogFolder.h"
 #include "host/service/PublishedName.h"
 #include "host/service/SiteAnswer.h"
-#include "host/service/WholeFile.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
+#include "host/support/SystemPath.h"
+#include "host/support/WholeFile.h"
+
+#include <VelkCommon/Text/Ascii.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -12,7 +16,7 @@
 namespace VelkHost {
 namespace {
 
-/// A text in quotes. A variable cannot be kept from being replaced in most places, so "$" has one of its own.
+/// A text in quotes. In most places nginx has no escape for "$", so a variable stands for it.
 std::string inQuotes(std::string_view text)
 {
     std::string result = "\"";
@@ -105,7 +109,7 @@ std::string reply(int status, std::string_view text)
     return "return " + std::to_string(status) + " " + inQuotes(text) + ";";
 }
 
-/// One of the three paths behind which files stand.
+/// The location of one of the three paths that serve files.
 std::string fileLocation(std::string_view path, const std::string& withoutFile)
 {
     std::string text = "location = " + std::string(path) + " {\n    root $velk_site;\n    types {\n";
@@ -148,17 +152,14 @@ std::string locations(const std::string& site)
     return text + "location / {\n" + plain + "    " + reply(404, messages::unknownPath) + "\n}\n";
 }
 
-/// nginx opens files from wherever it was started.
+/// A relative path would depend on the folder that nginx is started in.
 std::string absolute(const fileString& site)
 {
     std::error_code error;
-    const std::filesystem::path path =
-        std::filesystem::absolute(std::u8string(site.utf8().begin(), site.utf8().end()), error);
-    const std::u8string text = path.lexically_normal().generic_u8string();
-    std::string result(text.begin(), text.end());
-    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
-    if (error || std::any_of(result.begin(), result.end(), isControl))
-        throw CatalogError(site, "has a path that cannot stand in a configuration");
+    const std::filesystem::path path = std::filesystem::absolute(systemPath(site), error);
+    std::string result = fromSystemPath(path.lexically_normal()).utf8();
+    if (error || std::any_of(result.begin(), result.end(), Velk::Ascii::isControl<char>))
+        throw FileError(site, "has a path that cannot stand in a configuration");
     return result;
 }
 
@@ -168,7 +169,7 @@ NginxConfiguration nginxConfiguration(const fileString& site)
 {
     const std::string name = currentTable(site);
     if (name.empty())
-        throw CatalogError(site, "is no published site");
+        throw FileError(site, "is not a published site");
     return {maps(readTable(site, name)), locations(absolute(site))};
 }
 

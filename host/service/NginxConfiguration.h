@@ -16,11 +16,11 @@ struct NginxConfiguration
 };
 
 /// The configuration for the edition in force in `site`, whose path nginx will read files at. Throws
-/// CatalogError for a site without one, and for a path that cannot stand in a configuration.
+/// FileError for a site without one, and for a path that cannot stand in a configuration.
 NginxConfiguration nginxConfiguration(const fileString& site);
 
 /// Writes "velk-maps.conf" and "velk-locations.conf" into the folder, which is made when missing, each in one
-/// step. Throws CatalogError.
+/// step. Throws FileError.
 void writeNginxConfiguration(const fileString& site, const fileString& folder);
 
 }  // namespace VelkHost

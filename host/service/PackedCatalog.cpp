@@ -1,13 +1,13 @@
 #include "host/service/PackedCatalog.h"
 
 #include "host/catalog/CatalogFile.h"
-#include "host/catalog/SourceFile.h"
+#include "host/support/FileError.h"
+#include "host/support/WholeFile.h"
 
 #include <VelkCommon/Files/FileReaper.h>
 #include <VelkCommon/Files/ReplacementFile.h>
 #include <VelkCommon/Files/SHA1.h>
-
-#include <QCryptographicHash>
+#include <VelkLibrary/Data/FileExtensions.h>
 
 #include <zip.h>
 
@@ -66,7 +66,7 @@ public:
         }
     }
 
-    [[noreturn]] void fail(const std::string& reason) const { throw CatalogError(path_, reason); }
+    [[noreturn]] void fail(const std::string& reason) const { throw FileError(path_, reason); }
 
 private:
     struct Closer
@@ -109,7 +109,7 @@ private:
 
 bool isCatalog(const Entry& entry)
 {
-    return fileString(entry.name).extension() == fileString(std::string(".calib"));
+    return fileString(entry.name).hasExtension(Library::extensions::database);
 }
 
 const Entry& theCatalog(const Archive& archive)
@@ -123,11 +123,11 @@ const Entry& theCatalog(const Archive& archive)
     return *std::find_if(entries.begin(), entries.end(), isCatalog);
 }
 
-/// Unpacks the catalog aside, sees that it can be read, and returns its SHA-1.
+/// Unpacks the catalog to a temporary file, makes sure that it can be read, and returns its SHA-1.
 std::string catalogHash(Archive& archive, const Entry& entry)
 {
     fileString path;
-    path.generateAsTempName(fileString(std::string(".calib")));
+    path.generateAsTempName(fileString(Library::extensions::database));
     const FileReaper reaper(path);
     ReplacementFile file(path);
     bool written = file.isOpen();
@@ -136,7 +136,7 @@ std::string catalogHash(Archive& archive, const Entry& entry)
         archive.fail("cannot be unpacked to " + path.parentPath().humanReadableString() + "; is the disk full?");
     try {
         static_cast<void>(readCatalog(path, CatalogContent::Names));
-    } catch (const CatalogError& error) {
+    } catch (const FileError& error) {
         archive.fail("its entry \"" + entry.name + "\" " + error.reason());
     }
     return SHA1::fileContentsToSHA1Hex(path);
@@ -149,10 +149,10 @@ std::string digestOf(const std::vector<Entry>& entries)
         if (!isCatalog(entry))
             lines.push_back(std::to_string(entry.size) + " " + std::to_string(entry.checksum) + " " + entry.name);
     std::sort(lines.begin(), lines.end());
-    QCryptographicHash hash(QCryptographicHash::Sha1);
+    std::string bytes;
     for (const std::string& line : lines)
-        hash.addData(line.c_str(), static_cast<int>(line.size() + 1));
-    return hash.result().toHex().toStdString();
+        bytes.append(line).push_back('\0');
+    return SHA1::bytesToSHA1Hex(bytes);
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "host/catalog/CatalogError.h"
-
 #include <VelkCommon/Files/fileString.h>
 
 #include <string>
@@ -15,11 +13,11 @@ struct PackedCatalog
     std::string companions;   ///< a digest of the names and contents of all other entries
 };
 
-/// Reads every entry to its end and the catalog as a browser would. Throws CatalogError for an archive that
-/// is damaged, or does not hold exactly one ".calib" that can be read.
+/// Reads every entry to its end, and the catalog file as a browser would. Throws FileError for an archive that
+/// is damaged, or that does not hold exactly one readable catalog file.
 PackedCatalog inspectPackedCatalog(const fileString& path);
 
-/// Reads every entry of a zip archive to its end. Throws CatalogError for a damaged one.
+/// Reads every entry of a zip archive to its end. Throws FileError for a damaged one.
 void checkArchive(const fileString& path);
 
 }  // namespace VelkHost

@@ -9,7 +9,7 @@
 
 namespace VelkHost {
 
-/// Why something of a publisher's folder cannot be published: a sentence without its subject, the path.
+/// Why something in a publisher's folder cannot be published: a sentence without its subject, the path.
 struct PublishProblem
 {
     fileString path;

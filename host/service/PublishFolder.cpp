@@ -1,15 +1,18 @@
 #include "host/service/PublishFolder.h"
 
 #include "host/catalog/CatalogFile.h"
-#include "host/catalog/CatalogFolder.h"
-#include "host/catalog/SourceFile.h"
 #include "host/service/ManufacturerData.h"
 #include "host/service/PackedCatalog.h"
 #include "host/service/PublishedName.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
+#include "host/support/WholeFile.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/SHA1.h>
+#include <VelkCommon/Text/Ascii.h>
 #include <VelkCommon/Text/StringConvert.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 
 #include <algorithm>
 #include <functional>
@@ -30,22 +33,22 @@ struct Room
     const char32_t* folder;
     const char* extension;
     bool packed;         ///< asked for by the stem with ".calibz"
-    const char* advice;  ///< for what has another extension
+    const char* advice;  ///< for a file with another extension
 };
 
 constexpr Room rooms[] = {
-    {U"core", ".calib", false, "here stand catalogs (.calib)"},
-    {U"referenced", ".zip", false, "here stand archives of referenced files (.zip)"},
-    {U"bonus", ".calibz", true, "here stand packed libraries (.calibz); see \"velk catalog pack\""},
-    {U"manufacturer", ".calibz", true, "here stand packed libraries (.calibz); see \"velk catalog pack\""},
+    {U"core", Library::extensions::database, false, "this folder is for catalog files (.calib)"},
+    {U"referenced", Library::extensions::referencedFiles, false,
+     "this folder is for archives of referenced files (.zip)"},
+    {U"bonus", Library::extensions::packed, true,
+     "this folder is for packed libraries (.calibz); see \"velk catalog pack\""},
+    {U"manufacturer", Library::extensions::packed, true,
+     "this folder is for packed libraries (.calibz); see \"velk catalog pack\""},
 };
 
 bool isText(const std::string& text)
 {
-    bool ok = true;
-    StringConvert::toUnicodeFromUtf8(text, &ok);
-    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
-    return ok && std::none_of(text.begin(), text.end(), isControl);
+    return StringConvert::isUtf8(text) && std::none_of(text.begin(), text.end(), Velk::Ascii::isControl<char>);
 }
 
 class FolderReader
@@ -56,7 +59,7 @@ public:
     PublishContent read()
     {
         if (!isFolder(folder_))
-            throw PublishError({{folder_, "is no folder"}});
+            throw PublishError({{folder_, "is not a folder"}});
         checkTop();
         for (const Room& room : rooms)
             readRoom(room);
@@ -74,12 +77,12 @@ public:
 private:
     void refuse(const fileString& path, const std::string& reason) { problems_.push_back({path, reason}); }
 
-    /// Runs `work`, which may throw what is wrong with a file.
+    /// Runs `work`, and keeps what it throws as a problem of the file.
     void attempt(const fileString& path, const std::function<void()>& work)
     {
         try {
             work();
-        } catch (const CatalogError& error) {
+        } catch (const FileError& error) {
             refuse(path, error.reason());
         }
     }
@@ -94,11 +97,11 @@ private:
         return entries;
     }
 
-    /// A missing one is fine.
+    /// A missing folder is fine.
     void requireFolder(const fileString& folder)
     {
         if (folder.pathExists() && !isFolder(folder))
-            refuse(folder, "is no folder");
+            refuse(folder, "is not a folder");
     }
 
     void checkTop()
@@ -118,7 +121,7 @@ private:
             const fileString path = folder / entry.name;
             if (entry.isFolder)
                 refuse(path, "is a folder; libraries stand side by side");
-            else if (entry.name.extension() != fileString(std::string(room.extension)))
+            else if (!entry.name.hasExtension(room.extension))
                 refuse(path, "has another extension; " + std::string(room.advice));
             else if (const std::string reason = whyNoLibraryName(entry.name); !reason.empty())
                 refuse(path, reason);
@@ -131,9 +134,10 @@ private:
     /// wherever a library comes from; and a disk may ignore letter case.
     bool claim(const Room& room, const fileString& name, const fileString& path)
     {
-        std::vector<std::string> installed = {room.packed ? name.stem().utf8() + ".calib" : name.utf8()};
+        std::vector<std::string> installed = {room.packed ? name.stem().utf8() + Library::extensions::database
+                                                          : name.utf8()};
         if (room.packed)
-            installed.push_back(name.stem().utf8() + ".zip");
+            installed.push_back(name.stem().utf8() + Library::extensions::referencedFiles);
         for (const std::string& file : installed) {
             const auto [other, fresh] = claimed_.emplace(caseless(file), path);
             if (!fresh) {
@@ -153,7 +157,7 @@ private:
         source.path = path;
         source.contentHash = SHA1::fileContentsToSHA1Hex(path);
         if (source.contentHash.empty())
-            throw CatalogError(path, "cannot be read");
+            throw FileError(path, "cannot be read");
         source.tag = source.contentHash;
         source.size = static_cast<std::uint64_t>(std::max(FileUtils::fileSize(path), 0LL));
         return source;
@@ -166,7 +170,7 @@ private:
             PackedCatalog packed = inspectPackedCatalog(path);
             source.tag = std::move(packed.catalogHash);
             source.companions = std::move(packed.companions);
-        } else if (room.extension == std::string_view(".zip")) {
+        } else if (room.extension == std::string_view(Library::extensions::referencedFiles)) {
             checkArchive(path);
         } else {
             static_cast<void>(readCatalog(path, CatalogContent::Names));
@@ -214,7 +218,7 @@ private:
         else if (!logos_.contains(caseless(logo.name)))
             refuse(path, subject + ", which is not in logos");
         else if (!content_.logos.contains(logo.name))
-            refuse(path, subject + " in other letters than logos");
+            refuse(path, subject + ", but its letter case differs in logos");
     }
 
     void readWithdrawn()
@@ -223,7 +227,7 @@ private:
         if (!path.pathExists())
             return;
         attempt(path, [&] {
-            const std::string text = readSourceFile(path, withdrawnBytes);
+            const std::string text = readWhole(path, withdrawnBytes);
             std::size_t number = 0;
             for (std::size_t start = 0; start < text.size();) {
                 const std::size_t end = std::min(text.find('\n', start), text.size());
@@ -251,7 +255,7 @@ private:
         else if (isPublished(name))
             refuse(path, where + "\"" + name + "\" is in the folder; a library is published or withdrawn");
         else if (!withdrawn_.insert(caseless(name)).second)
-            refuse(path, where + "\"" + name + "\" stands twice");
+            refuse(path, where + "\"" + name + "\" occurs twice");
         else
             content_.withdrawn.emplace(name, message);
     }

@@ -17,7 +17,7 @@
 ///     manufacturer/*.calibz      packed libraries of manufacturers
 ///     manufacturer_data.json     the manufacturers' cards
 ///     logos/*                    the logos that they name
-///     withdrawn.txt              lines "NAME: MESSAGE" of libraries that clients shall not get any more
+///     withdrawn.txt              lines "NAME: MESSAGE" of libraries that clients must no longer get
 
 namespace VelkHost {
 
@@ -27,11 +27,11 @@ struct PublishSource
     fileString path;
     std::string contentHash;  ///< SHA-1 of its bytes
     std::string tag;          ///< the entity tag: SHA-1 of what an installation holds of it
-    std::string companions;   ///< see PackedCatalog; empty for what is not packed
+    std::string companions;   ///< see PackedCatalog; empty for a file that is not packed
     std::uint64_t size = 0;
 };
 
-/// All that a folder publishes, by the names under which clients ask.
+/// Everything that a folder publishes, by the names under which clients ask for it.
 struct PublishContent
 {
     std::map<std::string, PublishSource> libraries;

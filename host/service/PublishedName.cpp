@@ -1,9 +1,11 @@
 #include "host/service/PublishedName.h"
 
+#include <VelkCommon/Text/Ascii.h>
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 #include <VelkLibrary/Data/PlainFileName.h>
-#include <VelkLibrary/Manufacturer/detail/ManufacturerDataFile.h>
+#include <VelkLibrary/Manufacturer/LogoName.h>
 
 #include <algorithm>
 
@@ -11,21 +13,13 @@ namespace VelkHost {
 namespace {
 
 constexpr std::size_t nameBytes = 255;  // what file systems take
-constexpr std::string_view downloadSuffix = ".download";
-
-bool isUtf8(std::string_view text)
-{
-    bool ok = true;
-    StringConvert::toUnicodeFromUtf8(text, &ok);
-    return ok;
-}
 
 std::string holds(char character)
 {
     return std::string("holds the character \"") + character + "\"";
 }
 
-/// The same name after the way through Windows-1252.
+/// Whether a name is the same after its way through Windows-1252.
 bool survivesWindows1252(std::string_view name)
 {
     const std::u32string text = StringConvert::toUnicodeFromUtf8(name);
@@ -37,10 +31,10 @@ bool survivesWindows1252(std::string_view name)
 std::string whyNoFileName(std::string_view name)
 {
     if (name.empty() || name == "." || name == "..")
-        return "is no name for a file";
-    if (!isUtf8(name))
+        return "is not a file name";
+    if (!StringConvert::isUtf8(name))
         return "has a name that is not valid UTF-8";
-    if (Library::detail::holdsControlCharacter(name))
+    if (Library::holdsControlCharacter(name))
         return "has a control character in its name";
     if (const std::size_t at = name.find_first_of("/\\:*?\"<>|"); at != std::string_view::npos)
         return holds(name[at]) + " in its name, which not every system can store";
@@ -49,7 +43,7 @@ std::string whyNoFileName(std::string_view name)
     if (name.size() > nameBytes)
         return "has a name of more than 255 bytes";
     // What clients refuse beyond the above.
-    if (!Library::detail::isPlainFileName(name))
+    if (!Library::isPlainFileName(name))
         return "has the name of a device on Windows";
     return {};
 }
@@ -65,7 +59,7 @@ std::string whyNoLibraryName(const fileString& name)
 {
     if (std::string reason = whyNoFileName(name.utf8()); !reason.empty())
         return reason;
-    if (name.stem().utf8().size() + downloadSuffix.size() > nameBytes)
+    if (name.stem().utf8().size() + std::string_view(Library::extensions::download).size() > nameBytes)
         return "has a name of more than 246 bytes before its extension; clients store its download as \"....download\"";
     return whyNoQueryValue(name.utf8());
 }
@@ -74,33 +68,17 @@ std::string whyNoLogoName(std::string_view name)
 {
     if (std::string reason = whyNoFileName(name); !reason.empty())
         return reason;
-    if (!Library::detail::isSafeLogoName(fileString(std::string(name))))
+    if (!Library::isSafeLogoName(fileString(std::string(name))))
         return "has the name of one of a client's own files";
     if (!survivesWindows1252(name))
         return "has a name with characters beyond Windows-1252, in which clients ask for logos";
     return whyNoQueryValue(name);
 }
 
-std::string onTheWire(std::string_view bytes)
-{
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    constexpr std::string_view encoded = " \"<>\\^`{|}";
-    std::string wire;
-    for (const char character : bytes) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (byte <= 0x20 || byte >= 0x7F || encoded.find(character) != std::string_view::npos)
-            wire.append({'%', digits[byte >> 4], digits[byte & 0xF]});
-        else
-            wire += character;
-    }
-    return wire;
-}
-
 std::string lookupKey(std::string_view valueOnTheWire)
 {
     std::string key(valueOnTheWire);
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-    std::transform(key.begin(), key.end(), key.begin(), lower);
+    std::transform(key.begin(), key.end(), key.begin(), Velk::Ascii::lower<char>);
     return key;
 }
 

@@ -26,12 +26,8 @@ std::string whyNoLibraryName(const fileString& name);
 /// store them beside their own files, by plain names only.
 std::string whyNoLogoName(std::string_view name);
 
-/// The bytes as the client's transport puts them on the wire: blanks, controls, everything beyond ASCII
-/// and " < > \ ^ ` { | } as "%XX", the rest as it is.
-std::string onTheWire(std::string_view bytes);
-
 /// The key under which a name that arrived in a query is looked up: letters A to Z count as a to z. (A
-/// web server's tables compare so; names that differ in nothing else are refused when published.)
+/// web server's tables compare this way; names that differ in nothing else are refused when published.)
 std::string lookupKey(std::string_view valueOnTheWire);
 
 /// The form in which two names are one file on a system that ignores letter case.

@@ -1,35 +1,27 @@
 #include "host/service/Publisher.h"
 
-#include "host/catalog/CatalogFolder.h"
 #include "host/service/CoreIndex.h"
 #include "host/service/PublishFolder.h"
 #include "host/service/PublishedName.h"
 #include "host/service/SiteAnswer.h"
-#include "host/service/WholeFile.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
+#include "host/support/WholeFile.h"
 
 #include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Files/LockingFStream.h>
 #include <VelkCommon/Files/SHA1.h>
-#include <VelkCommon/Platform/Platform.h>
 #include <VelkCommon/Text/TimeText.h>
-
-#include <QCryptographicHash>
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <set>
 
 namespace VelkHost {
 namespace {
 
-using Velk::Platform::File;
-
-std::string sha1(const std::string& bytes)
-{
-    const QByteArray view = QByteArray::fromRawData(bytes.data(), static_cast<int>(bytes.size()));
-    return QCryptographicHash::hash(view, QCryptographicHash::Sha1).toHex().toStdString();
-}
-
-/// ".calibz" of a library, ".png" of a logo; ".bin" for types that the service does not tell.
+/// ".calibz" of a library, ".png" of a logo; ".bin" for types that the service does not know.
 std::string storedExtension(const fileString& path)
 {
     std::string extension = lookupKey(path.extension().utf8());
@@ -45,8 +37,9 @@ public:
     Publication(const fileString& folder, fileString site) : content_(readPublishFolder(folder)), site_(std::move(site))
     {
         makeFolder(site_ / U"files");
-        if (lock_.openLocked((site_ / U"publish.lock").utf8(), File::Lock::exclusive) != File::LockResult::locked)
-            throw CatalogError(site_, "cannot be locked; is it being published to?");
+        lock_.emplace(site_ / U"publish.lock", LockingFStream::out | LockingFStream::binary);
+        if (!lock_->isOpen())
+            throw FileError(site_, "cannot be locked; is another process publishing to it?");
         oldName_ = currentTable(site_);
         if (!oldName_.empty())
             old_ = readTable(site_, oldName_);
@@ -66,7 +59,7 @@ public:
         report.edition = new_.edition = old_.edition + 1;
         new_.published = Library::getTimeNowString();
         const std::string text = tableText(new_);
-        const std::string name = sha1(text) + ".json";
+        const std::string name = SHA1::bytesToSHA1Hex(text) + ".json";
         writeWhole(storedFile(site_, name), text);
         writeWhole(site_ / U"current", name + "\n");
         removeUnused({name, oldName_});
@@ -84,8 +77,8 @@ private:
             const auto [known, fresh] = new_.companions[name].emplace(source.tag, source.companions);
             if (!fresh && known->second != source.companions)
                 problems.push_back({source.path,
-                                    "has other textures or files than an earlier edition, but the same catalog, by "
-                                    "which installations would see the change; build and pack the catalog anew"});
+                                    "has other textures or files than an earlier edition, but the same catalog, so "
+                                    "installations would not see the change; build and pack the catalog again"});
         }
         if (!problems.empty())
             throw PublishError(std::move(problems));
@@ -104,7 +97,7 @@ private:
         new_.withdrawn = content_.withdrawn;
     }
 
-    /// Packing anew gives other bytes for the same content; then the earlier packing stays, so that one tag
+    /// Packing again gives other bytes for the same content; then the earlier packing stays, so that one tag
     /// never stands for two sequences of bytes in caches.
     SiteFile storeLibrary(const std::string& name, const PublishSource& source)
     {
@@ -126,11 +119,10 @@ private:
         if (isWhole(file))
             return file;
         if (!FileUtils::copyFile(source.path, target, true))
-            throw CatalogError(source.path,
-                               "cannot be copied to " + target.humanReadableString() + "; is the disk full?");
+            throw FileError(source.path, "cannot be copied to " + target.humanReadableString() + "; is the disk full?");
         if (SHA1::fileContentsToSHA1Hex(target) != source.contentHash) {
             FileUtils::removePath(target, FileUtils::overrideReadOnly);
-            throw CatalogError(source.path, "changed while it was being published");
+            throw FileError(source.path, "changed while it was being published");
         }
         return file;
     }
@@ -140,7 +132,7 @@ private:
         std::string text;
         for (const std::string& name : content_.coreNames)
             text += name + "\n";
-        const std::string digest = sha1(text);
+        const std::string digest = SHA1::bytesToSHA1Hex(text);
         SiteFile file{digest + ".txt", digest, text.size()};
         if (!isWhole(file))
             writeWhole(storedFile(site_, file.stored), text);
@@ -167,7 +159,7 @@ private:
         return report;
     }
 
-    /// Clients may still read what the previous edition named. What cannot be removed is, next time.
+    /// Clients may still read files of the previous edition. What cannot be removed now is removed next time.
     void removeUnused(std::set<std::string> kept)
     {
         for (const SiteTable* table : {&old_, &new_}) {
@@ -185,7 +177,7 @@ private:
 
     PublishContent content_;
     fileString site_;
-    File lock_;
+    std::optional<LockingFStream> lock_;
     std::string oldName_;
     SiteTable old_;
     SiteTable new_;

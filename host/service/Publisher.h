@@ -18,14 +18,14 @@ struct PublishedLibrary
 
     std::string name;  ///< as clients ask for it
     State state = State::Unchanged;
-    std::uint64_t size = 0;  ///< bytes; of a removed one what it had
+    std::uint64_t size = 0;  ///< bytes; of a removed library the last size
 };
 
 /// What a publication did.
 struct PublishReport
 {
     std::uint64_t edition = 0;
-    bool changed = false;  ///< false: the site had it all, and the edition stays the one before
+    bool changed = false;  ///< false: the site had everything already, and its edition stays in force
     std::vector<PublishedLibrary> libraries;
     std::size_t logos = 0;
     bool manufacturers = false;
@@ -41,7 +41,7 @@ struct PublishReport
 /// whose catalog is the same as in any earlier edition, but whose other entries are not, is refused, because
 /// installations could not see the difference.
 ///
-/// Throws PublishError for a folder that cannot be published, CatalogError for a site that cannot be
+/// Throws PublishError for a folder that cannot be published, and FileError for a site that cannot be
 /// written or is being published to by another process. One call at a time per site.
 PublishReport publish(const fileString& folder, const fileString& site);
 

@@ -1,13 +1,13 @@
 #include "host/service/SelfSigned.h"
 
-#include "host/catalog/CatalogError.h"
-#include "host/catalog/SourceFile.h"
-#include "host/service/WholeFile.h"
+#include "host/support/FileError.h"
+#include "host/support/WholeFile.h"
 
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Files/FileUtils.h>
 
 #include <openssl/evp.h>
 #include <openssl/pem.h>
+#include <openssl/rand.h>
 #include <openssl/x509v3.h>
 
 #include <memory>
@@ -48,12 +48,12 @@ bool addExtension(X509* certificate, int kind, const char* value)
     return extension && X509_add_ext(certificate, extension.get(), -1) == 1;
 }
 
-/// Null when the library refuses something.
+/// Null when any of OpenSSL's steps fails.
 Owned<X509> makeCertificate(EVP_PKEY* key)
 {
     Owned<X509> certificate(X509_new());
     std::uint64_t serial = 0;
-    if (!certificate || !Velk::Platform::fillRandom(&serial, sizeof serial))
+    if (!certificate || RAND_bytes(reinterpret_cast<unsigned char*>(&serial), sizeof serial) != 1)
         return nullptr;
     X509* const made = certificate.get();
     X509_NAME* const name = X509_get_subject_name(made);
@@ -70,12 +70,12 @@ Owned<X509> makeCertificate(EVP_PKEY* key)
     return complete ? std::move(certificate) : nullptr;
 }
 
-/// Whether the file has a certificate that lasts for some time.
+/// Whether the file holds a certificate that need not be renewed yet.
 bool isCurrent(const fileString& path)
 {
     if (!path.pathExists())
         return false;
-    const std::string text = readSourceFile(path, pemBytes);
+    const std::string text = readWhole(path, pemBytes);
     const Owned<BIO> stream(BIO_new_mem_buf(text.data(), static_cast<int>(text.size())));
     const Owned<X509> certificate(PEM_read_bio_X509(stream.get(), nullptr, nullptr, nullptr));
     int days = 0;
@@ -89,8 +89,8 @@ bool isCurrent(const fileString& path)
 ServiceCertificate selfSignedCertificate(const fileString& folder)
 {
     ServiceCertificate files{folder / U"velk-service.crt", folder / U"velk-service.key"};
-    if (!Velk::Platform::createPrivateFolder(folder.utf8()))
-        throw CatalogError(folder, "is no folder of this user alone, and the certificate's key shall stay private");
+    if (!FileUtils::createPrivateDirectory(folder))
+        throw FileError(folder, "is not a folder of this user alone, but the certificate's key must stay private");
     if (isCurrent(files.certificate) && files.privateKey.pathExists())
         return files;
     const Owned<EVP_PKEY> key(EVP_EC_gen("P-256"));
@@ -100,7 +100,7 @@ ServiceCertificate selfSignedCertificate(const fileString& folder)
     if (!certificate || !keyText || !certificateText ||
         PEM_write_bio_PrivateKey(keyText.get(), key.get(), nullptr, nullptr, 0, nullptr, nullptr) != 1 ||
         PEM_write_bio_X509(certificateText.get(), certificate.get()) != 1)
-        throw CatalogError(files.certificate, "cannot be made");
+        throw FileError(files.certificate, "cannot be made");
     writeWhole(files.privateKey, contentOf(keyText.get()));
     writeWhole(files.certificate, contentOf(certificateText.get()));
     return files;

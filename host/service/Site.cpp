@@ -1,6 +1,10 @@
 #include "host/service/Site.h"
 
-#include "host/catalog/SourceFile.h"
+#include "host/support/FileError.h"
+#include "host/support/QtText.h"
+#include "host/support/WholeFile.h"
+
+#include <VelkCommon/Text/Hexadecimal.h>
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -17,15 +21,10 @@ constexpr std::size_t extensionLetters = 10;
 constexpr std::size_t switchBytes = 200;
 constexpr std::size_t tableBytes = std::size_t{256} << 20;
 
-QString qt(const std::string& text)
-{
-    return QString::fromStdString(text);
-}
-
 QJsonObject toJson(const SiteFile& file)
 {
-    return {{QStringLiteral("file"), qt(file.stored)},
-            {QStringLiteral("tag"), qt(file.tag)},
+    return {{QStringLiteral("file"), qtText(file.stored)},
+            {QStringLiteral("tag"), qtText(file.tag)},
             {QStringLiteral("size"), static_cast<double>(file.size)}};
 }
 
@@ -33,7 +32,7 @@ QJsonObject toJson(const std::map<std::string, SiteFile>& files)
 {
     QJsonObject object;
     for (const auto& [name, file] : files)
-        object.insert(qt(name), toJson(file));
+        object.insert(qtText(name), toJson(file));
     return object;
 }
 
@@ -41,14 +40,14 @@ QJsonObject toJson(const std::map<std::string, std::string>& texts)
 {
     QJsonObject object;
     for (const auto& [name, text] : texts)
-        object.insert(qt(name), qt(text));
+        object.insert(qtText(name), qtText(text));
     return object;
 }
 
 bool isDigest(std::string_view text)
 {
-    const auto isDigit = [](char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f'); };
-    return text.size() == digestDigits && std::all_of(text.begin(), text.end(), isDigit);
+    return text.size() == digestDigits &&
+           text.find_first_not_of(Velk::Hexadecimal::smallDigits) == std::string_view::npos;
 }
 
 /// Reads a table's JSON, trusting nothing.
@@ -59,7 +58,7 @@ public:
 
     SiteTable read() const
     {
-        const std::string text = readSourceFile(path_, tableBytes);
+        const std::string text = readWhole(path_, tableBytes);
         const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromStdString(text));
         if (!document.isObject())
             fail();
@@ -79,7 +78,7 @@ public:
     }
 
 private:
-    [[noreturn]] void fail() const { throw CatalogError(path_, "is no table of a site, or is damaged"); }
+    [[noreturn]] void fail() const { throw FileError(path_, "is not a table of a site, or is damaged"); }
 
     std::uint64_t number(const QJsonValue& value) const
     {
@@ -149,11 +148,11 @@ std::string currentTable(const fileString& site)
     const fileString path = site / U"current";
     if (!path.pathExists())
         return {};
-    std::string name = readSourceFile(path, switchBytes);
+    std::string name = readWhole(path, switchBytes);
     while (!name.empty() && (name.back() == '\n' || name.back() == '\r'))
         name.pop_back();
     if (!isStoredName(name))
-        throw CatalogError(path, "does not name a table; publish into a fresh folder");
+        throw FileError(path, "does not name a table; publish into a fresh folder");
     return name;
 }
 
@@ -165,7 +164,7 @@ SiteTable readTable(const fileString& site, const std::string& name)
 std::string tableText(const SiteTable& table)
 {
     QJsonObject root{{QStringLiteral("edition"), static_cast<double>(table.edition)},
-                     {QStringLiteral("published"), qt(table.published)},
+                     {QStringLiteral("published"), qtText(table.published)},
                      {QStringLiteral("libraries"), toJson(table.libraries)},
                      {QStringLiteral("logos"), toJson(table.logos)},
                      {QStringLiteral("withdrawn"), toJson(table.withdrawn)}};
@@ -173,7 +172,7 @@ std::string tableText(const SiteTable& table)
         root.insert(QStringLiteral("manufacturers"), toJson(*table.manufacturers));
     QJsonObject companions;
     for (const auto& [name, digests] : table.companions)
-        companions.insert(qt(name), toJson(digests));
+        companions.insert(qtText(name), toJson(digests));
     root.insert(QStringLiteral("companions"), companions);
     return QJsonDocument(root).toJson(QJsonDocument::Indented).toStdString();
 }

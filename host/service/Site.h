@@ -1,7 +1,5 @@
 #pragma once
 
-#include "host/catalog/CatalogError.h"
-
 #include <VelkCommon/Files/fileString.h>
 
 #include <cstdint>
@@ -50,11 +48,11 @@ fileString storedFile(const fileString& site, const std::string& name);
 /// Whether `name` is one that a file in SITE/files can have.
 bool isStoredName(std::string_view name);
 
-/// The name of the table in force; empty when nothing is published in `site`. Throws CatalogError when the
+/// The name of the table in force; empty when nothing is published in `site`. Throws FileError when the
 /// switch cannot be read.
 std::string currentTable(const fileString& site);
 
-/// Reads the table of that name. Throws CatalogError for one that is missing or damaged.
+/// Reads the table of that name. Throws FileError for one that is missing or damaged.
 SiteTable readTable(const fileString& site, const std::string& name);
 
 /// The table as it is stored: JSON.

@@ -2,18 +2,39 @@
 
 #include "host/service/PublishedName.h"
 
+#include <VelkCommon/Text/Ascii.h>
+#include <VelkCommon/Text/PercentEncoding.h>
 #include <VelkCommon/Text/StringConvert.h>
+#include <VelkCommon/Text/StringUtils.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 
 #include <algorithm>
 #include <charconv>
 #include <limits>
 
 namespace VelkHost {
+namespace {
+
+constexpr std::string_view withoutDot(std::string_view extension)
+{
+    return extension.substr(1);
+}
+
+}  // namespace
 
 const std::vector<std::pair<std::string_view, std::string_view>> contentTypes = {
-    {"calib", bytesType},         {"calibz", bytesType},    {"zip", bytesType},     {"txt", textType},
-    {"json", "application/json"}, {"png", "image/png"},     {"jpg", "image/jpeg"},  {"jpeg", "image/jpeg"},
-    {"gif", "image/gif"},         {"svg", "image/svg+xml"}, {"webp", "image/webp"}, {"bin", bytesType},
+    {withoutDot(Library::extensions::database), bytesType},
+    {withoutDot(Library::extensions::packed), bytesType},
+    {withoutDot(Library::extensions::referencedFiles), bytesType},
+    {"txt", textType},
+    {"json", "application/json"},
+    {"png", "image/png"},
+    {"jpg", "image/jpeg"},
+    {"jpeg", "image/jpeg"},
+    {"gif", "image/gif"},
+    {"svg", "image/svg+xml"},
+    {"webp", "image/webp"},
+    {"bin", bytesType},
 };
 
 namespace {
@@ -44,7 +65,7 @@ SiteAnswer fileAnswer(const SiteRequest& request, const SiteFile& file)
         answer.status = 304;
         return answer;
     }
-    // What was begun of another version must not be continued.
+    // A download that began with another version must not be continued.
     const bool sameVersion = request.ifRange.empty() || request.ifRange == answer.headers.front().second;
     const ByteRange range = sameVersion ? byteRange(request.range, file.size) : ByteRange();
     const std::string size = std::to_string(file.size);
@@ -68,23 +89,14 @@ SiteAnswer fileAnswer(const SiteRequest& request, const SiteFile& file)
     return answer;
 }
 
-/// Digits only, without a sign; too many are as good as endless.
+/// Digits only, without a sign; a number too large to hold counts as the largest.
 std::optional<std::uint64_t> number(std::string_view digits)
 {
     std::uint64_t value = 0;
-    if (digits.empty() || !std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; }))
+    if (digits.empty() || !std::all_of(digits.begin(), digits.end(), Velk::Ascii::isDigit<char>))
         return std::nullopt;
     const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
     return result.ec == std::errc() ? value : std::numeric_limits<std::uint64_t>::max();
-}
-
-std::string_view trimmed(std::string_view text)
-{
-    while (!text.empty() && (text.front() == ' ' || text.front() == '\t'))
-        text.remove_prefix(1);
-    while (!text.empty() && (text.back() == ' ' || text.back() == '\t'))
-        text.remove_suffix(1);
-    return text;
 }
 
 }  // namespace
@@ -155,11 +167,11 @@ std::string_view queryArgument(std::string_view query, std::string_view name)
 
 bool namesTag(std::string_view list, std::string_view tag)
 {
-    if (trimmed(list) == "*")
+    if (StringUtils::trimmed(list) == "*")
         return true;
     while (!list.empty()) {
         const std::size_t end = std::min(list.find(','), list.size());
-        std::string_view item = trimmed(list.substr(0, end));
+        std::string_view item = StringUtils::trimmed(list.substr(0, end));
         if (item.starts_with("W/"))
             item.remove_prefix(2);
         if (item.size() == tag.size() + 2 && item.front() == '"' && item.back() == '"' &&
@@ -176,7 +188,7 @@ ByteRange byteRange(std::string_view header, std::uint64_t size)
     constexpr std::string_view unit = "bytes=";
     if (lookupKey(header.substr(0, unit.size())) != unit || header.find(',') != std::string_view::npos)
         return {};
-    const std::string_view range = trimmed(header.substr(unit.size()));
+    const std::string_view range = StringUtils::trimmed(header.substr(unit.size()));
     const std::size_t dash = range.find('-');
     if (dash == std::string_view::npos)
         return {Kind::Unsatisfiable};
@@ -194,12 +206,12 @@ ByteRange byteRange(std::string_view header, std::uint64_t size)
 
 std::string libraryOnTheWire(const std::string& name)
 {
-    return onTheWire(name);
+    return Velk::wireForm(name);
 }
 
 std::string logoOnTheWire(const std::string& name)
 {
-    return onTheWire(StringConvert::toWin1252(StringConvert::toUnicodeFromUtf8(name)));
+    return Velk::wireForm(StringConvert::toWin1252(StringConvert::toUnicodeFromUtf8(name)));
 }
 
 }  // namespace VelkHost

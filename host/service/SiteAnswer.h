@@ -12,7 +12,7 @@
 #include <vector>
 
 /// @file
-/// What the content service answers to a request, apart from any server (docs/content-service.md).
+/// What the content service answers to a request, whichever server is in use (docs/content-service.md).
 
 namespace VelkHost {
 
@@ -95,9 +95,9 @@ bool namesTag(std::string_view list, std::string_view tag);
 struct ByteRange
 {
     enum class Kind {
-        Whole,         ///< none is asked for, or in a unit or number that is not served: all of it
+        Whole,         ///< no range is asked for, several are, or one in an unknown unit: the whole file
         Part,          ///< `offset` and `length`, not empty
-        Unsatisfiable  ///< nothing in the file
+        Unsatisfiable  ///< the range lies outside the file, or makes no sense
     };
     Kind kind = Kind::Whole;
     std::uint64_t offset = 0;

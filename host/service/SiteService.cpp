@@ -1,9 +1,11 @@
 #include "host/service/SiteService.h"
 
+#include "host/service/ServiceError.h"
 #include "host/service/SiteAnswer.h"
+#include "host/support/FileError.h"
 #include "host/support/System.h"
 
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Files/LockingFStream.h>
 
 #include <httplib.h>
 
@@ -15,8 +17,6 @@
 
 namespace VelkHost {
 namespace {
-
-using Velk::Platform::File;
 
 constexpr std::size_t connections = 32;
 constexpr int idleSeconds = 2;
@@ -32,19 +32,19 @@ class EditionWatch
 public:
     explicit EditionWatch(fileString site) : site_(std::move(site)) { current(); }
 
-    /// The edition in force now. While a damaged switch or table cannot be read, the last one that could.
+    /// The edition in force now; while its switch or table is damaged, the last one that could be read.
     std::shared_ptr<const SiteEdition> current()
     {
         const std::lock_guard lock(mutex_);
         try {
             const std::string name = currentTable(site_);
             if (name.empty())
-                throw CatalogError(site_, "is no published site; see \"velk publish --help\"");
+                throw FileError(site_, "is not a published site; see \"velk publish --help\"");
             if (name != name_) {
                 edition_ = std::make_shared<SiteEdition>(readTable(site_, name));
                 name_ = name;
             }
-        } catch (const CatalogError&) {
+        } catch (const FileError&) {
             if (!edition_)
                 throw;
         }
@@ -70,30 +70,26 @@ using Counter = std::shared_ptr<std::atomic<std::uint64_t>>;
 class FileBody
 {
 public:
-    FileBody(File file, std::uint64_t offset, Counter sent, Counter allSent)
-        : file_(std::make_shared<File>(std::move(file))),
-          offset_(offset),
-          sent_(std::move(sent)),
-          allSent_(std::move(allSent))
+    FileBody(std::shared_ptr<LockingFStream> file, std::uint64_t offset, Counter sent, Counter allSent)
+        : file_(std::move(file)), offset_(offset), sent_(std::move(sent)), allSent_(std::move(allSent))
     {}
 
     bool operator()(std::size_t position, std::size_t length, httplib::DataSink& sink) const
     {
         std::vector<char> block(std::min(length, sentAtATime));
-        const std::uint64_t from = offset_ + position;
-        if (!file_->seek(static_cast<long long>(from)))
+        file_->seekg(static_cast<std::streamoff>(offset_ + position));
+        file_->read(block.data(), static_cast<std::streamsize>(block.size()));
+        const auto got = static_cast<std::size_t>(file_->gcount());
+        if (got == 0)
             return false;
-        const long long got = file_->read(block.data(), block.size());
-        if (got <= 0)
-            return false;
-        // Before it is sent, so that whoever has received it finds it counted.
-        *sent_ += static_cast<std::uint64_t>(got);
-        *allSent_ += static_cast<std::uint64_t>(got);
-        return sink.write(block.data(), static_cast<std::size_t>(got));
+        // Counted before it is sent, so that whoever has received it finds it counted.
+        *sent_ += got;
+        *allSent_ += got;
+        return sink.write(block.data(), got);
     }
 
 private:
-    std::shared_ptr<File> file_;
+    std::shared_ptr<LockingFStream> file_;
     std::uint64_t offset_;
     Counter sent_;
     Counter allSent_;
@@ -142,9 +138,9 @@ private:
         auto server = std::make_unique<httplib::SSLServer>(options_.tls->certificate.utf8().c_str(),
                                                            options_.tls->privateKey.utf8().c_str());
         if (!server->is_valid())
-            throw CatalogError(options_.tls->certificate, "cannot be used with the key " +
-                                                              options_.tls->privateKey.humanReadableString() +
-                                                              "; both must be PEM files that belong together");
+            throw FileError(options_.tls->certificate, "cannot be used with the key " +
+                                                           options_.tls->privateKey.humanReadableString() +
+                                                           "; both must be PEM files that belong together");
         return server;
     }
 
@@ -179,7 +175,7 @@ private:
         else
             port_ = server_->bind_to_port(options_.address, options_.port) ? options_.port : -1;
         if (port_ <= 0)
-            throw CatalogError(fileString(options_.address + ":" + std::to_string(options_.port)),
+            throw ServiceError(options_.address + ":" + std::to_string(options_.port),
                                "cannot be listened on; is another program using the port?");
     }
 
@@ -210,8 +206,9 @@ private:
     /// Opens the file of an answer now, so that it can be sent to its end whatever is published meanwhile.
     bool openBody(const SiteAnswer& answer, const SiteRequest& asked, httplib::Response& response)
     {
-        File file = File::open(storedFile(options_.site, answer.file).utf8(), File::Mode::read);
-        if (!file.isOpen()) {
+        auto file = std::make_shared<LockingFStream>(storedFile(options_.site, answer.file),
+                                                     LockingFStream::in | LockingFStream::binary);
+        if (!file->isOpen()) {
             response.status = 500;
             response.set_content("The site is damaged.\n", std::string(textType));
             report({asked.method, asked.target, response.status, 0});

@@ -13,7 +13,7 @@ namespace VelkHost {
 /// A certificate and its private key, as PEM files.
 struct ServiceCertificate
 {
-    fileString certificate;  ///< with the intermediate ones, the service's own first
+    fileString certificate;  ///< the service's own, followed by the intermediate ones
     fileString privateKey;
 };
 
@@ -37,7 +37,7 @@ struct ServiceTraffic
 struct ServiceOptions
 {
     fileString site;                    ///< a published site
-    std::string address = "127.0.0.1";  ///< to listen on; this machine only, unless told
+    std::string address = "127.0.0.1";  ///< to listen on; reaches this machine only, unless changed
     int port = 0;                       ///< 0 for any free one
     std::optional<ServiceCertificate> tls;
     /// Told of each request once it is answered; several threads, several calls at a time.
@@ -51,13 +51,13 @@ struct ServiceOptions
 /// that is being sent is sent to its end.
 ///
 /// Limits: 32 connections are served at a time, others wait; an idle one is closed after 2 seconds, a stalled
-/// one after 10; a request line has 8 KiB, each header 8 KiB, a body 64 KiB. Something that must stand
-/// up to the internet is a web server's task.
+/// one after 10; a request line has at most 8 KiB, each header 8 KiB, a body 64 KiB. Standing up to the
+/// internet is a web server's task.
 class SiteService
 {
 public:
-    /// Throws CatalogError when nothing is published in the site, the address cannot be listened on, or the
-    /// certificate cannot be used.
+    /// Throws FileError when nothing is published in the site or the certificate cannot be used, and ServiceError
+    /// when the address cannot be listened on.
     explicit SiteService(ServiceOptions options);
     ~SiteService();
     SiteService(const SiteService&) = delete;

@@ -18,7 +18,11 @@ struct StyledText
     std::vector<bool> bold;  ///< per code point of `text`
 };
 
-/// UTF-8 as printable text: malformed bytes, controls, line breaks and marks that reorder text become U+FFFD.
+/// A character that must not reach a terminal or a list as it is: controls, separators of lines and
+/// paragraphs, and marks that reorder the text around them.
+bool isUnsafeCharacter(char32_t character) noexcept;
+
+/// UTF-8 as printable text: malformed bytes and unsafe characters become U+FFFD.
 std::u32string printable(std::string_view text);
 /// The same as UTF-8.
 std::string printableUtf8(std::string_view text);

@@ -1,19 +1,15 @@
 #include "host/support/InstallHost.h"
 
 #include "host/support/DisplayText.h"
+#include "host/support/Folders.h"
+#include "host/support/System.h"
 
 #include <VelkCommon/HostServices.h>
-#include <VelkCommon/Platform/Platform.h>
 
-#include <QDir>
 #include <QString>
-
-#include <atomic>
 
 namespace VelkHost {
 namespace {
-
-std::atomic<std::size_t> reports{0};
 
 std::string_view severityName(error::Severity severity)
 {
@@ -30,26 +26,17 @@ std::string_view severityName(error::Severity severity)
 /// Nobody is there to press a button, so every message is acknowledged.
 error::Button showMessage(const error::Message& message)
 {
-    ++reports;
     const std::string text = "velk: " + std::string(severityName(message.trait.severity));
-    Velk::Platform::writeToStandardError(text + printableUtf8(message.formatted()) + "\n");
+    writeToError(text + printableUtf8(message.formatted()) + "\n");
     return error::Button::Ok;
 }
 
 /// Nobody is there to debug, either.
 bool reportAssertion(const Velk::AssertionReport& report)
 {
-    ++reports;
-    Velk::Platform::writeToStandardError("velk: " + printableUtf8(report.expression) + " (" + report.sourceFile + ":" +
-                                         std::to_string(report.line) + ")\n");
+    writeToError("velk: " + printableUtf8(report.expression) + " (" + report.sourceFile + ":" +
+                 std::to_string(report.line) + ")\n");
     return false;
-}
-
-fileString absolutePath(const fileString& path)
-{
-    if (Velk::Platform::isAbsolute(path.utf8()))
-        return path;
-    return fileString(QDir::currentPath().toStdString()) / path;
 }
 
 Velk::HostFolders foldersBelow(const fileString& home)
@@ -85,11 +72,6 @@ Velk::HostServices hostServices(const fileString& home)
 void installHost(const fileString& home)
 {
     Velk::installHost(hostServices(home));
-}
-
-std::size_t reportedFailures() noexcept
-{
-    return reports;
 }
 
 }  // namespace VelkHost

@@ -3,8 +3,6 @@
 #include "host/support/DisplayText.h"
 #include "host/support/System.h"
 
-#include <VelkCommon/Platform/Platform.h>
-
 #include <QByteArray>
 
 namespace VelkHost {
@@ -31,7 +29,7 @@ void Output::error(std::string_view text, std::string_view advice) const
     std::string lines = "velk: " + printableUtf8(text) + "\n";
     if (!advice.empty())
         lines.append(advice).append("\n");
-    Velk::Platform::writeToStandardError(lines);
+    writeToError(lines);
 }
 
 }  // namespace VelkHost

@@ -17,12 +17,12 @@ public:
 
     /// Writes UTF-8 text as it is; text of libraries passes through printable() first.
     void write(std::string_view text);
-    /// Writes "velk: " and the text to standard error, on a line of its own and printable; below it
-    /// `advice`, lines of our own, as they are.
+    /// Writes "velk: " and the text, made printable, as one line to standard error; below it `advice`, which
+    /// is the program's own text and is written unchanged.
     void error(std::string_view text, std::string_view advice = {}) const;
 
     bool styles() const noexcept { return styles_; }
-    /// The width to fit tables into; 0 for no limit, when no person looks.
+    /// The width to fit tables into; 0, which is no limit, when standard output is not a terminal.
     std::size_t columns() const noexcept { return columns_; }
     /// Something could not be written, though there is a reader.
     bool failed() const noexcept { return failed_; }

@@ -44,7 +44,7 @@ void ProgressLine::begin(std::uint64_t range, const std::string& unit)
     unit_ = unit;
     value_ = 0;
     firstMoved_ = {};
-    // Its text comes after it, and is to be seen at once.
+    // The text is set next, and should be seen at once.
     shown_ = {};
 }
 

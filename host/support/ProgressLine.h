@@ -8,8 +8,8 @@
 
 namespace VelkHost {
 
-/// One line on the terminal that tells how far something is: a text, a bar, and amounts with a rate where
-/// they have a unit. Nothing at all where no person looks.
+/// One line on the terminal that tells how far an operation has come: a text, a bar and amounts, with a rate
+/// where they have a unit. Prints nothing where no person looks.
 class ProgressLine
 {
 public:
@@ -21,7 +21,7 @@ public:
 
     /// What is being done; UTF-8.
     void setText(const std::string& text);
-    /// A new gauge of `range` steps begins. Amounts are shown with `unit` when that is not empty.
+    /// Begins a new bar of `range` steps. Amounts are shown with `unit` when that is not empty.
     void begin(std::uint64_t range, const std::string& unit = {});
     void setValue(std::uint64_t value);
     void step() { setValue(value_ + 1); }
@@ -40,7 +40,7 @@ private:
     std::string unit_;
     std::uint64_t range_ = 0;
     std::uint64_t value_ = 0;
-    std::uint64_t firstValue_ = 0;  ///< where the gauge was when it was first moved
+    std::uint64_t firstValue_ = 0;  ///< where the bar was when it was first moved
     Clock::time_point firstMoved_;
     Clock::time_point shown_;
     bool visible_ = false;

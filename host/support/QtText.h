@@ -8,7 +8,7 @@
 
 namespace VelkHost {
 
-/// Qt's form of a UTF-8 text; what is malformed becomes U+FFFD.
+/// Qt's form of a UTF-8 text; malformed bytes become U+FFFD.
 inline QString qtText(std::string_view text)
 {
     return StringConvert::toQString(text, StringConvert::Utf8);

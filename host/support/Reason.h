@@ -18,10 +18,10 @@ public:
     /// An amount, which languages write differently.
     static Reason amount(std::uint64_t number);
 
-    /// With the placeholders when it has parts.
+    /// The text; its placeholders stand in it when there are parts.
     const std::string& text() const noexcept { return text_; }
     const std::vector<Reason>& parts() const noexcept { return parts_; }
-    /// The number of an amount; none for a text.
+    /// The number of an amount; empty for a text.
     const std::optional<std::uint64_t>& number() const noexcept { return number_; }
 
     /// The whole text. Without parts a "%" stands for itself.

@@ -6,7 +6,7 @@
 
 namespace VelkHost {
 
-/// Ended by Ctrl-C.
+/// Thrown when Ctrl-C ends an operation.
 struct Interrupted
 {};
 
@@ -14,7 +14,7 @@ struct Interrupted
 class ShownProgress : public ProgressSubject, private ProgressSubject::Observer
 {
 public:
-    /// How Ctrl-C reaches the operation: by the answer to its question, or, where it does not ask, by
+    /// How Ctrl-C reaches the operation: as the answer of isCancelled(), or, for one that never asks, as
     /// an Interrupted thrown at its next step.
     enum class Cancel { answered, thrown };
 

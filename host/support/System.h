@@ -22,7 +22,7 @@ void prepareConsole();
 /// Standard output is a terminal that a person looks at.
 bool outputIsTerminal();
 
-/// The terminal's width in characters; 80 when it does not tell.
+/// The terminal's width in characters; 80 when the terminal does not tell.
 std::size_t terminalColumns();
 
 enum class WriteResult {
@@ -31,18 +31,22 @@ enum class WriteResult {
     Failed       ///< for example a full disk
 };
 
-/// Writes all bytes to standard output, as they are. Any thread.
+/// Writes all bytes to standard output, unchanged. Any thread.
 WriteResult writeToOutput(std::string_view bytes) noexcept;
 
-/// From now on Ctrl-C does not end the program but is noticed; a second one ends it.
+/// Writes UTF-8 text to standard error, unchanged; text that cannot be written is lost. Any thread.
+void writeToError(std::string_view text) noexcept;
+
+/// From now on the first Ctrl-C is only noticed; a second one ends the program.
 void watchInterrupts();
-/// Ctrl-C was pressed since. Any thread.
+/// Whether Ctrl-C was pressed since then. Any thread.
 bool interrupted() noexcept;
 
-/// `text` in the quotes that the system's shell takes, or as it stands where it needs none.
+/// `text` quoted for the system's shell; unchanged where it needs no quotes.
 std::string shellQuoted(const std::string& text);
 
-/// The program as one types it in the current folder, or its name when the system does not tell. UTF-8.
+/// The program's path as one would type it in the current folder; only its name when the system does not tell
+/// the path. UTF-8.
 std::string programPath();
 
 /// Prepares a socket that will listen: a restarted program gets its port back at once, and no other program can

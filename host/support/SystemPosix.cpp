@@ -17,6 +17,19 @@ extern "C" void noteInterrupt(int)
     interruptSeen = 1;
 }
 
+WriteResult writeAll(int descriptor, std::string_view bytes) noexcept
+{
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written < 0)
+            return errno == EPIPE ? WriteResult::ReaderGone : WriteResult::Failed;
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return WriteResult::Written;
+}
+
 }  // namespace
 
 std::vector<std::string> programArguments(int argumentCount, char** arguments)
@@ -44,15 +57,12 @@ std::size_t terminalColumns()
 
 WriteResult writeToOutput(std::string_view bytes) noexcept
 {
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(STDOUT_FILENO, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written < 0)
-            return errno == EPIPE ? WriteResult::ReaderGone : WriteResult::Failed;
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return WriteResult::Written;
+    return writeAll(STDOUT_FILENO, bytes);
+}
+
+void writeToError(std::string_view text) noexcept
+{
+    writeAll(STDERR_FILENO, text);
 }
 
 void watchInterrupts()

@@ -33,6 +33,21 @@ HANDLE standardOutput()
     return ::GetStdHandle(STD_OUTPUT_HANDLE);
 }
 
+WriteResult writeAll(HANDLE file, std::string_view bytes) noexcept
+{
+    constexpr std::size_t blockBytes = 1 << 20;
+    while (!bytes.empty()) {
+        DWORD written = 0;
+        const auto block = static_cast<DWORD>(std::min(bytes.size(), blockBytes));
+        if (!::WriteFile(file, bytes.data(), block, &written, nullptr)) {
+            const DWORD error = ::GetLastError();
+            return error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA ? WriteResult::ReaderGone : WriteResult::Failed;
+        }
+        bytes.remove_prefix(written);
+    }
+    return WriteResult::Written;
+}
+
 }  // namespace
 
 std::vector<std::string> programArguments(int, char**)
@@ -72,17 +87,15 @@ std::size_t terminalColumns()
 
 WriteResult writeToOutput(std::string_view bytes) noexcept
 {
-    constexpr std::size_t blockBytes = 1 << 20;
-    while (!bytes.empty()) {
-        DWORD written = 0;
-        const auto block = static_cast<DWORD>(std::min(bytes.size(), blockBytes));
-        if (!::WriteFile(standardOutput(), bytes.data(), block, &written, nullptr)) {
-            const DWORD error = ::GetLastError();
-            return error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA ? WriteResult::ReaderGone : WriteResult::Failed;
-        }
-        bytes.remove_prefix(written);
-    }
-    return WriteResult::Written;
+    return writeAll(standardOutput(), bytes);
+}
+
+void writeToError(std::string_view text) noexcept
+{
+    // A program with a window may have none.
+    const HANDLE standardError = ::GetStdHandle(STD_ERROR_HANDLE);
+    if (standardError != nullptr && standardError != INVALID_HANDLE_VALUE)
+        writeAll(standardError, text);
 }
 
 void watchInterrupts()

@@ -44,7 +44,7 @@ std::string TextTable::text(std::size_t columns, bool styles) const
     return lines;
 }
 
-/// What the columns take in all when no flexible one is wider than `cap`.
+/// The table's width when no flexible column is wider than `cap`.
 std::size_t TextTable::totalWidth(const Widths& widths, std::size_t cap) const
 {
     std::size_t total = columnGap.size() * (widths.size() - 1);

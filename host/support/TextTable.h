@@ -25,11 +25,11 @@ public:
 
     /// Adds a row with a cell per column.
     void add(Row row);
-    /// The same without anything that stands out; UTF-8.
+    /// Adds a row of UTF-8 texts with nothing marked.
     void add(const std::vector<std::string>& cells);
 
-    /// The lines, fit into `columns` characters (0 for no limit), as UTF-8 that is safe for terminals. Nothing at all
-    /// without rows.
+    /// The lines, fitted into `columns` characters (0 for no limit), as UTF-8 that is safe for terminals. Empty when
+    /// no row was added.
     std::string text(std::size_t columns, bool styles) const;
 
 private:
@@ -43,7 +43,7 @@ private:
     std::vector<Row> rows_;
 };
 
-/// Printable text without anything that stands out.
+/// Printable text with nothing marked.
 StyledText plain(std::string_view text);
 
 /// "1 hit", "1,234 hits"; without a plural it is the singular and "s".
@@ -52,7 +52,7 @@ std::string counted(std::size_t count, const std::string& singular, const std::s
 /// How many of `count` lines to show when at most `limit` are asked for; 0 for all.
 std::size_t shownOf(std::size_t count, std::size_t limit);
 
-/// What stands below a table that was cut at `limit` lines; nothing when it was not.
+/// The line below a table that was cut at `limit` lines; empty when nothing was cut.
 std::string moreLine(std::size_t count, std::size_t limit);
 
 }  // namespace VelkHost

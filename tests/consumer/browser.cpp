@@ -1,5 +1,8 @@
 // What an application with a window adds: the tree's nodes and the panel that shows a job's progress.
 
+#include "Receiver.h"
+
+#include <VelkCommon/Version.h>
 #include <VelkLibrary/UI/LibraryProgressPanel.h>
 #include <VelkLibrary/UI/TreeItemData.h>
 
@@ -24,6 +27,15 @@ int main(int argc, char** argv)
     splitter->setObjectName(QStringLiteral("libMainSplitter"));
     LibraryProgressPanel* const panel = LibraryProgressPanel::create(&window);
     panel->onSetText("Checking chairs.calib");
+
+    static_assert(VELK_VERSION >= VELK_VERSION_CHECK(0, 1, 0));
+    Receiver receiver;
+    LibraryCatalogUpdate::UpdateData end;
+    end.outcome = LibraryCatalogUpdate::UpToDate;
+    QMetaObject::invokeMethod(&receiver, "closeCatalogUpdateEvent", Qt::DirectConnection,
+                              Q_ARG(LibraryCatalogUpdate::UpdateData, end));
+    if (receiver.outcome != LibraryCatalogUpdate::UpToDate)
+        return 1;
 
     const bool sorted = tree.item(0)->text() == QStringLiteral("Armchair");
     return sorted && splitter->indexOf(panel) == 0 ? 0 : 1;

@@ -1,25 +1,34 @@
-# Installs the build into a fresh prefix, then configures, builds and runs the consumer against it.
-#   cmake -DBUILD=... -DSOURCE=... -DWORK=... -DCOMPILER=... -P run.cmake
+# Installs the build as a user would, into a folder with an unusual name, starts what is installed, and configures,
+# builds and runs the consumer against it. Then all of this once more from another place, to which the folder was
+# moved. Nothing here helps the loader or the package to find their files.
+#   cmake -DBUILD=... -DSOURCE=... -DWORK=... -DCOMPILER=... -DLIBDIR=... -DVERSION=... -P run.cmake
 function(step)
     execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
     if(NOT result EQUAL 0)
         message(FATAL_ERROR "failed: ${ARGN}\n${output}")
     endif()
+    set(output "${output}" PARENT_SCOPE)
 endfunction()
 
-file(REMOVE_RECURSE ${WORK})
-step(${CMAKE_COMMAND} --install ${BUILD} --prefix ${WORK}/prefix)
-# The package file holds the prefix that was configured; the test installs elsewhere.
-file(GLOB_RECURSE pc ${WORK}/prefix/velk.pc)
-file(READ ${pc} text)
-string(REGEX REPLACE "prefix=[^\n]*\n" "prefix=${WORK}/prefix\n" text "${text}")
-file(WRITE ${pc} "${text}")
-get_filename_component(pc_dir ${pc} DIRECTORY)
-get_filename_component(lib_dir ${pc_dir} DIRECTORY)
+function(try_package prefix)
+    step("${prefix}/bin/velk" --version)
+    if(NOT output MATCHES "${VERSION}")
+        message(FATAL_ERROR "velk --version says \"${output}\", not ${VERSION}")
+    endif()
+    step(${CMAKE_COMMAND} -E env QT_QPA_PLATFORM=offscreen "${prefix}/bin/velk-browser" --version)
+    set(ENV{PKG_CONFIG_PATH} "${prefix}/${LIBDIR}/pkgconfig")
+    set(build "${WORK}/build")
+    file(REMOVE_RECURSE "${build}")
+    step(${CMAKE_COMMAND} -S ${SOURCE} -B "${build}" -G Ninja -DCMAKE_CXX_COMPILER=${COMPILER}
+        -DCMAKE_BUILD_TYPE=Release "-DCMAKE_PREFIX_PATH=${prefix}")
+    step(${CMAKE_COMMAND} --build "${build}")
+    step(${CMAKE_CTEST_COMMAND} --test-dir "${build}" --output-on-failure --no-tests=error)
+endfunction()
 
-set(ENV{PKG_CONFIG_PATH} ${pc_dir})
-set(ENV{LD_LIBRARY_PATH} ${lib_dir})
-step(${CMAKE_COMMAND} -S ${SOURCE} -B ${WORK}/build -G Ninja -DCMAKE_CXX_COMPILER=${COMPILER}
-    -DCMAKE_BUILD_TYPE=Release -DCMAKE_PREFIX_PATH=${WORK}/prefix)
-step(${CMAKE_COMMAND} --build ${WORK}/build)
-step(${CMAKE_CTEST_COMMAND} --test-dir ${WORK}/build --output-on-failure)
+unset(ENV{LD_LIBRARY_PATH})
+file(REMOVE_RECURSE "${WORK}")
+step(${CMAKE_COMMAND} --install ${BUILD} --prefix "${WORK}/an odd place")
+try_package("${WORK}/an odd place")
+file(MAKE_DIRECTORY "${WORK}/elsewhere")
+file(RENAME "${WORK}/an odd place" "${WORK}/elsewhere/velk")
+try_package("${WORK}/elsewhere/velk")

@@ -4,9 +4,9 @@
 // grown. The failures depend on the seed alone.
 //
 //     velk_update_soak [ROUNDS [SEED]]
-#include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFile.h"
 #include "host/command/UpdateReceiver.h"
+#include "host/support/FileError.h"
 #include "host/support/InstallHost.h"
 #include "support/EventLoop.h"
 #include "support/Numbers.h"
@@ -266,7 +266,7 @@ public:
                 if (published.installed.pathExists())
                     VelkHost::readCatalog(published.installed, VelkHost::CatalogContent::Names);
             return true;
-        } catch (const VelkHost::CatalogError& error) {
+        } catch (const VelkHost::FileError& error) {
             std::printf("broken: %s\n", error.what());
             return false;
         }

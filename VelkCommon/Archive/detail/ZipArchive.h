@@ -2,7 +2,7 @@
 
 #include <VelkCommon/Archive/detail/ZipDirectory.h>
 #include <VelkCommon/Files/fileString.h>
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/File.h>
 
 #include <cstdint>
 #include <memory>

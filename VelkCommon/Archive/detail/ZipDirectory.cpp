@@ -2,7 +2,7 @@
 
 #include <VelkCommon/Archive/detail/ZipFormat.h>
 #include <VelkCommon/Archive/detail/ZipNames.h>
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/File.h>
 
 #include <algorithm>
 #include <numeric>

@@ -1,6 +1,7 @@
 #include <VelkCommon/Archive/detail/ZipNames.h>
 
-#include <VelkCommon/Text/detail/Utf8.h>
+#include <VelkCommon/Text/StringConvert.h>
+#include <VelkCommon/detail/Utf8.h>
 
 #include <array>
 #include <string>
@@ -22,17 +23,6 @@ constexpr std::array<char16_t, 128> upperHalf = {
     0x2321, 0x00F7, 0x2248, 0x00B0, 0x2219, 0x00B7, 0x221A, 0x207F, 0x00B2, 0x25A0, 0x00A0,
 };
 
-bool isUtf8(std::string_view bytes) noexcept
-{
-    while (!bytes.empty()) {
-        const DecodedUtf8 decoded = decodeUtf8(bytes, Surrogates::malformed);
-        if (!decoded.wellFormed)
-            return false;
-        bytes.remove_prefix(decoded.length);
-    }
-    return true;
-}
-
 std::string fromCodePage437(std::string_view bytes)
 {
     std::string text;
@@ -47,7 +37,7 @@ std::string fromCodePage437(std::string_view bytes)
 
 fileString decodeZipName(std::string_view bytes, bool declaredUtf8)
 {
-    return declaredUtf8 || isUtf8(bytes) ? std::string(bytes) : fromCodePage437(bytes);
+    return declaredUtf8 || StringConvert::isUtf8(bytes) ? std::string(bytes) : fromCodePage437(bytes);
 }
 
 }  // namespace Velk::detail

@@ -1,6 +1,7 @@
 #include <VelkCommon/Files/detail/DiskReserve.h>
 
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Files/detail/Folders.h>
+#include <VelkCommon/Platform/FileSystem.h>
 
 #include <algorithm>
 #include <atomic>
@@ -15,8 +16,7 @@ std::atomic<FreeSpaceQuery> freeSpaceQuery = nullptr;
 std::uint64_t roomOnDisk(const fileString& path)
 {
     const FreeSpaceQuery query = freeSpaceQuery;
-    const fileString parent = path.parentPathWithSeparator();
-    const std::string folder = parent.empty() ? "." : parent.utf8();
+    const std::string folder = folderOf(path);
     const auto free = query != nullptr ? query(folder) : Platform::freeSpace(folder);
     return free ? *free - std::min(*free, diskReserve) : UINT64_MAX;
 }

@@ -1,7 +1,8 @@
 #pragma once
 
 #include <VelkCommon/Files/fileString.h>
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/FileSystem.h>
+#include <VelkCommon/Platform/PathText.h>
 
 #include <string>
 #include <string_view>
@@ -16,6 +17,13 @@ inline std::string withoutTrailingSeparators(std::string text)
     while (text.size() > root && Velk::Platform::isSeparator(text.back()))
         text.pop_back();
     return text;
+}
+
+/// The folder that holds `path`, as system calls take it: "." for a bare name.
+inline std::string folderOf(const fileString& path)
+{
+    const fileString parent = path.parentPathWithSeparator();
+    return parent.empty() ? "." : parent.utf8();
 }
 
 /// Creates each folder of `path` that is missing by `createFolder(path)`, outermost first. Whether the
@@ -35,9 +43,5 @@ bool createMissingFolders(const fileString& path, CreateFolder createFolder)
     const auto status = Velk::Platform::fileStatus(path.utf8());
     return status && status->folder;
 }
-
-/// 32 hexadecimal digits that nobody can guess. Throws std::runtime_error when the system has no
-/// randomness.
-std::string randomName();
 
 }  // namespace Velk::detail

@@ -1,7 +1,7 @@
 #include <VelkCommon/Network/detail/Body.h>
 
 #include <VelkCommon/Files/detail/DiskReserve.h>
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/Process.h>
 
 #include <curl/curl.h>
 

@@ -1,6 +1,7 @@
 #include <VelkCommon/Network/detail/Session.h>
 
 #include <VelkCommon/Network/detail/TransferLimits.h>
+#include <VelkCommon/detail/NeverDestroyed.h>
 
 #include <algorithm>
 #include <memory>
@@ -13,7 +14,6 @@ namespace {
 constexpr long keptConnections = 16;
 constexpr std::size_t keptSessions = 8;
 
-// Never destroyed: transfers may run while the process ends.
 struct Pool
 {
     std::mutex mutex;
@@ -22,8 +22,8 @@ struct Pool
 
 Pool& pool()
 {
-    static Pool& sessions = *new Pool;
-    return sessions;
+    static NeverDestroyed<Pool> sessions;
+    return *sessions;
 }
 
 // Sets a flag for the length of a block.

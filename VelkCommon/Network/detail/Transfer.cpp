@@ -5,7 +5,8 @@
 #include <VelkCommon/Network/detail/Session.h>
 #include <VelkCommon/Network/detail/TransferLimits.h>
 #include <VelkCommon/Network/detail/UrlText.h>
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/File.h>
+#include <VelkCommon/Text/PercentEncoding.h>
 
 #include <algorithm>
 #include <utility>

@@ -1,11 +1,12 @@
 #include <VelkCommon/Network/detail/TransferLimits.h>
 
+#include <VelkCommon/detail/NeverDestroyed.h>
+
 #include <mutex>
 
 namespace Velk::detail {
 namespace {
 
-// Never destroyed: transfers may run while the process ends.
 struct Current
 {
     std::mutex mutex;
@@ -14,8 +15,8 @@ struct Current
 
 Current& currentLimits()
 {
-    static Current& state = *new Current;
-    return state;
+    static NeverDestroyed<Current> state;
+    return *state;
 }
 
 }  // namespace

@@ -1,5 +1,8 @@
 #include <VelkCommon/Network/detail/UrlText.h>
 
+#include <VelkCommon/Text/Ascii.h>
+#include <VelkCommon/Text/PercentEncoding.h>
+
 #include <curl/curl.h>
 
 #include <algorithm>
@@ -8,27 +11,11 @@
 namespace Velk::detail {
 namespace {
 
-constexpr char lower(char c) noexcept
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 // `prefix` is in lower case.
 bool startsWithIgnoringCase(std::string_view text, std::string_view prefix) noexcept
 {
     return text.size() >= prefix.size() && std::equal(prefix.begin(), prefix.end(), text.begin(),
-                                                      [](char wanted, char c) { return wanted == lower(c); });
-}
-
-constexpr bool isControl(char c) noexcept
-{
-    return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
-}
-
-bool needsEncoding(char c) noexcept
-{
-    const auto byte = static_cast<unsigned char>(c);
-    return byte <= 0x20 || byte >= 0x7F || std::string_view("\"<>\\^`{|}").find(c) != std::string_view::npos;
+                                                      [](char wanted, char c) { return wanted == Ascii::lower(c); });
 }
 
 using Url = std::unique_ptr<CURLU, decltype(&curl_url_cleanup)>;
@@ -70,28 +57,12 @@ bool isSecure(std::string_view address) noexcept
 
 bool hasControlCharacter(std::string_view text) noexcept
 {
-    return std::any_of(text.begin(), text.end(), isControl);
+    return std::any_of(text.begin(), text.end(), Ascii::isControl<char>);
 }
 
 bool isHeaderLine(std::string_view line) noexcept
 {
-    return std::none_of(line.begin(), line.end(), [](char c) { return isControl(c) && c != '\t'; });
-}
-
-std::string wireForm(std::string_view address)
-{
-    constexpr char digits[] = "0123456789ABCDEF";
-    std::string result;
-    result.reserve(address.size());
-    for (const char c : address) {
-        if (!needsEncoding(c)) {
-            result += c;
-            continue;
-        }
-        const auto byte = static_cast<unsigned char>(c);
-        result += {'%', digits[byte >> 4U], digits[byte & 0xFU]};
-    }
-    return result;
+    return std::none_of(line.begin(), line.end(), [](char c) { return Ascii::isControl(c) && c != '\t'; });
 }
 
 std::string serverOf(const std::string& address)
@@ -101,7 +72,7 @@ std::string serverOf(const std::string& address)
         return {};
     std::string server = part(url, CURLUPART_SCHEME) + "://" + part(url, CURLUPART_HOST) + ":" +
                          part(url, CURLUPART_PORT, CURLU_DEFAULT_PORT);
-    std::transform(server.begin(), server.end(), server.begin(), lower);
+    std::transform(server.begin(), server.end(), server.begin(), Ascii::lower<char>);
     return server;
 }
 

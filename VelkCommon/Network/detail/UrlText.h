@@ -3,8 +3,6 @@
 /// @file
 /// Addresses as text: which can be fetched, and how they travel.
 
-#include <VelkCommon/Export.h>
-
 #include <string>
 #include <string_view>
 
@@ -18,10 +16,6 @@ bool isSecure(std::string_view address) noexcept;
 bool hasControlCharacter(std::string_view text) noexcept;
 /// The same for a header line, where tabs are allowed.
 bool isHeaderLine(std::string_view line) noexcept;
-
-/// `address` with those bytes percent-encoded that no URL can carry: blanks, bytes above 0x7E, controls
-/// and " < > \ ^ ` { | }. All others stay, "%" and "#" included.
-VELKCOMMON_EXPORT std::string wireForm(std::string_view address);
 
 /// Scheme, host and port in lower case, as the name of a server; empty when `address` is no URL.
 std::string serverOf(const std::string& address);

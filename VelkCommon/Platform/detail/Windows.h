@@ -3,7 +3,7 @@
 /// @file
 /// What the sources of this layer for Windows share.
 
-#include <VelkCommon/Files/fileString.h>
+#include <VelkCommon/Platform/PathText.h>
 #include <VelkCommon/detail/Guarded.h>
 
 // The order of the system's headers matters: windows.h comes first.
@@ -32,7 +32,7 @@ inline std::wstring systemPath(const std::string& path)
 {
     if (path.find('\0') != std::string::npos)
         return {};
-    return fileString(path).toNativeString();
+    return toNativePath(path);
 }
 
 /// An open handle; closes itself and leaves the last error as it was.
@@ -125,11 +125,6 @@ inline bool removeOne(const std::wstring& path, DWORD attributes, bool overrideR
         return false;
     return patiently(
         [&] { return (isFolder(attributes) ? ::RemoveDirectoryW(path.c_str()) : ::DeleteFileW(path.c_str())) != 0; });
-}
-
-inline std::string toUtf8(std::wstring_view text)
-{
-    return fileString::fromNative(text).utf8();
 }
 
 /// The pieces of a path without "." and with ".." taken back, joined; behind the long-path prefix the

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/Process.h>
+#include <VelkCommon/Text/Ascii.h>
 
 #include <algorithm>
 #include <string>
@@ -11,8 +12,7 @@ namespace Velk::detail {
 /// stay apart. Its control characters become blanks: names from outside move no cursor.
 inline void writeReportLine(std::string text)
 {
-    const auto isControl = [](unsigned char byte) { return byte < 0x20 || byte == 0x7F; };
-    std::replace_if(text.begin(), text.end(), isControl, ' ');
+    std::replace_if(text.begin(), text.end(), Ascii::isControl<char>, ' ');
     Platform::writeToStandardError(text + '\n');
 }
 

@@ -7,8 +7,8 @@
 
 namespace Library::Search::detail {
 
-/// How frequent a byte is in names and keywords of many languages, in lower case: an order, no measure.
-/// 0 for all that are rare.
+/// How frequent a byte is in lower-case names and keywords of many languages. The numbers give an order, not a
+/// measure; all rare bytes have 0.
 inline std::uint8_t frequencyOf(char byte) noexcept
 {
     static constexpr std::string_view frequentBytes =  // most frequent first

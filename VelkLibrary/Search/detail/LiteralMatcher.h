@@ -23,7 +23,7 @@ constexpr Worth noWorth = std::numeric_limits<Worth>::max();
 struct PlaceWorths
 {
     Worth begin[2];        ///< at the beginning of the name; index: border on the right
-    Worth name[2][2];      ///< behind it; indexes: border on the left, border on the right
+    Worth name[2][2];      ///< further on in it; indexes: border on the left, border on the right
     Worth keywords[2][2];  ///< in the keywords
 };
 
@@ -32,7 +32,7 @@ struct PlaceWorths
 /// Gives the result of the regular expressions ".*term.*" with or without "\b" on either side, matched
 /// against a whole text, for every term and text: "." stands for anything but LF and CR, so the term
 /// must cover every line break of the text; a word character is an ASCII letter or digit or "_".
-/// The time is linear in the texts' size, the memory none.
+/// The time is linear in the size of the texts, and no memory is allocated.
 class LiteralMatcher
 {
 public:
@@ -49,7 +49,7 @@ public:
         return term_.size() < 2 || (pairs.mayHold(pairs_[0]) && pairs.mayHold(pairs_[1]));
     }
 
-    /// An order of terms: the smaller, the less likely a text holds the term.
+    /// For ordering terms: the smaller it is, the less likely a text holds the term.
     unsigned frequency() const noexcept { return frequency_; }
 
     const PlainPart& plainPart() const noexcept { return plainPart_; }

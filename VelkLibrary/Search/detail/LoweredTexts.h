@@ -19,21 +19,22 @@ struct Extent
 /// bytes to their end.
 std::size_t findBreak(const char* bytes, const Extent& extent) noexcept;
 
-/// A name, and keywords where there are any, in lower case: one behind the other in a buffer, with a
-/// byte that stands in no term before, between and behind them. So one search finds what is in either,
-/// and the ends of both need no care. Long keywords are lowered only when asked for, since most hold no
-/// term. Lives within one rating, in the thread of that rating.
+/// A name, and the keywords if there are any, in lower case. They lie one after the other in a buffer, with a
+/// byte that occurs in no term before, between and behind them. So one search finds what is in either, and the
+/// ends of both need no special care. Long keywords are lowered only when asked for, since most hold no term.
+/// Lives for one rating, on the thread of that rating.
 class LoweredTexts
 {
 public:
-    /// The room that the constructor needs.
+    /// The size of the buffer that the constructor needs.
     static std::size_t room(std::size_t nameSize, std::size_t keywordsSize) noexcept;
 
-    /// Writes to `buffer`, which must outlive this, as must `keywords`. No keywords: null.
+    /// Writes to `buffer`, which must outlive this, as must `keywords`. Null stands for no keywords.
     LoweredTexts(char* buffer, std::string_view name, const std::string* keywords) noexcept;
 
-    /// The keywords as they were given, if they are not in lower case yet; else empty. Not shorter than
-    /// `leastPending` then. Until lowerKeywords(), all else is as if there were none.
+    /// The keywords as they were given, as long as they have not been lowered; otherwise empty. Pending
+    /// keywords are at least `leastPending` bytes long. Until lowerKeywords(), everything else is as if there
+    /// were no keywords.
     std::string_view pendingKeywords() const noexcept { return pendingKeywords_; }
     void lowerKeywords() noexcept;
     static constexpr std::size_t leastPending = 32;
@@ -42,12 +43,12 @@ public:
     const char* bytes() const noexcept { return bytes_; }
     std::size_t size() const noexcept { return keywords_.end; }
     const Extent& name() const noexcept { return name_; }
-    /// Of no extent behind the end of the name where there are none.
+    /// Empty, and at the end of the name, when there are no keywords.
     const Extent& keywords() const noexcept { return keywords_; }
     bool hasKeywords() const noexcept { return hasKeywords_; }
     std::string_view nameText() const noexcept { return {bytes_, name_.end}; }
 
-    /// Whether that text holds a line break. Looked up once.
+    /// Whether the name or the keywords hold a line break. Looked up once for each.
     bool hasBreak(bool inKeywords) const noexcept;
 
     static constexpr std::size_t readable = 32;
@@ -66,12 +67,12 @@ private:
     mutable Breaks breaks_[2] = {Breaks::Unknown, Breaks::Unknown};
 };
 
-/// Which pairs of neighbouring bytes the texts may hold: one look at the texts that spares most of the
-/// searches for many terms. May hold a pair that the texts do not, never the other way round.
+/// Which pairs of neighbouring bytes the texts may hold: one look at the texts that saves most of the searches
+/// for many terms. It may name a pair that the texts do not hold, but never misses one that they do.
 class BytePairs
 {
 public:
-    /// A pair's number; different pairs of small letters have different ones.
+    /// A pair's number; different pairs of small letters have different numbers.
     static std::uint16_t number(char first, char second) noexcept
     {
         return static_cast<std::uint16_t>((first & 31) << 5 | (second & 31));
@@ -81,7 +82,7 @@ public:
 
     bool mayHold(std::uint16_t number) const noexcept { return held_[number]; }
 
-    /// Larger texts hold nearly all pairs.
+    /// Texts larger than this hold nearly all pairs.
     static constexpr std::size_t largestUseful = 1024;
 
 private:

@@ -8,18 +8,18 @@
 namespace Library::Search::detail {
 
 /// A part of a term that can be looked for in a text as it was given: wherever the lowered text holds the
-/// term, the given one holds these bytes, but for the bit that capitals lack. Most texts do not hold
-/// a term, and to see it here takes a fraction of the time to lower them.
+/// term, the given text holds these bytes, apart from the bit that capitals lack. Most texts do not hold a
+/// term, and finding that out here takes a fraction of the time that lowering them would.
 class PlainPart
 {
 public:
     /// `term` is in lower case.
     explicit PlainPart(std::string_view term) noexcept;
 
-    /// Whether `text` may hold `term`, the one given to the constructor, once it is lowered.
+    /// Whether `text`, once it is lowered, may hold the term that was given to the constructor.
     bool mayStandIn(std::string_view text) const noexcept;
 
-    /// False if the answer is yes for most texts, as for a single letter, or for all.
+    /// False if mayStandIn() is true of most texts, as for a single letter, or of all.
     bool isSelective() const noexcept { return size_ > 1; }
 
 private:
@@ -30,8 +30,8 @@ private:
 
     char bytes_[longest] = {};  // with the bit that capitals lack
     std::uint8_t size_ = 0;
-    std::uint8_t probe_ = 0;     // the place of two neighbours, or of one byte, that are rare in names
-    std::uint8_t distance_ = 0;  // 1 where there are two
+    std::uint8_t probe_ = 0;     // the place of two neighbouring bytes, or of one, rare in names
+    std::uint8_t distance_ = 0;  // 1 if there are two, else 0
 };
 
 }  // namespace Library::Search::detail

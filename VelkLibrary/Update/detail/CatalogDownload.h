@@ -16,7 +16,7 @@ struct TransferProgress
 };
 
 /// The progress callback of a catalog's transfer; `data` is a TransferProgress. Ends the transfer (1)
-/// when the run is cancelled, and when nothing has come for 600 calls. Tells the receiver at every
+/// when the run is cancelled, and when 600 calls in a row have brought nothing new. Tells the receiver at every
 /// 502nd call.
 VELKLIBRARY_EXPORT int reportProgress(void* data, double toReceive, double received, double toSend,
                                       double sent) noexcept;

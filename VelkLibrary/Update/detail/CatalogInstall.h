@@ -6,9 +6,8 @@
 
 namespace LibraryCatalogUpdate::detail {
 
-/// Makes of a downloaded file what the host needs: unpacks it where it is packed, hands a new database to
-/// the receiver, puts an archive of referenced files in place. False when the catalog is not installed,
-/// which is logged.
+/// Installs a downloaded file: unpacks it when it is packed, hands a new catalog file to the receiver and puts
+/// a texture archive in place. False when the catalog could not be installed, which is logged.
 VELKLIBRARY_EXPORT bool installCatalog(const LibraryProgressBase& receiver, CatalogRun& run,
                                        const fileString& downloaded, const fileString& fileName, CatalogRecord& record);
 

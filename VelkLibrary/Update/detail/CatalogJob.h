@@ -21,8 +21,8 @@ struct CatalogJobSettings
     bool manual = false;
 };
 
-/// The job of an updater: its phases, one after the other, and what they have come to. A second run goes
-/// on with the table and the results of the first.
+/// The job of an updater: its phases, one after the other, and their results. A second run goes on with the
+/// table and the results of the first.
 class CatalogJob
 {
 public:

@@ -14,7 +14,7 @@
 
 namespace LibraryCatalogUpdate::detail {
 
-/// What a run has come to so far.
+/// The results of a run so far.
 struct CatalogRun
 {
     bool failed = false;
@@ -26,10 +26,10 @@ struct CatalogRun
 /// Logs a failure that nothing else has logged.
 void logFailure(const char* reason) noexcept;
 
-/// Does one part of a run. What it throws is logged and makes the run a failed one, but the run goes on;
-/// a precondition that the host violates passes through.
+/// Does one part of a run. An exception is logged and makes the run a failed one, but the run goes on. Only an
+/// EnforcerException passes through, because it means that the host violates a precondition.
 template <typename Work>
-void guarded(CatalogRun& run, const Work& work)
+void doPart(CatalogRun& run, const Work& work)
 {
     try {
         work();
@@ -45,7 +45,7 @@ void guarded(CatalogRun& run, const Work& work)
     }
 }
 
-/// The names of files for texts that the receiver shows.
+/// The name of a file, in Windows-1252, for texts that the receiver shows.
 std::string shownName(const fileString& path);
 
 }  // namespace LibraryCatalogUpdate::detail

@@ -10,17 +10,17 @@
 #include <vector>
 
 /// @file
-/// The texts that the catalog update reads: lines of hash files, and the core content index. Both come
-/// from where everyone can write.
+/// The texts that the catalog update reads: lines of hash files, and the core content index. Neither is
+/// trusted: both come from places where anyone may have written.
 
 namespace LibraryCatalogUpdate::detail {
 
 /// The catalog's file name and its hash from a line of a hash file, without the line's end; nothing when
-/// the line is something else. A carriage return at its end is left out.
+/// the line is something else. A carriage return at its end is ignored.
 VELKLIBRARY_EXPORT std::optional<std::pair<std::string, std::string>> parseHashLine(std::string_view line);
 
 /// The names of catalogs in a core content index, in its order: the lines that are plain names of
-/// supported files. Carriage returns do not count.
+/// supported files. Carriage returns are ignored.
 VELKLIBRARY_EXPORT std::vector<fileString> parseCoreIndex(std::string_view body);
 
 }  // namespace LibraryCatalogUpdate::detail

@@ -7,8 +7,8 @@
 
 namespace LibraryCatalogUpdate::detail {
 
-/// Counts what the transfers of a process have done. Only the worker of the one run at a time touches
-/// it. What no step of a run resets goes on into the next run.
+/// Counts what the transfers of a process have done. Only the worker of the current run touches them. A count
+/// that no step of a run resets goes on in the next run.
 struct TransferCounters
 {
     std::uint64_t kilobytesToDownload = 0;  ///< of the run's download phase
@@ -18,13 +18,13 @@ struct TransferCounters
     unsigned unreportedCalls = 0;           ///< progress calls since the receiver was told
 };
 
-/// What all updaters of the process share. Any thread, but for the counters.
+/// What all updaters of the process share. Any thread, except for the counters.
 class VELKLIBRARY_EXPORT CatalogUpdateState
 {
 public:
     static CatalogUpdateState& get();
 
-    /// For a new updater: keeps the address, forgets the endpoint, clears the cancel flag.
+    /// Prepares for a new updater: stores the address, forgets the endpoint, clears the cancel flag.
     void begin(const std::string& serviceAddress);
 
     void cancel();
@@ -40,7 +40,7 @@ public:
 private:
     CatalogUpdateState() = default;
 
-    // Under the catalog update's mutex.
+    // Guarded by the catalog update's mutex.
     bool cancelled_ = false;
     std::string serviceAddress_;
     std::string endpoint_;

@@ -2,6 +2,8 @@
 
 #include "host/support/QtText.h"
 
+#include <VelkLibrary/Filter/FreeFilterIds.h>
+
 #include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
@@ -16,7 +18,6 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <set>
 #include <utility>
 
 namespace VelkHost {
@@ -34,17 +35,6 @@ bool hasName(const std::vector<LibraryFilter>& filters, const QString& name)
 {
     return std::any_of(filters.begin(), filters.end(),
                        [&](const LibraryFilter& filter) { return qtText(filter.getFilterName()) == name; });
-}
-
-long unusedId(const std::vector<LibraryFilter>& filters)
-{
-    std::set<long> used;
-    for (const LibraryFilter& filter : filters)
-        used.insert(filter.getFilterId());
-    long id = 1;
-    while (used.contains(id))
-        ++id;
-    return id;
 }
 
 void include(LibraryFilter& filter, const std::string& id, bool included)
@@ -86,7 +76,7 @@ FilterEditor::FilterEditor(const FilterState& state, const std::map<fileString, 
     list_->setFocus();
 }
 
-// A name that is being edited is handed in when the list ends, which is after everything here.
+// A name that is still being edited arrives when the list is destroyed, which is after everything here.
 FilterEditor::~FilterEditor()
 {
     list_->disconnect(this);
@@ -228,7 +218,7 @@ void FilterEditor::add()
     QString name = tr("New filter");
     for (int number = 2; hasName(filters_, name); ++number)
         name = tr("New filter %1").arg(number);
-    filters_.emplace_back(name.toStdString(), unusedId(filters_), std::vector<std::string>());
+    filters_.emplace_back(name.toStdString(), FreeFilterIds(filters_, 1).take(), std::vector<std::string>());
     auto* const item = new QListWidgetItem(name);
     item->setFlags(item->flags() | Qt::ItemIsEditable);
     list_->addItem(item);

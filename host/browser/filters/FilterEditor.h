@@ -21,14 +21,14 @@ class QPushButton;
 
 namespace VelkHost {
 
-/// The filters, to be made, named, removed and filled with libraries. Works on a copy; when it is accepted,
-/// the names are unique and none is empty.
+/// A dialog to make, name, remove and fill filters. Works on a copy; when it is accepted, the names are unique
+/// and none is empty.
 class FilterEditor : public QDialog
 {
     Q_OBJECT
 
 public:
-    /// `libraries` are the installed ones. Others that a filter names are offered too.
+    /// `libraries` are the installed ones. Further libraries that a filter names are offered, too.
     FilterEditor(const FilterState& state, const std::map<fileString, BrowsedLibrary>& libraries,
                  QWidget* parent = nullptr);
     ~FilterEditor() override;

@@ -19,7 +19,7 @@ QString withKey(QChar key, QString text)
     return u'&' + QString(key) + QStringLiteral("  ") + text.replace(u'&', QStringLiteral("&&"));
 }
 
-/// The digits and letters but for the actions' own.
+/// The digits and letters, except those that the actions use.
 QString freeKeys(std::initializer_list<const QAction*> actions)
 {
     QString keys = QStringLiteral("0123456789abcdefghijklmnopqrstuvwxyz");

@@ -9,7 +9,7 @@ class QActionGroup;
 
 namespace VelkHost {
 
-/// The filters in a box, for beside the search.
+/// The filters in a box, for use beside the search box.
 class FilterBox : public QComboBox
 {
     Q_OBJECT
@@ -26,7 +26,7 @@ private:
     void retranslate();
 };
 
-/// The filters in a menu, as many as have a key of their own, and what can be done with them.
+/// The filters in a menu, as many as there are keys for, and what can be done with them.
 class FilterMenu : public QMenu
 {
     Q_OBJECT
@@ -37,9 +37,9 @@ public:
     void setState(const FilterState& state);
 
 Q_SIGNALS:
-    /// An entry of FilterState is to be put in force.
+    /// The user asks to put an entry of FilterState in force.
     void chosen(int entry);
-    /// The others are to be offered.
+    /// The user asks for the filters that the menu leaves out.
     void moreAsked();
     void editAsked();
     void mergeAsked();

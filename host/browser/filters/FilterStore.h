@@ -18,17 +18,17 @@ struct FilterState
 {
     std::vector<LibraryFilter> filters;
     long currentId = noFilterId;
-    QStringList entries;  ///< of a menu: the first stands for no filter, the others for `filters`
+    QStringList entries;  ///< of a menu: the first means no filter, the others are the names of `filters`
 
-    /// The filter in force; null when there is none, also when the current id is no filter's.
+    /// The filter in force; null when there is none, and when no filter has the current id.
     const LibraryFilter* inForce() const;
-    /// Its entry.
+    /// The entry of the filter in force.
     int currentEntry() const;
-    /// The id behind an entry.
+    /// The id of an entry's filter.
     long idOfEntry(int entry) const;
 };
 
-/// The installation's filters, read and saved in the background. The user-interface thread's.
+/// The installation's filters, read and saved in the background. Used on the user-interface thread only.
 class FilterStore : public QObject
 {
     Q_OBJECT
@@ -44,13 +44,13 @@ public:
     void setCurrentEntry(int entry);
     /// Replaces all filters and the current one.
     void replace(const std::vector<LibraryFilter>& filters, long currentId);
-    /// Adds the filters of a file; before changed() comes merged().
+    /// Adds the filters of a file; merged() comes before changed().
     void merge(const fileString& path);
 
     bool isBusy() const { return worker_.isBusy(); }
 
 Q_SIGNALS:
-    /// The state is another one, or was confirmed.
+    /// The state has changed, or was confirmed.
     void changed();
     /// Nothing was changed; `reason` is for people.
     void failed(const QString& reason);

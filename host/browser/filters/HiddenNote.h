@@ -9,7 +9,7 @@ class QPushButton;
 
 namespace VelkHost {
 
-/// Why nothing is to be seen, though there are libraries, and a button that shows them all.
+/// Tells why no libraries are seen although there are some, with a button that shows them all.
 class HiddenNote : public QWidget
 {
     Q_OBJECT
@@ -21,7 +21,7 @@ public:
     void setText(const QString& text);
 
 Q_SIGNALS:
-    /// Everything is to be shown.
+    /// The user asks to see everything.
     void showAllAsked();
 
 protected:

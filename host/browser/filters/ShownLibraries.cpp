@@ -160,8 +160,8 @@ void ShownLibraries::tellMerge(const FilterMerge& merge)
     const int present = static_cast<int>(merge.present);
     QString text =
         merge.came.empty()
-            ? tr("No filter came.")
-            : tr("%Ln filter(s) came: %1.", nullptr, static_cast<int>(merge.came.size())).arg(joinedNames(merge.came));
+            ? tr("No filter was added.")
+            : tr("%Ln filter(s) added: %1.", nullptr, static_cast<int>(merge.came.size())).arg(joinedNames(merge.came));
     if (present > 0)
         text += u' ' + tr("%Ln filter(s) were here already.", nullptr, present);
     Q_EMIT told(text);

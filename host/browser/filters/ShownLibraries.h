@@ -13,7 +13,7 @@ class HiddenNote;
 class KindMenu;
 
 /// Which libraries the window shows: those of the filter in force, and of these the kinds that are not hidden.
-/// Keeps the tree's model to it, and has the widgets and menus that decide it.
+/// Keeps the tree's model in step, and has the widgets and menus that decide it.
 class ShownLibraries : public QObject
 {
     Q_OBJECT
@@ -28,26 +28,26 @@ public:
     FilterBox* filterBox() const { return box_; }
     FilterMenu* filterMenu() const { return menu_; }
     KindMenu* kindMenu() const { return kinds_; }
-    /// In place of the tree when hidesAll().
+    /// Shown in place of the tree when hidesAll().
     HiddenNote* page() const { return page_; }
     /// Above the results of a search, shown when it should be.
     HiddenNote* strip() const { return strip_; }
 
-    /// There are libraries, and none is shown.
+    /// Whether there are libraries, but none is shown.
     bool hidesAll() const;
-    /// Tells whether a search has found nothing.
+    /// Sets whether a search has found nothing.
     void setSearchInVain(bool inVain);
 
-    /// Tells the user why a library that was just imported is not to be seen.
+    /// Tells the user why a library that was just imported does not show.
     void tellHidden(const QString& library);
 
-    /// No filter in force, and every kind shown.
+    /// Puts no filter in force, and shows every kind.
     void showAll();
     void editFilters();
     void askForFilterFile();
 
 Q_SIGNALS:
-    /// Other libraries are shown.
+    /// The set of shown libraries has changed.
     void changed();
     /// Something to tell the user.
     void told(const QString& message);

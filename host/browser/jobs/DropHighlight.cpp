@@ -23,11 +23,11 @@ void DropHighlight::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QColor color = palette().color(QPalette::Highlight);
+    const QColor colour = palette().color(QPalette::Highlight);
     QColor veil = palette().color(QPalette::Window);
     veil.setAlpha(170);
     painter.fillRect(rect(), veil);
-    painter.setPen(QPen(color, 2, Qt::DashLine));
+    painter.setPen(QPen(colour, 2, Qt::DashLine));
     painter.drawRoundedRect(rect().adjusted(frameMargin, frameMargin, -frameMargin, -frameMargin), frameCorner,
                             frameCorner);
 
@@ -39,7 +39,7 @@ void DropHighlight::paintEvent(QPaintEvent*)
                                                                     labelPadding / 2);
     label.moveCenter(rect().center());
     painter.setPen(Qt::NoPen);
-    painter.setBrush(color);
+    painter.setBrush(colour);
     painter.drawRoundedRect(label, frameCorner, frameCorner);
     painter.setPen(palette().color(QPalette::HighlightedText));
     painter.drawText(label, Qt::AlignCenter, text);

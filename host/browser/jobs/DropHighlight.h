@@ -4,7 +4,7 @@
 
 namespace VelkHost {
 
-/// Shows over a window that what is dragged can be dropped there.
+/// Shows, over a window, that the dragged files can be dropped there.
 class DropHighlight : public QWidget
 {
     Q_OBJECT

@@ -3,15 +3,15 @@
 #include "host/browser/jobs/InstalledFiles.h"
 #include "host/browser/jobs/PanelProgress.h"
 #include "host/browser/language/Reasons.h"
-#include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFile.h"
-#include "host/catalog/CatalogFolder.h"
+#include "host/support/FileError.h"
+#include "host/support/Folders.h"
 #include "host/support/QtText.h"
 
 #include <VelkCommon/Archive/ZipUtils.h>
 #include <VelkCommon/Files/FileReaper.h>
 #include <VelkCommon/Files/FileUtils.h>
-#include <VelkCommon/Text/StringUtils.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 #include <VelkLibrary/Data/PlainFileName.h>
 #include <VelkLibrary/LibraryImport.h>
 #include <VelkLibrary/UI/LibraryProgressPanel.h>
@@ -28,13 +28,13 @@ namespace {
 
 using Unpacked = std::pair<std::optional<fileString>, std::optional<fileString>>;
 
-/// Ended by the user.
+/// Thrown when the user cancels the import.
 struct ImportCancelled
 {};
 
 bool isPacked(const fileString& file)
 {
-    return StringUtils::toLowerUtf8(file.extension().utf8()) == ".calibz";
+    return file.hasExtensionInAnyCase(Library::extensions::packed);
 }
 
 Unpacked unpack(const fileString& file, const std::shared_ptr<PanelProgress>& progress)
@@ -53,8 +53,8 @@ QString unpackingProblem(const fileString& file)
     if (!isPacked(file))
         return ImportJob::tr("It cannot be read.");
     if (ZipUtils::getSizeOfArchive(file) == 0)
-        return ImportJob::tr("It is no packed library, or it is damaged.");
-    return ImportJob::tr("The library in it is missing or damaged.");
+        return ImportJob::tr("It is not a packed library, or it is damaged.");
+    return ImportJob::tr("Its catalog file is missing or damaged.");
 }
 
 void stopWhenCancelled(const ProgressSubject& progress)
@@ -63,9 +63,9 @@ void stopWhenCancelled(const ProgressSubject& progress)
         throw ImportCancelled();
 }
 
-// The textures come first: without the library they harm nobody, and the library without them is
-// incomplete. When it then cannot be moved, textures that nobody had before go again. Waiting for those
-// who read the installed files may take seconds.
+// The textures come first: they do no harm without the library, but the library is incomplete without
+// them. If the library then cannot be moved, textures that are new are removed again. Waiting for workers
+// that read the installed files may take seconds.
 void putInPlace(const Unpacked& unpacked, const fileString& target, bool replace, ProgressSubject& progress)
 {
     const std::unique_lock replacing(installedFiles());
@@ -74,14 +74,14 @@ void putInPlace(const Unpacked& unpacked, const fileString& target, bool replace
     const bool hadTextures = textures.pathExists();
     makeFolder(target.parentPath());
     if (target.pathExists() && !replace)
-        throw CatalogError(target, "is there already");
+        throw FileError(target, "already exists");
     if (unpacked.second && !LibraryImport::moveArchivedTextures(*unpacked.second, textures, &progress))
-        throw CatalogError(textures, "cannot be written");
+        throw FileError(textures, "cannot be written");
     if (FileUtils::moveFile(*unpacked.first, target, replace))
         return;
     if (unpacked.second && !hadTextures)
         FileUtils::removePath(textures, FileUtils::noFlags);
-    throw CatalogError(target, "cannot be written");
+    throw FileError(target, "cannot be written");
 }
 
 }  // namespace
@@ -108,7 +108,7 @@ void ImportJob::cancel()
     stop_.request_stop();
 }
 
-// On the worker, like what follows but outcome().
+// On the worker, like the functions below except outcome().
 void ImportJob::run()
 {
     for (const ImportSource& source : sources_)
@@ -139,7 +139,7 @@ void ImportJob::import(const ImportSource& source)
 void ImportJob::take(const ImportSource& source)
 {
     const fileString target = importTarget(source.file);
-    if (!Library::detail::isPlainFileName(target.stemWithExtension().utf8()))
+    if (!Library::isPlainFileName(target.stemWithExtension().utf8()))
         throw std::runtime_error(tr("Its name cannot be that of a library.").toStdString());
     const auto progress = std::make_shared<PanelProgress>(*panel_, stop_.get_token());
     const Unpacked unpacked = unpack(source.file, progress);
@@ -151,8 +151,8 @@ void ImportJob::take(const ImportSource& source)
     progress->showBusy(tr("Checking “%1”").arg(qtText(source.file.stem().utf8())).toStdString());
     try {
         readCatalog(*unpacked.first, CatalogContent::Names);
-    } catch (const CatalogError& error) {
-        throw std::runtime_error(tr("The library in it cannot be read: %1").arg(translated(error.why())).toStdString());
+    } catch (const FileError& error) {
+        throw std::runtime_error(tr("Its catalog file %1.").arg(translated(error.why())).toStdString());
     }
     putInPlace(unpacked, target, source.replace, *progress);
     imported_.push_back(target);

@@ -12,9 +12,9 @@
 
 namespace VelkHost {
 
-/// Takes library files over into the user's libraries: packed ones are taken apart, and the archive of
-/// their textures and other files goes to the user's textures. A file that is damaged or is cancelled
-/// leaves nothing behind.
+/// Imports library files into the user's libraries: packed ones are unpacked, and the archive of their
+/// textures and other files goes to the user's textures. A file that is damaged, or whose import is
+/// cancelled, leaves nothing behind.
 class ImportJob : public LibraryJob
 {
     Q_OBJECT

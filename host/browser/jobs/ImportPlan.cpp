@@ -3,7 +3,7 @@
 #include "host/support/QtText.h"
 
 #include <VelkCommon/Files/PathUtils.h>
-#include <VelkCommon/Text/StringUtils.h>
+#include <VelkLibrary/Data/FileExtensions.h>
 
 #include <set>
 
@@ -11,13 +11,13 @@ namespace VelkHost {
 
 bool isImportable(const fileString& file)
 {
-    const std::string extension = StringUtils::toLowerUtf8(file.extension().utf8());
-    return extension == ".calibz" || extension == ".calib";
+    return file.hasExtensionInAnyCase(Library::extensions::packed) ||
+           file.hasExtensionInAnyCase(Library::extensions::database);
 }
 
 fileString importTarget(const fileString& file)
 {
-    return PathUtils::getObject().getUserDatabasePath() / (file.stem() + fileString(std::string(".calib")));
+    return PathUtils::getObject().getUserDatabasePath() / (file.stem() + fileString(Library::extensions::database));
 }
 
 std::vector<ImportSource> importSources(const QStringList& files)

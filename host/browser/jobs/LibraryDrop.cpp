@@ -36,7 +36,7 @@ bool LibraryDrop::eventFilter(QObject* watched, QEvent* event)
     }
 }
 
-/// The dropped files, if they all can be imported.
+/// The dropped files if all of them can be imported, otherwise none.
 QStringList LibraryDrop::filesOf(const QDropEvent& event) const
 {
     QStringList files;
@@ -51,7 +51,7 @@ QStringList LibraryDrop::filesOf(const QDropEvent& event) const
     return files;
 }
 
-// What is no library is left to the widget that it is over.
+// A drop that is not of library files is left to the widget below it.
 bool LibraryDrop::take(QObject* watched, QDropEvent& event)
 {
     const QStringList files = filesOf(event);

@@ -10,7 +10,7 @@ namespace VelkHost {
 
 class DropHighlight;
 
-/// Takes library files that are dropped on a window, wherever on it.
+/// Takes library files that are dropped anywhere on a window.
 class LibraryDrop : public QObject
 {
     Q_OBJECT
@@ -18,7 +18,7 @@ class LibraryDrop : public QObject
 public:
     explicit LibraryDrop(QWidget& window);
 
-    /// A widget in the window that takes drops itself; those of library files go to the window.
+    /// Covers a widget in the window that takes drops itself, so that library files still go to the window.
     void coverWidget(QWidget* widget);
 
     /// Whether drops are taken.

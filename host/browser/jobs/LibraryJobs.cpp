@@ -54,7 +54,7 @@ LibraryJobs::LibraryJobs(QMainWindow& window)
       cancel_(newAction(this, "cancelAction", Qt::Key_Escape)),
       errorLog_(new QToolButton(&window))
 {
-    // The second key is another one in the search box, on some systems.
+    // On some systems the second key has another use in the search box.
     update_->setShortcuts({Qt::Key_F5, QKeySequence(QStringLiteral("Ctrl+U"))});
     errorLog_->setObjectName(QStringLiteral("errorLogButton"));
     errorLog_->setAutoRaise(true);
@@ -156,9 +156,10 @@ void LibraryJobs::startImport(std::vector<ImportSource> sources)
 
 void LibraryJobs::askToReplace(std::vector<ImportSource> sources, const QStringList& names)
 {
-    const QString text = names.size() == 1 ? tr("“%1” is among your libraries already. Replace it?").arg(names.front())
-                                           : tr("These are among your libraries already: %1. Replace them?")
-                                                 .arg(names.join(tr(", ", "between names")));
+    const QString text =
+        names.size() == 1
+            ? tr("You already have a library “%1”. Replace it?").arg(names.front())
+            : tr("You already have these libraries: %1. Replace them?").arg(names.join(tr(", ", "between names")));
     QMessageBox* const box = newBox(window_, "replaceQuestion", QMessageBox::Question, text);
     QPushButton* const replace = box->addButton(tr("&Replace"), QMessageBox::DestructiveRole);
     replace->setObjectName(QStringLiteral("replaceButton"));
@@ -199,7 +200,7 @@ void LibraryJobs::buildPanel()
     panel_->setFixedHeight(panel_->sizeHint().height());
     if (auto* const splitter = qobject_cast<QSplitter*>(panel_->parentWidget()))
         splitter->handle(splitter->indexOf(panel_))->setEnabled(false);  // the panel's height is fixed
-    panel_->onSetRangeInGauge(0);                                        // busy, until something is known
+    panel_->onSetRangeInGauge(0);                                        // busy, until the range is known
     panel_->show();
 }
 
@@ -239,7 +240,7 @@ void LibraryJobs::enableActions()
 void LibraryJobs::retranslate()
 {
     import_->setText(tr("&Import…"));
-    import_->setToolTip(tr("Take libraries from files (.calibz) into your own"));
+    import_->setToolTip(tr("Add libraries from files (.calibz) to your own"));
     update_->setText(tr("&Check for Updates"));
     update_->setToolTip(service_.isEmpty()
                             ? tr("There is no content service to update from: start the program with --service URL")

@@ -31,7 +31,7 @@ class LibraryJobs : public QObject
 public:
     /// `window` has its splitter and outlives the object.
     explicit LibraryJobs(QMainWindow& window);
-    /// Cancels what runs and waits for it.
+    /// Cancels a running job and waits for it.
     ~LibraryJobs() override;
 
     /// Import, check for updates, cancel: for a menu.
@@ -46,14 +46,14 @@ public Q_SLOTS:
     void checkForUpdates();
     /// Asks for files to import.
     void chooseImports();
-    /// Imports ".calibz" and ".calib" files, after a question when libraries of their names are there.
+    /// Imports ".calibz" and ".calib" files; asks first when libraries of their names are installed.
     void importFiles(const QStringList& files);
-    /// Cancels what runs.
+    /// Cancels a running job.
     void cancel();
 
 Q_SIGNALS:
     void runningChanged(bool running);
-    /// The file of a library was added or replaced; its name is that of an import when `imported`.
+    /// A catalog file was added or replaced; `imported` tells an import from an update.
     void libraryInstalled(const fileString& library, bool imported);
 
 protected:

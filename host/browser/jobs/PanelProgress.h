@@ -9,15 +9,16 @@
 
 namespace VelkHost {
 
-/// The progress of an operation on a worker as a panel shows it, and the operation's cancel. One thread reports.
+/// The progress of an operation on a worker as a panel shows it, and the way to cancel the operation. Only one
+/// thread reports.
 class PanelProgress : public ProgressSubject, private ProgressSubject::Observer
 {
 public:
-    /// `panel` may end before.
+    /// `panel` may be destroyed before this object.
     PanelProgress(const LibraryProgressBase& panel, std::stop_token stop);
     ~PanelProgress() override;
 
-    /// A part of the operation begins that does not tell how far it is. UTF-8.
+    /// Begins a part of the operation that does not tell how far it is. UTF-8.
     void showBusy(const std::string& text);
 
     bool isCancelled() const override;

@@ -22,7 +22,7 @@ UpdateJob::UpdateJob(std::string service, QObject* parent) : LibraryJob(parent),
 
 UpdateJob::~UpdateJob()
 {
-    if (updating_.joinable()) {  // else the cancelling would meet the next job
+    if (updating_.joinable()) {  // otherwise the cancelling would hit the next job
         UpdateJob::cancel();
         updating_.join();
     }
@@ -89,7 +89,7 @@ void UpdateJob::onClose()
         installing_.run([this] { return finishInstalling(); });
 }
 
-// On a thread of its own. A cancel() before the updater was made would be forgotten when it is made.
+// On the updating thread. Making the updater forgets an earlier cancel(), so that is repeated.
 void UpdateJob::run()
 {
     QString failure;
@@ -110,7 +110,7 @@ void UpdateJob::run()
     });
 }
 
-// On the installing thread, like what follows.
+// On the installing thread, like the functions below.
 Worker::Arrival UpdateJob::install(const FileStringPair& paths)
 {
     try {

@@ -29,7 +29,7 @@ public:
     void cancel() override;
 
 public Q_SLOTS:
-    // What the catalog update calls. The progress goes on to the panel.
+    // Called by the catalog update. The progress is passed on to the panel.
     void onSetText(const std::string& text);
     void onSetRangeInGauge(size_t range);
     void onUpdateInGauge();
@@ -54,7 +54,7 @@ private:
     std::atomic<bool> cancelled_ = false;
     std::atomic<bool> outOfMemory_ = false;
     std::optional<LibraryCatalogUpdate::UpdateData> report_;
-    CatalogInstaller installer_;  // its thread's until all is installed
+    CatalogInstaller installer_;  // the installing thread's until everything is installed
     bool ending_ = false;
     Worker installing_;
     std::thread updating_;

@@ -12,7 +12,7 @@
 namespace VelkHost {
 namespace {
 
-/// The library's texts, for those who collect the texts to translate.
+/// The module's texts, listed for the tool that collects the texts to translate.
 [[maybe_unused]] constexpr const char* libraryTexts[] = {
     QT_TRANSLATE_NOOP("Library", "%1% %%"),
     QT_TRANSLATE_NOOP("Library", "%1% of %2%"),

@@ -4,7 +4,7 @@
 
 namespace VelkHost {
 
-/// Gives the library its numbered texts in the window's language, and the way in which numbers are written there.
+/// Gives the module its numbered texts in the window's language, and the way in which numbers are written there.
 void translateHost(Velk::HostServices& services);
 
 }  // namespace VelkHost

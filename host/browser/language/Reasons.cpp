@@ -1,7 +1,8 @@
 #include "host/browser/language/Reasons.h"
 
-#include "host/catalog/CatalogError.h"
 #include "host/installation/DataError.h"
+#include "host/service/ServiceError.h"
+#include "host/support/FileError.h"
 #include "host/support/QtText.h"
 
 #include <QCoreApplication>
@@ -13,11 +14,11 @@
 namespace VelkHost {
 namespace {
 
-/// What the window's operations can fail of, for those who collect the texts to translate.
+/// The reasons why the window's operations can fail, listed for the tool that collects the texts to translate.
 [[maybe_unused]] constexpr const char* knownReasons[] = {
     // Files
     QT_TRANSLATE_NOOP("Reason", "is not a path"),
-    QT_TRANSLATE_NOOP("Reason", "no such file"),
+    QT_TRANSLATE_NOOP("Reason", "does not exist"),
     QT_TRANSLATE_NOOP("Reason", "is a folder, not a file"),
     QT_TRANSLATE_NOOP("Reason", "is not a file"),
     QT_TRANSLATE_NOOP("Reason", "is larger than %1"),
@@ -25,19 +26,19 @@ namespace {
     QT_TRANSLATE_NOOP("Reason", "cannot be read"),
     QT_TRANSLATE_NOOP("Reason", "cannot be read: %1"),
     QT_TRANSLATE_NOOP("Reason", "cannot be written"),
-    QT_TRANSLATE_NOOP("Reason", "cannot be made a folder"),
-    QT_TRANSLATE_NOOP("Reason", "cannot be made a folder: %1"),
-    QT_TRANSLATE_NOOP("Reason", "is there already"),
+    QT_TRANSLATE_NOOP("Reason", "cannot be created as a folder"),
+    QT_TRANSLATE_NOOP("Reason", "cannot be created as a folder: %1"),
+    QT_TRANSLATE_NOOP("Reason", "already exists"),
     // Libraries
     QT_TRANSLATE_NOOP("Reason", "is empty"),
-    QT_TRANSLATE_NOOP("Reason", "is no library catalog"),
-    QT_TRANSLATE_NOOP("Reason", "is a database, but no library catalog"),
+    QT_TRANSLATE_NOOP("Reason", "is not a library catalog"),
+    QT_TRANSLATE_NOOP("Reason", "is a database, but not a library catalog"),
     QT_TRANSLATE_NOOP("Reason", "was made by a newer version of velk (format %1, this one reads %2)"),
     QT_TRANSLATE_NOOP("Reason", "is damaged: %1"),
     QT_TRANSLATE_NOOP("Reason", "is damaged: it ends within its header"),
     QT_TRANSLATE_NOOP("Reason", "is damaged: it has no format number"),
     QT_TRANSLATE_NOOP("Reason", "is damaged: it is cut off after %1 of %2 bytes"),
-    QT_TRANSLATE_NOOP("Reason", "is damaged: it holds something else than a catalog's tables"),
+    QT_TRANSLATE_NOOP("Reason", "is damaged: it holds something other than a catalog's tables"),
     QT_TRANSLATE_NOOP("Reason", "is damaged: its table \"%1\" is not as it should be"),
     QT_TRANSLATE_NOOP("Reason", "a text is missing"),
     QT_TRANSLATE_NOOP("Reason", "it holds more text than a catalog can"),
@@ -58,30 +59,28 @@ namespace {
     QT_TRANSLATE_NOOP("Reason", "database is locked"),
     QT_TRANSLATE_NOOP("Reason", "disk I/O error"),
     // Filters
-    QT_TRANSLATE_NOOP("Reason", "is no filter file; mend it, or move it away"),
-    QT_TRANSLATE_NOOP("Reason", "is damaged; mend it, or move it away"),
+    QT_TRANSLATE_NOOP("Reason", "is not a filter file; repair it, or move it away"),
+    QT_TRANSLATE_NOOP("Reason", "is damaged; repair it, or move it away"),
     QT_TRANSLATE_NOOP("Reason", "is damaged; nothing was merged"),
-    QT_TRANSLATE_NOOP("Reason", "cannot be removed, and would bring the filters back"),
+    QT_TRANSLATE_NOOP("Reason", "cannot be removed; left there, it would bring the filters back"),
     QT_TRANSLATE_NOOP("Reason", "the filters could not be saved"),
     // Manufacturers
-    QT_TRANSLATE_NOOP("Reason", "%1; mend it, or move it away"),
+    QT_TRANSLATE_NOOP("Reason", "%1; repair it, or move it away"),
     QT_TRANSLATE_NOOP("Reason", "cannot be written; the cards are as they were"),
     QT_TRANSLATE_NOOP("Reason", "there is no manufacturer %1"),
-    QT_TRANSLATE_NOOP("Reason", "\"%1\" is no plain file name for a logo"),
-    QT_TRANSLATE_NOOP("Reason", "is no JSON object (%1)"),
-    QT_TRANSLATE_NOOP("Reason", "has no \"Version\"; clients would take its texts for Windows-1252"),
-    QT_TRANSLATE_NOOP("Reason", "\"Default_Text\" is no text"),
-    QT_TRANSLATE_NOOP("Reason", "%1 is no time such as 20260301T140559.012345"),
-    QT_TRANSLATE_NOOP("Reason", "%1 is no card with an \"Id\" of 32 bits"),
-    QT_TRANSLATE_NOOP("Reason", "%1 has the \"Id\" of another card"),
-    QT_TRANSLATE_NOOP("Reason", "%1.\"%2\" is no text"),
-    QT_TRANSLATE_NOOP("Reason", "%1.\"Deleted\" is neither true nor false"),
+    QT_TRANSLATE_NOOP("Reason", "\"%1\" is not a plain file name for a logo"),
+    QT_TRANSLATE_NOOP("Reason", "is not a JSON object"),
+    QT_TRANSLATE_NOOP("Reason", "%1 is not an object"),
+    QT_TRANSLATE_NOOP("Reason", "%1 is not a list"),
+    QT_TRANSLATE_NOOP("Reason", "%1 is not a text"),
+    QT_TRANSLATE_NOOP("Reason", "%1 is not an integer"),
+    QT_TRANSLATE_NOOP("Reason", "%1 is neither true nor false"),
+    QT_TRANSLATE_NOOP("Reason", "%1 is not a time"),
     // The service
-    QT_TRANSLATE_NOOP("Reason", "\"%1\" is no web address"),
-    QT_TRANSLATE_NOOP("Reason", "%1: has no manufacturers' data"),
+    QT_TRANSLATE_NOOP("Reason", "\"%1\" is not a web address"),
     QT_TRANSLATE_NOOP("Reason", "%1: cannot be fetched"),
     QT_TRANSLATE_NOOP("Reason", "there is too little memory"),
-    QT_TRANSLATE_NOOP("Reason", "is no published site; see \"velk publish --help\""),
+    QT_TRANSLATE_NOOP("Reason", "is not a published site; see \"velk publish --help\""),
     QT_TRANSLATE_NOOP("Reason", "cannot be listened on; is another program using the port?"),
 };
 
@@ -111,8 +110,10 @@ QString translated(const Reason& reason)
 
 QString failureText(const std::exception& error)
 {
-    if (const auto* const catalog = dynamic_cast<const CatalogError*>(&error))
-        return qtText(catalog->path().humanReadableString()) + QStringLiteral(": ") + translated(catalog->why());
+    if (const auto* const file = dynamic_cast<const FileError*>(&error))
+        return qtText(file->path().humanReadableString()) + QStringLiteral(": ") + translated(file->why());
+    if (const auto* const service = dynamic_cast<const ServiceError*>(&error))
+        return qtText(service->address()) + QStringLiteral(": ") + translated(service->why());
     if (const auto* const transfer = dynamic_cast<const TransferError*>(&error))
         return translated({"%1: cannot be fetched", {transfer->url()}});
     if (const auto* const data = dynamic_cast<const DataError*>(&error))

@@ -4,7 +4,7 @@
 #include <QLibraryInfo>
 #include <QLocale>
 
-// Outside of any namespace, as the macro declares a function. A static library's resources are not there by themselves.
+// Outside any namespace, as the macro declares a function. The resources of a static library must be loaded explicitly.
 static void loadResources()
 {
     Q_INIT_RESOURCE(translations);
@@ -29,7 +29,7 @@ QString preferredLanguage()
     return english;
 }
 
-/// With the habits of the system's country when that speaks the language.
+/// The language's locale, with the number formats of the system's country when the language is spoken there.
 QLocale localeOf(const QString& language)
 {
     const QLocale system = QLocale::system();

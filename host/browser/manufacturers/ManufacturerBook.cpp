@@ -12,7 +12,7 @@ namespace {
 
 constexpr int keywordCharactersRead = 16 * 1024;  // from the end, where an item's manufacturer stands
 
-/// What stands between the commas, in the form in which names are compared.
+/// The pieces between the commas, in the form in which names are compared.
 QStringList namePieces(const QString& text)
 {
     QStringList pieces;

@@ -31,7 +31,7 @@ struct ManufacturerCard
     bool deleted = false;
 };
 
-/// All cards, and whose is whose. A value; any thread.
+/// All cards, and which of them belongs to which item. A value; any thread.
 class ManufacturerBook
 {
 public:
@@ -43,9 +43,9 @@ public:
     /// Null when there is none.
     const ManufacturerCard* card(long id) const;
 
-    /// Who made an item of a library: the manufacturer whose name is the last such one among the item's
-    /// keywords, or else is the library's name. Letter case does not count; of several of one name those come
-    /// first that are not withdrawn, and then the lowest id. Null when nobody is known.
+    /// Who made an item of a library: the manufacturer who is named last among the item's keywords, or else the
+    /// one who has the library's name. Letter case does not count. Of several with the same name, those
+    /// that are not withdrawn come first, and then the lowest id. Null when no manufacturer is known.
     const ManufacturerCard* manufacturerOf(const Catalog& library, const Item& item) const;
 
 private:

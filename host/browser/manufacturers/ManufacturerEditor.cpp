@@ -41,8 +41,9 @@ ManufacturerEditor::ManufacturerEditor(ManufacturerStore& store, const Manufactu
     fax_ = addDefaultLine(form, tr("&Fax"), "cardFax", card.fax);
     email_ = addDefaultLine(form, tr("&E-mail"), "cardEmail", card.email);
     logo_ = addLine(form, tr("&Logo's file name"), "cardLogo", card.logo);
-    logo_->setToolTip(
-        tr("The file lies in %1").arg(qtText(PathUtils::getObject().getManufacturerDataPath().utf8())).toHtmlEscaped());
+    logo_->setToolTip(tr("The file is kept in %1")
+                          .arg(qtText(PathUtils::getObject().getManufacturerDataPath().utf8()))
+                          .toHtmlEscaped());
     buildLayout(form);
     connect(&store_, &ManufacturerStore::edited, this, [this] {
         if (saving_)

@@ -54,13 +54,15 @@ void ManufacturerMenu::tellRefresh(const ManufacturerRefresh& refresh)
     QString text = tr("The manufacturers are up to date.");
     if (refresh.outcome == Outcome::Newer)
         text = tr("The service has nothing newer about the manufacturers.");
+    else if (refresh.outcome == Outcome::Stopped)
+        text = tr("The refresh was stopped. The manufacturers are as they were.");
     else if (refresh.outcome == Outcome::Updated)
         text = tr("Manufacturers: %L1 new, %L2 changed, %L3 gone.")
                    .arg(changesOf(refresh, Kind::Added))
                    .arg(changesOf(refresh, Kind::Changed))
                    .arg(changesOf(refresh, Kind::Removed));
     if (refresh.missingLogos > 0)
-        text += u' ' + tr("%Ln logo(s) did not come.", nullptr, static_cast<int>(refresh.missingLogos));
+        text += u' ' + tr("%Ln logo(s) could not be fetched.", nullptr, static_cast<int>(refresh.missingLogos));
     Q_EMIT told(text);
 }
 

@@ -13,13 +13,13 @@ class QUrl;
 
 namespace VelkHost {
 
-/// The address behind a text: http and https only; empty for what is none.
+/// The http or https address that a text means; empty when it means none.
 QUrl webAddress(const QString& text);
-/// The mailto: address; empty for what is no e-mail address.
+/// The mailto: address of an e-mail address; empty for any other text.
 QUrl mailAddress(const QString& text);
 
-/// The card of who made the item that is shown: how to reach them, and their logo. Hidden while nobody is
-/// known.
+/// The card of the manufacturer who made the item that is shown: how to reach them, and their logo. Hidden while
+/// no manufacturer is known.
 class ManufacturerPane : public QWidget
 {
     Q_OBJECT
@@ -27,13 +27,13 @@ class ManufacturerPane : public QWidget
 public:
     explicit ManufacturerPane(ManufacturerStore& store, QWidget* parent = nullptr);
 
-    /// Shows the manufacturer of an item; nobody without a library. Keeps the library until the next call.
+    /// Shows the manufacturer of an item; without a library it shows none. Keeps the library until the next call.
     void show(std::shared_ptr<const Catalog> library, std::size_t item);
 
-    /// The card shown; null for none.
+    /// The card shown; null when none is.
     const ManufacturerCard* card() const;
 
-    /// How many of the screen's pixels the logo has for one of the pane's.
+    /// Sets how many of the screen's pixels the logo gets for one of the pane's.
     void setPixelRatio(qreal ratio);
 
     /// Opens the editor of the card shown.

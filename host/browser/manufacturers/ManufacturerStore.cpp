@@ -1,13 +1,12 @@
 #include "host/browser/manufacturers/ManufacturerStore.h"
 
-#include "host/catalog/SourceFile.h"
 #include "host/installation/DataError.h"
 #include "host/support/QtText.h"
+#include "host/support/WholeFile.h"
 
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Network/Curl.h>
 #include <VelkCommon/Text/StringConvert.h>
-#include <VelkLibrary/Manufacturer/ManufacturerManager.h>
 
 #include <QBuffer>
 #include <QByteArray>
@@ -30,28 +29,29 @@ QString shown(const std::u32string& text)
     return StringConvert::toQString(text);
 }
 
-ManufacturerCard manufacturerCard(long id, const Manufacturer& card)
+ManufacturerCard manufacturerCard(long id, const Manufacturer& card, const std::u32string& defaultText)
 {
+    const auto line = [&](const std::u32string& stored, bool isDefault) {
+        return ManufacturerCard::Line{shown(stored), shown(isDefault ? defaultText : stored), isDefault};
+    };
     return {id,
             shown(card.getManufacturerName()),
             shown(card.getManufacturerUrl()),
-            {shown(card.getManufacturerPhoneNumber(false)), shown(card.getManufacturerPhoneNumber(true)),
-             card.isPhoneDefaulted()},
-            {shown(card.getManufacturerFaxNumber(false)), shown(card.getManufacturerFaxNumber(true)),
-             card.isFaxDefaulted()},
-            {shown(card.getManufacturerEmail(false)), shown(card.getManufacturerEmail(true)), card.isEmailDefaulted()},
+            line(card.getManufacturerPhoneNumber(false), card.isPhoneDefaulted()),
+            line(card.getManufacturerFaxNumber(false), card.isFaxDefaulted()),
+            line(card.getManufacturerEmail(false), card.isEmailDefaulted()),
             qtText(card.getManufacturerLogoName().utf8()),
             card.isDeleted()};
 }
 
-/// On the worker, which alone works with the manager.
 ManufacturerBook readBook()
 {
-    const ManufacturerManager& manager = installedManufacturers();
+    const ManufacturerFile file = installedManufacturers();
     std::vector<ManufacturerCard> cards;
-    for (const auto& [id, card] : manager.getManufacturers())
-        cards.push_back(manufacturerCard(id, card));
-    return {std::move(cards), shown(manager.getDefaultText())};
+    cards.reserve(file.cards.size());
+    for (const auto& [id, card] : file.cards)
+        cards.push_back(manufacturerCard(id, card, file.defaultText));
+    return {std::move(cards), shown(file.defaultText)};
 }
 
 QImage decodedLogo(const std::string& bytes, const QSize& atMost)
@@ -71,7 +71,7 @@ QImage decodedLogo(const std::string& bytes, const QSize& atMost)
     return fits ? image : image.scaled(atMost, Qt::KeepAspectRatio, Qt::SmoothTransformation);
 }
 
-/// The logo of that name in the data folder, where everybody may write: a link leads elsewhere.
+/// The logo of that name in the data folder. A link is not followed: anybody may write there, and it leads elsewhere.
 QImage readLogo(const std::string& name, const QSize& atMost)
 {
     const Manufacturer card({}, {}, {}, {}, fileString(name), {}, false, {});
@@ -81,7 +81,7 @@ QImage readLogo(const std::string& name, const QSize& atMost)
     if (QFileInfo(qtText(path.utf8())).isSymLink())
         return {};
     QImage image;
-    failureOf([&] { image = decodedLogo(readSourceFile(path, logoBytes), atMost); });
+    failureOf([&] { image = decodedLogo(readWhole(path, logoBytes), atMost); });
     return image;
 }
 
@@ -124,7 +124,7 @@ void ManufacturerStore::refresh(const std::string& service)
     const auto outcome = std::make_shared<ManufacturerRefresh>();
     const auto work = [service, outcome, stop = stop_.get_token()] {
         if (!Curl::downloadable(service))
-            throw DataError(Reason("\"%1\" is no web address", {service}));
+            throw DataError(Reason("\"%1\" is not a web address", {service}));
         const ManufacturerAddresses addresses = manufacturerAddresses(service);
         *outcome = refreshManufacturers(addresses.data, addresses.logos, stop);
     };

@@ -17,24 +17,24 @@
 
 namespace VelkHost {
 
-/// Where a content service has the manufacturers' data, and its logos.
+/// The addresses at which a content service has the manufacturers' data and their logos.
 struct ManufacturerAddresses
 {
     std::string data;
     std::string logos;
 };
-/// For the service's address, such as "http://127.0.0.1:8080/".
+/// The addresses below a service's address, such as "http://127.0.0.1:8080/".
 ManufacturerAddresses manufacturerAddresses(const std::string& service);
 
-/// The installation's manufacturers, read, saved and brought up to date in the background. The user-interface
-/// thread's.
+/// The installation's manufacturers, read, saved and brought up to date in the background. Used on the
+/// user-interface thread only.
 class ManufacturerStore : public QObject
 {
     Q_OBJECT
 
 public:
     explicit ManufacturerStore(QObject* parent = nullptr);
-    /// Ends a refresh under way, and waits for what is being saved.
+    /// Ends a refresh under way, and waits until changes are saved.
     ~ManufacturerStore() override;
 
     const ManufacturerBook& book() const { return book_; }
@@ -46,8 +46,8 @@ public:
     /// Ends in refreshed() after changed(), or in refreshFailed().
     void refresh(const std::string& service);
 
-    /// The logo of a card, in pixels at most of this size; null when it has none, and when it is not there
-    /// yet: then it is asked for, and logosChanged() follows.
+    /// The logo of a card, at most of this size in pixels; null when the card has none. It is also null while the
+    /// logo has not been read: then reading begins, and logosChanged() follows.
     QImage logo(const ManufacturerCard& card, const QSize& atMost);
 
     bool isBusy() const { return worker_.isBusy(); }
@@ -67,7 +67,7 @@ private:
              const std::function<void(const QString&)>& failed);
 
     ManufacturerBook book_;
-    QMap<QString, QImage> logos_;  // null: there is none, or not yet
+    QMap<QString, QImage> logos_;  // null: there is none, or it has not been read
     std::stop_source stop_;
     Worker worker_;
 };

@@ -9,7 +9,7 @@
 namespace VelkHost {
 namespace {
 
-/// For the texts' context.
+/// Gives the texts their context for translators.
 struct SearchExplanation
 {
     Q_DECLARE_TR_FUNCTIONS(SearchExplanation)
@@ -24,9 +24,9 @@ QString explanationOf(const Library::Search::Info& info)
         return SearchExplanation::tr("Nothing to search for: there is no term that an entry must have.");
     QStringList lines;
     lines << (groups.size() == 1
-                  ? SearchExplanation::tr("An entry is found when it has what this asks for:")
-                  : SearchExplanation::tr("An entry is found when it has what one of these %Ln alternatives asks for:",
-                                          nullptr, static_cast<int>(groups.size())));
+                  ? SearchExplanation::tr("An entry is found when it matches this:")
+                  : SearchExplanation::tr("An entry is found when it matches one of these %Ln alternatives:", nullptr,
+                                          static_cast<int>(groups.size())));
     const QString indentation(4, u' ');
     int number = 0;
     for (const Library::Search::ORGroup& group : groups) {

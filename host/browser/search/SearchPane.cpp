@@ -27,6 +27,16 @@ SearchPane::SearchPane(ThumbnailCache& thumbnails, QWidget* parent)
       explanation_(new QLabel),
       view_(new QTreeView)
 {
+    buildHead();
+    buildResults();
+    buildLayout();
+    connectAll();
+    connect(&thumbnails, &ThumbnailCache::changed, view_->viewport(), [this] { view_->viewport()->update(); });
+    retranslate();
+}
+
+void SearchPane::buildHead()
+{
     summary_->setObjectName(QStringLiteral("searchSummary"));
     summary_->setTextFormat(Qt::PlainText);
     summary_->setWordWrap(true);
@@ -40,13 +50,20 @@ SearchPane::SearchPane(ThumbnailCache& thumbnails, QWidget* parent)
     explanation_->setWordWrap(true);
     explanation_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     explanation_->hide();
+}
+
+void SearchPane::buildResults()
+{
     view_->setObjectName(QStringLiteral("searchResults"));
     view_->setModel(&model_);
     view_->setItemDelegate(new LibraryDelegate(view_));
     view_->setHeaderHidden(true);
     view_->setUniformRowHeights(true);
     view_->setDragEnabled(true);
+}
 
+void SearchPane::buildLayout()
+{
     auto* const head = new QHBoxLayout;
     head->addWidget(summary_, 1);
     head->addWidget(explain_);
@@ -56,7 +73,10 @@ SearchPane::SearchPane(ThumbnailCache& thumbnails, QWidget* parent)
     layout->addLayout(head);
     layout->addWidget(explanation_);
     layout->addWidget(view_, 1);
+}
 
+void SearchPane::connectAll()
+{
     connect(&runner_, &SearchRunner::found, this, &SearchPane::showOutcome);
     connect(explain_, &QToolButton::toggled, explanation_, &QWidget::setVisible);
     connect(syntax_, &QLabel::linkActivated, this, [this] {
@@ -70,8 +90,6 @@ SearchPane::SearchPane(ThumbnailCache& thumbnails, QWidget* parent)
         if (const auto place = model_.place(index))
             Q_EMIT activated(*place);
     });
-    connect(&thumbnails, &ThumbnailCache::changed, view_->viewport(), [this] { view_->viewport()->update(); });
-    retranslate();
 }
 
 void SearchPane::clear()

@@ -13,7 +13,7 @@ class QTreeView;
 
 namespace VelkHost {
 
-/// What the search for the typed text found, how the text was understood, and a way to the syntax.
+/// The hits of the search for the typed text, how the text was understood, and a link to the syntax.
 class SearchPane : public QWidget
 {
     Q_OBJECT
@@ -28,15 +28,15 @@ public:
     /// Shows nothing.
     void clear();
 
-    /// The outcome shown is that of a search that found nothing.
+    /// Whether the search whose outcome is shown found nothing.
     bool isInVain() const;
 
-    /// Whether it says how the text is understood.
+    /// Whether the pane says how the text is understood.
     bool isExplained() const;
     void setExplained(bool explained);
 
 Q_SIGNALS:
-    /// A hit is looked at; none when the group's row is.
+    /// A hit was selected; empty when it was a group.
     void selected(const std::optional<VelkHost::LibraryPlace>& place);
     /// A hit was double-clicked, or Enter pressed on it.
     void activated(const VelkHost::LibraryPlace& place);
@@ -47,6 +47,10 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    void buildHead();
+    void buildResults();
+    void buildLayout();
+    void connectAll();
     void showOutcome(const std::shared_ptr<const SearchOutcome>& outcome);
     void showSummary();
     void retranslate();

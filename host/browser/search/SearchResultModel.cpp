@@ -19,7 +19,7 @@
 namespace VelkHost {
 namespace {
 
-constexpr quintptr groupLevel = 0;  // the internal id of groups; that of hits is their group's row and one
+constexpr quintptr groupLevel = 0;  // the internal id of groups; that of hits is their group's row plus one
 
 /// The marked parts of a styled text, in Qt's units.
 QVector<QPoint> markedParts(const StyledText& styled)
@@ -212,9 +212,9 @@ QString SearchResultModel::title(SearchPriority priority)
         case KeywordsContainWord:
             return tr("Items with the word as a keyword");
         case ItemWordBeginsWithSequence:
-            return tr("Items with a word that begins so");
+            return tr("Items with a word that begins like this");
         case FolderWordBeginsWithSequence:
-            return tr("Folders with a word that begins so");
+            return tr("Folders with a word that begins like this");
         case ItemContainsSequence:
             return tr("Items with these letters");
         case FolderContainsSequence:

@@ -12,8 +12,8 @@
 
 namespace VelkHost {
 
-/// What a search found: a group for each kind of match, best first, and in it the hits. Nothing is made for
-/// a hit until it is painted.
+/// The hits of a search, in a group for each kind of match, best first. Nothing is made for a hit until it is
+/// painted.
 class SearchResultModel : public QAbstractItemModel
 {
     Q_OBJECT
@@ -24,11 +24,11 @@ public:
     /// The side of the pictures, in the screen's pixels.
     void setPictureSide(int side);
 
-    /// Shows an outcome; null for none.
+    /// Shows an outcome; nothing when it is null.
     void setOutcome(std::shared_ptr<const SearchOutcome> outcome);
     const SearchOutcome* outcome() const { return outcome_.get(); }
 
-    /// What a row stands for; none for groups.
+    /// The place that a row stands for; empty for groups.
     std::optional<LibraryPlace> place(const QModelIndex& index) const;
 
     QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
@@ -37,7 +37,7 @@ public:
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
-    /// The first item among them; see dragOf(). Null without one.
+    /// The drag of the first item among `indexes`, see dragOf(); null when there is no item among them.
     QMimeData* mimeData(const QModelIndexList& indexes) const override;
 
 private:

@@ -16,7 +16,7 @@
 
 namespace VelkHost {
 
-/// What a search found, with all it refers to.
+/// The result of a search, with everything that it refers to.
 struct SearchOutcome
 {
     QString text;
@@ -26,7 +26,7 @@ struct SearchOutcome
 };
 
 /// Searches in the background while the user types: a search begins a moment after the last key, and the
-/// next key ends it. The user-interface thread's.
+/// next key ends it. Used on the user-interface thread only.
 class SearchRunner : public QObject
 {
     Q_OBJECT
@@ -35,15 +35,15 @@ public:
     explicit SearchRunner(QObject* parent = nullptr);
     ~SearchRunner() override;
 
-    /// The libraries of the searches to come.
+    /// Sets the libraries for the searches that follow.
     void setLibraries(std::vector<BrowsedLibrary> libraries);
 
-    /// Searches for a text soon; any earlier search is dropped. An empty text only does that.
+    /// Searches for a text soon, and drops any earlier search. An empty text only drops that.
     void search(const QString& text);
-    /// The same without the pause.
+    /// Searches at once, without the pause.
     void searchNow(const QString& text);
 
-    /// How long the user must not type.
+    /// The pause in typing after which a search begins.
     static constexpr int pauseMilliseconds = 120;
 
 Q_SIGNALS:

@@ -4,7 +4,7 @@
 
 namespace VelkHost {
 
-/// What can be typed into the search box, by examples.
+/// Examples of what can be typed into the search box.
 class SyntaxHelp : public QDialog
 {
     Q_OBJECT

@@ -127,7 +127,7 @@
         <translation>Das ist kein Pfad</translation>
     </message>
     <message>
-        <source>no such file</source>
+        <source>does not exist</source>
         <translation>Die Datei ist nicht vorhanden</translation>
     </message>
     <message>
@@ -159,15 +159,15 @@
         <translation>Das Schreiben ist nicht möglich</translation>
     </message>
     <message>
-        <source>cannot be made a folder</source>
+        <source>cannot be created as a folder</source>
         <translation>Der Ordner kann nicht angelegt werden</translation>
     </message>
     <message>
-        <source>cannot be made a folder: %1</source>
+        <source>cannot be created as a folder: %1</source>
         <translation>Der Ordner kann nicht angelegt werden: %1</translation>
     </message>
     <message>
-        <source>is there already</source>
+        <source>already exists</source>
         <translation>Die Datei ist bereits vorhanden</translation>
     </message>
     <message>
@@ -175,11 +175,11 @@
         <translation>Die Datei ist leer</translation>
     </message>
     <message>
-        <source>is no library catalog</source>
+        <source>is not a library catalog</source>
         <translation>Die Datei ist kein Bibliothekskatalog</translation>
     </message>
     <message>
-        <source>is a database, but no library catalog</source>
+        <source>is a database, but not a library catalog</source>
         <translation>Die Datei ist eine Datenbank, aber kein Bibliothekskatalog</translation>
     </message>
     <message>
@@ -203,7 +203,7 @@
         <translation>Die Datei ist beschädigt: Sie bricht nach %1 von %2 Bytes ab</translation>
     </message>
     <message>
-        <source>is damaged: it holds something else than a catalog&apos;s tables</source>
+        <source>is damaged: it holds something other than a catalog&apos;s tables</source>
         <translation>Die Datei ist beschädigt: Sie enthält anderes als die Tabellen eines Katalogs</translation>
     </message>
     <message>
@@ -279,11 +279,11 @@
         <translation>Der Datenträger meldet einen Lese- oder Schreibfehler</translation>
     </message>
     <message>
-        <source>is no filter file; mend it, or move it away</source>
+        <source>is not a filter file; repair it, or move it away</source>
         <translation>Die Datei ist keine Filterdatei; reparieren oder verschieben Sie sie</translation>
     </message>
     <message>
-        <source>is damaged; mend it, or move it away</source>
+        <source>is damaged; repair it, or move it away</source>
         <translation>Die Datei ist beschädigt; reparieren oder verschieben Sie sie</translation>
     </message>
     <message>
@@ -291,7 +291,7 @@
         <translation>Die Datei ist beschädigt; es wurde nichts übernommen</translation>
     </message>
     <message>
-        <source>cannot be removed, and would bring the filters back</source>
+        <source>cannot be removed; left there, it would bring the filters back</source>
         <translation>Die Datei kann nicht gelöscht werden und brächte die Filter zurück</translation>
     </message>
     <message>
@@ -299,7 +299,7 @@
         <translation>Die Filter konnten nicht gespeichert werden</translation>
     </message>
     <message>
-        <source>%1; mend it, or move it away</source>
+        <source>%1; repair it, or move it away</source>
         <translation>%1; reparieren oder verschieben Sie die Datei</translation>
     </message>
     <message>
@@ -311,55 +311,19 @@
         <translation>Es gibt keinen Hersteller %1</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; is no plain file name for a logo</source>
+        <source>&quot;%1&quot; is not a plain file name for a logo</source>
         <translation>„%1“ ist kein einfacher Dateiname für ein Logo</translation>
     </message>
     <message>
-        <source>is no JSON object (%1)</source>
-        <translation>Die Datei ist kein JSON-Objekt (%1)</translation>
-    </message>
-    <message>
-        <source>has no &quot;Version&quot;; clients would take its texts for Windows-1252</source>
-        <translation>Der Datei fehlt „Version“; ihre Texte würden für Windows-1252 gehalten</translation>
-    </message>
-    <message>
-        <source>&quot;Default_Text&quot; is no text</source>
-        <translation>„Default_Text“ ist kein Text</translation>
-    </message>
-    <message>
-        <source>%1 is no time such as 20260301T140559.012345</source>
-        <translation>%1 ist keine Zeit wie 20260301T140559.012345</translation>
-    </message>
-    <message>
-        <source>%1 is no card with an &quot;Id&quot; of 32 bits</source>
-        <translation>%1 ist kein Eintrag mit einer „Id“ von 32 Bit</translation>
-    </message>
-    <message>
-        <source>%1 has the &quot;Id&quot; of another card</source>
-        <translation>%1 hat die „Id“ eines anderen Eintrags</translation>
-    </message>
-    <message>
-        <source>%1.&quot;%2&quot; is no text</source>
-        <translation>%1.&quot;%2&quot; ist kein Text</translation>
-    </message>
-    <message>
-        <source>%1.&quot;Deleted&quot; is neither true nor false</source>
-        <translation>%1.&quot;Deleted&quot; ist weder true noch false</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; is no web address</source>
+        <source>&quot;%1&quot; is not a web address</source>
         <translation>„%1“ ist keine Internetadresse</translation>
-    </message>
-    <message>
-        <source>%1: has no manufacturers&apos; data</source>
-        <translation>%1: enthält keine Herstellerdaten</translation>
     </message>
     <message>
         <source>there is too little memory</source>
         <translation>Der Arbeitsspeicher reicht nicht aus</translation>
     </message>
     <message>
-        <source>is no published site; see &quot;velk publish --help&quot;</source>
+        <source>is not a published site; see &quot;velk publish --help&quot;</source>
         <translation>Das ist kein veröffentlichter Bestand; siehe „velk publish --help“</translation>
     </message>
     <message>
@@ -370,6 +334,34 @@
         <source>%1: cannot be fetched</source>
         <translation>%1: nicht abrufbar</translation>
     </message>
+    <message>
+        <source>is not a JSON object</source>
+        <translation>ist kein JSON-Objekt</translation>
+    </message>
+    <message>
+        <source>%1 is not an object</source>
+        <translation>%1 ist kein Objekt</translation>
+    </message>
+    <message>
+        <source>%1 is not a list</source>
+        <translation>%1 ist keine Liste</translation>
+    </message>
+    <message>
+        <source>%1 is not a text</source>
+        <translation>%1 ist kein Text</translation>
+    </message>
+    <message>
+        <source>%1 is not an integer</source>
+        <translation>%1 ist keine ganze Zahl</translation>
+    </message>
+    <message>
+        <source>%1 is neither true nor false</source>
+        <translation>%1 ist weder true noch false</translation>
+    </message>
+    <message>
+        <source>%1 is not a time</source>
+        <translation>%1 ist keine Zeitangabe</translation>
+    </message>
 </context>
 <context>
     <name>SearchExplanation</name>
@@ -378,11 +370,11 @@
         <translation>Es gibt nichts zu suchen: Kein Begriff ist verlangt.</translation>
     </message>
     <message>
-        <source>An entry is found when it has what this asks for:</source>
+        <source>An entry is found when it matches this:</source>
         <translation>Gefunden wird, was diese Bedingung erfüllt:</translation>
     </message>
     <message numerus="yes">
-        <source>An entry is found when it has what one of these %Ln alternatives asks for:</source>
+        <source>An entry is found when it matches one of these %Ln alternatives:</source>
         <translation>
             <numerusform>Gefunden wird, was diese Bedingung erfüllt:</numerusform>
             <numerusform>Gefunden wird, was eine dieser %Ln Bedingungen erfüllt:</numerusform>
@@ -436,7 +428,7 @@
         <translation>&amp;Ansicht</translation>
     </message>
     <message>
-        <source>%1 cannot be read: %2</source>
+        <source>“%1” %2</source>
         <translation>„%1“ kann nicht gelesen werden: %2</translation>
     </message>
     <message>
@@ -463,7 +455,7 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
         <translation>Aus&amp;wählen</translation>
     </message>
     <message>
-        <source>Take this item into the drawing</source>
+        <source>Place this item in the drawing</source>
         <translation>Dieses Objekt in die Zeichnung übernehmen</translation>
     </message>
     <message>
@@ -609,12 +601,12 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
         <translation>Sie kann nicht gelesen werden.</translation>
     </message>
     <message>
-        <source>It is no packed library, or it is damaged.</source>
+        <source>It is not a packed library, or it is damaged.</source>
         <translation>Sie ist keine gepackte Bibliothek, oder sie ist beschädigt.</translation>
     </message>
     <message>
-        <source>The library in it is missing or damaged.</source>
-        <translation>Die Bibliothek darin fehlt oder ist beschädigt.</translation>
+        <source>Its catalog file is missing or damaged.</source>
+        <translation>Ihre Katalogdatei fehlt oder ist beschädigt.</translation>
     </message>
     <message>
         <source>There is too little memory for it.</source>
@@ -633,8 +625,8 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
         <translation>„%1“ wird geprüft</translation>
     </message>
     <message>
-        <source>The library in it cannot be read: %1</source>
-        <translation>Die Bibliothek darin kann nicht gelesen werden: %1</translation>
+        <source>Its catalog file %1.</source>
+        <translation>Ihre Katalogdatei kann nicht gelesen werden: %1</translation>
     </message>
     <message>
         <source>“%1” was imported.</source>
@@ -698,11 +690,11 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
         <translation>Wird abgebrochen…</translation>
     </message>
     <message>
-        <source>“%1” is among your libraries already. Replace it?</source>
+        <source>You already have a library “%1”. Replace it?</source>
         <translation>„%1“ gehört bereits zu Ihren Bibliotheken. Möchten Sie die Bibliothek ersetzen?</translation>
     </message>
     <message>
-        <source>These are among your libraries already: %1. Replace them?</source>
+        <source>You already have these libraries: %1. Replace them?</source>
         <translation>Diese gehören bereits zu Ihren Bibliotheken: %1. Möchten Sie sie ersetzen?</translation>
     </message>
     <message>
@@ -735,7 +727,7 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
         <translation>&amp;Importieren…</translation>
     </message>
     <message>
-        <source>Take libraries from files (.calibz) into your own</source>
+        <source>Add libraries from files (.calibz) to your own</source>
         <translation>Bibliotheken aus Dateien (.calibz) in Ihre eigenen aufnehmen</translation>
     </message>
     <message>
@@ -802,7 +794,7 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
         <translation>Dateiname des &amp;Logos</translation>
     </message>
     <message>
-        <source>The file lies in %1</source>
+        <source>The file is kept in %1</source>
         <translation>Die Datei liegt in %1</translation>
     </message>
     <message>
@@ -841,10 +833,10 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
         <translation>Hersteller: %L1 neu, %L2 geändert, %L3 entfallen.</translation>
     </message>
     <message numerus="yes">
-        <source>%Ln logo(s) did not come.</source>
+        <source>%Ln logo(s) could not be fetched.</source>
         <translation>
-            <numerusform>%Ln Logo fehlt.</numerusform>
-            <numerusform>%Ln Logos fehlen.</numerusform>
+            <numerusform>%Ln Logo konnte nicht abgerufen werden.</numerusform>
+            <numerusform>%Ln Logos konnten nicht abgerufen werden.</numerusform>
         </translation>
     </message>
     <message>
@@ -862,6 +854,10 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
     <message>
         <source>&amp;Edit Card...</source>
         <translation>An&amp;gaben bearbeiten…</translation>
+    </message>
+    <message>
+        <source>The refresh was stopped. The manufacturers are as they were.</source>
+        <translation>Das Aktualisieren wurde abgebrochen. Die Hersteller sind, wie sie waren.</translation>
     </message>
 </context>
 <context>
@@ -972,11 +968,11 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
         <translation>Objekte mit dem Wort als Stichwort</translation>
     </message>
     <message>
-        <source>Items with a word that begins so</source>
+        <source>Items with a word that begins like this</source>
         <translation>Objekte mit einem Wort, das so beginnt</translation>
     </message>
     <message>
-        <source>Folders with a word that begins so</source>
+        <source>Folders with a word that begins like this</source>
         <translation>Ordner mit einem Wort, das so beginnt</translation>
     </message>
     <message>
@@ -1031,11 +1027,11 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
         <translation>Filterdateien (*.json);;Alle Dateien (*)</translation>
     </message>
     <message>
-        <source>No filter came.</source>
+        <source>No filter was added.</source>
         <translation>Es wurde kein Filter übernommen.</translation>
     </message>
     <message numerus="yes">
-        <source>%Ln filter(s) came: %1.</source>
+        <source>%Ln filter(s) added: %1.</source>
         <translation>
             <numerusform>%Ln Filter wurde übernommen: %1.</numerusform>
             <numerusform>%Ln Filter wurden übernommen: %1.</numerusform>

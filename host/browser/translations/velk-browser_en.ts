@@ -4,10 +4,10 @@
 <context>
     <name>SearchExplanation</name>
     <message numerus="yes">
-        <source>An entry is found when it has what one of these %Ln alternatives asks for:</source>
+        <source>An entry is found when it matches one of these %Ln alternatives:</source>
         <translation>
-            <numerusform>An entry is found when it has what this asks for:</numerusform>
-            <numerusform>An entry is found when it has what one of these %Ln alternatives asks for:</numerusform>
+            <numerusform>An entry is found when it matches this:</numerusform>
+            <numerusform>An entry is found when it matches one of these %Ln alternatives:</numerusform>
         </translation>
     </message>
 </context>
@@ -24,10 +24,10 @@
 <context>
     <name>VelkHost::ManufacturerMenu</name>
     <message numerus="yes">
-        <source>%Ln logo(s) did not come.</source>
+        <source>%Ln logo(s) could not be fetched.</source>
         <translation>
-            <numerusform>%Ln logo did not come.</numerusform>
-            <numerusform>%Ln logos did not come.</numerusform>
+            <numerusform>%Ln logo could not be fetched.</numerusform>
+            <numerusform>%Ln logos could not be fetched.</numerusform>
         </translation>
     </message>
 </context>
@@ -44,10 +44,10 @@
 <context>
     <name>VelkHost::ShownLibraries</name>
     <message numerus="yes">
-        <source>%Ln filter(s) came: %1.</source>
+        <source>%Ln filter(s) added: %1.</source>
         <translation>
-            <numerusform>%Ln filter came: %1.</numerusform>
-            <numerusform>%Ln filters came: %1.</numerusform>
+            <numerusform>%Ln filter added: %1.</numerusform>
+            <numerusform>%Ln filters added: %1.</numerusform>
         </translation>
     </message>
     <message numerus="yes">

@@ -127,7 +127,7 @@
         <translation>ce n’est pas un chemin</translation>
     </message>
     <message>
-        <source>no such file</source>
+        <source>does not exist</source>
         <translation>le fichier n’existe pas</translation>
     </message>
     <message>
@@ -159,15 +159,15 @@
         <translation>écriture impossible</translation>
     </message>
     <message>
-        <source>cannot be made a folder</source>
+        <source>cannot be created as a folder</source>
         <translation>impossible de créer le dossier</translation>
     </message>
     <message>
-        <source>cannot be made a folder: %1</source>
+        <source>cannot be created as a folder: %1</source>
         <translation>impossible de créer le dossier&#xa0;: %1</translation>
     </message>
     <message>
-        <source>is there already</source>
+        <source>already exists</source>
         <translation>le fichier existe déjà</translation>
     </message>
     <message>
@@ -175,11 +175,11 @@
         <translation>le fichier est vide</translation>
     </message>
     <message>
-        <source>is no library catalog</source>
+        <source>is not a library catalog</source>
         <translation>le fichier n’est pas un catalogue de bibliothèque</translation>
     </message>
     <message>
-        <source>is a database, but no library catalog</source>
+        <source>is a database, but not a library catalog</source>
         <translation>le fichier est une base de données, mais pas un catalogue de bibliothèque</translation>
     </message>
     <message>
@@ -203,7 +203,7 @@
         <translation>le fichier est endommagé&#xa0;: il est coupé après %1 octets sur %2</translation>
     </message>
     <message>
-        <source>is damaged: it holds something else than a catalog&apos;s tables</source>
+        <source>is damaged: it holds something other than a catalog&apos;s tables</source>
         <translation>le fichier est endommagé&#xa0;: il contient autre chose que les tables d’un catalogue</translation>
     </message>
     <message>
@@ -279,11 +279,11 @@
         <translation>erreur de lecture ou d’écriture du disque</translation>
     </message>
     <message>
-        <source>is no filter file; mend it, or move it away</source>
+        <source>is not a filter file; repair it, or move it away</source>
         <translation>ce n’est pas un fichier de filtres&#xa0;; réparez-le ou déplacez-le</translation>
     </message>
     <message>
-        <source>is damaged; mend it, or move it away</source>
+        <source>is damaged; repair it, or move it away</source>
         <translation>le fichier est endommagé&#xa0;; réparez-le ou déplacez-le</translation>
     </message>
     <message>
@@ -291,7 +291,7 @@
         <translation>le fichier est endommagé&#xa0;; rien n’a été fusionné</translation>
     </message>
     <message>
-        <source>cannot be removed, and would bring the filters back</source>
+        <source>cannot be removed; left there, it would bring the filters back</source>
         <translation>impossible de supprimer le fichier, qui ferait revenir les filtres</translation>
     </message>
     <message>
@@ -299,7 +299,7 @@
         <translation>impossible d’enregistrer les filtres</translation>
     </message>
     <message>
-        <source>%1; mend it, or move it away</source>
+        <source>%1; repair it, or move it away</source>
         <translation>%1&#xa0;; réparez le fichier ou déplacez-le</translation>
     </message>
     <message>
@@ -311,55 +311,19 @@
         <translation>il n’y a pas de fabricant %1</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; is no plain file name for a logo</source>
+        <source>&quot;%1&quot; is not a plain file name for a logo</source>
         <translation>«&#xa0;%1&#xa0;» n’est pas un simple nom de fichier pour un logo</translation>
     </message>
     <message>
-        <source>is no JSON object (%1)</source>
-        <translation>le fichier n’est pas un objet JSON (%1)</translation>
-    </message>
-    <message>
-        <source>has no &quot;Version&quot;; clients would take its texts for Windows-1252</source>
-        <translation>le fichier n’a pas de «&#xa0;Version&#xa0;»&#xa0;; ses textes passeraient pour du Windows-1252</translation>
-    </message>
-    <message>
-        <source>&quot;Default_Text&quot; is no text</source>
-        <translation>«&#xa0;Default_Text&#xa0;» n’est pas un texte</translation>
-    </message>
-    <message>
-        <source>%1 is no time such as 20260301T140559.012345</source>
-        <translation>%1 n’est pas une heure comme 20260301T140559.012345</translation>
-    </message>
-    <message>
-        <source>%1 is no card with an &quot;Id&quot; of 32 bits</source>
-        <translation>%1 n’est pas une fiche avec un «&#xa0;Id&#xa0;» de 32 bits</translation>
-    </message>
-    <message>
-        <source>%1 has the &quot;Id&quot; of another card</source>
-        <translation>%1 a le même «&#xa0;Id&#xa0;» qu’une autre fiche</translation>
-    </message>
-    <message>
-        <source>%1.&quot;%2&quot; is no text</source>
-        <translation>%1.&quot;%2&quot; n’est pas un texte</translation>
-    </message>
-    <message>
-        <source>%1.&quot;Deleted&quot; is neither true nor false</source>
-        <translation>%1.&quot;Deleted&quot; n’est ni true ni false</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; is no web address</source>
+        <source>&quot;%1&quot; is not a web address</source>
         <translation>«&#xa0;%1&#xa0;» n’est pas une adresse web</translation>
-    </message>
-    <message>
-        <source>%1: has no manufacturers&apos; data</source>
-        <translation>%1&#xa0;: ne contient pas de données de fabricants</translation>
     </message>
     <message>
         <source>there is too little memory</source>
         <translation>la mémoire est insuffisante</translation>
     </message>
     <message>
-        <source>is no published site; see &quot;velk publish --help&quot;</source>
+        <source>is not a published site; see &quot;velk publish --help&quot;</source>
         <translation>ce n’est pas un site publié&#xa0;; voir «&#xa0;velk publish --help&#xa0;»</translation>
     </message>
     <message>
@@ -370,6 +334,34 @@
         <source>%1: cannot be fetched</source>
         <translation>%1&#xa0;: injoignable</translation>
     </message>
+    <message>
+        <source>is not a JSON object</source>
+        <translation>le fichier n’est pas un objet JSON</translation>
+    </message>
+    <message>
+        <source>%1 is not an object</source>
+        <translation>%1 n’est pas un objet</translation>
+    </message>
+    <message>
+        <source>%1 is not a list</source>
+        <translation>%1 n’est pas une liste</translation>
+    </message>
+    <message>
+        <source>%1 is not a text</source>
+        <translation>%1 n’est pas un texte</translation>
+    </message>
+    <message>
+        <source>%1 is not an integer</source>
+        <translation>%1 n’est pas un nombre entier</translation>
+    </message>
+    <message>
+        <source>%1 is neither true nor false</source>
+        <translation>%1 n’est ni true ni false</translation>
+    </message>
+    <message>
+        <source>%1 is not a time</source>
+        <translation>%1 n’est pas une heure</translation>
+    </message>
 </context>
 <context>
     <name>SearchExplanation</name>
@@ -378,11 +370,11 @@
         <translation>Rien à rechercher&#xa0;: aucun terme n’est exigé.</translation>
     </message>
     <message>
-        <source>An entry is found when it has what this asks for:</source>
+        <source>An entry is found when it matches this:</source>
         <translation>Est trouvé ce qui remplit cette condition&#xa0;:</translation>
     </message>
     <message numerus="yes">
-        <source>An entry is found when it has what one of these %Ln alternatives asks for:</source>
+        <source>An entry is found when it matches one of these %Ln alternatives:</source>
         <translation>
             <numerusform>Est trouvé ce qui remplit cette condition&#xa0;:</numerusform>
             <numerusform>Est trouvé ce qui remplit l’une de ces %Ln conditions&#xa0;:</numerusform>
@@ -436,7 +428,7 @@
         <translation>&amp;Affichage</translation>
     </message>
     <message>
-        <source>%1 cannot be read: %2</source>
+        <source>“%1” %2</source>
         <translation>Impossible de lire «&#xa0;%1&#xa0;»&#xa0;: %2</translation>
     </message>
     <message>
@@ -463,7 +455,7 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
         <translation>&amp;Choisir</translation>
     </message>
     <message>
-        <source>Take this item into the drawing</source>
+        <source>Place this item in the drawing</source>
         <translation>Placer cet objet dans le dessin</translation>
     </message>
     <message>
@@ -609,12 +601,12 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
         <translation>Il est impossible de le lire.</translation>
     </message>
     <message>
-        <source>It is no packed library, or it is damaged.</source>
+        <source>It is not a packed library, or it is damaged.</source>
         <translation>Ce n’est pas une bibliothèque compressée, ou elle est endommagée.</translation>
     </message>
     <message>
-        <source>The library in it is missing or damaged.</source>
-        <translation>La bibliothèque qu’il contient manque ou est endommagée.</translation>
+        <source>Its catalog file is missing or damaged.</source>
+        <translation>Son fichier de catalogue manque ou est endommagé.</translation>
     </message>
     <message>
         <source>There is too little memory for it.</source>
@@ -633,8 +625,8 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
         <translation>Vérification de «&#xa0;%1&#xa0;»</translation>
     </message>
     <message>
-        <source>The library in it cannot be read: %1</source>
-        <translation>Impossible de lire la bibliothèque qu’il contient&#xa0;: %1</translation>
+        <source>Its catalog file %1.</source>
+        <translation>Impossible de lire son fichier de catalogue&#xa0;: %1</translation>
     </message>
     <message>
         <source>“%1” was imported.</source>
@@ -698,11 +690,11 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
         <translation>Annulation en cours…</translation>
     </message>
     <message>
-        <source>“%1” is among your libraries already. Replace it?</source>
+        <source>You already have a library “%1”. Replace it?</source>
         <translation>«&#xa0;%1&#xa0;» fait déjà partie de vos bibliothèques. Voulez-vous la remplacer&#xa0;?</translation>
     </message>
     <message>
-        <source>These are among your libraries already: %1. Replace them?</source>
+        <source>You already have these libraries: %1. Replace them?</source>
         <translation>Celles-ci font déjà partie de vos bibliothèques&#xa0;: %1. Voulez-vous les remplacer&#xa0;?</translation>
     </message>
     <message>
@@ -735,7 +727,7 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
         <translation>&amp;Importer…</translation>
     </message>
     <message>
-        <source>Take libraries from files (.calibz) into your own</source>
+        <source>Add libraries from files (.calibz) to your own</source>
         <translation>Ajouter à vos bibliothèques celles de fichiers (.calibz)</translation>
     </message>
     <message>
@@ -802,7 +794,7 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
         <translation>Fichier du &amp;logo</translation>
     </message>
     <message>
-        <source>The file lies in %1</source>
+        <source>The file is kept in %1</source>
         <translation>Le fichier se trouve dans %1</translation>
     </message>
     <message>
@@ -841,10 +833,10 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
         <translation>Fabricants&#xa0;: %L1 nouveaux, %L2 modifiés, %L3 supprimés.</translation>
     </message>
     <message numerus="yes">
-        <source>%Ln logo(s) did not come.</source>
+        <source>%Ln logo(s) could not be fetched.</source>
         <translation>
-            <numerusform>%Ln logo manque.</numerusform>
-            <numerusform>%Ln logos manquent.</numerusform>
+            <numerusform>%Ln logo n’a pas pu être récupéré.</numerusform>
+            <numerusform>%Ln logos n’ont pas pu être récupérés.</numerusform>
         </translation>
     </message>
     <message>
@@ -862,6 +854,10 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
     <message>
         <source>&amp;Edit Card...</source>
         <translation>&amp;Modifier la fiche…</translation>
+    </message>
+    <message>
+        <source>The refresh was stopped. The manufacturers are as they were.</source>
+        <translation>L’actualisation a été interrompue. Les fabricants sont inchangés.</translation>
     </message>
 </context>
 <context>
@@ -972,11 +968,11 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
         <translation>Objets ayant le mot pour mot-clé</translation>
     </message>
     <message>
-        <source>Items with a word that begins so</source>
+        <source>Items with a word that begins like this</source>
         <translation>Objets dont un mot commence ainsi</translation>
     </message>
     <message>
-        <source>Folders with a word that begins so</source>
+        <source>Folders with a word that begins like this</source>
         <translation>Dossiers dont un mot commence ainsi</translation>
     </message>
     <message>
@@ -1031,11 +1027,11 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
         <translation>Fichiers de filtres (*.json);;Tous les fichiers (*)</translation>
     </message>
     <message>
-        <source>No filter came.</source>
+        <source>No filter was added.</source>
         <translation>Aucun filtre n’a été ajouté.</translation>
     </message>
     <message numerus="yes">
-        <source>%Ln filter(s) came: %1.</source>
+        <source>%Ln filter(s) added: %1.</source>
         <translation>
             <numerusform>%Ln filtre a été ajouté&#xa0;: %1.</numerusform>
             <numerusform>%Ln filtres ont été ajoutés&#xa0;: %1.</numerusform>

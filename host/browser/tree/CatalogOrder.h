@@ -9,8 +9,8 @@
 
 namespace VelkHost {
 
-/// What stands below each folder of a catalog, as indexes into its lists, in the order of the browser's tree:
-/// by name without regard to letter case, of equal ones as in the catalog.
+/// The folders and items in each folder of a catalog, as indexes into its lists, in the order of the browser's tree:
+/// by name without regard to letter case; equal names in the catalog's order.
 class CatalogOrder
 {
 public:
@@ -24,7 +24,7 @@ public:
     Indexes itemsIn(std::size_t folder) const { return items_.of(folder); }
 
 private:
-    /// Lists one behind the other.
+    /// Several lists, one after the other.
     struct Lists
     {
         Indexes of(std::size_t list) const
@@ -33,7 +33,7 @@ private:
         }
 
         std::vector<std::uint32_t> entries;
-        std::vector<std::uint32_t> begins;  // and the end of the last
+        std::vector<std::uint32_t> begins;  // of each list, and the end of the last
     };
 
     template <typename Entry, typename ListOf>

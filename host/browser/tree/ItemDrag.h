@@ -10,7 +10,7 @@ class QMimeData;
 
 namespace VelkHost {
 
-/// What a dragged item is to the program that it is dropped on: its name as text, its picture, and for programs
+/// What a dragged item hands to the program that it is dropped on: its name as text, its picture, and for programs
 /// that know libraries, under itemMimeType, a JSON object with the library's path ("library"), the item's unique
 /// id ("id") and its name ("name"). The caller owns the result.
 QMimeData* dragOf(const fileString& library, const Catalog& catalog, std::size_t item, const QPixmap& picture);

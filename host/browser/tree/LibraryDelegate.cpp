@@ -33,7 +33,7 @@ public:
 
     int width() const { return static_cast<int>(line_.naturalTextWidth()) + 1; }
 
-    /// Draws it in the rectangle, faded out where it does not fit.
+    /// Draws the name in the rectangle, faded out where it does not fit.
     void draw(QPainter* painter, const QRect& rect) const
     {
         painter->save();
@@ -59,7 +59,7 @@ private:
     QTextLine line_;
 };
 
-QColor textColor(const QStyleOptionViewItem& option)
+QColor textColour(const QStyleOptionViewItem& option)
 {
     const bool selected = option.state.testFlag(QStyle::State_Selected);
     const QPalette::ColorGroup group =
@@ -92,16 +92,16 @@ void LibraryDelegate::paint(QPainter* painter, const QStyleOptionViewItem& given
             style->drawItemPixmap(painter, square, Qt::AlignCenter, picture);
         rest.setLeft(square.right() + gap);
     }
-    painter->setPen(textColor(option));
+    painter->setPen(textColour(option));
     const NameLine name(option.text, index.data(MatchesRole).value<QVector<QPoint>>(), option);
     name.draw(painter, rest);
     rest.setLeft(rest.left() + name.width() + gap);
     const QString quiet = index.data(QuietTextRole).toString();
     if (quiet.isEmpty() || rest.width() <= 0)
         return;
-    QColor color = textColor(option);
-    color.setAlphaF(0.6);
-    painter->setPen(color);
+    QColor colour = textColour(option);
+    colour.setAlphaF(0.6);
+    painter->setPen(colour);
     painter->drawText(rest, static_cast<int>(Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine),
                       option.fontMetrics.elidedText(quiet, Qt::ElideRight, rest.width()));
 }

@@ -2,8 +2,8 @@
 
 #include "host/browser/jobs/InstalledFiles.h"
 #include "host/browser/language/Reasons.h"
-#include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogFile.h"
+#include "host/support/FileError.h"
 
 #include <shared_mutex>
 #include <utility>
@@ -52,9 +52,9 @@ Worker::Arrival LibraryLoader::readOne(const fileString& path, bool complete)
         if (complete)
             library.order = std::make_shared<const CatalogOrder>(*library.catalog);
         return [this, library] { Q_EMIT libraryRead(library); };
-    } catch (const CatalogError& error) {
+    } catch (const FileError& error) {
         if (!complete)
-            return {};  // it is told once
+            return {};  // the failure is told once, by the complete reading
         return [this, path, reason = translated(error.why())] { Q_EMIT libraryFailed(path, reason); };
     }
 }

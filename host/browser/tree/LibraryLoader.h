@@ -33,19 +33,19 @@ public:
     /// Waits for the file being read.
     ~LibraryLoader() override;
 
-    /// Reads these ".calib" files, in this order, after what was asked for before.
+    /// Reads these catalog files, in this order, after those that were asked for before.
     void read(const std::vector<fileString>& files);
 
     /// Whether anything that was asked for is still to come.
     bool isReading() const { return batches_ > 0; }
 
-    /// Lets go of a library in the background: a million items take their time.
+    /// Frees a library in the background: a million items take their time.
     void release(BrowsedLibrary library);
 
 Q_SIGNALS:
     /// Twice for each library that can be read: with its outline, and complete.
     void libraryRead(const VelkHost::BrowsedLibrary& library);
-    /// Once for each other; `reason` is a sentence for people.
+    /// Once for each library that cannot be read; `reason` is a sentence for people without its subject.
     void libraryFailed(const fileString& path, const QString& reason);
     /// Everything that was asked for has been read.
     void finished();

@@ -24,8 +24,8 @@ using Library::TreeItemData;
 namespace VelkHost {
 namespace {
 
-constexpr std::size_t nodesAtOnce = 256;    // nodes; a view asks again when it comes to their end
-constexpr std::size_t mostForOne = 20'000;  // nodes that are made to get at a single one; takes some 30 ms
+constexpr std::size_t nodesAtOnce = 256;    // nodes; a view asks again when it reaches their end
+constexpr std::size_t mostForOne = 20'000;  // nodes that are made to reach a single one; takes some 30 ms
 
 // Ids below -1 belong to folders, those from 0 on to items.
 long long folderId(std::size_t folder)
@@ -165,7 +165,7 @@ bool LibraryTreeModel::hasChildren(const QModelIndex& parent) const
     if (data == nullptr || data->isItem())
         return false;
     const std::optional<Below> children = below(parent);
-    return !children || children->size() > 0;  // not read yet: most have some
+    return !children || children->size() > 0;  // before its items are read, a folder is taken to have some
 }
 
 bool LibraryTreeModel::canFetchMore(const QModelIndex& parent) const
@@ -225,10 +225,10 @@ Qt::DropActions LibraryTreeModel::supportedDragActions() const
 
 TreeData* LibraryTreeModel::node(const QModelIndex& index) const
 {
-    return static_cast<TreeData*>(itemFromIndex(index));  // no others come in
+    return static_cast<TreeData*>(itemFromIndex(index));  // the model holds no other nodes
 }
 
-/// What stands below a category or folder; none while that is not read, and below an item.
+/// The entries of a category or folder; empty while they are not read, and for an item.
 std::optional<LibraryTreeModel::Below> LibraryTreeModel::below(const QModelIndex& index) const
 {
     const TreeData* const data = node(index);
@@ -273,7 +273,7 @@ TreeData* LibraryTreeModel::newItem(const BrowsedLibrary& library, std::size_t i
     return new TreeItemData(static_cast<long long>(item), library.path, textOf(library.catalog->items[item].name));
 }
 
-// The nodes that are there are the first ones of those that are below.
+// The existing nodes stand for the first of the folder's entries; further ones are made after them.
 void LibraryTreeModel::fetch(const QModelIndex& parent, std::size_t most)
 {
     const std::optional<Below> children = below(parent);

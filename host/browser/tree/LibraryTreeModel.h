@@ -28,8 +28,8 @@ struct LibraryPlace
 };
 
 /// The libraries as a tree of categories, folders and items, in tree order. The categories of all libraries
-/// stand at the top; what is below a folder becomes nodes when a view asks for it, some hundred at a time, so
-/// that a library of a million items is there at once.
+/// stand at the top; the entries of a folder become nodes when a view asks for them, some hundred at a time, so
+/// that a library of a million items shows at once.
 class LibraryTreeModel : public QStandardItemModel
 {
     Q_OBJECT
@@ -45,7 +45,7 @@ public:
     void removeLibrary(const fileString& path);
 
     using Shown = std::function<bool(const BrowsedLibrary&)>;
-    /// Which libraries are in the tree; all of them at first. What is and stays in it is not touched.
+    /// Sets which libraries are in the tree; at first all of them are. Libraries that stay in it are not touched.
     void setShown(Shown shown);
     bool isShown(const BrowsedLibrary& library) const { return !shown_ || shown_(library); }
 
@@ -53,10 +53,10 @@ public:
     const std::map<fileString, BrowsedLibrary>& libraries() const { return libraries_; }
     const BrowsedLibrary* library(const fileString& path) const;
 
-    /// What an index stands for; none for the root.
+    /// The place that an index stands for; empty for the root.
     std::optional<LibraryPlace> place(const QModelIndex& index) const;
-    /// The index of a place, whose node and those above it are made when they are not there yet. Invalid
-    /// when the place is not in the tree, and for an item that tens of thousands stand before, unseen yet.
+    /// The index of a place; makes its node and those above it when they do not exist yet. Invalid when the
+    /// place is not in the tree, and for an item for which tens of thousands of nodes would have to be made.
     QModelIndex find(const LibraryPlace& place);
     /// The folder of those names, from the category down.
     std::optional<LibraryPlace> folderNamed(const fileString& library, const QStringList& names) const;
@@ -67,7 +67,7 @@ public:
     bool canFetchMore(const QModelIndex& parent) const override;
     void fetchMore(const QModelIndex& parent) override;
     QVariant data(const QModelIndex& index, int role) const override;
-    /// The first item among them; see dragOf(). Null without one.
+    /// The drag of the first item among `indexes`, see dragOf(); null when there is no item among them.
     QMimeData* mimeData(const QModelIndexList& indexes) const override;
     Qt::DropActions supportedDragActions() const override;
 

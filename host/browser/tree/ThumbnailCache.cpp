@@ -1,8 +1,8 @@
 #include "host/browser/tree/ThumbnailCache.h"
 
 #include "host/browser/jobs/InstalledFiles.h"
-#include "host/catalog/CatalogError.h"
 #include "host/catalog/CatalogThumbnails.h"
+#include "host/support/FileError.h"
 #include "host/support/QtText.h"
 
 #include <QBuffer>
@@ -22,7 +22,7 @@ constexpr std::size_t mostWanted = 512;  // a few screens full
 constexpr std::size_t picturesAtOnce = 32;
 constexpr int largestSide = 4096;  // a small file can claim to be a huge picture
 
-/// The picture in a PNG file, made to fit into a square; null for what is none. Small ones are not
+/// The picture in a PNG file, made to fit into a square; null for other bytes. Small pictures are not
 /// enlarged.
 QImage decoded(const std::string& png, int side)
 {
@@ -112,7 +112,7 @@ void ThumbnailCache::take(const std::vector<Picture>& pictures)
     }
 }
 
-// On the worker. Each library's file is open only meanwhile, so that it can be replaced.
+// On the worker. Each library's file is open only during this call, so that it can be replaced afterwards.
 std::vector<ThumbnailCache::Picture> ThumbnailCache::read(const std::vector<ThumbnailKey>& keys)
 {
     std::vector<Picture> pictures;
@@ -128,7 +128,7 @@ std::vector<ThumbnailCache::Picture> ThumbnailCache::read(const std::vector<Thum
                 openPath = key.library;
             }
             picture.image = decoded(open->png(key.uniqueId), key.side);
-        } catch (const CatalogError&) {
+        } catch (const FileError&) {
             open.reset();  // an item without a picture
         }
     }

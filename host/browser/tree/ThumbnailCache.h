@@ -17,7 +17,7 @@
 
 namespace VelkHost {
 
-/// A picture of an item, in the size that a view shows it in.
+/// A picture of an item, in the size in which a view shows it.
 struct ThumbnailKey
 {
     fileString library;
@@ -27,9 +27,9 @@ struct ThumbnailKey
     QString text() const;
 };
 
-/// The items' pictures, read in the background when a view first asks for them. What was asked for last
-/// comes first, and what scrolled by long ago is dropped, so a view that is scrolled fast never waits. The
-/// user-interface thread's.
+/// The items' pictures, read in the background when a view first asks for them. The picture that was asked for
+/// last comes first, and requests that scrolled by long ago are dropped, so a view that is scrolled fast never
+/// waits. Used on the user-interface thread only.
 class ThumbnailCache : public QObject
 {
     Q_OBJECT
@@ -37,8 +37,8 @@ class ThumbnailCache : public QObject
 public:
     explicit ThumbnailCache(QObject* parent = nullptr);
 
-    /// The picture; null when the item has none, and when it is not there yet: then it is asked for, and
-    /// changed() follows.
+    /// The picture; null when the item has none. It is also null while the picture has not been read: then reading
+    /// begins, and changed() follows.
     QPixmap find(const ThumbnailKey& key);
 
     /// Forgets the pictures of a library, whose file was replaced.
@@ -48,7 +48,7 @@ public:
     bool isBusy() const { return reading_ || !wanted_.empty(); }
 
 Q_SIGNALS:
-    /// Pictures have come; views paint again what they show.
+    /// Pictures have been read; views paint again what they show.
     void changed();
 
 private:
@@ -64,7 +64,7 @@ private:
 
     QCache<QString, QPixmap> pixmaps_;  // null: there is none
     std::deque<ThumbnailKey> wanted_;   // the newest in front
-    QSet<QString> asked_;               // what is wanted or being read
+    QSet<QString> asked_;               // the keys that are wanted or being read
     bool reading_ = false;
     int generation_ = 0;
     Worker worker_;

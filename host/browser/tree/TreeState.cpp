@@ -37,7 +37,7 @@ void TreeState::restore() const
     restoreScrolling();
 }
 
-// What comes in above the top of a view that is not scrolled is to be seen.
+// A view that is not scrolled stays at its top, so that new entries above the old ones are seen.
 void TreeState::restoreScrolling() const
 {
     if (!scrolled_)
@@ -62,7 +62,7 @@ std::vector<TreeState::OpenFolder> TreeState::openFolders(const QModelIndex& par
     return folders;
 }
 
-/// What an index stands for; none when that is not in the library.
+/// The place that an index stands for; empty when it is not in the library.
 std::optional<TreeState::NamedPlace> TreeState::named(const QModelIndex& index) const
 {
     const std::optional<LibraryPlace> place = model_.place(index);

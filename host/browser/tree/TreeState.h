@@ -15,16 +15,15 @@ class QTreeView;
 
 namespace VelkHost {
 
-/// What a user has made of a library in the tree: which of its folders are open, what is selected, and what
-/// stands at the top of the view. Kept by names and unique ids, so that it can be restored with another
-/// version of the library.
+/// The state of a library in the tree: which of its folders are open, what is selected, and what stands at the top
+/// of the view. It is kept by names and unique ids, so that it can be restored with another version of the library.
 class TreeState
 {
 public:
     /// Keeps the state of the library at `library`. Tree and model outlive the object.
     TreeState(QTreeView& tree, LibraryTreeModel& model, const fileString& library);
 
-    /// Restores it, as far as what it is about is there. In place of a selected thing that is gone, the closest
+    /// Restores the state of the entries that still exist. In place of a selected entry that is gone, the closest
     /// folder above it is selected.
     void restore() const;
 

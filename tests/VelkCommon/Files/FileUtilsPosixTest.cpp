@@ -19,6 +19,27 @@ using testing::IsEmpty;
 
 using FileUtilsPosix = test::PosixFiles;
 
+// ---- Folders of one user -------------------------------------------------------------------------
+
+TEST_F(FileUtilsPosix, APrivateDirectoryIsClosedToOthers)
+{
+    EXPECT_TRUE(FileUtils::createPrivateDirectory(at(U"new/")));
+    EXPECT_EQ(modeOf(at(U"new")), 0700U);
+    EXPECT_TRUE(FileUtils::createPrivateDirectory(at(U"new"))) << "it is there";
+    makeFolder(at(U"open"));
+    EXPECT_FALSE(FileUtils::createPrivateDirectory(at(U"open")));
+    EXPECT_EQ(modeOf(at(U"open")), 0755U);
+    test::asOrdinaryUser([this] { EXPECT_FALSE(FileUtils::createPrivateDirectory(at(U"new"))) << "another user's"; });
+}
+
+TEST_F(FileUtilsPosix, APrivateDirectoryIsNoLink)
+{
+    ASSERT_TRUE(FileUtils::createPrivateDirectory(at(U"private")));
+    makeLink(at(U"private"), at(U"link"));
+    EXPECT_FALSE(FileUtils::createPrivateDirectory(at(U"link")));
+    EXPECT_FALSE(FileUtils::createPrivateDirectory(at(U"link/")));
+}
+
 // ---- Links ---------------------------------------------------------------------------------------
 
 TEST_F(FileUtilsPosix, RemovePathRemovesTheLinkNotItsTarget)

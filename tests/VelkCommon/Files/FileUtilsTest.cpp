@@ -43,6 +43,7 @@ TEST_F(FileUtilsTest, NothingWorksOnTheEmptyPath)
     EXPECT_FALSE(FileUtils::removePath({}, FileUtils::noFlags));
     EXPECT_FALSE(FileUtils::removeDirectoryAndFiles({}, FileUtils::overrideReadOnly));
     EXPECT_FALSE(FileUtils::createDirectoriesWithPerm({}));
+    EXPECT_FALSE(FileUtils::createPrivateDirectory({}));
     EXPECT_FALSE(FileUtils::copyFile({}, at(U"b"), true));
     EXPECT_FALSE(FileUtils::copyFile(at(U"a"), {}, true));
     EXPECT_FALSE(FileUtils::moveFile({}, at(U"b"), true));
@@ -94,6 +95,16 @@ TEST_F(FileUtilsTest, CreateDirectoriesMakesAllParents)
     EXPECT_FALSE(FileUtils::createDirectoriesWithPerm(at(U"file")));
     EXPECT_FALSE(FileUtils::createDirectoriesWithPerm(at(U"file/below")));
     EXPECT_EQ(test::readFile(at(U"file")), "x");
+}
+
+TEST_F(FileUtilsTest, CreatePrivateDirectoryMakesOneFolder)
+{
+    EXPECT_TRUE(FileUtils::createPrivateDirectory(at(U"a")));
+    EXPECT_TRUE(FileUtils::createPrivateDirectory(at(U"a/"))) << "it is there";
+    EXPECT_FALSE(FileUtils::createPrivateDirectory(at(U"b/c")));
+    test::writeFile(at(U"file"), "x");
+    EXPECT_FALSE(FileUtils::createPrivateDirectory(at(U"file")));
+    EXPECT_THAT(names(), ElementsAre("a", "file"));
 }
 
 #ifdef _WIN32

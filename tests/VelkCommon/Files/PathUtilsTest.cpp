@@ -1,5 +1,5 @@
 #include <VelkCommon/Files/PathUtils.h>
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/PathText.h>
 
 #include "support/TestHost.h"
 

@@ -24,6 +24,7 @@ TEST_P(SHA1Digest, IsThatOfTheBytes)
 {
     test::writeFile(root_ / U"file", GetParam().bytes);
     EXPECT_EQ(SHA1::fileContentsToSHA1Hex(root_ / U"file"), GetParam().hex);
+    EXPECT_EQ(SHA1::bytesToSHA1Hex(GetParam().bytes), GetParam().hex);
 }
 
 // The first four are the examples of FIPS 180 and of the empty message.

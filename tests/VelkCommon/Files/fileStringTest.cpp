@@ -1,7 +1,7 @@
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Files/fileString.h>
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/PathText.h>
 
 #include "support/TestHost.h"
 
@@ -49,6 +49,8 @@ TEST_P(fileStringParts, AreThoseOfTheText)
     EXPECT_EQ(path.stem().utf8(), parts.stem);
     EXPECT_EQ(path.stemWithExtension().utf8(), parts.stemWithExtension);
     EXPECT_EQ(path.extension().utf8(), parts.extension);
+    EXPECT_TRUE(path.hasExtension(parts.extension));
+    EXPECT_FALSE(path.hasExtension(parts.extension + "x"));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -73,6 +75,19 @@ INSTANTIATE_TEST_SUITE_P(
                     Parts{"UpperCaseExtension", "/a/B.CALIB", "/a", "/a/", "/a/B", "B", "B.CALIB", ".CALIB"},
                     Parts{"NotAscii", "/ä/ö.é", "/ä", "/ä/", "/ä/ö", "ö", "ö.é", ".é"}),
     [](const auto& info) { return std::string(info.param.name); });
+
+TEST(fileStringExtension, CountsLetterCaseUnlessAskedNotTo)
+{
+    const fileString path(std::string("/a/b.CaLiB"));
+    EXPECT_TRUE(path.hasExtension(".CaLiB"));
+    EXPECT_FALSE(path.hasExtension(".calib"));
+    EXPECT_TRUE(path.hasExtensionInAnyCase(".calib"));
+    EXPECT_FALSE(path.hasExtensionInAnyCase(".calibz"));
+    EXPECT_FALSE(path.hasExtensionInAnyCase("calib"));
+    EXPECT_FALSE(path.hasExtensionInAnyCase(""));
+    EXPECT_TRUE(fileString(std::string("/a.x/b")).hasExtensionInAnyCase(""));
+    EXPECT_TRUE(fileString(std::string("b.\u00C9")).hasExtensionInAnyCase(".\u00E9"));
+}
 
 // ---- Joining -------------------------------------------------------------------------------------
 

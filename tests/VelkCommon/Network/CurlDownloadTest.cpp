@@ -1,6 +1,6 @@
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Network/Curl.h>
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/FileSystem.h>
 
 #include "NetworkTest.h"
 

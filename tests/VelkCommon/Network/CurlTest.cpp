@@ -2,8 +2,6 @@
 
 #include "NetworkTest.h"
 
-#include <VelkCommon/Network/detail/UrlText.h>
-
 namespace {
 
 using test::Reply;
@@ -60,25 +58,6 @@ TEST_P(Downloadable, IsAnAddressOfTheWeb)
 
 INSTANTIATE_TEST_SUITE_P(Addresses, Downloadable, testing::ValuesIn(addressCases),
                          [](const auto& row) { return std::string(row.param.name); });
-
-TEST(WireFormTest, EncodesWhatNoUrlCanCarryAndNothingElse)
-{
-    std::string all;
-    for (int byte = 1; byte < 256; ++byte)
-        all += static_cast<char>(byte);
-    const std::string wire = Velk::detail::wireForm(all);
-    std::string kept;
-    for (std::size_t i = 0; i < wire.size(); ++i) {
-        const bool encoded = wire[i] == '%' && wire.substr(i, 3) != "%&'";
-        if (encoded)
-            i += 2;
-        else
-            kept += wire[i];
-    }
-    EXPECT_EQ(kept, "!#$%&'()*+,-./0123456789:;=?@ABCDEFGHIJKLMNOPQRSTUVWXYZ[]_abcdefghijklmnopqrstuvwxyz~");
-    EXPECT_EQ(Velk::detail::wireForm("\x01 \"<>\\^`{|}\x7F\x80\xFF"), "%01%20%22%3C%3E%5C%5E%60%7B%7C%7D%7F%80%FF");
-    EXPECT_EQ(Velk::detail::wireForm("%20%zz%"), "%20%zz%");
-}
 
 // ---- Requests ------------------------------------------------------------------------------------
 

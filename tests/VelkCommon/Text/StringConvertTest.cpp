@@ -67,6 +67,7 @@ TEST_P(StringConvertUtf8, HasTheStandardForm)
     EXPECT_EQ(StringConvert::toUnicodeFromUtf8(GetParam().bytes, &ok), GetParam().text);
     EXPECT_TRUE(ok);
     EXPECT_EQ(StringConvert::toUnicodeFromUtf8(GetParam().bytes), GetParam().text);
+    EXPECT_TRUE(StringConvert::isUtf8(GetParam().bytes));
 }
 
 TEST_P(StringConvertUtf8, IsWhatTheMethodsDefaultAndUtf8Mean)
@@ -116,6 +117,7 @@ TEST_P(StringConvertIllFormedUtf8, BecomesOneReplacementCharacterPerMaximalSubse
     bool ok = true;
     EXPECT_EQ(StringConvert::toUnicodeFromUtf8(GetParam().bytes, &ok), expected);
     EXPECT_FALSE(ok);
+    EXPECT_FALSE(StringConvert::isUtf8(GetParam().bytes));
     EXPECT_EQ(StringConvert::toUnicodeFromUtf8(GetParam().bytes, nullptr), expected);
     EXPECT_EQ(StringConvert::toUnicode(GetParam().bytes, StringConvert::Utf8), expected);
     EXPECT_EQ(StringConvert::toUnicode(StringConvert::toQString(GetParam().bytes, StringConvert::Utf8)), expected);

@@ -112,6 +112,16 @@ TEST(RemoveAllOf, DropsTheListedBytes)
     EXPECT_EQ(StringUtils::removeAllOf("a\0b\xFF"s, "\0\xFF"s), "ab");
 }
 
+TEST(Trimmed, DropsTheListedBytesAtBothEnds)
+{
+    EXPECT_EQ(StringUtils::trimmed(" \ta b\t "), "a b");
+    EXPECT_EQ(StringUtils::trimmed("a\n"), "a\n");
+    EXPECT_EQ(StringUtils::trimmed("\r\na b\n", "\r\n"), "a b");
+    EXPECT_EQ(StringUtils::trimmed(" a ", ""), " a ");
+    EXPECT_EQ(StringUtils::trimmed(" \t "), "");
+    EXPECT_EQ(StringUtils::trimmed(""), "");
+}
+
 struct Prefix
 {
     const char* name;

@@ -1,5 +1,6 @@
 #include <VelkCommon/Files/FileUtils.h>
-#include <VelkCommon/Platform/Platform.h>
+#include <VelkCommon/Platform/FileSystem.h>
+#include <VelkCommon/Platform/Process.h>
 #include <VelkLibrary/ErrorLog.h>
 
 #include "support/TestHost.h"
@@ -24,7 +25,7 @@ namespace {
 
 using Library::ErrorLog;
 
-// Every insertion gives the log back.
+// Every insertion returns the log.
 static_assert(std::is_same_v<decltype(std::declval<ErrorLog&>() << 'c' << 1 << 1U << 1L << 1UL << 1LL << 1ULL << true),
                              ErrorLog&>);
 static_assert(std::is_same_v<decltype(std::declval<ErrorLog&>()
@@ -66,7 +67,7 @@ std::vector<Record> parse(std::string log)
     std::vector<Record> records;
     for (std::smatch match; !log.empty();) {
         if (!std::regex_search(log, match, head, std::regex_constants::match_continuous)) {
-            ADD_FAILURE() << "no record: " << log.substr(0, 200);
+            ADD_FAILURE() << "not a record: " << log.substr(0, 200);
             return records;
         }
         const auto begin = static_cast<std::size_t>(match.length());
@@ -110,7 +111,7 @@ TEST_F(ErrorLogTest, IsInTheUsersDatabaseFolder)
     auto services = this->services();
     services.folders.userDatabase = folder() / U"other/";
     Velk::installHost(services);
-    EXPECT_EQ(ErrorLog::file(), folder() / U"other/errors.log") << "asked for anew";
+    EXPECT_EQ(ErrorLog::file(), folder() / U"other/errors.log") << "the host is asked again";
 }
 
 TEST_F(ErrorLogTest, ItsNameIsTranslated)
@@ -199,7 +200,7 @@ TEST_F(ErrorLogTest, OddNamesAreInsertedAsTheyAre)
     EXPECT_EQ(message(), "/caf\xE9\n");
 }
 
-TEST_F(ErrorLogTest, TextThatIsNoUnicodeIsStillLogged)
+TEST_F(ErrorLogTest, TextThatIsNotUnicodeIsStillLogged)
 {
     ErrorLog() << std::u32string{U'a', char32_t{0xD800}, U'b'};
     EXPECT_EQ(message(),
@@ -236,7 +237,7 @@ TEST_F(ErrorLogTest, UuidsHonourWidthFillAndAdjustment)
     EXPECT_EQ(message(), "[****" + text + "][" + text + "****][****" + text + "][" + text + text + "]\n");
 }
 
-TEST_F(ErrorLogTest, TheGlobalLocaleChangesNoNumber)
+TEST_F(ErrorLogTest, TheGlobalLocaleDoesNotChangeNumbers)
 {
     struct Grouping : std::numpunct<char>
     {
@@ -333,7 +334,7 @@ TEST_F(ErrorLogTest, AHostMayLogWhileItIsAskedForTheName)
     EXPECT_EQ(all[1].message, "text\n");
 }
 
-TEST_F(ErrorLogTest, ItCanBeDestroyedWhileAnExceptionFlies)
+TEST_F(ErrorLogTest, ItCanBeDestroyedWhileAnExceptionIsThrown)
 {
     try {
         ErrorLog log;
@@ -400,7 +401,7 @@ TEST_F(ErrorLogTest, ProcessesLoseAndMixNothing)
     expectAllOnce(records(), 16, 50, 'A');
 }
 
-TEST_F(ErrorLogTest, AFullDiskLosesTheRecordInSilence)
+TEST_F(ErrorLogTest, AFullDiskLosesTheRecordWithoutNotice)
 {
     test::inChild([] {
         test::limitFileSize(10);

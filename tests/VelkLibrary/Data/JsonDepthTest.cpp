@@ -7,7 +7,7 @@
 
 namespace {
 
-// What a thread has on Windows. Under the address sanitizer a level takes ten times as much.
+// The size of a thread's stack on Windows. Under the address sanitizer a level takes ten times as much stack.
 #if defined(__SANITIZE_ADDRESS__)
 constexpr unsigned smallStack = 8U << 20;
 #else
@@ -32,7 +32,7 @@ std::string nestedObjects(int levels)
     return repeated("{\"a\":", levels) + "1" + repeated("}", levels);
 }
 
-// How many arrays and objects lie within each other, along the first of each.
+// How deep arrays and objects are nested, following the first element of each.
 int levelsOf(const test::JsonNode& root)
 {
     int levels = 0;
@@ -56,7 +56,7 @@ TEST(JsonDepth, AllLevelsUpToTheDeepestAreRead)
     });
 }
 
-TEST(JsonDepth, OneLevelMoreIsNoDocument)
+TEST(JsonDepth, OneLevelMoreIsRefused)
 {
     test::onSmallStack(smallStack, [] {
         EXPECT_TRUE(json::read(nestedArrays(513))->empty());
@@ -65,7 +65,7 @@ TEST(JsonDepth, OneLevelMoreIsNoDocument)
     });
 }
 
-TEST(JsonDepth, CountsWhatIsOpenNotWhatThereIs)
+TEST(JsonDepth, CountsOpenBracketsOnly)
 {
     const std::string deep = nestedArrays(511);
     EXPECT_EQ(levelsOf(json::read("[" + deep + "," + deep + "," + deep + "]")), 512);
@@ -89,7 +89,7 @@ TEST(JsonDepth, AMegabyteOfBracketsIsRefused)
     });
 }
 
-// What was built before a fault is released level by level as well.
+// A tree that was built before a fault is released level by level, too.
 TEST(JsonDepth, WideAndDeepTreesAreReleased)
 {
     test::onSmallStack(smallStack, [] {

@@ -9,7 +9,7 @@
 
 namespace {
 
-// Texts that every reader of JSON takes.
+// Texts that every reader of JSON accepts.
 class DocumentMaker
 {
 public:
@@ -17,7 +17,7 @@ public:
 
     std::string document() { return blanks() + container(4) + blanks(); }
 
-    // A document with a byte changed, missing or in excess.
+    // A document with one byte changed, removed or added.
     std::string damaged()
     {
         constexpr std::string_view bytes = "[]{}\",:\\/.+-eE0129utfn \n\t\0\x7F\x80\xC3\xFF";
@@ -78,7 +78,7 @@ private:
         std::string text = isArray ? "[" : "{";
         for (std::size_t i = 0, count = below(6); i < count; ++i) {
             text += (i > 0 ? "," : "") + blanks();
-            // Keys differ, because readers differ in which of equal ones they keep.
+            // The keys differ, because readers keep different ones of several equal keys.
             if (!isArray)
                 text += "\"" + std::to_string(i) + string().substr(1) + blanks() + ":" + blanks();
             text += value(levels) + blanks();
@@ -128,8 +128,8 @@ TEST(JsonDifferential, DamagedDocumentsAreReadAsAnotherReaderDoesOrRefused)
     EXPECT_GT(refused, 1000);
 }
 
-// Every prefix of a document but for trailing blanks is none.
-TEST(JsonDifferential, PrefixesAreNoDocuments)
+// A prefix of a document that leaves out more than trailing blanks is not a document.
+TEST(JsonDifferential, PrefixesAreRefused)
 {
     DocumentMaker maker(3);
     for (int i = 0; i < 100; ++i) {

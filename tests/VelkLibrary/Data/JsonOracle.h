@@ -1,10 +1,10 @@
 #pragma once
 
 /// @file
-/// A strict reader of JSON as the judge of ours. It accepts less (no "+1", no ".5", no control characters and
-/// no bytes that are not UTF-8 in strings) but for integers beyond 32 bits and deeper nesting.
+/// A strict reader of JSON that judges ours. It accepts less (no "+1", no ".5", no control characters and no
+/// bytes that are not UTF-8 in strings), except that it takes integers beyond 32 bits and deeper nesting.
 
-#include <VelkCommon/Text/detail/Utf8.h>
+#include <VelkCommon/detail/Utf8.h>
 #include <VelkLibrary/JsonReader.h>
 
 #include "JsonTree.h"
@@ -20,7 +20,8 @@
 
 namespace test {
 
-/// The surrogate pairs that we keep apart as one character each, as others have them.
+/// `text` with each surrogate pair as the one character that other readers make of it; ours keeps the two
+/// apart.
 inline std::string joinedSurrogates(const std::string& text)
 {
     std::string result;
@@ -88,8 +89,8 @@ inline bool agrees(const JsonNode& ours, const nlohmann::json& theirs)
     return false;
 }
 
-/// A value that we have to read as well: no wide integer, and not too deep. The last of equal keys hides
-/// the others, so a document with a hidden wide integer may be refused.
+/// Whether we have to read a value as well, because it holds no wide integer and is not too deep. The last of
+/// equal keys hides the others, so a document with a hidden wide integer may be refused.
 inline bool isReadableHere(const nlohmann::json& value, int levels = json::deepestLevel)
 {
     if (value.is_number_unsigned())
@@ -106,8 +107,8 @@ inline bool isReadableHere(const nlohmann::json& value, int levels = json::deepe
     return true;
 }
 
-/// The brackets that nest deepest in `text`, strings included: an upper bound for the other reader, whose
-/// tree is released by recursion.
+/// How deep the brackets in `text` are nested, those in strings included: an upper bound for the other reader,
+/// whose tree is released by recursion.
 inline bool isShallow(const std::string& text)
 {
     int level = 0;
@@ -120,16 +121,17 @@ inline bool isShallow(const std::string& text)
     return deepest <= json::deepestLevel;
 }
 
-/// What the other reader makes of `text`; discarded when it refuses it.
+/// The other reader's value of `text`; a discarded value when it refuses the text.
 inline nlohmann::json readByOther(const std::string& text)
 {
-    // It knows a byte order mark, and takes a zero byte for the end; neither is part of a document.
+    // It accepts a byte order mark and takes a zero byte for the end; neither belongs in a document.
     if (text.starts_with("\xEF\xBB\xBF") || text.find('\0') != std::string::npos)
         return nlohmann::json(nlohmann::json::value_t::discarded);
     return nlohmann::json::parse(text, nullptr, false);
 }
 
-/// What is wrong with our reading of `text`; empty when nothing is. `keysDiffer`: no object has a key twice.
+/// What is wrong with our reading of `text`; empty when nothing is wrong. `keysDiffer`: no object has a key
+/// twice.
 inline std::string disagreement(const std::string& text, bool keysDiffer)
 {
     const JsonNode ours = json::read(text);

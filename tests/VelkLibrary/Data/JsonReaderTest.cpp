@@ -24,7 +24,7 @@ struct ReadCase
 {
     const char* name;
     std::string_view text;
-    const char* tree;  // "nothing" also for what is no document
+    const char* tree;  // "nothing" also for what is not a document
 };
 
 void PrintTo(const ReadCase& row, std::ostream* out)
@@ -80,7 +80,7 @@ constexpr ReadCase documents[] = {
     // Strings
     {"EmptyString",        "\"\"",                   "''"},
     {"Utf8",               "\"\xC3\xA9\"",           "'<c3><a9>'"},
-    {"NoUtf8",             "\"\xFF\xC3\"",           "'<ff><c3>'"},
+    {"NotUtf8",            "\"\xFF\xC3\"",           "'<ff><c3>'"},
     {"RawControls",        "\"a\nb\tc\x01\"",        "'a<0a>b<09>c<01>'"},
     {"RawZero",            "\"a\0b\""sv,             "'a<00>b'"},
     {"ShortEscapes",       R"("\b\f\n\r\t")",        "'<08><0c><0a><0d><09>'"},
@@ -152,7 +152,7 @@ constexpr ReadCase noDocuments[] = {
     {"UnknownEscape",       R"("\x41")",        "nothing"},
     {"SingleQuoteEscape",   R"("\'")",          "nothing"},
     {"ThreeDigits",         R"("\u00e")",       "nothing"},
-    {"NoHexadecimal",       R"("\u00g1")",      "nothing"},
+    {"NotHexadecimal",      R"("\u00g1")",      "nothing"},
     {"UnicodeAtTheEnd",     R"("\u00e9)",       "nothing"},
     {"CapitalU",            R"("\U00e9")",      "nothing"},
     {"SingleQuotes",        "'a'",              "nothing"},
@@ -196,7 +196,7 @@ TEST(JsonReader, WrongCastsThrow)
     EXPECT_EQ(boost::any_cast<int>(*json::read("1")), 1);
 }
 
-TEST(JsonReader, AMemberFoundByKeyIsTheLastOfTheText)
+TEST(JsonReader, AMemberFoundByKeyIsTheLastInTheText)
 {
     const auto root = json::read(R"({"a":1,"b":0,"a":2,"a":3})");
     const auto& object = boost::any_cast<const test::JsonObject&>(*root);
@@ -213,7 +213,7 @@ TEST(JsonReader, ReadsFromIterators)
     EXPECT_EQ(describe(json::read(std::string_view())), "nothing");
 }
 
-// A number at the very end: nothing behind the text may be looked at.
+// With a number at the very end, the reader must not look at what lies behind the text.
 TEST(JsonReader, StopsAtTheEndOfTheText)
 {
     const std::string_view text = "123.5e2";
@@ -224,7 +224,7 @@ TEST(JsonReader, StopsAtTheEndOfTheText)
     EXPECT_EQ(read(std::string_view("true").substr(0, 3)), "nothing");
 }
 
-// Members of many objects, in any order and with many equal keys, against a plain model.
+// Members of many objects, in any order and with many equal keys, compared with a plain model.
 TEST(JsonReader, KeepsTheOrderOfMembersWhateverTheirKeysAre)
 {
     std::mt19937 random(7);
@@ -246,8 +246,8 @@ TEST(JsonReader, KeepsTheOrderOfMembersWhateverTheirKeysAre)
     }
 }
 
-// A comma for the decimal point in the process's locale changes nothing. Not every machine has one.
-TEST(JsonReader, KnowsNoLocale)
+// A decimal comma in the process's locale changes nothing. Not every machine has such a locale.
+TEST(JsonReader, DoesNotDependOnTheLocale)
 {
     const std::string before = std::setlocale(LC_ALL, nullptr);
     for (const char* const locale : {"de_DE.UTF-8", "fr_FR.UTF-8", "C.UTF-8"}) {
@@ -297,7 +297,7 @@ TEST_F(JsonGrammar, StopsBehindTheValue)
     EXPECT_EQ(describe(values_.back()), "[1]");
 }
 
-TEST_F(JsonGrammar, PushesOnWhatIsThere)
+TEST_F(JsonGrammar, PushesAboveWhatIsOnTheStack)
 {
     EXPECT_TRUE(parse("1"));
     EXPECT_TRUE(parse("{\"a\":[2]}"));
@@ -306,7 +306,7 @@ TEST_F(JsonGrammar, PushesOnWhatIsThere)
     EXPECT_EQ(describe(values_[1]), "{'a': [2]}");
 }
 
-TEST_F(JsonGrammar, RefusesWhatIsNoValue)
+TEST_F(JsonGrammar, RefusesWhatIsNotAValue)
 {
     EXPECT_FALSE(parse("[1,"));
     EXPECT_FALSE(parse(""));
@@ -363,7 +363,7 @@ TEST_F(JsonGrammar, ActionsReducePairsAndObjects)
     EXPECT_EQ(describe(values_.back()), "{'a': 3, 'a': 1, 'b': 2}");
 }
 
-// The same with nodes that are used again.
+// Does the same with nodes that are used again.
 TEST_F(JsonGrammar, SpareNodesAreUsedAgain)
 {
     Grammar::spare_nodes spares;

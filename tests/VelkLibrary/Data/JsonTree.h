@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Trees of JSON values as texts that compare and print well.
+/// Trees of JSON values as texts, which are easy to compare and print.
 
 #include <VelkLibrary/JsonReader.h>
 
@@ -14,7 +14,7 @@ using JsonNode = json::grammar<char>::value_type;
 using JsonArray = json::grammar<char>::array_type;
 using JsonObject = json::grammar<char>::object_type;
 
-/// `text` in quotes, with all but printable ASCII as "<c3>".
+/// `text` in quotes, with every byte that is not printable ASCII written as "<c3>".
 inline std::string quoted(const std::string& text)
 {
     std::string result = "'";

@@ -12,7 +12,7 @@
 
 namespace {
 
-// The tree that a document is read as.
+// The tree that reading a document gives.
 std::string treeOf(const json_writer::Value& value);
 
 std::string treeOf(const json_writer::Array& array)
@@ -144,7 +144,8 @@ TEST(JsonWriteRead, AnotherReaderReadsTheSame)
     }
 }
 
-// Random bytes are no text; both readers take what is written all the same, and once written it stays.
+// Random bytes are not text. Both readers accept what is written for them all the same, and writing that again
+// gives the same document.
 TEST(JsonWriteRead, EveryByteSequenceMakesADocument)
 {
     std::mt19937 random(3);
@@ -166,7 +167,7 @@ TEST(JsonWriteRead, EveryByteSequenceMakesADocument)
     }
 }
 
-// A pair of escapes is read as two sequences of three bytes, which are no UTF-8. They are not lost.
+// A pair of escapes is read as two sequences of three bytes, which are not UTF-8. They are not lost.
 TEST(JsonWriteRead, SurrogatePairsThatWereReadAreWrittenAsPairs)
 {
     const auto root = json::read(R"({"a":"x\ud83d\ude00\udbff\udfffy"})");

@@ -6,13 +6,13 @@
 
 namespace {
 
-using Library::detail::holdsControlCharacter;
-using Library::detail::isPlainFileName;
+using Library::holdsControlCharacter;
+using Library::isPlainFileName;
 
 class PlainName : public testing::TestWithParam<std::string>
 {};
 
-TEST_P(PlainName, IsTaken)
+TEST_P(PlainName, IsAccepted)
 {
     EXPECT_TRUE(isPlainFileName(GetParam()));
 }

@@ -1,253 +1,209 @@
-#include <VelkLibrary/LibraryFilterManager.h>
+#include <VelkLibrary/Filter/FilterFile.h>
 
 #include "FilterTest.h"
-#include "support/Numbers.h"
 
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <thread>
 
 namespace {
 
+using Library::DataFileFault;
+using Library::DataFileValue;
+using test::describe;
 using test::filterText;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class FilterFile : public test::FilterTest
+/// A value and its file, which is not the manager's.
+class FilterFileValue : public test::FilterTest
 {
 protected:
-    static void write(const std::string& text) { test::writeFile(filterFile(), text); }
+    ~FilterFileValue() override
+    {
+        EXPECT_THAT(messages(), IsEmpty()) << "a value reports to its caller only";
+        EXPECT_THAT(assertions(), IsEmpty());
+        EXPECT_THAT(filters(), IsEmpty()) << "the manager is not involved";
+    }
+
+    fileString path() const { return folder() / U"filters.json"; }
+    void write(const std::string& text) const { test::writeFile(path(), text); }
 };
 
-// ---- Writing -------------------------------------------------------------------------------------
-
-TEST_F(FilterFile, HasABareName)
-{
-    EXPECT_EQ(manager().getFilterFilename(), fileString(std::string("catalog_filters.json")));
-}
-
-TEST_F(FilterFile, IsWrittenInTheOrderOfTheList)
-{
-    manager().setLibraryFilters({{"Kitchens", 1, {"lib-core-kitchen", "lib-user-7"}}, {"Baths", 2, {}}});
-    manager().setCurrentFilterId(2);
-    manager().saveFilters();
-    EXPECT_EQ(test::readFile(filterFile()), R"({
-    "Current_Filter": 2,
-    "Filter": {
-        "Filter_Name": "Kitchens",
-        "Filter_Id": 1,
-        "Database_Ids": [
-            "lib-core-kitchen",
-            "lib-user-7"
-        ]
-    },
-    "Filter": {
-        "Filter_Name": "Baths",
-        "Filter_Id": 2,
-        "Database_Ids": []
-    }
-}
-)");
-    EXPECT_TRUE(messages().empty());
-    EXPECT_TRUE(assertions().empty());
-}
-
-TEST_F(FilterFile, IsNotWrittenByAnEmptyList)
-{
-    manager().saveFilters();
-    EXPECT_FALSE(filterFile().pathExists());
-    write("left as it is");
-    manager().saveFilters();
-    EXPECT_EQ(test::readFile(filterFile()), "left as it is");
-}
-
-TEST_F(FilterFile, IsOnlyWrittenWhenAskedFor)
-{
-    manager().setLibraryFilters({{"A", 1, {"x"}}});
-    manager().setCurrentFilterId(1);
-    manager().removeIdFromLibraryFilters("x");
-    EXPECT_FALSE(filterFile().pathExists());
-}
-
-TEST_F(FilterFile, MayBeChangedByEveryone)
-{
-    manager().setLibraryFilters({{"A", 1, {}}});
-    manager().saveFilters();
-    using std::filesystem::perms;
-    const perms everyone = perms::others_read | perms::others_write;
-    EXPECT_EQ(std::filesystem::status(filterFile().utf8()).permissions() & everyone, everyone);
-}
-
-TEST_F(FilterFile, ThatCannotBeMadeIsReported)
-{
-    std::filesystem::remove_all(PathUtils::getObject().getCoreLibraryDatabasePath().utf8());
-    manager().setLibraryFilters({{"A", 1, {}}});
-    manager().saveFilters();
-    expectReport(test::reportLine::filtersNotWritten, "Error Writing Library Filter Data File");
-}
-
-TEST_F(FilterFile, WithAnIdOfMoreThan32BitsIsReportedAndLeft)
-{
-    if constexpr (sizeof(long) > 4) {
-        write("old");
-        manager().setLibraryFilters({{"A", 1L << 40, {}}});
-        manager().saveFilters();
-        expectReport(test::reportLine::filtersNotWritten, "Error Writing Library Filter Data File");
-        EXPECT_EQ(test::readFile(filterFile()), "old");
-    }
-}
-
-// A folder is no file that can be written.
-TEST_F(FilterFile, ThatMayNotBeWrittenIsAMessage)
-{
-    std::filesystem::create_directory(filterFile().utf8());
-    manager().setLibraryFilters({{"A", 1, {}}});
-    manager().saveFilters();
-    ASSERT_EQ(messages().size(), 1U);
-    const test::Message message = messages().front();
-    EXPECT_EQ(message.sourceFile, "LibraryFilterManager");
-    EXPECT_EQ(message.line, test::reportLine::filtersUnwritable);
-    EXPECT_EQ(message.id, test::messageId::fileUnwritable);
-    EXPECT_EQ(message.trait.severity, error::Severity::Error);
-    EXPECT_EQ(message.trait.buttons, error::Buttons::Ok);
-    EXPECT_EQ(message.text, filterFile().unicodeString());
-    EXPECT_EQ(message.detail1, U"");
-    EXPECT_EQ(message.detail2, U"");
-    EXPECT_TRUE(assertions().empty());
-}
+const std::string first = filterText("A", 1, "\"x\"");
+const std::string last = filterText("B", 2, "\"y\", \"z\"");
 
 // ---- Reading -------------------------------------------------------------------------------------
 
-TEST_F(FilterFile, LoadsInReverseAndIsSavedSo)
+TEST_F(FilterFileValue, IsReadInTheReverseOfTheFile)
 {
-    write("{\"Current_Filter\": 2, " + filterText("A", 1, "\"x\"") + ", " + filterText("B", 2, "") + ", " +
-          filterText("C", 3, "\"y\", \"z\"") + "}");
-    load(filterFile());
-    EXPECT_THAT(filters(), ElementsAre("3 C [y, z]", "2 B []", "1 A [x]"));
-    EXPECT_EQ(manager().getCurrentFilterId(), 2);
-    load(filterFile());
-    EXPECT_THAT(filters(), ElementsAre("1 A [x]", "2 B []", "3 C [y, z]"));
-    EXPECT_TRUE(assertions().empty());
+    write("{\"Current_Filter\": 2, " + first + ", " + last + "}");
+    FilterFile file;
+    file.filters = {{"before", 9, {}}};
+    EXPECT_TRUE(file.read(path()));
+    EXPECT_EQ(file.currentId, 2);
+    EXPECT_THAT(describe(file.filters), ElementsAre("2 B [y, z]", "1 A [x]"));
 }
 
-struct FileCase
+TEST_F(FilterFileValue, IsEmptyWithoutAFile)
+{
+    FilterFile file{7, {{"before", 9, {}}}};
+    const Library::DataFileResult result = file.read(path());
+    EXPECT_FALSE(result);
+    EXPECT_EQ(result.fault, DataFileFault::Missing);
+    EXPECT_EQ(file.currentId, -1);
+    EXPECT_THAT(file.filters, IsEmpty());
+}
+
+TEST_F(FilterFileValue, IsNotReadFromAFolder)
+{
+    std::filesystem::create_directory(path().utf8());
+    EXPECT_EQ(FilterFile().read(path()).fault, DataFileFault::Unreadable);
+}
+
+struct FaultCase
 {
     const char* name;
     std::string text;
-    std::vector<std::string> filters;
+    DataFileFault fault;
+    const char* member;
+    DataFileValue expected;
+    std::vector<std::string> filters;  ///< those that were read before the fault
     long current;
-    bool reported;
 };
 
-void PrintTo(const FileCase& row, std::ostream* out)
+void PrintTo(const FaultCase& row, std::ostream* out)
 {
     *out << row.text;
 }
 
-class FilterFiles : public FilterFile, public testing::WithParamInterface<FileCase>
-{};
-
-TEST_P(FilterFiles, AreReadAs)
+// A faulty filter between A and B: B is read before it, A after it.
+std::string withMiddle(const std::string& filter)
 {
-    write(GetParam().text);
-    load(filterFile());
-    EXPECT_EQ(filters(), GetParam().filters);
-    EXPECT_EQ(manager().getCurrentFilterId(), GetParam().current);
-    if (GetParam().reported)
-        expectReport(test::reportLine::filtersUnreadable, "Error Parsing Library Filter Data File");
-    EXPECT_EQ(assertions().size(), GetParam().reported ? 1U : 0U);
-    EXPECT_TRUE(messages().empty());
+    return "{\"Current_Filter\": 7, " + first + ", \"Filter\": " + filter + ", " + last + "}";
 }
 
-const std::string a = filterText("A", 1, "\"x\"");
-const std::string b = filterText("B", 2, "\"y\"");
-
-// A filter that is not as it should be, between A and B: B is read before it, A behind it.
-std::string between(const std::string& filter)
-{
-    return "{\"Current_Filter\": 7, " + a + ", \"Filter\": " + filter + ", " + b + "}";
-}
+constexpr auto wrong = DataFileFault::WrongMember;
+constexpr auto none = DataFileFault::NotAnObject;
 
 // clang-format off
-const FileCase files[] = {
-    // No document, or none of filters
-    {"Empty",             "",                             {}, -1, false},
-    {"Blank",             " \n",                          {}, -1, false},
-    {"NoJson",            "{\"Current_Filter\": 1",       {}, -1, false},
-    {"Garbage",           "{} x",                         {}, -1, false},
-    {"WideInteger",       "{\"Current_Filter\": 4294967296}", {}, -1, false},
-    {"Array",             "[" + a.substr(10) + "]",       {}, -1, false},
-    {"Number",            "12",                           {}, -1, false},
-    {"Null",              "null",                         {}, -1, false},
-    {"EmptyObject",       "{}",                           {}, -1, false},
-    {"TooDeep",           "{\"a\":" + std::string(600, '[') + std::string(600, ']') + "}", {}, -1, false},
-    // The current filter
-    {"NoCurrent",         "{" + a + "}",                  {"1 A [x]"}, -1, false},
-    {"OnlyCurrent",       "{\"Current_Filter\": 5}",      {}, 5, false},
-    {"CurrentLast",       "{" + a + ", \"Current_Filter\": -3}", {"1 A [x]"}, -3, false},
-    {"CurrentReal",       "{\"Current_Filter\": 5.0, " + a + "}",   {}, -1, true},
-    {"CurrentText",       "{\"Current_Filter\": \"5\", " + a + "}", {}, -1, true},
-    {"CurrentNull",       "{\"Current_Filter\": null, " + a + "}",  {}, -1, true},
-    // Filters that are dropped
-    {"EmptyName",         between(R"({"Filter_Name": "", "Filter_Id": 3, "Database_Ids": []})"),
-                          {"2 B [y]", "1 A [x]"}, 7, false},
-    {"NoName",            between(R"({"Filter_Id": 3, "Database_Ids": []})"), {"2 B [y]", "1 A [x]"}, 7, false},
-    {"NoId",              between(R"({"Filter_Name": "C", "Database_Ids": []})"), {"2 B [y]", "1 A [x]"}, 7, false},
-    {"IdMinusOne",        between(R"({"Filter_Name": "C", "Filter_Id": -1, "Database_Ids": []})"),
-                          {"2 B [y]", "1 A [x]"}, 7, false},
-    // Filters that are odd and kept
-    {"SameIdAndName",     "{" + a + ", " + a + "}",       {"1 A [x]", "1 A [x]"}, -1, false},
-    {"NegativeId",        "{" + filterText("A", -2, "") + "}", {"-2 A []"}, -1, false},
-    {"EqualAndEmptyIds",  "{" + filterText("A", 1, "\"x\", \"\", \"x\"") + "}", {"1 A [x, , x]"}, -1, false},
-    {"EscapedTexts",      "{" + filterText("\\u00e9", 1, "\"\\\"\"") + "}", {"1 \xC3\xA9 [\"]"}, -1, false},
-    {"FurtherMembers",    "{\"More\": [1], " + filterText("A", 1, "").substr(0, 11) + "\"More\": 1, " +
-                          filterText("A", 1, "").substr(11) + "}", {"1 A []"}, -1, false},
-    // Filters that end the reading
-    {"IdReal",            between(R"({"Filter_Name": "C", "Filter_Id": 3.0, "Database_Ids": []})"), {"2 B [y]"}, 7, true},
-    {"IdText",            between(R"({"Filter_Name": "C", "Filter_Id": "3", "Database_Ids": []})"), {"2 B [y]"}, 7, true},
-    {"NameNumber",        between(R"({"Filter_Name": 3, "Filter_Id": 3, "Database_Ids": []})"), {"2 B [y]"}, 7, true},
-    {"NameNull",          between(R"({"Filter_Name": null, "Filter_Id": 3, "Database_Ids": []})"), {"2 B [y]"}, 7, true},
-    {"NoDatabases",       between(R"({"Filter_Name": "C", "Filter_Id": 3})"), {"2 B [y]"}, 7, true},
-    {"DatabasesNoArray",  between(R"({"Filter_Name": "C", "Filter_Id": 3, "Database_Ids": "x"})"), {"2 B [y]"}, 7, true},
-    {"DatabaseNumber",    between(R"({"Filter_Name": "C", "Filter_Id": 3, "Database_Ids": ["x", 3]})"), {"2 B [y]"}, 7, true},
-    {"FilterNumber",      between("3"),                   {"2 B [y]"}, 7, true},
-    {"FilterArray",       between("[]"),                  {"2 B [y]"}, 7, true},
-    {"DroppedAndWrong",   between(R"({"Filter_Name": "", "Filter_Id": 3})"), {"2 B [y]"}, 7, true},
+const FaultCase faultCases[] = {
+    {"Empty",      "",         none, "", DataFileValue::Object, {}, -1},
+    {"Torn",       "{" + first,    none, "", DataFileValue::Object, {}, -1},
+    {"List",       "[]",       none, "", DataFileValue::Object, {}, -1},
+    {"Current",    "{\"Current_Filter\": \"5\", " + first + "}",
+                   wrong, "\"Current_Filter\"", DataFileValue::Integer, {}, -1},
+    {"Filter",     withMiddle("5"),
+                   wrong, "\"Filter\"", DataFileValue::Object, {"2 B [y, z]"}, 7},
+    {"Name",       withMiddle(R"({"Filter_Name": 1, "Filter_Id": 3, "Database_Ids": []})"),
+                   wrong, "\"Filter\".\"Filter_Name\"", DataFileValue::Text, {"2 B [y, z]"}, 7},
+    {"Id",         withMiddle(R"({"Filter_Name": "C", "Filter_Id": 3.0, "Database_Ids": []})"),
+                   wrong, "\"Filter\".\"Filter_Id\"", DataFileValue::Integer, {"2 B [y, z]"}, 7},
+    {"Databases",  withMiddle(R"({"Filter_Name": "C", "Filter_Id": 3, "Database_Ids": "x"})"),
+                   wrong, "\"Filter\".\"Database_Ids\"", DataFileValue::List, {"2 B [y, z]"}, 7},
+    {"NoDatabases", withMiddle(R"({"Filter_Name": "C", "Filter_Id": 3})"),
+                   wrong, "\"Filter\".\"Database_Ids\"", DataFileValue::List, {"2 B [y, z]"}, 7},
+    {"Database",   withMiddle(R"({"Filter_Name": "C", "Filter_Id": 3, "Database_Ids": ["x", 5]})"),
+                   wrong, "\"Filter\".\"Database_Ids\"", DataFileValue::Text, {"2 B [y, z]"}, 7},
 };
 // clang-format on
 
-INSTANTIATE_TEST_SUITE_P(Texts, FilterFiles, testing::ValuesIn(files),
+class DamagedFilterFile : public FilterFileValue, public testing::WithParamInterface<FaultCase>
+{};
+
+TEST_P(DamagedFilterFile, SaysWhatIsWrongAndKeepsWhatStoodBefore)
+{
+    write(GetParam().text);
+    FilterFile file;
+    const Library::DataFileResult result = file.read(path());
+    EXPECT_FALSE(result);
+    EXPECT_EQ(result.fault, GetParam().fault);
+    EXPECT_EQ(result.member, GetParam().member);
+    EXPECT_EQ(result.expected, GetParam().expected);
+    EXPECT_EQ(describe(file.filters), GetParam().filters);
+    EXPECT_EQ(file.currentId, GetParam().current);
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, DamagedFilterFile, testing::ValuesIn(faultCases),
                          [](const auto& row) { return std::string(row.param.name); });
 
-// What stands in a file that cannot be read must not be taken for nothing without a word.
-TEST_F(FilterFile, ThatIsNoneCountsAsUnreadable)
+// ---- Writing -------------------------------------------------------------------------------------
+
+TEST_F(FilterFileValue, IsWrittenInItsOrder)
 {
-    std::filesystem::create_directory(filterFile().utf8());
-    EXPECT_FALSE(manager().mergeFilters(filterFile()));
-    ASSERT_EQ(assertions().size(), 1U);
-    EXPECT_EQ(assertions().front().line, test::reportLine::filtersUnreadable);
+    EXPECT_TRUE((FilterFile{2, {{"A", 1, {"x"}}, {"B", 2, {}}}}.write(path())));
+    FilterFile file;
+    EXPECT_TRUE(file.read(path()));
+    EXPECT_EQ(file.currentId, 2);
+    EXPECT_THAT(describe(file.filters), ElementsAre("2 B []", "1 A [x]")) << "read in reverse";
 }
 
-TEST_F(FilterFile, ReportsOnlyWhereReportsAreEnabled)
+TEST_F(FilterFileValue, IsWrittenWithoutFilters)
 {
-    Velk::HostServices host = services();
-    host.assertionReportsEnabled = [] { return false; };
-    Velk::installHost(std::move(host));
-    write(R"({"Current_Filter": "5"})");
-    load(filterFile());
-    EXPECT_THAT(assertions(), IsEmpty());
+    EXPECT_TRUE((FilterFile{5, {}}.write(path())));
+    FilterFile file;
+    EXPECT_TRUE(file.read(path()));
+    EXPECT_EQ(file.currentId, 5);
+    EXPECT_THAT(file.filters, IsEmpty());
 }
 
-TEST_F(FilterFile, KeepsWhatIsWritten)
+TEST_F(FilterFileValue, MayBeChangedByEveryoneOnceWritten)
 {
-    const std::string odd("\0\"\\\n\xC3\xA9 \x7F", 9);
-    manager().setLibraryFilters({{odd, -7, {odd, "", "b"}}, {"Z", 2147483647, {}}});
-    manager().setCurrentFilterId(-2147483647 - 1);
-    manager().saveFilters();
-    const std::vector<std::string> written = filters();
-    load(filterFile());
-    EXPECT_THAT(filters(), ElementsAre(written[1], written[0]));
-    EXPECT_EQ(manager().getCurrentFilterId(), -2147483647 - 1);
+    EXPECT_TRUE(FilterFile().write(path()));
+    using std::filesystem::perms;
+    const perms everyone = perms::others_read | perms::others_write;
+    EXPECT_EQ(std::filesystem::status(path().utf8()).permissions() & everyone, everyone);
+}
+
+TEST_F(FilterFileValue, SaysThatItMayNotReplaceWhatIsThere)
+{
+    std::filesystem::create_directory(path().utf8());
+    EXPECT_EQ(FilterFile().write(path()).fault, DataFileFault::MayNotBeReplaced);
+}
+
+TEST_F(FilterFileValue, SaysThatItCouldNotBeWritten)
+{
+    EXPECT_EQ(FilterFile().write(folder() / U"none" / U"filters.json").fault, DataFileFault::NotWritten);
+}
+
+TEST_F(FilterFileValue, WithAnIdThatNoReaderAcceptsIsNotWritten)
+{
+    if constexpr (sizeof(long) > 4) {
+        write("old");
+        EXPECT_EQ((FilterFile{-1, {{"A", 1L << 40, {}}}}.write(path()).fault), DataFileFault::NotRepresentable);
+        EXPECT_EQ(test::readFile(path()), "old");
+    }
+}
+
+// ---- Merging -------------------------------------------------------------------------------------
+
+TEST_F(FilterFileValue, TakesOverWhatItDoesNotHave)
+{
+    FilterFile file{2, {{"Baths", 0, {"x"}}, {"Halls", 2, {"y"}}}};
+    EXPECT_EQ(file.merge({{"Halls", 7, {"y"}}, {"Baths", 0, {"z"}}, {"Doors", 2, {}}, {"Doors", 5, {}}}), 2U);
+    EXPECT_EQ(file.currentId, 2);
+    EXPECT_THAT(describe(file.filters), ElementsAre("0 Baths [x]", "2 Halls [y]", "1 Baths 1 [z]", "3 Doors []"));
+    const std::vector<LibraryFilter> own = file.filters;
+    EXPECT_EQ(file.merge(own), 0U);
+}
+
+// ---- Threads -------------------------------------------------------------------------------------
+
+TEST_F(FilterFileValue, NeedsNothingThatThreadsShare)
+{
+    constexpr int rounds = 50;
+    const auto use = [&](const std::u32string& name) {
+        const fileString own = folder() / name;
+        for (long id = 0; id < rounds; ++id) {
+            FilterFile file;
+            EXPECT_TRUE((FilterFile{id, {{"A", id, {"x"}}}}.write(own)));
+            EXPECT_TRUE(file.read(own));
+            EXPECT_EQ(file.currentId, id);
+        }
+    };
+    std::jthread one(use, U"first.json");
+    std::jthread other(use, U"second.json");
 }
 
 }  // namespace

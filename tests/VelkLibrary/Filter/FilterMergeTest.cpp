@@ -100,7 +100,7 @@ const MergeCase merges[] = {
 INSTANTIATE_TEST_SUITE_P(FilterMerge, MergedFilters, testing::ValuesIn(merges),
                          [](const auto& row) { return std::string(row.param.name); });
 
-TEST_F(FilterMerge, IntoNoFileMakesOneWithoutCurrentFilter)
+TEST_F(FilterMerge, IntoAMissingFileMakesOneWithoutCurrentFilter)
 {
     manager().setLibraryFilters({{"A", 7, {"x"}}});
     manager().setCurrentFilterId(7);
@@ -108,10 +108,10 @@ TEST_F(FilterMerge, IntoNoFileMakesOneWithoutCurrentFilter)
     EXPECT_THAT(filters(), ElementsAre("0 A [x]"));
     EXPECT_EQ(manager().getCurrentFilterId(), -1);
     EXPECT_TRUE(target().pathExists());
-    EXPECT_FALSE(filterFile().pathExists()) << "that is another file";
+    EXPECT_FALSE(filterFile().pathExists()) << "the merge writes another file";
 }
 
-TEST_F(FilterMerge, IntoNoDocumentReplacesIt)
+TEST_F(FilterMerge, IntoAFileThatIsNotADocumentReplacesIt)
 {
     test::writeFile(target(), "no JSON");
     manager().setLibraryFilters({{"A", 7, {"x"}}});
@@ -119,7 +119,7 @@ TEST_F(FilterMerge, IntoNoDocumentReplacesIt)
     EXPECT_THAT(filters(), ElementsAre("0 A [x]"));
 }
 
-TEST_F(FilterMerge, GoesOnBehindAFault)
+TEST_F(FilterMerge, GoesOnAfterAFault)
 {
     test::writeFile(target(), "{\"Current_Filter\": 3, \"Filter\": 1, " + filterText("B", 2, "") + "}");
     manager().setLibraryFilters({{"A", 7, {"x"}}});
@@ -161,7 +161,7 @@ TEST_F(FilterMerge, LeavesTheForcedFilter)
     EXPECT_THAT(filters(), IsEmpty());
 }
 
-// The same step by step, as slowly as it is described.
+// Does the same step by step, exactly as described, however slow that is.
 std::vector<LibraryFilter> mergedSlowly(std::vector<LibraryFilter> merged, const std::vector<LibraryFilter>& own)
 {
     std::set<long> ids;

@@ -87,7 +87,7 @@ TEST_F(FilterSafety, ProcessesThatSaveAtOnceLeaveOneOfTheirFiles)
         [&](const std::string& text) { return text == texts[0] || text == texts[1]; });
 }
 
-// The user may write the file, but not what would take its place.
+// The user may write the file, but may not make the file that would take its place.
 TEST_F(FilterSafety, AFileThatCannotBeReplacedIsReported)
 {
     ASSERT_EQ(::chmod(folder().utf8().c_str(), 0755), 0);
@@ -106,7 +106,7 @@ TEST_F(FilterSafety, AFileThatCannotBeReplacedIsReported)
     }
 }
 
-// A file that is written in place, as other programs may do, is waited for.
+// Other programs may write a file in place; readers wait until they are done.
 TEST_F(FilterSafety, AFileThatIsBeingWrittenIsWaitedFor)
 {
     test::Signal holding;

@@ -10,8 +10,7 @@
 
 #include <thread>
 
-// What happens at the first use of a process. This program itself never uses the manager: only its
-// children do.
+// What happens at the first use in a process. This program itself never uses the manager; only its children do.
 
 namespace {
 
@@ -81,7 +80,7 @@ TEST_F(FilterStart, ReportsAFault)
     });
 }
 
-// A host that is told may show something, and with it the filters.
+// A host that is told of a fault may show something, and with it the filters.
 TEST_F(FilterStart, MayBeUsedByAHostThatIsToldOfAFault)
 {
     test::writeFile(filterFile(), R"({"Current_Filter": 3, "Filter": 1})");

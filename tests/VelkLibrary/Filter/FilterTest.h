@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Filters as texts, and filter files.
+/// Filters as texts, and texts of filter files.
 
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/HostServices.h>
@@ -33,15 +33,15 @@ inline std::vector<std::string> describe(const std::vector<LibraryFilter>& filte
     return texts;
 }
 
-/// The text of a filter in a filter file.
+/// The text that stands for a filter in a filter file.
 inline std::string filterText(const std::string& name, long id, const std::string& databaseIds)
 {
     return "\"Filter\": {\"Filter_Name\": \"" + name + "\", \"Filter_Id\": " + std::to_string(id) +
            ", \"Database_Ids\": [" + databaseIds + "]}";
 }
 
-/// The manager is one for the whole process. Each test begins with an empty one; what happens at its first
-/// use is for processes of their own.
+/// The manager is one for the whole process. Each test begins with an empty one; what happens at its first use
+/// is tested in separate processes.
 class FilterTest : public TestHost
 {
 protected:
@@ -68,14 +68,14 @@ protected:
 
     static std::vector<std::string> filters() { return describe(manager().getLibraryFilters()); }
 
-    /// Takes over what the file at `path` holds: a merge of nothing.
+    /// Takes over what the file at `path` holds, by merging nothing into it.
     static void load(const fileString& path)
     {
         manager().setLibraryFilters({});
         EXPECT_TRUE(manager().mergeFilters(path));
     }
 
-    /// One assertion of this line and text was reported, and nothing else.
+    /// Expects that one assertion with this line and text was reported, and nothing else.
     void expectReport(std::size_t line, const std::string& text) const
     {
         ASSERT_EQ(assertions().size(), 1U);

@@ -67,7 +67,7 @@ TEST_F(FilterManager, WithACurrentIdThatNoFilterHas)
     EXPECT_FALSE(manager().isFilteredDatabase(""));
 }
 
-TEST_F(FilterManager, FindsTheFirstFilterOfAnId)
+TEST_F(FilterManager, FindsTheFirstFilterWithAnId)
 {
     const std::vector<LibraryFilter> filters{{"A", 3, {"x"}}, {"B", 3, {"y"}}, {"C", 4, {}}};
     EXPECT_EQ(test::describe(LibraryFilterManager::getLibraryFilterFromId(3, filters)), "3 A [x]");
@@ -103,7 +103,7 @@ TEST_F(FilterManager, RemovesTheFirstEntryOfEachFilter)
     EXPECT_TRUE(manager().isForcedFilteredDatabase("x"));
 }
 
-TEST_F(FilterManager, RemovesAnIdThatStandsInTheList)
+TEST_F(FilterManager, RemovesAnIdThatRefersIntoTheList)
 {
     manager().setLibraryFilters({{"A", 1, {"x", "y"}}, {"B", 2, {"x", "y"}}, {"C", 3, {"y", "x"}}});
     manager().removeIdFromLibraryFilters(manager().getLibraryFilters().front().getDatabaseIds().front());

@@ -16,7 +16,7 @@
 
 namespace test {
 
-/// Keeps what is reported to it, and cancels when told to.
+/// Records what is reported to it, and cancels when told to.
 class RecordedProgress : public ProgressSubject
 {
 public:
@@ -52,7 +52,7 @@ private:
     }
 };
 
-/// The base of the tests of imports.
+/// The base of all tests of the import.
 class ImportTest : public TestHost
 {
 protected:
@@ -67,7 +67,7 @@ protected:
         return names;
     }
 
-    /// An entry's data; "-" when it is not whole.
+    /// An entry's data; "-" when it cannot be read completely.
     static std::string dataOf(const fileString& archive, const std::string& name)
     {
         std::string data = "-";

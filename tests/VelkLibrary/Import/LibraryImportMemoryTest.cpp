@@ -1,5 +1,5 @@
-// A database for which there is not memory enough at once. The program's `operator new` fails for it, so
-// this stands alone.
+// A catalog file that does not fit into memory at once. This is a program by itself because its `operator new`
+// fails for such a file.
 #include "LibraryImportFixture.h"
 #include "support/CountedMemory.h"
 

@@ -34,7 +34,7 @@ protected:
     std::vector<fileString> resets_;
 };
 
-TEST_F(Merge, TheNameOfALibrarysArchive)
+TEST_F(Merge, ThePathOfALibrarysTextureArchive)
 {
     const fileString library(
         std::string("/somewhere/else/K\xC3\xBC"
@@ -55,7 +55,7 @@ TEST_F(Merge, AMissingSourceChangesNothing)
     EXPECT_THAT(resets_, IsEmpty());
 }
 
-TEST_F(Merge, AnArchiveIntoItselfStaysAsItIs)
+TEST_F(Merge, AnArchiveMergedIntoItselfStaysAsItIs)
 {
     ZipBuilder().add("a", "1").writeTo(destination_);
     const std::string old = test::readFile(destination_);
@@ -133,7 +133,7 @@ TEST_F(Merge, EmptyArchives)
     EXPECT_FALSE(source_.pathExists());
 }
 
-TEST_F(Merge, ADestinationThatIsNoArchiveStays)
+TEST_F(Merge, ADestinationThatIsNotAnArchiveStays)
 {
     Velk::installHost(watchedServices());
     test::writeFile(destination_, "no archive");
@@ -145,7 +145,7 @@ TEST_F(Merge, ADestinationThatIsNoArchiveStays)
     EXPECT_THAT(resets_, IsEmpty());
 }
 
-TEST_F(Merge, ASourceThatIsNoArchiveAddsNothing)
+TEST_F(Merge, ASourceThatIsNotAnArchiveAddsNothing)
 {
     ZipBuilder().add("a", "1").writeTo(destination_);
     test::writeFile(source_, "no archive");
@@ -170,7 +170,7 @@ TEST_F(Merge, ADamagedEntryFails)
 class DamagedDestination : public Merge
 {
 protected:
-    // The entry b is not where the directory says.
+    // The entry b is not at the place that the directory gives.
     DamagedDestination()
     {
         old_ = ZipBuilder().add("a", "1").add("b", "2").add("c", "3").bytes();
@@ -194,7 +194,7 @@ TEST_F(DamagedDestination, Stays)
     EXPECT_THAT(progress_.calls, ElementsAre("range 3 100", "step [Copying: a] []", "step [Copying: b] []"));
 }
 
-TEST_F(DamagedDestination, StaysAsWellWhenThereIsNothingToAdd)
+TEST_F(DamagedDestination, AlsoStaysWhenThereIsNothingToAdd)
 {
     ZipBuilder().add("a", "4").writeTo(source_);
     EXPECT_FALSE(merge());
@@ -202,7 +202,7 @@ TEST_F(DamagedDestination, StaysAsWellWhenThereIsNothingToAdd)
     EXPECT_FALSE(source_.pathExists());
 }
 
-// What the source has, too, is not copied, and remains the destination's.
+// An entry that the source has, too, is not copied: the destination's stays.
 TEST_F(DamagedDestination, TakesMoreWhenTheSourceHasTheDamagedEntry)
 {
     ZipBuilder().add("b", "source").add("d", "4").writeTo(source_);

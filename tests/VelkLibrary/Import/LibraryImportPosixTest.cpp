@@ -1,4 +1,4 @@
-// Full disks and death in the middle of an import, and other programs' opinion of its results.
+// Full disks, processes that die in the middle of an import, and how other programs read the results.
 #include "LibraryImportFixture.h"
 #include "support/Processes.h"
 #include "support/ZipJudges.h"
@@ -42,7 +42,7 @@ TEST_F(ImportPosix, AFullDiskLeavesOutWhatDoesNotFit)
         test::limitFileSize(20'000);
         const auto [first, second] = LibraryImport::unpack(archive_, false, nullptr);
         EXPECT_TRUE(first);
-        EXPECT_FALSE(second) << "the archive of the others is not complete";
+        EXPECT_FALSE(second) << "the archive of the other files is not complete";
     });
     EXPECT_THAT(names(), ElementsAre("lib.calib", "lib.calibz"));
     test::inChild([&] {
@@ -82,7 +82,7 @@ TEST_F(ImportPosix, AFullDiskForAPlainCopy)
     EXPECT_FALSE(source_.pathExists());
 }
 
-// Killed at each of its system calls in turn.
+// The process is killed at each of its system calls in turn.
 TEST_F(ImportPosix, DeathDuringAMergeLeavesTheOldArchiveOrTheNew)
 {
     const std::string old = pictures("a", 5, 500).bytes();

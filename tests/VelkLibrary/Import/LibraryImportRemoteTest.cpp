@@ -66,7 +66,7 @@ TEST_F(UnpackRemote, FailedDownloadsGiveNothing)
     EXPECT_THAT(progress_->calls, IsEmpty());
 }
 
-TEST_F(UnpackRemote, APageInPlaceOfAnArchive)
+TEST_F(UnpackRemote, APageInsteadOfAnArchive)
 {
     server_.on("/lib.calibz", test::Reply{.body = "<html>Please log in</html>"});
     const auto [first, second] = unpack(server_.url("/lib.calibz"));
@@ -74,7 +74,7 @@ TEST_F(UnpackRemote, APageInPlaceOfAnArchive)
     EXPECT_THAT(temporaryFiles(), IsEmpty());
 }
 
-TEST_F(UnpackRemote, CancellationRemovesTheDownloadToo)
+TEST_F(UnpackRemote, CancellationAlsoRemovesTheDownload)
 {
     server_.on("/lib.calibz", test::Reply::file(archive_, "tag"));
     progress_->cancelAfter = 1;

@@ -40,7 +40,7 @@ protected:
     std::shared_ptr<test::RecordedProgress> progress_ = std::make_shared<test::RecordedProgress>();
 };
 
-TEST_F(Unpack, AMissingArchiveMakesNothing)
+TEST_F(Unpack, AMissingArchiveGivesNothing)
 {
     const auto [first, second] = unpack();
     EXPECT_FALSE(first);
@@ -49,7 +49,7 @@ TEST_F(Unpack, AMissingArchiveMakesNothing)
     EXPECT_THAT(progress_->calls, IsEmpty());
 }
 
-TEST_F(Unpack, TakesTheDatabaseAndTheOthersApart)
+TEST_F(Unpack, SeparatesTheCatalogFileFromTheOtherFiles)
 {
     const std::string database = test::noise(200'000);
     ZipBuilder()
@@ -86,7 +86,7 @@ TEST_F(Unpack, TemporaryNamesLieInTheTemporaryFolder)
     EXPECT_THAT(names(), ElementsAre("lib.calibz"));
 }
 
-TEST_F(Unpack, WithoutADatabase)
+TEST_F(Unpack, WithoutACatalogFile)
 {
     ZipBuilder().add("a.png", "1").add("LIBRARY.CALIB", "2").add("x.calib/", "").add(".calib", "3").writeTo(archive_);
     const auto [first, second] = unpack();
@@ -96,7 +96,7 @@ TEST_F(Unpack, WithoutADatabase)
     EXPECT_THAT(names(), ElementsAre("lib.calibz", "lib.zip"));
 }
 
-TEST_F(Unpack, WithNothingButTheDatabase)
+TEST_F(Unpack, WithNothingButTheCatalogFile)
 {
     ZipBuilder().add("folder/library.calib", "database").writeTo(archive_);
     const auto [first, second] = unpack();
@@ -105,21 +105,21 @@ TEST_F(Unpack, WithNothingButTheDatabase)
     EXPECT_THAT(names(), ElementsAre("lib.calib", "lib.calibz"));
 }
 
-TEST_F(Unpack, AnEmptyDatabase)
+TEST_F(Unpack, AnEmptyCatalogFile)
 {
     ZipBuilder().add("library.calib", "").writeTo(archive_);
     EXPECT_EQ(unpack().first, database_);
     EXPECT_EQ(test::readFile(database_), "");
 }
 
-TEST_F(Unpack, TheLastOfSeveralDatabasesWins)
+TEST_F(Unpack, TheLastOfSeveralCatalogFilesWins)
 {
     ZipBuilder().add("a.calib", "a long first database").add("b.calib", "second").writeTo(archive_);
     EXPECT_EQ(unpack().first, database_);
     EXPECT_EQ(test::readFile(database_), "second");
 }
 
-TEST_F(Unpack, ADamagedLastDatabaseIsNoDatabase)
+TEST_F(Unpack, ADamagedLastCatalogFileIsNotTaken)
 {
     ZipItem damaged = deflatedItem("b.calib", "second");
     damaged.crc = 1;
@@ -130,7 +130,7 @@ TEST_F(Unpack, ADamagedLastDatabaseIsNoDatabase)
     EXPECT_THAT(names(), ElementsAre("lib.calibz", "lib.zip"));
 }
 
-TEST_F(Unpack, WhatIsNoArchive)
+TEST_F(Unpack, WhatIsNotAnArchive)
 {
     for (const std::string& bytes : {std::string(), std::string("<html>Please log in</html>"), ZipBuilder().bytes()}) {
         test::writeFile(archive_, bytes);
@@ -141,7 +141,7 @@ TEST_F(Unpack, WhatIsNoArchive)
     }
 }
 
-TEST_F(Unpack, AFolderIsNoArchive)
+TEST_F(Unpack, AFolderIsNotAnArchive)
 {
     FileUtils::createDirectoriesWithPerm(archive_);
     const auto [first, second] = unpack(true);
@@ -150,9 +150,9 @@ TEST_F(Unpack, AFolderIsNoArchive)
     EXPECT_THAT(temporaryFiles(), IsEmpty());
 }
 
-// ---- Files that are there ------------------------------------------------------------------------
+// ---- Existing files ------------------------------------------------------------------------------
 
-TEST_F(Unpack, AnOldDatabaseIsOverwritten)
+TEST_F(Unpack, AnOldCatalogFileIsOverwritten)
 {
     test::writeFile(database_, std::string(1000, 'o'));
     ZipBuilder().add("library.calib", "new").writeTo(archive_);
@@ -170,7 +170,7 @@ TEST_F(Unpack, AnOldZipReceivesTheEntries)
     EXPECT_EQ(dataOf(others_, "old"), "o");
 }
 
-TEST_F(Unpack, AnOldFileThatIsNoZipIsReplaced)
+TEST_F(Unpack, AnOldFileThatIsNotAZipIsReplaced)
 {
     test::writeFile(others_, "no archive");
     ZipBuilder().add("a.png", "picture").writeTo(archive_);
@@ -248,7 +248,7 @@ TEST_F(Unpack, NamesAreNotUsedOnDisk)
     EXPECT_THAT(names(), ElementsAre("lib.calib", "lib.calibz", "lib.zip"));
 }
 
-TEST_F(Unpack, ADatabaseThatSomebodyHoldsIsNotWritten)
+TEST_F(Unpack, ACatalogFileThatSomebodyHoldsIsNotWritten)
 {
     ZipBuilder().add("library.calib", "database").writeTo(archive_);
     const LockingFStream holder(database_, LockingFStream::out);
@@ -309,7 +309,7 @@ TEST_F(Unpack, CancelledAtEachEntry)
     }
     progress_ = std::make_shared<test::RecordedProgress>();
     progress_->cancelAfter = 3;
-    EXPECT_TRUE(unpack().first) << "there is no question behind the last entry";
+    EXPECT_TRUE(unpack().first) << "nothing is asked after the last entry";
 }
 
 TEST_F(Unpack, CancelledWithTemporaryNames)
@@ -321,9 +321,9 @@ TEST_F(Unpack, CancelledWithTemporaryNames)
     EXPECT_THAT(temporaryFiles(), IsEmpty());
 }
 
-// ---- Large databases, small disks ----------------------------------------------------------------
+// ---- Large catalog files, small disks ------------------------------------------------------------
 
-TEST_F(Unpack, ADatabaseTooLargeForMemoryIsReadInBlocks)
+TEST_F(Unpack, ACatalogFileTooLargeForMemoryIsReadInBlocks)
 {
     std::string database(ZipUtils::wholeEntryLimit + 10'000'000, 'x');
     database.replace(60'000'000, 6, "middle");
@@ -334,7 +334,7 @@ TEST_F(Unpack, ADatabaseTooLargeForMemoryIsReadInBlocks)
     EXPECT_TRUE(test::readFile(database_) == database);
 }
 
-TEST_F(Unpack, ALargeDatabaseThatIsDamagedIsNoDatabase)
+TEST_F(Unpack, ALargeDamagedCatalogFileIsNotTaken)
 {
     ZipItem item = deflatedItem("library.calib", std::string(ZipUtils::wholeEntryLimit + 10, 'x'));
     item.crc = 1;
@@ -343,7 +343,7 @@ TEST_F(Unpack, ALargeDatabaseThatIsDamagedIsNoDatabase)
     EXPECT_THAT(names(), ElementsAre("lib.calibz"));
 }
 
-TEST_F(Unpack, ADatabaseLeavesTheDisksReserve)
+TEST_F(Unpack, ACatalogFileLeavesTheDisksReserve)
 {
     ZipBuilder().add("library.calib", "database").add("a", "1").writeTo(archive_);
     {
@@ -355,7 +355,7 @@ TEST_F(Unpack, ADatabaseLeavesTheDisksReserve)
     EXPECT_EQ(unpack().first, database_);
 }
 
-TEST_F(Unpack, ALargeDatabaseStopsAtTheDisksReserve)
+TEST_F(Unpack, ALargeCatalogFileStopsAtTheDisksReserve)
 {
     ZipBuilder().add(deflatedItem("library.calib", std::string(80'000'000, 'x'))).writeTo(archive_);
     {
@@ -367,9 +367,9 @@ TEST_F(Unpack, ALargeDatabaseStopsAtTheDisksReserve)
     EXPECT_EQ(unpack().first, database_);
 }
 
-// ---- A copy of a database ------------------------------------------------------------------------
+// ---- A copy of a catalog file --------------------------------------------------------------------
 
-TEST_F(Unpack, ATemporaryCopyOfADatabase)
+TEST_F(Unpack, ATemporaryCopyOfACatalogFile)
 {
     test::writeFile(database_, "database");
     const auto copy = LibraryImport::createTempDatabase(database_, progress_.get());
@@ -381,7 +381,7 @@ TEST_F(Unpack, ATemporaryCopyOfADatabase)
     EXPECT_TRUE(LibraryImport::createTempDatabase(database_, nullptr));
 }
 
-TEST_F(Unpack, NoCopyOfWhatIsNoFile)
+TEST_F(Unpack, NoCopyOfWhatIsNotAFile)
 {
     EXPECT_FALSE(LibraryImport::createTempDatabase(database_, progress_.get()));
     EXPECT_THAT(progress_->calls, IsEmpty());

@@ -51,7 +51,7 @@ TEST_F(Card, CopiesShareNothing)
     EXPECT_EQ(describe(assigned), "Acme|https://Acme|default|fax||e-mail|false|20270101T000000");
 }
 
-TEST_F(Card, ComparesEverythingButTheFax)
+TEST_F(Card, ComparesEverythingExceptTheFax)
 {
     const auto time = timeOf("20260101T000000");
     const Manufacturer card(U"N", U"U", U"P", U"F", std::u32string(U"L"), U"E", false, time);

@@ -1,211 +1,200 @@
-#include <VelkLibrary/Manufacturer/ManufacturerManager.h>
+#include <VelkLibrary/Manufacturer/ManufacturerFile.h>
 
 #include "ManufacturerTest.h"
-#include "support/Numbers.h"
 
 #include <gmock/gmock.h>
 
 #include <filesystem>
-#include <ostream>
+#include <thread>
 
 namespace {
 
+using Library::DataFileFault;
+using Library::DataFileValue;
 using test::describe;
-using test::namesOf;
+using test::makeCard;
+using test::timeOf;
+using testing::IsEmpty;
 
-constexpr const char* version = R"("Version": "42", )";
-
-class DataFile : public test::ManufacturerTest
+/// A value and its file, which is not the manager's.
+class ManufacturerFileValue : public test::ManufacturerTest
 {
 protected:
-    DataFile()
+    ~ManufacturerFileValue() override
     {
-        Velk::HostServices host = services();
-        host.resourceString = [](unsigned int id) -> std::optional<std::u32string> {
-            if (id == test::textNumber::manufacturerDefault)
-                return U"Ask the manufacturer";
-            return std::nullopt;
-        };
-        Velk::installHost(std::move(host));
+        EXPECT_THAT(messages(), IsEmpty()) << "a value reports to its caller only";
+        EXPECT_THAT(assertions(), IsEmpty());
+        EXPECT_THAT(manager().getManufacturers(), IsEmpty()) << "the manager is not involved";
+    }
+
+    fileString path() const { return folder() / U"cards.json"; }
+    void write(const std::string& text) const { test::writeFile(path(), text); }
+
+    static void expectEmpty(const ManufacturerFile& file)
+    {
+        EXPECT_THAT(file.cards, IsEmpty());
+        EXPECT_EQ(file.defaultText, U"");
+        EXPECT_EQ(file.lastModified, timeOf("14000101T000000"));
     }
 };
 
-// ---- What is read --------------------------------------------------------------------------------
+/// Holds cards that no file in these tests has.
+ManufacturerFile usedFile()
+{
+    return {{{99, makeCard(U"before")}}, U"before", timeOf("20200101T000000")};
+}
 
-struct FileCase
+// ---- Reading -------------------------------------------------------------------------------------
+
+TEST_F(ManufacturerFileValue, IsReadWhole)
+{
+    write(R"({"Version": "42", "Last_Modified": "20260301T140559", "Default_Text": "See the site",
+              "Manufacturer_7": {"Id": 7, "Last_Modified": "20260101T000000", "Name": "Acme", "Url": "https://Acme",
+                                 "Phone": "phone", "Fax": "fax", "Email": "e-mail", "Logo": "acme.png"}})");
+    ManufacturerFile file = usedFile();
+    EXPECT_TRUE(file.read(path()));
+    EXPECT_EQ(file.defaultText, U"See the site");
+    EXPECT_EQ(file.lastModified, timeOf("20260301T140559"));
+    ASSERT_EQ(file.cards.size(), 1U);
+    EXPECT_EQ(describe(file.cards.at(7)), describe(makeCard(U"Acme", U"acme.png")));
+}
+
+TEST_F(ManufacturerFileValue, IsEmptyWithoutAFile)
+{
+    ManufacturerFile file = usedFile();
+    EXPECT_EQ(file.read(path()).fault, DataFileFault::Missing);
+    expectEmpty(file);
+}
+
+TEST_F(ManufacturerFileValue, IsNotReadFromAFolder)
+{
+    std::filesystem::create_directory(path().utf8());
+    ManufacturerFile file = usedFile();
+    EXPECT_EQ(file.read(path()).fault, DataFileFault::Unreadable);
+    expectEmpty(file);
+}
+
+struct FaultCase
 {
     const char* name;
     std::string text;
-    const char* names;
-    const char32_t* defaultText;
+    DataFileFault fault;
+    const char* member;
+    DataFileValue expected;
 };
 
-void PrintTo(const FileCase& row, std::ostream* out)
+void PrintTo(const FaultCase& row, std::ostream* out)
 {
     *out << row.text;
 }
 
-class DataFiles : public DataFile, public testing::WithParamInterface<FileCase>
-{};
-
-TEST_P(DataFiles, AreReadAs)
+// A good card before one with this member.
+std::string cardWith(const std::string& member)
 {
-    const ManufacturerManager& manager = managerOf(GetParam().text);
-    EXPECT_EQ(namesOf(manager), GetParam().names);
-    EXPECT_EQ(manager.getDefaultText(), GetParam().defaultText);
-    EXPECT_TRUE(assertions().empty());
-    EXPECT_TRUE(messages().empty());
+    return R"({"Version": "42", "Default_Text": "text", "Manufacturer_1": {"Id": 1, "Name": "A"},
+               "manufacturer_2": {"Id": 2, )" +
+           member + "}}";
 }
 
-// A card that is not as it should be, behind a good one.
-std::string with(const std::string& card)
-{
-    return std::string("{") + version + R"("Manufacturer_1": {"Id": 1, "Name": "A"}, "Manufacturer_2": )" + card + "}";
-}
+constexpr auto wrong = DataFileFault::WrongMember;
+constexpr auto none = DataFileFault::NotAnObject;
 
 // clang-format off
-const FileCase files[] = {
-    // No document of cards
-    {"Empty",          "",                                      "", U""},
-    {"NoJson",         "{\"Version\": ",                        "", U""},
-    {"Array",          "[{\"Id\": 1}]",                         "", U""},
-    {"Number",         "7",                                     "", U""},
-    // Members of the file
-    {"Nothing",        "{}",                                    "", U"Ask the manufacturer"},
-    {"DefaultText",    R"({"Default_Text": "See"})",            "", U"See"},
-    {"EmptyText",      R"({"Default_Text": ""})",               "", U""},
-    {"FurtherMembers", R"({"More": {"Id": 3}, "Manu": 1})",     "", U"Ask the manufacturer"},
-    {"Infinite",       R"({"Last_Modified": "+infinity", "Manufacturer_1": {"Id": 1}})",       "", U""},
-    {"NoDateTime",     R"({"Last_Modified": "not-a-date-time", "Manufacturer_1": {"Id": 1}})", "", U""},
-    {"OtherTime",      R"({"Last_Modified": "20261301T000000", "Manufacturer_1": {"Id": 1}})", "", U""},
-    {"TimeIsNumber",   R"({"Last_Modified": 2026, "Manufacturer_1": {"Id": 1}})",              "", U""},
-    {"TextIsNumber",   R"({"Default_Text": 1, "Manufacturer_1": {"Id": 1}})",                  "", U""},
-    {"AnyVersion",     R"({"Version": 1, "Manufacturer_1": {"Id": 1, "Name": "\u00e9"}})", "1 \xC3\xA9", U"Ask the manufacturer"},
-    // Keys and ids
-    {"AnyCase",        R"({"manufacturer_3": {"Id": 5, "Name": "A"}, "MANUFACTURER_x": {"Id": 6, "Name": "B"}})",
-                       "5 A, 6 B", U"Ask the manufacturer"},
-    {"PrefixOnly",     R"({"Manufacturer": {"Id": 1, "Name": "A"}, "Manufacturers": {"Id": 2, "Name": "B"}})",
-                       "1 A, 2 B", U"Ask the manufacturer"},
-    {"IdsSort",        R"({"Manufacturer_10": {"Id": 10}, "Manufacturer_9": {"Id": 9}, "Manufacturer_-1": {"Id": -1}})",
-                       "-1 , 9 , 10 ", U"Ask the manufacturer"},
-    {"WithoutId",      with(R"({"Name": "B"})"),                "1 A", U"Ask the manufacturer"},
-    {"WithoutIdAndWrong", with(R"({"Name": 1})"),               "1 A", U"Ask the manufacturer"},
-    // In the order of the keys, the later one wins
-    {"SameId",         R"({"Manufacturer_b": {"Id": 1, "Name": "B"}, "Manufacturer_a": {"Id": 1, "Name": "A"}})",
-                       "1 B", U"Ask the manufacturer"},
-    // Equal keys come out last first
-    {"SameKeyAndId",   R"({"Manufacturer_1": {"Id": 1, "Name": "A"}, "Manufacturer_1": {"Id": 1, "Name": "B"}})",
-                       "1 A", U"Ask the manufacturer"},
-    {"SameKey",        R"({"Manufacturer_1": {"Id": 1, "Name": "A"}, "Manufacturer_1": {"Id": 2, "Name": "B"}})",
-                       "1 A, 2 B", U"Ask the manufacturer"},
-    {"SameMember",     R"({"Manufacturer_1": {"Id": 2, "Name": "A", "Id": 1, "Name": "B"}})", "1 B", U"Ask the manufacturer"},
-    // One wrong member spoils the file
-    {"CardIsNumber",   with("2"),                               "", U""},
-    {"CardIsArray",    with("[]"),                              "", U""},
-    {"CardIsNull",     with("null"),                            "", U""},
-    {"IdIsReal",       with(R"({"Id": 2.0})"),                  "", U""},
-    {"IdIsText",       with(R"({"Id": "2"})"),                  "", U""},
-    {"IdIsTooWide",    with(R"({"Id": 4294967296})"),           "", U""},
-    {"NameIsNumber",   with(R"({"Id": 2, "Name": 1})"),         "", U""},
-    {"UrlIsNull",      with(R"({"Id": 2, "Url": null})"),       "", U""},
-    {"PhoneIsNumber",  with(R"({"Id": 2, "Phone": 555})"),      "", U""},
-    {"FaxIsArray",     with(R"({"Id": 2, "Fax": []})"),         "", U""},
-    {"EmailIsBool",    with(R"({"Id": 2, "Email": true})"),     "", U""},
-    {"LogoIsObject",   with(R"({"Id": 2, "Logo": {}})"),        "", U""},
-    {"DeletedIsText",  with(R"({"Id": 2, "Deleted": "true"})"), "", U""},
-    {"DeletedIsNumber", with(R"({"Id": 2, "Deleted": 1})"),     "", U""},
-    {"CardTimeIsNumber", with(R"({"Id": 2, "Last_Modified": 1})"), "", U""},
-    {"CardTimeIsNone", with(R"({"Id": 2, "Last_Modified": "yesterday"})"), "", U""},
-    {"CardTimeIsInfinite", with(R"({"Id": 2, "Last_Modified": "-infinity"})"), "", U""},
+const FaultCase faultCases[] = {
+    {"Empty",       "",      none,  "", DataFileValue::Object},
+    {"Page",        "<html>", none, "", DataFileValue::Object},
+    {"List",        "[]",    none,  "", DataFileValue::Object},
+    {"FileTime",    R"({"Last_Modified": "yesterday"})",   wrong, "\"Last_Modified\"", DataFileValue::Time},
+    {"FileTimeNumber", R"({"Last_Modified": 5})",          wrong, "\"Last_Modified\"", DataFileValue::Text},
+    {"DefaultText", R"({"Default_Text": false})",          wrong, "\"Default_Text\"", DataFileValue::Text},
+    {"Card",        R"({"Manufacturer_1": 5})",            wrong, "\"Manufacturer_1\"", DataFileValue::Object},
+    {"Id",          R"({"Manufacturer_1": {"Id": "1"}})",  wrong, "\"Manufacturer_1\".\"Id\"", DataFileValue::Integer},
+    {"Name",        cardWith(R"("Name": 5)"),              wrong, "\"manufacturer_2\".\"Name\"", DataFileValue::Text},
+    {"Logo",        cardWith(R"("Logo": null)"),           wrong, "\"manufacturer_2\".\"Logo\"", DataFileValue::Text},
+    {"Deleted",     cardWith(R"("Deleted": "no")"),        wrong, "\"manufacturer_2\".\"Deleted\"", DataFileValue::Boolean},
+    {"Time",        cardWith(R"("Last_Modified": "x")"),   wrong, "\"manufacturer_2\".\"Last_Modified\"", DataFileValue::Time},
 };
 // clang-format on
 
-INSTANTIATE_TEST_SUITE_P(Texts, DataFiles, testing::ValuesIn(files),
+class DamagedManufacturerFile : public ManufacturerFileValue, public testing::WithParamInterface<FaultCase>
+{};
+
+TEST_P(DamagedManufacturerFile, SaysWhatIsWrongAndIsEmpty)
+{
+    write(GetParam().text);
+    ManufacturerFile file = usedFile();
+    const Library::DataFileResult result = file.read(path());
+    EXPECT_FALSE(result);
+    EXPECT_EQ(result.fault, GetParam().fault);
+    EXPECT_EQ(result.member, GetParam().member);
+    EXPECT_EQ(result.expected, GetParam().expected);
+    expectEmpty(file);
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, DamagedManufacturerFile, testing::ValuesIn(faultCases),
                          [](const auto& row) { return std::string(row.param.name); });
 
-TEST_F(DataFile, ThatIsAFolderIsNone)
+// ---- Writing -------------------------------------------------------------------------------------
+
+TEST_F(ManufacturerFileValue, IsReadAsItWasWrittenExceptForTheTime)
 {
-    std::filesystem::create_directory(dataFile().utf8());
-    EXPECT_EQ(namesOf(manager()), "");
-    EXPECT_EQ(manager().getDefaultText(), U"");
+    const ManufacturerFile written{{{-3, makeCard(U"A")}, {7, makeCard(U"B", U"b.png")}}, U"text", {}};
+    const auto before = Library::getTimeNow();
+    EXPECT_TRUE(written.write(path()));
+    ManufacturerFile file;
+    EXPECT_TRUE(file.read(path()));
+    EXPECT_EQ(file.defaultText, U"text");
+    EXPECT_GE(file.lastModified, before);
+    ASSERT_EQ(file.cards.size(), 2U);
+    EXPECT_EQ(describe(file.cards.at(-3)), describe(makeCard(U"A")));
+    EXPECT_EQ(describe(file.cards.at(7)), describe(makeCard(U"B", U"b.png")));
 }
 
-// ---- Cards ---------------------------------------------------------------------------------------
-
-TEST_F(DataFile, HoldsWholeCards)
+TEST_F(ManufacturerFileValue, SaysWhyItWasNotWritten)
 {
-    managerOf(std::string("{") + version + R"("Last_Modified": "20260301T140559", "Manufacturer_7": {
-        "Id": 7, "Last_Modified": "20260115T080000.5", "Name": "Acme Doors", "Url": "https://acme.example",
-        "Phone": "default", "Fax": "1", "Email": "a@b", "Logo": "acme.png", "Deleted": true}})");
-    EXPECT_EQ(describe(manager().getManufacturer(7)),
-              "Acme Doors|https://acme.example|default|1|acme.png|a@b|true|20260115T080000.500000");
-    EXPECT_TRUE(manager().getManufacturer(7).isPhoneDefaulted());
+    EXPECT_EQ(ManufacturerFile().write(folder() / U"none" / U"cards.json").fault, DataFileFault::NotWritten);
+    std::filesystem::create_directory(path().utf8());
+    EXPECT_EQ(ManufacturerFile().write(path()).fault, DataFileFault::MayNotBeReplaced);
 }
 
-TEST_F(DataFile, MayLeaveOutEverythingButTheId)
+TEST_F(ManufacturerFileValue, WithAnIdThatNoReaderAcceptsIsNotWritten)
 {
-    managerOf(std::string("{") + version + R"("Manufacturer_7": {"Id": 7}})");
-    EXPECT_EQ(describe(manager().getManufacturer(7)), "||||||false|not-a-date-time");
-    EXPECT_TRUE(manager().manufacturerExists(7));
+    if constexpr (sizeof(long) > 4) {
+        write("old");
+        const ManufacturerFile file{{{1L << 40, makeCard(U"A")}}, {}, {}};
+        EXPECT_EQ(file.write(path()).fault, DataFileFault::NotRepresentable);
+        EXPECT_EQ(test::readFile(path()), "old");
+    }
 }
 
-// A card without a time is written with the text of none, and must not spoil the file.
-TEST_F(DataFile, WithATimelessCardIsReadAgain)
+// ---- Changes -------------------------------------------------------------------------------------
+
+TEST_F(ManufacturerFileValue, StampsWhatChanged)
 {
-    managerOf(std::string("{") + version + R"("Manufacturer_7": {"Id": 7, "Name": "A"}})");
-    manager().manageManufacturerData();
-    ManufacturerManager::cleanup();
-    EXPECT_EQ(describe(manager().getManufacturer(7)), "A||||||false|not-a-date-time");
+    const ManufacturerFile::Cards before{{1, makeCard(U"A")}, {2, makeCard(U"B")}};
+    ManufacturerFile::Cards cards{{1, makeCard(U"A")}, {2, makeCard(U"Other")}, {3, makeCard(U"New")}};
+    ManufacturerFile::stampChanges(cards, before);
+    EXPECT_EQ(cards.at(1).getLastModified(), timeOf("20260101T000000"));
+    EXPECT_GT(cards.at(2).getLastModified(), timeOf("20260101T000000"));
+    EXPECT_EQ(cards.at(3).getLastModified(), timeOf("20260101T000000"));
 }
 
-// ---- Encodings -----------------------------------------------------------------------------------
+// ---- Threads -------------------------------------------------------------------------------------
 
-// Every text of a file with these bytes in it.
-std::string fileWith(const std::string& begin, const std::string& bytes)
+TEST_F(ManufacturerFileValue, NeedsNothingThatThreadsShare)
 {
-    std::string text = "{" + begin + "\"Default_Text\": \"" + bytes + "\", \"Manufacturer_1\": {\"Id\": 1";
-    for (const char* const key : {"Name", "Url", "Phone", "Fax", "Email", "Logo"})
-        text += ", \"" + std::string(key) + "\": \"" + bytes + "\"";
-    return text + "}}";
-}
-
-void expectTexts(const std::u32string& text)
-{
-    const ManufacturerManager& manager = ManufacturerManager::getManufacturerManager();
-    const Manufacturer& card = manager.getManufacturer(1);
-    EXPECT_EQ(manager.getDefaultText(), text);
-    EXPECT_EQ(card.getManufacturerName(), text);
-    EXPECT_EQ(card.getManufacturerUrl(), text);
-    EXPECT_EQ(card.getManufacturerPhoneNumber(false), text);
-    EXPECT_EQ(card.getManufacturerFaxNumber(false), text);
-    EXPECT_EQ(card.getManufacturerEmail(false), text);
-    EXPECT_EQ(card.getManufacturerLogoName(), fileString(text));
-}
-
-TEST_F(DataFile, WithVersionIsUtf8)
-{
-    managerOf(fileWith(version, "\xC3\xA9\xE2\x82\xAC"));
-    expectTexts(U"\u00E9\u20AC");
-}
-
-TEST_F(DataFile, WithoutVersionIsWindows1252)
-{
-    managerOf(fileWith("", "\xE9\x80"));
-    expectTexts(U"\u00E9\u20AC");
-}
-
-TEST_F(DataFile, WithVersionAndOtherBytesHasReplacements)
-{
-    managerOf(fileWith(version, "\xE9"));
-    expectTexts(U"\uFFFD");
-}
-
-TEST_F(DataFile, OfTheOldEncodingIsWrittenInTheNewOne)
-{
-    managerOf(fileWith("", "\xE9"));
-    manager().manageManufacturerData();
-    ManufacturerManager::cleanup();
-    expectTexts(U"\u00E9");
+    constexpr int rounds = 50;
+    const auto use = [&](const std::u32string& name) {
+        const fileString own = folder() / name;
+        for (long id = 0; id < rounds; ++id) {
+            ManufacturerFile file;
+            EXPECT_TRUE((ManufacturerFile{{{id, makeCard(name)}}, name, {}}.write(own)));
+            EXPECT_TRUE(file.read(own));
+            EXPECT_EQ(file.cards.count(id), 1U);
+        }
+    };
+    std::jthread first(use, U"first.json");
+    std::jthread second(use, U"second.json");
 }
 
 }  // namespace

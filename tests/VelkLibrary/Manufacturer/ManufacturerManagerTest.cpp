@@ -98,7 +98,7 @@ TEST_F(Manager, GivesAnEmptyCardForAnUnknownId)
     EXPECT_EQ(&card, &manager().getManufacturer(1000));
 }
 
-TEST_F(Manager, AnInstanceThatWasCleanedUpKnowsWhatIsThereNow)
+TEST_F(Manager, AnInstanceThatWasCleanedUpAsksTheCurrentOne)
 {
     ManufacturerManager& old = managerOf(R"({"Manufacturer_1": {"Id": 1, "Name": "A"}})");
     ManufacturerManager::cleanup();
@@ -250,7 +250,7 @@ TEST_F(Manager, AnIdOfMoreThan32BitsLeavesTheOldFile)
     }
 }
 
-// A folder is no file that can be written.
+// A folder in the place of the file cannot be replaced with a file.
 TEST_F(Manager, TellsTheUserOfAFileThatMayNotBeWritten)
 {
     std::filesystem::create_directory(dataFile().utf8());
@@ -259,7 +259,7 @@ TEST_F(Manager, TellsTheUserOfAFileThatMayNotBeWritten)
     EXPECT_EQ(namesOf(manager()), "1 A");
 }
 
-// Kept, it would make the file one that cannot be read.
+// If it were written, the file could not be read any more.
 TEST_F(Manager, WritesNoInfiniteTime)
 {
     Manufacturer endless = makeCard(U"Endless");
@@ -270,7 +270,7 @@ TEST_F(Manager, WritesNoInfiniteTime)
     EXPECT_TRUE(manager().getManufacturer(2).getLastModified().is_not_a_date_time());
 }
 
-TEST_F(Manager, TakesATextOfItsOwnAsTheDefault)
+TEST_F(Manager, TakesOneOfItsOwnTextsAsTheDefault)
 {
     save({{7, makeCard(U"Acme")}});
     test::Cards cards{{7, makeCard(U"A name that is longer than any text may be inside a string")}};
@@ -336,7 +336,7 @@ TEST_F(OtherFolder, IsTakenOver)
     EXPECT_EQ(namesOf(manager()), "2 Other");
     EXPECT_EQ(manager().getDefaultText(), U"other");
     manager().manageManufacturerData();
-    EXPECT_EQ(member("Default_Text"), "\"other\"") << "it is written to the own folder";
+    EXPECT_EQ(member("Default_Text"), "\"other\"") << "it is still written to its own folder";
 }
 
 TEST_F(OtherFolder, WithASeparatorIsTheSame)
@@ -353,7 +353,7 @@ TEST_F(OtherFolder, WithoutAFileChangesNothing)
     expectOwn();
 }
 
-TEST_F(OtherFolder, WithAFileThatIsNoneChangesNothing)
+TEST_F(OtherFolder, WithAnUnreadableFileChangesNothing)
 {
     for (const char* const text :
          {"no JSON", "[]", R"({"Default_Text": 1})", R"({"Manufacturer_2": 2})", R"({"Last_Modified": "x"})"}) {

@@ -25,7 +25,8 @@ protected:
         manager().saveModifiedManufacturers(cards, U"text");
     }
 
-    // A whole file of cards named by this letter. Its time is that of writing, so texts differ.
+    // A whole file of cards with names from this letter. It holds the time of writing, so whole texts would
+    // differ.
     static bool isFileOf(const std::string& text, char letter, std::size_t cards)
     {
         std::size_t found = 0;
@@ -36,7 +37,7 @@ protected:
     }
 };
 
-// The user may write the file, but not what would take its place.
+// The user may write the file, but may not make the file that would take its place.
 TEST_F(ManufacturerSafety, AFileThatCannotBeReplacedIsReported)
 {
     ASSERT_EQ(::chmod(folder().utf8().c_str(), 0755), 0);
@@ -99,7 +100,7 @@ TEST_F(ManufacturerSafety, AReadOnlyFileIsReportedAndLeft)
     EXPECT_EQ(test::readFile(dataFile()), before);
 }
 
-// What is written through a link would change a file elsewhere.
+// Writing through a link would change a file elsewhere.
 TEST_F(ManufacturerSafety, ALinkInTheFilesPlaceIsReplaced)
 {
     const fileString elsewhere = folder() / std::u32string(U"elsewhere");

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Manufacturers' cards and data files.
+/// Cards as texts, and data files of manufacturers.
 
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Text/StringConvert.h>

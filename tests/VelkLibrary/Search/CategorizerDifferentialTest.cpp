@@ -15,7 +15,7 @@ using Library::Search::ORGroup;
 
 namespace {
 
-/// Answers of a match, each asked for once: the same terms and texts meet again and again here.
+/// Remembers the answers of a match, because the same terms and texts meet again and again here.
 template <typename Match>
 class Remembered
 {
@@ -257,7 +257,7 @@ std::string repeated(const std::string& piece, std::size_t times)
     return result;
 }
 
-/// A text with much repetition, which is where searching goes wrong.
+/// A text with much repetition, because that is where searching goes wrong.
 std::string repetitive(Random& random, std::size_t size)
 {
     static const std::vector<std::string> pieces = {"a", "b", "ab", "aab", "aba", "abaab", "a ", " ", "-", "ba"};
@@ -277,7 +277,7 @@ std::u32string toTerm(const std::string& text)
     return {text.begin(), text.end()};
 }
 
-// A part of the text, perhaps with one byte changed: it stands there, or almost.
+// A part of the text, perhaps with one byte changed, so that the text holds it, or almost.
 std::string partOf(Random& random, const std::string& text, std::size_t longest)
 {
     const std::size_t size = 1 + below(random, std::min(longest, text.size()));
@@ -312,7 +312,7 @@ TEST_P(AgreesWithTrial, OnLongRepetitiveTexts)
     EXPECT_GT(matches, 50);
 }
 
-// Terms that almost stand at very many places, so that comparing at each of them is given up.
+// Terms that the text almost holds at very many places, so that comparing at each of them is given up.
 TEST_P(AgreesWithTrial, WhereComparingIsGivenUp)
 {
     Random random(GetParam());
@@ -339,8 +339,8 @@ TEST_P(AgreesWithTrial, WhereComparingIsGivenUp)
     }
 }
 
-// Keywords so long that they are lowered only where they may hold a term, around the letters that more
-// than their capitals become.
+// Keywords so long that they are lowered only where they may hold a term, with the letters that other
+// characters than their capitals become.
 TEST_P(AgreesWithTrial, OnLongKeywords)
 {
     const Alphabet alphabet = {"",
@@ -391,7 +391,7 @@ TEST_P(AgreesWithTrial, OnTextsWithBreaks)
 
 INSTANTIATE_TEST_SUITE_P(Categorizer, AgreesWithTrial, testing::Values(1U, 2U, 3U, 4U));
 
-TEST(RatingOracle, BothFormsAreOne)
+TEST(RatingOracle, BothFormsAgree)
 {
     Random random(5);
     for (const Alphabet& alphabet : alphabets) {

@@ -43,10 +43,10 @@ TEST(Categorizer, IsSmall)
     const Info info = searchFor(U"office chair -red");
     const std::size_t before = allocatedBytes;
     const LibraryResultCategorizer some(info);
-#ifndef _WIN32  // where each module has an operator new of its own
+#ifndef _WIN32  // where each module has its own operator new
     EXPECT_GT(allocatedBytes - before, 0U);
 #endif
-    EXPECT_LT(allocatedBytes - before, 2048U) << "with everything that was needed to build it";
+    EXPECT_LT(allocatedBytes - before, 2048U) << "everything that was needed to build it included";
     EXPECT_EQ(some.categorizeItemResult("office chair"), ItemExactName);
 }
 
@@ -77,8 +77,8 @@ TEST(Categorizer, HugeTermsNeedNoStackAndLinearTime)
 
 TEST(Categorizer, ComparesInLinearTime)
 {
-    // Every place of these begins like the term, and the probes are no help: by comparison at every
-    // place each would take hours.
+    // Every place of these texts begins like the term, and the probes do not help: each rating would take hours
+    // if it compared at every place.
     std::u32string term;
     std::string text;
     while (term.size() < (1 << 20))
@@ -93,7 +93,7 @@ TEST(Categorizer, ComparesInLinearTime)
     EXPECT_EQ(same.categorizeItemResult("b" + std::string(8 << 20, 'a')), ItemContainsSequence);
 }
 
-/// Sees every letter but "a" as a blank, and has the rest upside down.
+/// Takes every letter except "a" for a blank, and turns the other classes upside down, too.
 class ContraryCharacters : public std::ctype<char>
 {
 public:
@@ -147,7 +147,7 @@ TEST_F(WithLocale, AnyCharacterClassesGiveTheSameResults)
 
 TEST_F(WithLocale, TheSystemsLocalesGiveTheSameResults)
 {
-    // Which of them a system has differs; the results must not.
+    // Systems have different locales, but the results must be the same.
     for (const char* const name : {"de_DE.ISO-8859-1", "de_DE.iso88591", "tr_TR.UTF-8", "tr_TR.utf8", "C.UTF-8"}) {
         if (std::setlocale(LC_ALL, name) != nullptr)
             std::locale::global(std::locale(name));

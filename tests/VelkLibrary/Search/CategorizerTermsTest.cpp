@@ -93,7 +93,7 @@ const TermCase termCases[] = {
      KeywordsContainSequence},
     {"InchBeforeLetter", U"24\"", "24\"x", ItemBeginsWithWord, FolderBeginsWithWord, KeywordsContainWord},
 
-    // Lower case of either side
+    // Term and text are both lowered
     {"Cyrillic", U"СТОЛ", "стол дубовый", ItemBeginsWithSequence, FolderBeginsWithSequence, KeywordsContainSequence},
     {"NonAsciiInAnotherCase", U"CAFÉ", "Café", ItemExactName, FolderExactName, KeywordsContainSequence},
     {"FinalSigmaIsASigma", U"ΟΔΟΣ", "οδοσ", ItemExactName, FolderExactName, KeywordsContainSequence},
@@ -101,7 +101,7 @@ const TermCase termCases[] = {
     {"KelvinSign", U"k", "\u212A", ItemExactName, FolderExactName, KeywordsContainWord},
     {"Emoji", U"\U0001FA91", "a \U0001FA91", ItemContainsSequence, FolderContainsSequence, KeywordsContainSequence},
 
-    // Line breaks hide everything beside them
+    // A term must cover all line breaks
     {"BreakBefore", U"chair", "seating\nchair", Invalid, Invalid, Invalid},
     {"BreakBehind", U"chair", "chair\n", Invalid, Invalid, Invalid},
     {"CarriageReturn", U"chair", "a\rchair", Invalid, Invalid, Invalid},
@@ -123,7 +123,7 @@ const TermCase termCases[] = {
     {"NextLine", U"chair", "a\u0085chair", ItemContainsWord, FolderContainsWord, KeywordsContainWord},
     {"LineSeparator", U"chair", "a\u2028chair", ItemContainsWord, FolderContainsWord, KeywordsContainWord},
 
-    // Text that is no UTF-8
+    // Text that is not UTF-8
     {"MalformedBeside", U"chair", "\xFF\xC3 chair\xFF", ItemContainsWord, FolderContainsWord, KeywordsContainWord},
     {"MalformedTermIsReplaced", std::u32string(1, char32_t{0xD800}), "\uFFFD", ItemExactName, FolderExactName,
      KeywordsContainSequence},

@@ -40,7 +40,7 @@ TEST(Categorizer, FindsNothingAcrossNameAndKeywords)
 {
     EXPECT_EQ(item(searchFor({group({U"ab"})}), "a", "b"), Invalid);
     EXPECT_EQ(item(searchFor({group({U"a b"})}), "a", "b"), Invalid);
-    EXPECT_EQ(item(searchFor({group({U"b"})}), "a", "b"), KeywordsContainWord) << "the name's end is no letter";
+    EXPECT_EQ(item(searchFor({group({U"b"})}), "a", "b"), KeywordsContainWord) << "the end of the name is not a letter";
 }
 
 TEST(Categorizer, ABreakHidesOneTextOnly)
@@ -230,7 +230,7 @@ TEST(Categorizer, FindsWhatBecomesItsTermInKeywordsOfAnySize)
 
 TEST(Categorizer, OnlyTwoOthersBecomeAscii)
 {
-    // What makes it sound to look for other letters before a text is in lower case.
+    // This is why other letters may be looked for before a text is lowered.
     std::u32string characters(0x110000, U'\0');
     std::iota(characters.begin(), characters.end(), U'\0');
     const std::u32string lower = StringUtils::toLower(characters);
@@ -241,7 +241,7 @@ TEST(Categorizer, OnlyTwoOthersBecomeAscii)
     EXPECT_EQ(others, U"\u0130\u212A");
 }
 
-TEST(Categorizer, KnowsOneTermInManyGroups)
+TEST(Categorizer, FindsTermsThatStandInManyGroups)
 {
     // (a0|b0) (a1|b1) ... as the normal form of ten alternatives joined by AND.
     std::u32string text;
@@ -253,7 +253,7 @@ TEST(Categorizer, KnowsOneTermInManyGroups)
     EXPECT_EQ(many.categorizeItemResult("x b0 b1 b2 b3 b4 b5 b6 b7 b8"), Invalid);
 }
 
-TEST(Categorizer, KnowsThousandsOfTerms)
+TEST(Categorizer, FindsThousandsOfTerms)
 {
     std::vector<ORGroup> groups;
     for (int i = 0; i < 3000; ++i) {

@@ -1,4 +1,4 @@
-// What holds for random search texts.
+// Properties that hold for random search texts.
 #include <VelkLibrary/Search/ParseTree.h>
 
 #include <VelkCommon/Text/StringConvert.h>
@@ -74,7 +74,7 @@ bool hasUnpairedClosing(const std::u32string& word)
     return false;
 }
 
-/// Whether a name holds nothing that the search text gives a meaning to.
+/// Whether a name holds nothing that has a special meaning in a search text.
 bool isPlainName(const std::vector<std::u32string>& words)
 {
     for (std::size_t i = 0; i < words.size(); ++i) {

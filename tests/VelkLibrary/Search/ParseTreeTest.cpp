@@ -119,7 +119,7 @@ const SearchCase searchCases[] = {
     {"LeadingBar", U"| chair", "<chair>"},
     {"LeadingOrInGroup", U"(OR table)", "<OR> <table>"},
     {"TrailingAndNot", U"chair AND NOT", "<chair>"},
-    // Text of the world
+    // Other scripts
     {"AccentedExclusion", U"café -thé", "<café> -<thé>"},
     {"CyrillicOr", U"стол OR стул", "<стол> ; <стул>"},
     {"IdeographicSpace", U"椅子\u3000木", "<椅子> <木>"},

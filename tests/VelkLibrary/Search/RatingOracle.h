@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-/// The definition of a rating, word for word and without regard to time: patterns for the standard
-/// library's engine, states of groups, slots. For short texts only, the engine recurses.
+/// The definition of a rating, word for word and however slow: patterns for the standard library's engine,
+/// states of groups, slots. For short texts only, because the engine recurses.
 namespace test {
 
 inline std::string lowered(const std::u32string& term)
@@ -138,7 +138,8 @@ constexpr OracleSlots oracleItemSlots = {ItemExactName,          ItemBeginsWithW
 constexpr OracleSlots oracleKeywordSlots = {Invalid, Invalid, KeywordsContainWord,
                                             Invalid, Invalid, KeywordsContainSequence};
 
-/// The rating by `Patterns`; `Cache` turns a pattern's maker and terms into a match for a text.
+/// A rating by `Patterns`. `Cache` makes the match of a text from the function that makes a pattern, and the
+/// terms.
 template <typename Patterns>
 class RatingOracle
 {

@@ -13,7 +13,7 @@ Application& Application::running()
 
 void Application::deliverEvents()
 {
-    // A call that is sent by a call waits for the next turn. A value comes to the panel, from there to the
+    // A call that another call sends waits for the next turn. A value goes to the panel, from there to the
     // gauge, to the text, to the label, and last to the layout.
     constexpr int longestWay = 8;
     for (int turn = 0; turn < longestWay; ++turn)
@@ -32,7 +32,8 @@ int main(int argc, char** argv)
 {
     testing::InitGoogleMock(&argc, argv);
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    // Not destroyed: Qt's platform without a display loses its screen then, which the leak sanitizer minds.
+    // This object is never destroyed: Qt's platform without a display would leak its screen, which the leak
+    // sanitizer reports.
     static auto& application = *new test::Application(argc, argv);
     static_cast<void>(application);
     return RUN_ALL_TESTS();

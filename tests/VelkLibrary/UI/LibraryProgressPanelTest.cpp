@@ -66,11 +66,11 @@ TEST_F(PanelPlacement, ASplitterThatIsTheParentItselfIsNotLookedAt)
     QSplitter splitter;
     splitter.setObjectName(QStringLiteral("libMainSplitter"));
     static_cast<void>(LibraryProgressPanel::create(&splitter));
-    // Qt's splitters adopt whatever child widget comes, but no window.
+    // Qt's splitters adopt any child widget, but not a window.
     EXPECT_EQ(splitter.count(), 0);
 }
 
-TEST_F(PanelPlacement, WithoutAParentItIsTheCallers)
+TEST_F(PanelPlacement, WithoutAParentItBelongsToTheCaller)
 {
     const std::unique_ptr<LibraryProgressPanel> panel(LibraryProgressPanel::create(nullptr));
     EXPECT_EQ(panel->parent(), nullptr);
@@ -134,7 +134,7 @@ TEST_F(PanelPlacement, StaysAtTheEndOfAJob)
     EXPECT_EQ(cancelled.count(), 0);
 }
 
-// ---- What it looks like --------------------------------------------------------------------------
+// ---- How it looks --------------------------------------------------------------------------------
 
 TEST_F(PanelPlacement, IsAStripOfFixedHeight)
 {
@@ -162,7 +162,7 @@ TEST_F(PanelPlacement, HasALabelOnEachSideOfTheBar)
     EXPECT_EQ(row->stretch(2), 0);
     EXPECT_EQ(labelText(), "");
     EXPECT_EQ(rangeText(), "");
-    EXPECT_EQ(panel().findChildren<QLabel*>().size(), 3) << "and that of the dialog";
+    EXPECT_EQ(panel().findChildren<QLabel*>().size(), 3) << "two beside the bar and the dialog's own";
     EXPECT_EQ(panel().findChildren<QProgressBar*>().size(), 1);
 }
 
@@ -270,7 +270,7 @@ TEST_F(PanelForwarding, ValuesAndRangesReachTheTextTwice)
     EXPECT_EQ(rangeText(), "50 of 200");
 }
 
-TEST_F(PanelForwarding, UnitsAreStoredAtOnceAndSeenWithTheNextChange)
+TEST_F(PanelForwarding, UnitsAreStoredAtOnceAndShownWithTheNextChange)
 {
     makeCounted(test::displayType::amounts);
     panel().onSetRangeInGauge(200);
@@ -283,7 +283,7 @@ TEST_F(PanelForwarding, UnitsAreStoredAtOnceAndSeenWithTheNextChange)
     panel().onSetValueInGauge(1);
     panel().onSetUnits("MB");
     test::Application::deliverEvents();
-    EXPECT_EQ(rangeText(), "1 of 200 MB") << "the units of the moment when the text is made";
+    EXPECT_EQ(rangeText(), "1 of 200 MB") << "the units are those of the moment when the text is made";
 }
 
 TEST_F(PanelForwarding, SetsTheLabelsAtOnceWhenAskedTo)
@@ -372,7 +372,7 @@ TEST_F(PanelForwarding, WhatIsUnderWayIsDroppedWithThePanel)
     panel().onSetText("Copying");
     delete &panel();
     test::Application::deliverEvents();
-    SUCCEED();  // the address sanitizer looks
+    SUCCEED();  // the address sanitizer would report a use after free
 }
 
 }  // namespace

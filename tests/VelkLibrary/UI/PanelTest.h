@@ -31,7 +31,7 @@ protected:
     /// Installs the host again, with that value (of any type, or none) in the preference for the display type.
     void installDisplayType(std::any value);
 
-    /// Makes the panel, in a window that is not shown, with that display type.
+    /// Makes the panel with this display type, in a window that is not shown.
     void makePanel(int displayType);
 
     LibraryProgressPanel& panel() const { return *panel_; }

@@ -37,7 +37,7 @@ protected:
     std::string toolTip() const { return gauge().toolTip().toStdString(); }
 };
 
-TEST_F(ProgressGaugeTest, BeginsAtNothing)
+TEST_F(ProgressGaugeTest, BeginsAtZero)
 {
     makePanel(test::displayType::barOnly);
     EXPECT_EQ(gauge().minimum(), 0);
@@ -91,7 +91,7 @@ TEST_F(ProgressGaugeTest, ARangeKeepsAValueThatWasSet)
     EXPECT_EQ(gauge().value(), 50);
 }
 
-TEST_F(ProgressGaugeTest, ExtremeNumbersAreNoOverflow)
+TEST_F(ProgressGaugeTest, ExtremeNumbersDoNotOverflow)
 {
     makePanel(test::displayType::amounts);
     gauge().onSetRange(highestSize);
@@ -110,7 +110,7 @@ TEST_F(ProgressGaugeTest, ExtremeNumbersAreNoOverflow)
 
 // ---- Steps ---------------------------------------------------------------------------------------
 
-TEST_F(ProgressGaugeTest, AStepIsOneFurther)
+TEST_F(ProgressGaugeTest, AStepGoesOneFurther)
 {
     makePanel(test::displayType::amounts);
     gauge().onSetRange(3);

@@ -69,7 +69,7 @@ TEST_F(PanelThreads, EverythingHappensOnTheWidgetsThread)
     EXPECT_THAT(threads, testing::Each(QThread::currentThread()));
 }
 
-TEST_F(PanelThreads, ClicksWhileAWorkerDrivesArriveAll)
+TEST_F(PanelThreads, AllClicksWhileAWorkerDrivesArrive)
 {
     makePanel(test::displayType::barOnly);
     window_.show();
@@ -134,7 +134,7 @@ TEST_F(PanelThreads, ACatalogUpdateReportsToThePanel)
     EXPECT_EQ(rangeText(), "1 of 1");
 }
 
-// On each round the panel dies while a worker sends.
+// In each round the panel is destroyed while a worker sends.
 TEST_F(PanelThreads, AJobMayOutliveThePanel)
 {
     constexpr std::size_t rounds = 100;

@@ -106,7 +106,7 @@ protected:
     QStandardItemModel model_;
 };
 
-TEST_F(TreeModel, NodesOfDifferentDatabasesAreOrderedByNameAlone)
+TEST_F(TreeModel, NodesOfDifferentCatalogFilesAreOrderedByNameAlone)
 {
     const TreeItemData first(1, fileString(std::u32string(U"/z.calib")), U"a");
     const TreeItemData second(1, fileString(std::u32string(U"/a.calib")), U"a");
@@ -163,7 +163,7 @@ TEST_F(TreeModel, AnAssertionsAnswerDoesNotChangeTheResult)
     EXPECT_EQ(makeFolder(U"a", 5)->getId(), 5);
 }
 
-TEST_F(TreeModel, GivesWhatANodeIs)
+TEST_F(TreeModel, TellsWhatANodeIs)
 {
     TreeData* const node = makeFolder(U"Trees", -3).release();
     model_.appendRow(node);

@@ -30,7 +30,7 @@ static_assert(std::is_same_v<std::underlying_type_t<LibraryCategory>, std::int32
 constexpr LibraryCategory someCategory{7};
 const fileString database(std::u32string(U"/libraries/plants.calib"));
 
-// A node of no kind, to look at what all of them share.
+// A node of no particular kind, to test what all kinds share.
 class PlainNode : public TreeData
 {
 public:
@@ -185,7 +185,7 @@ TEST_F(TreeNodes, AreDestroyedThroughTheirBase)
 {
     std::unique_ptr<QStandardItem> item = std::make_unique<TreeItemData>(3, database, std::u32string(100, U'x'));
     static_cast<TreeItemData&>(*item).setSelectionPaneName(std::u32string(100, U'y'));
-    item.reset();  // the address sanitizer looks
+    item.reset();  // the address sanitizer would report a fault
     SUCCEED();
 }
 
@@ -202,7 +202,7 @@ TEST_F(TreeNodes, AreNamedByTheirText)
 
 // ---- Whether they are valid ----------------------------------------------------------------------
 
-TEST_F(TreeNodes, AreValidWhileTheirDatabaseExists)
+TEST_F(TreeNodes, AreValidWhileTheirCatalogFileExists)
 {
     const fileString path = folder() / std::u32string(U"plants.calib");
     const TreeCategoryData category(-2, someCategory, path);

@@ -22,7 +22,7 @@ const fileString pathB(std::u32string(U"/b.calib"));
 class TreeItems : public test::TestHost
 {};
 
-TEST_F(TreeItems, AreMadeWithoutAnythingToo)
+TEST_F(TreeItems, CanBeMadeWithoutArguments)
 {
     const TreeItemData item;
     EXPECT_EQ(item.getId(), -1);

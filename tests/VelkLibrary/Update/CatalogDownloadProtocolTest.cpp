@@ -21,7 +21,7 @@ fileString path(const std::u32string& text)
     return text;
 }
 
-// ---- What an answer tells ------------------------------------------------------------------------
+// ---- What an answer says -------------------------------------------------------------------------
 
 CatalogRecord recordAfter(const std::string& headerLines, long status = 200)
 {
@@ -130,7 +130,7 @@ TEST(CatalogRecord, NeedsADownloadWhenTheServiceHasAnotherVersion)
     }
 }
 
-TEST(SupportedCatalogFile, IsToldByItsExtension)
+TEST(SupportedCatalogFile, IsKnownByItsExtension)
 {
     for (const char32_t* const name : {U"a.calib", U"a.calibz", U"a.zip", U"folder/a.b.calib"})
         EXPECT_TRUE(isSupportedCatalogFile(path(name)));
@@ -205,7 +205,7 @@ TEST_F(CatalogFolders, TheIndexIsThatOfTheEdition)
 class CatalogRequests : public test::UpdateTest
 {
 protected:
-    // The address belongs to the updater that was made last.
+    // The updater that was made last sets the address.
     void useService() { makeUpdater(false); }
 
     CatalogRecord record(std::uint32_t kind)

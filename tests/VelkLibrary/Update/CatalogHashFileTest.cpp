@@ -1,7 +1,8 @@
-#include <VelkLibrary/CatalogDownloadProtocol.h>
+#include <VelkLibrary/Update/CatalogHashFile.h>
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/LockingFStream.h>
+#include <VelkLibrary/CatalogDownloadProtocol.h>
 #include <VelkLibrary/Update/detail/CatalogTexts.h>
 
 #include "support/OpenModes.h"
@@ -49,7 +50,7 @@ protected:
         return catalogs;
     }
 
-    // The text with the line ends of files in text mode taken off.
+    // The text without the carriage returns that text mode adds.
     std::string written() const
     {
         std::string text = test::readFile(hashFile());
@@ -57,6 +58,13 @@ protected:
         return text;
     }
 };
+
+TEST_F(CatalogHashFile, LiesInTheFolderOfItsKind)
+{
+    EXPECT_EQ(catalogHashFile(CoreCatalogs), hashFile());
+    EXPECT_EQ(catalogHashFile(BonusCatalogs), bonus() / U"catalog_hash.txt");
+    EXPECT_TRUE(catalogHashFile(0).empty());
+}
 
 TEST_F(CatalogHashFile, HoldsALinePerCatalogOfTheKindInKeyOrder)
 {
@@ -101,7 +109,7 @@ TEST_F(CatalogHashFile, ReplacesWhatWasThere)
     EXPECT_EQ(written(), "");
 }
 
-TEST_F(CatalogHashFile, CannotBeBrokenByWhatTheServiceSends)
+TEST_F(CatalogHashFile, StaysWellFormedWhateverTheServiceSends)
 {
     CatalogTable catalogs;
     catalogs[path(U"a.calib")] = record(CoreCatalogs, "1\nb.calib:2");
@@ -211,7 +219,7 @@ TEST_F(CatalogHashFile, HashesWithControlsAreIgnored)
     EXPECT_THAT(read("a.calib:1\r\r\n"), IsEmpty());
 }
 
-TEST_F(CatalogHashFile, WhatIsNoHashFileReadsAsNone)
+TEST_F(CatalogHashFile, WhatIsNotAHashFileReadsAsEmpty)
 {
     install(U"a.calib");
     CatalogTable catalogs;
@@ -223,7 +231,7 @@ TEST_F(CatalogHashFile, WhatIsNoHashFileReadsAsNone)
     EXPECT_THAT(read(std::string(1000, '\0')), IsEmpty());
 }
 
-TEST_F(CatalogHashFile, OneOfAbsurdSizeReadsAsNone)
+TEST_F(CatalogHashFile, OneOfAbsurdSizeReadsAsEmpty)
 {
     install(U"a.calib");
     test::writeFile(hashFile(), "a.calib:1\n");

@@ -178,7 +178,7 @@ TEST_F(UpdaterCancel, ManualRunsEndWithOnCloseToo)
     EXPECT_THAT(steps(), ElementsAre("onSetRangeInGauge 0", "onClose"));
 }
 
-// Whatever the moment, the run ends with one final event and the installed catalogs are as before.
+// Whenever it is cancelled, the run ends with one final event, and the installed catalogs are as before.
 class CancelAtText : public UpdaterCancel, public testing::WithParamInterface<int>
 {};
 

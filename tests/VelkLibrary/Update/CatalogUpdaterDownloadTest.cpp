@@ -42,7 +42,7 @@ protected:
 
     int call(double received) { return detail::reportProgress(&progress_, 0, received, 0, 0); }
 
-    // The values that the receiver was told.
+    // The values that were sent to the receiver.
     std::vector<std::size_t> told()
     {
         test::deliverEvents();
@@ -106,7 +106,7 @@ TEST_F(ProgressCallback, EndsATransferThatReceivesNothingFor600Calls)
     EXPECT_EQ(call(0), 1);
 }
 
-TEST_F(ProgressCallback, CountsStalledCallsAnewAfterAnyChange)
+TEST_F(ProgressCallback, CountsStalledCallsFromZeroAfterAnyChange)
 {
     for (int round = 1; round <= 5; ++round) {
         ASSERT_EQ(call(round), 0);
@@ -191,7 +191,7 @@ TEST_F(UpdaterDownload, CountsWholeKilobytesOfEachFile)
     EXPECT_EQ(report().outcome, Installed);
 }
 
-TEST_F(UpdaterDownload, OfLessThanAKilobyteInAllIsNoneAtAll)
+TEST_F(UpdaterDownload, OfLessThanAKilobyteInAllDoesNotBegin)
 {
     installOutdated(U"a.calib", databaseBytes('a', 999));
     run();
@@ -252,7 +252,7 @@ TEST_F(UpdaterDownload, AFailureIsLoggedAndTheNextOneTried)
     EXPECT_EQ(hashFile(coreFolder()), "a.calib:" + sha1("outdated") + "\nb.calib:" + sha1(databaseBytes('b')) + "\n");
 }
 
-TEST_F(UpdaterDownload, AStalledOneIsGivenUp)
+TEST_F(UpdaterDownload, AStalledTransferIsGivenUp)
 {
     installCore(U"a.calib", "outdated");
     answer("a.calib", [](const test::SeenRequest& request) {
@@ -337,7 +337,8 @@ TEST_F(UpdaterDownload, NamesThatDifferInCaseAreTwo)
     EXPECT_EQ(handedOver()["plants.calib"], databaseBytes('p'));
 }
 
-// The request is made of the names as they are: these arrive cut or changed, and the service knows none.
+// The names go into the request as they are, so these arrive cut or changed, and the service has no such
+// catalog.
 TEST_F(UpdaterDownload, NamesThatCannotTravelAreNotFound)
 {
     for (const char32_t* const name : {U"a & b.calib", U"c # d.calib", U"e + f.calib", U"g %41.calib"})

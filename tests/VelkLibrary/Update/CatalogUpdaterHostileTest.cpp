@@ -22,7 +22,7 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
 
-// A service that is broken or means harm, or a hand in a folder that everybody may write.
+// A service that is broken or hostile, and hostile files in folders that everybody may write to.
 class UpdaterHostile : public test::UpdateTest
 {
 protected:
@@ -35,7 +35,7 @@ protected:
         test::writeFile(folder() / U"precious.txt", "precious");
     }
 
-    // The header check says that a.calib is new, and this is what comes.
+    // The header check says that a.calib is new, and this reply is its download.
     void deliver(Reply reply)
     {
         answer("a.calib", [reply = std::move(reply)](const test::SeenRequest& request) {
@@ -43,7 +43,7 @@ protected:
         });
     }
 
-    // All files below the folder but those that an update writes.
+    // All files below the folder except those that an update writes.
     std::map<std::string, std::string> otherFiles() const
     {
         std::map<std::string, std::string> files;
@@ -114,7 +114,7 @@ TEST_F(UpdaterHostile, ALengthBeyondAllDisks)
     expectRefused();
 }
 
-TEST_F(UpdaterHostile, ALengthThatIsNoNumber)
+TEST_F(UpdaterHostile, ALengthThatIsNotANumber)
 {
     Reply reply = Reply::file(databaseBytes('a'), "new");
     reply.length = "-5";
@@ -125,7 +125,7 @@ TEST_F(UpdaterHostile, ALengthThatIsNoNumber)
     receiver().finalEvent();
 }
 
-// It ends when the disk is as full as a download may make it.
+// The download ends when the disk is as full as a download may make it.
 TEST_F(UpdaterHostile, ABodyWithoutEnd)
 {
     deliver(Reply{.body = databaseBytes('a', 100'000), .chunked = true, .endless = true});
@@ -214,7 +214,7 @@ TEST_F(UpdaterHostile, ATagOfAbsurdLength)
     EXPECT_EQ(test::readFile(coreFolder() / U"a.calib"), "installed");
 }
 
-// Whether it is a catalog only the host can tell, which keeps the installed one when it is not.
+// Only the host can tell whether a download is a catalog file; it keeps the installed one when it is not.
 TEST_F(UpdaterHostile, ALoginPageInsteadOfEverything)
 {
     const std::string page = "<html>" + std::string(3'000, 'p') + "</html>";
@@ -222,7 +222,7 @@ TEST_F(UpdaterHostile, ALoginPageInsteadOfEverything)
         answer(library, Reply{.headers = {{"Content-Type", "text/html"}}, .body = page});
     run();
     EXPECT_EQ(handedOver()["a.calib"], page);
-    EXPECT_EQ(handedOver().count("b.calib"), 0u) << "no archive, so no catalog in it";
+    EXPECT_EQ(handedOver().count("b.calib"), 0u) << "not an archive, so there is no catalog in it";
     EXPECT_EQ(test::readFile(coreFolder() / U"a.calib"), "installed");
     EXPECT_EQ(test::readFile(bonusFolder() / U"b.calib"), "installed");
     EXPECT_EQ(hashFile(coreFolder()), "") << "without a tag nothing vouches for it";
@@ -254,7 +254,7 @@ protected:
                 return good.substr(0, good.size() / 2);
             case 2:
                 return good.substr(good.size() / 2);
-            case 3:  // the database's data
+            case 3:  // the catalog file's data
                 bytes.replace(1'000, 5'000, 5'000, 'x');
                 return bytes;
             case 4:  // the directory at the end
@@ -287,7 +287,7 @@ TEST_P(HostileArchive, WritesNothingElsewhere)
 
 INSTANTIATE_TEST_SUITE_P(Archives, HostileArchive, testing::Range(0, 8));
 
-// Without a folder of its own nothing is fetched and nothing removed, least of all where the program happens to be.
+// Without a download folder nothing is fetched and nothing removed, least of all where the program happens to be.
 TEST_F(UpdaterHostile, AnInstanceNameThatMakesNoFolder)
 {
     const fileString here = folder() / U"here";
@@ -314,7 +314,7 @@ TEST_F(UpdaterHostile, AnInstanceNameThatMakesNoFolder)
 }
 
 #ifndef _WIN32
-TEST_F(UpdaterHostile, ALinkInPlaceOfADownloadFolder)
+TEST_F(UpdaterHostile, ALinkInsteadOfADownloadFolder)
 {
     const fileString target = folder() / U"elsewhere";
     fs::create_directories(target.utf8());
@@ -327,7 +327,7 @@ TEST_F(UpdaterHostile, ALinkInPlaceOfADownloadFolder)
     EXPECT_FALSE(fs::is_symlink(downloads(U"core").utf8()));
 }
 
-TEST_F(UpdaterHostile, ALinkInPlaceOfAHashFile)
+TEST_F(UpdaterHostile, ALinkInsteadOfAHashFile)
 {
     fs::create_symlink((folder() / U"precious.txt").utf8(), (coreFolder() / U"catalog_hash.txt").utf8());
     run();

@@ -18,7 +18,7 @@ constexpr const char* indexName = "Standard_Core_Content_Index.txt";
 class UpdaterIndex : public test::UpdateTest
 {
 protected:
-    // The libraries that a header request was sent for.
+    // The catalogs that a header request was sent for.
     std::set<std::string> asked() const
     {
         std::set<std::string> names;
@@ -80,7 +80,7 @@ TEST_F(UpdaterIndex, WithoutOneTheInstalledCatalogsAreChecked)
     EXPECT_THAT(log(), ElementsAre("Failed to Download Core Library Index File:  " + indexUrl()));
 }
 
-TEST_F(UpdaterIndex, CutShortIsNone)
+TEST_F(UpdaterIndex, CutShortIsIgnored)
 {
     test::Reply cut{.body = "a.calib\nb.calib\n"};
     cut.cutAfter = 8;
@@ -92,7 +92,7 @@ TEST_F(UpdaterIndex, CutShortIsNone)
     EXPECT_THAT(log(), SizeIs(1));
 }
 
-TEST_F(UpdaterIndex, WithoutEndIsNone)
+TEST_F(UpdaterIndex, WithoutEndIsIgnored)
 {
     test::Reply endless{.body = std::string(1000, 'x') + ".calib\n"};
     endless.endless = true;

@@ -40,7 +40,7 @@ protected:
     }
 };
 
-TEST_F(UpdaterInstall, HandsACoreDatabaseOver)
+TEST_F(UpdaterInstall, HandsACoreCatalogOver)
 {
     installCore(U"a.calib", "outdated");
     publish("a.calib", databaseBytes('a'));
@@ -107,7 +107,7 @@ TEST_F(UpdaterInstall, KeepsAnArchiveWithoutReferencedFilesUntilTheNextRun)
     EXPECT_THAT(test::listFolder(folder() / U"temp"), IsEmpty());
 }
 
-TEST_F(UpdaterInstall, TakesReferencedFilesWithoutADatabase)
+TEST_F(UpdaterInstall, TakesReferencedFilesWithoutACatalogFile)
 {
     installBonus(U"b.calib", "installed");
     publishPacked("b.calibz", zipOf({{"t.png", databaseBytes('t')}}));
@@ -118,7 +118,7 @@ TEST_F(UpdaterInstall, TakesReferencedFilesWithoutADatabase)
     EXPECT_THAT(test::listFolder(referencedFolder()), ElementsAre("b.zip"));
 }
 
-TEST_F(UpdaterInstall, ReplacesReferencedFilesOfBefore)
+TEST_F(UpdaterInstall, ReplacesEarlierReferencedFiles)
 {
     test::writeFile(referencedFolder() / U"textures.zip", "old");
     publishIndex("textures.zip\n");
@@ -132,7 +132,7 @@ TEST_F(UpdaterInstall, ReplacesReferencedFilesOfBefore)
     EXPECT_THAT(test::listFolder(downloads(U"core")), IsEmpty());
     server.forgetRequests();
     run();
-    EXPECT_EQ(downloadsOf("textures.zip"), 0u) << "its hash is that of the file among the referenced ones";
+    EXPECT_EQ(downloadsOf("textures.zip"), 0u) << "its hash is taken from the folder of referenced files";
 }
 
 TEST_F(UpdaterInstall, AnEmptyUnpackCountsAsUpdated)
@@ -190,8 +190,8 @@ TEST_F(UpdaterInstall, ALockedTargetEndsThePhase)
     EXPECT_EQ(hashFile(coreFolder()), "a.calib:" + sha1("outdated") + "\nb.calib:" + sha1("outdated") + "\n");
 }
 
-// Between the end of a transfer and the installing lies too little to get hold of the file, so here the
-// step is taken by itself.
+// There is too little time between the end of a transfer and the installation to lock the file, so this test
+// takes the step by itself.
 TEST_F(UpdaterInstall, ALockedDownloadIsRefused)
 {
     const LibraryCatalogUpdater updater = makeUpdater(false);

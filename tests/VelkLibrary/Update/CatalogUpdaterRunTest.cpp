@@ -90,7 +90,7 @@ TEST_F(UpdaterRun, WithNothingAtAllStillEnds)
     EXPECT_EQ(report().outcome, UpToDate);
 }
 
-TEST_F(UpdaterRun, ManualIsAboutTheCoreOnly)
+TEST_F(UpdaterRun, ManualUpdatesTheCoreOnly)
 {
     setPreference(test::preference::coreLibrariesStay, true);
     installCore(U"a.calib", databaseBytes('a'));
@@ -124,7 +124,7 @@ TEST_F(UpdaterRun, AutomaticLeavesTheCoreAloneWhenThePreferenceSaysSo)
     EXPECT_EQ(report().outcome, UpToDate);
 }
 
-TEST_F(UpdaterRun, ManualKeepsWhetherItFailed)
+TEST_F(UpdaterRun, ManualRecordsWhetherItFailed)
 {
     installCore(U"a.calib", databaseBytes('a'));
     answer("a.calib", test::Reply::resetAtOnce());
@@ -350,7 +350,7 @@ TEST_F(UpdaterRun, GoesOnAfterAnException)
     Velk::installHost(services());
 }
 
-// The receiver dies on its own thread after so many calls, while the worker goes on.
+// The receiver is destroyed on its own thread after a number of calls, while the worker goes on.
 TEST_F(UpdaterRun, GoesOnWhereverItsReceiverDies)
 {
     for (char32_t c = U'a'; c <= U'f'; ++c) {

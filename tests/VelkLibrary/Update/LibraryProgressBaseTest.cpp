@@ -199,7 +199,7 @@ TEST_F(ProgressBase, AReceiverMayBeDestroyedByWhatItIsTold)
     EXPECT_EQ(calls, before);
 }
 
-// On each round the receiver dies on its own thread while the worker sends.
+// In each round the receiver is destroyed on its own thread while the worker sends.
 TEST_F(ProgressBase, AReceiverMayBeDestroyedWhileAWorkerSends)
 {
     constexpr std::size_t rounds = 300;

@@ -34,7 +34,7 @@ const Event& RecordingReceiver::finalEvent() const
     };
     EXPECT_EQ(std::count_if(events_.begin(), events_.end(), isFinal), 1) << "not exactly one final event";
     if (events_.empty() || !isFinal(events_.back())) {
-        ADD_FAILURE() << "the last event is no final one";
+        ADD_FAILURE() << "the last event is not a final one";
         return none;
     }
     return events_.back();

@@ -16,8 +16,8 @@ namespace test {
 struct Event
 {
     std::string slot = {};
-    std::string text = {};   ///< of texts and units
-    std::size_t number = 0;  ///< of ranges and values
+    std::string text = {};   ///< with texts and units
+    std::size_t number = 0;  ///< with ranges and values
     FileStringPair paths = {};
     LibraryCatalogUpdate::UpdateData data = {};
     std::thread::id thread = {};
@@ -36,9 +36,9 @@ public:
     std::vector<std::string> summaries() const;
     /// The last event, which must be the final one.
     const Event& finalEvent() const;
-    /// How many calls of a slot came.
+    /// How often a slot was called.
     std::size_t count(const std::string& slot) const;
-    /// Done at each call, after it was written down.
+    /// Called at each call of a slot, after that was written down.
     std::function<void(const Event& event)> reaction;
 
 public Q_SLOTS:

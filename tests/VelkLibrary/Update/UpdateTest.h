@@ -20,7 +20,7 @@
 
 namespace test {
 
-/// Bytes that differ by `seed` and that packing makes hardly shorter.
+/// Bytes that depend on `seed` and hardly shrink when they are packed.
 std::string databaseBytes(char seed, std::size_t size = 5'000);
 
 /// A zip archive of named entries.
@@ -54,7 +54,7 @@ private:
 /// the name of the library that is asked for.
 class UpdateTest : public TestHost
 {
-    // Before the server, whose threads use them.
+    // These stand before the server, whose threads use them.
     std::mutex mutex_;
     std::map<std::string, ScriptedServer::Handler> answers_;
 
@@ -72,7 +72,7 @@ protected:
     void installBonus(const std::u32string& name, const std::string& bytes);
     void installManufacturer(const std::u32string& name, const std::string& bytes);
 
-    /// What the service has: a file with its hash as the entity tag, or any answer.
+    /// Sets what the service has: a file with its hash as the entity tag, or any answer.
     void publish(const std::string& library, const std::string& bytes);
     void answer(const std::string& library, Reply reply);
     void answer(const std::string& library, ScriptedServer::Handler handler);
@@ -83,20 +83,20 @@ protected:
     void whenAskedForText(unsigned int id, std::function<void()> work);
 
     LibraryCatalogUpdate::LibraryCatalogUpdater makeUpdater(bool manual);
-    /// Makes an updater and runs it to its end. The receiver is a new one.
+    /// Makes an updater with a new receiver and runs it to its end.
     void run(bool manual = false);
-    /// Runs one that was made.
+    /// Runs an updater that was made before.
     void run(LibraryCatalogUpdate::LibraryCatalogUpdater& updater);
-    /// Runs something else on the worker.
+    /// Runs any other work on the worker thread.
     void run(const std::function<void()>& work);
     void destroyReceiver() { receiver_.reset(); }
 
     RecordingReceiver& receiver() { return *receiver_; }
-    /// The calls, without those that depend on how the bytes came in.
+    /// The calls, except those that depend on how the bytes arrived.
     std::vector<std::string> steps() const;
     /// The final report; fails the test when there is none.
     LibraryCatalogUpdate::UpdateData report() const;
-    /// The paths handed over: name of the installed catalog, bytes of the new database.
+    /// The paths handed over: name of the installed catalog, bytes of the new catalog file.
     std::map<std::string, std::string> handedOver() const { return handedOver_; }
 
     /// The messages of the error log, in order.
@@ -104,7 +104,7 @@ protected:
     /// What the service was asked about a library, by method.
     std::vector<SeenRequest> requests(const std::string& library, const std::string& method) const;
     std::size_t downloadsOf(const std::string& library) const { return requests(library, "GET").size(); }
-    /// A hash file's text, without what text mode adds; empty without one.
+    /// The text of a hash file, without what text mode adds; empty when there is no such file.
     std::string hashFile(const fileString& folder) const;
 
     ScriptedServer server;

@@ -1,4 +1,4 @@
-// What someone needs who has no mouse, or does not see the screen.
+// What users need who have no mouse, or cannot see the screen.
 #include "DrivenWindow.h"
 
 #include <VelkLibrary/UI/LibraryProgressPanel.h>
@@ -55,7 +55,7 @@ QString letterOf(const QString& text)
     return QKeySequence::mnemonic(text).toString();
 }
 
-/// The keys of a window, each with what it does; those of what is hidden do nothing.
+/// Checks that each key of a window does one thing only; keys of hidden widgets do nothing.
 void expectKeysAreUnambiguous(QWidget& window)
 {
     std::map<QString, std::set<std::string>> uses;
@@ -77,7 +77,7 @@ void expectKeysAreUnambiguous(QWidget& window)
         EXPECT_THAT(users, testing::SizeIs(1)) << key.toStdString();
 }
 
-/// Each entry of the menu and of those in it has a letter that no other one has, or a key.
+/// Checks that each entry of the menu and of its submenus has a letter that no other has, or a key.
 void expectKeysOf(const QMenu& menu)
 {
     std::set<QString> letters;
@@ -96,7 +96,7 @@ void expectKeysOf(const QMenu& menu)
 class Access : public test::DrivenWindow
 {
 protected:
-    /// Everything that can be seen of the window is seen: libraries, the item of a manufacturer, hits.
+    /// Opens the window with every part in sight: libraries, an item with its manufacturer, hits.
     void openOnAHit()
     {
         open(options());

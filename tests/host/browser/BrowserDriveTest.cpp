@@ -1,5 +1,5 @@
-// The window from the first start on, as one user goes through it: a step after the other, each on what those
-// before have left.
+// The window from the first start on, as one user goes through it: one step after the other, each continuing
+// where the earlier ones ended.
 #include "BrowserTest.h"
 #include "DrivenWindow.h"
 #include "OpenedUrls.h"
@@ -26,7 +26,7 @@ namespace {
 class BrowserDrive : public test::DrivenWindow
 {
 protected:
-    /// All steps, until one fails.
+    /// Runs all steps, until one fails.
     void goThroughEverything();
 
 private:
@@ -85,7 +85,7 @@ void BrowserDrive::getsLibraries()
     QTest::mouseClick(log, Qt::LeftButton);
     ASSERT_EQ(opened.urls.size(), 1);
     EXPECT_THAT(test::readFile(fileString(opened.urls[0].toLocalFile().toStdString())),
-                HasSubstr("what the service sent is no library"));
+                HasSubstr("what the service sent is not a library catalog"));
 }
 
 void BrowserDrive::getsTheDamagedOne()
@@ -237,7 +237,7 @@ void BrowserDrive::importsADrop()
     EXPECT_THAT(test::listFolder(folder() / U"textures"), ElementsAre(StartsWith("Baths")));
     EXPECT_EQ(shown(),
               QStringList({QStringLiteral("Bathroom"), QStringLiteral("Furniture"), QStringLiteral("Outdoors")}));
-    EXPECT_EQ(currentPath(), "Bathroom") << "what was imported is shown";
+    EXPECT_EQ(currentPath(), "Bathroom") << "the imported library is shown";
     EXPECT_TRUE(isOpen("Bathroom"));
 }
 

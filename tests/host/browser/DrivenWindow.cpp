@@ -66,7 +66,7 @@ constexpr const char* cards = R"({"Version": "42", "Last_Modified": "20260301T14
     "Manufacturer_7": {"Id": 7, "Last_Modified": "20260301T140559", "Name": "Acme Doors", "Phone": "default",
                        "Url": "https://acme.example", "Logo": "acme.png", "Deleted": false}})";
 
-/// Sees what a widget hands to the system to be dragged. The platform without a screen takes it and drags nothing.
+/// Sees what a widget hands to the system to be dragged. The platform without a screen takes that and drags nothing.
 class DragWatch : public QObject
 {
 public:
@@ -151,7 +151,7 @@ void DrivenWindow::goOn()
 
 // ---- The user's hands ----------------------------------------------------------------------------
 
-// The platform without a screen leaves the keys to nobody when a dialog or menu has closed.
+// When a dialog or menu has closed, the platform without a screen gives the keys to no window.
 void DrivenWindow::press(int key, Qt::KeyboardModifiers modifiers)
 {
     if (QApplication::focusWidget() == nullptr) {

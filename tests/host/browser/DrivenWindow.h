@@ -26,8 +26,8 @@ struct DraggedItem
     bool hasPicture = false;
 };
 
-/// A window beside a content service that publishes libraries with pictures and a manufacturer. It is driven by
-/// the keys and the mouse, as a user does it, and looked at through its widgets.
+/// A window beside a content service that publishes libraries with pictures and a manufacturer. Tests drive it with
+/// keys and mouse, as a user does, and look at its widgets.
 class DrivenWindow : public FilteredWindow
 {
 protected:
@@ -36,12 +36,12 @@ protected:
 
     // ---- The publisher and the service
 
-    /// Publishes the furniture, whose chairs are called by a word and a number, and the garden.
+    /// Publishes the garden, and the furniture, whose chairs are named by a word and a number.
     void publishLibraries(const std::string& chairs);
-    /// Makes a published library's file one that is none, as a failing disk does; and as it was again.
+    /// Fills a published library's file with nonsense, as a failing disk does; repair() restores it.
     void damage(const std::string& library);
     void repair();
-    /// The service answers one request more on each connection, until goOn().
+    /// Makes the service answer only one more request on each connection, until goOn().
     void holdService();
     void waitUntilHeld() { gate_.waitForArrivals(1); }
     void goOn();
@@ -54,7 +54,7 @@ protected:
     void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void pressTimes(int times, int key);
     static void type(const char* text);
-    /// Opens a menu of the bar by its letter and takes the entry of that letter.
+    /// Opens a menu of the menu bar by its letter, and chooses an entry by its letter.
     void takeFromMenu(Qt::Key menu, Qt::Key entry);
     /// Drags a row away with the mouse.
     DraggedItem dragOut(QTreeView& view, const QModelIndex& row);
@@ -65,16 +65,16 @@ protected:
 
     QTreeView& tree() { return *window().tree(); }
     QTreeView& hits();
-    /// The text of a label that is seen; "(hidden)" for another.
+    /// The text of a visible label; "(hidden)" for a hidden one.
     std::string seen(const char* label);
-    /// A picture is in the label.
+    /// Whether the label shows a picture.
     bool showsPicture(const char* label);
     bool isPanelSeen();
     std::string message() const { return status().toStdString(); }
     /// The names of the current row and those above it, from the top.
     std::string currentPath();
     bool isOpen(const std::string& path);
-    /// What was found: groups, and their hits indented.
+    /// The results of the search: groups, and their hits indented.
     QStringList found();
     /// Waits until the job has ended and all libraries are read.
     void waitForJob();

@@ -10,7 +10,7 @@ int main(int argumentCount, char** arguments)
     testing::InitGoogleTest(&argumentCount, arguments);
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    // Never destroyed: the platform without a screen leaves parts of itself behind then.
+    // Never destroyed, since the platform without a screen would leave parts of itself behind.
     static const QApplication* const application = new QApplication(argumentCount, arguments);
     (void)application;
     const VelkHost::Translations english(QStringLiteral("en"));

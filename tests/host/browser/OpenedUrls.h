@@ -5,7 +5,7 @@
 #include <QObject>
 #include <QUrl>
 
-/// Takes the files that are opened with the desktop's programs, while it lives.
+/// While it lives, it takes the files that would be opened with the desktop's programs.
 class OpenedUrls : public QObject
 {
     Q_OBJECT

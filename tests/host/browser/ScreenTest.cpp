@@ -1,4 +1,4 @@
-// What becomes of the pictures when the window moves to a screen with other pixels.
+// The pictures when the window moves to a screen of another density.
 #include "host/browser/filters/FilteredWindow.h"
 
 #include "host/browser/tree/LibraryDelegate.h"
@@ -64,7 +64,7 @@ protected:
     {
         return window_.findChild<QLabel*>(QStringLiteral("detailPicture"))->pixmap(Qt::ReturnByValue);
     }
-    /// The pictures of the row and beside it have so many pixels.
+    /// Checks how many pixels the pictures in the row and beside it have.
     void expectPixels(int ofRow, int beside)
     {
         eventually([&] { return rowPicture().width() == ofRow && largePictureShown().width() == beside; });

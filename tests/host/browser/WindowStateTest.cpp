@@ -71,7 +71,7 @@ TEST_F(KeptWindow, OpensWithAnyFileOfSettings)
 class KeptPreferences : public test::TestHost
 {
 protected:
-    /// As a program's start does it.
+    /// Begins with the kept preferences, as the program does when it starts.
     void start()
     {
         Velk::HostServices services = *Velk::host();

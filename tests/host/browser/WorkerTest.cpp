@@ -1,4 +1,4 @@
-// The thread of the window's events reads no library: while nobody may read one, the window still answers.
+// The user-interface thread reads no library: while nobody may read one, the window still answers.
 #include "DrivenWindow.h"
 
 #include "host/browser/jobs/InstalledFiles.h"
@@ -16,7 +16,7 @@ namespace {
 class WhileFilesAreHeld : public test::DrivenWindow
 {
 protected:
-    /// Nobody reads an installed library or a picture until release().
+    /// Keeps everybody from reading an installed library or a picture until release().
     void hold() { held_ = std::unique_lock(VelkHost::installedFiles()); }
     void release() { held_.unlock(); }
 

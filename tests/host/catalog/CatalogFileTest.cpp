@@ -9,7 +9,7 @@
 
 using VelkHost::Catalog;
 using VelkHost::CatalogContent;
-using VelkHost::CatalogError;
+using VelkHost::FileError;
 using VelkHost::readCatalog;
 using VelkHost::writeCatalog;
 
@@ -111,11 +111,11 @@ TEST_F(CatalogFile, IsNotWrittenIntoAMissingFolder)
                 testing::StartsWith("cannot be written"));
 }
 
-// What is no catalog
+// Files that are not catalog files
 
-TEST_F(CatalogFile, RefusesWhatIsNoFile)
+TEST_F(CatalogFile, RefusesPathsThatAreNotFiles)
 {
-    EXPECT_EQ(refusal(), "no such file");
+    EXPECT_EQ(refusal(), "does not exist");
     EXPECT_EQ(test::reasonOf([&] { readCatalog(folder(), CatalogContent::Names); }), "is a folder, not a file");
     EXPECT_EQ(test::reasonOf([&] { readCatalog(fileString(), CatalogContent::Names); }), "is not a path");
     const fileString zero(path().utf8() + std::string("\0x", 2));
@@ -131,11 +131,11 @@ struct ForeignCase
 
 const ForeignCase foreignCases[] = {
     {"Empty", "", "is empty"},
-    {"Text", "hello", "is no library catalog"},
-    {"Zip", std::string(test::zip::signature::local) + std::string(1'000, 'x'), "is no library catalog"},
+    {"Text", "hello", "is not a library catalog"},
+    {"Zip", std::string(test::zip::signature::local) + std::string(1'000, 'x'), "is not a library catalog"},
     {"SignatureAlone", std::string("SQLite format 3\0", 16), "is damaged: it ends within its header"},
     {"OtherDatabase", std::string("SQLite format 3\0", 16) + std::string(4'096, '\0'),
-     "is a database, but no library catalog"},
+     "is a database, but not a library catalog"},
 };
 
 class ForeignFile : public CatalogFile, public testing::WithParamInterface<ForeignCase>
@@ -156,7 +156,7 @@ TEST_F(CatalogFile, RefusesANewerVersion)
     EXPECT_EQ(refusal(), "was made by a newer version of velk (format 2, this one reads 1)");
 }
 
-// What somebody did to a catalog
+// Catalog files that somebody has changed
 
 struct ChangeCase
 {
@@ -170,15 +170,15 @@ const ChangeCase changeCases[] = {
     {"MissingTable", "DROP TABLE thumbnail", "is damaged: its table \"thumbnail\" is not as it should be"},
     {"MissingColumn", "ALTER TABLE item DROP COLUMN keywords", "is damaged: its table \"item\" is not as it should be"},
     {"FurtherColumn", "ALTER TABLE item ADD COLUMN x", "is damaged: its table \"item\" is not as it should be"},
-    {"FurtherTable", "CREATE TABLE x (y)", "is damaged: it holds something else than a catalog's tables"},
-    {"View", "CREATE VIEW x AS SELECT 1", "is damaged: it holds something else than a catalog's tables"},
+    {"FurtherTable", "CREATE TABLE x (y)", "is damaged: it holds something other than a catalog's tables"},
+    {"View", "CREATE VIEW x AS SELECT 1", "is damaged: it holds something other than a catalog's tables"},
     {"Trigger", "CREATE TRIGGER x AFTER INSERT ON item BEGIN DELETE FROM item; END",
-     "is damaged: it holds something else than a catalog's tables"},
-    {"Index", "CREATE INDEX x ON item(name)", "is damaged: it holds something else than a catalog's tables"},
+     "is damaged: it holds something other than a catalog's tables"},
+    {"Index", "CREATE INDEX x ON item(name)", "is damaged: it holds something other than a catalog's tables"},
     {"ViewAsTable",
      "DROP TABLE item_file; CREATE VIEW item_file AS WITH RECURSIVE n(id) AS (SELECT 1 UNION ALL SELECT id + 1 FROM n) "
      "SELECT id, 1 AS item, 1 AS role, 'x' AS name FROM n",
-     "is damaged: it holds something else than a catalog's tables"},
+     "is damaged: it holds something other than a catalog's tables"},
     {"ComputedColumn",
      "DROP TABLE thumbnail; CREATE TABLE thumbnail (item INTEGER PRIMARY KEY, png BLOB AS (zeroblob(1000000000)))",
      "is damaged: its table \"thumbnail\" is not as it should be"},
@@ -280,7 +280,7 @@ TEST_F(CatalogFile, NeverCrashesOnFlippedBytes)
         test::writeFile(path(), damaged);
         try {
             readCatalog(path(), CatalogContent::Everything);
-        } catch (const CatalogError&) {
+        } catch (const FileError&) {
             ++refused;
         }
     }

@@ -60,7 +60,7 @@ INSTANTIATE_TEST_SUITE_P(Format, ParseCsv, testing::ValuesIn(csvCases),
 const CsvCase badCases[] = {
     {"OpenQuote", "a\n\"b\nc", "line 2: a quote is opened and not closed"},
     {"LoneQuote", "\"", "line 1: a quote is opened and not closed"},
-    {"TextBehindQuote", "a\n\"b\"c", "line 2: text behind a closing quote; a quote in a quoted cell is written twice"},
+    {"TextAfterQuote", "a\n\"b\"c", "line 2: text after a closing quote; a quote in a quoted cell is written twice"},
     {"ManyCells", std::string(1'000, ','), "line 1: more than 1,000 cells"},
     {"LongCell", std::string((1 << 20) + 1, 'x'), "line 1: a cell of more than 1 MiB"},
     {"LongQuotedCell", "\"" + std::string((1 << 20) + 1, 'x') + "\"", "line 1: a cell of more than 1 MiB"},

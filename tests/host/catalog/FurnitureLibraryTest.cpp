@@ -141,9 +141,10 @@ TEST_F(FurnitureLibrary, ListsItsLanguages)
               "has no names in \"fr\"; it has de, pt, pt_PT (without --language you get the library's own names)");
 }
 
-TEST_F(FurnitureLibrary, RefusesWhatIsNoLibrary)
+TEST_F(FurnitureLibrary, RefusesOtherArchives)
 {
-    EXPECT_EQ(refusal({{"a.txt", "x"}}), "is no furniture library: it holds no \"PluginFurnitureCatalog.properties\"");
+    EXPECT_EQ(refusal({{"a.txt", "x"}}),
+              "is not a furniture library: it holds no \"PluginFurnitureCatalog.properties\"");
     const fileString path = folder() / U"text.sh3f";
     test::writeFile(path, "PK is no zip");
     EXPECT_THAT(test::reasonOf([&] { readFurnitureLibrary(path, {}); }),
@@ -153,7 +154,7 @@ TEST_F(FurnitureLibrary, RefusesWhatIsNoLibrary)
 TEST_F(FurnitureLibrary, RefusesRepeatedIds)
 {
     EXPECT_EQ(refusal({{"PluginFurnitureCatalog.properties", "id=x\nname#1=a\nid#1=y\nname#2=b\nid#2=y\n"}}),
-              "the id \"y\" stands twice; ids must differ");
+              "the id \"y\" occurs twice; ids must differ");
 }
 
 TEST_F(FurnitureLibrary, BoundsWhatItUnpacks)
@@ -188,7 +189,7 @@ TEST_F(FurnitureLibrary, NeverCrashesOnDamage)
         test::writeFile(path, position % 3 == 0 ? damaged.substr(0, position) : damaged);
         try {
             readFurnitureLibrary(path, {});
-        } catch (const VelkHost::CatalogError&) {
+        } catch (const VelkHost::FileError&) {
             ++refused;
         }
     }

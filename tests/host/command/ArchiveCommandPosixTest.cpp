@@ -41,7 +41,7 @@ protected:
         test::waitForStart(process);
     }
 
-    /// As Ctrl-C does; the exit code.
+    /// Interrupts the program as Ctrl-C does; returns its exit code.
     static int interrupt(QProcess& process)
     {
         EXPECT_EQ(::kill(static_cast<pid_t>(process.processId()), SIGINT), 0);
@@ -50,7 +50,7 @@ protected:
         return process.exitCode();
     }
 
-    /// Everything below the folder of temporary files that is no folder.
+    /// The files anywhere below the folder of temporary files.
     std::vector<std::string> temporaryFiles() const
     {
         std::vector<std::string> files;
@@ -113,7 +113,7 @@ TEST_F(ArchiveInterrupt, AMerge)
     EXPECT_THAT(test::listFolder(folder() / U"temp"), IsEmpty());
 }
 
-// Whenever it comes, the old file is there or the new one, and nothing else.
+// Whenever Ctrl-C comes, there is the old file or the new one, and nothing else.
 TEST_F(ArchiveInterrupt, APack)
 {
     FileUtils::createDirectoriesWithPerm(work_ / U"files");

@@ -96,11 +96,11 @@ TEST_F(ArchiveCommand, SaysWhyItCannotUnpack)
 {
     const ProgramRun missing = velk({"unpack", "missing.calibz"});
     EXPECT_EQ(missing.exitCode, test::exitCode::buildFailed);
-    EXPECT_THAT(missing.errors, HasSubstr("missing.calibz: there is no such file"));
+    EXPECT_THAT(missing.errors, HasSubstr("missing.calibz: does not exist"));
     test::writeZip(work_ / U"empty.calibz", {{"a.png", "picture"}});
     const ProgramRun empty = velk({"unpack", "empty.calibz", "-o", "none"});
     EXPECT_EQ(empty.exitCode, test::exitCode::buildFailed);
-    EXPECT_THAT(empty.errors, HasSubstr("is no packed library"));
+    EXPECT_THAT(empty.errors, HasSubstr("is not a packed library"));
     EXPECT_FALSE((work_ / U"none").pathExists());
     EXPECT_EQ(velk({"unpack"}).exitCode, test::exitCode::usage);
 }
@@ -130,11 +130,11 @@ TEST_F(ArchiveCommand, SaysWhyItCannotMerge)
 {
     test::writeZip(work_ / U"source.zip", {{"a", "source"}});
     test::writeFile(work_ / U"text.zip", "no archive");
-    EXPECT_THAT(velk({"textures", "merge", "missing.zip", "dest.zip"}).errors, HasSubstr("there is no such file"));
-    EXPECT_THAT(velk({"textures", "merge", "text.zip", "dest.zip"}).errors, HasSubstr("is no readable zip archive"));
+    EXPECT_THAT(velk({"textures", "merge", "missing.zip", "dest.zip"}).errors, HasSubstr("does not exist"));
+    EXPECT_THAT(velk({"textures", "merge", "text.zip", "dest.zip"}).errors, HasSubstr("is not a readable zip archive"));
     const ProgramRun run = velk({"textures", "merge", "source.zip", "text.zip"});
     EXPECT_EQ(run.exitCode, test::exitCode::buildFailed);
-    EXPECT_THAT(run.errors, HasSubstr("is no zip archive that can be added to"));
+    EXPECT_THAT(run.errors, HasSubstr("is not a zip archive that can be added to"));
     EXPECT_EQ(test::readFile(work_ / U"text.zip"), "no archive");
     EXPECT_FALSE((work_ / U"dest.zip").pathExists());
 }
@@ -149,7 +149,7 @@ TEST_F(ArchiveCommand, SaysWhyItCannotPack)
     };
     EXPECT_THAT(pack("missing.calib", "files"), HasSubstr("missing.calib"));
     EXPECT_THAT(pack("files/a.png", "files"), HasSubstr("must end with \".calib\""));
-    EXPECT_THAT(pack("house.calib", "missing"), HasSubstr("missing: is no folder"));
+    EXPECT_THAT(pack("house.calib", "missing"), HasSubstr("missing: is not a folder"));
     EXPECT_THAT(pack("house.calib", "."), HasSubstr("is another library"));
     EXPECT_EQ(test::readFile(work_ / U"house.calibz"), "old");
 }

@@ -36,7 +36,7 @@ protected:
         return velk(arguments);
     }
 
-    /// Does what must go well.
+    /// Runs a command that must succeed.
     void have(const std::vector<std::string>& arguments) const
     {
         const ProgramRun run = filter(arguments);
@@ -64,7 +64,7 @@ TEST_F(FilterCommand, MakesFilters)
     EXPECT_EQ(made.exitCode, 0) << made.errors;
     EXPECT_EQ(made.output, "Made the filter \"Kitchens\" with 2 libraries.\n");
     EXPECT_EQ(filter({"add", "Kitchens", "--id", "lib-x", "--id", "lib-y"}).output,
-              "Added 1 library to the filter \"Kitchens\", which has 3 now.\n");
+              "Added 1 library to the filter \"Kitchens\", which now has 3.\n");
     EXPECT_EQ(filter({"list"}).output,
               "  Name      Id  Libraries\n"
               "  Kitchens   1          3\n");
@@ -151,7 +151,7 @@ TEST_F(FilterCommand, RemovesLibrariesAndFilters)
     EXPECT_EQ(filter({"remove", "A"}).output, "Removed the filter \"A\"; now no filter is in force.\n");
     EXPECT_EQ(filter({"remove", "A"}).exitCode, test::exitCode::dataFailed);
     EXPECT_EQ(filter({"remove", "B"}).output, "Removed the filter \"B\".\n");
-    EXPECT_FALSE(file().pathExists()) << "the library writes no empty list";
+    EXPECT_FALSE(file().pathExists()) << "the module writes no empty list";
     EXPECT_EQ(filter({"list", "--format", "json"}).exitCode, 0);
     EXPECT_THAT(filter({"show", "B"}).errors, HasSubstr("There are none yet; \"velk filter add\" makes one."));
 }
@@ -170,7 +170,7 @@ TEST_F(FilterCommand, MergesAnotherFile)
     have({"current", "Doors"});
     const ProgramRun run = filter({"merge", "other.json"});
     EXPECT_EQ(run.exitCode, 0) << run.errors;
-    EXPECT_EQ(run.output, "  Halls\n  Baths 1\n2 filters came from other.json; 1 filter was here already.\n");
+    EXPECT_EQ(run.output, "  Halls\n  Baths 1\n2 filters added from other.json; 1 filter was here already.\n");
     EXPECT_EQ(test::readFile(folder() / U"other.json"), other);
     EXPECT_EQ(filter({"current"}).output, "Doors\n");
     EXPECT_EQ(filter({"list"}).output,
@@ -189,14 +189,14 @@ TEST_F(FilterCommand, MergesIntoAnEmptyInstallation)
     test::writeFile(folder() / U"other.json",
                     R"({"Current_Filter": 7, "Filter": {"Filter_Name": "A", "Filter_Id": 7, "Database_Ids": []}})");
     FileUtils::removeDirectoryAndFiles(folder() / U"home", FileUtils::noFlags);
-    EXPECT_EQ(filter({"merge", "other.json"}).output, "  A\n1 filter came from other.json.\n");
+    EXPECT_EQ(filter({"merge", "other.json"}).output, "  A\n1 filter added from other.json.\n");
     EXPECT_EQ(filter({"current"}).output, "No filter\n");
 }
 
 TEST_F(FilterCommand, MergesNothingFromAFileWithoutFilters)
 {
     test::writeFile(folder() / U"other.json", "{}");
-    EXPECT_EQ(filter({"merge", "other.json"}).output, "0 filters came from other.json.\n");
+    EXPECT_EQ(filter({"merge", "other.json"}).output, "0 filters added from other.json.\n");
     EXPECT_FALSE(file().pathExists());
 }
 
@@ -233,7 +233,7 @@ TEST_P(DamagedFilters, AreLeftAlone)
         EXPECT_EQ(run.exitCode, test::exitCode::dataFailed) << arguments[1];
         EXPECT_EQ(run.output, "");
         EXPECT_THAT(run.errors, HasSubstr("velk: " + file().utf8() + ": is "));
-        EXPECT_THAT(run.errors, HasSubstr("mend it, or move it away\n"));
+        EXPECT_THAT(run.errors, HasSubstr("repair it, or move it away\n"));
         EXPECT_EQ(test::readFile(file()), GetParam().text);
     }
     EXPECT_EQ(velk({"search", "chair"}).exitCode, 0) << "without a filter the file plays no part";
@@ -259,15 +259,15 @@ TEST_F(FilterCommand, SaysThatNothingWasSaved)
     test::writeFile(core(), "a file");
     const ProgramRun run = filter({"add", "A", "--id", "1"});
     EXPECT_EQ(run.exitCode, test::exitCode::dataFailed);
-    EXPECT_THAT(run.errors, HasSubstr("cannot be made a folder"));
-    EXPECT_EQ(filter({"merge", "none.json"}).errors, "velk: none.json: no such file\n");
+    EXPECT_THAT(run.errors, HasSubstr("cannot be created as a folder"));
+    EXPECT_EQ(filter({"merge", "none.json"}).errors, "velk: none.json: does not exist\n");
 }
 
 TEST_F(FilterCommand, NamesTheLibraryThatCannotBeRead)
 {
     const ProgramRun run = filter({"add", "A", "--library", "none.calib"});
     EXPECT_EQ(run.exitCode, test::exitCode::dataFailed);
-    EXPECT_EQ(run.errors, "velk: none.calib: no such file\n");
+    EXPECT_EQ(run.errors, "velk: none.calib: does not exist\n");
     EXPECT_FALSE(file().pathExists());
 }
 

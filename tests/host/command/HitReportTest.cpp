@@ -164,12 +164,11 @@ TEST_F(HitReport, ExplainsASearch)
 {
     request_.text = "(chair OR \"dining table\") oak -red";
     EXPECT_EQ(explainText(searchInfo(request_)),
-              "An entry is found when it has what one of these 2 alternatives asks for:\n"
+              "An entry is found when it matches one of these 2 alternatives:\n"
               "\n1. all of:  \"chair\", \"oak\"\n   none of: \"red\"\n"
               "\n2. all of:  \"dining table\", \"oak\"\n   none of: \"red\"\n");
     request_.text = "chair";
-    EXPECT_EQ(explainText(searchInfo(request_)),
-              "An entry is found when it has what this asks for:\n\n1. all of:  \"chair\"\n");
+    EXPECT_EQ(explainText(searchInfo(request_)), "An entry is found when it matches this:\n\n1. all of:  \"chair\"\n");
     request_.text = "-red";
     EXPECT_EQ(explainText(searchInfo(request_)), "Nothing to search for: there is no term that an entry must have.\n");
     request_.text = "chair -red";

@@ -34,7 +34,7 @@ protected:
         return run;
     }
 
-    /// Does what must go well.
+    /// Runs a command that must succeed.
     void have(const std::vector<std::string>& arguments, const std::string& home = "home") const
     {
         const ProgramRun run = velk(arguments, home);
@@ -121,11 +121,11 @@ TEST_F(ManufacturerCommand, ListsAsJson)
 TEST_F(ManufacturerCommand, ChangesTheDefaultText)
 {
     EXPECT_EQ(velk({"edit", "--default-text", "Ask us"}).output, "Changed the default text.\n");
-    EXPECT_EQ(velk({"edit", "--default-text", "Ask us"}).output, "The default text is this already.\n");
+    EXPECT_EQ(velk({"edit", "--default-text", "Ask us"}).output, "This is the default text already.\n");
     EXPECT_THAT(test::readFile(data()), HasSubstr("\"Default_Text\": \"Ask us\""));
 }
 
-TEST_F(ManufacturerCommand, RefusesWhatIsNoChange)
+TEST_F(ManufacturerCommand, RefusesWrongChanges)
 {
     writeData(test::manufacturerData("acme.png"));
     const std::string before = test::readFile(data());
@@ -136,12 +136,12 @@ TEST_F(ManufacturerCommand, RefusesWhatIsNoChange)
         EXPECT_EQ(test::readFile(data()), before);
         return run.errors;
     };
-    EXPECT_EQ(errors({"edit", "8", "--phone", "1"}), "velk: there is no manufacturer 8\nWith --new it is made.\n");
+    EXPECT_EQ(errors({"edit", "8", "--phone", "1"}), "velk: there is no manufacturer 8\nAdd --new to make it.\n");
     EXPECT_EQ(errors({"edit", "7", "--new"}),
-              "velk: there is a manufacturer 7 already\nLeave out --new to change it.\n");
+              "velk: there is already a manufacturer 7\nLeave out --new to change it.\n");
     EXPECT_THAT(errors({"show", "8"}), StartsWith("velk: there is no manufacturer 8\n"));
     for (const char* logo : {"doors/acme.png", "..", "C:acme.png", "nul", "errors.log"})
-        EXPECT_THAT(errors({"edit", "7", "--logo", logo}), HasSubstr("is no plain file name for a logo")) << logo;
+        EXPECT_THAT(errors({"edit", "7", "--logo", logo}), HasSubstr("is not a plain file name for a logo")) << logo;
 }
 
 TEST_F(ManufacturerCommand, FindsWhatIsWrong)
@@ -162,7 +162,7 @@ TEST_F(ManufacturerCommand, FindsWhatIsWrong)
               " 2  Timeless  does not tell when it was changed, so no update reaches its logo\n"
               " 3            has no name\n"
               " 3            stands for the default text, which is empty\n"
-              " 4  Far       names the logo \"a/far.png\", which is no plain file name\n"
+              " 4  Far       names the logo \"a/far.png\", which is not a plain file name\n"
               " 5  Lost      names the logo \"lost.png\", which is not there\n"
               "\n"
               "6 manufacturers, 5 problems.\n");
@@ -196,7 +196,7 @@ TEST_F(ManufacturerCommand, LeavesADamagedFileAlone)
             EXPECT_EQ(run.exitCode, test::exitCode::dataFailed) << text;
             EXPECT_EQ(run.output, "");
             EXPECT_THAT(run.errors, StartsWith("velk: " + data().utf8() + ": "));
-            EXPECT_THAT(run.errors, HasSubstr("; mend it, or move it away\n"));
+            EXPECT_THAT(run.errors, HasSubstr("; repair it, or move it away\n"));
             EXPECT_EQ(test::readFile(data()), text);
         }
     }
@@ -267,7 +267,7 @@ class ManufacturerUpdateCommand : public ManufacturerCommand
 protected:
     ManufacturerUpdateCommand() { test::writeCatalogFile(input(U"core/a.calib"), "A"); }
 
-    /// Publishes what the publisher keeps in a home of its own.
+    /// Publishes the cards that the publisher keeps in its own home.
     void publishCards()
     {
         const fileString kept = folder() / U"publisher" / U"manufacturer-data" / U"manufacturer_data.json";
@@ -308,7 +308,7 @@ TEST_F(ManufacturerUpdateCommand, BringsCardsAndLogos)
     test::writeFileDeep(input(U"logos/T\u00FCr 1.png"), test::png("one"));
     publishCards();
     have({"edit", "9", "--new", "--name", "Mine"});
-    // Made after it was published, so older than the next edition.
+    // This change is made after the cards were published, so it is older than the next edition.
     keep({"edit", "2", "--phone", "1"});
     publishCards();
     const ProgramRun run = update();
@@ -326,7 +326,7 @@ TEST_F(ManufacturerUpdateCommand, BringsCardsAndLogos)
     const ProgramRun again = update();
     EXPECT_EQ(again.exitCode, 0);
     EXPECT_EQ(again.output, "Everything is up to date (2 manufacturers).\n");
-    EXPECT_TRUE(test::listFolder(folder() / U"home" / U"temp").empty());
+    EXPECT_FALSE((folder() / U"home" / U"temp").pathExists()) << "nothing is downloaded twice, nor elsewhere";
 }
 
 TEST_F(ManufacturerUpdateCommand, TellsWhatChanged)
@@ -418,7 +418,7 @@ protected:
         EXPECT_THAT(run.errors, StartsWith("velk: " + server.url("/data") + ": "));
         EXPECT_THAT(run.errors, HasSubstr("\nThe manufacturers are as they were.\n"));
         EXPECT_EQ(test::readFile(data()), before);
-        EXPECT_TRUE(test::listFolder(folder() / U"home" / U"temp").empty());
+        EXPECT_FALSE((folder() / U"home" / U"temp").pathExists()) << "nothing is downloaded twice, nor elsewhere";
         return run.errors;
     }
 
@@ -428,14 +428,14 @@ protected:
 TEST_F(FailingManufacturerUpdate, SaysWhy)
 {
     EXPECT_THAT(refused({.status = 404}), HasSubstr("HTTP status 404"));
-    EXPECT_THAT(refused({.body = "<html>"}), HasSubstr("is no JSON object"));
+    EXPECT_THAT(refused({.body = "<html>"}), HasSubstr("is not a JSON object"));
     EXPECT_THAT(refused({.body = R"({"Version": "42", "Last_Modified": "20990301T140559",
                                      "Manufacturer_1": {"Id": 1, "Last_Modified": "x"}})"}),
-                HasSubstr("\"Manufacturer_1\".\"Last_Modified\" is no time"));
+                HasSubstr("\"Manufacturer_1\".\"Last_Modified\" is not a time"));
     EXPECT_THAT(refused(Reply::resetAtOnce()), Not(HasSubstr(": \n")));
 }
 
-TEST_F(FailingManufacturerUpdate, TellsWhichLogosDidNotCome)
+TEST_F(FailingManufacturerUpdate, TellsWhichLogosAreMissing)
 {
     const std::string time = R"("Last_Modified": "20990301T140559")";
     server.on("/data", Reply{.body = R"({"Version": "42", )" + time +
@@ -446,10 +446,11 @@ TEST_F(FailingManufacturerUpdate, TellsWhichLogosDidNotCome)
                                      time + "}}"});
     const ProgramRun run = update();
     EXPECT_EQ(run.exitCode, test::exitCode::updateFailed);
-    EXPECT_THAT(run.output, HasSubstr(" 7  Acme  changed  logo; its logo did not come\n"));
-    EXPECT_THAT(run.output, HasSubstr(" 8  Far   new      its logo did not come\n"));
+    EXPECT_THAT(run.output, HasSubstr(" 7  Acme  changed  logo; its logo could not be fetched\n"));
+    EXPECT_THAT(run.output, HasSubstr(" 8  Far   new      its logo could not be fetched\n"));
     EXPECT_THAT(run.output, HasSubstr(" 9  Gone  new\n"));
-    EXPECT_THAT(run.output, HasSubstr("2 new, 1 changed, 0 gone; another default text; 2 logos did not come.\n"));
+    EXPECT_THAT(run.output,
+                HasSubstr("2 new, 1 changed, 0 gone; another default text; 2 logos could not be fetched.\n"));
     EXPECT_EQ(velk({"check"}).exitCode, test::exitCode::noHit);
     EXPECT_FALSE((folder() / U"home" / U"far.png").pathExists());
 }
@@ -460,7 +461,7 @@ TEST_F(FailingManufacturerUpdate, LeavesADamagedFileAlone)
     server.on("/data", Reply{.body = test::manufacturerData("")});
     const ProgramRun run = update();
     EXPECT_EQ(run.exitCode, test::exitCode::dataFailed);
-    EXPECT_THAT(run.errors, HasSubstr("mend it, or move it away"));
+    EXPECT_THAT(run.errors, HasSubstr("repair it, or move it away"));
     EXPECT_EQ(test::readFile(data()), "hello");
 }
 

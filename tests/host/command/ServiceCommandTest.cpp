@@ -24,7 +24,7 @@ protected:
     ProgramRun velk(const std::vector<std::string>& arguments) const { return test::runProgram(folder(), arguments); }
 };
 
-/// "velk serve" in a process of its own.
+/// "velk serve" in its own process.
 class Serving
 {
 public:
@@ -41,7 +41,7 @@ public:
         test::waitForEnd(process_);
     }
 
-    /// Without the words around it and without the path.
+    /// The service's address without its path, taken from the program's output.
     std::string origin() const
     {
         constexpr std::size_t words = sizeof "The service address is " - 1;
@@ -49,7 +49,7 @@ public:
                                  firstLine_.size() - std::min(words + 2, firstLine_.size()));
     }
 
-    /// As Ctrl-C does; the exit code.
+    /// Ends the service as Ctrl-C does; returns the exit code.
     int interrupt()
     {
         EXPECT_EQ(::kill(static_cast<pid_t>(process_.processId()), SIGINT), 0);
@@ -85,7 +85,7 @@ TEST_F(ServiceCommand, TellsEverythingThatIsWrong)
     const ProgramRun run = velk({"publish", "input", "-o", "site"});
     EXPECT_EQ(run.exitCode, test::exitCode::serviceFailed);
     EXPECT_EQ(run.output, "");
-    EXPECT_THAT(run.errors, StartsWith("velk: input/core/b.calib: is no library catalog\n"
+    EXPECT_THAT(run.errors, StartsWith("velk: input/core/b.calib: is not a library catalog\n"
                                        "velk: input/bonus/c&d.calibz: holds the character \"&\" in its name"));
     EXPECT_THAT(run.errors, HasSubstr("velk: nothing was published\n"));
     EXPECT_FALSE(site().pathExists());
@@ -125,7 +125,7 @@ TEST_F(ServiceCommand, ExplainsWhyItCannotServe)
 {
     const ProgramRun run = velk({"serve", "nothing"});
     EXPECT_EQ(run.exitCode, test::exitCode::serviceFailed);
-    EXPECT_THAT(run.errors, HasSubstr("is no published site"));
+    EXPECT_THAT(run.errors, HasSubstr("is not a published site"));
     EXPECT_EQ(velk({"serve", "site", "--port", "99999"}).exitCode, test::exitCode::usage);
     EXPECT_EQ(velk({"serve", "site", "--tls", "only-one.pem"}).exitCode, test::exitCode::usage);
     EXPECT_EQ(velk({"serve"}).exitCode, test::exitCode::usage);

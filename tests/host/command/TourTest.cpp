@@ -137,7 +137,7 @@ TEST_F(Tour, NeedsLibraries)
 {
     FileUtils::createDirectoriesWithPerm(folder() / U"empty");
     EXPECT_THAT(velk({"tour", "empty", "-o", "out"}).errors, HasSubstr("holds no .sh3f file"));
-    EXPECT_THAT(velk({"tour", "none", "-o", "out"}).errors, HasSubstr("is no folder"));
+    EXPECT_THAT(velk({"tour", "none", "-o", "out"}).errors, HasSubstr("is not a folder"));
 }
 
 }  // namespace

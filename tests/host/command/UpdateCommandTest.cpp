@@ -36,7 +36,7 @@ namespace {
 class UpdateCommand : public test::TestHost
 {
     std::mutex mutex_;
-    std::map<std::string, Reply> answers_;  // before the server, whose threads use them
+    std::map<std::string, Reply> answers_;  // declared before the server, whose threads use them
 
 protected:
     UpdateCommand()
@@ -133,7 +133,7 @@ TEST_F(UpdateCommand, TellsScripts)
     EXPECT_EQ(object[QStringLiteral("resultCode")].toDouble(), double{LibraryCatalogUpdate::NothingRemarkable});
 }
 
-TEST_F(UpdateCommand, KeepsACatalogWhenWhatComesIsNone)
+TEST_F(UpdateCommand, KeepsACatalogWhenTheDownloadIsNotOne)
 {
     const std::string installed = smallCatalogBytes("Plants");
     FileUtils::createDirectoriesWithPerm(home() / U"core");
@@ -281,7 +281,7 @@ protected:
         return test::runProgram(folder(), arguments);
     }
 
-    /// What was downloaded since the last question.
+    /// What was downloaded since the last call.
     std::vector<std::string> fetched()
     {
         const std::lock_guard lock(mutex_);

@@ -5,6 +5,7 @@
 #include "host/catalog/CatalogFile.h"
 
 #include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Version.h>
 
 using test::ProgramRun;
 using testing::HasSubstr;
@@ -12,7 +13,7 @@ using testing::StartsWith;
 
 namespace {
 
-/// Runs the real program in a folder of its own.
+/// Runs the real program in its own folder.
 class VelkProgram : public test::TestHost
 {
 protected:
@@ -97,7 +98,7 @@ TEST_F(VelkProgram, SearchesTheOthersWhenALibraryIsBroken)
     const ProgramRun run =
         velk({"search", "chair", "--library", "none.calib", "--library", "b.calib", "--library", "a.calib"});
     EXPECT_EQ(run.exitCode, test::exitCode::brokenLibrary);
-    EXPECT_EQ(run.errors, "velk: none.calib: no such file\nvelk: b.calib: is no library catalog\n");
+    EXPECT_EQ(run.errors, "velk: none.calib: does not exist\nvelk: b.calib: is not a library catalog\n");
     EXPECT_THAT(run.output, HasSubstr("4 hits. "));
     EXPECT_EQ(velk({"search", "zebra", "-l", "b.calib"}).exitCode, test::exitCode::brokenLibrary);
 }
@@ -134,7 +135,7 @@ TEST_F(VelkProgram, MatchesWholeWordsInLegacySearches)
 
 TEST_F(VelkProgram, TakesTextAsTyped)
 {
-    // Each is one argument that means something to some command line parser.
+    // Each of these arguments means something special to some command line parser.
     for (const char* text : {"[oak]", "[a,b]", "%%", "%x", "search", "catalog", "tour", "/h", "a=b", "\u6905"})
         EXPECT_THAT(velk({"search", "--explain", "--", text}).output,
                     HasSubstr("1. all of:  \"" + std::string(text) + "\"\n"))
@@ -145,6 +146,23 @@ TEST_F(VelkProgram, TakesTextAsTyped)
                 HasSubstr("all of:  \"chair\"\n   none of: \"red\"\n"));
 }
 
+TEST_F(VelkProgram, TellsItsVersion)
+{
+    const ProgramRun run = velk({"--version"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.output, "velk " VELK_VERSION_STRING "\n");
+    EXPECT_EQ(run.errors, "");
+}
+
+TEST_F(VelkProgram, HelpsByCommandAsByOption)
+{
+    EXPECT_EQ(velk({"help"}).output, velk({"--help"}).output);
+    const ProgramRun run = velk({"help", "search"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.output, velk({"search", "--help"}).output);
+    EXPECT_THAT(run.output, HasSubstr("velk search"));
+}
+
 struct UsageCase
 {
     const char* name;
@@ -153,7 +171,10 @@ struct UsageCase
 };
 
 const UsageCase usageCases[] = {
-    {"UnknownCommand", {"serch", "chair"}, "velk: there is no command \"serch\"\nThe commands are search, catalog, "},
+    {"MistypedCommand",
+     {"serch", "chair"},
+     "velk: there is no command \"serch\"\nDid you mean \"velk search\"? The commands are search, catalog, "},
+    {"UnknownCommand", {"frobnicate"}, "velk: there is no command \"frobnicate\"\nThe commands are search, catalog, "},
     {"UnknownOption", {"search", "chair", "--bar"}, "--bar"},
     {"NoText", {"search"}, "TEXT (what to look for) or --id is required"},
     {"NoCatalogCommand", {"catalog"}, "See \"velk catalog --help\""},
@@ -212,7 +233,7 @@ TEST_F(VelkProgram, KeepsTheOldCatalogWhenABuildFails)
     const std::vector<std::string> files = test::listFolder(folder());
     const ProgramRun run = velk({"catalog", "build", "bad.csv", "-o", "a.calib"});
     EXPECT_EQ(run.exitCode, test::exitCode::buildFailed);
-    EXPECT_EQ(run.errors, "velk: bad.csv: line 3: the id \"x\" stands twice; ids must differ\n");
+    EXPECT_EQ(run.errors, "velk: bad.csv: line 3: the id \"x\" occurs twice; ids must differ\n");
     EXPECT_EQ(run.output, "");
     EXPECT_EQ(test::readFile(folder() / U"a.calib"), before);
     EXPECT_EQ(test::listFolder(folder()), files);
@@ -227,7 +248,7 @@ TEST_F(VelkProgram, SaysWhyABuildFails)
         EXPECT_EQ(run.exitCode, test::exitCode::buildFailed);
         return run.errors;
     };
-    EXPECT_EQ(errors({"catalog", "build", "none.sh3f", "-o", "x.calib"}), "velk: none.sh3f: no such file\n");
+    EXPECT_EQ(errors({"catalog", "build", "none.sh3f", "-o", "x.calib"}), "velk: none.sh3f: does not exist\n");
     EXPECT_EQ(errors({"catalog", "build", ".", "-o", "x.calib"}),
               "velk: .: is a folder, not a file; give a furniture library (.sh3f) or a CSV file\n");
     EXPECT_THAT(errors({"catalog", "build", "text.sh3f", "-o", "x.calib"}),

@@ -20,10 +20,10 @@ namespace {
 struct TerminalRun
 {
     int exitCode = -1;
-    std::string screen;  // all that the terminal got, styles included
+    std::string screen;  // everything that the terminal got, including styles
 };
 
-/// Runs the velk program as one does at a terminal of that width, in the folder of small libraries.
+/// Runs the velk program as at a terminal of a certain width, in a folder of small libraries.
 class VelkAtATerminal : public test::TestHost
 {
 protected:

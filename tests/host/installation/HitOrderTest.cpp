@@ -42,7 +42,7 @@ std::string orderOf(const LibrarySet& libraries, const std::vector<Hit>& hits)
     return text;
 }
 
-// The order as it is described, one sentence after the other.
+// The order as inOrder() is documented, one clause after the other.
 std::vector<Hit> plainlySorted(const LibrarySet& libraries, std::vector<Hit> hits)
 {
     const auto key = [&](const Hit& hit) {
@@ -53,7 +53,7 @@ std::vector<Hit> plainlySorted(const LibrarySet& libraries, std::vector<Hit> hit
     return hits;
 }
 
-// Few letters and common beginnings, so that many names are equal for long or altogether.
+// Few letters and common beginnings, so that many names are equal or share a long beginning.
 std::string randomName(std::mt19937& random)
 {
     static const std::vector<std::string> beginnings{"", "chair ", "Chair number ", "Chair number 000000",

@@ -11,7 +11,7 @@ namespace {
 class LibrarySearch : public test::TestHost
 {
 protected:
-    /// Libraries made of (library name, item names); each item lies in the folder "Room".
+    /// Libraries made of (library name, item names); each item is in the folder "Room".
     static LibrarySet libraries(const std::vector<std::pair<std::string, std::vector<std::string>>>& contents)
     {
         LibrarySet set;
@@ -159,8 +159,8 @@ TEST_F(LibrarySearch, LoadsFilesAndFolders)
     EXPECT_EQ(set.loaded[1].path, folder() / U"b.calib");
     ASSERT_EQ(set.broken.size(), 3U);
     EXPECT_EQ(set.broken[0].path, folder() / U"c.calib");
-    EXPECT_EQ(set.broken[0].reason, "is no library catalog");
-    EXPECT_EQ(set.broken[1].reason, "no such file");
+    EXPECT_EQ(set.broken[0].reason, "is not a library catalog");
+    EXPECT_EQ(set.broken[1].reason, "does not exist");
     EXPECT_EQ(set.broken[2].reason, "holds no .calib file; make one with \"velk catalog build\"");
 }
 

@@ -13,7 +13,7 @@ using testing::HasSubstr;
 
 namespace {
 
-/// An installation whose data files its user may read only.
+/// An installation whose data files its user may only read.
 class ReadOnlyData : public test::TestHost
 {
 protected:

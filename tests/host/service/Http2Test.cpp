@@ -1,7 +1,7 @@
 #include "NginxServer.h"
 #include "ServedInstallation.h"
 
-#include "host/command/UpdateReceiver.h"
+#include "VelkLibrary/Update/RecordingReceiver.h"
 #include "host/service/NginxConfiguration.h"
 #include "host/support/InstallHost.h"
 #include "support/EventLoop.h"
@@ -38,7 +38,7 @@ protected:
     std::string endpoint() const { return server_->origin() + "/catalog?v=1"; }
     std::string request(const std::string& library) const { return endpoint() + "&library=" + library; }
 
-    /// What the server was asked, all of it in HTTP/2 and over one connection.
+    /// How many requests the server got; checks that all came in HTTP/2 over one connection.
     std::size_t requestsOverOneConnection()
     {
         const std::vector<test::NginxRequest> requests = server_->stop();
@@ -53,11 +53,16 @@ protected:
         return requests.size();
     }
 
-    /// Updates the installation; the outcome.
+    /// Updates the installation; returns the outcome.
     std::int32_t update()
     {
-        VelkHost::Output output;
-        VelkHost::UpdateReceiver receiver(output, [] {});
+        test::RecordingReceiver receiver;
+        receiver.reaction = [](const test::Event& event) {
+            const auto& [installed, fresh] = event.paths;
+            if (event.slot == "onCatalogUpdatedEvent") {
+                EXPECT_TRUE(FileUtils::moveFile(fresh, installed, true)) << installed;
+            }
+        };
         const std::set<fileString> bonus = {home("bonus/" + bonusName + ".calib")};
         const std::set<fileString> manufacturer = {home("manufacturer/" + manufacturerName + ".calib")};
         for (const char* name : {"core", "bonus", "manufacturer", "user"})
@@ -65,8 +70,7 @@ protected:
         LibraryCatalogUpdate::LibraryCatalogUpdater updater(receiver, {}, bonus, manufacturer, "velk", "1", address(),
                                                             false);
         test::runBesideEventLoop([&] { updater(); });
-        EXPECT_TRUE(receiver.report());
-        return receiver.report() ? receiver.report()->outcome : -1;
+        return receiver.finalEvent().data.outcome;
     }
 
     test::TestAuthority authority_;
@@ -102,7 +106,7 @@ TEST_F(Http2, CarriesHeaders)
     EXPECT_EQ(requestsOverOneConnection(), 2U);
 }
 
-// More than are on their way at a time, in an order that the answers do not keep.
+// There are more requests than run at a time, and the answers come in another order.
 TEST_F(Http2, CarriesManyHeadersAtOnce)
 {
     const auto libraries = table().libraries;

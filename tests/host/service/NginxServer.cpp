@@ -98,14 +98,14 @@ void NginxServer::writeConfiguration(const fileString& configuration, const file
 {
     const std::string home = folder_.utf8();
     std::string text = "daemon off;\nworker_processes 1;\npid \"" + home + "/nginx.pid\";\n";
-    // Its workers shall be this user, too, who alone can read the temporary folder.
+    // Its workers must run as this user too, since no other user can read the temporary folder.
     if (::geteuid() == 0)
         text += "user root;\n";
     text += "events {}\nhttp {\n";
     for (const char* kind : {"client_body", "proxy", "fastcgi", "uwsgi", "scgi"})
         text += std::string(kind) + "_temp_path \"" + home + "/" + kind + "\";\n";
     text += "log_format test \"$connection $server_protocol\";\naccess_log \"" + home + "/access.log\" test;\n";
-    // Compression is asked for, as many installations have it; catalogs must stay out of it.
+    // Compression is on, as in many installations; catalogs must not be compressed all the same.
     text += "gzip on;\ngzip_types *;\ngzip_min_length 1;\n";
     text += "include \"" + configuration.utf8() + "/velk-maps.conf\";\nserver {\n";
     text += "listen 127.0.0.1:" + std::to_string(port_) + (secure_ ? " ssl http2" : "") + ";\n";

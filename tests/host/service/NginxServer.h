@@ -16,13 +16,13 @@ struct NginxRequest
     std::string protocol;    ///< "HTTP/1.1"
 };
 
-/// A web server of its own, run by this user in a temporary folder, on a port that the system chooses.
+/// A web server for one test, run by this user in a temporary folder, on a port that the system chooses.
 class NginxServer
 {
 public:
-    /// `folder` takes its files. Serves "velk-maps.conf" and "velk-locations.conf" of `configuration`; with
-    /// a `certificate` and its key (PEM files) over TLS, where it speaks HTTP/2 as well. Answers as soon as it is
-    /// constructed.
+    /// Keeps its files in `folder`. Serves "velk-maps.conf" and "velk-locations.conf" of `configuration`; with
+    /// a `certificate` and its key (PEM files) it serves over TLS, and then speaks HTTP/2 as well. Answers as soon
+    /// as it is constructed.
     NginxServer(const fileString& folder, const fileString& configuration, const fileString& certificate = {},
                 const fileString& key = {});
     ~NginxServer();
@@ -31,11 +31,11 @@ public:
 
     int port() const noexcept { return port_; }
     std::string origin() const;
-    /// Reads the configuration anew, as "nginx -s reload" makes it do; returns before it has.
+    /// Makes it read the configuration again, as "nginx -s reload" does; returns before that is done.
     void reload() const;
     /// What it complained about so far.
     std::string complaints() const;
-    /// Ends it, and tells all requests in the order of their answers.
+    /// Ends the server, and returns all requests in the order of their answers.
     std::vector<NginxRequest> stop();
 
 private:

@@ -100,7 +100,7 @@ TEST_F(Nginx, ServesANewEditionAfterAReload)
                                   .tag +
                               "\"";
     ASSERT_NE(before, after);
-    // The previous edition is still whole for those who do not know the new one.
+    // Clients that do not know of the new edition still find the previous one whole.
     EXPECT_EQ(client.Get(target)->status, 200);
     VelkHost::writeNginxConfiguration(site(), configuration());
     server.reload();
@@ -152,7 +152,7 @@ TEST_F(Nginx, ServesAPathWithOddCharacters)
 
 TEST_F(Nginx, NeedsAPublishedSite)
 {
-    EXPECT_EQ(test::reasonOf([&] { VelkHost::nginxConfiguration(folder() / U"none"); }), "is no published site");
+    EXPECT_EQ(test::reasonOf([&] { VelkHost::nginxConfiguration(folder() / U"none"); }), "is not a published site");
     EXPECT_THAT(test::reasonOf([&] {
                     VelkHost::publish(input(), folder() / U"line\nbreak");
                     VelkHost::nginxConfiguration(folder() / U"line\nbreak");

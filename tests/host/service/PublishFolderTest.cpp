@@ -21,15 +21,15 @@ TEST_F(PublishFolder, ReportsEverythingAtOnce)
     test::writeFileDeep(input(U".hidden"), "not looked at");
     EXPECT_THAT(problems(), ElementsAre(StartsWith("readme.txt: has no meaning here"),
                                         StartsWith("core/a & b.calib: holds the character \"&\" in its name"),
-                                        "core/broken.calib: is no library catalog",
-                                        StartsWith("bonus/x.calib: has another extension; here stand packed libraries"),
+                                        "core/broken.calib: is not a library catalog",
+                                        StartsWith("bonus/x.calib: has another extension; this folder is for packed "),
                                         StartsWith("bonus/y.calibz: is not a sound zip archive")));
     EXPECT_FALSE(site().pathExists());
 }
 
 TEST_F(PublishFolder, MustExistAndHoldSomething)
 {
-    EXPECT_THAT(problems(), ElementsAre(".: is no folder"));
+    EXPECT_THAT(problems(), ElementsAre(".: is not a folder"));
     FileUtils::createDirectoriesWithPerm(input(U"core"));
     EXPECT_THAT(problems(), ElementsAre(StartsWith(".: holds nothing to publish")));
 }
@@ -39,8 +39,8 @@ TEST_F(PublishFolder, HasFoldersWhereFoldersBelong)
     test::writeFileDeep(input(U"core"), "a file");
     test::writeFileDeep(input(U"logos"), "a file");
     test::writePackedFile(input(U"bonus/sub/x.calibz"), "A", {});
-    EXPECT_THAT(problems(), ElementsAre("core: is no folder", "bonus/sub: is a folder; libraries stand side by side",
-                                        "logos: is no folder"));
+    EXPECT_THAT(problems(), ElementsAre("core: is not a folder", "bonus/sub: is a folder; libraries stand side by side",
+                                        "logos: is not a folder"));
 }
 
 TEST_F(PublishFolder, HasLogosThatClientsTake)
@@ -104,7 +104,7 @@ const PackedCase packedCases[] = {
      [](const std::string&) {
          return test::ZipEntries{{"a.calib", "nonsense"}};
      },
-     "its entry \"a.calib\" is no library catalog"},
+     "its entry \"a.calib\" is not a library catalog"},
     {"EmptyCatalog",
      [](const std::string&) {
          return test::ZipEntries{{"a.calib", ""}};
@@ -154,22 +154,22 @@ struct ManufacturerCase
 };
 
 const ManufacturerCase manufacturerCases[] = {
-    {"NoJson", "hello", "is no JSON object"},
-    {"NoObject", "[]", "is no JSON object"},
+    {"NoJson", "hello", "is not a JSON object"},
+    {"NoObject", "[]", "is not a JSON object"},
     {"NoVersion", R"({"Last_Modified": "20260301T140559"})", "has no \"Version\""},
-    {"NoTime", R"({"Version": "42", "Last_Modified": "yesterday"})", "\"Last_Modified\" is no time"},
+    {"NoTime", R"({"Version": "42", "Last_Modified": "yesterday"})", "\"Last_Modified\" is not a time"},
     {"CardIsNoObject", R"({"Version": "42", "Last_Modified": "20260301T140559", "manufacturer_1": 3})",
-     "\"manufacturer_1\" is no card"},
+     "\"manufacturer_1\" is not a card"},
     {"CardWithoutId", R"({"Version": "42", "Last_Modified": "20260301T140559", "Manufacturer_1": {}})",
-     "\"Manufacturer_1\" is no card with an \"Id\""},
+     "\"Manufacturer_1\" is not a card with an \"Id\""},
     {"WideId", R"({"Version": "42", "Last_Modified": "20260301T140559", "Manufacturer_1": {"Id": 1e300}})",
-     "\"Manufacturer_1\" is no card with an \"Id\" of 32 bits"},
+     "\"Manufacturer_1\" is not a card with an \"Id\" of 32 bits"},
     {"CardWithoutTime", R"({"Version": "42", "Last_Modified": "20260301T140559", "Manufacturer_1": {"Id": 1}})",
-     "\"Manufacturer_1\".\"Last_Modified\" is no time"},
+     "\"Manufacturer_1\".\"Last_Modified\" is not a time"},
     {"NameIsNoText",
      R"({"Version": "42", "Last_Modified": "20260301T140559",
          "Manufacturer_1": {"Id": 1, "Last_Modified": "20260301T140559", "Name": 5}})",
-     "\"Manufacturer_1\".\"Name\" is no text"},
+     "\"Manufacturer_1\".\"Name\" is not a text"},
     {"SameIdTwice",
      R"({"Version": "42", "Last_Modified": "20260301T140559",
          "Manufacturer_1": {"Id": 1, "Last_Modified": "20260301T140559"},
@@ -180,7 +180,8 @@ const ManufacturerCase manufacturerCases[] = {
      "names the logo \"doors/acme.png\" (Acme), which holds the character \"/\""},
     {"LogoOverAClientsFile", test::manufacturerData("Errors.log"),
      "names the logo \"Errors.log\" (Acme), which has the name of one of a client's own files"},
-    {"LogoInOtherLetters", test::manufacturerData("ACME.png"), "names the logo \"ACME.png\" (Acme) in other letters"},
+    {"LogoInOtherLetterCase", test::manufacturerData("ACME.png"),
+     "names the logo \"ACME.png\" (Acme), but its letter case differs in logos"},
 };
 
 class ManufacturerData : public test::PublishTest, public testing::WithParamInterface<ManufacturerCase>
@@ -214,7 +215,7 @@ TEST_F(PublishFolder, RefusesBadLines)
                                         StartsWith("withdrawn.txt: line 3: is not \"NAME: MESSAGE\""),
                                         HasSubstr("line 4: \"a+b.calibz\" holds the character \"+\""),
                                         HasSubstr("line 5: \"A.calib\" is in the folder"),
-                                        HasSubstr("line 6: \"B.calibz\" stands twice"), HasSubstr("line 7: is not")));
+                                        HasSubstr("line 6: \"B.calibz\" occurs twice"), HasSubstr("line 7: is not")));
 }
 
 TEST_F(PublishFolder, MayEndWithASeparator)

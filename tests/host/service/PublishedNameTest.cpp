@@ -28,14 +28,14 @@ const NameCase nameCases[] = {
     {"LikeADevice", "console.calib", ""},
     {"TwoHundred", std::string(200, 'n') + ".calib", ""},
     {"LongestStem", std::string(246, 'n') + ".calib", ""},
-    // What does not survive in the request
+    // Names that do not survive in the request
     {"Percent", "100% wool.calib", "\"%\""},
     {"Ampersand", "Smith & Sons.calib", "\"&\""},
     {"NumberSign", "No #1.calib", "\"#\""},
     {"Plus", "A+B.calib", "\"+\""},
-    // What not every disk can store
-    {"Empty", "", "is no name"},
-    {"Parent", "..", "is no name"},
+    // Names that not every disk can store
+    {"Empty", "", "is not a file name"},
+    {"Parent", "..", "is not a file name"},
     {"Slash", "a/b.calib", "\"/\""},
     {"Backslash", "a\\b.calib", "\"\\\""},
     {"Colon", "a:b.calib", "\":\""},
@@ -74,8 +74,8 @@ TEST(LogoName, IsAPlainFileName)
 {
     EXPECT_THAT(whyNoLogoName("acme.png"), IsEmpty());
     EXPECT_THAT(whyNoLogoName("T\xC3\xBCr 1.png"), IsEmpty());
-    EXPECT_THAT(whyNoLogoName(""), HasSubstr("is no name"));
-    EXPECT_THAT(whyNoLogoName(".."), HasSubstr("is no name"));
+    EXPECT_THAT(whyNoLogoName(""), HasSubstr("is not a file name"));
+    EXPECT_THAT(whyNoLogoName(".."), HasSubstr("is not a file name"));
     EXPECT_THAT(whyNoLogoName("doors/acme.png"), HasSubstr("\"/\""));
     EXPECT_THAT(whyNoLogoName("doors\\acme.png"), HasSubstr("\"\\\""));
     EXPECT_THAT(whyNoLogoName("c:acme.png"), HasSubstr("\":\""));
@@ -95,13 +95,6 @@ TEST(LogoName, IsNoneOfTheClientsOwnFiles)
     for (const char* name : {"Manufacturer_Data.json", "manufacturer_data_temp.JSON", "catalog_hash.txt",
                              "catalog_filters.json", "Errors.log"})
         EXPECT_THAT(whyNoLogoName(name), HasSubstr("own files")) << name;
-}
-
-TEST(OnTheWire, EncodesWhatAUrlCannotCarryAndNothingElse)
-{
-    EXPECT_EQ(onTheWire("a b\x01\x7F\"<>\\^`{|}\xC3\xBC"), "a%20b%01%7F%22%3C%3E%5C%5E%60%7B%7C%7D%C3%BC");
-    const std::string kept = "AZaz09!#$%&'()*+,-./:;=?@[]_~";
-    EXPECT_EQ(onTheWire(kept), kept);
 }
 
 TEST(LookupKey, IgnoresLetterCase)

@@ -49,7 +49,7 @@ TEST_F(DyingPublisher, LeavesOneEditionWhole)
             second = now;
         ASSERT_EQ(now, second) << "torn at call " << deaths;
         if (died) {
-            // Switched already: the rest of the way is only about what is not used any more.
+            // The switch is done already: the remaining calls only remove unused files.
             FileUtils::removeDirectoryAndFiles(site(), FileUtils::noFlags);
             test::writeCatalogFile(input(U"core/a.calib"), "First");
             FileUtils::removePath(input(U"core/b.calib"), FileUtils::noFlags);

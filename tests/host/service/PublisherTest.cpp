@@ -237,7 +237,7 @@ TEST_F(Publisher, ShowsReadersTheOldOrTheNewEdition)
     for (int edition = 1; edition < editions; ++edition) {
         write(edition);
         EXPECT_TRUE(publish().changed);
-        // Files stay for one more edition: whoever has begun to read before this one comes to an end.
+        // Files stay for one more edition, so a reader that has begun with the earlier one can finish.
         first.rounds().waitFor(first.rounds().count() + 1);
         second.rounds().waitFor(second.rounds().count() + 1);
     }

@@ -16,7 +16,7 @@ protected:
     fileString home(const std::string& path) const { return home() / fileString(path); }
     std::uint64_t indexBytes() const { return published("Standard_Core_Content_Index.txt").size(); }
 
-    /// Everything is installed as it is published.
+    /// Checks that everything is installed as it is published.
     void expectCurrent() const;
 };
 

@@ -8,7 +8,7 @@
 
 namespace test {
 
-/// A base for tests of what serves a site: one with something of everything is published.
+/// A base for tests of servers: a site with something of every kind is published.
 class ServedSiteTest : public PublishTest
 {
 protected:
@@ -17,7 +17,7 @@ protected:
     /// The files that serviceRequests() expects.
     ServedSite served() const;
 
-    /// To serve it with.
+    /// The options to serve the site with.
     VelkHost::ServiceOptions options() const;
 
     /// Asks the endpoint for every library that is published, by its name and tag, as the client does.

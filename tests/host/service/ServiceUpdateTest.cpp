@@ -42,7 +42,7 @@ TEST_F(ServiceUpdate, FillsAnEmptyInstallationAndThenDownloadsNothing)
 TEST_F(ServiceUpdate, DownloadsNothingToAFreshInstallation)
 {
     update();
-    // As an installer would have put it there: without a record of what is installed.
+    // The catalogs are there as if an installer had put them there: without a record of what is installed.
     for (const char* kind : {"core", "bonus", "manufacturer"})
         FileUtils::removePath(home(kind + std::string("/catalog_hash.txt")), FileUtils::noFlags);
     EXPECT_EQ(update().bodyBytes, indexBytes());

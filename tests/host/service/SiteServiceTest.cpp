@@ -1,5 +1,6 @@
 #include "ServedSiteTest.h"
 
+#include "host/service/ServiceError.h"
 #include "host/service/SiteAnswer.h"
 #include "host/service/SiteService.h"
 #include "support/Threads.h"
@@ -38,7 +39,7 @@ TEST_F(SiteServiceTest, AnswersTheSameOverTls)
     test::expectAnswers(client, test::serviceRequests(served()));
 }
 
-// The names as the client's own transport brings them.
+// The names arrive as the client's own transport encodes them.
 TEST_F(SiteServiceTest, UnderstandsTheClient)
 {
     const SiteService service(options());
@@ -85,7 +86,7 @@ TEST_F(SiteServiceTest, SaysThatItsSiteIsDamaged)
     EXPECT_FALSE(cut && cut->status == 200 && cut->body.empty());
 }
 
-// What is on its way arrives as it was when it was asked for, while editions come and go.
+// A file that is being sent arrives as it was when it was asked for, while editions come and go.
 TEST_F(SiteServiceTest, ShowsReadersOneEditionWhileOthersArePublished)
 {
     constexpr int editions = 8;
@@ -109,7 +110,7 @@ TEST_F(SiteServiceTest, ShowsReadersOneEditionWhileOthersArePublished)
         const std::size_t firstBefore = first.rounds().count();
         const std::size_t secondBefore = second.rounds().count();
         publish();
-        // Files stay for one more edition: whoever has begun to read before this one comes to an end.
+        // Files stay for one more edition, so a reader that has begun with the earlier one can finish.
         first.rounds().waitFor(firstBefore + 2);
         second.rounds().waitFor(secondBefore + 2);
     }
@@ -143,7 +144,9 @@ TEST_F(SiteServiceTest, ListensOnThisMachineOnly)
     EXPECT_GT(service.port(), 0);
     ServiceOptions second = options();
     second.port = service.port();
-    EXPECT_THAT(test::reasonOf([&] { SiteService{second}; }), HasSubstr("cannot be listened on"));
+    EXPECT_THAT([&] { SiteService{second}; }, testing::ThrowsMessage<VelkHost::ServiceError>(
+                                                  "127.0.0.1:" + std::to_string(service.port()) +
+                                                  ": cannot be listened on; is another program using the port?"));
 }
 
 TEST_F(SiteServiceTest, GetsItsPortBackAtOnce)
@@ -163,7 +166,7 @@ TEST_F(SiteServiceTest, NeedsAPublishedSite)
 {
     ServiceOptions wrong = options();
     wrong.site = folder() / U"nothing";
-    EXPECT_THAT(test::reasonOf([&] { SiteService{wrong}; }), HasSubstr("is no published site"));
+    EXPECT_THAT(test::reasonOf([&] { SiteService{wrong}; }), HasSubstr("is not a published site"));
 }
 
 TEST_F(SiteServiceTest, NeedsACertificateWithItsKey)

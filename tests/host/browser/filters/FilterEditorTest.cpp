@@ -54,7 +54,7 @@ protected:
         ASSERT_NE(QApplication::focusWidget(), nullptr);
         QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key), modifiers);
     }
-    /// The keys go to a filter's name. A button's key presses it in a moment.
+    /// Whether a filter's name is being entered, which begins a moment after a button's key.
     static bool isNaming()
     {
         const QWidget* const focus = QApplication::focusWidget();
@@ -62,7 +62,7 @@ protected:
         return qobject_cast<const QLineEdit*>(focus) != nullptr && above->parentWidget() != nullptr &&
                above->parentWidget()->objectName() == QLatin1String("filterList");
     }
-    /// Names the filter; null for what is there.
+    /// Enters the filter's name; null keeps the proposed one.
     static void enterName(const char* name)
     {
         eventually(isNaming);
@@ -73,7 +73,7 @@ protected:
     }
     static void type(const char* text) { test::typeText(QApplication::focusWidget(), QString::fromUtf8(text)); }
 
-    /// The libraries offered, those of the filter with a star.
+    /// The libraries offered; those of the filter are marked with a star.
     std::vector<std::string> offered()
     {
         std::vector<std::string> names;

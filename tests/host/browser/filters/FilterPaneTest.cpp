@@ -45,7 +45,7 @@ protected:
     QComboBox* box() { return find<QComboBox>("filterBox"); }
     QAction* action(const char* objectName) { return find<QAction>(objectName); }
 
-    /// Chooses an entry in the box with the keyboard, as from "from".
+    /// Chooses an entry in the box with the keyboard.
     void chooseInBox(int entry)
     {
         box()->setFocus();
@@ -233,7 +233,7 @@ TEST_F(FilterPane, StaysAsItWasWhenItCannotBeSaved)
     EXPECT_EQ(box()->currentIndex(), 0);
     EXPECT_EQ(shown(), everything);
     EXPECT_THAT(text(status()), HasSubstr("The filters are as they were: "));
-    EXPECT_THAT(text(status()), HasSubstr("is no filter file; mend it, or move it away"));
+    EXPECT_THAT(text(status()), HasSubstr("is not a filter file; repair it, or move it away"));
     EXPECT_EQ(test::readFile(file), "no filters");
 }
 
@@ -242,7 +242,7 @@ TEST_F(FilterPane, OpensBesideADamagedFilterFile)
     test::writeFile(folder() / U"core" / U"catalog_filters.json", "no filters");
     open();
     EXPECT_EQ(shown(), everything);
-    EXPECT_THAT(text(status()), HasSubstr("is no filter file"));
+    EXPECT_THAT(text(status()), HasSubstr("is not a filter file"));
 }
 
 // ---- Merging -------------------------------------------------------------------------------------
@@ -275,20 +275,20 @@ TEST_F(FilterMerging, AddsAndTells)
     open();
     merge(twoFilters);
     EXPECT_EQ(box()->count(), 3);
-    EXPECT_EQ(text(status()), "1 filter came: Wet. 1 filter was here already.");
-    EXPECT_EQ(box()->currentIndex(), 0) << "what is in force stays";
+    EXPECT_EQ(text(status()), "1 filter added: Wet. 1 filter was here already.");
+    EXPECT_EQ(box()->currentIndex(), 0) << "the filter in force stays";
     EXPECT_THAT(savedFilters(), HasSubstr(R"("Filter_Name":"Wet")"));
     merge(twoFilters);
-    EXPECT_EQ(text(status()), "No filter came. 2 filters were here already.");
+    EXPECT_EQ(text(status()), "No filter was added. 2 filters were here already.");
 }
 
-TEST_F(FilterMerging, RefusesWhatIsNone)
+TEST_F(FilterMerging, RefusesOtherFiles)
 {
     haveFilter("Green", {"Garden"});
     open();
     const std::string before = savedFilters();
     merge("[]");
-    EXPECT_THAT(text(status()), HasSubstr("colleague.json: is no filter file"));
+    EXPECT_THAT(text(status()), HasSubstr("colleague.json: is not a filter file"));
     EXPECT_EQ(box()->count(), 2);
     EXPECT_EQ(savedFilters(), before);
 }

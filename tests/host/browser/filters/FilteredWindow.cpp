@@ -26,7 +26,7 @@ void typeText(QWidget* widget, const QString& text)
         QTest::sendKeyEvent(QTest::Click, widget, Qt::Key_unknown, QString(sign), Qt::NoModifier);
 }
 
-// One process, so one manager for all tests: it is left as each of them found it.
+// All tests share one process, and so one manager: each test leaves it as it found it.
 FilteredWindow::FilteredWindow()
 {
     LibraryFilterManager& manager = LibraryFilterManager::getLibraryFilterManager();
@@ -85,7 +85,7 @@ void FilteredWindow::open(const VelkHost::BrowserOptions& options)
     settle();
 }
 
-// QTest::qWaitForWindowActive() takes a window for active while one of its dialogs is, and the other way round.
+// QTest::qWaitForWindowActive() counts a window as active while one of its dialogs is, and the other way round.
 void FilteredWindow::activate(QWidget* window)
 {
     window->activateWindow();

@@ -19,7 +19,7 @@ namespace test {
 /// Types a text into a widget; QTest's own function takes ASCII only.
 void typeText(QWidget* widget, const QString& text);
 
-/// A window on an installation of its own, with real files. The filters begin empty.
+/// A window on its own installation, with real files. The filters begin empty.
 class FilteredWindow : public PublishTest
 {
 protected:
@@ -34,7 +34,7 @@ protected:
 
     /// Opens the window and waits until everything is read.
     void open(const VelkHost::BrowserOptions& options = {});
-    /// Waits until something has come about; fails the test when it does not.
+    /// Waits until a condition holds; fails the test when it never does.
     template <typename Condition>
     static void eventually(Condition condition)
     {
@@ -54,7 +54,7 @@ protected:
         EXPECT_NE(found, nullptr) << objectName;
         return found;
     }
-    /// The dialog of that name, where the keys go now; fails the test when it does not open.
+    /// The dialog of that name, once it is open and has the keys; fails the test when it does not open.
     template <typename Dialog>
     Dialog* dialog(const char* objectName)
     {

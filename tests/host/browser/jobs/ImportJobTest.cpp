@@ -76,7 +76,7 @@ protected:
 
     void expectNothingLeft()
     {
-        EXPECT_THAT(test::listFolder(folder() / U"user"), Each(StrEq("browser.ini")));  // what the window was like
+        EXPECT_THAT(test::listFolder(folder() / U"user"), Each(StrEq("browser.ini")));  // the window's state
         EXPECT_THAT(test::listFolder(folder() / U"textures"), IsEmpty());
         EXPECT_THAT(test::listFolder(folder() / U"temp"), IsEmpty());
         EXPECT_EQ(model().rowCount(), 0);
@@ -122,7 +122,7 @@ TEST_F(ImportJob, TakesThePackedLibraryThatTheDialogGives)
     EXPECT_TRUE(archive.pathExists());
 }
 
-TEST_F(ImportJob, SaysWhatHidesWhatCame)
+TEST_F(ImportJob, SaysWhatHidesTheImportedLibrary)
 {
     openWindow();
     using VelkHost::LibraryKind;
@@ -175,7 +175,7 @@ TEST_F(ImportJob, SkipsWhatIsThere)
     EXPECT_EQ(firstItem(U"tables.calib"), "Table 100");
 }
 
-TEST_F(ImportJob, NeverReplacesWhatCameWithIt)
+TEST_F(ImportJob, NeverReplacesALibraryOfTheSameImport)
 {
     openWindow();
     importAndWait({packed(U"chairs.calibz"), file(U"chairs.calib", catalogFileBytes(furnitureCatalog("Armchair ")))});
@@ -212,7 +212,7 @@ std::vector<BadFile> badFiles()
 {
     const std::string catalog = catalogFileBytes(furnitureCatalog("Chair "));
     const std::string archive = test::ZipBuilder().add("a.calib", catalog).add("oak.png", "oak").bytes();
-    const std::string damaged = "It is no packed library, or it is damaged.";
+    const std::string damaged = "It is not a packed library, or it is damaged.";
     test::ZipItem wrongCrc;
     wrongCrc.name = "a.calib";
     wrongCrc.data = catalog;
@@ -222,12 +222,12 @@ std::vector<BadFile> badFiles()
         {"Text", U"x.calibz", "<html>" + std::string(5'000, 'x'), damaged},
         {"CutOff", U"x.calibz", archive.substr(0, archive.size() - 100), damaged},
         {"WithoutLibrary", U"x.calibz", test::ZipBuilder().add("oak.png", "oak").bytes(),
-         "The library in it is missing or damaged."},
+         "Its catalog file is missing or damaged."},
         {"WrongChecksum", U"x.calibz", test::ZipBuilder().add(wrongCrc).add("oak.png", "oak").bytes(),
-         "The library in it is missing or damaged."},
+         "Its catalog file is missing or damaged."},
         {"NoDatabase", U"x.calibz", test::ZipBuilder().add("a.calib", "no database").add("oak.png", "oak").bytes(),
-         "The library in it cannot be read"},
-        {"CutOffDatabase", U"x.calib", catalog.substr(0, catalog.size() / 2), "The library in it cannot be read"},
+         "Its catalog file is not a library catalog."},
+        {"CutOffDatabase", U"x.calib", catalog.substr(0, catalog.size() / 2), "Its catalog file is damaged: "},
 #ifndef _WIN32  // where no such file can be made
         {"Device", U"con.calibz", archive, "Its name cannot be that of a library."},
         {"Drive", U"c:x.calibz", archive, "Its name cannot be that of a library."},

@@ -19,7 +19,7 @@ protected:
         return folder() / U"files" / name;
     }
 
-    /// Sends what a drag with these files sends, entering first; true when it is accepted.
+    /// Sends one event of a drag with these files; true when it is accepted.
     bool drag(QWidget* over, QEvent::Type type, const std::vector<fileString>& files)
     {
         QMimeData data;

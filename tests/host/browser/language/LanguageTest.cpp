@@ -6,8 +6,9 @@
 #include "host/browser/language/Translations.h"
 #include "host/browser/manufacturers/ManufacturerEditor.h"
 #include "host/browser/search/SearchPane.h"
-#include "host/catalog/CatalogError.h"
 #include "host/installation/DataError.h"
+#include "host/service/ServiceError.h"
+#include "host/support/FileError.h"
 #include "support/Eventually.h"
 #include "support/Numbers.h"
 
@@ -31,7 +32,7 @@
 using testing::ElementsAre;
 using testing::HasSubstr;
 using VelkHost::Catalog;
-using VelkHost::CatalogError;
+using VelkHost::FileError;
 using VelkHost::Folder;
 
 namespace {
@@ -72,7 +73,7 @@ protected:
         test::eventually([this] { return test::hasSearched(window()); });
     }
 
-    /// Without the keys.
+    /// The text without the marks of its keys.
     static std::string plain(QString text) { return text.remove(u'&').toStdString(); }
 
     std::vector<std::string> menuTitles()
@@ -171,7 +172,7 @@ INSTANTIATE_TEST_SUITE_P(
 class WindowKeys : public SpeakingWindow, public testing::WithParamInterface<const char*>
 {
 protected:
-    /// The keys of texts that are there at the same time; fails the test when two are alike.
+    /// Fails the test when two texts that are seen at the same time have the same key.
     static void expectDifferent(const QStringList& texts, const std::string& where)
     {
         std::map<QString, QString> taken;
@@ -275,21 +276,27 @@ protected:
 
 TEST_F(ReasonInGerman, HasItsPartsInTheirPlaces)
 {
-    EXPECT_EQ(told(CatalogError(fileString(std::string("/a.calib")),
-                                {"is damaged: it is cut off after %1 of %2 bytes",
-                                 {VelkHost::Reason::amount(1'000), VelkHost::Reason::amount(20'000)}})),
+    EXPECT_EQ(told(FileError(fileString(std::string("/a.calib")),
+                             {"is damaged: it is cut off after %1 of %2 bytes",
+                              {VelkHost::Reason::amount(1'000), VelkHost::Reason::amount(20'000)}})),
               "/a.calib: Die Datei ist beschädigt: Sie bricht nach 1.000 von 20.000 Bytes ab");
+}
+
+TEST_F(ReasonInGerman, NamesTheAddressOfAService)
+{
+    EXPECT_EQ(told(VelkHost::ServiceError("127.0.0.1:80", "cannot be listened on; is another program using the port?")),
+              "127.0.0.1:80: Auf dieser Adresse kann nicht gelauscht werden; benutzt ein anderes Programm den Port?");
 }
 
 TEST_F(ReasonInGerman, TranslatesPartsThatAreReasons)
 {
-    EXPECT_EQ(VelkHost::translated({"%1; mend it, or move it away", {{"is damaged: %1", {"a text is missing"}}}}),
+    EXPECT_EQ(VelkHost::translated({"%1; repair it, or move it away", {{"is damaged: %1", {"a text is missing"}}}}),
               QStringLiteral("Die Datei ist beschädigt: Ein Text fehlt; reparieren oder verschieben Sie die Datei"));
 }
 
 TEST_F(ReasonInGerman, TakesAPartForWhatItIs)
 {
-    EXPECT_EQ(told(VelkHost::DataError(VelkHost::Reason("\"%1\" is no web address", {"%1 %2"}))),
+    EXPECT_EQ(told(VelkHost::DataError(VelkHost::Reason("\"%1\" is not a web address", {"%1 %2"}))),
               "„%1 %2“ ist keine Internetadresse");
 }
 
@@ -299,7 +306,7 @@ TEST_F(ReasonInGerman, LeavesOutWhatATransferSays)
               "http://a.example/: nicht abrufbar");
 }
 
-TEST_F(ReasonInGerman, KnowsWantOfMemoryAndKeepsOtherTexts)
+TEST_F(ReasonInGerman, KnowsLackOfMemoryAndKeepsOtherTexts)
 {
     EXPECT_EQ(told(std::bad_alloc()), "Der Arbeitsspeicher reicht nicht aus");
     EXPECT_EQ(told(std::runtime_error("100 %")), "100 %");

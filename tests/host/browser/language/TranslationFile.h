@@ -11,7 +11,7 @@
 
 namespace test {
 
-/// A text of the window as a file of translations has it.
+/// A text of the window as a translation file has it.
 struct TranslatedText
 {
     QStringList translations;  // several when the text has plural forms
@@ -19,14 +19,14 @@ struct TranslatedText
     bool isFinished = true;
 };
 
-/// The texts by context and, with what distinguishes equal ones, by source.
+/// The texts by context and source; the source is followed by the comment that tells equal texts apart.
 using TranslatedTexts = std::map<std::pair<QString, QString>, TranslatedText>;
 
-/// The source's path, or that of a folder of it.
+/// The path of a file or folder in the source tree.
 QString sourcePath(const QString& relative);
-/// Where the translations into a language are.
+/// The path of the translations into a language.
 QString translationFile(const QString& language);
-/// What a file of translations holds; fails the test when it cannot be read.
+/// The texts in a translation file; fails the test when it cannot be read.
 TranslatedTexts readTranslations(const QString& path);
 
 }  // namespace test

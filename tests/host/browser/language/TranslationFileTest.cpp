@@ -21,7 +21,7 @@ using test::TranslatedTexts;
 
 namespace {
 
-/// What stands in a text for something else, sorted: "%1", "%Ln", "%1%".
+/// The placeholders in a text, sorted: "%1", "%Ln", "%1%".
 QStringList placeholders(const QString& text)
 {
     static const QRegularExpression one(QStringLiteral("%(L?(n|[0-9]+%?)|%)"));
@@ -62,7 +62,7 @@ TEST_P(TranslationFile, IsComplete)
     }
 }
 
-// In the singular the number may be a word, or go without saying.
+// In the singular the number may be a word, or be left out.
 TEST_P(TranslationFile, KeepsPlaceholders)
 {
     for (const auto& [key, text] : texts()) {
@@ -84,7 +84,7 @@ TEST_P(TranslationFile, KeepsKeys)
             EXPECT_EQ(mnemonics(translation), mnemonics(key.second)) << shown(key);
 }
 
-// What people type, and the pattern of a file's name, are no texts.
+// What people type and file name patterns are not translated.
 TEST_P(TranslationFile, KeepsOperatorsAndFileNames)
 {
     static const QRegularExpression word(QStringLiteral("--service URL|\\bOR\\b|\\bNOT\\b|\\*(\\.[a-z]+)?|\\.calibz"));
@@ -99,7 +99,7 @@ TEST_P(TranslationFile, KeepsOperatorsAndFileNames)
             EXPECT_EQ(words(translation), words(key.second)) << shown(key);
 }
 
-/// Collects the texts from the sources into a copy, which then has those and no others.
+/// Collects the texts from the sources into a copy of the translations, which must then have no new and no old ones.
 TEST_P(TranslationFile, HasTheTextsOfTheSources)
 {
     const test::TemporaryFolder folder;
@@ -141,11 +141,11 @@ TEST(TranslationFiles, AreThoseOfTheLanguages)
     EXPECT_EQ(languages, VelkHost::Translations::languages());
 }
 
-// A reason is found in another language by its English text.
+// A reason's translation is found by its English text.
 TEST(TranslationFiles, HaveTheReasonsThatThePartsOfTheHostGive)
 {
     QString sources;
-    for (const char* folder : {"host/catalog", "host/installation", "host/service", "host/browser"}) {
+    for (const char* folder : {"host/catalog", "host/installation", "host/service", "host/support", "host/browser"}) {
         QDirIterator files(test::sourcePath(QString::fromLatin1(folder)), {QStringLiteral("*.cpp")}, QDir::Files,
                            QDirIterator::Subdirectories);
         ASSERT_TRUE(files.hasNext()) << folder;

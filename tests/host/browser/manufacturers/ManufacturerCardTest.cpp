@@ -20,14 +20,14 @@ using VelkHost::webAddress;
 
 namespace {
 
-// ---- Whose an item is ----------------------------------------------------------------------------
+// ---- Which manufacturer made an item -------------------------------------------------------------
 
 struct ManufacturerCase
 {
     const char* name;
     const char* keywords;
     const char* library;
-    long id;  ///< 0 for nobody
+    long id;  ///< 0 for no manufacturer
 };
 
 void PrintTo(const ManufacturerCase& row, std::ostream* stream)
@@ -198,7 +198,7 @@ TEST_F(ManufacturerCard, FollowsTheSelection)
     EXPECT_EQ(shownText("manufacturerWithdrawn"), "This manufacturer was withdrawn.");
 }
 
-/// Catches what would be opened in a browser or a mail program.
+/// Catches the addresses that would be opened in a browser or a mail program.
 class OpenedLinks : public QObject
 {
     Q_OBJECT
@@ -284,7 +284,7 @@ TEST_F(ManufacturerLogoShown, NotWhenEnormous)
     EXPECT_EQ(logoOf("acme.png"), QSize());
 }
 
-TEST_F(ManufacturerLogoShown, NotWhenItIsNoPicture)
+TEST_F(ManufacturerLogoShown, NotWhenItIsNotAPicture)
 {
     test::writeFile(data(U"acme.png"), test::png("cut off"));
     EXPECT_EQ(logoOf("acme.png"), QSize());

@@ -12,7 +12,7 @@
 
 namespace test {
 
-/// A window on a library "Doors" with an item of each of some manufacturers, and on cards made by the tests.
+/// A window on a library "Doors" with one item of each of several manufacturers, and on cards made by the tests.
 class ManufacturerWindow : public FilteredWindow
 {
 protected:
@@ -27,7 +27,7 @@ protected:
     /// The card's pane beside the item of that index; opens the window.
     VelkHost::ManufacturerPane& paneOf(std::size_t item, const VelkHost::BrowserOptions& options = {});
     VelkHost::ManufacturerPane& pane() { return *find<VelkHost::ManufacturerPane>("manufacturerPane"); }
-    /// What a label of the pane shows; nothing when it is hidden.
+    /// What a label of the pane shows; empty when it is hidden.
     std::optional<std::string> shownText(const char* objectName);
 };
 

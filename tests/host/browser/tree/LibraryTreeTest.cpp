@@ -132,7 +132,7 @@ TEST_F(LibraryTree, TellsWhichLibraryCannotBeRead)
     test::writeFile(core(U"broken.calib"), "no catalog");
     openWindow();
     EXPECT_EQ(texts(), QStringList(QStringLiteral("things")));
-    EXPECT_EQ(message(), "broken cannot be read: is no library catalog");
+    EXPECT_EQ(message(), "“broken” is not a library catalog");
 }
 
 TEST_F(LibraryTree, SaysWhatToDoWithoutLibraries)

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+
+namespace Velk::detail {
+
+/// 32 hexadecimal digits that nobody can guess. Throws std::runtime_error when the system has no
+/// randomness.
+std::string randomName();
+
+}  // namespace Velk::detail

@@ -1,0 +1,205 @@
+#include <VelkCommon/Platform/FileSystem.h>
+
+#include <VelkCommon/Platform/detail/Windows.h>
+
+#include <aclapi.h>
+
+namespace Velk::Platform {
+namespace {
+
+// 1601-01-01 to 1970-01-01, in units of 100 ns.
+constexpr long long epoch = 116444736000000000LL;
+constexpr long long ticksPerSecond = 10000000LL;
+
+bool setAccessList(const std::wstring& path)
+{
+    // By number: the group's name is translated.
+    SID_IDENTIFIER_AUTHORITY world = SECURITY_WORLD_SID_AUTHORITY;
+    SID everyone = {};
+    if (::InitializeSid(&everyone, &world, 1) == 0)
+        return false;
+    *::GetSidSubAuthority(&everyone, 0) = SECURITY_WORLD_RID;
+    EXPLICIT_ACCESSW entry = {};
+    entry.grfAccessPermissions = GENERIC_ALL;
+    entry.grfAccessMode = GRANT_ACCESS;
+    entry.grfInheritance = SUB_CONTAINERS_AND_OBJECTS_INHERIT;
+    entry.Trustee.TrusteeForm = TRUSTEE_IS_SID;
+    entry.Trustee.TrusteeType = TRUSTEE_IS_WELL_KNOWN_GROUP;
+    entry.Trustee.ptstrName = reinterpret_cast<LPWSTR>(&everyone);
+
+    std::wstring name = path;
+    PACL present = nullptr;
+    LocalMemory<void> descriptor;
+    if (::GetNamedSecurityInfoW(name.data(), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr, nullptr, &present,
+                                nullptr, &descriptor.pointer) != ERROR_SUCCESS)
+        return false;
+    LocalMemory<ACL> extended;
+    if (::SetEntriesInAclW(1, &entry, present, &extended.pointer) != ERROR_SUCCESS)
+        return false;
+    return ::SetNamedSecurityInfoW(name.data(), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr, nullptr,
+                                   extended.pointer, nullptr) == ERROR_SUCCESS;
+}
+
+}  // namespace
+
+std::optional<FileStatus> fileStatus(const std::string& path) noexcept
+{
+    return guarded(
+        [&]() -> std::optional<FileStatus> {
+            // With backup semantics folders open too; without access rights nothing is in the way.
+            const Handle file(::CreateFileW(systemPath(path).c_str(), 0, shareAll, nullptr, OPEN_EXISTING,
+                                            FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+            BY_HANDLE_FILE_INFORMATION found = {};
+            if (!file || ::GetFileInformationByHandle(file.get(), &found) == 0)
+                return std::nullopt;
+            const auto join = [](DWORD high, DWORD low) {
+                return static_cast<long long>(static_cast<unsigned long long>(high) << 32U | low);
+            };
+            const long long ticks = join(found.ftLastWriteTime.dwHighDateTime, found.ftLastWriteTime.dwLowDateTime);
+            return FileStatus{isFolder(found.dwFileAttributes), join(found.nFileSizeHigh, found.nFileSizeLow),
+                              (ticks - epoch) / ticksPerSecond};
+        },
+        std::optional<FileStatus>());
+}
+
+bool nameTaken(const std::string& path) noexcept
+{
+    return guarded([&] { return attributesOf(systemPath(path)) != INVALID_FILE_ATTRIBUTES; }, false);
+}
+
+bool createSharedFolder(const std::string& path) noexcept
+{
+    return guarded(
+        [&] {
+            const std::wstring name = systemPath(path);
+            if (::CreateDirectoryW(name.c_str(), nullptr) != 0)
+                return setAccessList(name);
+            const auto status = fileStatus(path);
+            return status && status->folder;
+        },
+        false);
+}
+
+bool createPrivateFolder(const std::string& path) noexcept
+{
+    return guarded(
+        [&] {
+            // It inherits the access list of the user's own folders.
+            const std::wstring name = systemPath(path);
+            if (::CreateDirectoryW(name.c_str(), nullptr) != 0)
+                return true;
+            const DWORD attributes = attributesOf(name);
+            return attributes != INVALID_FILE_ATTRIBUTES && isFolder(attributes) && !isLink(attributes);
+        },
+        false);
+}
+
+bool removeFile(const std::string& path, bool overrideReadOnly) noexcept
+{
+    return guarded(
+        [&] {
+            const std::wstring name = systemPath(path);
+            const DWORD attributes = attributesOf(name);
+            if (attributes == INVALID_FILE_ATTRIBUTES || (isFolder(attributes) && !isLink(attributes)))
+                return false;
+            return removeOne(name, attributes, overrideReadOnly);
+        },
+        false);
+}
+
+MoveResult move(const std::string& from, const std::string& to, bool replace) noexcept
+{
+    return guarded(
+        [&] {
+            const std::wstring source = systemPath(from);
+            const std::wstring target = systemPath(to);
+            const DWORD attributes = attributesOf(source);
+            if (attributes == INVALID_FILE_ATTRIBUTES || target.empty())
+                return MoveResult::failed;
+            const bool mayReplace = replace && !isFolder(attributes);
+            const DWORD flags = MOVEFILE_WRITE_THROUGH | (mayReplace ? DWORD{MOVEFILE_REPLACE_EXISTING} : DWORD{0});
+            if (patiently([&] { return ::MoveFileExW(source.c_str(), target.c_str(), flags) != 0; }))
+                return MoveResult::moved;
+            return ::GetLastError() == ERROR_NOT_SAME_DEVICE ? MoveResult::otherVolume : MoveResult::failed;
+        },
+        MoveResult::failed);
+}
+
+void syncFolder(const std::string&) noexcept
+{
+    // MOVEFILE_WRITE_THROUGH has done it.
+}
+
+std::optional<std::uint64_t> freeSpace(const std::string& folder) noexcept
+{
+    return guarded(
+        [&]() -> std::optional<std::uint64_t> {
+            ULARGE_INTEGER available = {};
+            if (::GetDiskFreeSpaceExW(systemPath(folder).c_str(), &available, nullptr, nullptr) == 0)
+                return std::nullopt;
+            return available.QuadPart;
+        },
+        std::optional<std::uint64_t>());
+}
+
+bool canChangeFolder(const std::string& folder) noexcept
+{
+    return guarded(
+        [&] {
+            const Handle opened(::CreateFileW(systemPath(folder).c_str(), FILE_ADD_FILE, shareAll, nullptr,
+                                              OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+            BY_HANDLE_FILE_INFORMATION found = {};
+            return opened && ::GetFileInformationByHandle(opened.get(), &found) != 0 &&
+                   isFolder(found.dwFileAttributes);
+        },
+        false);
+}
+
+bool canWriteFile(const std::string& path) noexcept
+{
+    const Handle file(openFile(path, GENERIC_WRITE, shareAll, OPEN_EXISTING));
+    return static_cast<bool>(file);
+}
+
+bool canReplaceFile(const std::string& folder, const std::string&) noexcept
+{
+    return canChangeFolder(folder);
+}
+
+bool isWriteLocked(const std::string& path) noexcept
+{
+    // Does not share writing, so it fails where somebody has the file open for that.
+    const Handle file(openFile(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, OPEN_EXISTING));
+    return !file && ::GetLastError() == ERROR_SHARING_VIOLATION;
+}
+
+bool makeWritable(const std::string& path) noexcept
+{
+    return guarded(
+        [&] {
+            const std::wstring name = systemPath(path);
+            const DWORD attributes = attributesOf(name);
+            return attributes != INVALID_FILE_ATTRIBUTES && clearReadOnly(name, attributes);
+        },
+        false);
+}
+
+bool grantEveryone(const std::string& path) noexcept
+{
+    return guarded([&] { return setAccessList(systemPath(path)); }, false);
+}
+
+bool appendText(const std::string& path, std::string_view text)
+{
+    std::string lines;
+    lines.reserve(text.size() + text.size() / 8);
+    for (const char character : text)
+        lines.append(character == '\n' ? "\r\n" : std::string(1, character));
+    const Handle file(openFile(path, FILE_APPEND_DATA, shareAll, OPEN_ALWAYS));
+    DWORD written = 0;
+    return file && lines.size() <= requestLimit &&
+           ::WriteFile(file.get(), lines.data(), static_cast<DWORD>(lines.size()), &written, nullptr) != 0 &&
+           written == lines.size();
+}
+
+}  // namespace Velk::Platform

@@ -1,0 +1,125 @@
+#include <VelkCommon/Platform/File.h>
+
+#include <VelkCommon/Platform/FileSystem.h>
+#include <VelkCommon/Platform/detail/Windows.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace Velk::Platform {
+namespace {
+
+// As openFile(), but only what has an end: a device or a pipe must not keep a reader busy for ever.
+HANDLE openForReading(const std::string& path, DWORD share) noexcept
+{
+    const HANDLE file = openFile(path, GENERIC_READ, share, OPEN_EXISTING);
+    if (file == INVALID_HANDLE_VALUE || ::GetFileType(file) == FILE_TYPE_DISK)
+        return file;
+    ::CloseHandle(file);
+    ::SetLastError(ERROR_BAD_FILE_TYPE);
+    return INVALID_HANDLE_VALUE;
+}
+
+}  // namespace
+
+File File::open(const std::string& path, Mode mode) noexcept
+{
+    if (mode == Mode::read)
+        return File(numberOf(openForReading(path, shareAll)));
+    return File(numberOf(openFile(path, GENERIC_READ | GENERIC_WRITE, shareAll, CREATE_NEW)));
+}
+
+File::LockResult File::openLocked(const std::string& path, Lock lock) noexcept
+{
+    File file(numberOf(lock == Lock::shared ? openForReading(path, FILE_SHARE_READ)
+                                            : openFile(path, GENERIC_WRITE, 0, OPEN_ALWAYS)));
+    if (!file.isOpen())
+        return ::GetLastError() == ERROR_SHARING_VIOLATION ? LockResult::held : LockResult::failed;
+    *this = std::move(file);
+    return LockResult::locked;
+}
+
+bool File::close() noexcept
+{
+    return ::CloseHandle(handleOf(std::exchange(handle_, closed))) != 0;
+}
+
+long long File::read(char* bytes, std::size_t size) noexcept
+{
+    std::size_t total = 0;
+    while (total < size) {
+        DWORD got = 0;
+        const auto request = static_cast<DWORD>(std::min(size - total, requestLimit));
+        if (::ReadFile(handleOf(handle_), bytes + total, request, &got, nullptr) == 0)
+            return -1;
+        if (got == 0)
+            break;
+        total += got;
+    }
+    return static_cast<long long>(total);
+}
+
+long long File::readAt(long long offset, char* bytes, std::size_t size) noexcept
+{
+    return seek(offset) ? read(bytes, size) : -1;
+}
+
+bool File::write(const char* bytes, std::size_t size) noexcept
+{
+    while (size > 0) {
+        DWORD written = 0;
+        const auto request = static_cast<DWORD>(std::min(size, requestLimit));
+        if (::WriteFile(handleOf(handle_), bytes, request, &written, nullptr) == 0 || written == 0)
+            return false;
+        bytes += written;
+        size -= written;
+    }
+    return true;
+}
+
+bool File::seek(long long offset) noexcept
+{
+    LARGE_INTEGER distance = {};
+    distance.QuadPart = offset;
+    return ::SetFilePointerEx(handleOf(handle_), distance, nullptr, FILE_BEGIN) != 0;
+}
+
+long long File::size() const noexcept
+{
+    LARGE_INTEGER size = {};
+    return ::GetFileSizeEx(handleOf(handle_), &size) != 0 ? size.QuadPart : -1;
+}
+
+bool File::truncate() noexcept
+{
+    if (::GetFileType(handleOf(handle_)) != FILE_TYPE_DISK)
+        return true;
+    return seek(0) && ::SetEndOfFile(handleOf(handle_)) != 0;
+}
+
+bool File::sync() noexcept
+{
+    // What was opened for reading only has nothing to write.
+    return ::FlushFileBuffers(handleOf(handle_)) != 0 || ::GetLastError() == ERROR_ACCESS_DENIED;
+}
+
+void File::expectSequentialReading() noexcept
+{
+    // The system sees it for itself.
+}
+
+// The system copies by name only.
+void File::copyBySystem(File&) noexcept {}
+
+long long File::copyBySystem(File&, long long, long long) noexcept
+{
+    return 0;
+}
+
+bool File::copyPermissionsFrom(const std::string& source) noexcept
+{
+    // A file has the access list of its folder.
+    return nameTaken(source);
+}
+
+}  // namespace Velk::Platform

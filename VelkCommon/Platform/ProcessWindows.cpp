@@ -1,0 +1,59 @@
+#include <VelkCommon/Platform/Process.h>
+
+#include <VelkCommon/Platform/detail/Windows.h>
+
+#include <bcrypt.h>
+
+#include <algorithm>
+
+namespace Velk::Platform {
+
+std::string lastErrorText()
+{
+    const DWORD error = ::GetLastError();
+    LocalMemory<wchar_t> buffer;
+    const DWORD size =
+        ::FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
+                         nullptr, error, 0, reinterpret_cast<LPWSTR>(&buffer.pointer), 0, nullptr);
+    std::wstring_view text(buffer.pointer, size);
+    while (!text.empty() && (text.back() == L'\n' || text.back() == L'\r' || text.back() == L' '))
+        text.remove_suffix(1);
+    return text.empty() ? "error " + std::to_string(error) : fromNativePath(text);
+}
+
+bool debuggerPresent()
+{
+    return ::IsDebuggerPresent() != 0;
+}
+
+void debugBreak()
+{
+    ::DebugBreak();
+}
+
+void writeToStandardError(std::string_view text) noexcept
+{
+    const HANDLE handle = ::GetStdHandle(STD_ERROR_HANDLE);
+    if (handle == nullptr || handle == INVALID_HANDLE_VALUE)
+        return;
+    while (!text.empty()) {
+        DWORD written = 0;
+        const auto size = static_cast<DWORD>(std::min(text.size(), requestLimit));
+        if (::WriteFile(handle, text.data(), size, &written, nullptr) == 0 || written == 0)
+            return;
+        text.remove_prefix(written);
+    }
+}
+
+std::uint32_t currentThreadId() noexcept
+{
+    return ::GetCurrentThreadId();
+}
+
+bool fillRandom(void* bytes, std::size_t size) noexcept
+{
+    return ::BCryptGenRandom(nullptr, static_cast<PUCHAR>(bytes), static_cast<ULONG>(size),
+                             BCRYPT_USE_SYSTEM_PREFERRED_RNG) == 0;
+}
+
+}  // namespace Velk::Platform

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <VelkCommon/Export.h>
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+/// Lower case of texts. Nothing throws but for memory. Any thread.
+namespace StringUtils {
+
+/// Lower case by Unicode's simple mapping, code point by code point: independent of locale and of
+/// context (a final sigma is an ordinary sigma), and never a change in the number of code points.
+/// Values that are no code points stay as they are.
+VELKCOMMON_EXPORT std::u32string toLower(std::u32string_view text);
+
+/// The same mapping on UTF-8, so that it agrees with toLower() on every code point. Bytes that are not
+/// UTF-8 are copied unchanged.
+VELKCOMMON_EXPORT std::string toLowerUtf8(std::string_view text);
+
+/// The room that toLowerUtf8Into() needs for a text of `size` bytes. More than the result can hold:
+/// some letters grow from two bytes to three, and whole blocks are written at the end.
+constexpr std::size_t lowerUtf8Room(std::size_t size) noexcept
+{
+    return size + size / 2 + 32;
+}
+
+/// Writes the lower-case form of `text` to `out`, which has room for at least
+/// `lowerUtf8Room(text.size())` bytes and does not overlap `text`. Returns the length of the result;
+/// the bytes behind it are unspecified. Allocates nothing; never throws.
+VELKCOMMON_EXPORT std::size_t toLowerUtf8Into(char* out, std::string_view text) noexcept;
+
+}  // namespace StringUtils

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstddef>
+#include <new>
+
+namespace Velk::detail {
+
+/// An object that is made once and then lives until the process ends, without its destructor ever being
+/// run. For what code may still use that runs while the process ends: destructors of other static
+/// objects, whose order across libraries nobody knows, and threads that nobody waits for.
+///
+///     Pool& pool()
+///     {
+///         static NeverDestroyed<Pool> sessions;
+///         return *sessions;
+///     }
+template <typename Object>
+class NeverDestroyed
+{
+public:
+    NeverDestroyed() : NeverDestroyed([] { return Object(); }) {}
+    /// Holds what `make` returns. For a class that only its own functions can construct.
+    template <typename Make>
+    explicit NeverDestroyed(Make make) : object_(::new (static_cast<void*>(room_)) Object(make()))
+    {}
+    NeverDestroyed(const NeverDestroyed&) = delete;
+    NeverDestroyed& operator=(const NeverDestroyed&) = delete;
+
+    Object& operator*() noexcept { return *object_; }
+
+private:
+    alignas(Object) std::byte room_[sizeof(Object)];
+    Object* object_;
+};
+
+}  // namespace Velk::detail

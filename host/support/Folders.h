@@ -1,0 +1,33 @@
+#pragma once
+
+#include <VelkCommon/Files/fileString.h>
+
+#include <string_view>
+#include <vector>
+
+namespace VelkHost {
+
+/// A relative path, counted from the current folder; any other path unchanged.
+fileString absolutePath(const fileString& path);
+
+/// Whether a folder stands at `path`; a link counts by its target.
+bool isFolder(const fileString& path);
+
+/// Makes the folder and its parents. Throws FileError.
+void makeFolder(const fileString& path);
+
+/// The files in `folder` whose extension is exactly `extension` (such as ".calib"), sorted by name.
+/// Throws FileError for a folder that cannot be read.
+std::vector<fileString> filesInFolder(const fileString& folder, std::string_view extension);
+
+/// A file or folder in a folder.
+struct FolderEntry
+{
+    fileString name;
+    bool isFolder = false;  ///< a link counts by its target
+};
+
+/// Everything in `folder`, sorted by name. Throws FileError for a folder that cannot be read.
+std::vector<FolderEntry> folderEntries(const fileString& folder);
+
+}  // namespace VelkHost

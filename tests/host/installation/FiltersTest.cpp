@@ -1,0 +1,91 @@
+#include "host/installation/Filters.h"
+
+#include "host/fixtures/Fixtures.h"
+#include "host/support/FileError.h"
+
+#include <VelkCommon/Files/PathUtils.h>
+#include <VelkCommon/Reporting/MessagingSystem.h>
+#include <VelkLibrary/Filter/FilterFile.h>
+#include <VelkLibrary/LibraryFilterManager.h>
+
+#include <filesystem>
+#include <thread>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class InstalledFilters : public test::TestHost
+{
+protected:
+    static fileString path()
+    {
+        return PathUtils::getObject().getCoreLibraryDatabasePath() + fileString(std::string("catalog_filters.json"));
+    }
+
+    static FilterFile saved()
+    {
+        FilterFile file;
+        EXPECT_TRUE(file.read(path()));
+        return file;
+    }
+
+    static std::vector<std::string> namesOf(const std::vector<LibraryFilter>& filters)
+    {
+        std::vector<std::string> names;
+        for (const LibraryFilter& filter : filters)
+            names.push_back(filter.getFilterName());
+        return names;
+    }
+};
+
+TEST_F(InstalledFilters, KeepTheirOrderFromChangeToChange)
+{
+    for (const char* name : {"A", "B", "C"})
+        VelkHost::addToFilter(name, {"x"});
+    VelkHost::setCurrentFilter(2);
+    EXPECT_THAT(namesOf(saved().filters), ElementsAre("A", "B", "C"));
+    EXPECT_THAT(namesOf(VelkHost::installedFilters().getLibraryFilters()), ElementsAre("A", "B", "C"));
+}
+
+TEST_F(InstalledFilters, AreThoseOfTheFileWhoeverWroteIt)
+{
+    VelkHost::addToFilter("A", {"x"});
+    ASSERT_TRUE((FilterFile{5, {{"Elsewhere", 5, {"y"}}}}.write(path())));
+    EXPECT_THAT(namesOf(VelkHost::installedFilters().getLibraryFilters()), ElementsAre("Elsewhere"));
+    EXPECT_EQ(VelkHost::installedFilters().getCurrentFilterId(), 5);
+}
+
+TEST_F(InstalledFilters, AreAsTheyWereWhenAChangeCannotBeSaved)
+{
+    VelkHost::addToFilter("A", {"x"});
+    LibraryFilterManager& manager = VelkHost::installedFilters();
+    std::filesystem::remove(path().utf8());
+    std::filesystem::create_directory(path().utf8());
+    EXPECT_THROW(VelkHost::addToFilter("B", {"x"}), VelkHost::FileError);
+    EXPECT_THAT(namesOf(manager.getLibraryFilters()), ElementsAre("A"));
+}
+
+// A save that succeeds does not fail because another worker sends messages meanwhile.
+TEST_F(InstalledFilters, AreSavedWhileTheUserGetsMessages)
+{
+    constexpr int changes = 100;
+    std::jthread messenger([](const std::stop_token& stop) {
+        while (!stop.stop_requested())
+            error::MessagingSystem::control().notify("another worker", 1, error::WarningTrait(), 1, "text", "", "");
+    });
+    std::jthread saver([] {
+        for (int i = 0; i < changes; ++i)
+            EXPECT_NO_THROW(VelkHost::addToFilter("F" + std::to_string(i), {"x"}));
+    });
+    saver.join();
+    messenger.request_stop();
+    messenger.join();
+    EXPECT_THAT(saved().filters, SizeIs(changes));
+    EXPECT_THAT(VelkHost::installedFilters().getLibraryFilters(), SizeIs(changes)) << "nothing was rolled back";
+    EXPECT_THAT(messages(), testing::Not(IsEmpty()));
+}
+
+}  // namespace
