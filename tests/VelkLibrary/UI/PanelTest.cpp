@@ -1,4 +1,5 @@
 #include "VelkLibrary/UI/PanelTest.h"
+
 #include "support/Numbers.h"
 
 #include <QBoxLayout>
@@ -10,11 +11,11 @@
 namespace test {
 
 PanelTest::PanelTest()
-    : texts_{{2749, U"%1%"},
-             {2750, U"%1% of %2%"},
-             {2752, U"tip of the amounts"},
-             {2753, U"tip of the bar"},
-             {2754, U"tip of the percentage"}}
+    : texts_{{textNumber::percentage, U"%1%"},
+             {textNumber::amounts, U"%1% of %2%"},
+             {textNumber::amountsToolTip, U"tip of the amounts"},
+             {textNumber::barOnlyToolTip, U"tip of the bar"},
+             {textNumber::percentageToolTip, U"tip of the percentage"}}
 {
     auto* const column = new QVBoxLayout(&window_);
     splitter_ = new QSplitter(Qt::Vertical);

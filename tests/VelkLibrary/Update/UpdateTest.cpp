@@ -1,7 +1,5 @@
 #include "VelkLibrary/Update/UpdateTest.h"
 
-#include <VelkCommon/Files/SHA1.h>
-
 #include "support/EventLoop.h"
 #include "support/ZipBuilder.h"
 
@@ -9,13 +7,6 @@
 #include <random>
 
 namespace test {
-
-std::string sha1(const std::string& bytes)
-{
-    const TemporaryFolder folder;
-    writeFile(folder / U"bytes", bytes);
-    return SHA1::fileContentsToSHA1Hex(folder / U"bytes");
-}
 
 std::string databaseBytes(char seed, std::size_t size)
 {

@@ -4,6 +4,7 @@
 #include <VelkLibrary/LibraryCatalogUpdater.h>
 
 #include "VelkLibrary/Update/RecordingReceiver.h"
+#include "support/Hashes.h"
 #include "support/ScriptedServer.h"
 #include "support/TestHost.h"
 
@@ -18,9 +19,6 @@
 #include <vector>
 
 namespace test {
-
-/// The SHA-1 of bytes, as the hash of a file that holds them.
-std::string sha1(const std::string& bytes);
 
 /// Bytes that depend on `seed` and hardly shrink when they are packed.
 std::string databaseBytes(char seed, std::size_t size = 5'000);

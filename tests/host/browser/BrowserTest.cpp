@@ -1,7 +1,6 @@
 #include "BrowserTest.h"
 
 #include "host/browser/search/SearchPane.h"
-#include "host/catalog/CatalogFile.h"
 #include "support/Eventually.h"
 
 #include <QLineEdit>
@@ -25,13 +24,6 @@ Catalog furnitureCatalog(const std::string& prefix)
         catalog.items.push_back({"chair#" + std::to_string(i), 2, prefix + std::to_string(100 + i), "", "", {}});
     catalog.items.push_back({"table", 3, "Table", "", "", {}});
     return catalog;
-}
-
-std::string catalogFileBytes(const Catalog& catalog)
-{
-    const TemporaryFolder folder;
-    VelkHost::writeCatalog(catalog, folder / U"a.calib");
-    return readFile(folder / U"a.calib");
 }
 
 QStringList resultRows(const QAbstractItemModel& results)
@@ -63,7 +55,7 @@ void BrowserTest::openWindow()
     QObject::connect(window_.get(), &VelkHost::BrowserWindow::librariesRead, window_.get(), [this] { ++readings_; });
     window_->resize(800, 400);
     window_->show();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(window_.get()));
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window_.get(), static_cast<int>(patience.count())));
     window_->readLibraries();
     eventually([this] { return readings_ == 1; });
 }

@@ -20,9 +20,6 @@ namespace test {
 /// "chair#0" to "chair#59", called `prefix` and a number.
 VelkHost::Catalog furnitureCatalog(const std::string& prefix);
 
-/// The bytes of a catalog file.
-std::string catalogFileBytes(const VelkHost::Catalog& catalog);
-
 /// What a search has found: the titles of the groups and, indented, the names of their hits.
 QStringList resultRows(const QAbstractItemModel& results);
 

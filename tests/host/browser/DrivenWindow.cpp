@@ -121,11 +121,8 @@ DrivenWindow::~DrivenWindow()
 void DrivenWindow::publishLibraries(const std::string& chairs)
 {
     for (const auto& [name, catalog] :
-         {std::pair(U"core/furniture.calib", furniture(chairs)), std::pair(U"core/garden.calib", garden())}) {
-        const TemporaryFolder made;
-        VelkHost::writeCatalog(catalog, made / U"a.calib");
-        writeFileDeep(input(name), readFile(made / U"a.calib"));
-    }
+         {std::pair(U"core/furniture.calib", furniture(chairs)), std::pair(U"core/garden.calib", garden())})
+        writeFileDeep(input(name), catalogFileBytes(catalog));
     publish();
 }
 

@@ -3,7 +3,6 @@
 #include "host/fixtures/PublishFixtures.h"
 #include "host/fixtures/ServiceRequests.h"
 
-#include "host/service/SelfSigned.h"
 #include "support/QtProcesses.h"
 
 #include <QProcess>
@@ -120,18 +119,6 @@ TEST_F(ServiceCommand, ServesOverTlsWithACertificateOfItsOwn)
     ASSERT_TRUE(answer) << httplib::to_string(answer.error());
     EXPECT_EQ(answer->status, 200);
     EXPECT_EQ(serving.interrupt(), 0);
-}
-
-TEST_F(ServiceCommand, KeepsItsCertificate)
-{
-    const fileString tls = folder() / U"tls";
-    const VelkHost::ServiceCertificate files = VelkHost::selfSignedCertificate(tls);
-    const std::string first = test::readFile(files.certificate);
-    VelkHost::selfSignedCertificate(tls);
-    EXPECT_EQ(test::readFile(files.certificate), first);
-    test::writeFile(files.certificate, "spoilt");
-    VelkHost::selfSignedCertificate(tls);
-    EXPECT_THAT(test::readFile(files.certificate), StartsWith("-----BEGIN CERTIFICATE-----"));
 }
 
 TEST_F(ServiceCommand, ExplainsWhyItCannotServe)

@@ -2,17 +2,14 @@
 #include "host/fixtures/Fixtures.h"
 #include "host/fixtures/ProgramRun.h"
 
-#include "host/catalog/CatalogFile.h"
-#include "host/installation/CatalogInstaller.h"
 #include "host/service/Publisher.h"
 #include "host/service/SiteService.h"
+#include "support/Hashes.h"
 #include "support/QtProcesses.h"
 #include "support/ScriptedServer.h"
 #include "support/ZipBuilder.h"
 
 #include <VelkCommon/Files/FileUtils.h>
-#include <VelkCommon/Files/SHA1.h>
-#include <VelkLibrary/CatalogDownloadProtocol.h>
 #include <VelkLibrary/UpdateData.h>
 
 #include <QJsonArray>
@@ -27,28 +24,13 @@
 
 using test::ProgramRun;
 using test::Reply;
+using test::sha1;
+using test::smallCatalogBytes;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
 namespace {
-
-/// The bytes of a small catalog file of that name.
-std::string catalogBytes(const std::string& name)
-{
-    const test::TemporaryFolder folder;
-    VelkHost::Catalog catalog = test::smallCatalog();
-    catalog.name = name;
-    VelkHost::writeCatalog(catalog, folder / U"catalog.calib");
-    return test::readFile(folder / U"catalog.calib");
-}
-
-std::string sha1(const std::string& bytes)
-{
-    const test::TemporaryFolder folder;
-    test::writeFile(folder / U"bytes", bytes);
-    return SHA1::fileContentsToSHA1Hex(folder / U"bytes");
-}
 
 /// The real program against a service in this process.
 class UpdateCommand : public test::TestHost
@@ -100,8 +82,8 @@ protected:
 
 TEST_F(UpdateCommand, FillsAnEmptyInstallation)
 {
-    const std::string plants = catalogBytes("Plants");
-    const std::string garden = catalogBytes("Garden");
+    const std::string plants = smallCatalogBytes("Plants");
+    const std::string garden = smallCatalogBytes("Garden");
     publish("Standard_Core_Content_Index.txt", "plants.calib\n");
     publish("plants.calib", plants);
     answer("garden.calibz",
@@ -138,7 +120,7 @@ TEST_F(UpdateCommand, TrustsTheCertificatesItIsGiven)
 TEST_F(UpdateCommand, TellsScripts)
 {
     publish("Standard_Core_Content_Index.txt", "Küche 2.calib\n");
-    publish("Küche 2.calib", catalogBytes("Kitchen"));
+    publish("Küche 2.calib", smallCatalogBytes("Kitchen"));
     const ProgramRun run = update({"--format", "json"});
     EXPECT_EQ(run.exitCode, 0);
     const QJsonObject object = run.json();
@@ -153,7 +135,7 @@ TEST_F(UpdateCommand, TellsScripts)
 
 TEST_F(UpdateCommand, KeepsACatalogWhenTheDownloadIsNotOne)
 {
-    const std::string installed = catalogBytes("Plants");
+    const std::string installed = smallCatalogBytes("Plants");
     FileUtils::createDirectoriesWithPerm(home() / U"core");
     test::writeFile(home() / U"core" / U"plants.calib", installed);
     publish("Standard_Core_Content_Index.txt", "");
@@ -163,7 +145,7 @@ TEST_F(UpdateCommand, KeepsACatalogWhenTheDownloadIsNotOne)
     EXPECT_THAT(run.output, HasSubstr("kept       " + (home() / U"core" / U"plants.calib").utf8()));
     EXPECT_EQ(test::readFile(home() / U"core" / U"plants.calib"), installed);
     // The service repairs itself: the catalog must come although its first version was fetched.
-    const std::string repaired = catalogBytes("Plants 2");
+    const std::string repaired = smallCatalogBytes("Plants 2");
     publish("plants.calib", repaired);
     EXPECT_EQ(update().exitCode, 0);
     EXPECT_EQ(test::readFile(home() / U"core" / U"plants.calib"), repaired);
@@ -171,7 +153,7 @@ TEST_F(UpdateCommand, KeepsACatalogWhenTheDownloadIsNotOne)
 
 TEST_F(UpdateCommand, AsksAgainForWhatCouldNotBeInstalled)
 {
-    const std::string installed = catalogBytes("Plants");
+    const std::string installed = smallCatalogBytes("Plants");
     FileUtils::createDirectoriesWithPerm(home() / U"core");
     test::writeFile(home() / U"core" / U"plants.calib", installed);
     publish("Standard_Core_Content_Index.txt", "");
@@ -187,8 +169,8 @@ TEST_F(UpdateCommand, UpdatesTheKindsThatAreNamed)
 {
     FileUtils::createDirectoriesWithPerm(home() / U"core");
     FileUtils::createDirectoriesWithPerm(home() / U"bonus");
-    test::writeFile(home() / U"core" / U"a.calib", catalogBytes("A"));
-    test::writeFile(home() / U"bonus" / U"b.calib", catalogBytes("B"));
+    test::writeFile(home() / U"core" / U"a.calib", smallCatalogBytes("A"));
+    test::writeFile(home() / U"bonus" / U"b.calib", smallCatalogBytes("B"));
     const auto asked = [this] {
         std::vector<std::string> names;
         for (const auto& request : server.requests("/api"))
@@ -237,12 +219,12 @@ TEST_F(UpdateCommand, RefusesACommandLineThatMakesNoSense)
 #ifndef _WIN32
 TEST_F(UpdateCommand, EndsCleanlyOnCtrlC)
 {
-    const std::string installed = catalogBytes("Plants");
+    const std::string installed = smallCatalogBytes("Plants");
     FileUtils::createDirectoriesWithPerm(home() / U"core");
     test::writeFile(home() / U"core" / U"plants.calib", installed);
     publish("Standard_Core_Content_Index.txt", "");
     const test::Gate gate;
-    Reply slow = Reply::file(catalogBytes("Plants 2"), "new");
+    Reply slow = Reply::file(smallCatalogBytes("Plants 2"), "new");
     slow.block = 1'000;
     slow.beforeBlock = gate;
     answer("plants.calib", slow);
@@ -319,8 +301,8 @@ private:
 
 TEST_F(UpdateFromSite, TagsAndHashesAgreeOnEveryPath)
 {
-    const std::string plants = catalogBytes("Plants");
-    const std::string garden = catalogBytes("Garden");
+    const std::string plants = smallCatalogBytes("Plants");
+    const std::string garden = smallCatalogBytes("Garden");
     const std::string textures = test::ZipBuilder().add("oak.png", std::string(3'000, 'o')).bytes();
     test::writeFile(in(U"publish", U"core", U"Küche 2.calib"), plants);
     test::writeFile(in(U"publish", U"referenced", U"textures.zip"), textures);
@@ -344,65 +326,12 @@ TEST_F(UpdateFromSite, TagsAndHashesAgreeOnEveryPath)
     EXPECT_EQ(update("fresh").output, "Everything is up to date.\n");
     EXPECT_THAT(fetched(), IsEmpty()) << "with the publisher's own catalogs, and no hash file";
 
-    const std::string changed = catalogBytes("Plants 2");
+    const std::string changed = smallCatalogBytes("Plants 2");
     test::writeFile(in(U"publish", U"core", U"Küche 2.calib"), changed);
     publish();
     EXPECT_EQ(update("home").exitCode, 0);
     EXPECT_THAT(fetched(), ElementsAre(HasSubstr("K%C3%BCche%202.calib"))) << "only what has changed";
     EXPECT_EQ(test::readFile(in(U"home", U"core", U"Küche 2.calib")), changed);
-}
-
-// ---- Installing by itself ------------------------------------------------------------------------
-
-class CatalogInstaller : public test::TestHost
-{
-protected:
-    fileString core() const { return folder() / U"core"; }
-};
-
-TEST_F(CatalogInstaller, ReplacesAndAdds)
-{
-    test::writeFile(core() / U"a.calib", "old");
-    const std::string first = catalogBytes("A");
-    const std::string second = catalogBytes("B");
-    test::writeFile(folder() / U"1.calib", first);
-    test::writeFile(folder() / U"2.calib", second);
-    VelkHost::CatalogInstaller installer;
-    EXPECT_TRUE(installer.install({core() / U"a.calib", folder() / U"1.calib"}));
-    EXPECT_TRUE(installer.install({folder() / U"new" / U"folder" / U"b.calib", folder() / U"2.calib"}));
-    EXPECT_EQ(test::readFile(core() / U"a.calib"), first);
-    EXPECT_EQ(test::readFile(folder() / U"new" / U"folder" / U"b.calib"), second);
-    EXPECT_FALSE((folder() / U"1.calib").pathExists());
-    EXPECT_THAT(installer.installed(), ElementsAre(core() / U"a.calib", folder() / U"new" / U"folder" / U"b.calib"));
-    EXPECT_THAT(installer.failures(), IsEmpty());
-}
-
-TEST_F(CatalogInstaller, KeepsTheOldOneOnFailure)
-{
-    test::writeFile(core() / U"a.calib", "old");
-    test::writeFile(folder() / U"1.calib", catalogBytes("A").substr(0, 5'000));
-    VelkHost::CatalogInstaller installer;
-    EXPECT_FALSE(installer.install({core() / U"a.calib", folder() / U"1.calib"}));
-    EXPECT_FALSE(installer.install({core() / U"a.calib", folder() / U"missing.calib"}));
-    EXPECT_EQ(test::readFile(core() / U"a.calib"), "old");
-    ASSERT_EQ(installer.failures().size(), 2u);
-    EXPECT_EQ(installer.failures()[0].catalog, core() / U"a.calib");
-    EXPECT_THAT(installer.failures()[0].reason, HasSubstr("what the service sent is damaged: it is cut off after"));
-}
-
-TEST_F(CatalogInstaller, TakesFailuresOutOfTheHashFile)
-{
-    using namespace LibraryCatalogUpdate;
-    test::writeFile(core() / U"a.calib", "old");
-    test::writeFile(core() / U"b.calib", "old");
-    test::writeFile(core() / U"catalog_hash.txt", "a.calib:new\nb.calib:1\n");
-    VelkHost::CatalogInstaller installer;
-    installer.install({core() / U"a.calib", folder() / U"missing.calib"});
-    installer.finish();
-    CatalogTable catalogs;
-    readCatalogHashFile(core() / U"catalog_hash.txt", catalogs, CoreCatalogs);
-    ASSERT_EQ(catalogs.size(), 1u);
-    EXPECT_EQ(catalogs.begin()->first, fileString(std::u32string(U"b.calib")));
 }
 
 }  // namespace

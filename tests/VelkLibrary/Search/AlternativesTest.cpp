@@ -21,7 +21,7 @@ using test::describe;
 class UnknownNode : public BooleanExp::Node
 {};
 
-class ParseTreeNodes : public test::TestHost
+class Alternatives : public test::TestHost
 {
 protected:
     static void append(Group& group, Group::Conjunction conjunction, std::unique_ptr<BooleanExp::Node> node)
@@ -35,7 +35,7 @@ protected:
     }
 };
 
-TEST_F(ParseTreeNodes, UnknownNodeIsReportedAndSkipped)
+TEST_F(Alternatives, UnknownNodeIsReportedAndSkipped)
 {
     Group root;
     root.first = term(U"a");
@@ -50,7 +50,7 @@ TEST_F(ParseTreeNodes, UnknownNodeIsReportedAndSkipped)
     EXPECT_EQ(assertions()[0].expression, "Unhandled type");
 }
 
-TEST_F(ParseTreeNodes, UnknownAlternativeDisappears)
+TEST_F(Alternatives, UnknownAlternativeDisappears)
 {
     Group root;
     root.first = std::make_unique<UnknownNode>();
@@ -61,7 +61,7 @@ TEST_F(ParseTreeNodes, UnknownAlternativeDisappears)
     EXPECT_EQ(assertions().size(), 2U);
 }
 
-TEST_F(ParseTreeNodes, NestedGroupIsReadInPlace)
+TEST_F(Alternatives, NestedGroupIsReadInPlace)
 {
     auto inner = std::make_unique<Group>();
     inner->first = term(U"b");
@@ -76,7 +76,7 @@ TEST_F(ParseTreeNodes, NestedGroupIsReadInPlace)
     EXPECT_TRUE(assertions().empty());
 }
 
-TEST_F(ParseTreeNodes, EmptyTextsAreDropped)
+TEST_F(Alternatives, EmptyTextsAreDropped)
 {
     Group root;
     root.first = term(U"");
@@ -88,7 +88,7 @@ TEST_F(ParseTreeNodes, EmptyTextsAreDropped)
     EXPECT_EQ(describe(alternativesOf(root)), "<a>");
 }
 
-TEST_F(ParseTreeNodes, MissingOperandsAreNothing)
+TEST_F(Alternatives, MissingOperandsAreNothing)
 {
     Group root;
     append(root, Group::Or, term(U"a"));
