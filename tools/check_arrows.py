@@ -219,6 +219,8 @@ class Check:
     def may_include_in_test(self, room, other):
         if room == "support":
             return other.startswith("VelkCommon/")
+        if room in libraries:  # what stands at a library's root serves all its rooms
+            return other.startswith(f"{room}/")
         if room == "host/fixtures":
             return other not in ("host/command", "host/browser")
         below = self.picture.rooms.get(other, 0) > self.picture.rooms[room] and not other.startswith("host/")
