@@ -1,5 +1,7 @@
 #include <VelkLibrary/Data/PlainFileName.h>
 
+#include <VelkCommon/Text/Ascii.h>
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -9,11 +11,6 @@ namespace {
 
 constexpr std::size_t longestName = 255;
 constexpr std::string_view forbidden = "/\\:*?\"<>|";
-
-constexpr bool isControl(unsigned char byte)
-{
-    return byte < 0x20 || byte == 0x7F;
-}
 
 constexpr char upper(char letter)
 {
@@ -53,7 +50,7 @@ bool isPlainFileName(std::string_view name) noexcept
 
 bool holdsControlCharacter(std::string_view text) noexcept
 {
-    return std::any_of(text.begin(), text.end(), [](char byte) { return isControl(static_cast<unsigned char>(byte)); });
+    return std::any_of(text.begin(), text.end(), Velk::Ascii::isControl<char>);
 }
 
 }  // namespace Library
