@@ -8,6 +8,8 @@
 #include <VelkCommon/Platform/RemoveTree.h>
 #include <VelkCommon/detail/Guarded.h>
 
+#include <string>
+
 namespace Platform = Velk::Platform;
 using Velk::guarded;
 using Velk::detail::folderOf;
@@ -104,11 +106,12 @@ bool FileUtils::moveFile(const fileString& from, const fileString& to, bool over
             if (!isFile(from))
                 return false;
             syncFile(from);
+            const std::string folder = folderOf(to);  // before the move: afterwards nothing may fail
             const auto result = Platform::move(from.utf8(), to.utf8(), overwrite);
             if (result == Platform::MoveResult::otherVolume)
                 return moveByCopy(from, to, overwrite ? Existing::replace : Existing::keep);
             if (result == Platform::MoveResult::moved)
-                Platform::syncFolder(folderOf(to));
+                Platform::syncFolder(folder);
             return result == Platform::MoveResult::moved;
         },
         false);

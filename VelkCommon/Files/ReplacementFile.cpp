@@ -5,6 +5,7 @@
 #include <VelkCommon/Platform/File.h>
 #include <VelkCommon/Platform/FileSystem.h>
 
+#include <string>
 #include <utility>
 
 namespace Platform = Velk::Platform;
@@ -105,10 +106,11 @@ bool ReplacementFile::finish()
     const bool synced = !failed_ && file_->sync();
     const bool complete = file_->close() && synced;
     const bool replace = existing_ == Existing::replace;
+    const std::string folder = Velk::detail::folderOf(target_);  // before the move: afterwards nothing may fail
     if (!complete || Platform::move(path_.utf8(), target_.utf8(), replace) != Platform::MoveResult::moved)
         return false;
     path_ = {};
-    Platform::syncFolder(Velk::detail::folderOf(target_));
+    Platform::syncFolder(folder);
     return true;
 }
 

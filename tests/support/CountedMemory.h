@@ -16,12 +16,15 @@ inline std::size_t allocatedBytes = 0;
 /// Larger requests fail.
 inline std::size_t largestAllocation = SIZE_MAX;
 inline std::size_t refusedAllocations = 0;
+/// The request of this number from now on fails, the next one being number 0; SIZE_MAX for none.
+inline std::size_t failingAllocation = SIZE_MAX;
 
 }  // namespace test
 
 void* operator new(std::size_t size)
 {
-    if (size > test::largestAllocation) {
+    const bool fails = test::failingAllocation != SIZE_MAX && test::failingAllocation-- == 0;
+    if (size > test::largestAllocation || fails) {
         ++test::refusedAllocations;
         throw std::bad_alloc();
     }

@@ -21,7 +21,7 @@ class Thread
 public:
     template <typename Work>
     explicit Thread(Work work)
-        : thread_([ends = ends_, work = std::move(work)]() mutable {
+        : ends_(std::make_shared<Tally>()), thread_([ends = ends_, work = std::move(work)]() mutable {
               work();
               ends->add();
           })
@@ -43,7 +43,7 @@ public:
     bool hasEnded() const { return ends_->count() > 0; }
 
 private:
-    std::shared_ptr<Tally> ends_ = std::make_shared<Tally>();
+    std::shared_ptr<Tally> ends_;
     std::thread thread_;
 };
 

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
 #include <string>
 
 namespace {
@@ -61,6 +62,20 @@ TEST_F(Merge, AnArchiveMergedIntoItselfStaysAsItIs)
     const std::string old = test::readFile(destination_);
     EXPECT_TRUE(LibraryImport::moveArchivedTextures(destination_, destination_, &progress_));
     EXPECT_TRUE(test::readFile(destination_) == old);
+}
+
+TEST_F(Merge, AnArchiveMergedIntoItselfByAnotherSpellingStaysAsItIs)
+{
+    ZipBuilder().add("a", "1").writeTo(destination_);
+    const std::string old = test::readFile(destination_);
+    std::filesystem::create_directory_symlink(folder_.utf8(), at(U"linked").utf8());
+    for (const fileString& spelling :
+         {folder_ / U"." / U"destination.zip", at(U"temp") / U".." / U"work" / U"destination.zip",
+          at(U"linked") / U"destination.zip"}) {
+        EXPECT_TRUE(LibraryImport::moveArchivedTextures(spelling, destination_, &progress_)) << spelling;
+        EXPECT_TRUE(LibraryImport::moveArchivedTextures(destination_, spelling, &progress_)) << spelling;
+        EXPECT_TRUE(test::readFile(destination_) == old) << spelling;
+    }
 }
 
 TEST_F(Merge, AMissingDestinationIsACopy)
