@@ -6,17 +6,17 @@
 
 #include <string>
 
-/// Times and their texts. All times are UTC, so that stamps from different machines compare.
-/// Any thread; nothing throws but for memory.
+/// Times and their texts. All times are UTC, so that those from different machines can be compared.
+/// Throws only when memory runs out. Any thread.
 namespace Library {
 
 /// The current time (UTC, microseconds).
 VELKCOMMON_EXPORT boost::posix_time::ptime getTimeNow();
 
-/// The current time as people read it in the log: "2026-03-01T14:05:59.012345Z".
+/// The current time in the form that the log shows: "2026-03-01T14:05:59.012345Z".
 VELKCOMMON_EXPORT std::string getTimeNowString();
 
-/// The text form that data files hold; fromString() gives the value back exactly.
+/// The form in which data files hold a value; fromString() gives back exactly the same value.
 template <typename T>
 std::string toString(const T& value);
 
