@@ -11,10 +11,10 @@ class VELKCOMMON_EXPORT FileUtils
 public:
     FileUtils() = delete;
 
-    /// How to remove. Zero: as it stands. One: what is read-only is made writable first.
+    /// How to remove. Zero: no permissions are changed. One: read-only files and folders are made writable first.
     using MethodFlags = unsigned int;
-    static constexpr MethodFlags noFlags = 0;           ///< as it stands
-    static constexpr MethodFlags overrideReadOnly = 1;  ///< what is read-only too
+    static constexpr MethodFlags noFlags = 0;           ///< changes no permissions
+    static constexpr MethodFlags overrideReadOnly = 1;  ///< removes read-only files and folders as well
 
     /// Whether a file or folder exists at `path`.
     static bool pathExists(const fileString& path);

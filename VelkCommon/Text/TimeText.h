@@ -20,7 +20,7 @@ VELKCOMMON_EXPORT std::string getTimeNowString();
 template <typename T>
 std::string toString(const T& value);
 
-/// The value of a text that toString() wrote.
+/// The value of a text that toString() returned.
 template <typename T>
 T fromString(const std::string& text);
 
@@ -29,7 +29,7 @@ T fromString(const std::string& text);
 template <>
 VELKCOMMON_EXPORT std::string toString<boost::posix_time::ptime>(const boost::posix_time::ptime& value);
 
-/// Not-a-date-time for a text of any other form and for fields out of range.
+/// Reads that form; not-a-date-time for any other text and for fields out of range.
 template <>
 VELKCOMMON_EXPORT boost::posix_time::ptime fromString<boost::posix_time::ptime>(const std::string& text);
 
