@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// The one door through which a host supplies what the library asks for. Everything has a default
-/// that is safe and useful, so a host fills in what it has and installs it once at start-up:
+/// The one place where a host supplies what the library needs from it. Everything has a safe and useful
+/// default, so a host fills in what it has and installs it once at start-up:
 ///
 ///     Velk::HostServices services;
 ///     services.folders.userDatabase = fileString(std::u32string(U"C:/Users/ann/Libraries"));
@@ -28,8 +28,8 @@
 
 namespace Velk {
 
-/// The well-known folders. An empty one means the default: a folder below the user's data folder of
-/// the system ("velk/..." in $XDG_DATA_HOME or ~/.local/share; %LOCALAPPDATA% on Windows), and for
+/// The well-known folders. An empty path stands for the default: a folder "velk/..." below the place where
+/// the system keeps the user's data ($XDG_DATA_HOME or ~/.local/share; %LOCALAPPDATA% on Windows), and for
 /// `temp` a private folder of this user below the system's temporary folder.
 struct HostFolders
 {
@@ -43,49 +43,49 @@ struct HostFolders
     fileString temp;                               ///< downloads and unpacking
 };
 
-/// The editions of the product. The content service has a list of the core catalogs for each: a file
-/// named by the edition's word and "_Core_Content_Index.txt".
+/// The editions of the product. For each of them the content service has a list of the core catalogs, in a
+/// file whose name is the edition's word followed by "_Core_Content_Index.txt".
 struct HostEditions
 {
-    /// The words; each makes a plain file name. UTF-8.
+    /// The words that name the editions, in UTF-8. Each must be usable in a file name.
     std::array<std::string, 10> words = {"Standard",  "Professional", "Premium", "Enterprise", "Interior",
                                          "Landscape", "Education",    "Student", "Home",       "Trial"};
-    std::size_t running = 0;  ///< the index of the edition that runs; a wrong one counts as 0
+    std::size_t running = 0;  ///< the index of the running edition; 0 is used when it is out of range
 };
 
-/// How numbers are written for people.
+/// How numbers are written for users.
 struct NumberFormat
 {
     std::string thousandsSeparator = ",";  ///< between groups of three digits, UTF-8; may be empty
     std::string decimalPoint = ".";        ///< UTF-8
 };
 
-/// A numbered preference with the value that it has at start-up.
+/// A numbered preference with its value at start-up.
 struct HostPreference
 {
-    std::size_t number = 0;   ///< see PreferenceNumbers.h for those in use
-    std::string description;  ///< for messages about it, UTF-8
-    std::any value;           ///< of the type that it is read and written as
+    std::size_t number = 0;   ///< see PreferenceNumbers.h for the numbers in use
+    std::string description;  ///< names the preference in messages; UTF-8
+    std::any value;           ///< its type is the one that the preference is read and written as
 };
 
 /// One failed assertion. The texts are valid during the call only.
 struct AssertionReport
 {
-    const char* sourceFile = "";  ///< where the assertion stands
-    std::size_t line = 0;         ///< the line there, from 1 on
-    long kind = 0;                ///< -4 for all of the library's own
+    const char* sourceFile = "";  ///< the file that holds the assertion
+    std::size_t line = 0;         ///< its line there, counted from 1
+    long kind = 0;                ///< -4 for every assertion of the library itself
     const char* expression = "";  ///< what should have been true, or what is wrong
 };
 
-/// What a host supplies. The functions may be called from any thread, several at a time, and must not
-/// throw; one that throws all the same counts as absent for that call.
+/// What a host supplies. The functions may be called from any thread and by several threads at once. They
+/// must not throw; a call that throws nevertheless is treated as if the function were absent.
 struct HostServices
 {
     /// Where the library's files are. Default: see HostFolders.
     HostFolders folders;
 
-    /// A file of certificates (PEM) of the authorities that servers are verified against, in place of the
-    /// system's. Empty: the system's. One that cannot be read makes every HTTPS transfer fail.
+    /// A PEM file with the certificates of the authorities that servers are verified against, in place of the
+    /// system's. Empty: the system's are used. If the file cannot be read, every HTTPS transfer fails.
     fileString certificateFile;
 
     /// The translation of a literal into the user's language; empty result or absent: the literal.
@@ -100,40 +100,42 @@ struct HostServices
     /// Default: "1,234.5".
     NumberFormat numberFormat;
 
-    /// Initial values; they replace what the store held. Numbers in use that are not listed get the
-    /// defaults of PreferenceNumbers.h.
+    /// Initial values, which replace those in the store. Preferences that the library uses but that are not
+    /// listed here get the defaults given in PreferenceNumbers.h.
     std::vector<HostPreference> preferences;
 
-    /// Told of every successful write of a preference, to keep it. Absent: preferences last as long as
-    /// the process.
+    /// Called after every successful write of a preference, so that the host can save it. Absent:
+    /// preferences last as long as the process.
     std::function<void(std::size_t number, const std::any& value)> preferenceChanged;
 
-    /// Shows a message and returns the button pressed. Absent: standard error, `Ok`.
+    /// Shows a message and returns the button pressed. Absent: the message goes to standard error, and the
+    /// answer is `Ok`.
     std::function<error::Button(const error::Message& message)> showMessage;
 
     /// Whether assertions are reported. Absent: they are.
     std::function<bool()> assertionReportsEnabled;
 
-    /// Reports an assertion; true asks for a break into an attached debugger. Absent: standard error,
-    /// false.
+    /// Reports an assertion; true asks for a break into an attached debugger. Absent: the report goes to
+    /// standard error, and no break is asked for.
     std::function<bool(const AssertionReport& report)> reportAssertion;
 
-    /// Told when files came into a folder. Absent: nothing happens.
+    /// Called when files were added to a folder. Absent: nothing happens.
     std::function<void(const fileString& folder)> fileSearchReset;
 
-    /// The image of a resource name; a null image or absent: ResourceHandler has no such image.
+    /// The image with the given resource name. A null image or absent: ResourceHandler has no such image.
     std::function<QImage(std::string_view name)> loadImage;
 
-    /// The application object; it outlives the host's use of the library. Null: a default named "velk".
+    /// The application object, which must outlive the host's use of the library. Null: a default one named
+    /// "velk".
     applicationManager* application = nullptr;
 };
 
-/// Installs what the host supplies, in place of what was installed before. Call it at start-up, before
-/// other threads use the library; later calls are safe, and each operation uses what is installed when
-/// it asks.
+/// Installs the host's services in place of those installed before. Call it at start-up, before other
+/// threads use the library. Later calls are safe; an operation uses the services that are installed at
+/// the moment when it needs them.
 VELKCOMMON_EXPORT void installHost(HostServices services);
 
-/// What is installed now. Never null; stays valid while held.
+/// The services that are installed now. Never null; they stay valid for as long as the pointer is held.
 VELKCOMMON_EXPORT std::shared_ptr<const HostServices> host();
 
 }  // namespace Velk

@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// The version that is being compiled against. Before 1.0, a new minor version may break what uses an older one,
-/// so the names of the shared libraries carry both numbers.
+/// The version that is being compiled against. Before 1.0, a new minor version may break programs that were built
+/// for an older one, so the names of the shared libraries carry both numbers.
 
 #define VELK_VERSION_MAJOR 0  ///< the first number of the version
 #define VELK_VERSION_MINOR 1  ///< the second number

@@ -3,9 +3,9 @@
 #include <VelkCommon/Export.h>
 #include <VelkCommon/Files/fileString.h>
 
-/// Deletes a file when it goes out of scope, unless cancel() was called: for files that must not stay
-/// behind on any way out. Declare it before the stream that writes the file, so that the stream is
-/// closed first. Never throws; a file that is not there is fine.
+/// Deletes a file when the object goes out of scope, unless cancel() was called. It is meant for files
+/// that must not be left behind, however the scope is left. Declare it before the stream that writes the file, so that
+/// the stream is closed first. Never throws; a missing file is fine.
 class VELKCOMMON_EXPORT FileReaper
 {
 public:

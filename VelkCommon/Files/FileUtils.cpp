@@ -24,7 +24,7 @@ bool isFile(const fileString& path)
     return status && !status->folder;
 }
 
-// Ends with a name: a root has none, and "." and ".." may lead to one.
+// Whether the path ends with a name: a root does not, and "." and ".." may lead to a root.
 bool namesAFolder(const fileString& path)
 {
     const std::string name = path.stemWithExtension().utf8();
@@ -38,19 +38,19 @@ bool copy(const fileString& from, const fileString& to, Existing existing)
         return false;
     ReplacementFile target(to, existing);
     const bool copied = target.copyFrom(source) && target.copyPermissionsFrom(from);
-    // `from` and `to` may be one file, and what is open cannot be replaced everywhere.
+    // `from` and `to` may be the same file, and not every system can replace an open file.
     source.close();
     return copied && target.commit();
 }
 
-// To another volume. The check spares the usual case of a copy that cannot be followed by the removal.
+// Moves to another volume. The check avoids most copies whose source could not be removed afterwards.
 bool moveByCopy(const fileString& from, const fileString& to, Existing existing)
 {
     return Platform::canChangeFolder(folderOf(from)) && copy(from, to, existing) &&
            Platform::removeFile(from.utf8(), true);
 }
 
-// The name must not outlive a power failure without the bytes.
+// After a power failure, the name must not be there without the bytes.
 void syncFile(const fileString& path)
 {
     auto file = Platform::File::open(path.utf8(), Platform::File::Mode::read);

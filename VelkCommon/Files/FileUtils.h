@@ -4,22 +4,23 @@
 #include <VelkCommon/Files/fileString.h>
 
 /// Operations on files and folders. None throws; each reports success by its result. An empty path is
-/// a failure. Any thread. What replaces a file is written to a sibling first and renamed over it, so a
+/// a failure. Any thread. To replace a file, the new one is written beside it and renamed over it, so a
 /// crash or a full disk leaves the old file whole.
 class VELKCOMMON_EXPORT FileUtils
 {
 public:
     FileUtils() = delete;
 
-    /// How to remove. Zero: as it stands. One: what is read-only is made writable first.
+    /// How to remove. Zero: no permissions are changed. One: read-only files and folders are made writable first.
     using MethodFlags = unsigned int;
-    static constexpr MethodFlags noFlags = 0;           ///< as it stands
-    static constexpr MethodFlags overrideReadOnly = 1;  ///< what is read-only too
+    static constexpr MethodFlags noFlags = 0;           ///< changes no permissions
+    static constexpr MethodFlags overrideReadOnly = 1;  ///< removes read-only files and folders as well
 
-    /// A file or folder exists at `path`.
+    /// Whether a file or folder exists at `path`.
     static bool pathExists(const fileString& path);
 
-    /// Deletes one file, or one link (never its target). False for a folder and for what is not there.
+    /// Deletes one file, or one link (never its target). False for a folder and when nothing is
+    /// there.
     static bool removePath(const fileString& path, MethodFlags flags);
 
     /// Deletes a folder with everything below it. A link is unlinked, never followed, at any depth.
@@ -31,43 +32,46 @@ public:
     /// folder is there afterwards.
     static bool createDirectoriesWithPerm(const fileString& path);
 
-    /// Creates one folder for this user alone, as secrets need; its parent must be there. True as well when such a
-    /// folder is there already: no link and, on POSIX, owned by this user and closed to all others. On Windows it has
-    /// its parent's access list.
+    /// Creates one folder for this user alone, for things that others must not see; its parent must exist. True as
+    /// well when such a folder already exists: one that is not a link and, on POSIX, is owned by this user and closed
+    /// to all others. On Windows the folder inherits its parent's access list.
     static bool createPrivateDirectory(const fileString& path);
 
-    /// Copies a file's bytes and, on POSIX, its mode. `overwrite` false never touches an existing target
-    /// (false), whoever makes it and when. A link at the target is replaced, never followed. A failure
-    /// leaves an existing target as it was.
+    /// Copies a file's bytes and, on POSIX, its mode. With `overwrite` false, an existing target is
+    /// never touched and the result is false, even when the target appears during the call. A link at the target is
+    /// replaced, never followed. A failure leaves an existing target as it was.
     static bool copyFile(const fileString& from, const fileString& to, bool overwrite);
 
     /// Moves a file, also to another file system (then by copy); false for a folder. `overwrite` and
-    /// links as for copyFile(). A failure leaves both ends as they were, except for a source on another
-    /// file system that cannot be removed although its folder may be changed: then both are there.
+    /// links as for copyFile(). A failure leaves source and target as they were, with one exception:
+    /// when the source is on another file system and cannot be removed although its folder may be changed,
+    /// both files exist afterwards.
     static bool moveFile(const fileString& from, const fileString& to, bool overwrite);
 
-    /// Renames a file or folder within a file system. A file replaces an existing file, a folder nothing.
+    /// Renames a file or folder within a file system. A file replaces an existing file; a folder
+    /// replaces nothing.
     static bool renameFile(const fileString& from, const fileString& to);
 
     /// Clears the read-only attribute: the owner may write afterwards.
     static bool makeFileWritable(const fileString& path);
 
-    /// Grants every user full access to the file or folder. On POSIX false for a link, which may lead to
-    /// what is this user's alone.
+    /// Grants every user full access to the file or folder. On POSIX false for a link, which may lead
+    /// to a file of this user alone.
     static bool setFilePermEveryoneFullAccess(const fileString& path);
 
-    /// The file can be opened for writing, which nobody else has it open for (see isPathWriteLocked()), or it
-    /// does not exist yet and can be created in its folder. False for a folder. Changes nothing.
+    /// Whether the file can be opened for writing and nobody else has it open for writing (see
+    /// isPathWriteLocked()), or does not exist yet and can be created in its folder. False for a folder. Changes
+    /// nothing.
     static bool canWriteFile(const fileString& path);
 
-    /// The existing file can be opened for writing, and another one may take its place, as everything that is
-    /// written by replacement needs. Changes nothing.
+    /// Whether the existing file can be opened for writing and replaced by another file; every file that is
+    /// written by replacement needs both. Changes nothing.
     static bool canReplaceFile(const fileString& path);
 
-    /// Somebody holds the file open for writing, by LockingFStream or (on Windows) in any way.
+    /// Whether somebody holds the file open for writing, by LockingFStream or (on Windows) in any way.
     /// False for a file that does not exist.
     static bool isPathWriteLocked(const fileString& path);
 
-    /// Size in bytes; -1 for a folder and for what cannot be read.
+    /// The size in bytes; -1 for a folder and for a file that cannot be read.
     static long long fileSize(const fileString& path);
 };

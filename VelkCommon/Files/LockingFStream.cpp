@@ -19,7 +19,7 @@ namespace {
 constexpr std::chrono::milliseconds lockPause{5};
 constexpr std::size_t bufferSize = std::size_t{1} << 16;
 
-// Opens and locks, as often as it takes until somebody else lets go of the file.
+// Opens and locks the file; while somebody else holds it, tries again until lockPatience() is over.
 bool openLocked(Platform::File& file, const fileString& path, Platform::File::Lock lock)
 {
     using Clock = std::chrono::steady_clock;
@@ -36,8 +36,8 @@ bool openLocked(Platform::File& file, const fileString& path, Platform::File::Lo
 
 }  // namespace
 
-// One direction at a time: a reader has a get area, a writer a put area. Behind the get area the bytes
-// of the file are kept as they are, because positions are those of the file.
+// Works in one direction at a time: a reader has a get area, a writer a put area. Besides the get area, the
+// original bytes of the file are kept, because positions count those.
 class LockingFStream::Buffer : public std::streambuf
 {
 public:
@@ -129,21 +129,21 @@ protected:
     }
 
 private:
-    // The numbers of a standard library may hold more: one that means appending must not empty a file.
+    // A caller may pass a standard library's mode, which has more flags: one for appending must not empty a file.
     static bool isKnownMode(int openMode)
     {
         const int direction = openMode & ~binary;
         return direction == in || direction == out;
     }
 
-    // The next block of the file; at its end none.
+    // Reads the next block of the file; false at its end.
     bool fill()
     {
         blockBegin_ += static_cast<off_type>(blockSize_);
         blockSize_ = 0;
         const long long got = file_.read(block_.data(), block_.size());
         blockSize_ = static_cast<std::size_t>(std::max(got, 0LL));
-        // Iterators read the buffer behind the stream's back and would take a fault for the end.
+        // Stream iterators read the buffer without the stream and would take a read error for the end of the file.
         if (got < 0 || !keepLineEndsWhole())
             stream_.setstate(std::ios_base::badbit);
         const std::size_t size = translate_ ? toLines() : blockSize_;
@@ -201,7 +201,7 @@ private:
         return position;
     }
 
-    // Writes the put area. What cannot be written is dropped, so that it is not tried again.
+    // Writes the put area. Bytes that cannot be written are dropped, so that they are not tried again.
     bool flush()
     {
         if (!writing_ || pbase() == nullptr)
@@ -232,8 +232,8 @@ private:
     Platform::File file_;
     bool writing_;
     bool translate_;
-    std::vector<char> block_;  // what the file holds from blockBegin_ on
-    std::vector<char> text_;   // the same as lines, or what is to be written
+    std::vector<char> block_;  // the bytes of the file from blockBegin_ on
+    std::vector<char> text_;   // the same with line ends converted, or the text to write
     off_type blockBegin_ = 0;  // for a writer: where in the file the put area begins
     std::size_t blockSize_ = 0;
 };

@@ -33,8 +33,8 @@ fileString wellKnown(fileString Velk::HostFolders::*folder, const char32_t* defa
     return withSeparator(fileString(Platform::userDataFolder()) / U"velk" / defaultName);
 }
 
-// The folder for temporary files that everybody can guess may be taken by somebody else, in good faith
-// or not. Then it is one that nobody can guess, the same for as long as the process runs.
+// The folder with the usual name may already belong to somebody else, innocently or not, because everybody can
+// guess that name. Then a folder that nobody can guess is used for as long as the process runs.
 fileString ownTemporaryFolder()
 {
     const fileString shared = Platform::temporaryFolder();

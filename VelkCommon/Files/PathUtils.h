@@ -4,8 +4,8 @@
 #include <VelkCommon/Files/fileString.h>
 
 /// The host's well-known folders. Each ends with a separator, however the host wrote it, because some
-/// paths are made by plain concatenation. Asked for anew at every call: a host may be installed later
-/// than the first question. The folders are the host's to create, but for the temporary one.
+/// paths are made by plain concatenation. The host is asked anew at every call, because it may be
+/// installed after the first one. The host creates the folders, except for the temporary one.
 /// Any thread.
 class VELKCOMMON_EXPORT PathUtils
 {
@@ -27,7 +27,7 @@ public:
     fileString getProprietaryLibraryReferencedFilesPath() const;
     /// The user's textures.
     fileString getUserTexturePath() const;
-    /// Downloads and unpacking: a folder of this user alone, created when missing.
+    /// The folder for downloads and unpacking, which is this user's alone and is created when missing.
     fileString getTempPath() const;
 
 private:

@@ -12,8 +12,8 @@ namespace Platform = Velk::Platform;
 
 namespace {
 
-// Beside the target, with a name that needs no more room than any other and that no search by
-// extension takes for a document.
+// A path beside the target. The name has the same length for every target, so that it never becomes too long,
+// and no search by extension takes it for a document.
 fileString siblingOf(const fileString& target)
 {
     return target.parentPath() / fileString(".velk-" + Velk::detail::randomName() + ".tmp");
@@ -95,7 +95,7 @@ bool ReplacementFile::commit() noexcept
         if (finish())
             return true;
     } catch (...) {
-        // As any other failure.
+        // A failure like any other.
     }
     discard();
     return false;

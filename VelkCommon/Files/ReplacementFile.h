@@ -10,15 +10,14 @@ namespace Velk::Platform {
 class File;
 }
 
-/// A file that replaces another one whole or not at all. What is written goes to a fresh file beside
-/// the target; commit() puts it in the target's place in one step. Whatever happens before, a crash and
-/// a full disk included, the target stays as it was.
+/// A file that replaces another one completely or not at all. Writes go to a fresh file beside the target;
+/// commit() puts it in the target's place in one step. Whatever happens before that, even a crash or a
+/// full disk, the target stays as it was.
 ///
 ///     ReplacementFile file(path);
 ///     const bool saved = file.write(text) && file.commit();
 ///
-/// Nothing throws; a failure shows in the results, and after one the later calls fail as well. One
-/// thread at a time.
+/// Nothing throws. A failure shows in the results, and all later calls fail as well. One thread at a time.
 class VELKCOMMON_EXPORT ReplacementFile
 {
 public:
@@ -32,23 +31,24 @@ public:
     ReplacementFile(const ReplacementFile&) = delete;
     ReplacementFile& operator=(const ReplacementFile&) = delete;
 
-    /// The fresh file is there and open; false as well once it was committed.
+    /// Whether the fresh file exists and is open; false once it was committed.
     bool isOpen() const noexcept;
-    /// The fresh file, for those that write by path; they must have closed it before commit(). Empty when
-    /// there is none (any more).
+    /// The path of the fresh file, for code that writes by path and closes the file before commit(). Empty
+    /// when the fresh file could not be made or is gone.
     const fileString& path() const noexcept { return path_; }
 
     /// Appends bytes. Write large blocks: there is no buffer.
     bool write(std::string_view bytes) noexcept;
-    /// Appends what is left of `source`.
+    /// Appends the rest of `source`.
     bool copyFrom(Velk::Platform::File& source) noexcept;
-    /// Appends `size` bytes of `source` from `offset` on; false as well when it does not have them.
+    /// Appends `size` bytes of `source` from `offset` on. False as well when `source` is too short.
     bool copyRange(Velk::Platform::File& source, long long offset, long long size) noexcept;
-    /// Takes over the access rights of `source`, where files carry them themselves.
+    /// Copies the access rights of `source`, on systems where each file has its own.
     bool copyPermissionsFrom(const fileString& source) noexcept;
 
-    /// Syncs, closes and renames over the target. False on any failure, when a write failed before, and
-    /// when the target exists and is to be kept; the fresh file is removed then. A second call is false.
+    /// Syncs the fresh file, closes it and renames it over the target. False on any failure, when an earlier
+    /// write failed, and when the target exists and is to be kept; then the fresh file is removed. A second
+    /// call returns false.
     bool commit() noexcept;
 
 private:

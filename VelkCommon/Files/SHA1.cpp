@@ -15,16 +15,16 @@ constexpr std::size_t blockSize = std::size_t{1} << 18;
 
 using Context = std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)>;
 
-// Looked up once: the look-up by name costs more than a small file. Never freed, as the crypto library
-// may be gone first when the process ends.
+// Looked up once, because the look-up by name takes longer than hashing a small file. Never freed, because the
+// crypto library may be gone first when the process ends.
 const EVP_MD* algorithm()
 {
     static const EVP_MD* const fetched = EVP_MD_fetch(nullptr, "SHA1", nullptr);
     return fetched;
 }
 
-/// The digest of all bytes that `addAll` adds to the context it gets; empty when that or the crypto
-/// library fails.
+/// The digest of all bytes that `addAll` adds to the context that it is given; empty when `addAll` or the
+/// crypto library fails.
 template <typename AddAll>
 std::string digestOf(AddAll addAll)
 {

@@ -9,10 +9,10 @@
 namespace SHA1 {
 
 /// The SHA-1 digest of the file's bytes as 40 lower-case hexadecimal digits. Empty for a folder, a
-/// missing file and on any read fault. Reads in blocks; never throws but for memory. Any thread.
+/// missing file and on any read error. Reads in blocks. Throws only when memory runs out. Any thread.
 VELKCOMMON_EXPORT std::string fileContentsToSHA1Hex(const fileString& path);
 
-/// The same of bytes in memory. Empty only when the crypto library fails.
+/// The same for bytes in memory. Empty only when the crypto library fails.
 VELKCOMMON_EXPORT std::string bytesToSHA1Hex(std::string_view bytes);
 
 }  // namespace SHA1

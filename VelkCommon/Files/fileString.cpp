@@ -154,7 +154,7 @@ fileString operator/(const fileString& folder, const fileString& name)
     while (end > 0 && isSeparator(left[end - 1]))
         --end;
     const auto begin = std::find_if_not(right.begin(), right.end(), isSeparator);
-    // The separator is the folder's own where it has one.
+    // When the folder ends with a separator, that one is kept.
     std::string joined = left.substr(0, end);
     joined += end < left.size() ? left[end] : Velk::Platform::separator;
     return joined.append(begin, right.end());

@@ -12,9 +12,9 @@
 #endif
 
 /// @file
-/// Sixteen bytes at once, for the loops that look at every byte of a text. Two forms with the same
-/// meaning: one for processors with SSE2 (every x86-64 has it), one for all others. `Bytes16` is the
-/// one to use.
+/// Sixteen bytes at once, for the loops that look at every byte of a text. There are two forms that behave
+/// alike: one for processors with SSE2 (which every x86-64 has), one for all others. `Bytes16` is the
+/// form to use.
 namespace Velk::Platform {
 
 /// The form for every processor.
@@ -30,7 +30,7 @@ public:
         std::memcpy(result.bytes_.data(), from, size);
         return result;
     }
-    /// The `count` bytes at `from`, at most 16, and zeros behind them. Reads nothing else.
+    /// The `count` bytes at `from`, at most 16, followed by zeros. Reads nothing else.
     static Bytes16Portable loadPart(const char* from, std::size_t count) noexcept
     {
         Bytes16Portable result(0);
@@ -39,12 +39,12 @@ public:
     }
     void store(char* to) const noexcept { std::memcpy(to, bytes_.data(), size); }
 
-    /// Byte by byte 0xFF where both are equal, 0 elsewhere.
+    /// For each byte, 0xFF where both are equal and 0 elsewhere.
     friend Bytes16Portable equal(const Bytes16Portable& a, const Bytes16Portable& b) noexcept
     {
         return eachPair(a, b, [](std::uint8_t x, std::uint8_t y) { return x == y ? 0xFF : 0; });
     }
-    /// Byte by byte 0xFF where `low` <= byte <= `high` (unsigned), 0 elsewhere.
+    /// For each byte, 0xFF where `low` <= byte <= `high` (unsigned) and 0 elsewhere.
     friend Bytes16Portable inRange(const Bytes16Portable& a, std::uint8_t low, std::uint8_t high) noexcept
     {
         return eachPair(a, a, [=](std::uint8_t x, std::uint8_t) { return x >= low && x <= high ? 0xFF : 0; });
@@ -58,7 +58,7 @@ public:
         return eachPair(a, b, [](std::uint8_t x, std::uint8_t y) { return x | y; });
     }
 
-    /// Byte by byte the sum, modulo 256.
+    /// For each byte, the sum modulo 256.
     friend Bytes16Portable operator+(const Bytes16Portable& a, const Bytes16Portable& b) noexcept
     {
         return eachPair(a, b, [](std::uint8_t x, std::uint8_t y) { return x + y; });
@@ -129,7 +129,7 @@ public:
     }
     friend Bytes16Sse2 inRange(Bytes16Sse2 a, std::uint8_t low, std::uint8_t high) noexcept
     {
-        // SSE2 compares signed bytes only, but has the smaller of unsigned ones.
+        // SSE2 compares only signed bytes, but can take the minimum of unsigned ones.
         const __m128i moved = _mm_sub_epi8(a.bytes_, Bytes16Sse2(low).bytes_);
         const Bytes16Sse2 width(static_cast<std::uint8_t>(high - low));
         return Bytes16Sse2(_mm_cmpeq_epi8(_mm_min_epu8(moved, width.bytes_), moved));

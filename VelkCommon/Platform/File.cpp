@@ -1,4 +1,4 @@
-// What an open file is on every system.
+// The part of an open file that is the same on every system.
 #include <VelkCommon/Platform/File.h>
 
 #include <algorithm>
@@ -26,8 +26,8 @@ File::~File()
         close();
 }
 
-// Systems cannot copy between every pair of files, and some answer 0 for files whose size they do not
-// know, so the rest is always read the ordinary way; likewise below.
+// A system cannot copy between every pair of files, and some report 0 copied bytes for files whose size they do
+// not know. So the rest is always read in the ordinary way; likewise below.
 bool File::copyFrom(File& source)
 {
     copyBySystem(source);

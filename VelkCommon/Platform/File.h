@@ -8,19 +8,19 @@
 
 namespace Velk::Platform {
 
-/// An open file without a buffer; closes itself. Bytes go in and out as they are. A folder does not
-/// open, and for reading neither does a device or a pipe, which may have no end. Paths and failures as in
-/// FileSystem.h. One thread at a time.
+/// An open file without a buffer; the destructor closes it. Bytes are read and written as they are. A
+/// folder cannot be opened, nor can a device or a pipe for reading, because it may have no end. Paths and
+/// failures as in FileSystem.h. One thread at a time.
 class VELKCOMMON_EXPORT File
 {
 public:
     enum class Mode {
         read,    ///< for reading; others may do as they like
-        create,  ///< a new file for writing; fails when the name is taken, be it by a link to nowhere
+        create,  ///< a new file for writing; fails when the name is taken, even by a dangling link
     };
     enum class Lock {
         shared,    ///< for reading, with other readers
-        exclusive  ///< for writing, alone; created when missing, not emptied; on POSIX no link
+        exclusive  ///< for writing, alone; created when missing, not emptied; on POSIX never through a link
     };
     enum class LockResult { locked, held, failed };
 
@@ -29,9 +29,9 @@ public:
     File& operator=(File&& other) noexcept;
     ~File();
 
-    /// Not open on failure.
+    /// Opens the file at `path`; the result is not open on failure.
     static File open(const std::string& path, Mode mode) noexcept;
-    /// Opens with a lock and without waiting; `held` when others prevent it for now.
+    /// Opens with a lock and without waiting; `held` when others hold the file at the moment.
     LockResult openLocked(const std::string& path, Lock lock) noexcept;
 
     bool isOpen() const noexcept { return handle_ != closed; }
@@ -39,18 +39,19 @@ public:
     /// file is not open.
     bool close() noexcept;
 
-    /// The number of bytes read, fewer than `size` only at the end; -1 on failure.
+    /// Reads up to `size` bytes. Returns the number of bytes read, which is less than `size` only at the end of
+    /// the file; -1 on failure.
     long long read(char* bytes, std::size_t size) noexcept;
-    /// The same from `offset` bytes behind the beginning. On Windows it moves the place where read() and
-    /// write() go on.
+    /// The same from `offset` bytes after the beginning. On Windows this moves the position at which read()
+    /// and write() continue.
     long long readAt(long long offset, char* bytes, std::size_t size) noexcept;
-    /// Writes all or fails.
+    /// Writes all `size` bytes or fails.
     bool write(const char* bytes, std::size_t size) noexcept;
     /// Moves to `offset` bytes from the beginning.
     bool seek(long long offset) noexcept;
-    /// -1 on failure.
+    /// The size in bytes; -1 on failure.
     long long size() const noexcept;
-    /// Empties the file; what is no regular file stays as it is.
+    /// Empties a regular file; anything else stays as it is.
     bool truncate() noexcept;
     /// Makes the bytes last through a power failure.
     bool sync() noexcept;
@@ -59,18 +60,18 @@ public:
 
     /// Appends the rest of `source`, by the system's own means where it has them.
     bool copyFrom(File& source);
-    /// Appends `size` bytes of `source` from `offset` on; false as well when it does not have them. On
-    /// Windows it moves the place where `source` goes on.
+    /// Appends `size` bytes of `source` from `offset` on. False as well when `source` is too short. On
+    /// Windows this moves the position at which `source` continues.
     bool copyRange(File& source, long long offset, long long size);
-    /// Takes over who may do what with the file `source`, where files carry that themselves.
+    /// Copies the access rights of the file `source`, on systems where each file has its own.
     bool copyPermissionsFrom(const std::string& source) noexcept;
 
 private:
     static constexpr std::intptr_t closed = -1;
     explicit File(std::intptr_t handle) noexcept : handle_(handle) {}
-    /// Appends what the system itself copies of the rest of `source`.
+    /// Appends as much of the rest of `source` as the system itself can copy.
     void copyBySystem(File& source) noexcept;
-    /// The same from `offset` on; returns how many of the `size` bytes.
+    /// The same for `size` bytes from `offset` on; returns how many of them were copied.
     long long copyBySystem(File& source, long long offset, long long size) noexcept;
 
     std::intptr_t handle_ = closed;

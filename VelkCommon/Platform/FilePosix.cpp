@@ -10,7 +10,7 @@
 namespace Velk::Platform {
 namespace {
 
-// Larger requests are cut by the kernel anyway.
+// The kernel shortens larger requests anyway.
 constexpr std::size_t kernelCopyBlock = std::size_t{1} << 30;
 
 int descriptorOf(std::intptr_t handle) noexcept
@@ -18,7 +18,7 @@ int descriptorOf(std::intptr_t handle) noexcept
     return static_cast<int>(handle);
 }
 
-// Calls `readFrom(number of bytes that were read)` until all are, or the file ends; -1 on failure.
+// Calls `readFrom(number of bytes read so far)` until all bytes are read or the file ends; -1 on failure.
 template <typename Read>
 long long readAll(std::size_t size, Read readFrom) noexcept
 {
@@ -54,7 +54,7 @@ File::LockResult File::openLocked(const std::string& path, Lock lock) noexcept
         return LockResult::failed;
     if (uninterrupted([&] { return ::flock(file.get(), (exclusive ? LOCK_EX : LOCK_SH) | LOCK_NB); }) != 0)
         return errno == EWOULDBLOCK ? LockResult::held : LockResult::failed;
-    // Between opening and locking, another file may have taken the name: then the lock is on nothing.
+    // Between opening and locking, another file may have taken the name: then the lock protects nothing.
     struct stat named = {};
     if (::stat(systemPath(path), &named) != 0 || identityOf(named) != identityOf(file))
         return LockResult::held;

@@ -18,7 +18,7 @@ std::string parentOf(const std::string& path)
     return end == 0 ? "/" : path.substr(0, end);
 }
 
-// The file is not renamed to itself: a second name of it stays when it is "renamed" to the first.
+// Whether the two are different names of one file. Then rename() does nothing, and the old name would stay.
 bool isSecondName(const std::string& from, const std::string& to)
 {
     struct stat source = {};
@@ -36,7 +36,7 @@ bool renameNew(const char* from, const char* to) noexcept
         return true;
     if (errno != EINVAL && errno != ENOSYS)
         return false;
-    // The file system cannot do it in one step: claim the name, then replace what we claimed it with.
+    // The file system cannot do this in one step: claim the name by an empty file, then replace that file.
     if (!openAt(AT_FDCWD, to, O_WRONLY | O_CREAT | O_EXCL))
         return false;
     if (::rename(from, to) == 0)
@@ -76,7 +76,8 @@ bool createSharedFolder(const std::string& path) noexcept
         const auto status = errno == EEXIST ? fileStatus(path) : std::nullopt;
         return status && status->folder;
     }
-    // The process's mask took bits away. Through a descriptor, so that no link can be put in between.
+    // The process's mask removed some permissions. They are set through a descriptor, so that no link can be put in
+    // the folder's place.
     const Descriptor folder = openFolder(AT_FDCWD, systemPath(path));
     return folder && ::fchmod(folder.get(), allBits) == 0;
 }
@@ -143,7 +144,7 @@ bool canWriteFile(const std::string& path) noexcept
            !isWriteLocked(path);
 }
 
-// In a folder with the sticky bit, only their owner and the folder's may rename over files.
+// In a folder with the sticky bit, a file may be replaced only by its owner and by the owner of the folder.
 bool canReplaceFile(const std::string& folder, const std::string& path) noexcept
 {
     if (!canChangeFolder(folder))

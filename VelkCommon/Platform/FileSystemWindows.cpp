@@ -13,7 +13,7 @@ constexpr long long ticksPerSecond = 10000000LL;
 
 bool setAccessList(const std::wstring& path)
 {
-    // By number: the group's name is translated.
+    // By number, because the group's name depends on the language of the system.
     SID_IDENTIFIER_AUTHORITY world = SECURITY_WORLD_SID_AUTHORITY;
     SID everyone = {};
     if (::InitializeSid(&everyone, &world, 1) == 0)
@@ -46,7 +46,7 @@ std::optional<FileStatus> fileStatus(const std::string& path) noexcept
 {
     return guarded(
         [&]() -> std::optional<FileStatus> {
-            // With backup semantics folders open too; without access rights nothing is in the way.
+            // With backup semantics, folders open too. Without access rights, no other program's lock is in the way.
             const Handle file(::CreateFileW(systemPath(path).c_str(), 0, shareAll, nullptr, OPEN_EXISTING,
                                             FILE_FLAG_BACKUP_SEMANTICS, nullptr));
             BY_HANDLE_FILE_INFORMATION found = {};
@@ -84,7 +84,7 @@ bool createPrivateFolder(const std::string& path) noexcept
 {
     return guarded(
         [&] {
-            // It inherits the access list of the user's own folders.
+            // The folder inherits the access list of the user's own folders.
             const std::wstring name = systemPath(path);
             if (::CreateDirectoryW(name.c_str(), nullptr) != 0)
                 return true;
@@ -127,7 +127,7 @@ MoveResult move(const std::string& from, const std::string& to, bool replace) no
 
 void syncFolder(const std::string&) noexcept
 {
-    // MOVEFILE_WRITE_THROUGH has done it.
+    // Nothing to do: MOVEFILE_WRITE_THROUGH has already made the names last.
 }
 
 std::optional<std::uint64_t> freeSpace(const std::string& folder) noexcept
@@ -168,7 +168,7 @@ bool canReplaceFile(const std::string& folder, const std::string&) noexcept
 
 bool isWriteLocked(const std::string& path) noexcept
 {
-    // Does not share writing, so it fails where somebody has the file open for that.
+    // Does not share writing, so it fails when somebody has the file open for writing.
     const Handle file(openFile(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, OPEN_EXISTING));
     return !file && ::GetLastError() == ERROR_SHARING_VIOLATION;
 }

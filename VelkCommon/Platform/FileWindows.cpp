@@ -9,7 +9,7 @@
 namespace Velk::Platform {
 namespace {
 
-// As openFile(), but only what has an end: a device or a pipe must not keep a reader busy for ever.
+// Like openFile(), but refuses devices and pipes, which may have no end and would keep a reader busy for ever.
 HANDLE openForReading(const std::string& path, DWORD share) noexcept
 {
     const HANDLE file = openFile(path, GENERIC_READ, share, OPEN_EXISTING);
@@ -99,16 +99,16 @@ bool File::truncate() noexcept
 
 bool File::sync() noexcept
 {
-    // What was opened for reading only has nothing to write.
+    // A file that was opened only for reading has nothing to write.
     return ::FlushFileBuffers(handleOf(handle_)) != 0 || ::GetLastError() == ERROR_ACCESS_DENIED;
 }
 
 void File::expectSequentialReading() noexcept
 {
-    // The system sees it for itself.
+    // Nothing to do: the system notices sequential reading by itself.
 }
 
-// The system copies by name only.
+// Nothing to do: the system copies files only by name.
 void File::copyBySystem(File&) noexcept {}
 
 long long File::copyBySystem(File&, long long, long long) noexcept
@@ -118,7 +118,7 @@ long long File::copyBySystem(File&, long long, long long) noexcept
 
 bool File::copyPermissionsFrom(const std::string& source) noexcept
 {
-    // A file has the access list of its folder.
+    // A file inherits the access list of its folder, so there is nothing to copy.
     return nameTaken(source);
 }
 

@@ -7,7 +7,7 @@
 namespace Velk::Platform {
 namespace {
 
-// Folders may be 12 characters shorter than the limit for files of 259.
+// The limit for files is 259 characters; that for folders is 12 less.
 constexpr std::size_t longestPlainPath = 247;
 
 bool isDriveLetter(char letter) noexcept
@@ -15,7 +15,7 @@ bool isDriveLetter(char letter) noexcept
     return (letter >= 'A' && letter <= 'Z') || (letter >= 'a' && letter <= 'z');
 }
 
-// Behind the next piece of `path` from `begin` on and the separators that follow it.
+// The place after the piece of `path` at `begin` and the separators that follow it.
 std::size_t behindPiece(std::string_view path, std::size_t begin) noexcept
 {
     while (begin < path.size() && !isSeparator(path[begin]))

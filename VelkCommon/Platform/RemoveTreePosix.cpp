@@ -12,8 +12,8 @@
 namespace Velk::Platform {
 namespace {
 
-// Empties a tree with one open folder at a time: down by name, up by "..", which must lead to the
-// folder that we came from.
+// Empties a tree with one open folder at a time. It descends by name and ascends by "..", which must lead to the
+// folder that it came from.
 class TreeRemover
 {
 public:
@@ -55,7 +55,7 @@ private:
         return Descriptor();
     }
 
-    // Makes the current folder a level: files are unlinked, folders are left to descend().
+    // Makes the current folder a new level: unlinks its files, and leaves its folders to descend().
     void enter(std::string name)
     {
         if (overrideReadOnly_)
@@ -86,7 +86,7 @@ private:
         std::string name = std::move(levels_.back().folders.back());
         levels_.back().folders.pop_back();
         Descriptor child = open(current_.get(), name.c_str());
-        // What is mounted in the tree is somebody else's.
+        // A file system that is mounted in the tree is not ours to delete.
         if (!child || identityOf(child).device != levels_.front().identity.device) {
             complete_ = false;
             return;

@@ -96,7 +96,7 @@ private:
     std::vector<Level> levels_;
 };
 
-// Any path in its long form, as below a folder the paths may become too long for the plain one.
+// The path in its long form, because the paths below a folder may become too long for the plain form.
 std::wstring withLongPrefix(std::wstring path)
 {
     if (path.starts_with(longPrefix))

@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// Where the system keeps a user's files. Paths are narrow UTF-8 text. Nothing throws but for memory. Any
-/// thread.
+/// Where the system keeps a user's files. Paths are narrow UTF-8 text. Throws only when memory runs out.
+/// Any thread.
 
 #include <VelkCommon/Export.h>
 

@@ -33,7 +33,7 @@ std::string temporaryFolder()
 
 std::string userFolderName()
 {
-    // The temporary folder is already this user's.
+    // The temporary folder already belongs to this user alone.
     return "velk";
 }
 

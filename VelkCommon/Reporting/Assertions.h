@@ -5,7 +5,7 @@
 
 #include <cstddef>
 
-/// Whether assertion reports are enabled: the host's answer; true without a host. Any thread.
+/// Whether assertion reports are enabled, as the host answers; true without a host. Any thread.
 VELKCOMMON_EXPORT bool showQAVerify();
 
 /// Reports a failed assertion to the host, or to standard error without one. True asks the caller to
@@ -18,7 +18,7 @@ namespace Velk {
 inline constexpr long softAssertion = -4;
 
 /// What an assertion does when its condition is false: reports it where reports are enabled, breaks
-/// into an attached debugger when the report asks for it, and goes on in any case. Never throws.
+/// into an attached debugger when the host asks for it, and returns in any case. Never throws.
 VELKCOMMON_EXPORT void assertionFailed(const char* sourceFile, std::size_t line, const char* expression);
 /// The same.
 inline void assertionFailed(const ReportPlace& place, const char* expression)

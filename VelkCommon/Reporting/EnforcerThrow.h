@@ -11,13 +11,13 @@
 class VELKCOMMON_EXPORT EnforcerException : public std::logic_error
 {
 public:
-    /// what() is made of all three.
+    /// what() contains all three.
     EnforcerException(std::string expression, std::string sourceFile, std::size_t line);
     ~EnforcerException() override;
 
     /// What should have been true, or what was wrong.
     const std::string& expression() const noexcept { return expression_; }
-    /// Where it was noticed.
+    /// The source file in which the violation was noticed.
     const std::string& sourceFile() const noexcept { return sourceFile_; }
     /// The line there.
     std::size_t line() const noexcept { return line_; }

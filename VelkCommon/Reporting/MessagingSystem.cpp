@@ -43,7 +43,7 @@ Button show(const Message& message)
     return Button::Ok;
 }
 
-/// The numbered text; empty for a number that has none.
+/// The numbered text; empty for a number without one.
 std::string numberedText(long id)
 {
     if (id <= 0 || id > std::numeric_limits<int>::max())

@@ -9,25 +9,25 @@
 /// standard error.
 namespace error {
 
-/// How bad it is.
+/// How serious a message is.
 enum class Severity { Information, Warning, Error };
 
-/// What the user pressed; `None` where a host shows nothing to press.
+/// The button that the user pressed; `None` where a host shows no buttons.
 enum class Button { None, Ok, Cancel, Yes, No };
 
-/// What a message offers to press.
+/// The buttons that a message offers.
 enum class Buttons { Ok, OkCancel, YesNo };
 
 /// How a message looks: its severity and the buttons that it offers.
 struct MessageTrait
 {
-    Severity severity = Severity::Information;  ///< what it looks like
-    Buttons buttons = Buttons::Ok;              ///< what there is to press
+    Severity severity = Severity::Information;  ///< how serious it looks
+    Buttons buttons = Buttons::Ok;              ///< what the user can press
 };
 
-/// A warning with one acknowledging button. Lives until the process ends.
+/// A warning with a single button to acknowledge it. Lives until the process ends.
 VELKCOMMON_EXPORT const MessageTrait& WarningTrait();
-/// An error with one acknowledging button and nothing else. Lives until the process ends.
+/// An error with a single button to acknowledge it and nothing else. Lives until the process ends.
 VELKCOMMON_EXPORT const MessageTrait& ErrorMinimalTrait();
 
 /// One message, as the host's message service gets it.
@@ -36,13 +36,13 @@ struct Message
     std::string sourceFile;  ///< who reports it
     std::size_t line = 0;    ///< the line there
     MessageTrait trait;      ///< severity and buttons
-    long id = 0;             ///< the number of the message, also of its text
+    long id = 0;             ///< the number of the message and of its text
     std::u32string text;     ///< what it is about, such as a path
     std::u32string detail1;  ///< more of it; often empty
     std::u32string detail2;  ///< more of it; often empty
 
-    /// What a person reads: the numbered text of `id` with the three texts in place of "%1%" to "%3%",
-    /// or the texts themselves where the number has none. UTF-8.
+    /// The message as the user reads it, in UTF-8: the numbered text of `id` with `text`, `detail1` and
+    /// `detail2` in place of "%1%" to "%3%", or these three by themselves where `id` has no text.
     VELKCOMMON_EXPORT std::string formatted() const;
 };
 

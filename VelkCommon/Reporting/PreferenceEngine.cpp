@@ -25,7 +25,7 @@ const std::vector<Velk::HostPreference>& defaultPreferences()
     return *preferences;
 }
 
-/// The preference as it is without a host: one without description and value for most numbers.
+/// The preference as it is without a host; for most numbers it has neither description nor value.
 SinglePref defaultPreference(std::size_t index)
 {
     for (const Velk::HostPreference& preference : defaultPreferences()) {

@@ -20,7 +20,7 @@ struct HostPreference;
 class VELKCOMMON_EXPORT SinglePref
 {
 public:
-    /// A preference of the type of `value`, or without a value when that is empty.
+    /// A preference of the type of `value`; one without a value when `value` is empty.
     SinglePref(std::string description, std::any value);
 
     /// What the preference is about, for messages.
@@ -42,8 +42,8 @@ private:
 class VELKCOMMON_EXPORT PrefSet
 {
 public:
-    /// The entry with that number; one without a value is made for a number that is not in use. The
-    /// reference is valid until the process ends.
+    /// The entry with that number. For a number that is not in use yet, an entry without a value is made.
+    /// The reference is valid until the process ends.
     SinglePref& getPref(std::size_t index);
 
     /// The value of preference `index` when it is of type `T`. Otherwise the mismatch is reported as a
@@ -66,11 +66,11 @@ private:
     void adopt(const std::vector<Velk::HostPreference>& preferences);
 
     std::mutex mutex_;
-    std::map<std::size_t, SinglePref> entries_;  // entries stay where they are, see getPref()
-    std::set<std::size_t> changed_;              // numbers whose entries are not as without a host
+    std::map<std::size_t, SinglePref> entries_;  // its entries never move, see getPref()
+    std::set<std::size_t> changed_;              // numbers of the entries that may differ from their defaults
 };
 
-/// The host's preference store. PreferenceNumbers.h has the numbers that the library uses, with their
+/// The host's preference store. PreferenceNumbers.h lists the numbers that the library uses, with their
 /// defaults.
 class VELKCOMMON_EXPORT PreferenceEngine
 {
@@ -81,9 +81,10 @@ public:
     /// The application's numbered preferences.
     PrefSet& getPrefSet() noexcept { return applicationSet_; }
 
-    /// Makes the store what a host wants: its descriptions and values, the defaults for all other
-    /// numbers. For installHost(). References from PrefSet::getPref() stay valid. It writes the entries
-    /// that the host lists or listed before and those that were set; other threads may use all others.
+    /// Fills the store with the descriptions and values of a host, and with the defaults for all other
+    /// numbers. For installHost(). References from PrefSet::getPref() stay valid. Writes only the entries
+    /// that this host or an earlier one listed and those that were set; meanwhile, other threads may use
+    /// all others.
     void adopt(const std::vector<Velk::HostPreference>& preferences);
 
 private:

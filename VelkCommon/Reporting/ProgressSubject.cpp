@@ -19,7 +19,7 @@ struct SubRange
     std::uint64_t steps = 0;
     std::uint64_t taken = 0;
 
-    /// The position after one more step. Computed from the number of steps, so that nothing adds up.
+    /// The position after one more step. Computed from the number of steps, so that rounding errors do not add up.
     double advance()
     {
         taken = std::min(taken + 1, steps);
@@ -28,7 +28,8 @@ struct SubRange
     }
 };
 
-/// What a sub-range may cover: neither less than nothing nor more than is left. Not a number is nothing.
+/// How much a sub-range may cover: `units`, but not less than nothing and not more than is left. NaN counts as
+/// nothing.
 double coverable(double units, double position)
 {
     return units > 0 ? std::min(units, fullPosition - position) : 0;
@@ -38,7 +39,7 @@ double coverable(double units, double position)
 
 struct ProgressSubject::Data
 {
-    /// A call to an observer that is under way.
+    /// A running call to an observer.
     struct Call
     {
         std::thread::id thread;

@@ -22,7 +22,7 @@ public:
         bool cancelled = false;         ///< the user asked to stop
     };
 
-    /// Told of every change of labels or position. Must not throw.
+    /// Is told of every change of the labels or the position. Must not throw.
     class VELKCOMMON_EXPORT Observer
     {
     public:
@@ -32,32 +32,32 @@ public:
     };
 
     ProgressSubject();
-    /// Not owned; `observer` outlives the subject or detaches by setObserver(nullptr).
+    /// `observer` is not owned. It must outlive the subject or be detached by setObserver(nullptr).
     explicit ProgressSubject(Observer& observer);
     virtual ~ProgressSubject();
     ProgressSubject(const ProgressSubject&) = delete;
     ProgressSubject& operator=(const ProgressSubject&) = delete;
 
-    /// Replaces the observer; null detaches it. Waits until calls to the old one that are under way on
-    /// other threads have returned, unless the caller is itself in such a call. So whoever calls it
-    /// must hold nothing that an observer waits for.
+    /// Replaces the observer; null detaches it. Waits until running calls to the old observer on other
+    /// threads have returned, unless the caller is itself in such a call. So the caller must not hold a
+    /// lock that an observer waits for.
     void setObserver(Observer* observer);
 
     /// Replaces both labels.
     virtual void updateLabels(std::u32string mainLabel, std::u32string secondaryLabel);
 
     /// Advances by one step of the current sub-range and replaces both labels. Never goes beyond the
-    /// end of the sub-range; without one only the labels change.
+    /// end of the sub-range; without a sub-range, only the labels change.
     virtual void increment(std::u32string mainLabel, std::u32string secondaryLabel);
 
-    /// From here on `steps` increments cover `units` of the hundred, starting at the current position.
+    /// From now on, `steps` increments cover `units` of the hundred, starting at the current position.
     /// Zero steps cover nothing.
     virtual void openSubRange(std::uint64_t steps, double units);
 
-    /// Whether the user asked to stop. The working code looks at it between steps.
+    /// Whether the user asked to stop. The working code checks this between steps.
     virtual bool isCancelled() const;
 
-    /// Asks the working code to stop; there is no way back.
+    /// Asks the working code to stop. This cannot be undone.
     void cancel();
 
     /// A consistent copy of what the watcher sees.

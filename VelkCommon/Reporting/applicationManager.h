@@ -4,8 +4,8 @@
 
 #include <string>
 
-/// The host application, as far as the library asks it something. A host derives its own and hands it
-/// over at start-up (HostServices::application).
+/// The host application, reduced to what the library needs to know of it. A host derives its own class and
+/// passes an object of it at start-up (HostServices::application).
 class VELKCOMMON_EXPORT applicationManager
 {
 public:
@@ -16,13 +16,13 @@ public:
     virtual std::string getInstanceName() const = 0;
 };
 
-/// The host application. Set by Velk::installHost(); a default one named "velk" until then, so it is
-/// null only when a host sets it so.
+/// The host application. Set by Velk::installHost(); until then a default one named "velk", so it is null
+/// only when a host assigns null.
 VELKCOMMON_EXPORT extern applicationManager* gApp;
 
 namespace Velk {
 
-/// Points `gApp` to `application`, or to the default one for null. For installHost().
+/// Makes `gApp` point to `application`, or to the default one when that is null. For installHost().
 void useApplication(applicationManager* application) noexcept;
 
 }  // namespace Velk

@@ -2,8 +2,9 @@
 
 #include <type_traits>
 
-/// Questions about single characters of ASCII, with answers that depend on no locale. They may be asked
-/// about any byte of UTF-8 and any code point: what is beyond ASCII is none of these, and stays as it is.
+/// Questions about single ASCII characters, answered independently of any locale. They can be asked about
+/// any byte of UTF-8 and any code point: a value beyond ASCII belongs to none of the classes, and lower()
+/// returns it unchanged.
 namespace Velk::Ascii {
 
 /// "0" to "9".
@@ -20,7 +21,7 @@ constexpr bool isCapital(Character c) noexcept
     return c >= Character{'A'} && c <= Character{'Z'};
 }
 
-/// A capital's small letter; any other character as it is.
+/// The lower-case form of "A" to "Z"; any other character unchanged.
 template <typename Character>
 constexpr Character lower(Character c) noexcept
 {
@@ -34,7 +35,7 @@ constexpr bool isLetter(Character c) noexcept
     return isCapital(c) || (c >= Character{'a'} && c <= Character{'z'});
 }
 
-/// What is below the blank, and DEL: moves a cursor, ends a line, or is not shown at all.
+/// A character below the blank, or DEL: one that moves a cursor, ends a line, or is not shown at all.
 template <typename Character>
 constexpr bool isControl(Character c) noexcept
 {

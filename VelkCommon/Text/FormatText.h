@@ -13,24 +13,24 @@
 namespace Velk {
 
 /// `pattern` with "%1%", "%2%" ... replaced by the arguments and "%%" by "%", for texts that come from a
-/// host. All of Boost.Format's placeholders work. A pattern with too few, too many or broken ones still
-/// yields something readable, and no exception but for memory: a placeholder without argument
-/// vanishes, a "%" that begins no placeholder stays, and where nothing at all would be left the result
-/// is the arguments that are not empty, separated by blanks. Numbers come without thousands separators,
-/// whatever the global locale. Any thread.
+/// host. All of Boost.Format's placeholders work. A pattern with too few, too many or broken placeholders
+/// still yields a readable text: a placeholder without an argument vanishes, a "%" that does not begin a
+/// placeholder stays, and where nothing at all would be left, the result is the non-empty arguments,
+/// separated by blanks. Numbers are written without thousands separators, whatever the global locale.
+/// Throws only when memory runs out. Any thread.
 template <typename... Arguments>
 std::string formatText(const std::string& pattern, const Arguments&... arguments);
 
 namespace detail {
 
-/// Boost.Format would make a mess of the pattern: a "%" stands before a blank or a character beyond
-/// ASCII, or so many digits are in a row that they overflow its numbers.
+/// Whether Boost.Format would misread the pattern: it has a "%" before a blank or before a character beyond
+/// ASCII, or a row of digits so long that it overflows Boost.Format's numbers.
 VELKCOMMON_EXPORT bool confusesBoostFormat(std::string_view pattern) noexcept;
 
-/// Replaces "%1%" and its like and "%%"; every other "%" stays.
+/// `pattern` with "%1%", "%2%" ... and "%%" replaced; every other "%" stays.
 VELKCOMMON_EXPORT std::string replacePlaceholders(std::string_view pattern, const std::vector<std::string>& arguments);
 
-/// The texts that are not empty, separated by blanks.
+/// The non-empty texts, separated by blanks.
 VELKCOMMON_EXPORT std::string joinTexts(const std::vector<std::string>& texts);
 
 template <typename Argument>
@@ -59,7 +59,7 @@ std::string formatWithFallback(const std::string& pattern, const Arguments&... a
         try {
             return tryBoostFormat(pattern, arguments...);
         } catch (const boost::io::format_error&) {
-            // The pattern is broken; what follows reads it leniently.
+            // The pattern is broken; the lenient reading below takes over.
         }
     }
     return replacePlaceholders(pattern, {plainText(arguments)...});

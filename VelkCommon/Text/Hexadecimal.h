@@ -6,15 +6,15 @@
 #include <string>
 #include <string_view>
 
-/// Numbers and bytes in hexadecimal digits. Nothing throws but for memory. Any thread.
+/// Numbers and bytes in hexadecimal digits. Throws only when memory runs out. Any thread.
 namespace Velk::Hexadecimal {
 
-/// The digits by their values, as digests, names and JSON have them.
+/// The digits in the order of their values, as used in digests, names and JSON.
 inline constexpr std::string_view smallDigits = "0123456789abcdef";
-/// The digits by their values, as addresses have them.
+/// The digits in the order of their values, as used in addresses.
 inline constexpr std::string_view capitalDigits = "0123456789ABCDEF";
 
-/// The value of a digit of either kind, -1 for any other character.
+/// The value of a digit, whether its letter is small or capital; -1 for any other character.
 constexpr int valueOf(char digit) noexcept
 {
     if (Ascii::isDigit(digit))
@@ -23,7 +23,7 @@ constexpr int valueOf(char digit) noexcept
     return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
 }
 
-/// The bytes as two small digits each.
+/// The bytes, each written as two digits with small letters.
 VELKCOMMON_EXPORT std::string textOf(std::string_view bytes);
 
 }  // namespace Velk::Hexadecimal

@@ -30,9 +30,9 @@ char32_t lowerCodePoint(char32_t character)
     return character <= Velk::detail::lastCodePoint ? QChar::toLower(character) : character;
 }
 
-/// The lower case of characters that are looked up often: all of two bytes (Latin letters with accents,
-/// Greek, Cyrillic; some become one byte or three) and the Latin and Greek ones of three bytes from
-/// U+1E00 (Vietnamese).
+/// The lower case of characters that are looked up often: all characters of two bytes (Latin letters with
+/// accents, Greek, Cyrillic; some become one byte or three) and the Latin and Greek letters of three bytes
+/// from U+1E00 on (Vietnamese, for example).
 class CaseTables
 {
 public:
@@ -73,8 +73,8 @@ bool isContinuation(const char* text)
     return (byteAt(text) & 0xC0) == 0x80;
 }
 
-// What can begin a character that has another lower case lies in C3 to D5, E1, E2, EA, EF and F0. A
-// byte outside these is copied by itself, whether it is part of a character or of nothing.
+// Every character that lower case changes begins with a byte in C3 to D5, or with E1, E2, EA, EF or F0. Any
+// other byte is simply copied, whether it belongs to a character or is malformed.
 bool mayBeginCapital(unsigned byte)
 {
     return (byte >= 0xC3 && byte <= 0xD5) || byte == 0xE1 || byte == 0xE2 || byte == 0xEA || byte == 0xEF ||
@@ -92,7 +92,8 @@ char* append(char* out, const EncodedUtf8& encoded)
     return out + encoded.size;
 }
 
-// A character of three or four bytes. What begins with F0 may be an overlong form, which is no character.
+// Lowers a character of three or four bytes. A sequence that begins with F0 may be an overlong form, which is
+// malformed.
 char* lowerLongCharacter(char* out, const char*& in, unsigned size)
 {
     char32_t character = byteAt(in) & (0x7Fu >> size);
@@ -115,7 +116,7 @@ char* lowerLongCharacter(char* out, const char*& in, unsigned size)
     return out;
 }
 
-// One character at `in`, or one byte where there is none.
+// Lowers the character at `in`, or copies one byte where there is none.
 char* lowerCharacter(char* out, const char*& in, const char* end)
 {
     const unsigned lead = byteAt(in);
@@ -138,16 +139,17 @@ char* lowerCharacter(char* out, const char*& in, const char* end)
     return out + 1;
 }
 
-/// A block of text in which something is not ASCII.
+/// The result of lowering a block of text that is not pure ASCII.
 struct LoweredBlock
 {
-    Bytes16 bytes;          // lowered, but for what `special` tells
-    std::uint32_t special;  // where a character begins that is to be lowered by itself
-    std::uint32_t begun;    // where a character of two bytes begins
+    Bytes16 bytes;          // lowered, except for the characters in `special`
+    std::uint32_t special;  // where characters begin that must be lowered one by one
+    std::uint32_t begun;    // where characters of two bytes begin
 };
 
-// Latin, Greek and Cyrillic letters of two bytes become others of two bytes by few rules, and are lowered
-// here without a branch. `next` are the bytes one further on. What is special errs on the safe side.
+// Most Latin, Greek and Cyrillic letters of two bytes become other letters of two bytes by a few rules, and are
+// lowered here without a branch. `next` holds the bytes one place further on. When in doubt, a character is
+// marked as special.
 LoweredBlock lowerBlock(Bytes16 block, Bytes16 next)
 {
     const Bytes16 c3 = equal(block, Bytes16(0xC3));
@@ -163,14 +165,14 @@ LoweredBlock lowerBlock(Bytes16 block, Bytes16 next)
     // U+00C0-U+00DE without the multiplication sign, U+0391-U+039F, U+0410-U+041F: 32 more
     const Bytes16 up = (c3 & (inRange(next, 0x80, 0x96) | inRange(next, 0x98, 0x9E))) |
                        (ce & inRange(next, 0x91, 0x9F)) | (d0 & from90);
-    // U+03A0-U+03AB (U+03A2 is none), U+0420-U+042F: 32 more, which is in the next lead's range
+    // U+03A0-U+03AB (U+03A2 is unassigned), U+0420-U+042F: 32 more, which needs the next lead byte
     const Bytes16 over = (ce & (inRange(next, 0xA0, 0xA1) | inRange(next, 0xA3, 0xAB))) | (d0 & fromA0);
     // U+0400-U+040F: 80 more
     const Bytes16 far = d0 & inRange(next, 0x80, 0x8F);
-    // U+0100-U+0137, U+014A-U+0177: pairs that begin with an even one; U+0130 is no such pair
+    // U+0100-U+0137, U+014A-U+0177: pairs that begin with an even number; U+0130 is not part of one
     const Bytes16 evenPair =
         (c4 & (inRange(next, 0x80, 0xAF) | inRange(next, 0xB1, 0xB7))) | (c5 & inRange(next, 0x8A, 0xB7));
-    // U+0139-U+013E, U+0141-U+0148, U+0179-U+017E: pairs that begin with an odd one
+    // U+0139-U+013E, U+0141-U+0148, U+0179-U+017E: pairs that begin with an odd number
     const Bytes16 oddPair = ((c4 | c5) & inRange(next, 0xB9, 0xBE)) | (c5 & inRange(next, 0x81, 0x88));
 
     const Bytes16 leads = (over | far) & Bytes16(1);
@@ -186,8 +188,8 @@ LoweredBlock lowerBlock(Bytes16 block, Bytes16 next)
     return {lowerAscii(block) + leads + seconds.movedOn(), special.mask(), inRange(block, 0xC3, 0xDF).mask()};
 }
 
-// Lowers what begins before `limit`, from which on 17 bytes can be read. May go beyond `end` by bytes
-// that are no part of a longer character; `in` then tells by how many.
+// Lowers all characters that begin before `limit`; from any place before it, 17 bytes can be read. It may run
+// past `end`, but only by bytes that do not belong to a longer character; `in` then tells by how many.
 void lowerBlocks(char*& to, const char*& in, const char* limit, const char* end)
 {
     while (in < limit) {
@@ -200,7 +202,7 @@ void lowerBlocks(char*& to, const char*& in, const char* limit, const char* end)
         }
         const LoweredBlock lowered = lowerBlock(block, Bytes16::load(in + 1));
         lowered.bytes.store(to);
-        // A character that goes on behind the block is left to the next.
+        // A character that continues beyond the block is left to the next one.
         const std::uint32_t cut = lowered.begun & 1u << (Bytes16::size - 1);
         const unsigned plain = lowestBit(lowered.special | cut | 1u << Bytes16::size);
         in += plain;
@@ -210,7 +212,7 @@ void lowerBlocks(char*& to, const char*& in, const char* limit, const char* end)
     }
 }
 
-// The last, less than a block, with room behind it to read.
+// Lowers the rest, which is less than a block, from a copy with readable room behind it.
 std::size_t lowerRest(char* const out, const char* from, std::size_t size)
 {
     char rest[2 * Bytes16::size + 1] = {};
@@ -240,7 +242,7 @@ std::string toLowerUtf8(std::string_view text)
 
 std::size_t toLowerUtf8Into(char* const out, std::string_view text) noexcept
 {
-    if (text.size() < Bytes16::size) {  // as most names
+    if (text.size() < Bytes16::size) {  // true of most names
         const Bytes16 block = Bytes16::loadPart(text.data(), text.size());
         if (block.mask() != 0)
             return lowerRest(out, text.data(), text.size());

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-/// Addresses as they travel. Nothing throws but for memory. Any thread.
+/// The percent-encoding of addresses. Throws only when memory runs out. Any thread.
 namespace Velk {
 
 /// `text` with "%XX" in place of each byte for which `stays` is false.
@@ -26,9 +26,9 @@ std::string percentEncoded(std::string_view text, Predicate stays)
     return result;
 }
 
-/// `address`, or a part of one, as transfers send it: with those bytes percent-encoded that no URL can
-/// carry, which are blanks, controls, bytes above 0x7E and " < > \ ^ ` { | }. All others stay, "%" and
-/// "#" included.
+/// `address`, or a part of one, as transfers send it: the bytes that a URL cannot carry are
+/// percent-encoded, which are blanks, controls, bytes above 0x7E and " < > \ ^ ` { | }. All other bytes
+/// stay, including "%" and "#".
 VELKCOMMON_EXPORT std::string wireForm(std::string_view address);
 
 }  // namespace Velk

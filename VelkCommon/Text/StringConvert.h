@@ -10,17 +10,17 @@
 #include <vector>
 
 /// Conversions between the encodings in use: UTF-32 for what users see and for paths, UTF-8 for URLs,
-/// JSON, logs and names to be rated, Windows-1252 for the content service, wide text at the operating
-/// system's border, `QString` in widgets.
+/// JSON, logs and names to be rated, Windows-1252 for the content service, wide text for calls of the
+/// operating system, `QString` in widgets.
 ///
-/// No conversion throws on malformed input and none truncates: each maximal ill-formed sequence of
+/// No conversion throws on malformed input, and none truncates: each maximal ill-formed sequence of
 /// UTF-8, each lone surrogate and each value above U+10FFFF becomes one U+FFFD. Zero bytes and
 /// zero code points are ordinary characters. Any thread.
 namespace StringConvert {
 
 /// The encoding of a narrow text.
 enum Method : int {
-    Default = 0,     ///< what logs and consoles get; UTF-8, so that no name is lost in a log
+    Default = 0,     ///< for logs and consoles; UTF-8, so that no name is lost in a log
     Utf8 = 1,        ///< UTF-8
     Windows1252 = 2  ///< Windows-1252, see toWin1252()
 };
@@ -30,7 +30,7 @@ VELKCOMMON_EXPORT std::string toStdString(std::u32string_view text, Method metho
 
 /// `text` as UTF-8. A lone surrogate or a value above U+10FFFF becomes U+FFFD.
 VELKCOMMON_EXPORT std::string toStdUtf8String(std::u32string_view text);
-/// The same; exact matches, so that a path overload (fileString.h) never competes for a text.
+/// The same. The parameter matches exactly, so that the overload for paths (fileString.h) never competes.
 inline std::string toStdUtf8String(const std::u32string& text)
 {
     return toStdUtf8String(std::u32string_view(text));
@@ -51,14 +51,14 @@ VELKCOMMON_EXPORT std::u32string toUnicode(const QString& text);
 /// Each element of `texts` converted by itself, in order.
 VELKCOMMON_EXPORT std::vector<std::u32string> toUnicode(const std::vector<std::string>& texts, Method method = Utf8);
 
-/// UTF-32 from UTF-8. When `ok` is given it tells whether the text was well-formed; the result is the
-/// best reading (with U+FFFD) either way.
+/// UTF-32 from UTF-8. `ok`, when given, receives whether the text was well-formed. The text is converted
+/// in either case, with U+FFFD for what is malformed.
 VELKCOMMON_EXPORT std::u32string toUnicodeFromUtf8(std::string_view text, bool* ok = nullptr);
 
-/// `text` is well-formed UTF-8.
+/// Whether `text` is well-formed UTF-8.
 VELKCOMMON_EXPORT bool isUtf8(std::string_view text) noexcept;
 
-/// The system's wide text: UTF-16 or UTF-32, as `wchar_t` has it.
+/// The system's wide text: UTF-16 or UTF-32, depending on the size of `wchar_t`.
 VELKCOMMON_EXPORT std::wstring toWide(std::u32string_view text);
 
 /// Qt's text from UTF-32.

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Enough for the exact value of every double: its smallest digit is that of 2 to the -1074.
+/// Enough for the exact value of every double: the smallest is 2 to the -1074, which has that many decimals.
 constexpr int exactDecimals = 1074;
 constexpr std::size_t exactLength = std::numeric_limits<double>::max_exponent10 + 1 + 1 + exactDecimals;
 
@@ -22,7 +22,7 @@ struct Digits
     std::string fraction;
 };
 
-/// std::to_chars, as it knows no locale and is exact.
+/// By std::to_chars, because it is exact and independent of the locale.
 Digits exactDigits(double magnitude)
 {
     std::string text(exactLength, '\0');
@@ -33,7 +33,7 @@ Digits exactDigits(double magnitude)
     return {text.substr(0, point), text.substr(point + 1)};
 }
 
-/// Adds one to the last digit of a decimal number without point.
+/// Adds one to the last digit of a decimal number that has no decimal point.
 void increaseLastDigit(std::string& digits)
 {
     for (std::size_t i = digits.size(); i-- > 0;) {
@@ -69,7 +69,7 @@ std::string groupByThousands(const std::string& whole, const std::string& separa
     return grouped;
 }
 
-/// Halves away from zero, into the range of `T`.
+/// Rounds halves away from zero and limits the result to the range of `T`.
 template <typename T>
 T rounded(double value)
 {
@@ -112,7 +112,7 @@ bool replaceAll(std::u32string& text, std::u32string_view from, std::u32string_v
     std::size_t found = from.empty() ? std::u32string::npos : text.find(from);
     if (found == std::u32string::npos)
         return false;
-    // A new text, as replacing in place moves the rest of the text once per occurrence.
+    // Builds a new text, because replacing in place would move the rest of the text once per occurrence.
     std::u32string result;
     std::size_t copied = 0;
     for (; found != std::u32string::npos; found = text.find(from, copied)) {

@@ -18,8 +18,8 @@ constexpr std::string_view minusInfinity = "-infinity";
 constexpr std::string_view plusInfinity = "+infinity";
 
 constexpr std::size_t lengthWithoutFraction = 15;  // 20260301T140559
-constexpr std::size_t fractionDigits = 6;          // a time has microseconds
-constexpr std::size_t longestFraction = 9;         // other writers have nanoseconds
+constexpr std::size_t fractionDigits = 6;          // times are kept in microseconds
+constexpr std::size_t longestFraction = 9;         // other writers use nanoseconds
 
 // The fields are written and read here, not through streams: those follow the global locale.
 void appendPadded(std::string& out, long long value, std::size_t width)
@@ -28,7 +28,7 @@ void appendPadded(std::string& out, long long value, std::size_t width)
     out.append(width - std::min(width, digits.size()), '0').append(digits);
 }
 
-/// The fields of `value`, which is no special value, with the given separators.
+/// The fields of `value`, which must not be a special value, with the given separators.
 std::string fieldsOf(const ptime& value, std::string_view dateSeparator, std::string_view timeSeparator)
 {
     const auto date = value.date().year_month_day();
@@ -49,7 +49,7 @@ void appendFraction(std::string& out, const ptime& value)
     appendPadded(out, value.time_of_day().fractional_seconds(), fractionDigits);
 }
 
-/// The number that the characters of `text` write; none unless all of them are digits.
+/// The number that `text` stands for; empty unless all of its characters are digits.
 std::optional<int> numberIn(std::string_view text)
 {
     int value = 0;
@@ -88,8 +88,8 @@ std::optional<time_duration> timeIn(std::string_view text)
     return time_duration(*hours, *minutes, *seconds);
 }
 
-/// What stands behind the seconds: nothing, or a separator and digits. Digits beyond microseconds are
-/// dropped.
+/// The fraction in the text after the seconds, which is either nothing or a separator and digits. Digits
+/// beyond microseconds are dropped.
 std::optional<time_duration> fractionIn(std::string_view text)
 {
     if (text.empty())

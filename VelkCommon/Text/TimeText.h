@@ -6,21 +6,21 @@
 
 #include <string>
 
-/// Times and their texts. All times are UTC, so that stamps from different machines compare.
-/// Any thread; nothing throws but for memory.
+/// Times and their texts. All times are UTC, so that those from different machines can be compared.
+/// Throws only when memory runs out. Any thread.
 namespace Library {
 
 /// The current time (UTC, microseconds).
 VELKCOMMON_EXPORT boost::posix_time::ptime getTimeNow();
 
-/// The current time as people read it in the log: "2026-03-01T14:05:59.012345Z".
+/// The current time in the form that the log shows: "2026-03-01T14:05:59.012345Z".
 VELKCOMMON_EXPORT std::string getTimeNowString();
 
-/// The text form that data files hold; fromString() gives the value back exactly.
+/// The form in which data files hold a value; fromString() gives back exactly the same value.
 template <typename T>
 std::string toString(const T& value);
 
-/// The value of a text that toString() wrote.
+/// The value of a text that toString() returned.
 template <typename T>
 T fromString(const std::string& text);
 
@@ -29,7 +29,7 @@ T fromString(const std::string& text);
 template <>
 VELKCOMMON_EXPORT std::string toString<boost::posix_time::ptime>(const boost::posix_time::ptime& value);
 
-/// Not-a-date-time for a text of any other form and for fields out of range.
+/// Reads that form; not-a-date-time for any other text and for fields out of range.
 template <>
 VELKCOMMON_EXPORT boost::posix_time::ptime fromString<boost::posix_time::ptime>(const std::string& text);
 

@@ -6,7 +6,7 @@
 namespace StringConvert {
 namespace {
 
-// The characters of 80 to 9F; all other bytes are the code points of the same number. The five holes
+// The characters of 80 to 9F; all other bytes are the code points of the same number. The five unassigned bytes
 // (81 8D 8F 90 9D) stand for the C1 controls of their number, so that every byte survives a round trip.
 constexpr std::array<char16_t, 32> upperControls = {
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,  //

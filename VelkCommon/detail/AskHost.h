@@ -6,8 +6,8 @@
 
 namespace Velk::detail {
 
-/// What a host's function answers; nothing when it is absent or throws. For a function without a
-/// result: whether it ran to its end. Hold no lock while asking: a host may call back.
+/// The answer of a host's function; empty when the function is absent or throws. For a function without
+/// a result: whether it ran to its end. Hold no lock during the call, because the host may call back.
 template <typename Answer, typename... Parameters, typename... Arguments>
 auto askHost(const std::function<Answer(Parameters...)>& question, const Arguments&... arguments)
     -> std::conditional_t<std::is_void_v<Answer>, bool, std::optional<Answer>>

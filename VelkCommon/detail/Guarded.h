@@ -2,9 +2,9 @@
 
 namespace Velk {
 
-/// What `operation` returns; `failure` when it throws. For operations on files that promise not to
-/// throw: what they are made of throws std::bad_alloc, and std::runtime_error from randomName(), and
-/// both are failures like a full disk. Whatever else came would be one as well.
+/// The result of `operation`, or `failure` when it throws. It is meant for operations on files that
+/// promise not to throw although the functions they call may throw std::bad_alloc or, from randomName(),
+/// std::runtime_error. Any exception counts as an ordinary failure, like a full disk.
 template <typename Operation, typename Result>
 Result guarded(Operation operation, Result failure) noexcept
 {

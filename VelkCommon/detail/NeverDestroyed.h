@@ -5,9 +5,9 @@
 
 namespace Velk::detail {
 
-/// An object that is made once and then lives until the process ends, without its destructor ever being
-/// run. For what code may still use that runs while the process ends: destructors of other static
-/// objects, whose order across libraries nobody knows, and threads that nobody waits for.
+/// An object that is made once and then lives until the process ends; its destructor never runs. It is
+/// meant for objects that may still be needed while the process is ending: by the destructors of other
+/// static objects, whose order across libraries is unknown, and by threads that nobody waits for.
 ///
 ///     Pool& pool()
 ///     {
@@ -19,7 +19,7 @@ class NeverDestroyed
 {
 public:
     NeverDestroyed() : NeverDestroyed([] { return Object(); }) {}
-    /// Holds what `make` returns. For a class that only its own functions can construct.
+    /// Holds the object that `make` returns, for classes that only their own functions can construct.
     template <typename Make>
     explicit NeverDestroyed(Make make) : object_(::new (static_cast<void*>(room_)) Object(make()))
     {}

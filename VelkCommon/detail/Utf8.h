@@ -14,16 +14,16 @@ inline constexpr char32_t replacementCharacter = 0xFFFD;
 inline constexpr char32_t firstSupplementary = 0x10000;
 inline constexpr char32_t lastCodePoint = 0x10FFFF;
 
-/// What the three-byte form of a surrogate is: malformed in text, but the names that Windows keeps may
-/// hold one.
+/// How to treat the three-byte form of a surrogate. It is malformed in text, but the names of files on
+/// Windows may hold one.
 enum class Surrogates { malformed, allowed };
 
-/// What stands at the beginning of a text.
+/// The character at the beginning of a text.
 struct DecodedUtf8
 {
-    /// U+FFFD when malformed.
+    /// U+FFFD for a malformed sequence.
     char32_t value = replacementCharacter;
-    /// In bytes; of the maximal malformed subsequence when malformed.
+    /// The number of bytes; for a malformed sequence, those of its maximal ill-formed part.
     std::size_t length = 1;
     bool wellFormed = false;
 };
@@ -38,7 +38,7 @@ struct Utf8Lead
     unsigned char bits = 0;
 };
 
-/// No continuations for a byte that begins no sequence of several bytes.
+/// Announces no continuation bytes for a byte that cannot begin a sequence of several bytes.
 constexpr Utf8Lead utf8Lead(unsigned char byte, Surrogates surrogates) noexcept
 {
     const auto low = [byte](unsigned mask) { return static_cast<unsigned char>(byte & mask); };
@@ -78,8 +78,8 @@ constexpr DecodedUtf8 decodeUtf8(std::string_view text, Surrogates surrogates) n
     return {value, lead.continuations + 1, true};
 }
 
-/// Calls `put` with each byte of `value`, which is at most the last code point; a surrogate has its
-/// three-byte form.
+/// Calls `put` with each byte of the UTF-8 form of `value`, which must not exceed the last code point. A
+/// surrogate is written in its three-byte form.
 template <typename Put>
 constexpr void forEachUtf8Byte(char32_t value, Put put)
 {
@@ -103,20 +103,20 @@ constexpr void forEachUtf8Byte(char32_t value, Put put)
     put(continuation(0));
 }
 
-/// Appends these bytes.
+/// Appends the bytes that forEachUtf8Byte() produces to `out`.
 inline void appendUtf8(std::string& out, char32_t value)
 {
     forEachUtf8Byte(value, [&out](char byte) { out += byte; });
 }
 
-/// The bytes of one character, and zeros behind them.
+/// The bytes of one character, followed by zeros.
 struct EncodedUtf8
 {
     char bytes[4] = {};
     std::uint8_t size = 0;
 };
 
-/// These bytes by themselves.
+/// The bytes that forEachUtf8Byte() produces.
 constexpr EncodedUtf8 encodeUtf8(char32_t value) noexcept
 {
     EncodedUtf8 encoded;

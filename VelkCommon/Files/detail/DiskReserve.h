@@ -9,17 +9,17 @@
 
 namespace Velk::detail {
 
-/// What files that come from elsewhere leave free on a disk, in bytes: one that was made to fill it does not.
+/// How many bytes files from elsewhere must leave free on a disk, so that a file made to fill the disk cannot.
 inline constexpr std::uint64_t diskReserve = std::uint64_t{256} << 20;
 
-/// By how many bytes the file at `path` can grow with the reserve left. No limit when nobody knows: then
-/// writing will tell. Any thread.
+/// By how many bytes the file at `path` can grow without using the reserve. Unlimited when the free space is
+/// unknown: then the write itself fails when the disk is full. Any thread.
 VELKCOMMON_EXPORT std::uint64_t roomOnDisk(const fileString& path);
 
-/// How much the volume of a folder has free.
+/// Returns how many bytes are free on the volume of a folder.
 using FreeSpaceQuery = std::optional<std::uint64_t> (*)(const std::string& folder) noexcept;
-/// Asks `query` from now on, and the system again when it is null. For tests: a disk cannot be filled
-/// for them.
+/// Makes roomOnDisk() ask `query` from now on, or the system again when it is null. For tests, which cannot
+/// fill a disk.
 VELKCOMMON_EXPORT void setFreeSpaceQuery(FreeSpaceQuery query) noexcept;
 
 }  // namespace Velk::detail

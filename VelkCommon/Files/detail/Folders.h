@@ -26,14 +26,14 @@ inline std::string folderOf(const fileString& path)
     return parent.empty() ? "." : parent.utf8();
 }
 
-/// Creates each folder of `path` that is missing by `createFolder(path)`, outermost first. Whether the
-/// folder is there afterwards. A folder that is there is not touched.
+/// Creates each missing folder of `path` by `createFolder(path)`, outermost first. Returns whether the
+/// folder exists afterwards. An existing folder is not touched.
 template <typename CreateFolder>
 bool createMissingFolders(const fileString& path, CreateFolder createFolder)
 {
     std::vector<std::string> missing;
     fileString folder = withoutTrailingSeparators(path.utf8());
-    // A root, be it of a drive that is not there, cannot be created and is its own parent.
+    // A root is its own parent and cannot be created, even if it is that of a missing drive.
     const std::size_t root = Velk::Platform::rootLength(folder.utf8());
     for (; folder.utf8().size() > root && !folder.pathExists(); folder = folder.parentPath())
         missing.push_back(folder.utf8());

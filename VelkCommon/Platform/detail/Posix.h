@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// What the sources of this layer for POSIX share.
+/// Helpers that the POSIX sources of this layer share.
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -34,7 +34,7 @@ inline const char* systemPath(const std::string& path) noexcept
     return path.find('\0') == std::string::npos ? path.c_str() : "";
 }
 
-/// An open descriptor; closes itself and leaves the error number as it was.
+/// An open descriptor. The destructor closes it and leaves errno as it was.
 class Descriptor
 {
 public:
@@ -61,7 +61,7 @@ private:
     int number_;
 };
 
-/// O_NONBLOCK: a pipe put in a file's place must not hang us; it means nothing for files.
+/// Opens with O_NONBLOCK, so that a pipe put in a file's place cannot block us; for files it has no effect.
 inline Descriptor openAt(int folder, const char* name, int flags) noexcept
 {
     return Descriptor(
@@ -78,7 +78,7 @@ inline Descriptor openFolder(int parent, const char* name) noexcept
     return openAt(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
 }
 
-/// As openPath(), but fails for folders, which open for reading otherwise.
+/// Like openPath(), but fails for folders, which could otherwise be opened for reading.
 inline Descriptor openFile(const std::string& path, int flags) noexcept
 {
     Descriptor file = openPath(path, flags);
@@ -91,8 +91,8 @@ inline Descriptor openFile(const std::string& path, int flags) noexcept
     return Descriptor();
 }
 
-/// As openFile(), but only what has an end: a device or a pipe put in a file's place must not keep a
-/// reader busy for ever.
+/// Like openFile(), but refuses devices and pipes, which may have no end and would keep a reader busy for
+/// ever.
 inline Descriptor openForReading(const std::string& path) noexcept
 {
     Descriptor file = openPath(path, O_RDONLY);

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// What the sources of this layer for Windows share.
+/// Helpers that the Windows sources of this layer share.
 
 #include <VelkCommon/Platform/PathText.h>
 #include <VelkCommon/detail/Guarded.h>
@@ -22,7 +22,7 @@ inline constexpr std::size_t requestLimit = std::size_t{1} << 30;
 inline constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 inline constexpr std::wstring_view longPrefix = L"\\\\?\\";
 inline constexpr std::wstring_view longShare = L"\\\\?\\UNC\\";
-/// Programs that look at every new file hold it for a moment.
+/// How often to try, because programs that inspect every new file hold it open for a moment.
 inline constexpr int busyAttempts = 10;
 inline constexpr DWORD busyPause = 20;
 
@@ -35,7 +35,7 @@ inline std::wstring systemPath(const std::string& path)
     return toNativePath(path);
 }
 
-/// An open handle; closes itself and leaves the last error as it was.
+/// An open handle. The destructor closes it and leaves the last error as it was.
 class Handle
 {
 public:
@@ -67,7 +67,7 @@ inline std::intptr_t numberOf(HANDLE handle) noexcept
     return reinterpret_cast<std::intptr_t>(handle);
 }
 
-/// Opens a file, never a folder: without FILE_FLAG_BACKUP_SEMANTICS the system refuses those itself.
+/// Opens a file, never a folder: without FILE_FLAG_BACKUP_SEMANTICS the system itself refuses folders.
 inline HANDLE openFile(const std::string& path, DWORD access, DWORD share, DWORD creation) noexcept
 {
     return guarded(
@@ -83,7 +83,7 @@ inline bool isBusy(DWORD error) noexcept
     return error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED || error == ERROR_LOCK_VIOLATION;
 }
 
-/// Tries again while another program looks at the file.
+/// Tries the call again while another program holds the file.
 template <typename Call>
 bool patiently(Call call)
 {
@@ -127,8 +127,8 @@ inline bool removeOne(const std::wstring& path, DWORD attributes, bool overrideR
         [&] { return (isFolder(attributes) ? ::RemoveDirectoryW(path.c_str()) : ::DeleteFileW(path.c_str())) != 0; });
 }
 
-/// The pieces of a path without "." and with ".." taken back, joined; behind the long-path prefix the
-/// system does neither.
+/// The pieces of a path joined, with "." and ".." resolved; the system does not resolve them after the
+/// long-path prefix.
 inline std::wstring resolved(std::wstring_view pieces)
 {
     std::vector<std::wstring_view> kept;

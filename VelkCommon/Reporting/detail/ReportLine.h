@@ -9,7 +9,8 @@
 namespace Velk::detail {
 
 /// Writes `text` to standard error as one line in one write, so that the reports of several threads
-/// stay apart. Its control characters become blanks: names from outside move no cursor.
+/// stay apart. Control characters become blanks, so that names from outside cannot move the
+/// cursor.
 inline void writeReportLine(std::string text)
 {
     std::replace_if(text.begin(), text.end(), Ascii::isControl<char>, ' ');

@@ -1,4 +1,5 @@
-// Old or new: full disks, deaths in the middle, and many at once leave a whole file.
+// Full disks, processes that die half-way and several processes at once leave either the old file or the new one,
+// and always a whole one.
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/ReplacementFile.h>
 
@@ -33,7 +34,7 @@ TEST_F(FileUtilsDeaths, AFullDiskLeavesTheTarget)
     EXPECT_THAT(names(), ElementsAre("from", "to"));
 }
 
-// The operation dies at each of its system calls in turn.
+// The process dies at each system call of the operation in turn.
 class DeathOf : public test::OtherVolume
 {
 protected:
@@ -82,7 +83,7 @@ TEST_F(DeathOf, ReplacementFileLeavesOldOrNew)
     });
 }
 
-// Many processes make the same new file: one of them makes it, and nobody replaces it.
+// Many processes try to create the same new file: exactly one succeeds, and no other replaces it.
 TEST_F(FileUtilsDeaths, OneOfManyMakesAFileThatMustNotBeThere)
 {
     constexpr int processes = 8;

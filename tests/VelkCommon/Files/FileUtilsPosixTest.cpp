@@ -162,14 +162,14 @@ TEST_F(FileUtilsPosix, RootsAndRelativePathsAreRefused)
             EXPECT_FALSE(FileUtils::removeDirectoryAndFiles(std::string(path), FileUtils::overrideReadOnly)) << path;
         EXPECT_THAT(names(), ElementsAre("tree"));
     });
-    // As a user who could do no harm, were they not refused.
+    // As an ordinary user, who could do no harm if these paths were not refused.
     test::asOrdinaryUser([] {
         EXPECT_FALSE(FileUtils::removeDirectoryAndFiles(std::string("/"), FileUtils::noFlags));
         EXPECT_FALSE(FileUtils::removeDirectoryAndFiles(std::string("//"), FileUtils::noFlags));
     });
 }
 
-// Too deep for recursion, for a descriptor per level and for paths as the system takes them.
+// The tree is too deep for recursion, for one descriptor per level and for the longest path of the system.
 TEST_F(FileUtilsPosix, DeepTreesAreRemoved)
 {
     constexpr int depth = 5000;

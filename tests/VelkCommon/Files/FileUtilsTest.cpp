@@ -15,7 +15,7 @@ protected:
     fileString at(const char32_t* name) const { return root_ / name; }
     std::vector<std::string> names() const { return test::listFolder(root_.path()); }
 
-    // More than any block in which bytes are copied.
+    // Longer than any block in which bytes are copied.
     static std::string bigText()
     {
         std::string text;

@@ -1,4 +1,4 @@
-// Files that go from one file system to another.
+// Files that are moved from one file system to another.
 #include <VelkCommon/Files/FileUtils.h>
 
 #include "PosixFiles.h"

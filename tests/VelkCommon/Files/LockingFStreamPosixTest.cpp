@@ -22,7 +22,7 @@ std::string readAll(std::istream& in)
     return {std::istreambuf_iterator<char>(in), {}};
 }
 
-// A file that is held is waited for as long as it takes, be the machine ever so busy.
+// Waits for a held file for as long as it takes, however busy the machine is.
 class NoHurry
 {
 public:
@@ -95,7 +95,7 @@ TEST_F(LockingFStreamPosix, ADeadHolderLetsGo)
 TEST_F(LockingFStreamPosix, WaitersGetTheFileWhenTheHolderLetsGo)
 {
     const NoHurry noHurry;
-    // Not this process: its children would inherit the lock.
+    // Another process holds the file, because children of this one would inherit the lock.
     test::Child holder([this] {
         LockingFStream out(file_, test::writeBytes);
         held_.send();
@@ -118,7 +118,7 @@ TEST_F(LockingFStreamPosix, WaitersGetTheFileWhenTheHolderLetsGo)
         waiter->wait();
 }
 
-// Writers add up a number in turn: none sees the file of another half written.
+// Writers increase a number in turn: none of them sees a file that another has half written.
 TEST_F(LockingFStreamPosix, ThreadsNeverSeeAHalfWrittenFile)
 {
     const std::string text(200'000, 'x');
@@ -134,8 +134,8 @@ TEST_F(LockingFStreamPosix, ThreadsNeverSeeAHalfWrittenFile)
     });
 }
 
-// Others replace the file by renaming all the time: who opens it gets the lock of the file that has the
-// name then, never that of a file without a name.
+// Others keep replacing the file by renaming. Whoever opens it gets the lock on the file that has the name at that
+// moment, never on a file that has lost its name.
 TEST_F(LockingFStreamPosix, TheLockIsOnTheFileThatHasTheName)
 {
     const NoHurry noHurry;

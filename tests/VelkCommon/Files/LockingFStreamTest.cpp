@@ -22,7 +22,7 @@ std::string readAll(std::istream& in)
     return {std::istreambuf_iterator<char>(in), {}};
 }
 
-// More than any buffer, with every byte value.
+// Longer than any buffer, with every byte value.
 std::string bigText()
 {
     std::string text;
@@ -219,7 +219,7 @@ TEST_F(LockingFStreamTest, AWriterIsAlone)
     EXPECT_TRUE(LockingFStream(file_, readText).good());
 }
 
-// All at once, as each waits for the whole time that a held file is given.
+// All at once, because each attempt waits for the whole time that opening a held file may take.
 TEST_F(LockingFStreamTest, WhoComesTooLateGetsNothing)
 {
     const fileString read = root_ / U"read";

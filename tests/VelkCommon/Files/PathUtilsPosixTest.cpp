@@ -12,7 +12,7 @@
 
 namespace {
 
-// The environment belongs to the process, so each test has one of its own.
+// The environment belongs to the whole process, so each test runs in a process of its own.
 class DefaultFolders : public testing::Test
 {
 protected:
@@ -35,7 +35,7 @@ protected:
         return status.st_mode;
     }
 
-    // As expected of any temporary folder but the usual one.
+    // Checks what is expected of a temporary folder that replaces the usual one.
     void expectAnother(const std::string& path) const
     {
         EXPECT_TRUE(path.starts_with(usual() + "-")) << path;
@@ -107,7 +107,7 @@ TEST_F(DefaultFolders, AnotherUsersFolderIsNotTaken)
 {
     inProcess([this] {
         ASSERT_EQ(::mkdir(usual().c_str(), 0700), 0);
-        // Only root can give a folder away; anybody else has to try with one of the wrong mode.
+        // Only root can give a folder to another user; anybody else has to use a folder with the wrong mode.
         const bool root = ::geteuid() == 0;
         ASSERT_EQ(root ? ::chown(usual().c_str(), 65534, 65534) : ::chmod(usual().c_str(), 0711), 0);
         expectAnother(temp());

@@ -8,7 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-// What others may put in a file's place where everybody may write.
+// Links, pipes and devices that others put in a file's place in a folder where everybody may write.
 
 namespace {
 
@@ -57,7 +57,7 @@ TEST_F(PlantedFiles, ALinkIsRead)
     EXPECT_EQ(text, "private");
 }
 
-// Neither may be read to its end: there is none, or nobody writes it.
+// None of these may be read to its end: it has no end, or nobody writes to it.
 class Endless : public PlantedFiles, public testing::WithParamInterface<const char*>
 {
 protected:

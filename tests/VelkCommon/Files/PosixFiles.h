@@ -16,7 +16,7 @@
 
 namespace test {
 
-/// Files with modes and links, in a folder that every user may write.
+/// Files with modes and links, in a folder that every user may write to.
 class PosixFiles : public testing::Test
 {
 protected:
@@ -44,13 +44,13 @@ protected:
         EXPECT_EQ(::symlink(target.utf8().c_str(), link.utf8().c_str()), 0) << link;
     }
 
-    /// As much as a file may hold on a disk that is nearly full.
+    /// The size up to which a file can grow on a disk that is nearly full.
     static constexpr std::size_t smallDisk = 100'000;
 
     TemporaryFolder root_;
 };
 
-/// The same, and a folder on another file system.
+/// The same, with a folder on another file system in addition.
 class OtherVolume : public PosixFiles
 {
 protected:

@@ -27,7 +27,7 @@ TEST_P(SHA1Digest, IsThatOfTheBytes)
     EXPECT_EQ(SHA1::bytesToSHA1Hex(GetParam().bytes), GetParam().hex);
 }
 
-// The first four are the examples of FIPS 180 and of the empty message.
+// The first four are the examples of FIPS 180 and the empty message.
 INSTANTIATE_TEST_SUITE_P(
     Files, SHA1Digest,
     testing::Values(Digest{"Empty", "", "da39a3ee5e6b4b0d3255bfef95601890afd80709"},
@@ -50,7 +50,7 @@ TEST(SHA1Test, IsEmptyForWhatCannotBeRead)
 #ifdef __linux__
 TEST(SHA1Test, IsEmptyOnAReadFault)
 {
-    // Opens, but cannot be read where nothing is mapped.
+    // This file can be opened but not read from its beginning, because no memory is mapped there.
     EXPECT_EQ(SHA1::fileContentsToSHA1Hex(std::string("/proc/self/mem")), "");
 }
 #endif

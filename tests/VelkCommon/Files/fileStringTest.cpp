@@ -206,7 +206,7 @@ TEST(fileString, EveryShortByteStringSurvivesUtf32)
     }
 }
 
-// All sequences of three bytes, and of four, that bytes at the edges of UTF-8's classes make.
+// All sequences of three and of four bytes, made of bytes at the limits of the classes of UTF-8.
 TEST(fileString, EveryEdgeOfUtf8SurvivesUtf32)
 {
     const std::string edges =

@@ -192,7 +192,7 @@ TEST(ProgressSubjectTest, OutlivesAnObserverThatThrows)
     EXPECT_NO_THROW(subject.updateLabels(U"c", U""));
 }
 
-/// Asks and changes the subject while it is told.
+/// Reads and changes the subject while it is being told of a change.
 class Meddling : public ProgressSubject::Observer
 {
 public:
@@ -244,7 +244,7 @@ TEST(ProgressSubjectTest, IsReadAndCancelledWhileAnotherThreadWorks)
     EXPECT_FALSE(recorder.states.empty());
 }
 
-/// Stays in its first call until it is let go.
+/// Stays in its first call until it is released.
 class Slow : public ProgressSubject::Observer
 {
 public:
@@ -276,7 +276,7 @@ TEST(ProgressSubjectTest, LetsGoOfAnObserverOnlyWhenItsCallHasReturned)
     EXPECT_TRUE(returned);
 }
 
-/// Counts the steps of a working code that knows the base only.
+/// Counts the steps of code that knows only the base class.
 class Counting : public ProgressSubject
 {
 public:

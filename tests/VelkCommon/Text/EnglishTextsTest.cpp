@@ -39,7 +39,7 @@ const UsedText usedTexts[] = {
     {messageId::fileUnwritable, 1},
 };
 
-/// How often `part` stands in `text`.
+/// How often `part` occurs in `text`.
 int count(std::string_view text, std::string_view part)
 {
     int found = 0;

@@ -40,10 +40,10 @@ const OneArgument oneArgumentRows[] = {
      "che %1%",
      "K\xC3\xBC"
      "che A"},
-    // Too many placeholders: what has no argument vanishes.
+    // Too many placeholders: one without an argument vanishes.
     {"SecondWithoutArgument", "%1% %2%", "A "},
     {"SecondOfPrintfForm", "%s and %s", "A and "},
-    // Nothing would be left: the argument itself.
+    // Nothing would be left: the result is the argument itself.
     {"Empty", "", "A"},
     {"OnlyOthers", "%5%", "A"},
     {"OnlyNumberZero", "%0%", "A"},

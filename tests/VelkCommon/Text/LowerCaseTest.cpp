@@ -137,7 +137,7 @@ TEST(LowerCase, BothFormsAgreeOnEveryCodePoint)
 
 TEST(LowerCase, BothFormsAgreeInBlocks)
 {
-    // Rows of neighbours, so that whole blocks are of one script, at each distance from a block's begin.
+    // Runs of neighbouring code points, so that whole blocks belong to one script, at each offset within a block.
     std::u32string text;
     for (char32_t character = 0; character <= 0x1FFFF; ++character) {
         if (!isSurrogate(character))
@@ -152,8 +152,8 @@ TEST(LowerCase, BothFormsAgreeInBlocks)
 
 TEST(LowerCase, ChangesTheLettersOfUnicode)
 {
-    // The number and a checksum of all changed code points with what they become, computed from the
-    // Unicode character database, version 13, which is the one of Qt 5.15.
+    // The number of all code points that change, and a checksum of them and their lower case, computed from the
+    // Unicode character database, version 13, which is the version in Qt 5.15.
     std::size_t changed = 0;
     std::uint64_t sum = 0;
     for (char32_t character = 0; character <= lastCodePoint; ++character) {
@@ -184,12 +184,12 @@ TEST(LowerCase, WhatIsNoCodePointStays)
 TEST(LowerCase, BytesThatAreNoUtf8Stay)
 {
     const std::string odd[] = {
-        "\x80",                  // a continuation without a begin
-        "\xC3",                  // a begin without a continuation
+        "\x80",                  // a continuation byte without a lead byte
+        "\xC3",                  // a lead byte without a continuation byte
         "\xC1\x81",              // overlong "A"
         "\xE0\x81\x81",          // the same in three bytes
         "\xF0\x80\x81\x81",      // and in four
-        "\xF0\x80\xC3\xA9",      // a cut begin before a whole character
+        "\xF0\x80\xC3\xA9",      // a truncated sequence before a whole character
         "\xE1\xB8",              // cut off
         "\xE1\xB8z",             // cut off by a letter
         "\xED\xA0\x80",          // a surrogate
@@ -215,7 +215,8 @@ TEST(LowerCase, BytesThatAreNoUtf8Stay)
 
 TEST(LowerCase, AnyBytesAreLoweredPieceByPiece)
 {
-    // A text of any bytes becomes what its parts become, where each part begins with an ASCII character.
+    // A text of arbitrary bytes gives the same result as its parts lowered one by one, if each part begins with an
+    // ASCII character.
     std::mt19937 random(7);
     const std::string bytes = "AZaz09 \x80\x89\xBF\xC3\xC4\xC8\xBA\xD0\x90\xE1\xB8\xE2\x84\xEF\xBC\xF0\x90\xFF";
     for (int i = 0; i < 20000; ++i) {
@@ -280,7 +281,7 @@ TYPED_TEST(SixteenBytes, LoadPartReadsSoManyBytesAndNoMore)
     }
 }
 
-// What a byte of the result should be, for all pairs of bytes at all places.
+// Checks each byte of the result against the expected one, for all pairs of bytes at all places.
 template <typename Bytes, typename Operation, typename Expected>
 void expectForAllBytes(Operation operation, Expected expected)
 {

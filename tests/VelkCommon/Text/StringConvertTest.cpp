@@ -9,7 +9,7 @@ namespace {
 
 using namespace std::string_literals;
 
-/// Every code point that is a character of its own: all but the surrogates.
+/// All code points except the surrogates, which are not characters.
 std::u32string allCodePoints()
 {
     std::u32string all;
@@ -131,7 +131,7 @@ const IllFormed illFormedRows[] = {
      "b",
      U"a??b"},
     {"NeverUsedBytes", "\xC0\xC1\xF5\xF8\xFC\xFE\xFF", U"???????"},
-    // Overlong forms: the lead byte and each of the others count by themselves.
+    // Overlong forms: each byte gives a replacement character.
     {"OverlongTwo", "\xC0\xAF", U"??"},
     {"OverlongTwoHighest", "\xC1\xBF", U"??"},
     {"OverlongThree", "\xE0\x80\x80", U"???"},
@@ -147,7 +147,7 @@ const IllFormed illFormedRows[] = {
     // Beyond the last code point.
     {"FirstBeyond", "\xF4\x90\x80\x80", U"????"},
     {"BeyondAndOthers", "\xF4\x91\x92\x93\xFF\x41\x80\xBF\x42", U"?????A??B"},
-    // Truncated forms: what could have become a character counts once.
+    // Truncated forms: the beginning of a character gives one replacement character.
     {"TruncatedTwo", "\xC2", U"?"},
     {"TruncatedThreeByOne", "\xE2\x82", U"?"},
     {"TruncatedThreeByTwo", "\xE2", U"?"},
@@ -179,7 +179,7 @@ TEST(StringConvert, ValuesThatAreNoCharactersBecomeReplacementCharacters)
         EXPECT_EQ(StringConvert::toUnicode(StringConvert::toWide(text)), U"a\uFFFDb");
         EXPECT_EQ(StringConvert::toUnicode(StringConvert::toQString(text)), U"a\uFFFDb");
     }
-    // Two surrogates in UTF-32 are no pair.
+    // Two surrogates in UTF-32 do not form a pair.
     const std::u32string pair = {0xD83D, 0xDE00};
     EXPECT_EQ(StringConvert::toStdUtf8String(pair), "\xEF\xBF\xBD\xEF\xBF\xBD");
     EXPECT_EQ(StringConvert::toUnicode(StringConvert::toQString(pair)), U"\uFFFD\uFFFD");
@@ -208,7 +208,7 @@ TEST_P(StringConvertUtf16, IsReadFromWideTextOf16Bits)
         const std::wstring text(GetParam().units.begin(), GetParam().units.end());
         EXPECT_EQ(StringConvert::toUnicode(text), GetParam().text);
     } else {
-        // In 32 bits a surrogate is never half of a character.
+        // Where wchar_t has 32 bits, a surrogate is never half of a character.
         const std::wstring pair = {static_cast<wchar_t>(0xD83D), static_cast<wchar_t>(0xDE00)};
         EXPECT_EQ(StringConvert::toUnicode(pair), U"\uFFFD\uFFFD");
     }

@@ -36,7 +36,7 @@ TEST_P(NumberTexts, AreWrittenForPeople)
 }
 
 const NumberText numberTexts[] = {
-    // Thousands.
+    // Thousands separators.
     {"Zero", 0, 9, "0"},
     {"One", 1, 9, "1"},
     {"ThreeDigits", 999, 9, "999"},
@@ -47,7 +47,7 @@ const NumberText numberTexts[] = {
     {"NegativeFourDigits", -1000, 9, "-1,000"},
     {"Large", 1e21, 9, "1,000,000,000,000,000,000,000"},
     {"LargeExact", 1e23, 0, "99,999,999,999,999,991,611,392"},
-    // At most the given decimals, no zeros at the end.
+    // At most the given number of decimals, without trailing zeros.
     {"Half", 1234567.5, 9, "1,234,567.5"},
     {"NineDecimals", 0.123456789, 9, "0.123456789"},
     {"TenthDecimalDropped", 0.1234567891, 9, "0.123456789"},
@@ -60,7 +60,7 @@ const NumberText numberTexts[] = {
     {"NoGroupsBehindThePoint", 0.1234567, 9, "0.1234567"},
     {"Tiny", 1e-10, 9, "0"},
     {"SmallestBeforeItsDigits", 5e-324, 323, "0"},
-    // Halves go away from zero; what counts is the exact value of the double.
+    // Halves round away from zero; the exact value of the double decides.
     {"HalfUp", 0.5, 0, "1"},
     {"HalfOfOddUp", 1.5, 0, "2"},
     {"HalfOfEvenUp", 2.5, 0, "3"},
@@ -79,7 +79,7 @@ const NumberText numberTexts[] = {
     {"MinusZero", -0.0, 9, "0"},
     {"NegativeRoundedToZero", -0.4, 0, "0"},
     {"NegativeTiny", -1e-300, 9, "0"},
-    // What is no number.
+    // Values that are not finite.
     {"NotANumber", notANumber, 9, "nan"},
     {"NegativeNotANumber", -notANumber, 9, "nan"},
     {"Infinity", infinity, 9, "inf"},
@@ -88,7 +88,7 @@ const NumberText numberTexts[] = {
 INSTANTIATE_TEST_SUITE_P(Rows, NumberTexts, testing::ValuesIn(numberTexts),
                          [](const auto& row) { return row.param.name; });
 
-/// The same by whole numbers: the double is `mantissa` times a power of two.
+/// The same text computed with whole numbers: the double is `mantissa` times a power of two.
 std::string referenceText(double value, unsigned precision)
 {
     int exponent = 0;

@@ -121,7 +121,7 @@ TEST_P(BadTimeText, IsNotADateTime)
 using namespace std::string_literals;
 
 const BadForm badForms[] = {
-    // Form.
+    // Texts of another form.
     {"Empty", ""},
     {"Words", "yesterday"},
     {"DateOnly", "20260301"},
@@ -152,7 +152,7 @@ const BadForm badForms[] = {
     {"InfinityWithoutSign", "infinity"},
     {"InfinityInCapitals", "+INFINITY"},
     {"InfinityWithMore", "+infinity "},
-    // Range.
+    // Fields out of range.
     {"YearBeforeTheFirst", "13991231T235959"},
     {"YearZero", "00000101T000000"},
     {"MonthZero", "20260001T000000"},
