@@ -34,7 +34,7 @@ private:
     const ZipEntry& entry_;
 };
 
-/// A walk: the archive that is read, and those that are written.
+/// A walk: the archive that it reads, and those that it writes.
 class ZipUtils::ZipHandles::unzArchiveHandle
 {
 public:
@@ -49,22 +49,23 @@ public:
 
     /// The archive at `path` when a walk of this thread has it open for reading; null otherwise.
     static std::shared_ptr<ZipArchive> findArchive(const fileString& path);
-    /// What a walk of this thread writes to `path`, be it after a failure; null otherwise.
+    /// The writer of a walk of this thread for `path`, even if it has failed; null when there is none.
     static ZipWriter* findWriter(const fileString& path);
 
-    /// What this walk writes to `path`; begun when it is not yet. Null when that may not be, or cannot.
+    /// This walk's writer for `path`, which is made when there is none yet. Null when the archive must not be
+    /// or cannot be written.
     ZipWriter* writer(const fileString& path, bool create) const;
-    /// Completes what was written and puts it in place. False when anything of it is lost.
+    /// Completes the written archives and puts them in place. False when any of them is lost.
     bool finish() const;
 
 private:
-    // The walks that the thread is in, each within the perEntry of the one that it points to.
+    // The innermost walk of the thread. Each walk runs inside the perEntry callback of its outer_.
     static thread_local const unzArchiveHandle* innermost;
 
     fileString path_;
     std::shared_ptr<ZipArchive> archive_;
     const unzArchiveHandle* outer_;
-    // Null for an archive that may not be replaced, so that it is read only once.
+    // An archive that must not be replaced is remembered as null, so that it is examined only once.
     mutable std::map<fileString, std::unique_ptr<ZipWriter>> writers_;
 };
 
@@ -86,7 +87,7 @@ bool canBeReplaced(const fileString& path)
     return FileUtils::canWriteFile(path) && Platform::canChangeFolder(folder.empty() ? "." : folder.utf8());
 }
 
-/// An entry by its combined path.
+/// An entry found by its combined path, with its archive.
 struct Addressed
 {
     std::shared_ptr<ZipArchive> archive;
@@ -101,7 +102,7 @@ std::optional<Addressed> locate(const fileString& combined)
         return std::nullopt;
     const fileString path(text.substr(0, end));
     Addressed found;
-    // Within a walk the archive is not opened anew for each of its entries.
+    // A walk already has its archive open, so it need not be opened again for each entry.
     found.archive = Handle::findArchive(path);
     if (!found.archive)
         found.archive = ZipArchive::open(path);
@@ -244,8 +245,8 @@ void ZipUtils::writeFileDataFromArchive(const fileString& combined,
 
 namespace {
 
-// Data is made in pieces, which stay in the processor's cache, and then appended to the block. That grows with
-// what comes: the size that an entry declares may be a lie.
+// Data is unpacked in pieces that fit the processor's cache, and then appended to the block. The block grows with
+// the data that really comes, because the size that an entry declares may be a lie.
 constexpr std::size_t pieceSize = std::size_t{1} << 17;
 constexpr std::size_t firstReserve = std::size_t{1} << 20;
 

@@ -7,8 +7,8 @@
 
 namespace {
 
-/// Takes the group that `slot` owns out of it and leaves the group's first operand in its place. Null,
-/// with nothing changed, when `slot` holds anything else.
+/// Takes the group out of `slot`, puts the group's first operand in its place, and returns the group. Null,
+/// with nothing changed, when `slot` does not hold a group.
 BooleanExp::Group* exchangeForFirstOperand(std::unique_ptr<BooleanExp::Node>& slot)
 {
     BooleanExp::Group* group = slot ? slot->asGroup() : nullptr;
@@ -19,7 +19,7 @@ BooleanExp::Group* exchangeForFirstOperand(std::unique_ptr<BooleanExp::Node>& sl
     return group;
 }
 
-/// Drops following operands of `group` until one is a group, which is handed out; null at the end.
+/// Drops the operands of `group` after the first until one is a group, and returns that one; null when none is left.
 BooleanExp::Group* dropUntilGroup(BooleanExp::Group& group)
 {
     while (!group.conjoinedTerms.empty()) {

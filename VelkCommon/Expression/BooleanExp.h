@@ -10,14 +10,14 @@
 
 /// A Boolean expression of search terms, as people type it into a search box.
 ///
-/// Names come first: nothing is a syntax error, and almost every name finds itself when typed as it
-/// stands. Blank means AND; OR, AND and NOT are operators in capitals, "|" is OR, "-x" is NOT x;
+/// Names come first: nothing is a syntax error, and almost every name is found when it is typed exactly as it
+/// is written. A blank means AND; OR, AND and NOT are operators in capitals, "|" is OR, "-x" is NOT x;
 /// quotes make a phrase; parentheses group. docs/search-syntax.md has the whole grammar.
 ///
 ///     office chair            both words
 ///     chair OR table          either
 ///     chair -"dark red"       chair, without the phrase
-///     (desk OR table) oak     either of two, with oak
+///     (desk OR table) oak     either of the two, with oak
 ///     chair and table         three words: operators are capitals
 ///
 /// One thread at a time; distinct expressions share nothing.
@@ -59,7 +59,7 @@ public:
     {
     public:
         Term() = default;
-        /// The term of a text, as typed.
+        /// A term with this text, as typed.
         explicit Term(std::u32string termText, bool isNegated = false);
         ~Term() override;
         Term* asTerm() override;
@@ -107,11 +107,11 @@ public:
     /// the conjoined terms, in which an Or starts the next alternative and negation stands on terms
     /// only. Alternatives keep their reading order, the left operand varying slowest; nothing is
     /// removed or merged.
-    /// Trees built by hand are welcome: a null operand, or a group without any, is absent together with
-    /// the operator before it, and a node that is neither term nor group stays a leaf.
+    /// Trees built by hand are accepted too: a null operand, or a group without operands, is left out together
+    /// with the operator before it, and a node that is neither a term nor a group stays as a leaf.
     /// Throws std::length_error, before building anything, when the result would have more than 16,384
-    /// terms in all or 1,048,576 code points in them, or groups lie more than 512 deep in one another;
-    /// std::invalid_argument when the result needs a leaf twice that is no term. After any exception the expression is
-    /// as it was.
+    /// terms in all or 1,048,576 code points in them, or when groups are nested more than 512 deep. Throws
+    /// std::invalid_argument when the result needs two copies of a leaf that is not a term. After any exception
+    /// the expression is unchanged.
     void convertToDisjunctiveNormalForm();
 };

@@ -4,15 +4,15 @@
 
 namespace GDI {
 
-/// A device context: what drawing code of the host is given to draw on. Refers to a painter that
-/// outlives it.
+/// A device context, which the host's drawing code is given to draw on. It refers to a painter, which must
+/// outlive it.
 class Dc
 {
 public:
-    /// Draws with `painter`.
+    /// A device context that draws with `painter`.
     explicit Dc(QPainter& painter) noexcept : painter_(&painter) {}
 
-    /// What it draws with.
+    /// The painter that it draws with.
     QPainter& painter() const noexcept { return *painter_; }
 
 private:

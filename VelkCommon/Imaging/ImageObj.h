@@ -6,17 +6,17 @@
 #include <QSize>
 
 /// An image: a value whose copies share their pixels until one of them is edited, so copying is cheap.
-/// Needs no display. Different objects may be used by different threads at the same time, also copies
-/// of each other.
+/// Needs no display. Different objects may be used by different threads at the same time, even if they are
+/// copies of each other.
 class VELKCOMMON_EXPORT ImageObj
 {
 public:
-    /// The right to change one image; edit() makes it. While it exists the image is neither moved nor
-    /// destroyed.
+    /// A handle that gives the right to change one image; edit() makes it. The image must be neither moved nor
+    /// destroyed while the handle exists.
     class VELKCOMMON_EXPORT Editable
     {
     public:
-        /// Takes the right over; `other` has none then.
+        /// Takes the right over from `other`, which must not be used to change the image any more.
         /// @{
         Editable(Editable&& other) noexcept;
         Editable& operator=(Editable&& other) noexcept;
@@ -26,7 +26,7 @@ public:
         ~Editable() = default;
 
         /// The image behind the handle, to paint on or to replace; copies of the ImageObj keep their
-        /// pixels. Not to be asked of a handle that was moved from.
+        /// pixels. Must not be called on a handle that was moved from.
         QImage& image() const noexcept { return *image_; }
 
     private:

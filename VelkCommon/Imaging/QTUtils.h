@@ -7,7 +7,7 @@
 #include <QPainter>
 #include <QPoint>
 
-/// From the host's drawing types to those of Qt.
+/// Converts the host's drawing types to those of Qt.
 class VELKCOMMON_EXPORT QTUtils
 {
 public:
@@ -16,6 +16,6 @@ public:
     /// The painter behind a device context.
     static QPainter& getPainter(const GDI::Dc& context) noexcept;
 
-    /// The same coordinates.
+    /// The point with the same coordinates.
     static QPoint iPointToQPoint(const tPoint<int>& point) noexcept;
 };

@@ -15,7 +15,7 @@ public:
     ResourceHandler(const ResourceHandler&) = delete;
     ResourceHandler& operator=(const ResourceHandler&) = delete;
 
-    /// The host's image of that (UTF-8) name; an image that is not valid when the host has none. Asks the
+    /// The host's image of this name (UTF-8); an image that is not valid when the host has none. Asks the
     /// host each time. Any thread.
     ImageObj getImage(std::string_view name) const;
 

@@ -5,12 +5,12 @@ template <typename T>
 struct tPoint
 {
     constexpr tPoint() = default;
-    /// At these coordinates.
+    /// A point at these coordinates.
     constexpr tPoint(T xValue, T yValue) : x(xValue), y(yValue) {}
 
-    /// Both coordinates are equal.
+    /// True when both coordinates are equal.
     friend constexpr bool operator==(const tPoint&, const tPoint&) = default;
 
-    T x{};  ///< to the right
-    T y{};  ///< down or up, as its user has it
+    T x{};  ///< increases to the right
+    T y{};  ///< increases downwards or upwards, as its user defines
 };

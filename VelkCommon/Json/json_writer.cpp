@@ -48,7 +48,7 @@ void appendUnit(std::string& out, unsigned unit)
         out += Velk::Hexadecimal::smallDigits[(unit >> shift) & 0xF];
 }
 
-// Quotes, backslashes and control characters.
+// Appends a quote, backslash or control character as its escape.
 void appendAscii(std::string& out, char character)
 {
     switch (character) {
@@ -78,7 +78,7 @@ void appendAscii(std::string& out, char character)
     }
 }
 
-// The surrogate at the beginning of `text`, in its three-byte form, when it is of that kind.
+// The surrogate that `text` begins with in its three-byte form, if it is of the given kind.
 char32_t surrogateAt(std::string_view text, bool (*isOfKind)(char32_t) noexcept)
 {
     if (text.empty())
@@ -150,7 +150,7 @@ void append(std::string& out, int value)
     out.append(shortestText(buffer, value));
 }
 
-// Always with a decimal point or an exponent: without, it would be read as an integer.
+// Always writes a decimal point or an exponent; without either, the number would be read as an integer.
 void append(std::string& out, double value)
 {
     std::array<char, 32> buffer{};
@@ -182,7 +182,7 @@ void appendPart(std::string& out, const Value& element, int level)
     append(out, element, level);
 }
 
-// What stands between two brackets, on a line for each.
+// Appends the parts between two brackets, each on its own line.
 template <typename Part>
 void appendParts(std::string& out, const std::vector<Part>& parts, char open, char close, int level)
 {

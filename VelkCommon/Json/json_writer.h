@@ -14,16 +14,16 @@
 ///     root.add_element("Version", "42");
 ///     json_writer::write_file("/home/ann/data.json", root);
 ///
-/// Members stand in the order in which they were added, and a key that is added twice stands there
-/// twice. Narrow texts are UTF-8 and may hold any byte: control characters, zero among them, are escaped,
-/// and what is no UTF-8 becomes U+FFFD (one for each maximal ill-formed sequence), so that every JSON
-/// reader takes the document. One exception keeps texts that readers of this library have read: the two
-/// three-byte forms of a surrogate pair are written as its two escapes.
+/// Members are written in the order in which they were added, and a key that is added twice is written
+/// twice. Narrow texts are UTF-8 and may hold any byte: control characters, including zero, are escaped,
+/// and bytes that are not UTF-8 become U+FFFD (one for each maximal ill-formed sequence), so that every JSON
+/// reader accepts the document. There is one exception, for the sake of texts that this library's readers have
+/// read: a surrogate pair in two three-byte forms is written as its two escapes.
 ///
 /// Objects and arrays are plain values; copies share nothing. Not synchronised.
 namespace json_writer {
 
-/// Brackets within brackets that are written; what nests deeper, few readers would read.
+/// The deepest nesting of brackets that is written; few readers would accept more.
 inline constexpr int deepestLevel = 512;
 
 class Array;
@@ -38,19 +38,19 @@ public:
     Object() noexcept;
     /// A copy shares nothing.
     Object(const Object& other);
-    /// `other` is empty afterwards.
+    /// Takes the members of `other`, which is empty afterwards.
     Object(Object&& other) noexcept;
-    /// Takes over a copy.
+    /// Replaces the members by copies of those of `other`.
     Object& operator=(const Object& other);
-    /// `other` may hold anything afterwards.
+    /// Takes the members of `other`, which may hold anything afterwards.
     Object& operator=(Object&& other) noexcept;
     ~Object();
 
     /// Adds a text.
     void add_element(const std::string& key, const std::string& value);
-    /// The same; without it a literal would become `true`.
+    /// Adds a text. Without this overload a literal would become `true`.
     void add_element(const std::string& key, const char* value);
-    /// Adds a text, see StringConvert::toStdUtf8String() for what is no Unicode.
+    /// Adds a text; StringConvert::toStdUtf8String() says what becomes of values that are not Unicode.
     /// @{
     void add_element(const std::string& key, const std::u32string& value);
     void add_element(const std::string& key, const char32_t* value);
@@ -59,11 +59,11 @@ public:
     void add_element(const std::string& key, bool value);
     /// Adds a number.
     void add_element(const std::string& key, int value);
-    /// Adds a number that has 32 bits; throws std::out_of_range for others, which the readers of this
-    /// library's documents refuse.
+    /// Adds a number that fits 32 bits. Throws std::out_of_range for any other, because the readers of this
+    /// library's documents refuse it.
     void add_element(const std::string& key, long value);
-    /// Adds a number; read again it is the same. Throws std::domain_error for infinities and for what is
-    /// not a number: JSON has none.
+    /// Adds a number so that reading it gives the same value. Throws std::domain_error for infinities and NaN,
+    /// which JSON does not have.
     void add_element(const std::string& key, double value);
     /// Adds a copy of an object.
     void add_element(const std::string& key, const Object& value);
@@ -89,11 +89,11 @@ public:
     Array() noexcept;
     /// A copy shares nothing.
     Array(const Array& other);
-    /// `other` is empty afterwards.
+    /// Takes the elements of `other`, which is empty afterwards.
     Array(Array&& other) noexcept;
-    /// Takes over a copy.
+    /// Replaces the elements by copies of those of `other`.
     Array& operator=(const Array& other);
-    /// `other` may hold anything afterwards.
+    /// Takes the elements of `other`, which may hold anything afterwards.
     Array& operator=(Array&& other) noexcept;
     ~Array();
 
@@ -114,23 +114,23 @@ private:
 /// One value of a document.
 struct Value
 {
-    std::variant<bool, int, double, std::string, Object, Array> value;  ///< what it is
+    std::variant<bool, int, double, std::string, Object, Array> value;  ///< the value itself
 };
 
 /// One member of an object.
 struct Member
 {
     std::string key;  ///< UTF-8
-    Value value;      ///< what it is
+    Value value;      ///< the member's value
 };
 
 /// The text of a document: members and elements on lines of their own, indented by their depth, with a
 /// line break at the end. Throws std::length_error beyond deepestLevel.
 VELKCOMMON_EXPORT std::string to_text(const Object& root);
 
-/// Writes the document to a file and replaces one that is there, whole or not at all: a crash or a full
-/// disk leaves the old one. The path is UTF-8. Throws std::runtime_error when the file cannot be
-/// written, and what to_text() throws.
+/// Writes the document to a file and replaces an existing one whole or not at all: after a crash or on a full
+/// disk the old one is still there. The path is UTF-8. Throws std::runtime_error when the file cannot be
+/// written, and the exceptions of to_text().
 VELKCOMMON_EXPORT void write_file(const std::string& utf8Path, const Object& root);
 
 }  // namespace json_writer

@@ -23,7 +23,7 @@ constexpr std::size_t extensionLimit = 16;
 
 thread_local const Curl::Stoppable* stoppable = nullptr;
 
-// Of the address's path, when it is one for a file name everywhere; else "".
+// The extension of the address's path, if every system accepts it in a file name; otherwise "".
 std::string extensionOf(const std::string& url)
 {
     const std::string path = url.substr(0, url.find_first_of("?#"));
@@ -39,7 +39,7 @@ std::string extensionOf(const std::string& url)
     return extension;
 }
 
-// Runs `request` into the file, and says what came of it.
+// Runs `request` with the file as its destination, and says whether and why it failed.
 detail::TransferFailure fetch(TransferRequest request, detail::FileBody body)
 {
     Transfer transfer(std::move(request), body);
@@ -51,7 +51,7 @@ detail::TransferFailure fetch(TransferRequest request, detail::FileBody body)
     return {};
 }
 
-// How `transfer` failed, if it did: by what it returns, or for want of memory, which is all that it throws.
+// How `transfer` failed, if it did: the failure that it returns, or lack of memory, its only exception.
 template <typename Operation>
 detail::TransferFailure failureOf(Operation transfer) noexcept
 {

@@ -57,7 +57,7 @@ std::string getUrlAfterRedirects(const std::string& url)
         detail::run(head);
         if (head.answered() && head.status() < firstErrorStatus)
             return head.address();
-        // Some servers know only GET at such an address, and answer anything else with an error or not at all.
+        // Some servers support only GET at such an address, and answer anything else with an error or not at all.
         if (!head.answered() && head.failure().code != CURLE_GOT_NOTHING)
             return {};
         request.method = detail::TransferRequest::Method::get;
@@ -76,7 +76,7 @@ void parseReturnHeader(const std::string& header,
                        std::map<std::string, std::vector<std::string>, HeaderNameCompare>& out)
 {
     out.clear();
-    std::string* value = nullptr;  // of the line before
+    std::string* value = nullptr;  // of the previous line
     for (std::string_view rest = header; !rest.empty();) {
         const std::string_view line = takeLine(rest);
         if (line.starts_with(' ') || line.starts_with('\t')) {

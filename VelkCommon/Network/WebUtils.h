@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-/// Helpers for headers and addresses. Nothing throws but for memory. Any thread.
+/// Helpers for headers and addresses. They throw nothing but `std::bad_alloc`. Any thread.
 namespace WebUtils {
 
-/// Orders header names; letter case of ASCII letters does not count, and no locale matters.
+/// Orders header names, ignoring the case of ASCII letters and independently of the locale.
 struct VELKCOMMON_EXPORT HeaderNameCompare
 {
     /// `left` comes before `right`.
@@ -17,8 +17,8 @@ struct VELKCOMMON_EXPORT HeaderNameCompare
 };
 
 /// Follows redirects and returns the final address, whatever its HTTP status; `url` itself when there is
-/// no redirect. Empty when the end cannot be reached, or a redirect leads to where Curl does not go.
-/// Asks by HEAD, and by GET where that is answered by an error or not at all. At most 30 s each.
+/// no redirect. Empty when the final address cannot be reached, or a redirect leads where Curl does not
+/// follow. Asks with HEAD, and with GET if HEAD gets an error or no answer. Each takes at most 30 s.
 VELKCOMMON_EXPORT std::string getUrlAfterRedirects(const std::string& url);
 
 /// Replaces `out` by the names and values of a header block. A name that occurs several times keeps all
@@ -26,7 +26,7 @@ VELKCOMMON_EXPORT std::string getUrlAfterRedirects(const std::string& url);
 ///
 /// Lines may end with CRLF or LF. A line that begins with a blank or tab continues the value before it,
 /// joined by one blank. Names come without the blanks around them. The status line, lines without a colon
-/// and lines without a name are skipped. Takes time and memory linear in the block.
+/// and lines without a name are skipped. Time and memory grow linearly with the block.
 VELKCOMMON_EXPORT void parseReturnHeader(const std::string& header,
                                          std::map<std::string, std::vector<std::string>, HeaderNameCompare>& out);
 

@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// Replaces the program's `operator new`, so that what it takes can be counted, and refused. For exactly one
-/// source of a program. The counters are plain: count while one thread runs.
+/// Replaces the program's `operator new`, so that the memory it takes can be counted and refused. Only one source
+/// of a program may include it. The counters are not atomic, so count only while a single thread runs.
 
 #include <cstddef>
 #include <cstdint>

@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// What must hold for a file that is saved as a whole: whenever the process dies or the disk is full, the
-/// old or the new document is there. On POSIX.
+/// Checks for a file that is saved whole or not at all: whenever the process dies or the disk is full, either the
+/// old or the new document must be there. On POSIX.
 
 #include "support/Processes.h"
 #include "support/TestHost.h"
@@ -18,7 +18,7 @@
 namespace test {
 
 /// Runs `save`, which turns `file` from `oldText` into another document, in processes that are killed at each
-/// of its system calls in turn. `isNew` tells that a text is the new document, whole.
+/// of its system calls in turn. `isNew` returns whether a text is the complete new document.
 inline void expectOldOrNewAtEveryDeath(const fileString& file, const std::string& oldText,
                                        const std::function<void()>& save,
                                        const std::function<bool(const std::string&)>& isNew)
@@ -36,7 +36,7 @@ inline void expectOldOrNewAtEveryDeath(const fileString& file, const std::string
     EXPECT_GT(news, 0);
 }
 
-/// Runs `save` in a process for which the disk is full after `bytes`; the file must stay as it was.
+/// Runs `save` in a process for which the disk is full after `bytes`; the file must stay unchanged.
 inline void expectOldOnFullDisk(const fileString& file, const std::string& oldText, std::size_t bytes,
                                 const std::function<void()>& save)
 {
@@ -50,8 +50,8 @@ inline void expectOldOnFullDisk(const fileString& file, const std::string& oldTe
     EXPECT_EQ(listFolder(file.parentPath()).size(), names) << "something was left behind";
 }
 
-/// Runs `save(writer)` in several processes at once, many times each, while this one reads: what is read is
-/// always a whole document.
+/// Runs `save(writer)` in several processes at once, many times each, while this one reads; it must always read
+/// a whole document.
 inline void expectWholeAmongWriters(const fileString& file, const std::function<void(int writer)>& save,
                                     const std::function<bool(const std::string&)>& isWhole)
 {

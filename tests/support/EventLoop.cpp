@@ -13,8 +13,8 @@
 
 #ifdef __GNUC__
 
-// Asked for by the thread sanitizer, never called in other builds. Qt is not built with it, so it does not see
-// Qt's locks and takes what happens under them for races.
+// Called by the thread sanitizer only. Qt is not built with it, so it does not see Qt's locks and takes accesses
+// under them for races.
 extern "C" const char* __tsan_default_suppressions();
 
 extern "C" __attribute__((visibility("default"))) const char* __tsan_default_suppressions()

@@ -10,7 +10,7 @@
 
 namespace test {
 
-/// Gives up when an event loop still runs after all patience; as long as the object lives.
+/// While the object lives, gives up when an event loop still runs after all patience has been used up.
 class EventLoopLimit
 {
 public:

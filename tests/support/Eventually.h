@@ -16,7 +16,7 @@ template <typename Condition>
 void eventually(Condition condition)
 {
     const QDeadlineTimer end(patience);
-    QTimer awakening;  // of a loop that has nothing to do
+    QTimer awakening;  // wakes a loop that has nothing to do
     awakening.start(patience);
     while (!condition() && !end.hasExpired())
         QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);

@@ -1,6 +1,6 @@
 #ifdef __GNUC__
 
-// Asked for by the leak sanitizer, never called in other builds. The font library, which Qt's platform
+// Called by the leak sanitizer only. The font library, which Qt's platform
 // loads, keeps its tables when the process ends.
 extern "C" const char* __lsan_default_suppressions();
 

@@ -1,14 +1,14 @@
 #pragma once
 
 /// @file
-/// The numbers by which hosts and people know the library, as the documents have them. The product has them in its
-/// own places: a number that changes there is noticed here.
+/// The documented numbers that hosts and people rely on. They are repeated here, apart from the product's own, so
+/// that the tests notice when a number changes there.
 
 #include <cstddef>
 
 namespace test {
 
-/// What HostServices::resourceString is asked for.
+/// The texts that HostServices::resourceString is asked for.
 namespace textNumber {
 inline constexpr unsigned int percentage = 2749;
 inline constexpr unsigned int amounts = 2750;
@@ -24,10 +24,10 @@ inline constexpr unsigned int noFilter = 8930;
 inline constexpr unsigned int firstStyle = 10000;
 inline constexpr unsigned int lastStyle = 10014;
 inline constexpr unsigned int manufacturerDefault = 10108;
-inline constexpr unsigned int unknown = 4711;  // no text has it
+inline constexpr unsigned int unknown = 4711;  // belongs to no text
 }  // namespace textNumber
 
-/// The ids of messages, which are numbers of their texts as well.
+/// The ids of messages, which are also the numbers of their texts.
 namespace messageId {
 inline constexpr long preferenceOfOtherType = 272032175;
 inline constexpr long fileUnwritable = 272032391;
@@ -40,7 +40,7 @@ inline constexpr std::size_t lastManualUpdateFailed = 251;
 inline constexpr std::size_t coreLibrariesStay = 271;
 }  // namespace preference
 
-/// What the preference `displayType` may hold.
+/// The values that the preference `displayType` may have.
 namespace displayType {
 inline constexpr int barOnly = 1;
 inline constexpr int percentage = 2;

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// What nearly every test includes, compiled once. A test includes what it needs all the same.
+/// The headers that nearly every test includes, compiled once. Each test still includes the headers it needs.
 
 #include "support/TestHost.h"
 

@@ -50,7 +50,7 @@ pid_t start(const std::function<void()>& work)
     return id;
 }
 
-// Waits for what becomes of a child. One of which nothing becomes is killed.
+// Waits until a child stops or ends, and kills it when it does neither in time.
 class Watch
 {
 public:
@@ -86,7 +86,7 @@ bool hasSucceeded(int status)
     return WIFEXITED(status) && WEXITSTATUS(status) == EXIT_SUCCESS;
 }
 
-// There is something to read, or an end.
+// Whether there is something to read, or the end has been reached.
 bool isReadable(int file)
 {
     pollfd wanted = {file, POLLIN, 0};
@@ -156,7 +156,7 @@ bool killedAtSystemCall(int calls, const std::function<void()>& work)
     });
     const Watch watch(id);
     int status = watch.next();
-    // There is a stop at each end of a call; what follows one end precedes the next.
+    // The child stops when a call begins and when it ends, so every call needs two steps.
     for (int stop = 0; WIFSTOPPED(status) && stop < 2 * calls; ++stop) {
         ::ptrace(PTRACE_SYSCALL, id, nullptr, nullptr);
         status = watch.next();
@@ -194,7 +194,7 @@ int endOf(pid_t child)
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-// A terminal has an error, not an end of file, once nobody writes to it any more.
+// A terminal reports an error, not an end of file, once its last writer has closed it.
 std::string readToEnd(int file)
 {
     std::string all;

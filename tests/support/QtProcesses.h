@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Waits for programs that a test has started. None is waited for for ever.
+/// Waits for programs that a test has started. No wait lasts for ever.
 
 #include "support/Waiting.h"
 

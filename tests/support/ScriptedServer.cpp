@@ -118,7 +118,7 @@ struct ScriptedServer::Impl
     std::optional<Thread> accepting;
     std::atomic<bool> stopping = false;
     std::atomic<bool> oneAtATime = false;
-    std::mutex turn;  // of the connections, when they are served one at a time
+    std::mutex turn;  // held by the connection being served, when only one is at a time
 
     mutable std::mutex mutex;
     mutable std::condition_variable changed;
@@ -129,7 +129,7 @@ struct ScriptedServer::Impl
     std::vector<std::string> offered;
     std::list<std::shared_ptr<Wire>> wires;
     std::list<Thread> threads;
-    std::vector<Gate> gates;  // that were waited for
+    std::vector<Gate> gates;  // that requests have waited at
 
     void accept();
     void serve(tcp::socket socket, std::size_t number);
@@ -260,7 +260,7 @@ bool ScriptedServer::Impl::send(Stream& stream, const SeenRequest& request, cons
     const int status = isUnmodified(request, reply) ? 304 : reply.status;
     const bool bodiless = request.method == "HEAD" || status == 304;
     std::string first = headerText(reply, status);
-    // In one piece where nothing is in between, as servers do.
+    // Header and body are sent in one piece where nothing comes between them, as servers do.
     const bool whole =
         !bodiless && !reply.chunked && !reply.cutAfter && !reply.endless && !reply.beforeBlock && reply.block == 0;
     if (whole)
@@ -358,7 +358,7 @@ void ScriptedServer::Impl::stop()
             gate.end();
     }
     {
-        // Wakes the accepting thread, on every system.
+        // This wakes the accepting thread on every system.
         error_code ignored;
         asio::io_context own;
         tcp::socket knock(own);

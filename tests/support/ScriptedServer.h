@@ -10,7 +10,7 @@
 ///     ... server.url("/a.calib") ...
 ///     EXPECT_EQ(server.requests("/a.calib").front().header("If-None-Match"), "\"etag\"");
 ///
-/// What is not scripted is answered 404 with the body "not scripted". It listens on 127.0.0.1 on a port
+/// Requests without a script are answered 404 with the body "not scripted". It listens on 127.0.0.1 on a port
 /// that the system chooses, serves every connection on a thread of its own, keeps connections open, and
 /// ends all of them in its destructor, whatever they wait for. All members may be called from any thread at
 /// any time.
@@ -35,7 +35,7 @@ public:
     void open(std::size_t times = 1);
     /// Lets every wait return from now on.
     void openForGood();
-    /// Returns when it is let through; false when the server ends. Gives up when neither comes about.
+    /// Waits to be let through; false when the server ends. Gives up when neither happens.
     bool wait();
     /// How many waits have begun so far.
     std::size_t arrivals() const;
@@ -60,9 +60,9 @@ struct SeenRequest
 
     /// The target up to its query, without scheme and host.
     std::string path() const;
-    /// The decoded value of a parameter of the query, empty without one.
+    /// The decoded value of a parameter of the query; empty when there is none.
     std::string parameter(const std::string& name) const;
-    /// The value of a header in any letter case, the last of several; empty without one.
+    /// The value of a header in any letter case, the last of several; empty when there is none.
     std::string header(const std::string& name) const;
     bool hasHeader(const std::string& name) const;
 };
@@ -70,10 +70,10 @@ struct SeenRequest
 /// How to answer. HEAD gets the same header without the body.
 struct Reply
 {
-    /// What becomes of the connection after the answer.
+    /// What happens to the connection after the answer.
     enum class Ending {
         keep,   ///< it waits for the next request
-        close,  ///< it is closed in good order
+        close,  ///< it is closed properly
         reset,  ///< it is torn down
         hang    ///< nothing more happens on it
     };
@@ -85,12 +85,12 @@ struct Reply
     bool chunked = false;                                      ///< in pieces, without Content-Length
     bool withLength = true;                                    ///< Content-Length is sent
     std::optional<std::string> length = std::nullopt;          ///< the Content-Length to claim, right or not
-    std::optional<std::size_t> cutAfter = std::nullopt;        ///< of the body, only so many bytes are sent
-    bool endless = false;                                      ///< the body again and again, until the client goes
+    std::optional<std::size_t> cutAfter = std::nullopt;        ///< only this many bytes of the body are sent
+    bool endless = false;                                      ///< the body is repeated until the client goes
     std::size_t block = 0;                                     ///< bytes per write of the body; 0: all at once
     std::optional<Gate> beforeHeader = std::nullopt;           ///< waited for before anything is sent
     std::optional<Gate> beforeBlock = std::nullopt;            ///< waited for before each block of the body
-    std::optional<std::string> raw = std::nullopt;             ///< sent as it is, in place of all of the above
+    std::optional<std::string> raw = std::nullopt;             ///< sent unchanged, instead of all of the above
     std::optional<std::string> conditionalTag = std::nullopt;  ///< 304 when If-None-Match holds it in quotes
     Ending ending = Ending::keep;
 
@@ -98,9 +98,9 @@ struct Reply
     static Reply file(std::string body, const std::string& tag);
     /// A redirect.
     static Reply redirect(const std::string& location, int status = 302);
-    /// The connection is accepted and the request read, and that was it.
+    /// The connection is accepted and the request read, but nothing is ever sent.
     static Reply never();
-    /// The connection is torn down in place of an answer.
+    /// The connection is torn down instead of being answered.
     static Reply resetAtOnce();
 };
 
@@ -145,12 +145,12 @@ public:
 
     /// Answers requests of any method for `path` (no query). A later script replaces an earlier one.
     void on(const std::string& path, Reply reply);
-    /// The same by a function, which runs on the connection's thread.
+    /// The same with a function, which runs on the connection's thread.
     void on(const std::string& path, Handler handler);
-    /// For one method only; goes before the scripts for any method.
+    /// Answers requests of one method only; takes precedence over the scripts for any method.
     void onMethod(const std::string& method, const std::string& path, Handler handler);
     void onMethod(const std::string& method, const std::string& path, Reply reply);
-    /// For everything that has no script.
+    /// Answers every request that has no script.
     void otherwise(Handler handler);
 
     std::uint16_t port() const;
@@ -167,9 +167,9 @@ public:
     std::vector<std::string> offeredProtocols() const;
     /// Returns when at least `count` requests were read; gives up when they do not come.
     void waitForRequests(std::size_t count) const;
-    /// Forgets what it was asked; the scripts stay.
+    /// Forgets the requests so far; the scripts stay.
     void forgetRequests();
-    /// From now on a connection is served when those before it have ended.
+    /// From now on a connection is served only when those before it have ended.
     void serveOneConnectionAtATime();
     /// Ends all connections and refuses new ones, as if the machine had gone.
     void stop();
@@ -179,7 +179,7 @@ private:
     std::shared_ptr<Impl> impl_;
 };
 
-/// A port of 127.0.0.1 where nobody listens; nobody else gets it while the object lives.
+/// A port of 127.0.0.1 where nobody listens; it stays reserved while the object lives.
 class RefusingPort
 {
 public:
@@ -195,7 +195,7 @@ private:
     std::unique_ptr<Impl> impl_;
 };
 
-/// A port of 127.0.0.1 that lets no connection come about and does not refuse any: packets are dropped.
+/// A port of 127.0.0.1 that neither accepts nor refuses connections, because packets to it are dropped.
 /// On Linux.
 class DeafPort
 {

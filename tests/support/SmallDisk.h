@@ -8,13 +8,13 @@
 
 namespace test {
 
-/// A disk with little room, as long as the object lives. One at a time.
+/// Makes the disk seem to have little room while the object lives. Only one may exist at a time.
 class SmallDisk
 {
 public:
-    /// So many bytes beyond the reserve, however much is written.
+    /// The disk always has this many bytes beyond the reserve, however much is written.
     explicit SmallDisk(std::uint64_t room) : SmallDisk(room, {}) {}
-    /// So many bytes beyond the reserve, less what the files in `folder` take.
+    /// The disk has this many bytes beyond the reserve, less those that the files in `folder` take.
     SmallDisk(std::uint64_t room, const fileString& folder)
     {
         room_ = room;

@@ -10,7 +10,7 @@
 
 namespace test {
 
-/// Runs `work` on a thread with a stack of so many bytes: running out of it ends the program.
+/// Runs `work` on a thread with a stack of this many bytes; running out of it ends the program.
 inline void onSmallStack(unsigned bytes, const std::function<void()>& work)
 {
     const std::unique_ptr<QThread> thread(QThread::create(work));

@@ -55,7 +55,7 @@ void extend(X509* certificate, X509* issuer, int kind, const std::string& value)
     need(extension != nullptr && X509_add_ext(certificate, extension.get(), -1) == 1);
 }
 
-// Each one has a name of its own, or the client would take it for another with a wrong signature.
+// Each authority needs a different name, or the client would take it for another one with a wrong signature.
 std::string authorityName()
 {
     static std::atomic<int> number = 0;

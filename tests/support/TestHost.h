@@ -10,10 +10,10 @@
 
 namespace test {
 
-/// A message as the host got it.
+/// A message as the host received it.
 using error::Message;
 
-/// An assertion as the host got it, with its texts copied.
+/// An assertion as the host received it, with its texts copied.
 struct Assertion
 {
     std::string sourceFile;
@@ -22,7 +22,7 @@ struct Assertion
     std::string expression;
 };
 
-/// A fresh folder, removed with everything in it at the end.
+/// A new folder, which the destructor removes with everything in it.
 class TemporaryFolder
 {
 public:
@@ -31,7 +31,7 @@ public:
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
-    /// Absolute, without a separator at the end.
+    /// The absolute path, without a separator at the end.
     const fileString& path() const noexcept { return path_; }
     /// A path in the folder.
     fileString operator/(const std::u32string& name) const { return path_ / name; }

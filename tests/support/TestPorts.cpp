@@ -35,7 +35,7 @@ std::string RefusingPort::url(const std::string& pathAndQuery) const
     return urlOf(impl_->socket.local_endpoint(), pathAndQuery);
 }
 
-// Linux drops what comes to a listener whose queue is full.
+// Linux drops packets to a listener whose queue is full.
 struct DeafPort::Impl
 {
     asio::io_context context;

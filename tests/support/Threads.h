@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Threads that are waited for, but not for ever.
+/// Threads whose end is waited for, but not for ever.
 
 #include "support/Waiting.h"
 
@@ -14,8 +14,8 @@
 
 namespace test {
 
-/// A thread that runs `work`. It is joined at the latest when the object dies; a work that does not come to its end
-/// ends the program.
+/// A thread that runs `work`. It is joined when the object dies, if not before; if the work does not end in time,
+/// the program is ended.
 class Thread
 {
 public:
@@ -39,7 +39,7 @@ public:
         thread_.join();
     }
 
-    /// The work is done, so that join() returns at once.
+    /// True when the work is done, so that join() returns at once.
     bool hasEnded() const { return ends_->count() > 0; }
 
 private:
@@ -47,8 +47,8 @@ private:
     std::thread thread_;
 };
 
-/// Does `work` again and again on a thread of its own, as long as the object lives. It was done once when the
-/// constructor returns, so that what comes next has company.
+/// Does `work` again and again on a separate thread while the object lives. It has been done once when the
+/// constructor returns, so the code that follows really runs beside it.
 class Repeatedly
 {
 public:
@@ -65,7 +65,7 @@ public:
     Repeatedly(const Repeatedly&) = delete;
     Repeatedly& operator=(const Repeatedly&) = delete;
 
-    /// How often it was done so far.
+    /// How often the work has been done so far.
     const Tally& rounds() const noexcept { return rounds_; }
 
 private:

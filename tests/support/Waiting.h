@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// Waits that end. What does not come about is reported with the place and the reason, and nobody waits for it for
-/// ever. Without googletest, so that benchmarks can have it too.
+/// Waits that always end. When the awaited thing does not happen, the place and the reason are reported. Does not
+/// need googletest, so that benchmarks can use it too.
 
 #include <chrono>
 #include <condition_variable>
@@ -14,14 +14,14 @@
 
 namespace test {
 
-/// How long to wait for what must come about: far longer than a busy machine takes.
+/// How long to wait for something that must happen: far longer than a busy machine takes.
 inline constexpr std::chrono::milliseconds patience = std::chrono::minutes(2);
 
-/// The name of the test that runs; set where there is googletest.
+/// Returns the name of the running test; set in programs that use googletest.
 inline std::string (*runningTest)() = nullptr;
 
-/// Ends the program with a message, for a wait that cannot be left: a thread would stay behind that uses what the
-/// test destroys.
+/// Ends the program with a message, for a wait that cannot simply be left because a thread would go on to use objects
+/// that the test destroys.
 [[noreturn]] inline void giveUp(const std::string& what)
 {
     const std::string test = runningTest == nullptr ? std::string() : runningTest() + ": ";
@@ -32,15 +32,15 @@ inline std::string (*runningTest)() = nullptr;
     std::abort();
 }
 
-/// Waits until `condition` holds, which is asked under the lock whenever `changed` is notified. False when it does
-/// not come about.
+/// Waits until `condition` holds, which is checked under the lock whenever `changed` is notified. False when that
+/// does not happen in time.
 template <typename Condition>
 [[nodiscard]] bool comesAbout(std::condition_variable& changed, std::unique_lock<std::mutex>& lock, Condition condition)
 {
     return changed.wait_for(lock, patience, condition);
 }
 
-/// Does `step` again and again until `condition` holds, and gives up when that does not come about.
+/// Does `step` again and again until `condition` holds, and gives up when that does not happen in time.
 template <typename Condition, typename Step>
 void repeatUntil(Condition condition, Step step)
 {
@@ -69,7 +69,7 @@ public:
         return count_;
     }
 
-    /// Waits until at least `count` are counted; false when that does not come about.
+    /// Waits until at least `count` are counted; false when that does not happen in time.
     [[nodiscard]] bool reaches(std::size_t count) const
     {
         std::unique_lock lock(mutex_);

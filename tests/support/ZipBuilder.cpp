@@ -22,7 +22,7 @@ void put(std::string& out, std::uint64_t value, int bytes)
 using zip::full32;
 namespace signature = zip::signature;
 
-/// An item with everything that follows from it.
+/// An item with everything that is computed from it.
 struct Prepared
 {
     ZipItem item;

@@ -11,7 +11,7 @@
 
 namespace test {
 
-/// What stands behind an entry's data.
+/// What follows an entry's data.
 enum class ZipDescriptor { none, signedNarrow, plainNarrow, signedWide, plainWide };
 
 /// An entry as a test wants it, sound unless told otherwise.
@@ -22,7 +22,7 @@ struct ZipItem
     bool deflated = false;
     std::uint16_t flags = 0;
     ZipDescriptor descriptor = ZipDescriptor::none;
-    bool wide = false;            ///< sizes and offset stand in zip64 extra fields
+    bool wide = false;            ///< sizes and offset are in zip64 extra fields
     std::uint16_t time = 0x6C32;  ///< 13:33:36
     std::uint16_t date = 0x5A21;  ///< 1 January 2025
     std::uint16_t madeBy = zip::madeByUnix;
@@ -40,7 +40,7 @@ struct ZipItem
     std::optional<std::uint64_t> offset;
 };
 
-/// Writes archives of all kinds that are legal, and others.
+/// Writes archives of every legal kind, and broken ones.
 class ZipBuilder
 {
 public:

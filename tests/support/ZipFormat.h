@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-/// What a zip archive is made of, as its format has it; apart from what the product knows of it.
+/// The numbers of the zip format, written down independently of the product's own.
 namespace test::zip {
 
 /// What each record begins with.
@@ -17,7 +17,7 @@ inline constexpr std::string_view wideEnd = "PK\x06\x06";
 inline constexpr std::string_view wideLocator = "PK\x06\x07";
 }  // namespace signature
 
-/// A record of the directory: its size without what varies, and a place in it.
+/// A record of the directory: its size without the parts that vary, and the position of one field.
 inline constexpr std::size_t centralSize = 46;
 inline constexpr std::size_t centralExtraSize = 30;
 inline constexpr std::size_t extraHeaderSize = 4;  ///< number and size of an extra field

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Other programs' opinion of archives, on POSIX.
+/// What other programs make of our archives, on POSIX.
 
 #include <VelkCommon/Files/fileString.h>
 
@@ -9,8 +9,8 @@
 
 namespace test {
 
-/// An archive as Python's zipfile sees it: a line per entry with everything that it says, but for the
-/// offset. Fails the test when it refuses the archive.
+/// An archive as Python's zipfile sees it: one line per entry with everything except the offset. Fails the test
+/// when Python refuses the archive.
 std::string describeZip(const fileString& path);
 
 /// What a program prints, and how it ends. Fails the test when it cannot be run.

@@ -8,11 +8,11 @@
 namespace Velk::detail {
 namespace {
 
-// Small entries have many headers in one window; beside large ones it costs little.
+// One window holds the headers of many small entries; for large entries, reading it costs little in comparison.
 constexpr std::size_t windowSize = 4096;
 
-/// A data descriptor is written with or without a signature, with lengths of 32 or of 64 bits, and
-/// nothing says which. Whether the one at the beginning of `text` has this form and tells of `entry`.
+/// Whether `text` begins with a data descriptor of the given form that matches `entry`. Descriptors are
+/// written with or without a signature and with lengths of 32 or 64 bits, and nothing says which.
 bool isDescriptor(std::string_view text, const ZipEntry& entry, bool hasSignature, bool wide)
 {
     const std::size_t crc = hasSignature ? 4 : 0;
@@ -77,7 +77,7 @@ void ZipArchive::close() noexcept
         file_.close();
 }
 
-// As many of the `size` bytes from `begin` on as the file has. Valid until the next call.
+// The `size` bytes from `begin` on, or as many of them as the file has. Valid until the next call.
 std::string_view ZipArchive::view(std::uint64_t begin, std::size_t size)
 {
     const bool inWindow = begin >= windowBegin_ && begin - windowBegin_ <= window_.size() &&
@@ -91,8 +91,8 @@ std::string_view ZipArchive::view(std::uint64_t begin, std::size_t size)
     return std::string_view(window_).substr(static_cast<std::size_t>(begin - windowBegin_), size);
 }
 
-// A descriptor that is none (or tells something else than the directory) counts where nothing else can
-// be in its place.
+// Where no descriptor matches the directory, the bytes up to the next record still count as one if they are few
+// enough to be nothing else.
 std::uint64_t ZipArchive::descriptorSize(const ZipEntry& entry, std::uint64_t begin)
 {
     const std::uint64_t room = entry.limit - begin;

@@ -26,7 +26,7 @@ struct ZipExtent
 class ZipArchive
 {
 public:
-    /// Null for what is not readable.
+    /// Opens the archive; null when it is not readable.
     static std::unique_ptr<ZipArchive> open(const fileString& path);
 
     const ZipDirectory& directory() const noexcept { return directory_; }
@@ -34,7 +34,7 @@ public:
 
     /// The entry that stands for `name`; null when there is none.
     const ZipEntry* find(const fileString& name);
-    /// Where the entry lies, by its local header. Nothing when that is damaged.
+    /// Where the entry lies according to its local header. Nothing when that header is damaged.
     std::optional<ZipExtent> extent(const ZipEntry& entry);
 
     /// Closes the file; the directory stays.

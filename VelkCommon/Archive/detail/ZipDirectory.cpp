@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::uint64_t maximumDirectorySize = std::uint64_t{1} << 30;  // in bytes; it is held in memory
 constexpr std::size_t maximumTail = zip::locator64::size + zip::end::size + zip::full16;
-// A comment may hold what looks like an end record; beyond so many the file was made to waste time.
+// A comment may hold bytes that look like an end record. A file with more of them than this was made to waste time.
 constexpr int maximumEndRecords = 8;
 
 std::optional<std::string> readBlock(Platform::File& file, std::uint64_t begin, std::uint64_t size)
@@ -24,7 +24,7 @@ std::optional<std::string> readBlock(Platform::File& file, std::uint64_t begin, 
     return block;
 }
 
-/// Reads the values of a record that may stand in the zip64 extra field, in their order there.
+/// Reads those values of a record that may be in the zip64 extra field instead, in the order of that field.
 class WideReader
 {
 public:
@@ -65,7 +65,7 @@ struct ZipDirectory::End
     std::string comment;
 };
 
-/// A reading of the end record: where the directory is, and how far what is said of places is off.
+/// One interpretation of the end record: where the directory begins, and how far the stated offsets are off.
 struct ZipDirectory::Place
 {
     std::uint64_t begin = 0;
@@ -82,7 +82,8 @@ std::optional<ZipDirectory> ZipDirectory::read(Platform::File& file)
     const auto tail = readBlock(file, fileSize - tailSize, tailSize);
     if (!tail)
         return std::nullopt;
-    // From the end on, as other readers do: its comment may hold what looks like an end record.
+    // Searched backwards from the end, as other readers do, since a comment may hold bytes that look like an end
+    // record.
     int records = 0;
     for (std::size_t position = tail->size() - zip::end::size + 1; position-- > 0 && records < maximumEndRecords;)
         if (const auto end = readEnd(file, *tail, position, fileSize - tailSize)) {
@@ -93,8 +94,8 @@ std::optional<ZipDirectory> ZipDirectory::read(Platform::File& file)
     return std::nullopt;
 }
 
-// With bytes in front of the archive, offsets may count from the archive's beginning or from the file's.
-// Where the directory ends is certain.
+// With bytes in front of the archive, offsets may count from the archive's beginning or from the file's, so both
+// are tried. Only the end of the directory is certain.
 std::optional<ZipDirectory> ZipDirectory::readBefore(Platform::File& file, const End& end)
 {
     const std::uint64_t begin = end.position - end.directorySize;
@@ -112,7 +113,7 @@ std::optional<ZipDirectory::End> ZipDirectory::readEnd(Platform::File& file, std
     if (zip::read32(record, 0) != zip::end::signature)
         return std::nullopt;
     const std::size_t commentSize = zip::read16(record, zip::end::commentSize);
-    // With anything behind it, the file is another's beginning, whose last entry is an archive.
+    // If anything follows, this end record may belong to an archive that is stored as the last entry of another one.
     if (record.size() - zip::end::size != commentSize)
         return std::nullopt;
     End end;
@@ -138,7 +139,7 @@ bool ZipDirectory::readEnd64(Platform::File& file, std::string_view before, End&
     const std::uint64_t locatorPosition = end.position - locator::size;
     if (locatorPosition < zip::end64::size)
         return false;
-    // With bytes in front of the archive the offset is off by them; the record is right before, then.
+    // Bytes in front of the archive make the offset wrong by their number; then the record is right before the locator.
     for (const std::uint64_t position :
          {zip::read64(record, locator::recordOffset), locatorPosition - zip::end64::size}) {
         if (position > locatorPosition - zip::end64::size)

@@ -29,16 +29,16 @@ struct ZipEntry
     std::uint16_t flags = 0;
 };
 
-/// The directory of a readable archive: all that it says was checked against the file's size, and no two
+/// The directory of a readable archive. Everything in it has been checked against the file's size, and no two
 /// entries share bytes.
 class ZipDirectory
 {
 public:
-    /// Reads and checks it. Nothing for what is not readable.
+    /// Reads and checks the directory. Nothing when the archive is not readable.
     static std::optional<ZipDirectory> read(Platform::File& file);
 
     const std::vector<ZipEntry>& entries() const noexcept { return entries_; }
-    /// The entry's record, as it stands in the archive.
+    /// The entry's record, unchanged.
     std::string_view record(const ZipEntry& entry) const;
     /// The bytes of the entry's name.
     std::string_view rawName(const ZipEntry& entry) const;
@@ -65,7 +65,7 @@ private:
     std::string comment_;
 };
 
-/// Where the zip64 extra field of a directory's record stands in it, without the field's header.
+/// Where in a record of the directory its zip64 extra field lies, without the field's header.
 struct ZipWideValues
 {
     std::size_t begin = 0;

@@ -13,7 +13,7 @@ namespace Velk::detail {
 namespace {
 
 constexpr std::size_t inputSize = std::size_t{1} << 18;
-// No deflated byte makes more bytes than this.
+// The most bytes that one deflated byte can expand to.
 constexpr std::uint64_t maximumExpansion = 1032;
 
 bool isReadable(const ZipEntry& entry) noexcept
@@ -35,7 +35,7 @@ bool inflateWhole(const std::vector<unsigned char>& compressed, std::vector<unsi
     const std::unique_ptr<libdeflate_decompressor, FreeDecompressor> decompressor(libdeflate_alloc_decompressor());
     if (!decompressor)
         throw std::bad_alloc();
-    // Without a place for the actual length it must be the declared one.
+    // The null pointer for the actual length makes the call fail unless that length is the declared one.
     return libdeflate_deflate_decompress(decompressor.get(), compressed.data(), compressed.size(), bytes.data(),
                                          bytes.size(), nullptr) == LIBDEFLATE_SUCCESS;
 }
@@ -116,7 +116,7 @@ std::size_t ZipEntryReader::produce(unsigned char* bytes, std::size_t size)
     stream.next_out = bytes;
     stream.avail_out = static_cast<uInt>(size);
     while (stream.avail_out > 0 && !inflater_->ended) {
-        // Without input, too, there may be more to come.
+        // Even when the input is used up, more output may still come.
         if (stream.avail_in == 0)
             fillInput();
         const int result = ::inflate(&stream, Z_NO_FLUSH);
@@ -127,7 +127,7 @@ std::size_t ZipEntryReader::produce(unsigned char* bytes, std::size_t size)
     return size - stream.avail_out;
 }
 
-// Whether nothing follows what was declared.
+// Whether the data ends where the declared size says.
 bool ZipEntryReader::isAtEnd()
 {
     if (!inflater_)

@@ -15,7 +15,7 @@ namespace Velk::detail {
 class ZipEntryReader
 {
 public:
-    /// `archive` stays open as long as this.
+    /// `archive` must stay open while the reader is used.
     ZipEntryReader(std::shared_ptr<ZipArchive> archive, const ZipEntry& entry);
     ~ZipEntryReader();
     ZipEntryReader(const ZipEntryReader&) = delete;
@@ -26,9 +26,9 @@ public:
     /// The bytes that the archive still promises.
     std::uint64_t remaining() const noexcept { return entry_.size - done_; }
 
-    /// The entry cannot be read, or not any further.
+    /// True when the entry cannot be read, or not any further.
     bool failed() const noexcept { return state_ == State::failed; }
-    /// The entry was read to its end; length and checksum are those declared.
+    /// True when the entry was read to its end, with the declared length and checksum.
     bool whole() const noexcept { return state_ == State::whole; }
 
 private:
@@ -47,11 +47,11 @@ private:
     std::uint64_t dataEnd_ = 0;
     std::uint64_t done_ = 0;  // bytes given
     std::uint32_t crc_ = 0;
-    std::unique_ptr<Inflater> inflater_;  // for what is deflated
+    std::unique_ptr<Inflater> inflater_;  // null for stored data
 };
 
-/// Reads the whole of an entry whose size is one for the memory. Nothing when it is damaged or cannot be
-/// read. Throws std::bad_alloc.
+/// Reads the whole of an entry that is small enough to be held in memory. Nothing when it is damaged or cannot
+/// be read. Throws std::bad_alloc.
 std::optional<std::vector<unsigned char>> readWholeEntry(ZipArchive& archive, const ZipEntry& entry);
 
 }  // namespace Velk::detail

@@ -9,11 +9,11 @@
 namespace Velk::detail {
 namespace {
 
-// Neighbouring entries are copied together up to so many bytes, so that a failure shows soon.
+// Neighbouring entries are copied together, but no more than this many bytes, so that a failure shows soon.
 constexpr std::uint64_t pendingLimit = std::uint64_t{8} << 20;
 constexpr std::size_t directoryBlock = std::size_t{1} << 20;
 
-/// The offset in a new zip64 field, or behind the lengths in one that is there.
+/// Puts the offset into a new zip64 field, or behind the lengths in an existing one. False when there is no room.
 bool addWideOffset(std::string& record, std::uint64_t offset)
 {
     namespace central = zip::central;
@@ -43,7 +43,7 @@ bool addWideOffset(std::string& record, std::uint64_t offset)
     return true;
 }
 
-/// Sets the place of the local header, in the form that the record has where that is possible.
+/// Sets the offset of the local header, keeping the record's form where possible. False when there is no room.
 bool setOffset(std::string& record, std::uint64_t offset)
 {
     namespace central = zip::central;
@@ -88,7 +88,7 @@ ZipWriter::ZipWriter(const fileString& target, std::unique_ptr<ZipArchive> old)
         takeOver();
 }
 
-// What stands in front of the old archive (a program, say) stays there.
+// Anything in front of the old archive (a program, say) stays there.
 void ZipWriter::takeOver()
 {
     const ZipDirectory& directory = old_->directory();
@@ -185,7 +185,7 @@ bool ZipWriter::finish()
     return finished;
 }
 
-// In the order of the file, so that neighbours are copied at once.
+// Copies the old entries in the order of the file, so that neighbours are copied together.
 bool ZipWriter::copyOld()
 {
     std::vector<Record*> kept;

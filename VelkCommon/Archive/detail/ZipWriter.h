@@ -13,37 +13,38 @@
 
 namespace Velk::detail {
 
-/// An archive that is being written, entry by entry copied from others. It replaces what is at its place
-/// whole or not at all, and holds each name once.
+/// An archive that is being written from entries copied from other archives. It replaces the file at its path
+/// whole or not at all, and holds each name only once.
 ///
-/// Entries are written as they come; those that an archive in its place holds follow at the end, without
-/// what was replaced by then. The directory has the old ones first.
+/// New entries are written as they come. The entries of an archive that was there before follow at the end, without
+/// those that were replaced; the directory still lists the old ones first.
 class ZipWriter
 {
 public:
-    /// Begins the archive. What stands at `target` is added to when it is `old`, and replaced otherwise.
+    /// Begins the archive at `target`. Adds to the archive that is there if it is given as `old`; null means that
+    /// whatever is there is replaced.
     ZipWriter(const fileString& target, std::unique_ptr<ZipArchive> old);
 
-    /// Nothing went wrong so far.
+    /// True as long as nothing has gone wrong.
     bool good() const noexcept { return good_; }
-    /// An entry was added.
+    /// True when an entry has been added.
     bool changed() const noexcept { return changed_; }
 
     /// Copies an entry of `source`, which must stay open until finish(). False when the entry is damaged,
     /// and after the first failed write.
     bool add(ZipArchive& source, const ZipEntry& entry, const fileString& name);
 
-    /// Writes what is missing, and closes the old archive.
+    /// Writes the old entries and the directory, and closes the old archive. False on failure.
     bool finish();
-    /// Puts the finished archive in its place.
+    /// Puts the finished archive in place. False on failure.
     bool commit();
 
 private:
     struct Record
     {
-        std::string text;         // as in the directory, but for the offset
-        std::uint64_t begin = 0;  // of the local header, in the new archive or (as long as it is there) in the old one
-        std::uint64_t end = 0;    // of what is to be copied from the old archive
+        std::string text;         // as in the directory, except for the offset
+        std::uint64_t begin = 0;  // of the local header, in the old archive until it is copied, then in the new one
+        std::uint64_t end = 0;    // of the bytes to copy from the old archive
         bool inOld = false;
     };
     struct Range
@@ -70,7 +71,7 @@ private:
     std::vector<Record> records_;
     std::unordered_map<std::string, std::size_t> byName_;  // index in records_
     std::string comment_;
-    Range pending_;             // to be copied; neighbours are copied at once
+    Range pending_;             // still to be copied; grows by neighbouring entries
     std::uint64_t offset_ = 0;  // where the next byte goes, pending_ included
 };
 

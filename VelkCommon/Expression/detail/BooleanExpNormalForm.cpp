@@ -18,10 +18,10 @@ using Conjunction = BooleanExp::Conjunction;
 using Slot = std::unique_ptr<Node>;
 
 constexpr std::uint64_t literalLimit = 16'384;       // terms of all alternatives, counted with repetitions
-constexpr std::uint64_t characterLimit = 1'048'576;  // code points of these terms; one long word may stand in each
-constexpr std::size_t depthLimit = 512;              // groups in one another, far above what parse() builds
+constexpr std::uint64_t characterLimit = 1'048'576;  // code points of these terms, since each may be a long word
+constexpr std::size_t depthLimit = 512;              // nested groups, far more than parse() builds
 
-/// An OR of AND-runs of leaves already, with every operand present.
+/// Whether `root` already is an OR of AND-runs of leaves, with every operand present.
 bool isNormalForm(const Group& root)
 {
     const auto isLeaf = [](const Slot& operand) { return operand && std::as_const(*operand).asGroup() == nullptr; };
@@ -43,8 +43,8 @@ bool isPresent(const Slot& operand, std::size_t depth)
                        [&](const Group::ConjoinedTerm& term) { return isPresent(term.expression, depth + 1); });
 }
 
-/// Calls f(operand, conjunction) for each operand of `group` that is present. An absent one goes with
-/// the operator before it, and the first one that is there has none.
+/// Calls f(operand, conjunction) for each operand of `group` that is present. An absent one is skipped together
+/// with the operator before it, and the first one that is present has no operator.
 template <typename Function>
 void forEachOperand(Group& group, Function f)
 {
@@ -122,8 +122,8 @@ Extent extentOf(Group& group, bool negated, std::size_t depth)
 class Expansion
 {
 public:
-    /// A leaf of the expression. Its place in the tree decides whether it is negated, so that is the
-    /// same wherever it is used.
+    /// A leaf of the expression. Its place in the tree decides whether it is negated, so all its uses in the
+    /// result agree on that.
     struct Leaf
     {
         Slot* slot = nullptr;
@@ -158,7 +158,7 @@ private:
 
 Expansion::Expansion(Group& root, Extent extent)
 {
-    // A product needs room for its factors besides; twice the result spares small ones any growth.
+    // A product needs additional room for its factors; with twice the result's size, small ones never have to grow.
     leaves_.reserve(std::min<std::uint64_t>(extent.literals, 64));
     literals_.reserve(2 * extent.literals);
     ends_.reserve(2 * extent.alternatives + extent.literals);
@@ -179,8 +179,8 @@ void Expansion::add(Slot& operand, bool negated)
     leaves_.push_back({&operand, effective, 0});
 }
 
-/// Appends the runs of `group`. A factor is a range of runs, one of which every product takes: each
-/// operand of a run by itself; under a NOT, each run.
+/// Appends the runs of `group`. A factor is a range of runs, and a product takes one run of each factor. Each
+/// operand of a run is a factor; under a NOT, each run is one.
 void Expansion::addGroup(Group& group, bool negated)
 {
     const std::size_t firstFactor = factors_.size();
@@ -203,7 +203,7 @@ void Expansion::multiply(std::size_t firstFactor)
     const std::size_t firstRun = factorCount == 0 ? ends_.size() : factors_[firstFactor];
     const std::size_t factorRuns = ends_.size() - firstRun;
     if (factorCount > 1 && factorRuns == factorCount) {
-        ends_[firstRun] = ends_.back();  // one run each: they stand in a row already
+        ends_[firstRun] = ends_.back();  // one run each: joined, they already are the product
         ends_.resize(firstRun + 1);
     } else if (factorCount > 1) {
         const std::uint32_t firstLiteral = beginOf(firstRun);
@@ -232,7 +232,7 @@ void Expansion::appendProduct(std::size_t firstFactor)
     } while (nextChoice(firstFactor));
 }
 
-/// Counts `choice_` on, its last place fastest; false when it has come round.
+/// Moves `choice_` on to the next combination, its last place varying fastest; false after the last one.
 bool Expansion::nextChoice(std::size_t firstFactor)
 {
     for (std::size_t i = choice_.size(); i-- > 0;) {
@@ -256,8 +256,8 @@ Slot copyOf(const Expansion::Leaf& leaf)
     return std::make_unique<Term>(term->text, leaf.negated);
 }
 
-/// The group that `expansion` stands for, still without the leaves themselves: the last use of each
-/// stays open for it, the uses before get copies.
+/// The group that `expansion` stands for, still without the leaves themselves. The last use of each leaf stays
+/// empty, so that the leaf can move there; its earlier uses get copies.
 std::unique_ptr<Group> flatGroupOf(Expansion& expansion)
 {
     auto flat = std::make_unique<Group>();
@@ -275,7 +275,7 @@ std::unique_ptr<Group> flatGroupOf(Expansion& expansion)
     return flat;
 }
 
-/// Moves the leaves into the places that are open for them.
+/// Moves the leaves into the places that were left empty for them.
 void moveLeaves(const Expansion& expansion, Group& flat) noexcept
 {
     for (std::size_t i = 0; i < expansion.literals().size(); ++i) {

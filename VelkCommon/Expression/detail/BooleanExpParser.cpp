@@ -10,7 +10,7 @@ namespace Velk::detail {
 namespace {
 
 constexpr std::size_t textLimit = 16'384;    // code points
-constexpr std::size_t openGroupLimit = 128;  // groups in one another
+constexpr std::size_t openGroupLimit = 128;  // nested groups
 
 constexpr bool isBlank(char32_t c) noexcept
 {
@@ -23,8 +23,8 @@ constexpr bool isQuote(char32_t c) noexcept
     return c == U'"' || (c >= U'\u201C' && c <= U'\u201E');
 }
 
-/// Builds the expression of one text in a single pass. Nothing is an error: what makes no sense as an
-/// operator is a word of a name, or is left out.
+/// Builds the expression of one text in a single pass. Nothing is an error: an operator that makes no sense where
+/// it stands is taken as a word of a name, or left out.
 class Parser
 {
 public:
@@ -34,7 +34,7 @@ public:
         open_.emplace_back();
     }
 
-    /// The root group; null without an operand.
+    /// The root group; null when the text has no operand.
     std::unique_ptr<BooleanExp::Group> parse();
 
 private:
@@ -147,8 +147,8 @@ void Parser::readPhrase()
         addTerm(std::move(phrase));
 }
 
-/// A "-" or quote that stands alone: at the end it is one that is still being typed, elsewhere it is
-/// part of a name.
+/// Reads a "-" or quote that stands alone. At the end, the user is still typing, so it is left out; elsewhere it
+/// is part of a name.
 void Parser::readLoneMark()
 {
     const std::size_t mark = position_++;
@@ -196,7 +196,7 @@ void Parser::addAlternativeSign()
     current().conjunction = BooleanExp::Conjunction::Or;
 }
 
-/// AND and OR join two operands. Where they cannot, at the beginning and behind a NOT, they are words.
+/// AND and OR join two operands. Where they cannot, at the beginning and after a NOT, they are ordinary words.
 void Parser::addWord(std::u32string_view word)
 {
     const bool canJoin = current().group->first && current().nots == 0;

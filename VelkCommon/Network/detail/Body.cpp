@@ -12,7 +12,7 @@ namespace Velk::detail {
 namespace {
 
 constexpr std::size_t writtenAtOnce = 256 << 10;
-constexpr std::uint64_t writtenBetweenLooks = 16 << 20;  // at the free space
+constexpr std::uint64_t writtenBetweenLooks = 16 << 20;  // bytes between two checks of the free space
 
 std::string tooLarge(std::uint64_t limit)
 {

@@ -19,8 +19,8 @@ public:
     Body(const Body&) = delete;
     Body& operator=(const Body&) = delete;
 
-    /// The answer has a body of `declared` bytes, if it says so. Before the first byte, also of an
-    /// empty body.
+    /// Called before the first byte, even for an empty body. `declared` is the body's size in bytes if the answer
+    /// states one.
     virtual bool begin(std::optional<std::uint64_t> declared) = 0;
     virtual bool take(std::string_view bytes) = 0;
     /// The body is complete.
@@ -29,14 +29,14 @@ public:
     const TransferFailure& failure() const noexcept { return failure_; }
 
 protected:
-    /// Always false.
+    /// Notes why the transfer ends. Always returns false, so that a caller can return the result.
     bool fail(unsigned int code, std::string reason);
 
 private:
     TransferFailure failure_;
 };
 
-/// For requests that want no body.
+/// For requests that need no body.
 class NoBody : public Body
 {
 public:
@@ -62,8 +62,8 @@ private:
     std::string text_;
 };
 
-/// A file that is replaced when the body is complete. At most `limit` bytes, and only as long as
-/// the disk's reserve remains.
+/// A file that is replaced when the body is complete. Takes at most `limit` bytes, and never more than leaves
+/// the disk's reserve free.
 class FileBody : public Body
 {
 public:
@@ -83,7 +83,7 @@ private:
     std::optional<ReplacementFile> file_;
     std::string buffer_;
     std::uint64_t taken_ = 0;
-    std::uint64_t room_ = 0;  // of the disk, still to be written before it is looked at again
+    std::uint64_t room_ = 0;  // bytes that may be written before the disk is checked again
 };
 
 }  // namespace Velk::detail

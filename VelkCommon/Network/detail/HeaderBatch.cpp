@@ -13,13 +13,13 @@
 namespace Velk::detail {
 namespace {
 
-// Answers that wait for one before them; each may be as large as a header can get.
+// How many answers may wait for an earlier one; limited because each can be as large as a header may be.
 constexpr std::size_t waitingLimit = 64;
-// A server that takes so much longer than for the slowest answer so far does not only take its time.
+// A server that takes this many times as long as for its slowest answer so far is not merely slow.
 constexpr int muchSlower = 10;
 
-// Requests overlap, until it shows that the server serves one connection after the other: then those on all but
-// the one that it serves would wait for ever, and are made again, one at a time.
+// Requests overlap until it turns out that the server serves one connection after the other. The requests on the
+// connections that it does not serve would then wait for ever, so they are made again, one at a time.
 class HeaderBatch
 {
 public:
@@ -50,8 +50,8 @@ private:
     struct Asked
     {
         const Curl::HeaderRequest* request;
-        std::unique_ptr<Transfer> transfer;  // null before it is started
-        bool noted = false;                  // that it is done
+        std::unique_ptr<Transfer> transfer;  // null until it is started
+        bool noted = false;                  // noteFinished() has seen its end
 
         bool inFlight() const { return transfer && !transfer->done(); }
     };
@@ -87,11 +87,11 @@ private:
             if (asked.transfer->answered())
                 slowest_ = std::max(slowest_.value_or(Clock::duration::zero()), lastEnd_ - asked.transfer->started());
             else if (limit_ == 1)
-                limit_ = requestsInFlight;  // one at a time is no better
+                limit_ = requestsInFlight;  // asking one at a time did not help
         }
     }
 
-    // Some requests were answered, and nothing at all comes of those that are under way.
+    // Some requests were answered, but those under way have received nothing at all for too long.
     bool servesOneConnection() const
     {
         if (triedOneByOne_ || !slowest_)

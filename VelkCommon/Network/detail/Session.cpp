@@ -42,7 +42,7 @@ private:
 // The thread's session of the innermost call that has one.
 thread_local Session* current = nullptr;
 
-// The one given back last: its connections are the freshest.
+// Takes the session that was given back last, because its connections are the freshest.
 std::unique_ptr<Session> fromPool()
 {
     const std::lock_guard lock(pool().mutex);
@@ -60,7 +60,7 @@ void backToPool(std::unique_ptr<Session> session) noexcept
         if (pool().sessions.size() < keptSessions)
             pool().sessions.push_back(std::move(session));
     } catch (...) {
-        // It ends here; another one is made when needed.
+        // The session is destroyed instead; another one is made when needed.
     }
 }
 
@@ -106,7 +106,7 @@ void Session::turn()
         curl_multi_poll(multi_, nullptr, 0, static_cast<int>(transferLimits().tick.count()), nullptr);
 }
 
-// Whether a request came to its end.
+// Returns whether a request has ended.
 bool Session::moveOn()
 {
     const Mark mark(busy_);
@@ -178,7 +178,7 @@ CURL* Session::takeHandle()
 
 void Session::keepHandle(CURL* handle)
 {
-    // It must not refer to what goes away with the transfer.
+    // The handle must not keep pointers to what is destroyed with the transfer.
     curl_easy_reset(handle);
     spare_.push_back(handle);
 }

@@ -17,16 +17,16 @@ public:
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    /// Lets `transfer` begin; it goes on in turn().
+    /// Begins `transfer`, which turn() then moves on.
     void start(Transfer& transfer);
-    /// Moves all transfers on; waits for the network when there is nothing to do, though not for long.
+    /// Moves all transfers on. When there is nothing to do, waits briefly for the network.
     void turn();
-    /// Until `transfer`, which was started, is done.
+    /// Moves all transfers on until `transfer`, which was started, is done.
     void finish(const Transfer& transfer);
     /// Gives `transfer` up.
     void remove(Transfer& transfer) noexcept;
 
-    /// A turn is under way: it is a callback that asks, and it must take another session.
+    /// True while a turn is under way. Then the caller is inside a callback, and must use another session.
     bool busy() const noexcept { return busy_; }
 
 private:
@@ -42,8 +42,8 @@ private:
     bool busy_ = false;
 };
 
-/// A session for the calling thread, from the process's pool. Calls within calls share one, so that what
-/// the outer call has started goes on, and connections are used again.
+/// A session for the calling thread, from the process's pool. Nested calls share one, so that the transfers
+/// that the outer call has started go on, and connections are reused.
 class SessionLease
 {
 public:

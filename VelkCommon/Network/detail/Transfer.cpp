@@ -19,7 +19,7 @@ constexpr long partialContent = 206;
 
 using HeaderMap = std::map<std::string, std::vector<std::string>, WebUtils::HeaderNameCompare>;
 
-// The last value of the header `name`, empty without one.
+// The last value of the header `name`; empty when there is none.
 std::string headerValue(const std::string& block, const char* name)
 {
     HeaderMap headers;
@@ -28,7 +28,7 @@ std::string headerValue(const std::string& block, const char* name)
     return found == headers.end() ? std::string() : found->second.back();
 }
 
-// What another server must not see.
+// Whether another server, which a redirect leads to, must not see the header line.
 bool isSecret(const std::string& line)
 {
     static const HeaderMap secrets = {{"authorization", {}}, {"cookie", {}}, {"proxy-authorization", {}}};
@@ -70,7 +70,7 @@ bool Transfer::begin(Session& session, CURL* handle)
     return true;
 }
 
-// One request of perhaps several.
+// Sets the handle up for the next request; redirects may lead to several.
 bool Transfer::prepare()
 {
     if (hasControlCharacter(address_))
@@ -107,16 +107,16 @@ void Transfer::setOptions()
     set(CURLOPT_USERAGENT, "velk");
     set(CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(transferLimits().connect.count()));
     set(CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_2TLS));
-    // Rather share a connection that is about to stand than open another one. Without TLS that would show
-    // only with the first answer, and be in vain.
+    // Wait for a connection that is being established and can be shared, rather than open another one. Without TLS
+    // this would mean waiting for the first answer, only to learn that the connection cannot be shared.
     set(CURLOPT_PIPEWAIT, isSecure(address_) ? 1L : 0L);
     set(CURLOPT_BUFFERSIZE, receiveBuffer);
     set(CURLOPT_TCP_KEEPALIVE, 1L);
-    // Without revocation lists, Schannel would refuse everything on a machine that is cut off from them.
+    // On a machine that cannot reach the revocation lists, Schannel would otherwise refuse every certificate.
     set(CURLOPT_SSL_OPTIONS, static_cast<long>(CURLSSLOPT_REVOKE_BEST_EFFORT));
     set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
     set(CURLOPT_NOSIGNAL, 1L);
-    // A cancelled transfer does not wait for a name server.
+    // A cancelled transfer must not wait for a name server.
     set(CURLOPT_QUICK_EXIT, 1L);
     set(CURLOPT_PRIVATE, static_cast<void*>(this));
     set(CURLOPT_ERRORBUFFER, static_cast<char*>(errorText_));
@@ -148,7 +148,7 @@ bool Transfer::setCertificates()
     const fileString file = host()->certificateFile;
     if (file.empty() || !isSecure(address_))
         return true;
-    // By content, as libcurl's path is not UTF-8 everywhere.
+    // The certificates are passed as bytes, because libcurl does not take UTF-8 paths on every system.
     std::optional<std::string> bytes = contentsOf(file);
     if (!bytes)
         return fail(CURLE_SSL_CACERT_BADFILE, "Cannot read the certificates " + file.humanReadableString());
@@ -178,7 +178,7 @@ std::size_t Transfer::bodyArrived(char* bytes, std::size_t, std::size_t size, vo
 bool Transfer::takeHeader(std::string_view line)
 {
     lastByte_ = Clock::now();
-    // A block that follows another one is the answer proper after an interim one.
+    // A second header block belongs to the final answer, which follows an interim one.
     if (headerEnded_ && line.starts_with("HTTP/")) {
         header_.clear();
         headerEnded_ = false;
@@ -187,7 +187,7 @@ bool Transfer::takeHeader(std::string_view line)
     if (headerBytes_ > headerLimit_)
         return fail(CURLE_RECV_ERROR, "The header is larger than " + std::to_string(headerLimit_) + " bytes");
     if (headerEnded_)
-        return true;  // what follows a body in pieces is no part of the block
+        return true;  // trailers of a chunked body are not part of the header
     header_ += line;
     headerEnded_ = line == "\r\n" || line == "\n";
     return true;
@@ -245,7 +245,7 @@ bool Transfer::reportProgress()
 
 bool Transfer::isSuccess(long status) noexcept
 {
-    // A part that nobody asked for is not the whole.
+    // Partial content was never asked for, and would pass for the whole file.
     return status >= 200 && status < 300 && status != partialContent;
 }
 

@@ -17,11 +17,11 @@ namespace Velk::detail {
 
 class Session;
 
-/// What to ask for, and how long.
+/// What to ask for, and how long it may take.
 struct TransferRequest
 {
     enum class Method { head, get };
-    /// Of which answers the body is wanted; redirects never count.
+    /// The answers whose body is wanted; that of a redirect never is.
     enum class Wanted { none, success, all };
 
     std::string url;
@@ -33,7 +33,7 @@ struct TransferRequest
     void* progressData = nullptr;
     std::optional<std::chrono::milliseconds> silence;
     std::optional<std::chrono::milliseconds> total;
-    std::optional<std::uint64_t> slowest;  ///< bytes a second on average that lengthen `total`
+    std::optional<std::uint64_t> slowest;  ///< `total` grows by a second for every so many bytes received
 };
 
 /// A request with its redirects up to the complete answer, or to a failure. A session runs it; it must not
@@ -43,7 +43,7 @@ class Transfer
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// `body` outlives the transfer.
+    /// `body` must outlive the transfer.
     Transfer(TransferRequest request, Body& body);
     ~Transfer();
     Transfer(const Transfer&) = delete;
@@ -52,15 +52,15 @@ public:
     bool done() const noexcept { return done_; }
     /// When it began.
     Clock::time_point started() const noexcept { return started_; }
-    /// Nothing has come of it yet.
+    /// True while nothing has been received yet.
     bool isSilent() const noexcept { return redirects_ == 0 && headerBytes_ == 0; }
 
-    // When it is done:
-    /// There is a complete answer, whatever its status.
+    // Valid once the transfer is done:
+    /// True when there is a complete answer, whatever its status.
     bool answered() const noexcept { return failure_.code == CURLE_OK; }
     const TransferFailure& failure() const noexcept { return failure_; }
     long status() const noexcept { return status_; }
-    /// 2xx with the whole of what there is.
+    /// True when the status is 2xx and the answer holds the whole file, not a part.
     bool succeeded() const noexcept { return answered() && isSuccess(status_); }
     /// The last answer's header block.
     std::string& header() noexcept { return header_; }
@@ -71,12 +71,12 @@ private:
     friend class Session;
 
     // For the session:
-    /// Sets `handle` up for the first request. False when there is none to be made; it is done then.
+    /// Sets `handle` up for the first request. False when no request can be made; the transfer is done then.
     bool begin(Session& session, CURL* handle);
     /// The request has ended with `code`. True when the handle is set up for the next one.
     bool goOn(CURLcode code);
-    /// Calls the progress callback when it is due, and looks at the clock. False when the transfer has
-    /// to end; it is done then.
+    /// Calls the progress callback when it is due, and checks the time-outs. False when the transfer must
+    /// end; it is done then.
     bool tick(Clock::time_point now);
 
     static bool isSuccess(long status) noexcept;
@@ -119,9 +119,9 @@ private:
 
     // Of the answer that is arriving:
     std::string header_;
-    std::uint64_t headerBytes_ = 0;  // of all its blocks
+    std::uint64_t headerBytes_ = 0;  // of all its header blocks
     bool headerEnded_ = false;
-    std::optional<bool> wanted_;  // its body, once there is one
+    std::optional<bool> wanted_;  // whether its body is, once one arrives
     bool bodyBegun_ = false;
     bool enough_ = false;  // nobody needs the rest of the body
     double declared_ = 0;

@@ -14,17 +14,17 @@ struct TransferFailure
     std::string reason;     ///< for people
 };
 
-/// Servers that could not be reached in a run of transfers, by UrlText's serverOf(). One thread.
+/// The servers that a run of transfers could not reach, named by UrlText's serverOf(). One thread.
 class UnreachableServers
 {
 public:
-    /// That of the calling thread's run; null outside of one.
+    /// The servers of the calling thread's run; null outside a run.
     static UnreachableServers* current() noexcept;
-    /// `servers` is that of the calling thread from now on.
+    /// Makes `servers` the calling thread's from now on.
     static void setCurrent(UnreachableServers* servers) noexcept;
 
     void remember(const std::string& server, TransferFailure failure);
-    /// The failure to repeat instead of asking `server` again.
+    /// The failure to report instead of asking `server` again; nothing when it may be asked.
     std::optional<TransferFailure> recall(const std::string& server) const;
 
 private:

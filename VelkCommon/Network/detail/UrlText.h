@@ -8,18 +8,18 @@
 
 namespace Velk::detail {
 
-/// "http://" or "https://" in any letter case, followed by a host.
+/// Whether `text` begins with "http://" or "https://" in any letter case, followed by a host.
 bool isWebAddress(std::string_view text) noexcept;
-/// `address` begins with "https:" in any letter case.
+/// Whether `address` begins with "https:" in any letter case.
 bool isSecure(std::string_view address) noexcept;
-/// A byte below the blank, or DEL.
+/// Whether `text` holds a byte below the blank, or DEL.
 bool hasControlCharacter(std::string_view text) noexcept;
-/// The same for a header line, where tabs are allowed.
+/// Whether `line` can be sent as a header line: it has no control character except tabs.
 bool isHeaderLine(std::string_view line) noexcept;
 
-/// Scheme, host and port in lower case, as the name of a server; empty when `address` is no URL.
+/// Scheme, host and port in lower case, as the name of a server; empty when `address` is not a URL.
 std::string serverOf(const std::string& address);
-/// Where `reference`, relative or not, leads from `base`, in wire form; empty when it is no URL.
+/// Where `reference`, relative or not, leads from `base`, in wire form; empty when that is not a URL.
 std::string resolved(const std::string& base, const std::string& reference);
 
 }  // namespace Velk::detail

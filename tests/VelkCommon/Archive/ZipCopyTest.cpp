@@ -1,4 +1,4 @@
-// Entries copied raw: what is said about them, and their bytes, stay as they are.
+// Entries copied raw: their bytes, and everything recorded about them, stay unchanged.
 #include "ZipWalk.h"
 
 #include <VelkCommon/Files/FileUtils.h>
@@ -295,7 +295,7 @@ TEST_F(ZipShapes, ANameThatIsTooLongIsRefused)
     EXPECT_EQ(dataOf(copy_, std::string(65'535, 'n')), "1");
 }
 
-// Larger than what is copied at once, with entries that are left out between.
+// Larger than the most that is copied at once, with entries left out in between.
 TEST_F(ZipShapes, ManyAndLargeEntries)
 {
     ZipBuilder all;

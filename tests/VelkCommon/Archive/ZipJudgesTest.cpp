@@ -28,7 +28,7 @@ protected:
         }
     }
 
-    // Everything that Info-ZIP knows of each entry, but for where it is.
+    // Everything that Info-ZIP reports about each entry, except its position.
     static std::string described(const fileString& archive)
     {
         std::string text = test::ask("unzip -Zv '" + archive.utf8() + "'").output;
@@ -134,7 +134,7 @@ TEST_F(ZipJudges, EncryptedEntriesAndUnknownMethods)
     EXPECT_EQ(test::describeZip(copy_), test::describeZip(source_));
 }
 
-// Made by others.
+// Archives that other programs made.
 TEST_F(ZipJudges, ArchivesOfOtherPrograms)
 {
     const std::string folder = at(U"files").utf8();

@@ -1,4 +1,4 @@
-// Archives that are written: when they are begun, what they hold, and when they are at their place.
+// Archives that are written: when they are begun, what they hold, and when they are put in place.
 #include "ZipWalk.h"
 
 #include <VelkCommon/Files/FileUtils.h>
@@ -224,7 +224,7 @@ TEST_F(ZipOutput, NoFolderNoOutput)
     EXPECT_THAT(names(), IsEmpty());
 }
 
-// A failure at the end: something has taken the place by then.
+// A failure at the end, because something else has appeared at the archive's path by then.
 TEST_F(ZipOutput, AFailureAtTheEndGivesNoNames)
 {
     const auto visited =

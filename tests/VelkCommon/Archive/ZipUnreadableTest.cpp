@@ -173,7 +173,7 @@ struct DamagedCase
 {
     const char* name;
     ZipItem item;
-    bool hasGap = false;  // behind its data, which a copy does not have
+    bool hasGap = false;  // behind its data; a copy does not have it
 };
 
 void PrintTo(const DamagedCase& row, std::ostream* out)
@@ -254,7 +254,7 @@ TEST_F(ZipUnreadable, TheStreamOfAnEncryptedEntryIsNotOpen)
     EXPECT_TRUE(stream.reachedEOF());
 }
 
-// A gigabyte of zeros declared as ten bytes: what is given never exceeds what is declared.
+// A gigabyte of zeros declared as ten bytes: a reader never gives more than the declared size.
 TEST_F(ZipUnreadable, AnEntryThatGrowsIsLeftAtItsDeclaredSize)
 {
     ZipItem item;
@@ -298,7 +298,7 @@ TEST_F(ZipUnreadable, ALocalHeaderThatReachesIntoTheNextEntryIsDamaged)
     EXPECT_EQ(dataOf(archive_, "b"), "2");
 }
 
-// Whatever byte is wrong, nothing crashes and what is read whole has the right checksum.
+// Whichever byte is wrong, nothing crashes, and every entry that is read whole has the right checksum.
 TEST_F(ZipUnreadable, AnyWrongByte)
 {
     ZipItem item;

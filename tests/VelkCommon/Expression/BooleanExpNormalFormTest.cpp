@@ -28,7 +28,7 @@ void PrintTo(const NormalFormCase& row, std::ostream* out)
 }
 
 const NormalFormCase normalFormCases[] = {
-    // What is a normal form already stays
+    // Expressions already in normal form stay
     {"Term", "a", "a"},
     {"NegatedTerm", "!a", "!a"},
     {"Runs", "a & !b | c & d | e", "a & !b | c & d | e"},
@@ -54,7 +54,7 @@ const NormalFormCase normalFormCases[] = {
     {"NotOfNegatedTerm", "!(a & !b)", "!a | b"},
     {"NotThreeRuns", "!(a | b & c | d)", "!a & !b & !d | !a & !c & !d"},
     {"NotNestedProduct", "!(a | !(b | c))", "!a & b | !a & c"},
-    // What is absent goes with the operator before it
+    // Absent operands are left out with the operator before them
     {"NullFirst", "_ & a", "a"},
     {"NullFirstOr", "_ | a & b", "a & b"},
     {"NullInTheMiddle", "a | _ & b", "a & b"},

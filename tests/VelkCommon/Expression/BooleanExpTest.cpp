@@ -101,7 +101,7 @@ TEST(BooleanExpGroup, DestroysEveryNodeOnce)
     EXPECT_EQ(destroyed, 10U);
 }
 
-/// `depth` groups in one another around x, alternately as first and as following operand.
+/// `depth` nested groups around x, alternately as first and as following operand.
 BooleanExp nested(std::size_t depth)
 {
     std::unique_ptr<BooleanExp::Node> innermost = std::make_unique<Term>(U"x");
@@ -172,7 +172,7 @@ const ParseCase parseCases[] = {
     {"GroupsNeedNoBlanks", U"(a)(b)c(d)", "(a) & (b) & c(d)"},
     {"Nothing", U"", "null"},
     {"NothingInGroups", U" ( () NOT () ) ", "null"},
-    // What is left out takes its NOTs along, and leaves the operator before it
+    // An operand that is left out takes its NOTs with it, but the operator before it stays
     {"EmptyGroupTakesItsNot", U"a NOT () b", "a & b"},
     {"EmptyGroupKeepsTheOperator", U"a OR () b", "a | b"},
     {"EmptyPhraseTakesItsNot", U"a -\"\" b", "a & b"},
@@ -184,7 +184,7 @@ const ParseCase parseCases[] = {
     {"OperatorEndsWithItsGroup", U"(a OR) b", "(a) & b"},
     {"LastOfSeveralOperators", U"a | AND OR | AND b", "a & b"},
     {"OperatorBehindBarAndNot", U"a NOT | AND b", "a & b"},
-    // Operators that are words
+    // Operators that count as words
     {"AndInEmptyGroup", U"(AND)", "(AND)"},
     {"AndBehindEmptyGroup", U"() AND a", "AND & a"},
     {"AndBehindLeadingBar", U"| AND a", "AND & a"},

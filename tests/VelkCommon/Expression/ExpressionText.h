@@ -37,7 +37,7 @@ BooleanExp build(std::string_view notation);
 
 /// The reverse of build(): the operands of a group, without parentheses around the whole.
 std::string describe(const BooleanExp::Group& group);
-/// The same for the root; "null" without one.
+/// The same for the root; "null" when there is none.
 std::string describe(const BooleanExp& expression);
 std::string describe(const std::unique_ptr<BooleanExp>& expression);
 

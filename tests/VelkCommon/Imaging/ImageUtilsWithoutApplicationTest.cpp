@@ -1,4 +1,4 @@
-// A program of its own, as the others of this room keep their application until they end.
+// This test is a separate program, because the other image tests keep their application until they end.
 #include <VelkCommon/Imaging/ImageUtils.h>
 
 #include "Pictures.h"

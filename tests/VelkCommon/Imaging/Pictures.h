@@ -12,8 +12,8 @@ inline QImage plainPicture(int width, int height, const QColor& colour)
     return picture;
 }
 
-/// Makes a Qt application without a display, which lasts until the program ends: the offscreen platform
-/// leaks its screen when an application goes.
+/// Makes a Qt application without a display. It lasts until the program ends, because the offscreen platform
+/// leaks its screen when an application is destroyed.
 inline void useOffscreenApplication()
 {
     static char name[] = "test";

@@ -212,7 +212,7 @@ const TextCase texts[] = {
     {"Delete",            "\x7F",                     "\"\x7F\""},
     {"Utf8",              "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", "\"\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80\""},
     {"LineSeparators",    "\xE2\x80\xA8\xE2\x80\xA9", "\"\xE2\x80\xA8\xE2\x80\xA9\""},
-    // What is no UTF-8
+    // Bytes that are not UTF-8
     {"LoneByte",          "a\xE9" "b",                "\"a\xEF\xBF\xBD" "b\""},
     {"Continuation",      "\x80",                     "\"\xEF\xBF\xBD\""},
     {"CutShort",          "\xE2\x82",                 "\"\xEF\xBF\xBD\""},

@@ -166,7 +166,7 @@ TEST_F(HostileServer, GetsNoMoreThanALimitedSmallFile)
     EXPECT_THAT(strayFiles(), ElementsAre("target"));
 }
 
-// Nothing in the header tells that it has no end.
+// Nothing in the header reveals that the body is endless.
 TEST_F(HostileServer, DoesNotFillTheDisk)
 {
     server_.on("/endless", Reply{.body = std::string(100000, 'x'), .withLength = false, .endless = true});
@@ -261,7 +261,7 @@ TEST_F(HostileServer, MayNotKeepSilentForEver)
     EXPECT_TRUE(browse(server_.url("/fine"))) << "a server that can be reached is asked again";
 }
 
-// Bytes come all the time, each at the test's pace, and never an end.
+// Bytes keep coming at the test's pace, but the body never ends.
 TEST_F(HostileServer, MayNotDripForEver)
 {
     Gate gate;
@@ -282,8 +282,8 @@ TEST_F(HostileServer, MayNotDripForEver)
     EXPECT_FALSE(askHeader(server_.url("/headers")));
 }
 
-// The body stands still until another transfer, begun later, has met the time-out of both; for each byte
-// that came before, the first one has a second more.
+// The body stalls until another transfer, begun later, has reached the time-out that both have; the first one has
+// a second more for each byte that came before.
 TEST_F(HostileServer, MayTakeLongerForALargeFileThatKeepsComing)
 {
     limit([](auto& limits) {

@@ -1,4 +1,4 @@
-// Many requests: connections that are kept, checks that overlap, servers that are away.
+// Many requests: connections that are kept, checks that overlap, servers that cannot be reached.
 #include <VelkCommon/Network/Curl.h>
 #include <VelkCommon/Network/WebUtils.h>
 
@@ -142,7 +142,7 @@ TEST_F(CurlRun, AnswersABatchInOrder)
 
 TEST_F(CurlRun, OverlapsEightRequests)
 {
-    // No answer before eight are asked; so the test comes to its end only when they overlap.
+    // No request is answered before eight are made, so the test ends only if they overlap.
     Gate gate;
     server_.on("/warm", Reply{});
     EXPECT_TRUE(askHeader(server_.url("/warm")));
@@ -268,7 +268,7 @@ TEST_F(CurlRun, OverlapsOverTls)
     EXPECT_LE(server.connections(), 8U);
 }
 
-// What waits on the other connections would wait until the time-out.
+// Requests on the other connections would otherwise wait until the time-out.
 TEST_F(CurlRun, GetsAllAnswersOfAServerThatServesOneConnectionAtATime)
 {
     limit([](auto& limits) {
@@ -334,7 +334,7 @@ TEST_F(CurlRun, ARunWithinARunBelongsToTheOuterOne)
 TEST_F(CurlRun, DoesNotAskAServerAgainThatWasAway)
 {
     const Curl::Run run;
-    // Bound without a listener first; then there is one, who must not be asked for now.
+    // The port is bound without a listener at first; the listener that follows must not be asked for now.
     auto away = std::make_unique<test::ScriptedServer>();
     const std::string url = away->url("/a");
     away->stop();
@@ -348,7 +348,7 @@ TEST_F(CurlRun, DoesNotAskAServerAgainThatWasAway)
     EXPECT_EQ(WebUtils::getUrlAfterRedirects(url), "");
 }
 
-// The time-out of connecting is an hour: only a server that is not asked again fails at once.
+// The time-out for connecting is an hour, so a call fails at once only if the server is not asked again.
 TEST_F(CurlRun, RemembersThatAConnectionDidNotComeAbout)
 {
     const Curl::Run run;
@@ -371,7 +371,7 @@ TEST_F(CurlRun, RemembersThatAConnectionDidNotComeAbout)
 TEST_F(CurlRun, RemembersThatANameWasNotFound)
 {
     const Curl::Run run;
-    // No label of a name is so long; so nobody needs to be asked.
+    // No label of a host name may be this long, so no name server needs to be asked.
     const std::string url = "http://" + std::string(70, 'x') + ".invalid/a";
     const Outcome first = download(url);
     EXPECT_EQ(first.code, test::couldNotResolve);

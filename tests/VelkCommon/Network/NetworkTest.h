@@ -18,7 +18,7 @@
 
 namespace test {
 
-/// What came of a download.
+/// The result of a download.
 struct Outcome
 {
     bool succeeded = false;
@@ -26,7 +26,7 @@ struct Outcome
     unsigned int code = 0;
 };
 
-/// A host, a server, no proxy, and limits that are as usual again after each test.
+/// A host and a server, without a proxy; the usual limits are restored after each test.
 class NetworkTest : public TestHost
 {
 protected:
@@ -48,7 +48,7 @@ protected:
 
     fileString target() const { return folder() / U"target"; }
 
-    /// The long form, with the outputs filled before, so that one that is not replaced shows.
+    /// The long form. The outputs are filled beforehand, so that the test notices one that is not replaced.
     Outcome download(const std::string& url, const std::vector<std::string>& headers = {}, void* data = nullptr,
                      Curl::Progress progress = nullptr) const
     {

@@ -73,7 +73,7 @@ const HeaderCase headerCases[] = {
     {"FoldOfTheSecondValue", "A: b\r\nA: c\r\n d\r\n", "A=[b][c d]"},
     {"FoldWithoutHeader", " a: b\r\nC: d\r\n", "C=[d]"},
     {"FoldOfASkippedLine", "A: b\r\nnothing\r\n c\r\n", "A=[b]"},
-    // What is no header
+    // Lines that are not headers
     {"NoColon", "nothing\r\nA: b\r\n", "A=[b]"},
     {"NoName", ": a\r\n\t: b\r\nA: b\r\n", "A=[b]"},
     {"BlankName", "A: b\r\n\r\n", "A=[b]"},
