@@ -183,7 +183,7 @@ json_writer::Object documentOf(const ManufacturerFile& file)
 DataFileResult ManufacturerFile::read(const fileString& path)
 {
     *this = {};
-    const DataFileResult result =
+    DataFileResult result =
         Library::detail::readDataFile(path, [this](const JsonObject& root) { readRoot(root, *this); });
     if (!result)
         *this = {};
