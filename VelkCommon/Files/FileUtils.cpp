@@ -99,6 +99,11 @@ bool FileUtils::copyFile(const fileString& from, const fileString& to, bool over
     return guarded([&] { return copy(from, to, overwrite ? Existing::replace : Existing::keep); }, false);
 }
 
+bool FileUtils::linkFile(const fileString& file, const fileString& secondName)
+{
+    return Platform::linkFile(file.utf8(), secondName.utf8());
+}
+
 bool FileUtils::moveFile(const fileString& from, const fileString& to, bool overwrite)
 {
     return guarded(

@@ -42,6 +42,10 @@ public:
     /// replaced, never followed. A failure leaves an existing target as it was.
     static bool copyFile(const fileString& from, const fileString& to, bool overwrite);
 
+    /// Gives a file a second name on the same file system. False when the file system has no such names, when the name
+    /// is taken, and when the system forbids it for a file of somebody else.
+    static bool linkFile(const fileString& file, const fileString& secondName);
+
     /// Moves a file, also to another file system (then by copy); false for a folder. `overwrite` and
     /// links as for copyFile(). A failure leaves source and target as they were, with one exception:
     /// when the source is on another file system and cannot be removed although its folder may be changed,

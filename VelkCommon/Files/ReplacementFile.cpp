@@ -1,7 +1,7 @@
 #include <VelkCommon/Files/ReplacementFile.h>
 
 #include <VelkCommon/Files/detail/Folders.h>
-#include <VelkCommon/Files/detail/RandomName.h>
+#include <VelkCommon/Files/detail/Leftovers.h>
 #include <VelkCommon/Platform/File.h>
 #include <VelkCommon/Platform/FileSystem.h>
 
@@ -12,12 +12,8 @@ namespace Platform = Velk::Platform;
 
 namespace {
 
-// A path beside the target. The name has the same length for every target, so that it never becomes too long,
-// and no search by extension takes it for a document.
-fileString siblingOf(const fileString& target)
-{
-    return target.parentPath() / fileString(".velk-" + Velk::detail::randomName() + ".tmp");
-}
+// Whoever removes leftovers may take a new file for one before it is locked; then another name is tried.
+constexpr int creationAttempts = 10;
 
 }  // namespace
 
@@ -28,9 +24,12 @@ ReplacementFile::ReplacementFile(const fileString& target, Existing existing) no
         if (target.stemWithExtension().empty())
             return;
         target_ = target;
-        fileString sibling = siblingOf(target);
         file_ = std::make_unique<Platform::File>();
-        *file_ = Platform::File::open(sibling.utf8(), Platform::File::Mode::create);
+        fileString sibling;
+        for (int attempt = 0; attempt < creationAttempts && !isOpen(); ++attempt) {
+            sibling = target.parentPath() / Velk::detail::temporaryName();
+            *file_ = Platform::File::open(sibling.utf8(), Platform::File::Mode::create);
+        }
         if (!isOpen())
             return;
         path_ = std::move(sibling);
@@ -104,6 +103,7 @@ bool ReplacementFile::commit() noexcept
 bool ReplacementFile::finish()
 {
     const bool synced = !failed_ && file_->sync();
+    const Platform::File lock = file_->duplicate();  // until the file has its name, it must not look like a leftover
     const bool complete = file_->close() && synced;
     const bool replace = existing_ == Existing::replace;
     const std::string folder = Velk::detail::folderOf(target_);  // before the move: afterwards nothing may fail

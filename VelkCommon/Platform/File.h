@@ -16,11 +16,16 @@ class VELKCOMMON_EXPORT File
 public:
     enum class Mode {
         read,    ///< for reading; others may do as they like
-        create,  ///< a new file for writing; fails when the name is taken, even by a dangling link
+        /// a new file for writing; fails when the name is taken, even by a dangling link. removeUnheldFile() leaves
+        /// it alone for as long as it is open.
+        create,
     };
     enum class Lock {
-        shared,    ///< for reading, with other readers
-        exclusive  ///< for writing, alone; created when missing, not emptied; on POSIX never through a link
+        shared,     ///< for reading, with other readers
+        exclusive,  ///< for writing, alone; created when missing, not emptied; on POSIX never through a link
+        /// alone, on a file that only stands for something else: like `exclusive`, but a file that this user may
+        /// only read will do, and others may read it. A new one is open to every user.
+        marker
     };
     enum class LockResult { locked, held, failed };
 
@@ -35,6 +40,9 @@ public:
     LockResult openLocked(const std::string& path, Lock lock) noexcept;
 
     bool isOpen() const noexcept { return handle_ != closed; }
+    /// A second handle of the same open file, which keeps its lock when this one is closed. Not open where a lock
+    /// cannot be shared.
+    File duplicate() const noexcept;
     /// Closes and unlocks. False when the system reports that written bytes are lost, and when the
     /// file is not open.
     bool close() noexcept;

@@ -34,32 +34,63 @@ long long readAll(std::size_t size, Read readFrom) noexcept
     return static_cast<long long>(total);
 }
 
+bool lockAtOnce(const Descriptor& file, int kind) noexcept
+{
+    return uninterrupted([&] { return ::flock(file.get(), kind | LOCK_NB); }) == 0;
+}
+
+// Opens for a lock. A link in a folder that everybody may change could lead to a file of this user, so writers do not
+// follow it.
+Descriptor openForLock(const std::string& path, File::Lock lock) noexcept
+{
+    if (lock == File::Lock::shared)
+        return openForReading(path);
+    Descriptor file = openFile(path, O_RDWR | O_CREAT | O_NOFOLLOW);
+    if (!file && errno == EACCES)
+        file = openFile(path, (lock == File::Lock::marker ? O_RDONLY : O_WRONLY) | O_NOFOLLOW);
+    return file;
+}
+
+// Between opening and locking, another file may have taken the name: then the lock protects nothing.
+bool stillNames(const std::string& path, const Descriptor& file) noexcept
+{
+    struct stat named = {};
+    return ::stat(systemPath(path), &named) == 0 && identityOf(named) == identityOf(file);
+}
+
 }  // namespace
 
 File File::open(const std::string& path, Mode mode) noexcept
 {
     if (mode == Mode::read)
         return File(openForReading(path).release());
-    return File(openFile(path, O_RDWR | O_CREAT | O_EXCL).release());
+    Descriptor file = openFile(path, O_RDWR | O_CREAT | O_EXCL);
+    // Whoever removes leftovers may have been quicker than the lock. A file system without locks has no such remover.
+    if (file && !lockAtOnce(file, LOCK_EX) && errno == EWOULDBLOCK)
+        return {};
+    if (!file || !stillNames(path, file))
+        return {};
+    return File(file.release());
 }
 
 File::LockResult File::openLocked(const std::string& path, Lock lock) noexcept
 {
-    const bool exclusive = lock == Lock::exclusive;
-    // A link in a folder that everybody may change could lead to a file of this user.
-    Descriptor file = exclusive ? openFile(path, O_RDWR | O_CREAT | O_NOFOLLOW) : openForReading(path);
-    if (!file && exclusive && errno == EACCES)
-        file = openFile(path, O_WRONLY | O_NOFOLLOW);
+    Descriptor file = openForLock(path, lock);
     if (!file)
         return LockResult::failed;
-    if (uninterrupted([&] { return ::flock(file.get(), (exclusive ? LOCK_EX : LOCK_SH) | LOCK_NB); }) != 0)
+    if (!lockAtOnce(file, lock == Lock::shared ? LOCK_SH : LOCK_EX))
         return errno == EWOULDBLOCK ? LockResult::held : LockResult::failed;
-    // Between opening and locking, another file may have taken the name: then the lock protects nothing.
-    struct stat named = {};
-    if (::stat(systemPath(path), &named) != 0 || identityOf(named) != identityOf(file))
+    if (!stillNames(path, file))
         return LockResult::held;
+    if (lock == Lock::marker)
+        static_cast<void>(::fchmod(file.get(), fileBits));  // fails for the file of another user, who has done it
     *this = File(file.release());
     return LockResult::locked;
+}
+
+File File::duplicate() const noexcept
+{
+    return File(::fcntl(descriptorOf(handle_), F_DUPFD_CLOEXEC, 0));
 }
 
 bool File::close() noexcept

@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Velk::Platform {
 
@@ -42,8 +43,19 @@ VELKCOMMON_EXPORT bool createSharedFolder(const std::string& path) noexcept;
 /// not a link, is owned by this user and is closed to others.
 VELKCOMMON_EXPORT bool createPrivateFolder(const std::string& path) noexcept;
 
+/// The names of what is in `folder`, in no order; none when it cannot be read.
+VELKCOMMON_EXPORT std::vector<std::string> namesIn(const std::string& folder);
+
 /// Deletes a file or link; false for a folder. With `overrideReadOnly`, deletes a read-only file as well.
 VELKCOMMON_EXPORT bool removeFile(const std::string& path, bool overrideReadOnly) noexcept;
+
+/// Deletes a file that File::open() created, provided that nobody has it open any more. False, and nothing changes,
+/// when somebody has, and for folders and links.
+VELKCOMMON_EXPORT bool removeUnheldFile(const std::string& path) noexcept;
+
+/// Gives the file a second name on the same volume. False when the file system cannot, when the name is taken, and
+/// when the system forbids it for a file of somebody else.
+VELKCOMMON_EXPORT bool linkFile(const std::string& file, const std::string& secondName) noexcept;
 
 enum class MoveResult { moved, otherVolume, failed };
 /// Renames in one step: at no time is `to` missing or incomplete. With `replace` false, an existing `to` is

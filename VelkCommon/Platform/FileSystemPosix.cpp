@@ -2,10 +2,12 @@
 
 #include <VelkCommon/Platform/detail/Posix.h>
 
+#include <dirent.h>
 #include <sys/file.h>
 #include <sys/statvfs.h>
 
 #include <cstdio>
+#include <memory>
 
 namespace Velk::Platform {
 namespace {
@@ -92,6 +94,20 @@ bool createPrivateFolder(const std::string& path) noexcept
            (status.st_mode & allBits & ~privateBits) == 0;
 }
 
+std::vector<std::string> namesIn(const std::string& folder)
+{
+    struct Closer
+    {
+        void operator()(DIR* open) const { ::closedir(open); }
+    };
+    const std::unique_ptr<DIR, Closer> open(::opendir(systemPath(folder)));
+    std::vector<std::string> names;
+    while (const dirent* const entry = open ? ::readdir(open.get()) : nullptr)
+        if (const std::string_view name = entry->d_name; name != "." && name != "..")
+            names.emplace_back(name);
+    return names;
+}
+
 bool removeFile(const std::string& path, bool) noexcept
 {
     // The folder's permissions decide here, never those of the file.
@@ -102,6 +118,23 @@ bool removeFile(const std::string& path, bool) noexcept
         return ::unlink(systemPath(path)) == 0;
     errno = EISDIR;
     return false;
+}
+
+bool removeUnheldFile(const std::string& path) noexcept
+{
+    const Descriptor file = openPath(path, O_RDONLY | O_NOFOLLOW);
+    struct stat status = {};
+    if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
+        return false;
+    // Unlinked under the lock, so the name still belongs to the file that was looked at.
+    struct stat named = {};
+    return uninterrupted([&] { return ::flock(file.get(), LOCK_EX | LOCK_NB); }) == 0 && linkStatus(path, named) &&
+           identityOf(named) == identityOf(status) && ::unlink(systemPath(path)) == 0;
+}
+
+bool linkFile(const std::string& file, const std::string& secondName) noexcept
+{
+    return ::linkat(AT_FDCWD, systemPath(file), AT_FDCWD, systemPath(secondName), AT_SYMLINK_FOLLOW) == 0;
 }
 
 MoveResult move(const std::string& from, const std::string& to, bool replace) noexcept

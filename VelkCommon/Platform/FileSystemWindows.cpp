@@ -4,6 +4,8 @@
 
 #include <aclapi.h>
 
+#include <memory>
+
 namespace Velk::Platform {
 namespace {
 
@@ -94,6 +96,26 @@ bool createPrivateFolder(const std::string& path) noexcept
         false);
 }
 
+std::vector<std::string> namesIn(const std::string& folder)
+{
+    struct Closer
+    {
+        using pointer = HANDLE;
+        void operator()(HANDLE search) const { ::FindClose(search); }
+    };
+    WIN32_FIND_DATAW found = {};
+    const HANDLE first = ::FindFirstFileW((systemPath(folder) + L"\\*").c_str(), &found);
+    std::vector<std::string> names;
+    if (first == INVALID_HANDLE_VALUE)
+        return names;
+    const std::unique_ptr<HANDLE, Closer> search(first);
+    do {
+        if (const std::wstring_view name = found.cFileName; name != L"." && name != L"..")
+            names.push_back(fromNativePath(std::wstring(name)));
+    } while (::FindNextFileW(search.get(), &found) != 0);
+    return names;
+}
+
 bool removeFile(const std::string& path, bool overrideReadOnly) noexcept
 {
     return guarded(
@@ -103,6 +125,31 @@ bool removeFile(const std::string& path, bool overrideReadOnly) noexcept
             if (attributes == INVALID_FILE_ATTRIBUTES || (isFolder(attributes) && !isLink(attributes)))
                 return false;
             return removeOne(name, attributes, overrideReadOnly);
+        },
+        false);
+}
+
+bool removeUnheldFile(const std::string& path) noexcept
+{
+    return guarded(
+        [&] {
+            const std::wstring name = systemPath(path);
+            const DWORD attributes = attributesOf(name);
+            if (attributes == INVALID_FILE_ATTRIBUTES || isFolder(attributes) || isLink(attributes))
+                return false;
+            // Fails for a file that somebody has open, since it would be shared with nobody.
+            const Handle file(::CreateFileW(name.c_str(), DELETE, 0, nullptr, OPEN_EXISTING,
+                                            FILE_FLAG_DELETE_ON_CLOSE | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+            return static_cast<bool>(file);
+        },
+        false);
+}
+
+bool linkFile(const std::string& file, const std::string& secondName) noexcept
+{
+    return guarded(
+        [&] {
+            return ::CreateHardLinkW(systemPath(secondName).c_str(), systemPath(file).c_str(), nullptr) != 0;
         },
         false);
 }

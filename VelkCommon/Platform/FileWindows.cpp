@@ -31,12 +31,20 @@ File File::open(const std::string& path, Mode mode) noexcept
 
 File::LockResult File::openLocked(const std::string& path, Lock lock) noexcept
 {
-    File file(numberOf(lock == Lock::shared ? openForReading(path, FILE_SHARE_READ)
-                                            : openFile(path, GENERIC_WRITE, 0, OPEN_ALWAYS)));
+    // An open file is locked here: nobody else may open it in a way that it is not shared for.
+    const DWORD share = lock == Lock::exclusive ? 0 : FILE_SHARE_READ;
+    File file(numberOf(lock == Lock::shared ? openForReading(path, share)
+                                            : openFile(path, GENERIC_WRITE, share, OPEN_ALWAYS)));
     if (!file.isOpen())
         return ::GetLastError() == ERROR_SHARING_VIOLATION ? LockResult::held : LockResult::failed;
     *this = std::move(file);
     return LockResult::locked;
+}
+
+// Nothing to do: a file with a second handle could not be replaced or removed.
+File File::duplicate() const noexcept
+{
+    return {};
 }
 
 bool File::close() noexcept

@@ -1,7 +1,9 @@
 // Full disks, processes that die half-way and several processes at once leave either the old file or the new one,
 // and always a whole one.
+#include <VelkCommon/Files/FileLock.h>
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/ReplacementFile.h>
+#include <VelkCommon/Files/WorkFolder.h>
 
 #include "PosixFiles.h"
 #include "support/Processes.h"
@@ -13,6 +15,8 @@
 
 namespace {
 
+using testing::AnyOf;
+using testing::Each;
 using testing::ElementsAre;
 
 using FileUtilsDeaths = test::PosixFiles;
@@ -52,6 +56,8 @@ protected:
                 const std::string text = test::readFile(target);
                 ASSERT_TRUE(text == newText || (died && text == oldText)) << "torn";
                 ASSERT_TRUE(text == newText || test::readFile(source_) == newText) << "lost";
+                WorkFolder::removeLeftovers(target.parentPath());
+                ASSERT_THAT(test::listFolder(target.parentPath()), Each(AnyOf("from", "to", "other"))) << "left";
             });
     }
 
@@ -108,6 +114,36 @@ TEST_F(FileUtilsDeaths, OneOfManyMakesAFileThatMustNotBeThere)
         for (const std::string& name : names())
             FileUtils::removePath(root_.path() / fileString(name), FileUtils::noFlags);
     }
+}
+
+TEST_F(FileUtilsDeaths, AWorkFolderOfAKilledProcessIsALeftover)
+{
+    test::killedAtEachSystemCall([] {},
+                                 [this] {
+                                     const WorkFolder folder(root_.path());
+                                     test::writeFile(folder.path() / U"file", "text");
+                                 },
+                                 [this](bool) {
+                                     WorkFolder::removeLeftovers(root_.path());
+                                     ASSERT_THAT(names(), ElementsAre());
+                                 });
+}
+
+TEST_F(FileUtilsDeaths, TheLockOfAKilledProcessIsFree)
+{
+    const fileString path = at(U"data.lock");
+    test::Signal locked;
+    test::Signal never;
+    test::Child holder([&] {
+        const FileLock lock(path, std::chrono::milliseconds(0), "work");
+        locked.send();
+        never.wait();
+    });
+    locked.wait();
+    EXPECT_TRUE(FileLock(path, std::chrono::milliseconds(0), "work").isBusy());
+    holder.kill();
+    EXPECT_TRUE(FileLock(path, std::chrono::milliseconds(0), "work"));
+    EXPECT_THAT(names(), ElementsAre());
 }
 
 }  // namespace
