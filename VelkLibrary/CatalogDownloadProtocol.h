@@ -14,6 +14,7 @@
 #include <VelkLibrary/Export.h>
 #include <VelkLibrary/Update/CatalogHashFile.h>
 #include <VelkLibrary/Update/CatalogRecord.h>
+#include <VelkLibrary/Update/RunReport.h>
 
 #include <cstdint>
 #include <string>
@@ -25,6 +26,9 @@ namespace LibraryCatalogUpdate {
 /// The address that requests begin with: where the service's address leads after all redirects. It is looked up
 /// once and remembered. Empty when it leads nowhere; that is logged, and the next call tries again.
 VELKLIBRARY_EXPORT std::string resolveApiEndpoint();
+
+/// Why the address last led nowhere; without a reason when it did not.
+VELKLIBRARY_EXPORT RunFault apiEndpointFault();
 
 /// The folder of the installed catalogs of a kind; empty for an unknown one.
 VELKLIBRARY_EXPORT fileString catalogFolder(std::uint32_t kind);

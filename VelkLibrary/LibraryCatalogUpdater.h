@@ -3,6 +3,7 @@
 #include <VelkCommon/Files/fileString.h>
 #include <VelkLibrary/Export.h>
 #include <VelkLibrary/LibraryProgressBase.h>
+#include <VelkLibrary/Update/RunReport.h>
 
 #include <memory>
 #include <set>
@@ -46,6 +47,13 @@ public:
     /// has been sent even then. A run first removes what earlier runs left in the download folders, so the
     /// receiver must be done with those files.
     void operator()();
+
+    /// Lets the next run call these functions. Not while a run is under way; copies share them.
+    void setHooks(RunHooks hooks);
+
+    /// What the last run did. To be read on the worker thread, or by others after the run has ended, which they may
+    /// take from its final event. It is what the events tell and more, so it needs no receiver.
+    const RunReport& report() const noexcept;
 
     /// Cancels the run, from any thread at any time: a transfer ends within moments, the checks and downloads
     /// end before the next catalog, and the run ends with "onClose". The cancellation holds until the next

@@ -39,16 +39,20 @@ std::string extensionOf(const std::string& url)
     return extension;
 }
 
+// Whether and why an ended transfer is no success.
+detail::TransferFailure failureIn(const Transfer& transfer)
+{
+    if (!transfer.answered() || transfer.succeeded())
+        return transfer.failure();
+    return {CURLE_HTTP_RETURNED_ERROR, "HTTP status " + std::to_string(transfer.status())};
+}
+
 // Runs `request` with the file as its destination, and says whether and why it failed.
 detail::TransferFailure fetch(TransferRequest request, detail::FileBody body)
 {
     Transfer transfer(std::move(request), body);
     detail::run(transfer);
-    if (!transfer.answered())
-        return transfer.failure();
-    if (!transfer.succeeded())
-        return {CURLE_HTTP_RETURNED_ERROR, "HTTP status " + std::to_string(transfer.status())};
-    return {};
+    return failureIn(transfer);
 }
 
 // How `transfer` failed, if it did: the failure that it returns, or lack of memory, its only exception.
@@ -141,9 +145,16 @@ void Curl::getURLHeaders(const std::vector<HeaderRequest>& requests,
 bool Curl::browseURL(const std::string& url, const std::vector<std::string>& headers, std::string& body, bool,
                      long) const
 {
+    std::string reason;
+    unsigned int code = 0;
+    return browseURL(url, headers, body, reason, code);
+}
+
+bool Curl::browseURL(const std::string& url, const std::vector<std::string>& headers, std::string& body,
+                     std::string& reason, unsigned int& code) const
+{
     body.clear();
-    bool succeeded = false;
-    failureOf([&] {
+    detail::TransferFailure failure = failureOf([&] {
         detail::TextBody text(detail::transferLimits().textBytes);
         TransferRequest request = detail::bodyRequest(url, headers, Wanted::all);
         request.compressed = true;
@@ -151,10 +162,11 @@ bool Curl::browseURL(const std::string& url, const std::vector<std::string>& hea
         detail::run(transfer);
         if (transfer.answered())
             body = std::move(text.text());
-        succeeded = transfer.succeeded();
-        return transfer.failure();
+        return failureIn(transfer);
     });
-    return succeeded;
+    reason = std::move(failure.reason);
+    code = failure.code;
+    return code == CURLE_OK;
 }
 
 Curl::Run::Run()

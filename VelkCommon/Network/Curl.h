@@ -55,6 +55,8 @@ public:
         bool received = false;  ///< a complete answer came, whatever its status
         std::string header;     ///< the last answer's header block as it came
         long responseCode = 0;  ///< the HTTP status
+        std::string reason;     ///< why no complete answer came; empty when one did
+        unsigned int code = 0;  ///< the failure's code; 0 when a complete answer came
     };
 
     /// The shared instance.
@@ -104,6 +106,11 @@ public:
     /// effect.
     bool browseURL(const std::string& url, const std::vector<std::string>& headers, std::string& body, bool,
                    long) const;
+
+    /// The same, and says why there is no success: `reason` and `code` as for download_to_location(); otherwise they are
+    /// empty and 0.
+    bool browseURL(const std::string& url, const std::vector<std::string>& headers, std::string& body,
+                   std::string& reason, unsigned int& code) const;
 
     /// Many transfers that belong together. While the object lives, the thread does not ask a server again for
     /// 30 s if the server could not be found, refused the connection or did not accept it within 15 s. Calls that

@@ -36,6 +36,32 @@ void continueValue(std::string& value, std::string_view line)
     value += more;
 }
 
+// Where an address leads to; empty after a failure.
+std::string finalAddress(const std::string& url, detail::TransferFailure& failure)
+{
+    constexpr long firstErrorStatus = 400;
+    detail::NoBody body;
+    detail::TransferRequest request = detail::headerRequest(url, {});
+    detail::Transfer head(request, body);
+    detail::run(head);
+    if (head.answered() && head.status() < firstErrorStatus)
+        return head.address();
+    failure = head.failure();
+    // Some servers support only GET at such an address, and answer anything else with an error or not at all.
+    if (!head.answered() && failure.code != CURLE_GOT_NOTHING)
+        return {};
+    request.method = detail::TransferRequest::Method::get;
+    request.url = head.address();
+    detail::Transfer get(request, body);
+    detail::run(get);
+    if (!get.answered() && !head.answered()) {
+        failure = get.failure();
+        return {};
+    }
+    failure = {};
+    return get.answered() ? get.address() : head.address();
+}
+
 }  // namespace
 
 namespace WebUtils {
@@ -49,25 +75,23 @@ bool HeaderNameCompare::operator()(const std::string& left, const std::string& r
 
 std::string getUrlAfterRedirects(const std::string& url)
 {
-    constexpr long firstErrorStatus = 400;
+    std::string reason;
+    unsigned int code = 0;
+    return getUrlAfterRedirects(url, reason, code);
+}
+
+std::string getUrlAfterRedirects(const std::string& url, std::string& reason, unsigned int& code)
+{
+    reason.clear();
+    code = CURLE_OK;
     try {
-        detail::NoBody body;
-        detail::TransferRequest request = detail::headerRequest(url, {});
-        detail::Transfer head(request, body);
-        detail::run(head);
-        if (head.answered() && head.status() < firstErrorStatus)
-            return head.address();
-        // Some servers support only GET at such an address, and answer anything else with an error or not at all.
-        if (!head.answered() && head.failure().code != CURLE_GOT_NOTHING)
-            return {};
-        request.method = detail::TransferRequest::Method::get;
-        request.url = head.address();
-        detail::Transfer get(request, body);
-        detail::run(get);
-        if (get.answered())
-            return get.address();
-        return head.answered() ? head.address() : std::string();
+        detail::TransferFailure failure;
+        std::string address = finalAddress(url, failure);
+        reason = std::move(failure.reason);
+        code = failure.code;
+        return address;
     } catch (...) {
+        code = CURLE_OUT_OF_MEMORY;
         return {};
     }
 }

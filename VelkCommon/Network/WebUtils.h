@@ -21,6 +21,9 @@ struct VELKCOMMON_EXPORT HeaderNameCompare
 /// follow. Asks with HEAD, and with GET if HEAD gets an error or no answer. Each takes at most 30 s.
 VELKCOMMON_EXPORT std::string getUrlAfterRedirects(const std::string& url);
 
+/// The same, and says why the result is empty: `reason` and `code` as for Curl::download_to_location().
+VELKCOMMON_EXPORT std::string getUrlAfterRedirects(const std::string& url, std::string& reason, unsigned int& code);
+
 /// Replaces `out` by the names and values of a header block. A name that occurs several times keeps all
 /// its values in order. Values come without the blanks around them.
 ///

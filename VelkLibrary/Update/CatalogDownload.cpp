@@ -123,11 +123,20 @@ bool DownloadPhase::updateCatalog(const fileString& fileName, CatalogRecord& rec
     const fileString folder = downloadFolder(record.kind);
     const fileString target =
         folder.empty() ? fileString() : folder / (stem + fileString(Library::extensions::download));
-    if (!download(fileName, record, target))
+    LibraryReport& report = run_.report.libraries[fileName];
+    if (!download(fileName, record, target)) {
+        report.outcome = LibraryOutcome::NotFetched;
         return true;
+    }
+    report.download = reportOf(target);
+    if (run_.hooks.downloaded)
+        doPart(run_, [&] { run_.hooks.downloaded(report); });
     const bool installed = installCatalog(receiver_, run_, target, fileName, record);
+    report.outcome = installed ? LibraryOutcome::Taken : LibraryOutcome::NotInstalled;
     if (!installed)
         run_.failed = true;
+    if (run_.hooks.done)
+        doPart(run_, [&] { run_.hooks.done(report); });
     return installed;
 }
 
@@ -148,6 +157,7 @@ bool DownloadPhase::download(const fileString& fileName, const CatalogRecord& re
         return true;
     if (code == abortedByCallback)
         run_.resultCode = TransferAborted;
+    run_.report.libraries[fileName].fault.code = code;
     return fail(fileName, target, reason);
 }
 
@@ -156,6 +166,7 @@ bool DownloadPhase::fail(const fileString& fileName, const fileString& target, c
     Library::ErrorLog() << "Failed To Download File:  " << fileName.stem() << "   Reason:  " << reason << "\n";
     if (!target.empty() && target.pathExists())
         FileUtils::removePath(target, FileUtils::overrideReadOnly);
+    run_.report.libraries[fileName].fault.reason = reason;
     run_.failed = true;
     return false;
 }

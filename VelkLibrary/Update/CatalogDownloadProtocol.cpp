@@ -73,11 +73,17 @@ std::string resolveApiEndpoint()
     std::string endpoint = state.endpoint();
     if (!endpoint.empty())
         return endpoint;
-    endpoint = WebUtils::getUrlAfterRedirects(state.serviceAddress());
-    state.setEndpoint(endpoint);
+    RunFault fault;
+    endpoint = WebUtils::getUrlAfterRedirects(state.serviceAddress(), fault.reason, fault.code);
+    state.setEndpoint(endpoint, fault);
     if (endpoint.empty())
         Library::ErrorLog() << "Unable to determine api endpoint\n";
     return endpoint;
+}
+
+RunFault apiEndpointFault()
+{
+    return detail::CatalogUpdateState::get().endpointFault();
 }
 
 fileString catalogFolder(std::uint32_t kind)

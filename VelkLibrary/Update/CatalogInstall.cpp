@@ -51,8 +51,10 @@ const char* renamingFault(const fileString& downloaded, const fileString& finalN
 std::optional<NewFiles> takeCoreFile(CatalogRun& run, const fileString& downloaded, const fileString& fileName)
 {
     const fileString finalName = downloaded.pathAndName() + fileName.extension();
+    RunFault& reported = run.report.libraries[fileName].fault;
     if (const char* const fault = renamingFault(downloaded, finalName)) {
         ErrorLog() << fault << downloaded;
+        reported.reason = "the downloaded file cannot be renamed";
         run.resultCode = CatalogNotRenamed;
         return std::nullopt;
     }
@@ -61,6 +63,7 @@ std::optional<NewFiles> takeCoreFile(CatalogRun& run, const fileString& download
     if (fileName.hasExtension(Library::extensions::referencedFiles))
         return NewFiles{{}, finalName};
     ErrorLog() << "Unsupported file extension:  " << fileName;
+    reported.reason = "files of this kind cannot be installed";
     return std::nullopt;
 }
 
@@ -92,14 +95,16 @@ void handOverDatabase(const LibraryProgressBase& receiver, CatalogRun& run, cons
     noteInstalled(run, database);
 }
 
-bool placeReferencedFiles(CatalogRun& run, const fileString& archive)
+bool placeReferencedFiles(CatalogRun& run, const fileString& archive, LibraryReport& report)
 {
     const fileString folder = PathUtils::getObject().getProprietaryLibraryReferencedFilesPath();
     const fileString target = folder / archive.stemWithExtension();
     if (!FileUtils::moveFile(archive, target, true)) {
         ErrorLog() << "Unable to copy referenced file:  " << archive;
+        report.fault.reason = "its other files cannot be moved into their folder";
         return false;
     }
+    report.referencedFiles.path = target;
     giveEveryoneFullAccess(target);
     noteInstalled(run, target);
     FileSearch::get().resetFileSearch(folder);
@@ -111,18 +116,22 @@ bool placeReferencedFiles(CatalogRun& run, const fileString& archive)
 bool installCatalog(const LibraryProgressBase& receiver, CatalogRun& run, const fileString& downloaded,
                     const fileString& fileName, CatalogRecord& record)
 {
+    LibraryReport& report = run.report.libraries[fileName];
     if (FileUtils::fileSize(downloaded) <= 0) {
         FileUtils::removePath(downloaded, FileUtils::overrideReadOnly);
         ErrorLog() << "Empty Download File:  " << downloaded << "\n";
+        report.fault.reason = "the downloaded file is empty";
         return false;
     }
     const auto files =
         record.kind == CoreCatalogs ? takeCoreFile(run, downloaded, fileName) : takePackedFile(downloaded);
     if (!files)
         return false;
+    report.database = reportOf(files->database);
+    report.referencedFiles = reportOf(files->referencedFiles);
     if (files->database.pathExists())
         handOverDatabase(receiver, run, files->database, catalogFolder(record.kind) / fileName);
-    if (files->referencedFiles.pathExists() && !placeReferencedFiles(run, files->referencedFiles))
+    if (files->referencedFiles.pathExists() && !placeReferencedFiles(run, files->referencedFiles, report))
         return false;
     record.updated = true;
     return true;

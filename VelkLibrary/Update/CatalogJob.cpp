@@ -50,6 +50,15 @@ fileString coreCatalogPath(const fileString& name)
            name;
 }
 
+// What a header answer means before anything is downloaded.
+LibraryOutcome outcomeOf(const CatalogRecord& record)
+{
+    constexpr std::int32_t notModified = 304;
+    if (record.needsDownload())
+        return LibraryOutcome::LeftForLater;
+    return record.status == 200 || record.status == notModified ? LibraryOutcome::UpToDate : LibraryOutcome::Refused;
+}
+
 std::int32_t outcomeOf(const CatalogRun& run, bool manual)
 {
     if (run.failed)
@@ -76,6 +85,8 @@ void CatalogJob::run(const LibraryProgressBase& receiver)
 void CatalogJob::runPhases(const LibraryProgressBase& receiver)
 {
     const Curl::Run run;
+    run_.report = {};
+    run_.report.address = CatalogUpdateState::get().serviceAddress();
     doPart(run_, prepareFolders);
     doPart(run_, [&] {
         if (leavesCoreAlone())
@@ -89,6 +100,7 @@ void CatalogJob::runPhases(const LibraryProgressBase& receiver)
     }
     doPart(run_, [&] { askService(receiver); });
     doPart(run_, [&] { DownloadPhase(receiver, run_, catalogs_, settings_.product, settings_.version).run(); });
+    noteEndpoint();
     writeHashFiles();
     if (settings_.manual)
         doPart(run_, [&] { preferences().set<bool>(preferenceNumbers::lastManualUpdateFailed, run_.failed); });
@@ -105,9 +117,13 @@ void CatalogJob::fetchCoreIndex()
     record.kind = CoreCatalogs;
     const std::string url =
         buildCatalogRequest(coreIndexFileName(), record, settings_.product, settings_.version).first;
+    RunFault& fault = run_.report.indexFault;
     std::string body;
-    if (url.empty() || !Curl::get().browseURL(url, {}, body, true, 0)) {
+    run_.report.indexAsked = true;
+    if (url.empty() || !Curl::get().browseURL(url, {}, body, fault.reason, fault.code)) {
         run_.failed = true;
+        if (url.empty())
+            fault = apiEndpointFault();
         Library::ErrorLog() << "Failed to Download Core Library Index File:  " << url << "\n";
         return;
     }
@@ -139,12 +155,24 @@ void CatalogJob::checkCatalog(std::uint32_t kind, const fileString& catalog)
     const auto known = catalogs_.find(name);
     if (known != catalogs_.end()) {
         known->second.kind = kind;
-        return;
+    } else {
+        CatalogRecord record;
+        record.kind = kind;
+        record.localHash = SHA1::fileContentsToSHA1Hex(catalog);
+        catalogs_.emplace(name, std::move(record));
     }
-    CatalogRecord record;
-    record.kind = kind;
-    record.localHash = SHA1::fileContentsToSHA1Hex(catalog);
-    catalogs_.emplace(name, std::move(record));
+    reportOn(name, kind).installedPath = catalog;
+}
+
+// The hash file may name catalogs that the host did not.
+LibraryReport& CatalogJob::reportOn(const fileString& fileName, std::uint32_t kind)
+{
+    LibraryReport& report = run_.report.libraries[fileName];
+    report.fileName = fileName;
+    report.kind = kind;
+    if (report.installedPath.empty())
+        report.installedPath = catalogFolder(kind) / fileName;
+    return report;
 }
 
 // The requests overlap; the receiver, the table and the log still see them in the table's order.
@@ -174,13 +202,30 @@ void CatalogJob::askService(const LibraryProgressBase& receiver)
 // An empty address, which means that there is no endpoint, counts as a failed request.
 void CatalogJob::takeAnswer(const fileString& fileName, CatalogRecord& record, const Curl::HeaderAnswer& answer)
 {
+    LibraryReport& report = reportOn(fileName, record.kind);
+    report.localHash = record.localHash;
     if (!answer.received) {
         run_.failed = true;
+        report.outcome = LibraryOutcome::NotAnswered;
+        report.fault = RunFault{answer.reason, answer.code};
+        if (CatalogUpdateState::get().endpoint().empty())
+            report.fault = apiEndpointFault();
         return;
     }
     applyHeaderResponse(record, answer.header, answer.responseCode);
     if (record.status == 403 || record.status == 404)
         fetchServiceMessage(fileName, record, settings_.product, settings_.version);
+    report.outcome = outcomeOf(record);
+    report.status = record.status;
+    report.serviceMessage = record.serviceMessage;
+    report.tag = record.remoteHash;
+}
+
+// A run may have ended before it needed the endpoint.
+void CatalogJob::noteEndpoint()
+{
+    run_.report.endpoint = CatalogUpdateState::get().endpoint();
+    run_.report.addressFault = apiEndpointFault();
 }
 
 void CatalogJob::writeHashFiles() const

@@ -1,5 +1,7 @@
 #include <VelkLibrary/Update/detail/CatalogRun.h>
 
+#include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Files/SHA1.h>
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkLibrary/ErrorLog.h>
 
@@ -12,6 +14,13 @@ void logFailure(const char* reason) noexcept
     } catch (...) {
         // Without memory there is no log.
     }
+}
+
+FileReport reportOf(const fileString& path)
+{
+    if (!path.pathExists())
+        return {};
+    return {path, FileUtils::fileSize(path), SHA1::fileContentsToSHA1Hex(path)};
 }
 
 std::string shownName(const fileString& path)

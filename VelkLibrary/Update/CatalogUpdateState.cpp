@@ -21,6 +21,7 @@ void CatalogUpdateState::begin(const std::string& serviceAddress)
     const std::lock_guard lock(catalogUpdateMutex);
     serviceAddress_ = serviceAddress;
     endpoint_.clear();
+    endpointFault_ = {};
     cancelled_ = false;
 }
 
@@ -48,10 +49,17 @@ std::string CatalogUpdateState::endpoint() const
     return endpoint_;
 }
 
-void CatalogUpdateState::setEndpoint(const std::string& endpoint)
+void CatalogUpdateState::setEndpoint(const std::string& endpoint, const RunFault& fault)
 {
     const std::lock_guard lock(catalogUpdateMutex);
     endpoint_ = endpoint;
+    endpointFault_ = fault;
+}
+
+RunFault CatalogUpdateState::endpointFault() const
+{
+    const std::lock_guard lock(catalogUpdateMutex);
+    return endpointFault_;
 }
 
 }  // namespace LibraryCatalogUpdate::detail

@@ -3,6 +3,8 @@
 #include <VelkLibrary/Update/detail/CatalogJob.h>
 #include <VelkLibrary/Update/detail/CatalogUpdateState.h>
 
+#include <utility>
+
 namespace LibraryCatalogUpdate {
 
 LibraryCatalogUpdater::LibraryCatalogUpdater(QObject& receiver, const std::set<fileString>& coreCatalogs,
@@ -26,6 +28,16 @@ LibraryCatalogUpdater& LibraryCatalogUpdater::operator=(LibraryCatalogUpdater&&)
 void LibraryCatalogUpdater::operator()()
 {
     job_->run(*this);
+}
+
+void LibraryCatalogUpdater::setHooks(RunHooks hooks)
+{
+    job_->setHooks(std::move(hooks));
+}
+
+const RunReport& LibraryCatalogUpdater::report() const noexcept
+{
+    return job_->report();
 }
 
 void LibraryCatalogUpdater::killDownload()

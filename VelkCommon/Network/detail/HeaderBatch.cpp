@@ -40,8 +40,8 @@ public:
         const std::unique_ptr<Transfer> transfer = std::move(asked_.front().transfer);
         asked_.pop_front();
         if (!transfer->answered())
-            return {};
-        return {true, std::move(transfer->header()), transfer->status()};
+            return {false, {}, 0, transfer->failure().reason, transfer->failure().code};
+        return {true, std::move(transfer->header()), transfer->status(), {}, 0};
     }
 
 private:

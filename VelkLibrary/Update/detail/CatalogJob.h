@@ -7,6 +7,7 @@
 
 #include <set>
 #include <string>
+#include <utility>
 
 namespace LibraryCatalogUpdate::detail {
 
@@ -31,14 +32,19 @@ public:
     /// See LibraryCatalogUpdater::operator().
     void run(const LibraryProgressBase& receiver);
 
+    void setHooks(RunHooks hooks) { run_.hooks = std::move(hooks); }
+    const RunReport& report() const noexcept { return run_.report; }
+
 private:
     void runPhases(const LibraryProgressBase& receiver);
     bool leavesCoreAlone() const;
     void fetchCoreIndex();
     void checkKind(const LibraryProgressBase& receiver, std::uint32_t kind, const std::set<fileString>& catalogs);
     void checkCatalog(std::uint32_t kind, const fileString& catalog);
+    LibraryReport& reportOn(const fileString& fileName, std::uint32_t kind);
     void askService(const LibraryProgressBase& receiver);
     void takeAnswer(const fileString& fileName, CatalogRecord& record, const Curl::HeaderAnswer& answer);
+    void noteEndpoint();
     void writeHashFiles() const;
     void sendFinalEvent(const LibraryProgressBase& receiver) const;
 

@@ -2,6 +2,7 @@
 
 #include <VelkCommon/Files/fileString.h>
 #include <VelkCommon/Reporting/EnforcerThrow.h>
+#include <VelkLibrary/Update/RunReport.h>
 #include <VelkLibrary/UpdateData.h>
 
 #include <cstdint>
@@ -21,6 +22,8 @@ struct CatalogRun
     std::uint32_t resultCode = NothingRemarkable;
     bool anyInstalled = false;
     std::set<std::string> updatedNames;  ///< stems, Windows-1252
+    RunReport report;
+    RunHooks hooks;
 };
 
 /// Logs a failure that nothing else has logged.
@@ -44,6 +47,9 @@ void doPart(CatalogRun& run, const Work& work)
         logFailure("Unknown error");
     }
 }
+
+/// The size and hash of a file for the run's report; without a path when there is no such file.
+FileReport reportOf(const fileString& path);
 
 /// The name of a file, in Windows-1252, for texts that the receiver shows.
 std::string shownName(const fileString& path);

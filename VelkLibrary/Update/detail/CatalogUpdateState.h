@@ -1,6 +1,7 @@
 #pragma once
 
 #include <VelkLibrary/Export.h>
+#include <VelkLibrary/Update/RunReport.h>
 
 #include <cstdint>
 #include <string>
@@ -33,7 +34,9 @@ public:
     std::string serviceAddress() const;
     /// Where the address leads to; empty while that is unknown.
     std::string endpoint() const;
-    void setEndpoint(const std::string& endpoint);
+    void setEndpoint(const std::string& endpoint, const RunFault& fault);
+    /// Why the address led nowhere when it was last looked up.
+    RunFault endpointFault() const;
 
     TransferCounters counters;
 
@@ -44,6 +47,7 @@ private:
     bool cancelled_ = false;
     std::string serviceAddress_;
     std::string endpoint_;
+    RunFault endpointFault_;
 };
 
 }  // namespace LibraryCatalogUpdate::detail
