@@ -237,13 +237,14 @@ void CatalogJob::writeHashFiles() const
     writeCatalogHashFile(catalogs_, ManufacturerCatalogs);
 }
 
-void CatalogJob::sendFinalEvent(const LibraryProgressBase& receiver) const
+void CatalogJob::sendFinalEvent(const LibraryProgressBase& receiver)
 {
-    if (cancelled()) {
+    run_.report.cancelled = cancelled();
+    run_.report.result = {outcomeOf(run_, settings_.manual), run_.updatedNames, run_.resultCode};
+    if (run_.report.cancelled)
         receiver.sendCancelled();
-        return;
-    }
-    receiver.sendEnd({outcomeOf(run_, settings_.manual), run_.updatedNames, run_.resultCode});
+    else
+        receiver.sendEnd(run_.report.result);
 }
 
 }  // namespace LibraryCatalogUpdate::detail

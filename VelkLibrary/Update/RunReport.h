@@ -4,6 +4,7 @@
 /// What a run of the catalog update did, library by library, beside the events that it sends to its receiver.
 
 #include <VelkCommon/Files/fileString.h>
+#include <VelkLibrary/UpdateData.h>
 
 #include <cstdint>
 #include <functional>
@@ -68,6 +69,8 @@ struct RunReport
     RunFault indexFault;      ///< why that list could not be fetched
     /// Every library of the run, by file name with extension.
     std::map<fileString, LibraryReport> libraries;
+    bool cancelled = false;  ///< the run ended with "onClose"
+    UpdateData result;       ///< what its other final event carries
 };
 
 /// Functions that a run calls on its worker thread. Each may be empty. An exception counts as a failure of the run

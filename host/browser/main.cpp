@@ -10,6 +10,7 @@
 #include "host/support/FileError.h"
 #include "host/support/InstallHost.h"
 #include "host/support/ParserArguments.h"
+#include "host/support/TemporaryFiles.h"
 #include "host/support/System.h"
 
 #include <VelkCommon/HostServices.h>
@@ -100,13 +101,13 @@ std::unique_ptr<VelkHost::SiteService> startedService(const std::string& site)
     return std::make_unique<VelkHost::SiteService>(std::move(options));
 }
 
-void installHost(const fileString& home)
+Velk::HostServices windowServices(const fileString& home)
 {
     Velk::installHost(VelkHost::hostServices(home));  // tells where the settings are
     Velk::HostServices services = VelkHost::hostServices(home);
     VelkHost::translateHost(services);
     VelkHost::keepPreferences(services, VelkHost::settingsFile());
-    Velk::installHost(std::move(services));
+    return services;
 }
 
 /// Some dark desktops set no colour for links, and Qt's default is a blue that cannot be read there.
@@ -141,7 +142,7 @@ int main(int argumentCount, char** arguments)
     QApplication::setApplicationName(QStringLiteral("velk-browser"));
     makeLinksReadable();
     const VelkHost::Translations translations(QString::fromStdString(line.language));
-    installHost(line.options.home);
+    const VelkHost::TemporaryFiles temporaryFiles(windowServices(line.options.home));
     try {
         const std::unique_ptr<VelkHost::SiteService> service = startedService(line.site);
         if (service != nullptr)

@@ -1,15 +1,19 @@
 #include "host/command/TexturesCommand.h"
 
 #include "host/command/CancellableWork.h"
+#include "host/installation/DataLock.h"
 #include "host/support/DisplayText.h"
 #include "host/support/FileError.h"
 #include "host/support/ParserArguments.h"
 #include "host/support/ShownProgress.h"
 #include "host/support/System.h"
+#include "host/support/TemporaryFiles.h"
 
 #include <VelkCommon/Archive/ZipUtils.h>
 #include <VelkCommon/Files/FileReaper.h>
 #include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Files/WorkFolder.h>
+#include <VelkCommon/HostServices.h>
 #include <VelkLibrary/LibraryImport.h>
 
 #include <CLI/CLI.hpp>
@@ -40,6 +44,9 @@ void merge(const fileString& source, const fileString& destination, Output& outp
         throw FileError(source, "is not a readable zip archive, or has no entries");
     if (destination.pathExists() && !ZipUtils::canAddToArchive(destination))
         throw FileError(destination, "is not a zip archive that can be added to");
+    const FileLock lock = lockFile(destination, "merging textures");
+    const TemporaryFiles temporaryFiles(*Velk::host());
+    WorkFolder::removeLeftovers(destination.parentPath());
     // The module's operation removes its source, so it gets a copy.
     fileString copy;
     copy.generateAsTempName(ZipUtils::getExtension());

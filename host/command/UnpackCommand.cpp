@@ -2,17 +2,21 @@
 
 #include "host/command/CancellableWork.h"
 #include "host/installation/DataError.h"
+#include "host/installation/PackageContent.h"
+#include "host/installation/ReplaceTogether.h"
 #include "host/support/ByteText.h"
 #include "host/support/DisplayText.h"
 #include "host/support/FileError.h"
 #include "host/support/Folders.h"
+#include "host/support/MadeFolder.h"
 #include "host/support/ParserArguments.h"
 #include "host/support/ShownProgress.h"
 #include "host/support/System.h"
+#include "host/support/TemporaryFiles.h"
 
 #include <VelkCommon/Archive/ZipUtils.h>
-#include <VelkCommon/Files/FileReaper.h>
 #include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/HostServices.h>
 #include <VelkCommon/Network/Curl.h>
 #include <VelkLibrary/Data/FileExtensions.h>
 #include <VelkLibrary/Data/PlainFileName.h>
@@ -21,6 +25,7 @@
 #include <CLI/CLI.hpp>
 
 #include <memory>
+#include <vector>
 
 namespace VelkHost {
 namespace {
@@ -91,46 +96,55 @@ std::string describe(const fileString& path)
     return printableUtf8(path.humanReadableString()) + ": " + kilobyteText(FileUtils::fileSize(path)) + entries + "\n";
 }
 
-void putInPlace(const fileString& from, const fileString& to)
+/// Where a library is unpacked to: the paths without their extensions.
+struct Target
 {
-    if (!FileUtils::moveFile(from, to, true))
-        throw FileError(to, "cannot be written");
-}
+    fileString folder;
+    fileString stem;
 
-void unpackLocal(const fileString& archive, const fileString& named, const fileString& target, Output& output)
+    fileString file(const char* extension) const { return folder / (stem + fileString(extension)); }
+};
+
+/// Unpacks into the temporary folder, and moves the files from there once they are complete.
+void unpackLocal(const fileString& archive, const fileString& named, const Target& target, Output& output)
 {
-    if (!archive.pathExists())
-        throw FileError(named, "does not exist");
     const auto progress = std::make_shared<ShownProgress>(output, ShownProgress::Cancel::answered);
-    const auto [database, others] = LibraryImport::unpack(archive, true, progress);
-    const FileReaper databaseReaper(database.value_or(fileString()));
-    const FileReaper othersReaper(others.value_or(fileString()));
-    if (interrupted())
-        throw Interrupted();
-    if (!database)
-        throw FileError(named, "is not a packed library: its catalog file is missing or damaged");
-    makeFolder(target.parentPath());
-    const fileString databaseTarget = target + fileString(Library::extensions::database);
-    const fileString othersTarget = target + fileString(Library::extensions::referencedFiles);
-    if (others)
-        putInPlace(*others, othersTarget);
-    putInPlace(*database, databaseTarget);
-    output.write(describe(databaseTarget) + (others ? describe(othersTarget) : std::string()));
+    try {
+        const PackageContent content(archive);
+        const auto [database, others] = LibraryImport::unpack(archive, true, progress);
+        if (interrupted())
+            throw Interrupted();
+        content.requireUnpacked(database.value_or(fileString()), others.value_or(fileString()));
+        std::vector<FilePlacement> placements;
+        if (others)
+            placements.push_back({*others, target.file(Library::extensions::referencedFiles)});
+        placements.push_back({*database, target.file(Library::extensions::database)});
+        replaceTogether(placements);
+        for (auto placement = placements.rbegin(); placement != placements.rend(); ++placement)
+            output.write(describe(placement->target));
+    } catch (const FileError& error) {
+        // A downloaded archive is known by its address.
+        throw FileError(error.path() == archive ? named : error.path(), error.why());
+    }
 }
 
 void unpack(const UnpackArguments& arguments, Output& output)
 {
     const std::string source = fromParser(arguments.source);
     const fileString folder(fromParser(arguments.folder));
-    if (!Curl::downloadable(source)) {
-        unpackLocal(source, source, folder / fileString(source).stem(), output);
-        return;
+    const bool isAddress = Curl::downloadable(source);
+    if (!isAddress && !fileString(source).pathExists())
+        throw FileError(source, "does not exist");
+    MadeFolder made(folder);
+    const TemporaryFiles temporary(*Velk::host(), absolutePath(folder));
+    if (isAddress) {
+        const fileString archive = temporary.path() / U"library.calibz";
+        download(source, archive, output);
+        unpackLocal(archive, source, {folder, stemOf(source)}, output);
+    } else {
+        unpackLocal(source, source, {folder, fileString(source).stem()}, output);
     }
-    fileString archive;
-    archive.generateAsTempName(fileString(Library::extensions::packed));
-    const FileReaper reaper(archive);
-    download(source, archive, output);
-    unpackLocal(archive, source, folder / stemOf(source), output);
+    made.keep();
 }
 
 int run(const UnpackArguments& arguments, Output& output)

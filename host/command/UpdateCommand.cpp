@@ -2,42 +2,40 @@
 
 #include "host/command/CommonOptions.h"
 #include "host/command/UpdateReceiver.h"
-#include "host/installation/CatalogUpdate.h"
-#include "host/support/DisplayText.h"
+#include "host/command/UpdateReport.h"
+#include "host/installation/DataError.h"
+#include "host/installation/LibraryUpdate.h"
 #include "host/support/ExitCode.h"
 #include "host/support/FileError.h"
 #include "host/support/InstallHost.h"
-#include "host/support/JsonText.h"
 #include "host/support/LibraryPreference.h"
 #include "host/support/ParserArguments.h"
 #include "host/support/System.h"
+#include "host/support/TemporaryFiles.h"
 
 #include <VelkCommon/HostServices.h>
 #include <VelkCommon/Network/Curl.h>
 #include <VelkCommon/Reporting/PreferenceNumbers.h>
-#include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
-#include <VelkLibrary/ErrorLog.h>
-#include <VelkLibrary/LibraryCatalogUpdater.h>
 
 #include <QCoreApplication>
 #include <QEventLoop>
-#include <QJsonArray>
-#include <QJsonObject>
 #include <QTimer>
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
+#include <exception>
+#include <functional>
 #include <memory>
 #include <set>
+#include <stop_token>
 #include <thread>
 
 namespace VelkHost {
 namespace {
-
-using LibraryCatalogUpdate::LibraryCatalogUpdater;
 
 constexpr const char* updateExamples = R"(Examples:
   velk update --service http://127.0.0.1:8080/
@@ -46,12 +44,14 @@ constexpr const char* updateExamples = R"(Examples:
 
 An installation has its catalogs in the folders core, bonus and manufacturer below
 its home. The service tells which core catalogs it lacks; of the other kinds, name
-the ones to add. Ctrl-C ends the update; what is installed by then stays.
+the ones to add. Ctrl-C ends the update; what is installed by then stays. What an
+update that was interrupted has left undone, the next one repairs.
 
 Exit codes: 0 up to date now, 2 wrong command line, 5 the output cannot be written,
 6 something failed (the error log tells what), 7 cancelled.)";
 
 constexpr std::chrono::milliseconds betweenChecks{50};
+constexpr std::chrono::milliseconds patience{1500};  // with an update that is to stop
 
 struct UpdateArguments
 {
@@ -65,6 +65,7 @@ struct UpdateArguments
     std::string home;
     std::string format = "text";
     bool manual = false;
+    bool verify = false;
 };
 
 void addOptions(CLI::App& command, UpdateArguments& arguments)
@@ -80,6 +81,7 @@ void addOptions(CLI::App& command, UpdateArguments& arguments)
         ->allow_extra_args(false)
         ->type_name("NAME");
     command.add_flag("--manual", arguments.manual, "Update as if the user had asked for it: core catalogs only");
+    command.add_flag("--verify", arguments.verify, "Read every installed file, to find damage that a size hides");
     command.add_option("--product", arguments.product, "The product to tell the service (default: velk)")
         ->type_name("P");
     command.add_option("--version", arguments.version, "The product's version (default: 1)")->type_name("V");
@@ -106,139 +108,100 @@ std::vector<std::string> namesFromParser(std::vector<std::string> names)
     return names;
 }
 
-/// One update with its installation, from the arguments to the exit code.
+/// The request that the command line makes.
+UpdateRequest requestOf(const UpdateArguments& arguments, const std::set<std::string>& kinds)
+{
+    UpdateRequest request;
+    request.service = fromParser(arguments.service);
+    request.product = fromParser(arguments.product);
+    request.version = fromParser(arguments.version);
+    request.core = kinds.contains("core");
+    request.bonus = kinds.contains("bonus");
+    request.manufacturer = kinds.contains("manufacturer");
+    request.addedBonus = namesFromParser(arguments.bonus);
+    request.addedManufacturer = namesFromParser(arguments.manufacturer);
+    request.manual = arguments.manual;
+    request.verify = arguments.verify;
+    return request;
+}
+
+Velk::HostServices servicesFor(const UpdateArguments& arguments, const UpdateRequest& request)
+{
+    Velk::HostServices services = hostServices(fileString(fromParser(arguments.home)));
+    if (!arguments.edition.empty())
+        services.editions.words[services.editions.running] = fromParser(arguments.edition);
+    services.preferences.push_back(libraryPreference(Velk::preferenceNumbers::coreLibrariesStay, !request.core));
+    return services;
+}
+
+/// An update on a thread of its own, beside the event loop that its progress needs.
 class Update
 {
 public:
-    Update(const UpdateArguments& arguments, Output& output)
-        : arguments_(arguments),
-          output_(output),
-          kinds_(kindsOf(arguments.kinds)),
-          receiver_(output, [this] { loop_.quit(); })
-    {
-        Velk::HostServices services = hostServices(fileString(fromParser(arguments.home)));
-        if (!arguments.edition.empty())
-            services.editions.words[services.editions.running] = fromParser(arguments.edition);
-        services.preferences.push_back(libraryPreference(Velk::preferenceNumbers::coreLibrariesStay, !wants("core")));
-        Velk::installHost(std::move(services));
-    }
+    Update(const UpdateRequest& request, Output& output) : request_(request), output_(output), receiver_(output) {}
 
-    int run()
-    {
-        const InstalledCatalogs catalogs =
-            installedCatalogs({namesFromParser(arguments_.bonus), namesFromParser(arguments_.manufacturer)});
-        LibraryCatalogUpdater updater(
-            receiver_, wants("core") ? catalogs.core : none_, wants("bonus") ? catalogs.bonus : none_,
-            wants("manufacturer") ? catalogs.manufacturer : none_, fromParser(arguments_.product),
-            fromParser(arguments_.version), fromParser(arguments_.service), arguments_.manual);
-        runBesideEventLoop(updater);
-        output_.write(arguments_.format == "json" ? json() : text());
-        return static_cast<int>(exitCode());
-    }
-
-private:
-    bool wants(const char* kind) const { return kinds_.contains(kind); }
-
-    /// Ctrl-C is looked for here, since a signal's handler may do next to nothing.
-    void runBesideEventLoop(LibraryCatalogUpdater& updater)
+    /// Ctrl-C is looked for here, since a signal's handler may do next to nothing. Throws what the update threw.
+    UpdateResult run()
     {
         watchInterrupts();
         QTimer timer;
-        QObject::connect(&timer, &QTimer::timeout, [] {
-            if (interrupted())
-                LibraryCatalogUpdater::killDownload();
-        });
+        QObject::connect(&timer, &QTimer::timeout, [this] { lookForInterrupt(); });
         timer.start(betweenChecks);
-        std::thread worker([&updater] { updater(); });
+        std::jthread worker([this](const std::stop_token&) { work(); });
         loop_.exec();
         worker.join();
+        receiver_.clear();
+        if (failure_)
+            std::rethrow_exception(failure_);
+        return result_;
     }
 
-    UpdateOutcome outcome() const { return updateOutcome(receiver_.report(), receiver_.installer()); }
-    bool failed() const { return outcome() == UpdateOutcome::Failed; }
+    std::size_t kilobytes() const noexcept { return receiver_.kilobytes(); }
 
-    ExitCode exitCode() const
+private:
+    void work() noexcept
     {
-        if (outcome() == UpdateOutcome::Cancelled)
-            return ExitCode::Cancelled;
-        return failed() ? ExitCode::UpdateFailed : ExitCode::Success;
+        try {
+            result_ = updateLibraries(
+                receiver_, request_, {[](const std::function<void()>& replace) { replace(); }, {}}, stop_.get_token());
+        } catch (...) {
+            failure_ = std::current_exception();
+        }
+        QMetaObject::invokeMethod(&loop_, &QEventLoop::quit, Qt::QueuedConnection);
     }
 
-    const char* outcomeName() const
+    /// What cannot be stopped, the unpacking of a library, is left behind: the next update removes and repairs.
+    void lookForInterrupt()
     {
-        switch (outcome()) {
-            case UpdateOutcome::Cancelled:
-                return "cancelled";
-            case UpdateOutcome::Failed:
-                return "failed";
-            case UpdateOutcome::Installed:
-                return "installed";
-            default:
-                return "up to date";
+        if (!interrupted())
+            return;
+        const auto now = std::chrono::steady_clock::now();
+        if (!stop_.stop_requested()) {
+            interruptedAt_ = now;
+            stop_.request_stop();
+        } else if (now - interruptedAt_ > patience) {
+            receiver_.clear();
+            output_.write("Cancelled.\n");
+            std::_Exit(static_cast<int>(ExitCode::Cancelled));
         }
     }
 
-    /// The stems of the files that were handed over, including referenced files; UTF-8.
-    std::vector<std::string> updatedNames() const
-    {
-        std::vector<std::string> names;
-        if (receiver_.report())
-            for (const std::string& name : receiver_.report()->updatedNames)
-                names.push_back(StringConvert::toStdUtf8String(StringConvert::fromWin1252(name)));
-        return names;
-    }
-
-    std::string text() const
-    {
-        std::string lines;
-        for (const fileString& catalog : receiver_.installer().installed())
-            lines += "installed  " + printableUtf8(catalog.humanReadableString()) + "\n";
-        for (const CatalogInstaller::Failure& failure : receiver_.installer().failures())
-            lines +=
-                "kept       " + printableUtf8(failure.catalog.humanReadableString() + ": " + failure.reason) + "\n";
-        if (!receiver_.report())
-            return lines + "Cancelled.\n";
-        if (failed())
-            lines += "Not everything could be updated; see " +
-                     printableUtf8(Library::ErrorLog::file().humanReadableString()) + "\n";
-        else if (updatedNames().empty())
-            lines += "Everything is up to date.\n";
-        if (receiver_.kilobytes() > 0 && !failed())
-            lines += formatWithThousandsSeparatorPrecision(static_cast<double>(receiver_.kilobytes()), 0) +
-                     " KB downloaded.\n";
-        return lines;
-    }
-
-    std::string json() const
-    {
-        QJsonArray updated;
-        for (const std::string& name : updatedNames())
-            updated.append(qtText(name));
-        QJsonArray installed;
-        for (const fileString& catalog : receiver_.installer().installed())
-            installed.append(qtText(catalog.utf8()));
-        QJsonArray kept;
-        for (const CatalogInstaller::Failure& failure : receiver_.installer().failures())
-            kept.append(QJsonObject{{QStringLiteral("path"), qtText(failure.catalog.utf8())},
-                                    {QStringLiteral("reason"), qtText(failure.reason)}});
-        QJsonObject object{{QStringLiteral("outcome"), qtText(outcomeName())},
-                           {QStringLiteral("updated"), updated},
-                           {QStringLiteral("installed"), installed},
-                           {QStringLiteral("kept"), kept},
-                           {QStringLiteral("kilobytes"), static_cast<double>(receiver_.kilobytes())},
-                           {QStringLiteral("log"), qtText(Library::ErrorLog::file().utf8())}};
-        if (receiver_.report())
-            object.insert(QStringLiteral("resultCode"), static_cast<double>(receiver_.report()->resultCode));
-        return jsonText(object);
-    }
-
-    const UpdateArguments& arguments_;
+    const UpdateRequest& request_;
     Output& output_;
-    const std::set<std::string> kinds_;
-    const std::set<fileString> none_;
     QEventLoop loop_;
     UpdateReceiver receiver_;
+    std::stop_source stop_;
+    std::chrono::steady_clock::time_point interruptedAt_;
+    UpdateResult result_;          // the worker's until it has ended
+    std::exception_ptr failure_;  // likewise
 };
+
+ExitCode exitCodeOf(UpdateOutcome outcome)
+{
+    if (outcome == UpdateOutcome::Cancelled)
+        return ExitCode::Cancelled;
+    return outcome == UpdateOutcome::Failed ? ExitCode::UpdateFailed : ExitCode::Success;
+}
 
 int update(const UpdateArguments& arguments, Output& output)
 {
@@ -246,12 +209,19 @@ int update(const UpdateArguments& arguments, Output& output)
     char name[] = "velk";
     char* programArguments[] = {name, nullptr};
     const QCoreApplication application(argumentCount, programArguments);
+    const UpdateRequest request = requestOf(arguments, kindsOf(arguments.kinds));
+    const TemporaryFiles temporaryFiles(servicesFor(arguments, request));
     try {
-        return Update(arguments, output).run();
+        Update update(request, output);
+        const UpdateResult result = update.run();
+        writeUpdateReport(output, result, update.kilobytes(), arguments.format == "json");
+        return static_cast<int>(exitCodeOf(result.outcome));
     } catch (const FileError& error) {
         output.error(error.what());
-        return static_cast<int>(ExitCode::UpdateFailed);
+    } catch (const DataError& error) {
+        output.error(error.what(), error.advice());
     }
+    return static_cast<int>(ExitCode::UpdateFailed);
 }
 
 void check(const UpdateArguments& arguments)

@@ -2,13 +2,14 @@
 
 #include <VelkCommon/Text/StringConvert.h>
 
-#include <utility>
-
 namespace VelkHost {
 
-UpdateReceiver::UpdateReceiver(Output& output, std::function<void()> finished)
-    : progress_(output), finished_(std::move(finished))
-{}
+UpdateReceiver::UpdateReceiver(Output& output) : progress_(output) {}
+
+void UpdateReceiver::clear()
+{
+    progress_.clear();
+}
 
 void UpdateReceiver::onSetText(const std::string& text)
 {
@@ -36,29 +37,6 @@ void UpdateReceiver::onSetUnits(const std::string& unit_string)
 {
     kilobytes_ = range_;
     progress_.begin(range_, unit_string);
-}
-
-void UpdateReceiver::onCatalogUpdatedEvent(const FileStringPair& paths)
-{
-    installer_.install(paths);
-}
-
-void UpdateReceiver::closeCatalogUpdateEvent(const LibraryCatalogUpdate::UpdateData& data)
-{
-    report_ = data;
-    end();
-}
-
-void UpdateReceiver::onClose()
-{
-    end();
-}
-
-void UpdateReceiver::end()
-{
-    progress_.clear();
-    installer_.finish();
-    finished_();
 }
 
 }  // namespace VelkHost

@@ -4,61 +4,162 @@
 #include "host/support/FileError.h"
 
 #include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Files/PathUtils.h>
 #include <VelkLibrary/CatalogDownloadProtocol.h>
+#include <VelkLibrary/Data/FileExtensions.h>
+
+#include <algorithm>
+#include <utility>
 
 namespace VelkHost {
 namespace {
 
-using LibraryCatalogUpdate::CatalogTable;
+using LibraryCatalogUpdate::LibraryReport;
 
-// Why the new database cannot take the installed one's place; empty when it did.
-std::string replaceCatalog(const fileString& installed, const fileString& database)
+fileString referencedFolder()
 {
-    try {
-        readCatalog(database, CatalogContent::Names);
-    } catch (const FileError& error) {
-        return "what the service sent " + error.reason();
-    }
-    if (!FileUtils::createDirectoriesWithPerm(installed.parentPath()))
-        return "its folder cannot be made";
-    if (!FileUtils::moveFile(database, installed, true))
-        return "it cannot be replaced; is it open elsewhere?";
-    return {};
+    return PathUtils::getObject().getProprietaryLibraryReferencedFilesPath();
 }
 
-// Hash files are caches: without a catalog's line its hash is computed anew.
-void forgetHash(const fileString& catalog)
+/// A core library's other files are a library of their own at the service.
+bool isArchive(const LibraryReport& library)
 {
-    using namespace LibraryCatalogUpdate;
-    const fileString name = catalog.stemWithExtension();
-    for (const std::uint32_t kind : {CoreCatalogs, ManufacturerCatalogs, BonusCatalogs}) {
-        if (catalogFolder(kind) / name != catalog)
-            continue;
-        CatalogTable catalogs;
-        readCatalogHashFile(catalogHashFile(kind), catalogs, kind);
-        if (catalogs.erase(name) > 0)
-            writeCatalogHashFile(catalogs, kind);
-    }
+    return library.fileName.hasExtension(Library::extensions::referencedFiles);
 }
 
 }  // namespace
 
-bool CatalogInstaller::install(const FileStringPair& paths)
+fileString referencedArchive(const fileString& catalog)
 {
-    const auto& [installed, database] = paths;
-    const std::string reason = replaceCatalog(installed, database);
-    if (reason.empty()) {
-        installed_.push_back(installed);
-        return true;
-    }
-    failures_.push_back({installed, reason});
-    return false;
+    return referencedFolder() / (catalog.stem() + fileString(Library::extensions::referencedFiles));
 }
 
-void CatalogInstaller::finish()
+bool contradicts(const std::string& tag, const std::string& sha1)
 {
-    for (const Failure& failure : failures_)
-        forgetHash(failure.catalog);
+    constexpr std::size_t length = 40;
+    const auto isDigit = [](char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); };
+    if (tag.size() != length || !std::all_of(tag.begin(), tag.end(), isDigit))
+        return false;
+    return !std::equal(tag.begin(), tag.end(), sha1.begin(), sha1.end(), [](char left, char right) {
+        return left == right || (left >= 'A' && left <= 'F' && left - 'A' + 'a' == right);
+    });
+}
+
+CatalogInstaller::CatalogInstaller(InstalledRecord& record, std::function<void(const std::function<void()>&)> whileUnused)
+    : record_(record), whileUnused_(std::move(whileUnused))
+{}
+
+void CatalogInstaller::prepare(const LibraryReport& library)
+{
+    content_.reset();
+    contentProblem_.clear();
+    archive_ = {};
+    keptArchive_ = {};
+    if (library.kind != LibraryCatalogUpdate::CoreCatalogs) {
+        try {
+            content_.emplace(library.download.path);
+        } catch (const FileError& error) {
+            contentProblem_ = error.reason();
+        }
+    }
+    if ((content_ && content_->hasOthers()) || isArchive(library)) {
+        archive_ = referencedArchive(library.fileName);
+        keepArchive();
+    }
+}
+
+void CatalogInstaller::install(const LibraryReport& library)
+{
+    try {
+        check(library);
+        putInPlace(library);
+    } catch (...) {
+        putArchiveBack();
+        throw;
+    }
+    note(library);
+}
+
+// A second name costs nothing. Where there are none, a copy is made; when that fails, the library is fetched anew
+// should its installation fail.
+void CatalogInstaller::keepArchive()
+{
+    hadArchive_ = archive_.pathExists();
+    if (!hadArchive_)
+        return;
+    if (!kept_)
+        kept_.emplace(referencedFolder());
+    if (kept_->path().empty())
+        return;
+    const fileString kept = kept_->path() / archive_.stemWithExtension();
+    FileUtils::removePath(kept, FileUtils::overrideReadOnly);
+    if (FileUtils::linkFile(archive_, kept) || FileUtils::copyFile(archive_, kept, true))
+        keptArchive_ = kept;
+}
+
+void CatalogInstaller::putArchiveBack()
+{
+    if (!keptArchive_.empty())
+        FileUtils::moveFile(keptArchive_, archive_, true);
+    else if (!archive_.empty() && !hadArchive_)
+        FileUtils::removePath(archive_, FileUtils::overrideReadOnly);
+}
+
+void CatalogInstaller::check(const LibraryReport& library) const
+{
+    using LibraryCatalogUpdate::LibraryOutcome;
+    if (!contentProblem_.empty())
+        throw FileError(library.installedPath, {"what the service sent %1", {contentProblem_}});
+    if (library.outcome != LibraryOutcome::Taken)
+        throw FileError(library.installedPath, library.fault.reason);
+    if (content_) {
+        try {
+            content_->requireUnpacked(library.database.path, library.referencedFiles.path);
+        } catch (const FileError& error) {
+            throw FileError(library.installedPath, error.why());
+        }
+    }
+    const std::string& sha1 = isArchive(library) ? library.referencedFiles.sha1 : library.database.sha1;
+    if (contradicts(library.tag, sha1))
+        throw FileError(library.installedPath, "what the service sent is not what it announced");
+    if (isArchive(library))
+        return;
+    try {
+        readCatalog(library.database.path, CatalogContent::Names);
+    } catch (const FileError& error) {
+        throw FileError(library.installedPath, {"what the service sent %1", {error.why()}});
+    }
+}
+
+void CatalogInstaller::putInPlace(const LibraryReport& library) const
+{
+    if (isArchive(library))
+        return;
+    if (!FileUtils::createDirectoriesWithPerm(library.installedPath.parentPath()))
+        throw FileError(library.installedPath, "its folder cannot be made");
+    bool moved = false;
+    whileUnused_([&] { moved = FileUtils::moveFile(library.database.path, library.installedPath, true); });
+    if (!moved)
+        throw FileError(library.installedPath, "it cannot be replaced; is it open elsewhere, or the disk full?");
+}
+
+// Only now, when everything is in place. The archive of a core library is compared with its tag by every update, so it
+// needs no record.
+void CatalogInstaller::note(const LibraryReport& library) const
+{
+    if (isArchive(library))
+        return;
+    InstalledLibrary installed;
+    installed.tag = library.tag;
+    installed.database = stateOf(library.installedPath);
+    if (!installed.database || installed.database->sha1 != library.database.sha1)
+        throw FileError(library.installedPath, "is not what was written");
+    if (!archive_.empty()) {
+        installed.referenced = stateOf(archive_);
+        if (!installed.referenced || installed.referenced->sha1 != library.referencedFiles.sha1)
+            throw FileError(archive_, "is not what was written");
+    }
+    record_.set({library.kind, library.fileName.utf8()}, installed);
 }
 
 }  // namespace VelkHost

@@ -1,6 +1,7 @@
 #include "host/installation/Filters.h"
 
 #include "host/installation/DataError.h"
+#include "host/installation/DataLock.h"
 #include "host/support/DisplayText.h"
 #include "host/support/FileError.h"
 #include "host/support/Folders.h"
@@ -8,6 +9,7 @@
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/PathUtils.h>
+#include <VelkCommon/Files/WorkFolder.h>
 #include <VelkLibrary/Filter/FilterFile.h>
 #include <VelkLibrary/Filter/FreeFilterIds.h>
 #include <VelkLibrary/LibraryFilterManager.h>
@@ -48,6 +50,15 @@ FilterFile readInstalled()
 {
     const fileString path = installedFile();
     return path.pathExists() ? readFilterFile(path, "is damaged; repair it, or move it away") : FilterFile();
+}
+
+/// Whoever changes the filters holds this from reading to writing.
+FileLock lockFilters()
+{
+    const fileString path = installedFile();
+    FileLock lock = lockFile(path, "changing the filters");
+    WorkFolder::removeLeftovers(path.parentPath());
+    return lock;
 }
 
 LibraryFilterManager& adopt(const FilterFile& file)
@@ -108,6 +119,46 @@ std::vector<LibraryFilter>::iterator requireNamed(std::vector<LibraryFilter>& fi
                     names.empty() ? "There are none yet; \"velk filter add\" makes one." : "The filters are:" + advice);
 }
 
+bool isSameId(const LibraryFilter& one, const LibraryFilter& other)
+{
+    return one.getFilterId() == other.getFilterId();
+}
+
+bool isSame(const LibraryFilter& one, const LibraryFilter& other)
+{
+    return isSameId(one, other) && one.getFilterName() == other.getFilterName() &&
+           one.getDatabaseIds() == other.getDatabaseIds();
+}
+
+const LibraryFilter* findId(const std::vector<LibraryFilter>& filters, long id)
+{
+    const auto found = std::find_if(filters.begin(), filters.end(),
+                                    [&](const LibraryFilter& filter) { return filter.getFilterId() == id; });
+    return found == filters.end() ? nullptr : &*found;
+}
+
+void changeFilter(FilterFile& file, const LibraryFilter& changed)
+{
+    for (LibraryFilter& filter : file.filters)
+        if (isSameId(filter, changed)) {
+            filter = changed;
+            return;
+        }
+    file.filters.push_back(changed);
+}
+
+/// Adds a filter, under another id when somebody has used its own meanwhile; `currentId` follows it.
+void addFilter(FilterFile& file, LibraryFilter added, long& currentId)
+{
+    if (findId(file.filters, added.getFilterId()) != nullptr) {
+        const long id = FreeFilterIds(file.filters, 1).take();
+        if (currentId == added.getFilterId())
+            currentId = id;
+        added = LibraryFilter(added.getFilterName(), id, added.getDatabaseIds());
+    }
+    file.filters.push_back(std::move(added));
+}
+
 [[noreturn]] void refuseUnlisted(const std::string& name, const std::string& id)
 {
     throw DataError("the filter \"" + name + "\" does not have the library \"" + id + "\"");
@@ -128,6 +179,7 @@ LibraryFilter filterNamed(const std::string& name)
 
 FilterChange addToFilter(const std::string& name, const std::vector<std::string>& ids)
 {
+    const FileLock lock = lockFilters();
     FilterFile file = readInstalled();
     auto filter = findNamed(file.filters, name);
     const bool made = filter == file.filters.end();
@@ -147,6 +199,7 @@ FilterChange addToFilter(const std::string& name, const std::vector<std::string>
 
 void removeFromFilter(const std::string& name, const std::vector<std::string>& ids)
 {
+    const FileLock lock = lockFilters();
     FilterFile file = readInstalled();
     const auto filter = requireNamed(file.filters, name);
     for (const std::string& id : ids) {
@@ -160,6 +213,7 @@ void removeFromFilter(const std::string& name, const std::vector<std::string>& i
 
 bool removeFilter(const std::string& name)
 {
+    const FileLock lock = lockFilters();
     FilterFile file = readInstalled();
     const auto filter = requireNamed(file.filters, name);
     const bool current = filter->getFilterId() == file.currentId;
@@ -172,20 +226,36 @@ bool removeFilter(const std::string& name)
 
 void setCurrentFilter(long id)
 {
+    const FileLock lock = lockFilters();
     FilterFile file = readInstalled();
     file.currentId = id;
     save(file);
 }
 
-void setFilters(const std::vector<LibraryFilter>& filters, long currentId)
+void applyFilterChanges(const FilterSet& before, const FilterSet& after)
 {
-    readInstalled();  // what cannot be read is not written over
-    save({currentId, filters});
+    const FileLock lock = lockFilters();
+    FilterFile file = readInstalled();
+    long currentId = after.currentId;
+    for (const LibraryFilter& old : before.filters)
+        if (findId(after.filters, old.getFilterId()) == nullptr)
+            std::erase_if(file.filters, [&](const LibraryFilter& filter) { return isSameId(filter, old); });
+    for (const LibraryFilter& filter : after.filters) {
+        const LibraryFilter* const old = findId(before.filters, filter.getFilterId());
+        if (old == nullptr)
+            addFilter(file, filter, currentId);
+        else if (!isSame(*old, filter))
+            changeFilter(file, filter);
+    }
+    if (currentId != before.currentId)
+        file.currentId = currentId;
+    save(file);
 }
 
 FilterMerge mergeFilterFile(const fileString& path)
 {
     const FilterFile offered = readFilterFile(path, "is damaged; nothing was merged");
+    const FileLock lock = lockFilters();
     FilterFile file = readInstalled();
     FilterMerge merge;
     const std::size_t added = file.merge(offered.filters);

@@ -44,8 +44,15 @@ bool removeFilter(const std::string& name);
 /// Puts a filter in force; noFilterId for none.
 void setCurrentFilter(long id);
 
-/// Replaces all filters, and says which one is in force.
-void setFilters(const std::vector<LibraryFilter>& filters, long currentId);
+/// The filters, and which one is in force.
+struct FilterSet
+{
+    std::vector<LibraryFilter> filters;
+    long currentId = noFilterId;
+};
+/// Changes what is different in `after`, which somebody has made of `before`. What others have changed meanwhile stays:
+/// filters are told apart by their ids.
+void applyFilterChanges(const FilterSet& before, const FilterSet& after);
 
 /// What merging another filter file brought.
 struct FilterMerge

@@ -90,6 +90,7 @@ ManufacturerRefresh::Outcome outcomeOf(const ManufacturerUpdate& update)
 
 ManufacturerRefresh refreshManufacturers(const std::string& dataUrl, const std::string& logoUrl, std::stop_token stop)
 {
+    const FileLock lock = lockManufacturers(stop);
     const Curl::Stoppable stoppable(std::move(stop));
     const ManufacturerFile before = installedManufacturers();
     ManufacturerManager::cleanup();  // it may hold those of another installation

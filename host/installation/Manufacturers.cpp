@@ -2,10 +2,12 @@
 
 #include "host/installation/DataError.h"
 #include "host/installation/DataFileReason.h"
+#include "host/installation/DataLock.h"
 #include "host/support/FileError.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/PathUtils.h>
+#include <VelkCommon/Files/WorkFolder.h>
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkLibrary/Manufacturer/LogoName.h>
 #include <VelkLibrary/Manufacturer/ManufacturerManager.h>
@@ -130,6 +132,13 @@ fileString manufacturerFile()
     return PathUtils::getObject().getManufacturerDataPath() / U"manufacturer_data.json";
 }
 
+FileLock lockManufacturers(const std::stop_token& stop)
+{
+    FileLock lock = lockFile(manufacturerFile(), "changing the manufacturers", stop);
+    WorkFolder::removeLeftovers(manufacturerFile().parentPath());
+    return lock;
+}
+
 // The module's manager treats an unreadable file as one without cards, and would write over it.
 ManufacturerFile installedManufacturers()
 {
@@ -160,6 +169,7 @@ const Manufacturer& cardWithId(const ManufacturerFile& file, long id)
 
 std::vector<std::string> editCard(long id, const CardEdit& edit)
 {
+    const FileLock lock = lockManufacturers();
     const ManufacturerFile before = installedManufacturers();
     const bool isThere = before.cards.contains(id);
     if (edit.make && isThere)
@@ -179,6 +189,7 @@ std::vector<std::string> editCard(long id, const CardEdit& edit)
 
 bool editDefaultText(const std::string& text)
 {
+    const FileLock lock = lockManufacturers();
     const ManufacturerFile before = installedManufacturers();
     ManufacturerFile after = before;
     after.defaultText = StringConvert::toUnicodeFromUtf8(text);

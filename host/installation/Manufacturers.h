@@ -1,11 +1,13 @@
 #pragma once
 
+#include <VelkCommon/Files/FileLock.h>
 #include <VelkCommon/Files/fileString.h>
 #include <VelkLibrary/Manufacturer/ManufacturerFile.h>
 
 #include <array>
 #include <map>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -44,7 +46,11 @@ bool hasLogoFile(const Manufacturer& card);
 /// The current content of the installation's data file; empty when there is no file.
 ManufacturerFile installedManufacturers();
 
-/// Writes the installation's data file. Cards that differ from those in `before` get the current time as their last
+/// Takes the lock of the data file: whoever changes it holds this from reading to writing. Throws DataError when
+/// somebody else has it for long.
+FileLock lockManufacturers(const std::stop_token& stop = {});
+
+/// Writes the installation's data file, under its lock. Cards that differ from those in `before` get the current time as their last
 /// change.
 void saveManufacturers(ManufacturerFile file, const ManufacturerFile& before);
 

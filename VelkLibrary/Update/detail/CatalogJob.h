@@ -46,7 +46,7 @@ private:
     void takeAnswer(const fileString& fileName, CatalogRecord& record, const Curl::HeaderAnswer& answer);
     void noteEndpoint();
     void writeHashFiles() const;
-    void sendFinalEvent(const LibraryProgressBase& receiver) const;
+    void sendFinalEvent(const LibraryProgressBase& receiver);
 
     CatalogRun run_;
     CatalogJobSettings settings_;

@@ -56,7 +56,8 @@ void FilterStore::setCurrentEntry(int entry)
 
 void FilterStore::replace(const std::vector<LibraryFilter>& filters, long currentId)
 {
-    run([filters, currentId] { setFilters(filters, currentId); }, [] {});
+    const FilterSet before{state_.filters, state_.currentId};
+    run([before, after = FilterSet{filters, currentId}] { applyFilterChanges(before, after); }, [] {});
 }
 
 void FilterStore::merge(const fileString& path)

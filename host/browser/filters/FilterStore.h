@@ -42,7 +42,7 @@ public:
     void read();
     /// Puts the filter of an entry in force.
     void setCurrentEntry(int entry);
-    /// Replaces all filters and the current one.
+    /// Makes these the filters, and that one current. What other programs have changed meanwhile stays.
     void replace(const std::vector<LibraryFilter>& filters, long currentId);
     /// Adds the filters of a file; merged() comes before changed().
     void merge(const fileString& path);

@@ -2,19 +2,17 @@
 
 #include "host/browser/jobs/InstalledFiles.h"
 #include "host/browser/language/Reasons.h"
-#include "host/installation/CatalogUpdate.h"
 #include "host/support/QtText.h"
 
+#include <VelkLibrary/Data/FileExtensions.h>
 #include <VelkLibrary/ErrorLog.h>
-#include <VelkLibrary/LibraryCatalogUpdater.h>
 #include <VelkLibrary/UI/LibraryProgressPanel.h>
 
 #include <exception>
+#include <functional>
 #include <mutex>
-#include <new>
 #include <utility>
-
-using LibraryCatalogUpdate::LibraryCatalogUpdater;
+#include <vector>
 
 namespace VelkHost {
 
@@ -22,10 +20,9 @@ UpdateJob::UpdateJob(std::string service, QObject* parent) : LibraryJob(parent),
 
 UpdateJob::~UpdateJob()
 {
-    if (updating_.joinable()) {  // otherwise the cancelling would hit the next job
-        UpdateJob::cancel();
+    UpdateJob::cancel();
+    if (updating_.joinable())
         updating_.join();
-    }
 }
 
 void UpdateJob::start(LibraryProgressPanel& panel)
@@ -36,13 +33,12 @@ void UpdateJob::start(LibraryProgressPanel& panel)
 
 void UpdateJob::cancel()
 {
-    cancelled_ = true;
-    LibraryCatalogUpdater::killDownload();
+    stop_.request_stop();
 }
 
 void UpdateJob::onSetText(const std::string& text)
 {
-    if (panel_ != nullptr && !cancelled_)
+    if (panel_ != nullptr && !stop_.stop_requested())
         panel_->onSetText(text);
 }
 
@@ -72,105 +68,93 @@ void UpdateJob::onSetUnits(const std::string& unit_string)
         panel_->onSetUnits(unit_string);
 }
 
-void UpdateJob::onCatalogUpdatedEvent(const FileStringPair& paths)
-{
-    installing_.run([this, paths] { return install(paths); });
-}
-
-void UpdateJob::closeCatalogUpdateEvent(const LibraryCatalogUpdate::UpdateData& data)
-{
-    report_ = data;
-    onClose();
-}
-
-void UpdateJob::onClose()
-{
-    if (!std::exchange(ending_, true))
-        installing_.run([this] { return finishInstalling(); });
-}
-
-// On the updating thread. Making the updater forgets an earlier cancel(), so that is repeated.
+// On the updating thread.
 void UpdateJob::run()
 {
+    const UpdateCallbacks callbacks{[](const std::function<void()>& replace) {
+                                        const std::unique_lock replacing(installedFiles());
+                                        replace();
+                                    },
+                                    [this](const fileString& catalog) {
+                                        post([this, catalog] { Q_EMIT installed(catalog); });
+                                    }};
+    UpdateResult result;
     QString failure;
     try {
-        const InstalledCatalogs catalogs = installedCatalogs();
-        LibraryCatalogUpdater updater(*this, catalogs.core, catalogs.bonus, catalogs.manufacturer, updateProduct,
-                                      updateVersion, service_, false);
-        if (cancelled_)
-            LibraryCatalogUpdater::killDownload();
-        updater();
-        return;
+        UpdateRequest request;
+        request.service = service_;
+        result = updateLibraries(*this, request, callbacks, stop_.get_token());
     } catch (const std::exception& error) {
-        failure = failureText(error);
+        failure = tr("The libraries cannot be updated: %1").arg(failureText(error));
     }
-    post([this, failure] {
-        if (!std::exchange(ending_, true))
-            endWith(tr("The libraries cannot be updated: %1").arg(failure), false);
+    post([this, result, failure] {
+        updating_.join();
+        if (failure.isEmpty())
+            end(result);
+        else
+            Q_EMIT ended({failure, {}, false});
     });
 }
 
-// On the installing thread, like the functions below.
-Worker::Arrival UpdateJob::install(const FileStringPair& paths)
+void UpdateJob::end(const UpdateResult& result)
 {
-    try {
-        const std::unique_lock replacing(installedFiles());
-        if (installer_.install(paths))
-            return [this, library = paths.first] { Q_EMIT installed(library); };
-    } catch (const std::bad_alloc&) {
-        outOfMemory_ = true;
+    for (const LibraryNews& news : result.news)
+        if (news.what == LibraryNews::What::Failed)
+            Library::ErrorLog() << "Unable to install catalog:  " << news.catalog << ": " << news.why.english() << "\n";
+    Q_EMIT ended({outcomeText(result), problems(result), result.outcome == UpdateOutcome::Failed});
+}
+
+QString UpdateJob::outcomeText(const UpdateResult& result)
+{
+    switch (result.outcome) {
+        case UpdateOutcome::Cancelled:
+            return (tr("The update was cancelled.") + u' ' + installedText(result)).trimmed();
+        case UpdateOutcome::UpToDate:
+            return tr("All libraries are up to date.");
+        case UpdateOutcome::Installed:
+            return installedText(result);
+        default:
+            break;
     }
-    return {};
+    if (result.failure)
+        return tr("The libraries cannot be updated: %1").arg(translated(*result.failure));
+    return (tr("Not everything could be updated.") + u' ' + installedText(result)).trimmed();
 }
 
-Worker::Arrival UpdateJob::finishInstalling()
+QString UpdateJob::installedText(const UpdateResult& result)
 {
-    try {
-        installer_.finish();
-        for (const CatalogInstaller::Failure& failure : installer_.failures())
-            Library::ErrorLog() << "Unable to install catalog:  " << failure.catalog << ": " << failure.reason << "\n";
-    } catch (const std::bad_alloc&) {
-        outOfMemory_ = true;
+    std::vector<fileString> catalogs;
+    bool anyArchive = false;
+    for (const LibraryNews& news : result.news) {
+        if (news.what != LibraryNews::What::Installed)
+            continue;
+        if (news.catalog.hasExtension(Library::extensions::database))
+            catalogs.push_back(news.catalog);
+        else
+            anyArchive = true;
     }
-    return [this] { end(); };
-}
-
-void UpdateJob::end()
-{
-    const UpdateOutcome outcome = updateOutcome(report_, installer_);
-    endWith(outcomeText(), outcome == UpdateOutcome::Failed);
-}
-
-void UpdateJob::endWith(const QString& message, bool hasLogged)
-{
-    updating_.join();
-    Q_EMIT ended({message, {}, hasLogged});
-}
-
-QString UpdateJob::outcomeText() const
-{
-    const UpdateOutcome outcome = updateOutcome(report_, installer_);
-    if (outcome == UpdateOutcome::Cancelled)
-        return (tr("The update was cancelled.") + u' ' + installedText()).trimmed();
-    if (outOfMemory_)
-        return tr("There is too little memory to update all libraries.");
-    if (outcome == UpdateOutcome::UpToDate)
-        return tr("All libraries are up to date.");
-    if (outcome == UpdateOutcome::Installed)
-        return installer_.installed().empty() ? tr("Files that libraries refer to were updated.") : installedText();
-    if (report_->resultCode == LibraryCatalogUpdate::EndpointUnknown)
-        return tr("The content service cannot be reached.");
-    return (tr("Not everything could be updated.") + u' ' + installedText()).trimmed();
-}
-
-QString UpdateJob::installedText() const
-{
-    const std::vector<fileString>& catalogs = installer_.installed();
     if (catalogs.empty())
-        return {};
+        return anyArchive ? tr("Files that libraries refer to were updated.") : QString();
     if (catalogs.size() == 1)
         return tr("“%1” was updated.").arg(qtText(catalogs.front().stem().utf8()));
     return tr("%Ln libraries were updated.", nullptr, static_cast<int>(catalogs.size()));
+}
+
+QStringList UpdateJob::problems(const UpdateResult& result)
+{
+    QStringList problems;
+    for (const LibraryNews& news : result.news) {
+        const QString name = qtText(news.catalog.stem().utf8());
+        const QString why = translated(news.why);
+        if (news.what == LibraryNews::What::Failed)
+            problems.append(tr("“%1” is as it was: %2.").arg(name, why));
+        else if (news.what == LibraryNews::What::NotServed)
+            problems.append(tr("“%1” is not part of this service.").arg(name));
+        else if (news.what == LibraryNews::What::Withdrawn)
+            problems.append(why.isEmpty() ? tr("“%1” was withdrawn.").arg(name)
+                                          : tr("“%1” was withdrawn: %2").arg(name, why));
+    }
+    return problems;
 }
 
 }  // namespace VelkHost

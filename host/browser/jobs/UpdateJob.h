@@ -1,15 +1,14 @@
 #pragma once
 
-#include "host/browser/Worker.h"
 #include "host/browser/jobs/LibraryJob.h"
-#include "host/installation/CatalogInstaller.h"
+#include "host/installation/LibraryUpdate.h"
 
 #include <VelkLibrary/UpdateData.h>
 
 #include <QPointer>
+#include <QStringList>
 
-#include <atomic>
-#include <optional>
+#include <stop_token>
 #include <string>
 #include <thread>
 
@@ -35,28 +34,21 @@ public Q_SLOTS:
     void onUpdateInGauge();
     void onSetValueInGauge(size_t value);
     void onSetUnits(const std::string& unit_string);
-    // Installs on another thread: reading a database of a million items takes seconds.
-    void onCatalogUpdatedEvent(const FileStringPair& paths);
-    void closeCatalogUpdateEvent(const LibraryCatalogUpdate::UpdateData& data);
-    void onClose();
+    // What these tell comes from the update itself as well, with the reasons.
+    void onCatalogUpdatedEvent(const FileStringPair&) {}
+    void closeCatalogUpdateEvent(const LibraryCatalogUpdate::UpdateData&) {}
+    void onClose() {}
 
 private:
     void run();
-    Worker::Arrival install(const FileStringPair& paths);
-    Worker::Arrival finishInstalling();
-    void end();
-    void endWith(const QString& message, bool hasLogged);
-    QString outcomeText() const;
-    QString installedText() const;
+    void end(const UpdateResult& result);
+    static QString outcomeText(const UpdateResult& result);
+    static QString installedText(const UpdateResult& result);
+    static QStringList problems(const UpdateResult& result);
 
     const std::string service_;
     QPointer<LibraryProgressPanel> panel_;
-    std::atomic<bool> cancelled_ = false;
-    std::atomic<bool> outOfMemory_ = false;
-    std::optional<LibraryCatalogUpdate::UpdateData> report_;
-    CatalogInstaller installer_;  // the installing thread's until everything is installed
-    bool ending_ = false;
-    Worker installing_;
+    std::stop_source stop_;
     std::thread updating_;
 };
 
