@@ -1,9 +1,9 @@
 #include <VelkCommon/Files/WorkFolder.h>
 
-#include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/detail/Leftovers.h>
 #include <VelkCommon/Platform/FileSystem.h>
 #include <VelkCommon/Platform/RemoveTree.h>
+#include <VelkCommon/detail/Guarded.h>
 
 #include <chrono>
 #include <stdexcept>
@@ -55,7 +55,7 @@ WorkFolder::WorkFolder(const fileString& parent)
 WorkFolder::~WorkFolder()
 {
     if (!path_.empty())
-        FileUtils::removeDirectoryAndFiles(path_, FileUtils::overrideReadOnly);
+        Velk::guarded([&] { return Platform::removeTree(path_.utf8(), true); }, false);
 }
 
 void WorkFolder::removeLeftovers(const fileString& folder)

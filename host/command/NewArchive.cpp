@@ -1,14 +1,21 @@
 #include "host/command/NewArchive.h"
 
 #include "host/support/FileError.h"
+#include "host/support/Folders.h"
+
+#include <VelkCommon/Files/FileUtils.h>
 
 #include <utility>
 
 namespace VelkHost {
 
 NewArchive::NewArchive(const fileString& target)
-    : target_(target), archive_(zip_open(target.utf8().c_str(), ZIP_CREATE | ZIP_TRUNCATE, nullptr))
+    : target_(absolutePath(target)),
+      folder_(target_.parentPath()),
+      made_(folder_.path() / U"new.zip"),
+      archive_(folder_.path().empty() ? nullptr : zip_open(made_.utf8().c_str(), ZIP_CREATE | ZIP_TRUNCATE, nullptr))
 {
+    WorkFolder::removeLeftovers(target_.parentPath());
     if (archive_ == nullptr)
         throw FileError(target_, "cannot be written");
 }
@@ -56,6 +63,8 @@ bool NewArchive::close()
 {
     if (zip_close(archive_) == 0) {
         archive_ = nullptr;
+        if (!FileUtils::moveFile(made_, target_, true))
+            throw FileError(target_, "cannot be written");
         return true;
     }
     if (zip_error_code_zip(zip_get_error(archive_)) == ZIP_ER_CANCELLED)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <VelkCommon/Files/WorkFolder.h>
 #include <VelkCommon/Files/fileString.h>
 
 #include <zip.h>
@@ -35,6 +36,8 @@ private:
     void add(const std::string& name, zip_source_t* source);
 
     fileString target_;
+    WorkFolder folder_;  // beside the target; the library below leaves its unfinished files there
+    fileString made_;
     zip_t* archive_;
     std::function<void(double)> show_;
     std::function<bool()> cancelled_;

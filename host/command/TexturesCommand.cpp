@@ -4,6 +4,7 @@
 #include "host/installation/DataLock.h"
 #include "host/support/DisplayText.h"
 #include "host/support/FileError.h"
+#include "host/support/Folders.h"
 #include "host/support/ParserArguments.h"
 #include "host/support/ShownProgress.h"
 #include "host/support/System.h"
@@ -46,7 +47,7 @@ void merge(const fileString& source, const fileString& destination, Output& outp
         throw FileError(destination, "is not a zip archive that can be added to");
     const FileLock lock = lockFile(destination, "merging textures");
     const TemporaryFiles temporaryFiles(*Velk::host());
-    WorkFolder::removeLeftovers(destination.parentPath());
+    WorkFolder::removeLeftovers(absolutePath(destination).parentPath());
     // The module's operation removes its source, so it gets a copy.
     fileString copy;
     copy.generateAsTempName(ZipUtils::getExtension());

@@ -55,14 +55,15 @@ void CatalogInstaller::prepare(const LibraryReport& library)
     contentProblem_.clear();
     archive_ = {};
     keptArchive_ = {};
-    if (library.kind != LibraryCatalogUpdate::CoreCatalogs) {
+    const bool isPacked = library.kind != LibraryCatalogUpdate::CoreCatalogs;
+    if (isPacked) {
         try {
             content_.emplace(library.download.path);
         } catch (const FileError& error) {
             contentProblem_ = error.reason();
         }
     }
-    if ((content_ && content_->hasOthers()) || isArchive(library)) {
+    if (isPacked || isArchive(library)) {
         archive_ = referencedArchive(library.fileName);
         keepArchive();
     }
@@ -154,7 +155,7 @@ void CatalogInstaller::note(const LibraryReport& library) const
     installed.database = stateOf(library.installedPath);
     if (!installed.database || installed.database->sha1 != library.database.sha1)
         throw FileError(library.installedPath, "is not what was written");
-    if (!archive_.empty()) {
+    if (content_ && content_->hasOthers()) {
         installed.referenced = stateOf(archive_);
         if (!installed.referenced || installed.referenced->sha1 != library.referencedFiles.sha1)
             throw FileError(archive_, "is not what was written");

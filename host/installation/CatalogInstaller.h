@@ -44,7 +44,7 @@ private:
     // Of the library that is being installed:
     std::optional<PackageContent> content_;
     std::string contentProblem_;
-    fileString archive_;       // where the archive of its other files goes; empty when it brings none
+    fileString archive_;       // where the archive of its other files goes; empty when it has none of its own
     bool hadArchive_ = false;  // there was an archive
     fileString keptArchive_;   // it under another name; empty when it could not be kept
 };

@@ -4,6 +4,8 @@
 #include "host/installation/InstalledRecord.h"
 #include "host/support/Folders.h"
 
+#include <VelkCommon/Files/FileUtils.h>
+
 #include <chrono>
 
 namespace VelkHost {
@@ -16,8 +18,8 @@ constexpr std::chrono::seconds patience{10};
 // Where no lock file can be made, no file can be replaced either: then the writing itself fails.
 FileLock lockFile(const fileString& file, const std::string& purpose, const std::stop_token& stop)
 {
-    makeFolder(file.parentPath());
-    const fileString path = file + fileString(std::string(".lock"));
+    const fileString path = absolutePath(file) + fileString(std::string(".lock"));
+    FileUtils::createDirectoriesWithPerm(path.parentPath());
     FileLock lock(path, patience, purpose, stop);
     if (lock || !lock.isBusy())
         return lock;

@@ -66,7 +66,7 @@ bool parseFile(const std::vector<std::string>& fields, std::size_t begin, std::o
 
 bool isWorthKeeping(const InstalledLibrary& library)
 {
-    return library != InstalledLibrary();
+    return !library.tag.empty() || library.database || library.referenced || library.toldGone;
 }
 
 }  // namespace

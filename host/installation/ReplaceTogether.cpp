@@ -15,7 +15,7 @@ namespace {
 class Placing
 {
 public:
-    explicit Placing(const FilePlacement& placement) : target_(placement.target), folder_(target_.parentPath())
+    explicit Placing(const FilePlacement& placement) : target_(absolutePath(placement.target)), folder_(target_.parentPath())
     {
         if (isFolder(target_))
             throw FileError(target_, "is a folder, not a file");

@@ -28,6 +28,13 @@ InstalledRecord::Key keyOf(const LibraryReport& library)
     return {library.kind, library.fileName.utf8()};
 }
 
+/// Whether the cancelling of a run is why there is nothing to tell.
+bool isUndone(const LibraryReport& library)
+{
+    constexpr unsigned aborted = 42;
+    return library.outcome == LibraryOutcome::LeftForLater || library.fault.code == aborted;
+}
+
 /// What the service says about a library that it does not give away, on one line.
 std::string messageOf(const LibraryReport& library)
 {
@@ -53,7 +60,7 @@ void UpdateNews::takeReport(const RunReport& report)
 {
     takeService(report);
     for (const auto& [name, library] : report.libraries)
-        if (!told_.contains(keyOf(library)))
+        if (!told_.contains(keyOf(library)) && !(report.cancelled && isUndone(library)))
             takeLibrary(library);
     if (!report.cancelled)
         takeBroken(report);

@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 namespace {
 
 using testing::ElementsAre;
@@ -27,6 +29,18 @@ TEST_F(WorkFolderTest, IsRemovedWithWhatIsInIt)
         EXPECT_EQ(folder.path().parentPath(), root_.path());
         test::writeFile(folder.path() / U"file", "text");
     }
+    EXPECT_THAT(names(), IsEmpty());
+}
+
+TEST_F(WorkFolderTest, MayBeNamedFromTheCurrentFolder)
+{
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(root_.path().utf8());
+    for (const std::string parent : {"", "."}) {
+        const WorkFolder folder{fileString(parent)};
+        EXPECT_FALSE(folder.path().empty());
+    }
+    std::filesystem::current_path(before);
     EXPECT_THAT(names(), IsEmpty());
 }
 

@@ -3,6 +3,7 @@
 #include "host/fixtures/Fixtures.h"
 #include "host/fixtures/ProgramRun.h"
 #include "support/ScriptedServer.h"
+#include "support/ZipBuilder.h"
 
 #include <VelkCommon/Archive/ZipUtils.h>
 #include <VelkCommon/Files/FileUtils.h>
@@ -111,6 +112,51 @@ TEST_F(ArchiveCommand, AFailureKeepsOlderFiles)
     EXPECT_EQ(velk({"unpack", "house.calibz"}).exitCode, test::exitCode::buildFailed);
     EXPECT_EQ(test::readFile(work_ / U"house.calib"), "database");
     EXPECT_FALSE((work_ / U"house.zip").pathExists());
+}
+
+TEST_F(ArchiveCommand, UnpacksAllOrNothing)
+{
+    pack();
+    FileUtils::createDirectoriesWithPerm(work_ / U"out" / U"house.calib");
+    test::writeFile(work_ / U"out" / U"house.zip", "old");
+    const ProgramRun run = velk({"unpack", "house.calibz", "-o", "out"});
+    EXPECT_EQ(run.exitCode, test::exitCode::buildFailed);
+    EXPECT_THAT(run.errors, HasSubstr("house.calib: is a folder, not a file"));
+    EXPECT_EQ(test::readFile(work_ / U"out" / U"house.zip"), "old");
+    EXPECT_THAT(test::listFolder(work_ / U"out"), ElementsAre("house.calib", "house.zip"));
+}
+
+TEST_F(ArchiveCommand, SaysWhatCouldNotBeUnpacked)
+{
+    // The module leaves such an entry out: its header lies outside the archive.
+    test::ZipItem damaged;
+    damaged.name = "a.png";
+    damaged.data = "picture";
+    damaged.offset = 100'000;
+    for (const bool isCatalog : {false, true}) {
+        test::ZipItem catalog;
+        catalog.name = "house.calib";
+        catalog.data = "database";
+        if (isCatalog)
+            catalog.crc = 1;
+        test::ZipBuilder builder;
+        builder.add(catalog);
+        if (!isCatalog)
+            builder.add(damaged);
+        builder.writeTo(work_ / U"house.calibz");
+        EXPECT_EQ(velk({"unpack", "house.calibz", "-o", "out/deep"}).exitCode, test::exitCode::buildFailed);
+        EXPECT_FALSE((work_ / U"out").pathExists()) << "nothing is left";
+    }
+}
+
+TEST_F(ArchiveCommand, RemovesWhatAKilledOneLeft)
+{
+    pack();
+    FileUtils::createDirectoriesWithPerm(work_ / U"out" / U".velk-0123.tmp");
+    test::writeFile(work_ / U"out" / U".velk-0123.tmp" / U"half", "left");
+    test::writeFile(work_ / U"out" / U".velk-4567.tmp", "left");
+    EXPECT_EQ(velk({"unpack", "house.calibz", "-o", "out"}).exitCode, 0);
+    EXPECT_THAT(test::listFolder(work_ / U"out"), ElementsAre("house.calib", "house.zip"));
 }
 
 TEST_F(ArchiveCommand, MergesAndKeepsItsSource)

@@ -3,11 +3,15 @@
 #include "host/fixtures/ProgramRun.h"
 
 #include "host/catalog/CatalogFile.h"
+#include "support/QtProcesses.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QProcess>
+
+#include <list>
 
 using test::ProgramRun;
 using testing::HasSubstr;
@@ -73,6 +77,25 @@ TEST_F(FilterCommand, MakesFilters)
               "lib-x    (not installed)\n"
               "lib-a    Library lib-a    bonus\n"
               "lib-y    (not installed)\n");
+}
+
+TEST_F(FilterCommand, LosesNoFilterWhenManyAreMadeAtOnce)
+{
+    constexpr int many = 16;
+    std::list<QProcess> running;
+    for (int i = 0; i < many; ++i) {
+        QProcess& process = running.emplace_back();
+        process.setWorkingDirectory(QString::fromStdString(folder().utf8()));
+        process.start(QStringLiteral(VELK_PROGRAM),
+                      {QStringLiteral("filter"), QStringLiteral("add"), QStringLiteral("filter %1").arg(i),
+                       QStringLiteral("--id"), QStringLiteral("1"), QStringLiteral("--home"), QStringLiteral("home")});
+    }
+    for (QProcess& process : running) {
+        test::waitForEnd(process);
+        EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
+    }
+    EXPECT_EQ(filter({"list", "--format", "json"}).json()[QStringLiteral("filters")].toArray().size(), many);
+    EXPECT_THAT(test::listFolder(core()), testing::ElementsAre("catalog_filters.json"));
 }
 
 TEST_F(FilterCommand, TakesAFolderOfLibraries)

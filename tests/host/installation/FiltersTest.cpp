@@ -69,6 +69,30 @@ TEST_F(InstalledFilters, AreAsTheyWereWhenAChangeCannotBeSaved)
 }
 
 // A save that succeeds does not fail because another worker sends messages meanwhile.
+TEST_F(InstalledFilters, KeepWhatOthersChangedMeanwhile)
+{
+    VelkHost::addToFilter("a", {"1"});
+    VelkHost::addToFilter("b", {"1"});
+    const VelkHost::FilterSet before{saved().filters, VelkHost::noFilterId};
+    // Somebody else renames nothing, adds one filter and takes the id that the window is about to use.
+    VelkHost::addToFilter("theirs", {"2"});
+    const long theirId = VelkHost::filterNamed("theirs").getFilterId();
+
+    VelkHost::FilterSet after = before;
+    for (LibraryFilter& filter : after.filters)
+        if (filter.getFilterName() == "a")
+            filter.setDatabaseIds({"1", "3"});
+    std::erase_if(after.filters, [](const LibraryFilter& filter) { return filter.getFilterName() == "b"; });
+    after.filters.emplace_back("ours", theirId, std::vector<std::string>{"4"});
+    after.currentId = theirId;
+    VelkHost::applyFilterChanges(before, after);
+
+    EXPECT_THAT(namesOf(saved().filters), testing::UnorderedElementsAre("a", "ours", "theirs"));
+    EXPECT_THAT(VelkHost::filterNamed("a").getDatabaseIds(), ElementsAre("1", "3"));
+    EXPECT_EQ(VelkHost::filterNamed("theirs").getFilterId(), theirId);
+    EXPECT_EQ(saved().currentId, VelkHost::filterNamed("ours").getFilterId());
+}
+
 TEST_F(InstalledFilters, AreSavedWhileTheUserGetsMessages)
 {
     constexpr int changes = 100;
