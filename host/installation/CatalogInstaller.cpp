@@ -112,7 +112,7 @@ void CatalogInstaller::check(const LibraryReport& library) const
     if (!contentProblem_.empty())
         throw FileError(library.installedPath, {"what the service sent %1", {contentProblem_}});
     if (library.outcome != LibraryOutcome::Taken)
-        throw FileError(library.installedPath, library.fault.reason);
+        throw FileError(library.installedPath, {"it could not be taken over: %1", {library.fault.reason}});
     if (content_) {
         try {
             content_->requireUnpacked(library.database.path, library.referencedFiles.path);
@@ -120,16 +120,16 @@ void CatalogInstaller::check(const LibraryReport& library) const
             throw FileError(library.installedPath, error.why());
         }
     }
+    if (!isArchive(library)) {
+        try {
+            readCatalog(library.database.path, CatalogContent::Names);
+        } catch (const FileError& error) {
+            throw FileError(library.installedPath, {"what the service sent %1", {error.why()}});
+        }
+    }
     const std::string& sha1 = isArchive(library) ? library.referencedFiles.sha1 : library.database.sha1;
     if (contradicts(library.tag, sha1))
         throw FileError(library.installedPath, "what the service sent is not what it announced");
-    if (isArchive(library))
-        return;
-    try {
-        readCatalog(library.database.path, CatalogContent::Names);
-    } catch (const FileError& error) {
-        throw FileError(library.installedPath, {"what the service sent %1", {error.why()}});
-    }
 }
 
 void CatalogInstaller::putInPlace(const LibraryReport& library) const

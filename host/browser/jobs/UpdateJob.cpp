@@ -99,9 +99,12 @@ void UpdateJob::run()
 void UpdateJob::end(const UpdateResult& result)
 {
     for (const LibraryNews& news : result.news)
-        if (news.what == LibraryNews::What::Failed)
+        if (news.what != LibraryNews::What::Installed)
             Library::ErrorLog() << "Unable to install catalog:  " << news.catalog << ": " << news.why.english() << "\n";
-    Q_EMIT ended({outcomeText(result), problems(result), result.outcome == UpdateOutcome::Failed});
+    // Several problems do not fit into a line.
+    const QStringList told = problems(result);
+    const QString message = told.size() == 1 ? outcomeText(result) + u' ' + told.front() : outcomeText(result);
+    Q_EMIT ended({message.trimmed(), {}, result.outcome == UpdateOutcome::Failed || !told.isEmpty()});
 }
 
 QString UpdateJob::outcomeText(const UpdateResult& result)

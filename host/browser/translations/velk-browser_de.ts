@@ -362,6 +362,134 @@
         <source>%1 is not a time</source>
         <translation>%1 ist keine Zeitangabe</translation>
     </message>
+    <message>
+        <source>cannot reach %1: %2</source>
+        <translation>%1 ist nicht erreichbar: %2</translation>
+    </message>
+    <message>
+        <source>no such host</source>
+        <translation>es gibt keinen solchen Rechner</translation>
+    </message>
+    <message>
+        <source>it does not accept connections</source>
+        <translation>er nimmt keine Verbindungen an</translation>
+    </message>
+    <message>
+        <source>it does not answer</source>
+        <translation>er antwortet nicht</translation>
+    </message>
+    <message>
+        <source>it closed the connection without an answer</source>
+        <translation>er hat die Verbindung ohne Antwort geschlossen</translation>
+    </message>
+    <message>
+        <source>it was cancelled, or nothing came any more</source>
+        <translation>es wurde abgebrochen, oder es kam nichts mehr</translation>
+    </message>
+    <message>
+        <source>it failed</source>
+        <translation>es ist fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>the certificate is not trusted; VELK_CERTIFICATES names others</source>
+        <translation>dem Zertifikat wird nicht vertraut; VELK_CERTIFICATES nennt andere</translation>
+    </message>
+    <message>
+        <source>the certificates that VELK_CERTIFICATES names cannot be read</source>
+        <translation>die in VELK_CERTIFICATES genannten Zertifikate können nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>the disk is full</source>
+        <translation>der Datenträger ist voll</translation>
+    </message>
+    <message>
+        <source>what came cannot be written: %1</source>
+        <translation>was ankam, kann nicht geschrieben werden: %1</translation>
+    </message>
+    <message>
+        <source>the list of core libraries cannot be fetched from %1: %2</source>
+        <translation>die Liste der Grundbibliotheken kann nicht von %1 geholt werden: %2</translation>
+    </message>
+    <message>
+        <source>the service cannot be asked about it: %1</source>
+        <translation>der Dienst kann nicht danach gefragt werden: %1</translation>
+    </message>
+    <message>
+        <source>the service answers with status %1</source>
+        <translation>der Dienst antwortet mit dem Status %1</translation>
+    </message>
+    <message>
+        <source>it cannot be downloaded: %1</source>
+        <translation>sie kann nicht heruntergeladen werden: %1</translation>
+    </message>
+    <message>
+        <source>there is a newer version, which was not fetched</source>
+        <translation>es gibt eine neuere Fassung, die nicht geholt wurde</translation>
+    </message>
+    <message>
+        <source>what the service sent %1</source>
+        <translation>was der Dienst gesandt hat, %1</translation>
+    </message>
+    <message>
+        <source>what the service sent is not what it announced</source>
+        <translation>was der Dienst gesandt hat, ist nicht, was er angekündigt hat</translation>
+    </message>
+    <message>
+        <source>its folder cannot be made</source>
+        <translation>ihr Ordner kann nicht angelegt werden</translation>
+    </message>
+    <message>
+        <source>it cannot be replaced; is it open elsewhere, or the disk full?</source>
+        <translation>sie kann nicht ersetzt werden; ist sie anderswo geöffnet, oder der Datenträger voll?</translation>
+    </message>
+    <message>
+        <source>is not what was written</source>
+        <translation>ist nicht, was geschrieben wurde</translation>
+    </message>
+    <message>
+        <source>its files are missing or damaged, and could not be fetched again</source>
+        <translation>ihre Dateien fehlen oder sind beschädigt und konnten nicht neu geholt werden</translation>
+    </message>
+    <message>
+        <source>something failed; the error log tells what</source>
+        <translation>etwas ist fehlgeschlagen; was, steht im Fehlerprotokoll</translation>
+    </message>
+    <message>
+        <source>%1 is in use: %2</source>
+        <translation>%1 ist in Gebrauch: %2</translation>
+    </message>
+    <message>
+        <source>another program changes it</source>
+        <translation>ein anderes Programm ändert sie</translation>
+    </message>
+    <message>
+        <source>is not a packed library, or it is damaged</source>
+        <translation>ist keine gepackte Bibliothek, oder sie ist beschädigt</translation>
+    </message>
+    <message>
+        <source>is not a packed library: its catalog file is missing or damaged</source>
+        <translation>ist keine gepackte Bibliothek: ihre Katalogdatei fehlt oder ist beschädigt</translation>
+    </message>
+    <message>
+        <source>is encrypted</source>
+        <translation>ist verschlüsselt</translation>
+    </message>
+    <message>
+        <source>is damaged</source>
+        <translation>ist beschädigt</translation>
+    </message>
+    <message>
+        <source>its catalog file could not be unpacked; is it damaged, or the disk full?</source>
+        <translation>ihre Katalogdatei konnte nicht entpackt werden; ist sie beschädigt, oder der Datenträger voll?</translation>
+    </message>
+    <message>
+        <source>its textures and other files could not be unpacked; is it damaged, or the disk full?</source>
+        <translation>ihre Texturen und übrigen Dateien konnten nicht entpackt werden; sind sie beschädigt, oder der Datenträger voll?</translation>
+    </message>
+    <message>
+        <source>it could not be taken over: %1</source>
+        <translation>sie konnte nicht übernommen werden: %1</translation>
+    </message>
 </context>
 <context>
     <name>SearchExplanation</name>
@@ -1115,20 +1243,12 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
         <translation>Die Aktualisierung wurde abgebrochen.</translation>
     </message>
     <message>
-        <source>There is too little memory to update all libraries.</source>
-        <translation>Der Arbeitsspeicher reicht nicht aus, um alle Bibliotheken zu aktualisieren.</translation>
-    </message>
-    <message>
         <source>All libraries are up to date.</source>
         <translation>Alle Bibliotheken sind auf dem neuesten Stand.</translation>
     </message>
     <message>
         <source>Files that libraries refer to were updated.</source>
         <translation>Von Bibliotheken verwendete Dateien wurden aktualisiert.</translation>
-    </message>
-    <message>
-        <source>The content service cannot be reached.</source>
-        <translation>Der Inhaltsdienst ist nicht erreichbar.</translation>
     </message>
     <message>
         <source>Not everything could be updated.</source>
@@ -1144,6 +1264,22 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
             <numerusform>%Ln Bibliothek wurde aktualisiert.</numerusform>
             <numerusform>%Ln Bibliotheken wurden aktualisiert.</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>“%1” is as it was: %2.</source>
+        <translation>„%1“ ist, wie es war: %2.</translation>
+    </message>
+    <message>
+        <source>“%1” is not part of this service.</source>
+        <translation>„%1“ gehört nicht zu diesem Dienst.</translation>
+    </message>
+    <message>
+        <source>“%1” was withdrawn.</source>
+        <translation>„%1“ wurde zurückgezogen.</translation>
+    </message>
+    <message>
+        <source>“%1” was withdrawn: %2</source>
+        <translation>„%1“ wurde zurückgezogen: %2</translation>
     </message>
 </context>
 </TS>

@@ -362,6 +362,134 @@
         <source>%1 is not a time</source>
         <translation>%1 n’est pas une heure</translation>
     </message>
+    <message>
+        <source>cannot reach %1: %2</source>
+        <translation>%1 est injoignable : %2</translation>
+    </message>
+    <message>
+        <source>no such host</source>
+        <translation>cet hôte n’existe pas</translation>
+    </message>
+    <message>
+        <source>it does not accept connections</source>
+        <translation>il n’accepte pas de connexions</translation>
+    </message>
+    <message>
+        <source>it does not answer</source>
+        <translation>il ne répond pas</translation>
+    </message>
+    <message>
+        <source>it closed the connection without an answer</source>
+        <translation>il a fermé la connexion sans répondre</translation>
+    </message>
+    <message>
+        <source>it was cancelled, or nothing came any more</source>
+        <translation>l’opération a été annulée, ou plus rien n’est arrivé</translation>
+    </message>
+    <message>
+        <source>it failed</source>
+        <translation>l’opération a échoué</translation>
+    </message>
+    <message>
+        <source>the certificate is not trusted; VELK_CERTIFICATES names others</source>
+        <translation>le certificat n’est pas approuvé ; VELK_CERTIFICATES en indique d’autres</translation>
+    </message>
+    <message>
+        <source>the certificates that VELK_CERTIFICATES names cannot be read</source>
+        <translation>les certificats indiqués par VELK_CERTIFICATES sont illisibles</translation>
+    </message>
+    <message>
+        <source>the disk is full</source>
+        <translation>le disque est plein</translation>
+    </message>
+    <message>
+        <source>what came cannot be written: %1</source>
+        <translation>ce qui est arrivé ne peut pas être écrit : %1</translation>
+    </message>
+    <message>
+        <source>the list of core libraries cannot be fetched from %1: %2</source>
+        <translation>la liste des bibliothèques de base ne peut pas être obtenue de %1 : %2</translation>
+    </message>
+    <message>
+        <source>the service cannot be asked about it: %1</source>
+        <translation>le service ne peut pas être interrogé à son sujet : %1</translation>
+    </message>
+    <message>
+        <source>the service answers with status %1</source>
+        <translation>le service répond avec l’état %1</translation>
+    </message>
+    <message>
+        <source>it cannot be downloaded: %1</source>
+        <translation>elle ne peut pas être téléchargée : %1</translation>
+    </message>
+    <message>
+        <source>there is a newer version, which was not fetched</source>
+        <translation>il existe une version plus récente, qui n’a pas été téléchargée</translation>
+    </message>
+    <message>
+        <source>what the service sent %1</source>
+        <translation>ce que le service a envoyé %1</translation>
+    </message>
+    <message>
+        <source>what the service sent is not what it announced</source>
+        <translation>ce que le service a envoyé n’est pas ce qu’il avait annoncé</translation>
+    </message>
+    <message>
+        <source>its folder cannot be made</source>
+        <translation>son dossier ne peut pas être créé</translation>
+    </message>
+    <message>
+        <source>it cannot be replaced; is it open elsewhere, or the disk full?</source>
+        <translation>elle ne peut pas être remplacée ; est-elle ouverte ailleurs, ou le disque est-il plein ?</translation>
+    </message>
+    <message>
+        <source>is not what was written</source>
+        <translation>n’est pas ce qui a été écrit</translation>
+    </message>
+    <message>
+        <source>its files are missing or damaged, and could not be fetched again</source>
+        <translation>ses fichiers manquent ou sont endommagés, et n’ont pas pu être téléchargés à nouveau</translation>
+    </message>
+    <message>
+        <source>something failed; the error log tells what</source>
+        <translation>une opération a échoué ; le journal des erreurs dit laquelle</translation>
+    </message>
+    <message>
+        <source>%1 is in use: %2</source>
+        <translation>%1 est en cours d’utilisation : %2</translation>
+    </message>
+    <message>
+        <source>another program changes it</source>
+        <translation>un autre programme le modifie</translation>
+    </message>
+    <message>
+        <source>is not a packed library, or it is damaged</source>
+        <translation>n’est pas une bibliothèque compressée, ou elle est endommagée</translation>
+    </message>
+    <message>
+        <source>is not a packed library: its catalog file is missing or damaged</source>
+        <translation>n’est pas une bibliothèque compressée : son fichier de catalogue manque ou est endommagé</translation>
+    </message>
+    <message>
+        <source>is encrypted</source>
+        <translation>est chiffré</translation>
+    </message>
+    <message>
+        <source>is damaged</source>
+        <translation>est endommagé</translation>
+    </message>
+    <message>
+        <source>its catalog file could not be unpacked; is it damaged, or the disk full?</source>
+        <translation>son fichier de catalogue n’a pas pu être extrait ; est-il endommagé, ou le disque est-il plein ?</translation>
+    </message>
+    <message>
+        <source>its textures and other files could not be unpacked; is it damaged, or the disk full?</source>
+        <translation>ses textures et autres fichiers n’ont pas pu être extraits ; sont-ils endommagés, ou le disque est-il plein ?</translation>
+    </message>
+    <message>
+        <source>it could not be taken over: %1</source>
+        <translation>elle n’a pas pu être installée : %1</translation>
+    </message>
 </context>
 <context>
     <name>SearchExplanation</name>
@@ -1115,20 +1243,12 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
         <translation>La mise à jour a été annulée.</translation>
     </message>
     <message>
-        <source>There is too little memory to update all libraries.</source>
-        <translation>La mémoire est insuffisante pour mettre à jour toutes les bibliothèques.</translation>
-    </message>
-    <message>
         <source>All libraries are up to date.</source>
         <translation>Toutes les bibliothèques sont à jour.</translation>
     </message>
     <message>
         <source>Files that libraries refer to were updated.</source>
         <translation>Des fichiers utilisés par les bibliothèques ont été mis à jour.</translation>
-    </message>
-    <message>
-        <source>The content service cannot be reached.</source>
-        <translation>Le service de contenu est injoignable.</translation>
     </message>
     <message>
         <source>Not everything could be updated.</source>
@@ -1144,6 +1264,22 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
             <numerusform>%Ln bibliothèque a été mise à jour.</numerusform>
             <numerusform>%Ln bibliothèques ont été mises à jour.</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>“%1” is as it was: %2.</source>
+        <translation>« %1 » reste en l’état : %2.</translation>
+    </message>
+    <message>
+        <source>“%1” is not part of this service.</source>
+        <translation>« %1 » ne fait pas partie de ce service.</translation>
+    </message>
+    <message>
+        <source>“%1” was withdrawn.</source>
+        <translation>« %1 » a été retiré.</translation>
+    </message>
+    <message>
+        <source>“%1” was withdrawn: %2</source>
+        <translation>« %1 » a été retiré : %2</translation>
     </message>
 </context>
 </TS>
