@@ -29,10 +29,9 @@ class UnreachableServers;
 /// Every call asks the server again. Only within a Curl::Run is a server that could not be reached left alone
 /// for a while, so that a run ends within seconds when there is no network.
 ///
-/// No operation throws, except that exceptions of a caller's function pass through where the operation says
-/// so. Output parameters are replaced. Failure codes are those of libcurl, in particular 22 (the answer's
-/// HTTP status is not a success; the reason is "HTTP status N") and 42 (the progress callback ended the
-/// transfer).
+/// No operation throws, except where it says so. Output parameters are replaced. Failure codes are those of libcurl,
+/// in particular 22 (the answer's HTTP status is not a success; the reason is "HTTP status N"), 27 (there was too
+/// little memory) and 42 (the progress callback ended the transfer).
 class VELKCOMMON_EXPORT Curl
 {
 public:
@@ -94,7 +93,7 @@ public:
     /// connections to a server, and together they form a Run. `answered` is called once for each request, in the order
     /// of `requests`, on the calling thread, as soon as its answer and those before it have arrived; it may use this
     /// class (the other requests go on meanwhile). Its exceptions pass through, and the remaining requests are
-    /// given up.
+    /// given up. May throw `std::bad_alloc`, with the same consequence.
     void getURLHeaders(const std::vector<HeaderRequest>& requests,
                        const std::function<void(std::size_t index, const HeaderAnswer& answer)>& answered) const;
 

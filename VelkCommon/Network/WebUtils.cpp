@@ -50,26 +50,22 @@ bool HeaderNameCompare::operator()(const std::string& left, const std::string& r
 std::string getUrlAfterRedirects(const std::string& url)
 {
     constexpr long firstErrorStatus = 400;
-    try {
-        detail::NoBody body;
-        detail::TransferRequest request = detail::headerRequest(url, {});
-        detail::Transfer head(request, body);
-        detail::run(head);
-        if (head.answered() && head.status() < firstErrorStatus)
-            return head.address();
-        // Some servers support only GET at such an address, and answer anything else with an error or not at all.
-        if (!head.answered() && head.failure().code != CURLE_GOT_NOTHING)
-            return {};
-        request.method = detail::TransferRequest::Method::get;
-        request.url = head.address();
-        detail::Transfer get(request, body);
-        detail::run(get);
-        if (get.answered())
-            return get.address();
-        return head.answered() ? head.address() : std::string();
-    } catch (...) {
+    detail::NoBody body;
+    detail::TransferRequest request = detail::headerRequest(url, {});
+    detail::Transfer head(request, body);
+    detail::run(head);
+    if (head.answered() && head.status() < firstErrorStatus)
+        return head.address();
+    // Some servers support only GET at such an address, and answer anything else with an error or not at all.
+    if (!head.answered() && head.failure().code != CURLE_GOT_NOTHING)
         return {};
-    }
+    request.method = detail::TransferRequest::Method::get;
+    request.url = head.address();
+    detail::Transfer get(request, body);
+    detail::run(get);
+    if (get.answered())
+        return get.address();
+    return head.answered() ? head.address() : std::string();
 }
 
 void parseReturnHeader(const std::string& header,

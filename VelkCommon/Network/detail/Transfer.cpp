@@ -60,14 +60,36 @@ Transfer::~Transfer()
         session_->remove(*this);
 }
 
-bool Transfer::begin(Session& session, CURL* handle)
+bool Transfer::begin(Session& session, CURL* handle) noexcept
 {
     handle_ = handle;
     started_ = lastByte_ = lastReport_ = Clock::now();
-    if (!prepare())
-        return false;
-    session_ = &session;
-    return true;
+    if (orFailWithoutMemory([this] { return prepare(); })) {
+        session_ = &session;
+        return true;
+    }
+    handle_ = nullptr;
+    return false;
+}
+
+// Does a step. Neither libcurl, which calls for some of them, nor the other transfers of the session must see an
+// exception, and lack of memory is the only one there is.
+template <typename Step>
+bool Transfer::orFailWithoutMemory(Step step) noexcept
+{
+    try {
+        return step();
+    } catch (...) {
+        return failWithoutMemory();
+    }
+}
+
+bool Transfer::failWithoutMemory() noexcept
+{
+    failure_.code = CURLE_OUT_OF_MEMORY;
+    failure_.reason = "Out of memory";  // short enough for a string to hold it without allocating
+    done_ = true;
+    return false;
 }
 
 // Sets the handle up for the next request; redirects may lead to several.
@@ -90,14 +112,16 @@ bool Transfer::prepare()
     headerEnded_ = bodyBegun_ = enough_ = false;
     wanted_.reset();
     declared_ = 0;
-    setOptions();
-    return setHeaders() && setCertificates();
+    return setOptions() && setHeaders() && setCertificates();
 }
 
-void Transfer::setOptions()
+bool Transfer::setOptions()
 {
     curl_easy_reset(handle_);
-    const auto set = [this](CURLoption option, auto value) { curl_easy_setopt(handle_, option, value); };
+    bool enoughMemory = true;  // an option that libcurl was built without does not matter
+    const auto set = [&](CURLoption option, auto value) {
+        enoughMemory = curl_easy_setopt(handle_, option, value) != CURLE_OUT_OF_MEMORY && enoughMemory;
+    };
     set(CURLOPT_URL, wireForm(address_).c_str());
     set(CURLOPT_PROTOCOLS_STR, "http,https");
     if (request_.method == TransferRequest::Method::head)
@@ -125,6 +149,7 @@ void Transfer::setOptions()
     set(CURLOPT_WRITEFUNCTION, &Transfer::bodyArrived);
     set(CURLOPT_WRITEDATA, static_cast<void*>(this));
     errorText_[0] = '\0';
+    return enoughMemory || failWithoutMemory();
 }
 
 bool Transfer::setHeaders()
@@ -135,7 +160,7 @@ bool Transfer::setHeaders()
             return fail(CURLE_BAD_FUNCTION_ARGUMENT, "A header line holds a control character");
         curl_slist* const longer = curl_slist_append(headerList_.get(), line.c_str());
         if (longer == nullptr)
-            return fail(CURLE_OUT_OF_MEMORY, curl_easy_strerror(CURLE_OUT_OF_MEMORY));
+            return failWithoutMemory();
         static_cast<void>(headerList_.release());
         headerList_.reset(longer);
     }
@@ -153,26 +178,21 @@ bool Transfer::setCertificates()
     if (!bytes)
         return fail(CURLE_SSL_CACERT_BADFILE, "Cannot read the certificates " + file.humanReadableString());
     curl_blob blob{bytes->data(), bytes->size(), CURL_BLOB_COPY};
-    curl_easy_setopt(handle_, CURLOPT_CAINFO_BLOB, &blob);
-    return true;
+    // Without them libcurl would take those of the system.
+    return curl_easy_setopt(handle_, CURLOPT_CAINFO_BLOB, &blob) != CURLE_OUT_OF_MEMORY || failWithoutMemory();
 }
 
 std::size_t Transfer::headerArrived(char* bytes, std::size_t, std::size_t size, void* self) noexcept
 {
-    try {
-        return static_cast<Transfer*>(self)->takeHeader({bytes, size}) ? size : 0;
-    } catch (...) {
-        return 0;
-    }
+    auto& transfer = *static_cast<Transfer*>(self);
+    return transfer.orFailWithoutMemory([&] { return transfer.takeHeader({bytes, size}); }) ? size : 0;
 }
 
 std::size_t Transfer::bodyArrived(char* bytes, std::size_t, std::size_t size, void* self) noexcept
 {
-    try {
-        return static_cast<Transfer*>(self)->takeBody({bytes, size}) ? size : CURL_WRITEFUNC_ERROR;
-    } catch (...) {
-        return CURL_WRITEFUNC_ERROR;
-    }
+    auto& transfer = *static_cast<Transfer*>(self);
+    const bool taken = transfer.orFailWithoutMemory([&] { return transfer.takeBody({bytes, size}); });
+    return taken ? size : CURL_WRITEFUNC_ERROR;
 }
 
 bool Transfer::takeHeader(std::string_view line)
@@ -271,7 +291,12 @@ bool Transfer::wantsBody() const
     }
 }
 
-bool Transfer::goOn(CURLcode code)
+bool Transfer::goOn(CURLcode code) noexcept
+{
+    return orFailWithoutMemory([&] { return takeEnd(code); });
+}
+
+bool Transfer::takeEnd(CURLcode code)
 {
     if (done_)
         return false;
@@ -314,7 +339,12 @@ void Transfer::finish()
     done_ = true;
 }
 
-bool Transfer::tick(Clock::time_point now)
+bool Transfer::tick(Clock::time_point now) noexcept
+{
+    return orFailWithoutMemory([&] { return checkTimes(now); });
+}
+
+bool Transfer::checkTimes(Clock::time_point now)
 {
     const auto tick = transferLimits().tick;
     if (request_.progress != nullptr && now - lastReport_ >= tick) {
