@@ -198,6 +198,8 @@ std::size_t Transfer::bodyArrived(char* bytes, std::size_t, std::size_t size, vo
 bool Transfer::takeHeader(std::string_view line)
 {
     lastByte_ = Clock::now();
+    if (UnreachableServers* const servers = UnreachableServers::current(); headerBytes_ == 0 && servers != nullptr)
+        servers->noteAnswer(server_);
     // A second header block belongs to the final answer, which follows an interim one.
     if (headerEnded_ && line.starts_with("HTTP/")) {
         header_.clear();
@@ -355,11 +357,11 @@ bool Transfer::checkTimes(Clock::time_point now)
     if (request_.progress == nullptr && Curl::Stoppable::isStopped())
         return fail(CURLE_ABORTED_BY_CALLBACK, curl_easy_strerror(CURLE_ABORTED_BY_CALLBACK));
     if (request_.silence && now - lastByte_ > *request_.silence)
-        return fail(CURLE_OPERATION_TIMEDOUT, "Nothing arrived for too long");
+        return failLate("Nothing arrived for too long");
     if (request_.total) {
         const std::chrono::seconds more(request_.slowest ? received_ / *request_.slowest : 0);
         if (now - started_ > *request_.total + more)
-            return fail(CURLE_OPERATION_TIMEDOUT, "The transfer took too long");
+            return failLate("The transfer took too long");
     }
     return true;
 }
@@ -382,6 +384,15 @@ bool Transfer::failFrom(CURLcode code)
     if (UnreachableServers* const servers = UnreachableServers::current(); unreachable && servers != nullptr)
         servers->remember(server_, {code, reason});
     return fail(code, reason);
+}
+
+// A time-out has ended the transfer. A server that has answered other requests of the run is merely slow with this one.
+bool Transfer::failLate(const char* reason)
+{
+    UnreachableServers* const servers = UnreachableServers::current();
+    if (servers != nullptr && headerBytes_ == 0 && !servers->hasAnswered(server_))
+        servers->remember(server_, {CURLE_OPERATION_TIMEDOUT, reason});
+    return fail(CURLE_OPERATION_TIMEDOUT, reason);
 }
 
 }  // namespace Velk::detail

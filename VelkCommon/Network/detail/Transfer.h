@@ -107,6 +107,7 @@ private:
     void finish();
     bool fail(unsigned int code, std::string reason);
     bool failFrom(CURLcode code);
+    bool failLate(const char* reason);
 
     TransferRequest request_;
     Body& body_;
