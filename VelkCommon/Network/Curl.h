@@ -31,7 +31,8 @@ class UnreachableServers;
 ///
 /// No operation throws, except where it says so. Output parameters are replaced. Failure codes are those of libcurl,
 /// in particular 22 (the answer's HTTP status is not a success; the reason is "HTTP status N"), 27 (there was too
-/// little memory) and 42 (the progress callback ended the transfer).
+/// little memory) and 42 (the progress callback ended the transfer). No reason holds a user's name or password that
+/// is part of an address.
 class VELKCOMMON_EXPORT Curl
 {
 public:

@@ -324,9 +324,11 @@ bool Transfer::follow(const std::string& location)
         return fail(CURLE_URL_MALFORMAT, "A redirect's address holds a control character");
     const std::string next = resolved(address_, location);
     if (!isWebAddress(next))
-        return fail(CURLE_UNSUPPORTED_PROTOCOL, "A redirect leads to what is neither http nor https: " + location);
+        return fail(CURLE_UNSUPPORTED_PROTOCOL,
+                    "A redirect leads to what is neither http nor https: " + WebUtils::withoutUserInfo(location));
     if (isSecure(address_) && !isSecure(next))
-        return fail(CURLE_UNSUPPORTED_PROTOCOL, "A redirect leads from https to http: " + location);
+        return fail(CURLE_UNSUPPORTED_PROTOCOL,
+                    "A redirect leads from https to http: " + WebUtils::withoutUserInfo(location));
     address_ = next;
     return prepare();
 }
@@ -375,7 +377,7 @@ bool Transfer::fail(unsigned int code, std::string reason)
 
 bool Transfer::failFrom(CURLcode code)
 {
-    const std::string reason = errorText_[0] != '\0' ? errorText_ : curl_easy_strerror(code);
+    const std::string reason = WebUtils::withoutUserInfo(errorText_[0] != '\0' ? errorText_ : curl_easy_strerror(code));
     curl_off_t untilRequest = 0;
     curl_easy_getinfo(handle_, CURLINFO_PRETRANSFER_TIME_T, &untilRequest);
     const bool neverConnected = code == CURLE_OPERATION_TIMEDOUT && untilRequest == 0;
