@@ -70,7 +70,8 @@ VELKCOMMON_EXPORT bool makeWritable(const std::string& path) noexcept;
 VELKCOMMON_EXPORT bool grantEveryone(const std::string& path) noexcept;
 
 /// Appends `text` to the file by a single write, so that it never mixes with what others append at
-/// the same time; creates the file when missing. Lines end as in the system's text files.
+/// the same time; creates the file when missing. Lines end as in the system's text files. Fails where anybody may
+/// have planted what stands there: for a link, for a file with a second name, and for a device or a pipe.
 VELKCOMMON_EXPORT bool appendText(const std::string& path, std::string_view text);
 
 }  // namespace Velk::Platform

@@ -18,6 +18,18 @@ std::string parentOf(const std::string& path)
     return end == 0 ? "/" : path.substr(0, end);
 }
 
+// Whether it is a file, and one that can be found nowhere else.
+bool isOrdinary(const Descriptor& file) noexcept
+{
+    struct stat status = {};
+    if (::fstat(file.get(), &status) != 0)
+        return false;
+    if (S_ISREG(status.st_mode) && status.st_nlink == 1)
+        return true;
+    errno = EMLINK;
+    return false;
+}
+
 // Whether the two are different names of one file. Then rename() does nothing, and the old name would stay.
 bool isSecondName(const std::string& from, const std::string& to)
 {
@@ -181,8 +193,8 @@ bool grantEveryone(const std::string& path) noexcept
 
 bool appendText(const std::string& path, std::string_view text)
 {
-    Descriptor file = openFile(path, O_WRONLY | O_APPEND | O_CREAT);
-    if (!file)
+    Descriptor file = openFile(path, O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW);
+    if (!file || !isOrdinary(file))
         return false;
     const ssize_t written = uninterrupted([&] { return ::write(file.get(), text.data(), text.size()); });
     return ::close(file.release()) == 0 && written == static_cast<ssize_t>(text.size());

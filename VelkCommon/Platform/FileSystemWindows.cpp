@@ -40,6 +40,17 @@ bool setAccessList(const std::wstring& path)
                                    extended.pointer, nullptr) == ERROR_SUCCESS;
 }
 
+// Whether it is a file, no link to one, and one that can be found nowhere else.
+bool isOrdinary(const Handle& file) noexcept
+{
+    BY_HANDLE_FILE_INFORMATION found = {};
+    if (::GetFileType(file.get()) == FILE_TYPE_DISK && ::GetFileInformationByHandle(file.get(), &found) != 0 &&
+        !isLink(found.dwFileAttributes) && found.nNumberOfLinks == 1)
+        return true;
+    ::SetLastError(ERROR_BAD_FILE_TYPE);
+    return false;
+}
+
 }  // namespace
 
 std::optional<FileStatus> fileStatus(const std::string& path) noexcept
@@ -195,9 +206,10 @@ bool appendText(const std::string& path, std::string_view text)
     lines.reserve(text.size() + text.size() / 8);
     for (const char character : text)
         lines.append(character == '\n' ? "\r\n" : std::string(1, character));
-    const Handle file(openFile(path, FILE_APPEND_DATA, shareAll, OPEN_ALWAYS));
+    const Handle file(::CreateFileW(systemPath(path).c_str(), FILE_APPEND_DATA, shareAll, nullptr, OPEN_ALWAYS,
+                                    FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
     DWORD written = 0;
-    return file && lines.size() <= requestLimit &&
+    return file && isOrdinary(file) && lines.size() <= requestLimit &&
            ::WriteFile(file.get(), lines.data(), static_cast<DWORD>(lines.size()), &written, nullptr) != 0 &&
            written == lines.size();
 }
