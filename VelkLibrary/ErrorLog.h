@@ -21,8 +21,9 @@ namespace Library {
 ///
 /// An empty message writes nothing. A log without a new record for seven days is removed first. The
 /// folder is not created; a record that cannot be written is lost without notice, and the destructor never
-/// throws. Each object belongs to one thread; any number of threads may log at once, and records never
-/// interleave.
+/// throws. Nothing is written through a link in the log's place, nor into a file with a second name, because others
+/// may be able to put it there. Each object belongs to one thread; any number of threads may log at once, and records
+/// never interleave.
 class VELKLIBRARY_EXPORT ErrorLog : public std::ostringstream
 {
     // The types that have an insertion of their own below, or convert to a type that has one.

@@ -15,8 +15,9 @@ class QObject;
 /// dropped with a warning from Qt.
 ///
 /// The receiver may be destroyed at any time on its own thread; calls that are under way, and all that follow,
-/// are then dropped. It must stay on the thread that it lives on when the job is made. Jobs can be copied;
-/// copies share the receiver.
+/// are then dropped. It may also be moved to another thread at any time (`QObject::moveToThread`), and takes the calls
+/// that are under way along: they and all that follow are made on its new thread, in the order sent. The thread that it
+/// left need not run an event loop any more. Jobs can be copied; copies share the receiver.
 class VELKLIBRARY_EXPORT LibraryProgressBase
 {
 public:

@@ -2,12 +2,14 @@
 
 #include <VelkCommon/Files/detail/Leftovers.h>
 #include <VelkCommon/Platform/FileSystem.h>
+#include <VelkCommon/Platform/FolderEntries.h>
 #include <VelkCommon/Platform/RemoveTree.h>
 #include <VelkCommon/detail/Guarded.h>
 
 #include <chrono>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 #include <utility>
 
 namespace Platform = Velk::Platform;
@@ -25,10 +27,9 @@ void removeFolder(const fileString& folder)
         static_cast<void>(Platform::removeTree(folder.utf8(), true));
 }
 
-void removeUnheld(const fileString& path)
+void removeUnheld(const fileString& path, bool isFolder)
 {
-    const auto status = Platform::fileStatus(path.utf8());
-    if (status && status->folder)
+    if (isFolder)
         removeFolder(path);
     else
         static_cast<void>(Platform::removeUnheldFile(path.utf8()));
@@ -60,11 +61,12 @@ WorkFolder::~WorkFolder()
 
 void WorkFolder::removeLeftovers(const fileString& folder)
 {
-    for (const std::string& name : Platform::namesIn(folder.utf8())) {
+    std::error_code unreadable;
+    for (const auto& [name, isFolder] : Platform::folderEntries(folder.utf8(), unreadable)) {
         const fileString path = folder / fileString(name);
         if (Velk::detail::isLockOfFolder(name))
             removeFolder(Velk::detail::folderOfLock(path));
         else if (Velk::detail::isTemporaryName(name))
-            removeUnheld(path);
+            removeUnheld(path, isFolder);
     }
 }

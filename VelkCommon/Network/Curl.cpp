@@ -84,8 +84,9 @@ fileString Curl::download(const std::string& url) const
         target.generateAsTempName(extensionOf(url));
         TransferRequest request = detail::bodyRequest(url, {}, Wanted::success);
         request.slowest = detail::transferLimits().slowest;
-        const bool fetched = fetch(std::move(request), {target, std::nullopt}).code == CURLE_OK;
-        return fetched ? target : fileString();
+        if (fetch(std::move(request), {target, std::nullopt}).code != CURLE_OK)
+            return {};
+        return target;  // moved: a copy that fails would leave the file behind
     } catch (...) {
         return {};
     }

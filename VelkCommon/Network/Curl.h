@@ -26,13 +26,13 @@ class UnreachableServers;
 /// on the wire; all others, including "%", "&", "#" and "+", are sent unchanged. An address or header line
 /// with a control character is refused: nothing is sent, and the call fails.
 ///
-/// Every call asks the server again. Only within a Curl::Run is a server that could not be reached left alone
-/// for a while, so that a run ends within seconds when there is no network.
+/// Every call asks the server again. Only within a Curl::Run is a server that could not be reached, or never
+/// answers, left alone for a while, so that a run of many calls ends soon when there is no network.
 ///
-/// No operation throws, except that exceptions of a caller's function pass through where the operation says
-/// so. Output parameters are replaced. Failure codes are those of libcurl, in particular 22 (the answer's
-/// HTTP status is not a success; the reason is "HTTP status N") and 42 (the progress callback ended the
-/// transfer).
+/// No operation throws, except where it says so. Output parameters are replaced. Failure codes are those of libcurl,
+/// in particular 22 (the answer's HTTP status is not a success; the reason is "HTTP status N"), 27 (there was too
+/// little memory) and 42 (the progress callback ended the transfer). No reason holds a user's name or password that
+/// is part of an address.
 class VELKCOMMON_EXPORT Curl
 {
 public:
@@ -96,7 +96,7 @@ public:
     /// connections to a server, and together they form a Run. `answered` is called once for each request, in the order
     /// of `requests`, on the calling thread, as soon as its answer and those before it have arrived; it may use this
     /// class (the other requests go on meanwhile). Its exceptions pass through, and the remaining requests are
-    /// given up.
+    /// given up. May throw `std::bad_alloc`, with the same consequence.
     void getURLHeaders(const std::vector<HeaderRequest>& requests,
                        const std::function<void(std::size_t index, const HeaderAnswer& answer)>& answered) const;
 
@@ -113,7 +113,8 @@ public:
                    std::string& reason, unsigned int& code) const;
 
     /// Many transfers that belong together. While the object lives, the thread does not ask a server again for
-    /// 30 s if the server could not be found, refused the connection or did not accept it within 15 s. Calls that
+    /// 30 s if the server could not be found, refused the connection or did not accept it within 15 s, or if a
+    /// transfer timed out without a byte from a server that has answered nothing at all in this run. Calls that
     /// need this server fail at once, for the same reason. Must be destroyed by the thread that made it; a run
     /// within a run joins the outer one. May throw `std::bad_alloc`.
     class VELKCOMMON_EXPORT Run

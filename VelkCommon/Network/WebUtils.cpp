@@ -62,6 +62,78 @@ std::string finalAddress(const std::string& url, detail::TransferFailure& failur
     return get.answered() ? get.address() : head.address();
 }
 
+// The names and passwords in the addresses of a text.
+class UserInfos
+{
+public:
+    explicit UserInfos(std::string_view text) noexcept : text_(text) {}
+
+    // Where the host of the next address begins, from `position` on; npos when there is no other address.
+    std::size_t nextAuthority(std::size_t position) const noexcept
+    {
+        constexpr std::string_view separator = "://";
+        for (std::size_t found = text_.find(separator, position); found != std::string_view::npos;
+             found = text_.find(separator, found + 1)) {
+            if (found >= 2 && isOfScheme(text_[found - 1]) && isOfScheme(text_[found - 2]))
+                return std::min(text_.find_first_not_of('/', found + 1), text_.size());
+        }
+        return std::string_view::npos;
+    }
+
+    // The end of what stands there before the host, "@" included; `authority` when nothing does.
+    std::size_t endOfUserInfo(std::size_t authority)
+    {
+        const std::size_t end = endOf(authority, [](char c) { return isOneOf(c, "/?#") || Velk::Ascii::isControl(c); });
+        std::size_t at = lastAt(authority, end);
+        // Where no host ends there, the password holds what should end it.
+        if (at == std::string_view::npos && !isHostWithPort(text_.substr(authority, end - authority)))
+            at = lastAtOfWord(end);
+        return at == std::string_view::npos ? authority : at + 1;
+    }
+
+private:
+    static bool isOneOf(char c, std::string_view characters) noexcept { return characters.find(c) < characters.size(); }
+
+    static bool isOfScheme(char c) noexcept
+    {
+        return Velk::Ascii::isLetter(c) || Velk::Ascii::isDigit(c) || isOneOf(c, "+-.");
+    }
+
+    static bool isHostWithPort(std::string_view text) noexcept
+    {
+        const std::size_t colon = text.find(':', text.starts_with('[') ? std::min(text.find(']'), text.size()) : 0);
+        return colon == std::string_view::npos || std::all_of(text.begin() + static_cast<std::ptrdiff_t>(colon) + 1,
+                                                              text.end(), Velk::Ascii::isDigit<char>);
+    }
+
+    template <typename Ends>
+    std::size_t endOf(std::size_t begin, Ends ends) const
+    {
+        const auto from = text_.begin() + static_cast<std::ptrdiff_t>(begin);
+        return static_cast<std::size_t>(std::find_if(from, text_.end(), ends) - text_.begin());
+    }
+
+    std::size_t lastAt(std::size_t begin, std::size_t end) const noexcept
+    {
+        const std::size_t at = text_.substr(begin, end - begin).rfind('@');
+        return at == std::string_view::npos ? at : begin + at;
+    }
+
+    // The last "@" between `begin` and the next blank. Each word is looked through once, however many addresses it has.
+    std::size_t lastAtOfWord(std::size_t begin)
+    {
+        if (begin >= wordEnd_) {
+            wordEnd_ = endOf(begin, [](char c) { return c == ' ' || Velk::Ascii::isControl(c); });
+            wordAt_ = lastAt(begin, wordEnd_);
+        }
+        return wordAt_ != std::string_view::npos && wordAt_ >= begin ? wordAt_ : std::string_view::npos;
+    }
+
+    std::string_view text_;
+    std::size_t wordEnd_ = 0;
+    std::size_t wordAt_ = std::string_view::npos;
+};
+
 }  // namespace
 
 namespace WebUtils {
@@ -82,18 +154,11 @@ std::string getUrlAfterRedirects(const std::string& url)
 
 std::string getUrlAfterRedirects(const std::string& url, std::string& reason, unsigned int& code)
 {
-    reason.clear();
-    code = CURLE_OK;
-    try {
-        detail::TransferFailure failure;
-        std::string address = finalAddress(url, failure);
-        reason = std::move(failure.reason);
-        code = failure.code;
-        return address;
-    } catch (...) {
-        code = CURLE_OUT_OF_MEMORY;
-        return {};
-    }
+    detail::TransferFailure failure;
+    std::string address = finalAddress(url, failure);
+    reason = std::move(failure.reason);
+    code = failure.code;
+    return address;
 }
 
 void parseReturnHeader(const std::string& header,
@@ -115,6 +180,19 @@ void parseReturnHeader(const std::string& header,
             continue;
         value = &out[std::string(name)].emplace_back(trimmed(line.substr(colon + 1)));
     }
+}
+
+std::string withoutUserInfo(const std::string& text)
+{
+    UserInfos infos(text);
+    std::string shown;
+    std::size_t done = 0;
+    for (std::size_t authority = infos.nextAuthority(0); authority != std::string::npos;
+         authority = infos.nextAuthority(done)) {
+        shown.append(text, done, authority - done);
+        done = infos.endOfUserInfo(authority);
+    }
+    return shown.append(text, done);
 }
 
 }  // namespace WebUtils

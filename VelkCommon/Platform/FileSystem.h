@@ -12,7 +12,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace Velk::Platform {
 
@@ -42,9 +41,6 @@ VELKCOMMON_EXPORT bool createSharedFolder(const std::string& path) noexcept;
 /// Creates one folder for this user alone. True as well when such a folder already exists: one that is
 /// not a link, is owned by this user and is closed to others.
 VELKCOMMON_EXPORT bool createPrivateFolder(const std::string& path) noexcept;
-
-/// The names of what is in `folder`, in no order; none when it cannot be read.
-VELKCOMMON_EXPORT std::vector<std::string> namesIn(const std::string& folder);
 
 /// Deletes a file or link; false for a folder. With `overrideReadOnly`, deletes a read-only file as well.
 VELKCOMMON_EXPORT bool removeFile(const std::string& path, bool overrideReadOnly) noexcept;
@@ -82,7 +78,8 @@ VELKCOMMON_EXPORT bool makeWritable(const std::string& path) noexcept;
 VELKCOMMON_EXPORT bool grantEveryone(const std::string& path) noexcept;
 
 /// Appends `text` to the file by a single write, so that it never mixes with what others append at
-/// the same time; creates the file when missing. Lines end as in the system's text files.
+/// the same time; creates the file when missing. Lines end as in the system's text files. Fails where anybody may
+/// have planted what stands there: for a link, for a file with a second name, and for a device or a pipe.
 VELKCOMMON_EXPORT bool appendText(const std::string& path, std::string_view text);
 
 }  // namespace Velk::Platform

@@ -2,12 +2,10 @@
 
 #include <VelkCommon/Platform/detail/Posix.h>
 
-#include <dirent.h>
 #include <sys/file.h>
 #include <sys/statvfs.h>
 
 #include <cstdio>
-#include <memory>
 
 namespace Velk::Platform {
 namespace {
@@ -18,6 +16,18 @@ std::string parentOf(const std::string& path)
     if (end == std::string::npos)
         return ".";
     return end == 0 ? "/" : path.substr(0, end);
+}
+
+// Whether it is a file, and one that can be found nowhere else.
+bool isOrdinary(const Descriptor& file) noexcept
+{
+    struct stat status = {};
+    if (::fstat(file.get(), &status) != 0)
+        return false;
+    if (S_ISREG(status.st_mode) && status.st_nlink == 1)
+        return true;
+    errno = EMLINK;
+    return false;
 }
 
 // Whether the two are different names of one file. Then rename() does nothing, and the old name would stay.
@@ -92,20 +102,6 @@ bool createPrivateFolder(const std::string& path) noexcept
     struct stat status = {};
     return folder && ::fstat(folder.get(), &status) == 0 && status.st_uid == ::geteuid() &&
            (status.st_mode & allBits & ~privateBits) == 0;
-}
-
-std::vector<std::string> namesIn(const std::string& folder)
-{
-    struct Closer
-    {
-        void operator()(DIR* open) const { ::closedir(open); }
-    };
-    const std::unique_ptr<DIR, Closer> open(::opendir(systemPath(folder)));
-    std::vector<std::string> names;
-    while (const dirent* const entry = open ? ::readdir(open.get()) : nullptr)
-        if (const std::string_view name = entry->d_name; name != "." && name != "..")
-            names.emplace_back(name);
-    return names;
 }
 
 bool removeFile(const std::string& path, bool) noexcept
@@ -214,8 +210,8 @@ bool grantEveryone(const std::string& path) noexcept
 
 bool appendText(const std::string& path, std::string_view text)
 {
-    Descriptor file = openFile(path, O_WRONLY | O_APPEND | O_CREAT);
-    if (!file)
+    Descriptor file = openFile(path, O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW);
+    if (!file || !isOrdinary(file))
         return false;
     const ssize_t written = uninterrupted([&] { return ::write(file.get(), text.data(), text.size()); });
     return ::close(file.release()) == 0 && written == static_cast<ssize_t>(text.size());

@@ -4,8 +4,6 @@
 
 #include <aclapi.h>
 
-#include <memory>
-
 namespace Velk::Platform {
 namespace {
 
@@ -40,6 +38,17 @@ bool setAccessList(const std::wstring& path)
         return false;
     return ::SetNamedSecurityInfoW(name.data(), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr, nullptr,
                                    extended.pointer, nullptr) == ERROR_SUCCESS;
+}
+
+// Whether it is a file, no link to one, and one that can be found nowhere else.
+bool isOrdinary(const Handle& file) noexcept
+{
+    BY_HANDLE_FILE_INFORMATION found = {};
+    if (::GetFileType(file.get()) == FILE_TYPE_DISK && ::GetFileInformationByHandle(file.get(), &found) != 0 &&
+        !isLink(found.dwFileAttributes) && found.nNumberOfLinks == 1)
+        return true;
+    ::SetLastError(ERROR_BAD_FILE_TYPE);
+    return false;
 }
 
 }  // namespace
@@ -94,26 +103,6 @@ bool createPrivateFolder(const std::string& path) noexcept
             return attributes != INVALID_FILE_ATTRIBUTES && isFolder(attributes) && !isLink(attributes);
         },
         false);
-}
-
-std::vector<std::string> namesIn(const std::string& folder)
-{
-    struct Closer
-    {
-        using pointer = HANDLE;
-        void operator()(HANDLE search) const { ::FindClose(search); }
-    };
-    WIN32_FIND_DATAW found = {};
-    const HANDLE first = ::FindFirstFileW((systemPath(folder) + L"\\*").c_str(), &found);
-    std::vector<std::string> names;
-    if (first == INVALID_HANDLE_VALUE)
-        return names;
-    const std::unique_ptr<HANDLE, Closer> search(first);
-    do {
-        if (const std::wstring_view name = found.cFileName; name != L"." && name != L"..")
-            names.push_back(fromNativePath(std::wstring(name)));
-    } while (::FindNextFileW(search.get(), &found) != 0);
-    return names;
 }
 
 bool removeFile(const std::string& path, bool overrideReadOnly) noexcept
@@ -242,9 +231,10 @@ bool appendText(const std::string& path, std::string_view text)
     lines.reserve(text.size() + text.size() / 8);
     for (const char character : text)
         lines.append(character == '\n' ? "\r\n" : std::string(1, character));
-    const Handle file(openFile(path, FILE_APPEND_DATA, shareAll, OPEN_ALWAYS));
+    const Handle file(::CreateFileW(systemPath(path).c_str(), FILE_APPEND_DATA, shareAll, nullptr, OPEN_ALWAYS,
+                                    FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
     DWORD written = 0;
-    return file && lines.size() <= requestLimit &&
+    return file && isOrdinary(file) && lines.size() <= requestLimit &&
            ::WriteFile(file.get(), lines.data(), static_cast<DWORD>(lines.size()), &written, nullptr) != 0 &&
            written == lines.size();
 }

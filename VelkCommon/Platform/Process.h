@@ -15,6 +15,9 @@ namespace Velk::Platform {
 /// The text of the calling thread's last system error, UTF-8, without line break. Ask for it before
 /// anything else runs.
 VELKCOMMON_EXPORT std::string lastErrorText();
+/// Whether that error is lack of memory. A file that cannot be looked at for this reason is neither missing nor
+/// damaged.
+VELKCOMMON_EXPORT bool lastErrorIsLackOfMemory() noexcept;
 /// Whether a debugger is attached to this process.
 VELKCOMMON_EXPORT bool debuggerPresent();
 /// Stops in the attached debugger. Without one the system may end the process.

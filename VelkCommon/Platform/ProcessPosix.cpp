@@ -16,6 +16,11 @@ std::string lastErrorText()
     return std::strerror(errno);
 }
 
+bool lastErrorIsLackOfMemory() noexcept
+{
+    return errno == ENOMEM;
+}
+
 bool debuggerPresent()
 {
     std::ifstream status("/proc/self/status");

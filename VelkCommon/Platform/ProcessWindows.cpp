@@ -21,6 +21,12 @@ std::string lastErrorText()
     return text.empty() ? "error " + std::to_string(error) : fromNativePath(text);
 }
 
+bool lastErrorIsLackOfMemory() noexcept
+{
+    const DWORD error = ::GetLastError();
+    return error == ERROR_NOT_ENOUGH_MEMORY || error == ERROR_OUTOFMEMORY;
+}
+
 bool debuggerPresent()
 {
     return ::IsDebuggerPresent() != 0;

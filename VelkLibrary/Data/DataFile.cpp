@@ -2,12 +2,14 @@
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/LockingFStream.h>
+#include <VelkCommon/Platform/Process.h>
 #include <VelkCommon/Reporting/MessagingSystem.h>
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/TextNumbers.h>
 
 #include <algorithm>
 #include <ios>
+#include <new>
 #include <stdexcept>
 #include <vector>
 
@@ -19,11 +21,21 @@ constexpr std::size_t blockSize = std::size_t{1} << 16;
 // text.
 constexpr long long largestDataFile = 128LL << 20;
 
+// After a file could not be looked at: what is neither missing nor damaged must not be taken for it, as it would be
+// replaced by what is held instead.
+void throwIfMemoryRanOut()
+{
+    if (Velk::Platform::lastErrorIsLackOfMemory())
+        throw std::bad_alloc();
+}
+
 std::string readWhole(const fileString& path)
 {
     LockingFStream file(path, LockingFStream::in);
-    if (!file.isOpen())
+    if (!file.isOpen()) {
+        throwIfMemoryRanOut();
         throw std::ios_base::failure("A data file cannot be opened.");
+    }
     file.exceptions(std::ios_base::badbit);
     std::string text;
     text.reserve(static_cast<std::size_t>(std::clamp(FileUtils::fileSize(path), 0LL, largestDataFile)) + blockSize);
@@ -58,8 +70,10 @@ std::string MemberPlace::text() const
 
 DataFileResult readDataFile(const fileString& path, const std::function<void(const JsonObject& root)>& readRoot)
 {
-    if (!path.pathExists())
+    if (!path.pathExists()) {
+        throwIfMemoryRanOut();
         return {DataFileFault::Missing, {}, {}};
+    }
     try {
         const JsonNode document = json::read(readWhole(path));
         const auto* const root = boost::any_cast<JsonObject>(document.get());

@@ -4,6 +4,7 @@
 #include <VelkLibrary/Search/detail/Alternatives.h>
 
 #include <memory>
+#include <stdexcept>
 
 namespace Library::Search {
 namespace {
@@ -16,7 +17,7 @@ std::unique_ptr<BooleanExp> normalFormOf(const std::u32string& text)
         if (expression)
             expression->convertToDisjunctiveNormalForm();
         return expression;
-    } catch (...) {
+    } catch (const std::length_error&) {
         return nullptr;
     }
 }

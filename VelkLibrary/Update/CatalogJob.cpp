@@ -4,6 +4,7 @@
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Files/SHA1.h>
 #include <VelkCommon/Network/Curl.h>
+#include <VelkCommon/Network/WebUtils.h>
 #include <VelkCommon/Reporting/PreferenceEngine.h>
 #include <VelkCommon/Reporting/PreferenceNumbers.h>
 #include <VelkCommon/Text/FormatText.h>
@@ -124,7 +125,8 @@ void CatalogJob::fetchCoreIndex()
         run_.failed = true;
         if (url.empty())
             fault = apiEndpointFault();
-        Library::ErrorLog() << "Failed to Download Core Library Index File:  " << url << "\n";
+        Library::ErrorLog() << "Failed to Download Core Library Index File:  " << WebUtils::withoutUserInfo(url)
+                            << "\n";
         return;
     }
     for (const fileString& name : parseCoreIndex(body))

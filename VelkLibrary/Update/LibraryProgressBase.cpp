@@ -1,13 +1,9 @@
 #include <VelkLibrary/LibraryProgressBase.h>
 
-#include <QCoreApplication>
-#include <QEvent>
 #include <QMetaObject>
 #include <QMetaType>
 #include <QObject>
-#include <QPointer>
 
-#include <deque>
 #include <functional>
 #include <mutex>
 #include <utility>
@@ -27,58 +23,63 @@ void registerMetaTypes()
 
 }  // namespace
 
-// Lives on the receiver's thread and makes the calls there. Only there may the guarded pointer be looked
-// at: after a look from another thread, the receiver could be destroyed before the call.
-class LibraryProgressBase::Relay : public QObject
+// Queues calls to the receiver itself, so that Qt takes them along when the receiver moves to another thread, and drops
+// them when it is destroyed. Nothing is asked of the receiver but on the thread that makes a call, as only there it
+// cannot be destroyed meanwhile.
+class LibraryProgressBase::Relay
 {
 public:
     using Call = std::function<void(QObject& receiver)>;
 
-    explicit Relay(QObject& receiver) : receiver_(&receiver) { moveToThread(receiver.thread()); }
-
-    static void post(const std::shared_ptr<Relay>& relay, Call call)
+    explicit Relay(QObject& receiver) : target_(std::make_shared<Target>(receiver))
     {
-        auto wakeUp = std::make_unique<WakeUp>(relay);
-        relay->append(std::move(call));
-        QCoreApplication::postEvent(relay.get(), wakeUp.release());
+        end_ = QObject::connect(&receiver, &QObject::destroyed, [target = target_] { target->forget(); });
     }
 
-protected:
-    void customEvent(QEvent*) override
+    // The receiver keeps no trace of jobs that are gone. It is asked to let go of this one by itself, because only its
+    // own thread may do that while it may be destroyed.
+    ~Relay()
     {
-        const Call call = takeFirst();
-        if (QObject* const receiver = receiver_.data())
-            call(*receiver);
+        try {
+            post([end = end_](QObject&) { QObject::disconnect(end); });
+        } catch (...) {
+            // Without memory, a connection stays that does nothing.
+        }
     }
+
+    Relay(const Relay&) = delete;
+    Relay& operator=(const Relay&) = delete;
+
+    void post(Call call) const { target_->post(std::move(call)); }
 
 private:
-    // One for each call. It keeps the relay alive until the call is made, or dropped with the event loop.
-    class WakeUp : public QEvent
+    // The receiver waits in its destructor while a call is being queued.
+    class Target
     {
     public:
-        explicit WakeUp(std::shared_ptr<Relay> relay) : QEvent(QEvent::User), relay_(std::move(relay)) {}
+        explicit Target(QObject& receiver) : receiver_(&receiver) {}
+
+        void forget()
+        {
+            const std::lock_guard lock(mutex_);
+            receiver_ = nullptr;
+        }
+
+        void post(Call call)
+        {
+            const std::lock_guard lock(mutex_);
+            if (QObject* const receiver = receiver_)
+                QMetaObject::invokeMethod(
+                    receiver, [receiver, call = std::move(call)] { call(*receiver); }, Qt::QueuedConnection);
+        }
 
     private:
-        std::shared_ptr<Relay> relay_;
+        std::mutex mutex_;
+        QObject* receiver_;
     };
 
-    void append(Call call)
-    {
-        const std::lock_guard lock(mutex_);
-        calls_.push_back(std::move(call));
-    }
-
-    Call takeFirst()
-    {
-        const std::lock_guard lock(mutex_);
-        Call call = std::move(calls_.front());
-        calls_.pop_front();
-        return call;
-    }
-
-    const QPointer<QObject> receiver_;
-    std::mutex mutex_;
-    std::deque<Call> calls_;
+    const std::shared_ptr<Target> target_;
+    QMetaObject::Connection end_;
 };
 
 LibraryProgressBase::LibraryProgressBase(QObject& receiver) : relay_(std::make_shared<Relay>(receiver))
@@ -94,47 +95,45 @@ LibraryProgressBase& LibraryProgressBase::operator=(LibraryProgressBase&&) noexc
 
 void LibraryProgressBase::sendText(const std::string& text) const
 {
-    Relay::post(relay_, [text](QObject& receiver) {
-        QMetaObject::invokeMethod(&receiver, "onSetText", Q_ARG(std::string, text));
-    });
+    relay_->post(
+        [text](QObject& receiver) { QMetaObject::invokeMethod(&receiver, "onSetText", Q_ARG(std::string, text)); });
 }
 
 void LibraryProgressBase::sendRange(std::size_t range) const
 {
-    Relay::post(relay_, [range](QObject& receiver) {
+    relay_->post([range](QObject& receiver) {
         QMetaObject::invokeMethod(&receiver, "onSetRangeInGauge", Q_ARG(size_t, range));
     });
 }
 
 void LibraryProgressBase::sendStep() const
 {
-    Relay::post(relay_, [](QObject& receiver) { QMetaObject::invokeMethod(&receiver, "onUpdateInGauge"); });
+    relay_->post([](QObject& receiver) { QMetaObject::invokeMethod(&receiver, "onUpdateInGauge"); });
 }
 
 void LibraryProgressBase::sendValue(std::size_t value) const
 {
-    Relay::post(relay_, [value](QObject& receiver) {
+    relay_->post([value](QObject& receiver) {
         QMetaObject::invokeMethod(&receiver, "onSetValueInGauge", Q_ARG(size_t, value));
     });
 }
 
 void LibraryProgressBase::sendUnits(const std::string& units) const
 {
-    Relay::post(relay_, [units](QObject& receiver) {
-        QMetaObject::invokeMethod(&receiver, "onSetUnits", Q_ARG(std::string, units));
-    });
+    relay_->post(
+        [units](QObject& receiver) { QMetaObject::invokeMethod(&receiver, "onSetUnits", Q_ARG(std::string, units)); });
 }
 
 void LibraryProgressBase::sendCatalogUpdated(const FileStringPair& paths) const
 {
-    Relay::post(relay_, [paths](QObject& receiver) {
+    relay_->post([paths](QObject& receiver) {
         QMetaObject::invokeMethod(&receiver, "onCatalogUpdatedEvent", Q_ARG(FileStringPair, paths));
     });
 }
 
 void LibraryProgressBase::sendEnd(const UpdateData& data) const
 {
-    Relay::post(relay_, [data](QObject& receiver) {
+    relay_->post([data](QObject& receiver) {
         QMetaObject::invokeMethod(&receiver, "closeCatalogUpdateEvent",
                                   Q_ARG(const LibraryCatalogUpdate::UpdateData&, data));
     });
@@ -142,5 +141,5 @@ void LibraryProgressBase::sendEnd(const UpdateData& data) const
 
 void LibraryProgressBase::sendCancelled() const
 {
-    Relay::post(relay_, [](QObject& receiver) { QMetaObject::invokeMethod(&receiver, "onClose"); });
+    relay_->post([](QObject& receiver) { QMetaObject::invokeMethod(&receiver, "onClose"); });
 }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <system_error>
 
 namespace fs = std::filesystem;
 
@@ -45,12 +46,8 @@ std::vector<fileString> filesInFolder(const fileString& folder, std::string_view
 
 std::vector<FolderEntry> folderEntries(const fileString& folder)
 {
-    std::vector<FolderEntry> entries;
     std::error_code error;
-    for (fs::directory_iterator entry(systemPath(folder), error), end; !error && entry != end; entry.increment(error)) {
-        std::error_code ignored;
-        entries.push_back({fromSystemPath(entry->path().filename()), entry->is_directory(ignored)});
-    }
+    std::vector<FolderEntry> entries = Velk::folderEntries(folder, error);
     if (error)
         throw FileError(folder, {"cannot be read: %1", {error.message()}});
     std::sort(entries.begin(), entries.end(),

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <VelkCommon/Files/FolderListing.h>
 #include <VelkCommon/Files/fileString.h>
 
 #include <string_view>
@@ -20,12 +21,7 @@ void makeFolder(const fileString& path);
 /// Throws FileError for a folder that cannot be read.
 std::vector<fileString> filesInFolder(const fileString& folder, std::string_view extension);
 
-/// A file or folder in a folder.
-struct FolderEntry
-{
-    fileString name;
-    bool isFolder = false;  ///< a link counts by its target
-};
+using Velk::FolderEntry;
 
 /// Everything in `folder`, sorted by name. Throws FileError for a folder that cannot be read.
 std::vector<FolderEntry> folderEntries(const fileString& folder);

@@ -2,7 +2,7 @@
 
 /// @file
 /// Replaces the program's `operator new`, so that the memory it takes can be counted and refused. Only one source
-/// of a program may include it. The counters are not atomic, so count only while a single thread runs.
+/// of a program may include it. Each thread counts for itself, and is refused nothing but its own requests.
 
 #include <cstddef>
 #include <cstdint>
@@ -11,20 +11,35 @@
 
 namespace test {
 
-inline std::size_t allocations = 0;
-inline std::size_t allocatedBytes = 0;
+inline thread_local std::size_t allocations = 0;
+inline thread_local std::size_t allocatedBytes = 0;
 /// Larger requests fail.
-inline std::size_t largestAllocation = SIZE_MAX;
-inline std::size_t refusedAllocations = 0;
+inline thread_local std::size_t largestAllocation = SIZE_MAX;
+inline thread_local std::size_t refusedAllocations = 0;
 /// The request of this number from now on fails, the next one being number 0; SIZE_MAX for none.
-inline std::size_t failingAllocation = SIZE_MAX;
+inline thread_local std::size_t failingAllocation = SIZE_MAX;
+/// All requests after that one fail too, until `failingAllocation` is set to SIZE_MAX.
+inline thread_local bool failingForGood = false;
+
+/// Counts a request; true when it is the one to refuse, or comes after it and is to be refused as well.
+inline bool isRefused() noexcept
+{
+    if (failingAllocation == SIZE_MAX)
+        return false;
+    if (failingAllocation > 0) {
+        --failingAllocation;
+        return false;
+    }
+    if (!failingForGood)
+        failingAllocation = SIZE_MAX;
+    return true;
+}
 
 }  // namespace test
 
 void* operator new(std::size_t size)
 {
-    const bool fails = test::failingAllocation != SIZE_MAX && test::failingAllocation-- == 0;
-    if (size > test::largestAllocation || fails) {
+    if (size > test::largestAllocation || test::isRefused()) {
         ++test::refusedAllocations;
         throw std::bad_alloc();
     }

@@ -1,10 +1,12 @@
 // For the thread sanitizer only. Qt is not built with it, so it does not see that Qt orders what comes before a
-// call is queued and what its receiver does, and what comes before a job is given to a pool and what the job does.
+// call is queued, or its receiver moves to another thread, and what the receiver does, and what comes before a job is
+// given to a pool and what the job does.
 // So these ways into Qt lead through here, where the same order is told to the sanitizer in its own words. Qt has
 // one lock for all that is queued to a thread, hence one place here.
 #include <QCoreApplication>
 #include <QEvent>
 #include <QMetaObject>
+#include <QObject>
 #include <QRunnable>
 #include <QThreadPool>
 
@@ -65,6 +67,13 @@ void QCoreApplication::postEvent(QObject* receiver, QEvent* event, int priority)
         qtsOwn<void(QObject*, QEvent*, int)>("_ZN16QCoreApplication9postEventEP7QObjectP6QEventi");
     __tsan_release(&eventQueue);
     original(receiver, event, priority);
+}
+
+void QObject::moveToThread(QThread* thread)
+{
+    static auto* const original = qtsOwn<void(QObject*, QThread*)>("_ZN7QObject12moveToThreadEP7QThread");
+    __tsan_release(&eventQueue);
+    original(this, thread);
 }
 
 bool QMetaObject::invokeMethodImpl(QObject* object, QtPrivate::QSlotObjectBase* slot, Qt::ConnectionType type,

@@ -64,10 +64,18 @@ void backToPool(std::unique_ptr<Session> session) noexcept
     }
 }
 
+// Throws when there is too little memory to begin with; the next call tries again.
+bool initializeLibrary()
+{
+    if (curl_global_init(CURL_GLOBAL_DEFAULT) != CURLE_OK)
+        throw std::bad_alloc();
+    return true;
+}
+
 CURLM* newMulti()
 {
-    static const CURLcode initialized = curl_global_init(CURL_GLOBAL_DEFAULT);
-    CURLM* const multi = initialized == CURLE_OK ? curl_multi_init() : nullptr;
+    [[maybe_unused]] static const bool initialized = initializeLibrary();
+    CURLM* const multi = curl_multi_init();
     if (multi == nullptr)
         throw std::bad_alloc();
     return multi;
@@ -96,18 +104,27 @@ void Session::start(Transfer& transfer)
         keepHandle(handle);
         return;
     }
-    curl_multi_add_handle(multi_, handle);
     running_.push_back(&transfer);
+    ask(transfer);
 }
 
-void Session::turn()
+// Sends the request for which the transfer's handle is set up.
+void Session::ask(Transfer& transfer) noexcept
+{
+    if (curl_multi_add_handle(multi_, transfer.handle_) == CURLM_OK)
+        return;
+    transfer.failWithoutMemory();
+    remove(transfer);
+}
+
+void Session::turn() noexcept
 {
     if (!moveOn() && !running_.empty())
         curl_multi_poll(multi_, nullptr, 0, static_cast<int>(transferLimits().tick.count()), nullptr);
 }
 
 // Returns whether a request has ended.
-bool Session::moveOn()
+bool Session::moveOn() noexcept
 {
     const Mark mark(busy_);
     int stillRunning = 0;
@@ -117,13 +134,13 @@ bool Session::moveOn()
     return finished;
 }
 
-void Session::finish(const Transfer& transfer)
+void Session::finish(const Transfer& transfer) noexcept
 {
     while (!transfer.done())
         turn();
 }
 
-bool Session::collectFinished()
+bool Session::collectFinished() noexcept
 {
     bool any = false;
     int left = 0;
@@ -135,7 +152,7 @@ bool Session::collectFinished()
         auto& transfer = *reinterpret_cast<Transfer*>(owner);
         curl_multi_remove_handle(multi_, handle);
         if (transfer.goOn(code))
-            curl_multi_add_handle(multi_, handle);
+            ask(transfer);
         else
             remove(transfer);
         any = true;
@@ -143,13 +160,14 @@ bool Session::collectFinished()
     return any;
 }
 
-void Session::tick()
+void Session::tick() noexcept
 {
     const auto now = Transfer::Clock::now();
-    const std::vector<Transfer*> all = running_;
-    for (Transfer* const transfer : all) {
-        if (!transfer->tick(now))
-            remove(*transfer);
+    for (std::size_t i = 0; i < running_.size();) {
+        if (running_[i]->tick(now))
+            ++i;
+        else
+            remove(*running_[i]);
     }
 }
 
@@ -176,11 +194,11 @@ CURL* Session::takeHandle()
     return handle;
 }
 
-void Session::keepHandle(CURL* handle)
+void Session::keepHandle(CURL* handle) noexcept
 {
     // The handle must not keep pointers to what is destroyed with the transfer.
     curl_easy_reset(handle);
-    spare_.push_back(handle);
+    spare_.push_back(handle);  // takeHandle() has made room
 }
 
 SessionLease::SessionLease() : outer_(current), session_(current)

@@ -17,12 +17,13 @@ public:
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    /// Begins `transfer`, which turn() then moves on.
+    /// Begins `transfer`, which turn() then moves on. On an exception it has not begun.
     void start(Transfer& transfer);
-    /// Moves all transfers on. When there is nothing to do, waits briefly for the network.
-    void turn();
+    /// Moves all transfers on. When there is nothing to do, waits briefly for the network. A transfer that gets no
+    /// memory has failed; the others do not notice.
+    void turn() noexcept;
     /// Moves all transfers on until `transfer`, which was started, is done.
-    void finish(const Transfer& transfer);
+    void finish(const Transfer& transfer) noexcept;
     /// Gives `transfer` up.
     void remove(Transfer& transfer) noexcept;
 
@@ -31,10 +32,11 @@ public:
 
 private:
     CURL* takeHandle();
-    void keepHandle(CURL* handle);
-    bool moveOn();
-    bool collectFinished();
-    void tick();
+    void keepHandle(CURL* handle) noexcept;
+    void ask(Transfer& transfer) noexcept;
+    bool moveOn() noexcept;
+    bool collectFinished() noexcept;
+    void tick() noexcept;
 
     CURLM* multi_;
     std::vector<CURL*> spare_;

@@ -60,14 +60,36 @@ Transfer::~Transfer()
         session_->remove(*this);
 }
 
-bool Transfer::begin(Session& session, CURL* handle)
+bool Transfer::begin(Session& session, CURL* handle) noexcept
 {
     handle_ = handle;
     started_ = lastByte_ = lastReport_ = Clock::now();
-    if (!prepare())
-        return false;
-    session_ = &session;
-    return true;
+    if (orFailWithoutMemory([this] { return prepare(); })) {
+        session_ = &session;
+        return true;
+    }
+    handle_ = nullptr;
+    return false;
+}
+
+// Does a step. Neither libcurl, which calls for some of them, nor the other transfers of the session must see an
+// exception, and lack of memory is the only one there is.
+template <typename Step>
+bool Transfer::orFailWithoutMemory(Step step) noexcept
+{
+    try {
+        return step();
+    } catch (...) {
+        return failWithoutMemory();
+    }
+}
+
+bool Transfer::failWithoutMemory() noexcept
+{
+    failure_.code = CURLE_OUT_OF_MEMORY;
+    failure_.reason = "Out of memory";  // short enough for a string to hold it without allocating
+    done_ = true;
+    return false;
 }
 
 // Sets the handle up for the next request; redirects may lead to several.
@@ -90,14 +112,16 @@ bool Transfer::prepare()
     headerEnded_ = bodyBegun_ = enough_ = false;
     wanted_.reset();
     declared_ = 0;
-    setOptions();
-    return setHeaders() && setCertificates();
+    return setOptions() && setHeaders() && setCertificates();
 }
 
-void Transfer::setOptions()
+bool Transfer::setOptions()
 {
     curl_easy_reset(handle_);
-    const auto set = [this](CURLoption option, auto value) { curl_easy_setopt(handle_, option, value); };
+    bool enoughMemory = true;  // an option that libcurl was built without does not matter
+    const auto set = [&](CURLoption option, auto value) {
+        enoughMemory = curl_easy_setopt(handle_, option, value) != CURLE_OUT_OF_MEMORY && enoughMemory;
+    };
     set(CURLOPT_URL, wireForm(address_).c_str());
     set(CURLOPT_PROTOCOLS_STR, "http,https");
     if (request_.method == TransferRequest::Method::head)
@@ -125,6 +149,7 @@ void Transfer::setOptions()
     set(CURLOPT_WRITEFUNCTION, &Transfer::bodyArrived);
     set(CURLOPT_WRITEDATA, static_cast<void*>(this));
     errorText_[0] = '\0';
+    return enoughMemory || failWithoutMemory();
 }
 
 bool Transfer::setHeaders()
@@ -135,7 +160,7 @@ bool Transfer::setHeaders()
             return fail(CURLE_BAD_FUNCTION_ARGUMENT, "A header line holds a control character");
         curl_slist* const longer = curl_slist_append(headerList_.get(), line.c_str());
         if (longer == nullptr)
-            return fail(CURLE_OUT_OF_MEMORY, curl_easy_strerror(CURLE_OUT_OF_MEMORY));
+            return failWithoutMemory();
         static_cast<void>(headerList_.release());
         headerList_.reset(longer);
     }
@@ -153,31 +178,28 @@ bool Transfer::setCertificates()
     if (!bytes)
         return fail(CURLE_SSL_CACERT_BADFILE, "Cannot read the certificates " + file.humanReadableString());
     curl_blob blob{bytes->data(), bytes->size(), CURL_BLOB_COPY};
-    curl_easy_setopt(handle_, CURLOPT_CAINFO_BLOB, &blob);
-    return true;
+    // Without them libcurl would take those of the system.
+    return curl_easy_setopt(handle_, CURLOPT_CAINFO_BLOB, &blob) != CURLE_OUT_OF_MEMORY || failWithoutMemory();
 }
 
 std::size_t Transfer::headerArrived(char* bytes, std::size_t, std::size_t size, void* self) noexcept
 {
-    try {
-        return static_cast<Transfer*>(self)->takeHeader({bytes, size}) ? size : 0;
-    } catch (...) {
-        return 0;
-    }
+    auto& transfer = *static_cast<Transfer*>(self);
+    return transfer.orFailWithoutMemory([&] { return transfer.takeHeader({bytes, size}); }) ? size : 0;
 }
 
 std::size_t Transfer::bodyArrived(char* bytes, std::size_t, std::size_t size, void* self) noexcept
 {
-    try {
-        return static_cast<Transfer*>(self)->takeBody({bytes, size}) ? size : CURL_WRITEFUNC_ERROR;
-    } catch (...) {
-        return CURL_WRITEFUNC_ERROR;
-    }
+    auto& transfer = *static_cast<Transfer*>(self);
+    const bool taken = transfer.orFailWithoutMemory([&] { return transfer.takeBody({bytes, size}); });
+    return taken ? size : CURL_WRITEFUNC_ERROR;
 }
 
 bool Transfer::takeHeader(std::string_view line)
 {
     lastByte_ = Clock::now();
+    if (UnreachableServers* const servers = UnreachableServers::current(); headerBytes_ == 0 && servers != nullptr)
+        servers->noteAnswer(server_);
     // A second header block belongs to the final answer, which follows an interim one.
     if (headerEnded_ && line.starts_with("HTTP/")) {
         header_.clear();
@@ -271,7 +293,12 @@ bool Transfer::wantsBody() const
     }
 }
 
-bool Transfer::goOn(CURLcode code)
+bool Transfer::goOn(CURLcode code) noexcept
+{
+    return orFailWithoutMemory([&] { return takeEnd(code); });
+}
+
+bool Transfer::takeEnd(CURLcode code)
 {
     if (done_)
         return false;
@@ -297,9 +324,11 @@ bool Transfer::follow(const std::string& location)
         return fail(CURLE_URL_MALFORMAT, "A redirect's address holds a control character");
     const std::string next = resolved(address_, location);
     if (!isWebAddress(next))
-        return fail(CURLE_UNSUPPORTED_PROTOCOL, "A redirect leads to what is neither http nor https: " + location);
+        return fail(CURLE_UNSUPPORTED_PROTOCOL,
+                    "A redirect leads to what is neither http nor https: " + WebUtils::withoutUserInfo(location));
     if (isSecure(address_) && !isSecure(next))
-        return fail(CURLE_UNSUPPORTED_PROTOCOL, "A redirect leads from https to http: " + location);
+        return fail(CURLE_UNSUPPORTED_PROTOCOL,
+                    "A redirect leads from https to http: " + WebUtils::withoutUserInfo(location));
     address_ = next;
     return prepare();
 }
@@ -314,7 +343,12 @@ void Transfer::finish()
     done_ = true;
 }
 
-bool Transfer::tick(Clock::time_point now)
+bool Transfer::tick(Clock::time_point now) noexcept
+{
+    return orFailWithoutMemory([&] { return checkTimes(now); });
+}
+
+bool Transfer::checkTimes(Clock::time_point now)
 {
     const auto tick = transferLimits().tick;
     if (request_.progress != nullptr && now - lastReport_ >= tick) {
@@ -325,11 +359,11 @@ bool Transfer::tick(Clock::time_point now)
     if (request_.progress == nullptr && Curl::Stoppable::isStopped())
         return fail(CURLE_ABORTED_BY_CALLBACK, curl_easy_strerror(CURLE_ABORTED_BY_CALLBACK));
     if (request_.silence && now - lastByte_ > *request_.silence)
-        return fail(CURLE_OPERATION_TIMEDOUT, "Nothing arrived for too long");
+        return failLate("Nothing arrived for too long");
     if (request_.total) {
         const std::chrono::seconds more(request_.slowest ? received_ / *request_.slowest : 0);
         if (now - started_ > *request_.total + more)
-            return fail(CURLE_OPERATION_TIMEDOUT, "The transfer took too long");
+            return failLate("The transfer took too long");
     }
     return true;
 }
@@ -343,7 +377,7 @@ bool Transfer::fail(unsigned int code, std::string reason)
 
 bool Transfer::failFrom(CURLcode code)
 {
-    const std::string reason = errorText_[0] != '\0' ? errorText_ : curl_easy_strerror(code);
+    const std::string reason = WebUtils::withoutUserInfo(errorText_[0] != '\0' ? errorText_ : curl_easy_strerror(code));
     curl_off_t untilRequest = 0;
     curl_easy_getinfo(handle_, CURLINFO_PRETRANSFER_TIME_T, &untilRequest);
     const bool neverConnected = code == CURLE_OPERATION_TIMEDOUT && untilRequest == 0;
@@ -352,6 +386,15 @@ bool Transfer::failFrom(CURLcode code)
     if (UnreachableServers* const servers = UnreachableServers::current(); unreachable && servers != nullptr)
         servers->remember(server_, {code, reason});
     return fail(code, reason);
+}
+
+// A time-out has ended the transfer. A server that has answered other requests of the run is merely slow with this one.
+bool Transfer::failLate(const char* reason)
+{
+    UnreachableServers* const servers = UnreachableServers::current();
+    if (servers != nullptr && headerBytes_ == 0 && !servers->hasAnswered(server_))
+        servers->remember(server_, {CURLE_OPERATION_TIMEDOUT, reason});
+    return fail(CURLE_OPERATION_TIMEDOUT, reason);
 }
 
 }  // namespace Velk::detail

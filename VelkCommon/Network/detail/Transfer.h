@@ -72,19 +72,24 @@ private:
 
     // For the session:
     /// Sets `handle` up for the first request. False when no request can be made; the transfer is done then.
-    bool begin(Session& session, CURL* handle);
+    bool begin(Session& session, CURL* handle) noexcept;
     /// The request has ended with `code`. True when the handle is set up for the next one.
-    bool goOn(CURLcode code);
+    bool goOn(CURLcode code) noexcept;
+    /// Ends the transfer, which could not get the memory that it needs. Always returns false.
+    bool failWithoutMemory() noexcept;
     /// Calls the progress callback when it is due, and checks the time-outs. False when the transfer must
     /// end; it is done then.
-    bool tick(Clock::time_point now);
+    bool tick(Clock::time_point now) noexcept;
 
     static bool isSuccess(long status) noexcept;
     bool isRedirect() const;
     bool wantsBody() const;
 
+    template <typename Step>
+    bool orFailWithoutMemory(Step step) noexcept;
+
     bool prepare();
-    void setOptions();
+    bool setOptions();
     bool setHeaders();
     bool setCertificates();
 
@@ -96,10 +101,13 @@ private:
     bool beginBody();
     bool reportProgress();
 
+    bool takeEnd(CURLcode code);
+    bool checkTimes(Clock::time_point now);
     bool follow(const std::string& location);
     void finish();
     bool fail(unsigned int code, std::string reason);
     bool failFrom(CURLcode code);
+    bool failLate(const char* reason);
 
     TransferRequest request_;
     Body& body_;

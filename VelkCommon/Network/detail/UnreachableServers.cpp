@@ -21,6 +21,12 @@ void UnreachableServers::setCurrent(UnreachableServers* servers) noexcept
     ofThisThread = servers;
 }
 
+void UnreachableServers::noteAnswer(const std::string& server)
+{
+    answered_.insert(server);
+    entries_.erase(server);
+}
+
 void UnreachableServers::remember(const std::string& server, TransferFailure failure)
 {
     entries_[server] = {Clock::now() + transferLimits().unreachable, std::move(failure)};

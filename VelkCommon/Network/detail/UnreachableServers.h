@@ -3,6 +3,7 @@
 #include <chrono>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 
 namespace Velk::detail {
@@ -14,7 +15,8 @@ struct TransferFailure
     std::string reason;     ///< for people
 };
 
-/// The servers that a run of transfers could not reach, named by UrlText's serverOf(). One thread.
+/// The servers that a run of transfers could not reach, or that never answer, named by UrlText's serverOf(). One
+/// thread.
 class UnreachableServers
 {
 public:
@@ -23,6 +25,9 @@ public:
     /// Makes `servers` the calling thread's from now on.
     static void setCurrent(UnreachableServers* servers) noexcept;
 
+    /// Something came from `server`, so it may be asked.
+    void noteAnswer(const std::string& server);
+    bool hasAnswered(const std::string& server) const { return answered_.contains(server); }
     void remember(const std::string& server, TransferFailure failure);
     /// The failure to report instead of asking `server` again; nothing when it may be asked.
     std::optional<TransferFailure> recall(const std::string& server) const;
@@ -35,7 +40,9 @@ private:
         TransferFailure failure;
     };
 
-    std::map<std::string, Entry> entries_;  // never more than the servers that were asked
+    // Never more than the servers that were asked:
+    std::map<std::string, Entry> entries_;
+    std::set<std::string> answered_;
 };
 
 }  // namespace Velk::detail

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <new>
 
 namespace Velk::detail {
 namespace {
@@ -20,10 +21,20 @@ bool startsWithIgnoringCase(std::string_view text, std::string_view prefix) noex
 
 using Url = std::unique_ptr<CURLU, decltype(&curl_url_cleanup)>;
 
+// What is no URL, and lack of memory, must not be taken for each other.
+bool isFine(CURLUcode code)
+{
+    if (code == CURLUE_OUT_OF_MEMORY)
+        throw std::bad_alloc();
+    return code == CURLUE_OK;
+}
+
 Url parsed(const std::string& address)
 {
     Url url(curl_url(), &curl_url_cleanup);
-    if (url && curl_url_set(url.get(), CURLUPART_URL, wireForm(address).c_str(), 0) != CURLUE_OK)
+    if (!url)
+        throw std::bad_alloc();
+    if (!isFine(curl_url_set(url.get(), CURLUPART_URL, wireForm(address).c_str(), 0)))
         url.reset();
     return url;
 }
@@ -31,7 +42,7 @@ Url parsed(const std::string& address)
 std::string part(const Url& url, CURLUPart which, unsigned int flags = 0)
 {
     char* text = nullptr;
-    if (curl_url_get(url.get(), which, &text, flags) != CURLUE_OK)
+    if (!isFine(curl_url_get(url.get(), which, &text, flags)))
         return {};
     const std::unique_ptr<char, decltype(&curl_free)> owner(text, &curl_free);
     return text;
@@ -79,8 +90,7 @@ std::string serverOf(const std::string& address)
 std::string resolved(const std::string& base, const std::string& reference)
 {
     const Url url = parsed(base);
-    if (!url ||
-        curl_url_set(url.get(), CURLUPART_URL, wireForm(reference).c_str(), CURLU_NON_SUPPORT_SCHEME) != CURLUE_OK)
+    if (!url || !isFine(curl_url_set(url.get(), CURLUPART_URL, wireForm(reference).c_str(), CURLU_NON_SUPPORT_SCHEME)))
         return {};
     return part(url, CURLUPART_URL);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Addresses as text: which can be fetched, and how they travel.
+/// Addresses as text: which can be fetched, and how they travel. Throws nothing but `std::bad_alloc`.
 
 #include <string>
 #include <string_view>

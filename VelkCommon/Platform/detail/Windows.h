@@ -27,12 +27,16 @@ inline constexpr int busyAttempts = 10;
 inline constexpr DWORD busyPause = 20;
 
 /// The path as system calls take it; one with a zero byte would name another file, so it becomes the
-/// empty path, which names nothing.
+/// empty path, which names nothing. An exception leaves lack of memory as the last error, as a call does that could
+/// not get any.
 inline std::wstring systemPath(const std::string& path)
-{
+try {
     if (path.find('\0') != std::string::npos)
         return {};
     return toNativePath(path);
+} catch (...) {
+    ::SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    throw;
 }
 
 /// An open handle. The destructor closes it and leaves the last error as it was.

@@ -6,6 +6,7 @@
 
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Network/Curl.h>
+#include <VelkCommon/Network/WebUtils.h>
 #include <VelkCommon/Text/StringConvert.h>
 
 #include <QBuffer>
@@ -124,7 +125,7 @@ void ManufacturerStore::refresh(const std::string& service)
     const auto outcome = std::make_shared<ManufacturerRefresh>();
     const auto work = [service, outcome, stop = stop_.get_token()] {
         if (!Curl::downloadable(service))
-            throw DataError(Reason("\"%1\" is not a web address", {service}));
+            throw DataError(Reason("\"%1\" is not a web address", {WebUtils::withoutUserInfo(service)}));
         const ManufacturerAddresses addresses = manufacturerAddresses(service);
         *outcome = refreshManufacturers(addresses.data, addresses.logos, stop);
     };

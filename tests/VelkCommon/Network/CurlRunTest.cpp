@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <numeric>
 #include <stdexcept>
@@ -25,13 +26,14 @@ using testing::IsEmpty;
 class CurlRun : public test::NetworkTest
 {
 protected:
-    // Whether a port that let no connection come about is tried again: then the transfer lives to its first tick, which
-    // ends it; otherwise it fails at once, as it did before.
-    bool isAskedAgain(const test::DeafPort& port)
+    // Whether a server that was away or silent is asked again: then the transfer lives to its first tick, which ends
+    // it; otherwise it fails at once, as it did before.
+    bool isAskedAgain(const test::DeafPort& port) { return isAskedAgain(port.url()); }
+    bool isAskedAgain(const std::string& url)
     {
         limit([](auto& limits) { limits.tick = milliseconds(5); });
         const auto stop = [](void*, double, double, double, double) { return 1; };
-        const unsigned int code = download(port.url(), {}, nullptr, stop).code;
+        const unsigned int code = download(url, {}, nullptr, stop).code;
         EXPECT_TRUE(code == test::aborted || code == test::timedOut) << code;
         return code == test::aborted;
     }
@@ -388,6 +390,102 @@ TEST_F(CurlRun, AsksAgainAfterAWhile)
     const test::DeafPort deaf;
     EXPECT_EQ(download(deaf.url()).code, test::timedOut);
     EXPECT_TRUE(isAskedAgain(deaf));
+}
+
+// ---- Servers that accept and never answer --------------------------------------------------------
+
+TEST_F(CurlRun, DoesNotAskASilentServerAgain)
+{
+    const Curl::Run run;
+    limit([](auto& limits) { limits.silence = milliseconds(100); });
+    server_.otherwise([](const SeenRequest&) { return Reply::never(); });
+    const std::string url = server_.url("/a");
+    std::string reason;
+    EXPECT_FALSE(Curl::get().download_to_location(url, target(), reason));
+    EXPECT_THAT(reason, testing::HasSubstr("arrived"));
+    EXPECT_FALSE(isAskedAgain(server_.url("/b")));
+    std::size_t failed = 0;
+    Curl::get().getURLHeaders(
+        std::vector<Curl::HeaderRequest>(200, {server_.url("/n"), {}}),
+        [&](std::size_t, const Curl::HeaderAnswer& answer) { failed += answer.received ? 0U : 1U; });
+    EXPECT_EQ(failed, 200U);
+    EXPECT_EQ(server_.requests().size(), 1U);
+}
+
+TEST_F(CurlRun, ABatchAsksASilentServerOnlyAsOftenAsItOverlaps)
+{
+    limit([](auto& limits) { limits.header = milliseconds(200); });
+    server_.otherwise([](const SeenRequest&) { return Reply::never(); });
+    std::size_t failed = 0;
+    Curl::get().getURLHeaders(
+        std::vector<Curl::HeaderRequest>(200, {server_.url("/n"), {}}),
+        [&](std::size_t, const Curl::HeaderAnswer& answer) { failed += answer.received ? 0U : 1U; });
+    EXPECT_EQ(failed, 200U);
+    EXPECT_LE(server_.requests().size(), 8U);
+}
+
+TEST_F(CurlRun, AsksASilentServerAgainOutsideOfARun)
+{
+    limit([](auto& limits) { limits.silence = milliseconds(50); });
+    server_.on("/never", Reply::never());
+    EXPECT_FALSE(browse(server_.url("/never")));
+    EXPECT_TRUE(isAskedAgain(server_.url("/never")));
+}
+
+// One slow library must not fail all others.
+TEST_F(CurlRun, AsksAServerAgainThatHasAnsweredBefore)
+{
+    const Curl::Run run;
+    limit([](auto& limits) { limits.silence = milliseconds(100); });
+    server_.on("/missing", Reply{.status = 404});
+    server_.on("/never", Reply::never());
+    EXPECT_FALSE(browse(server_.url("/missing"))) << "any answer shows that it answers";
+    EXPECT_FALSE(browse(server_.url("/never")));
+    EXPECT_TRUE(isAskedAgain(server_.url("/never")));
+}
+
+TEST_F(CurlRun, AsksAServerAgainThatBeganToAnswer)
+{
+    const Curl::Run run;
+    limit([](auto& limits) { limits.silence = milliseconds(100); });
+    server_.on("/half", Reply{.raw = "HTTP/1.1 200 OK\r\n", .ending = Reply::Ending::hang});
+    EXPECT_FALSE(browse(server_.url("/half")));
+    EXPECT_TRUE(isAskedAgain(server_.url("/half")));
+}
+
+TEST_F(CurlRun, ASilentServerIsNotTheOneThatRedirectsToIt)
+{
+    const Curl::Run run;
+    limit([](auto& limits) { limits.silence = milliseconds(100); });
+    test::ScriptedServer silent;
+    silent.otherwise([](const SeenRequest&) { return Reply::never(); });
+    server_.on("/moved", Reply::redirect(silent.url("/a")));
+    server_.on("/a", Reply{.body = "a"});
+    EXPECT_FALSE(browse(server_.url("/moved")));
+    EXPECT_FALSE(isAskedAgain(silent.url("/b")));
+    EXPECT_TRUE(browse(server_.url("/a")));
+}
+
+TEST_F(CurlRun, AnswersThatComeAfterTheFirstTimeOutCount)
+{
+    const Curl::Run run;
+    Gate gate;
+    server_.on("/never", Reply::never());
+    server_.on("/late", Reply{.body = "late", .beforeHeader = gate});
+    limit([](auto& limits) { limits.silence = milliseconds(100); });
+    // While the late answer is awaited, another transfer of this run times out.
+    std::function<void()> meanwhile = [&] {
+        EXPECT_FALSE(browse(server_.url("/never")));
+        gate.openForGood();
+        meanwhile = [] {};
+    };
+    const auto doMeanwhile = [](void* work, double, double, double, double) {
+        const std::function<void()> todo = *static_cast<std::function<void()>*>(work);
+        todo();
+        return 0;
+    };
+    EXPECT_TRUE(download(server_.url("/late"), {}, &meanwhile, doMeanwhile).succeeded);
+    EXPECT_TRUE(isAskedAgain(server_.url("/never")));
 }
 
 TEST_F(CurlRun, AsksAgainAfterOtherFailures)

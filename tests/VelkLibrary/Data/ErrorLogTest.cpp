@@ -387,6 +387,7 @@ TEST_F(ErrorLogTest, ThreadsLoseAndMixNothing)
 
 #include "support/Processes.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -399,6 +400,39 @@ TEST_F(ErrorLogTest, ProcessesLoseAndMixNothing)
     first.wait();
     second.wait();
     expectAllOnce(records(), 16, 50, 'A');
+}
+
+// In a folder that everybody may write to, anybody can put a link in the log's place.
+TEST_F(ErrorLogTest, ALinkInTheLogsPlaceIsNotFollowed)
+{
+    const fileString other = folder() / U"other";
+    ASSERT_EQ(::symlink(other.utf8().c_str(), path().utf8().c_str()), 0);
+    EXPECT_NO_THROW(ErrorLog() << "lost");
+    EXPECT_FALSE(other.pathExists()) << "created through the link";
+    test::writeFile(other, "kept");
+    EXPECT_NO_THROW(ErrorLog() << "lost");
+    EXPECT_EQ(test::readFile(other), "kept");
+}
+
+TEST_F(ErrorLogTest, AFileWithASecondNameIsNotAppendedTo)
+{
+    const fileString other = folder() / U"other";
+    test::writeFile(other, "kept");
+    ASSERT_EQ(::link(other.utf8().c_str(), path().utf8().c_str()), 0);
+    EXPECT_NO_THROW(ErrorLog() << "lost");
+    EXPECT_EQ(test::readFile(other), "kept");
+}
+
+TEST_F(ErrorLogTest, APipeInTheLogsPlaceLosesTheRecord)
+{
+    ASSERT_EQ(::mkfifo(path().utf8().c_str(), 0666), 0);
+    const int reader = ::open(path().utf8().c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    ASSERT_NE(reader, -1);
+    EXPECT_NO_THROW(ErrorLog() << "lost");
+    char byte = 0;
+    EXPECT_EQ(::read(reader, &byte, 1), 0);
+    ::close(reader);
+    EXPECT_NO_THROW(ErrorLog() << "lost, too");
 }
 
 TEST_F(ErrorLogTest, AFullDiskLosesTheRecordWithoutNotice)

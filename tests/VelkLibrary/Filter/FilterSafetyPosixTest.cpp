@@ -1,4 +1,5 @@
 #include <VelkCommon/Files/LockingFStream.h>
+#include <VelkLibrary/Filter/FilterFile.h>
 #include <VelkLibrary/JsonReader.h>
 #include <VelkLibrary/LibraryFilterManager.h>
 
@@ -6,14 +7,38 @@
 #include "support/DocumentDeaths.h"
 #include "support/Numbers.h"
 #include "support/OpenModes.h"
+#include "support/Processes.h"
 
 #include <gmock/gmock.h>
 
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+
+#include <cerrno>
+#include <cstddef>
+#include <cstdint>
+#include <new>
 
 namespace {
 
 using testing::ElementsAre;
+
+// From now on this process, which must be a child, gets no memory from the system for that call.
+void refuseMemoryFor(long systemCall)
+{
+    sock_filter filter[] = {
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<std::uint32_t>(systemCall), 0, 1),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOMEM),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    };
+    const sock_fprog program{static_cast<unsigned short>(std::size(filter)), filter};
+    ASSERT_EQ(::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), 0);
+    ASSERT_EQ(::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program), 0);
+}
 
 class FilterSafety : public test::FilterTest
 {
@@ -54,6 +79,22 @@ TEST_F(FilterSafety, ADeathWhileMergingLeavesTheOldOrTheNewFile)
         [](const std::string& text) {
             return text.find("nnnnnnnnnn") != std::string::npos && !json::read(text)->empty();
         });
+}
+
+// A file that was taken for a missing or a damaged one would be replaced by what is held instead.
+TEST_F(FilterSafety, LackOfMemoryIsNoFaultOfTheFile)
+{
+    useFilters('o', 1);
+    const std::string text = savedText();
+    const fileString path = filterFile();
+    for (const long systemCall : {SYS_newfstatat, SYS_openat}) {
+        test::inChild([&] {
+            refuseMemoryFor(systemCall);
+            FilterFile file;
+            EXPECT_THROW(file.read(path), std::bad_alloc) << systemCall;
+        });
+    }
+    EXPECT_EQ(test::readFile(path), text);
 }
 
 TEST_F(FilterSafety, AFullDiskLeavesTheOldFile)

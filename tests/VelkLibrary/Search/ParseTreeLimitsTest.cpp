@@ -2,6 +2,7 @@
 #include <VelkLibrary/Search/ParseTree.h>
 
 #include "VelkLibrary/Search/ParseTreeText.h"
+#include "support/CountedMemory.h"
 
 #include <gtest/gtest.h>
 
@@ -143,6 +144,30 @@ TEST(ParseSearchTermsLimits, OnlyMarks)
     EXPECT_EQ(parseSearchTerms(repeated(4000, U"-")), ParseTree());
     EXPECT_EQ(parseSearchTerms(repeated(4000, U")")), ParseTree());
     EXPECT_EQ(parseSearchTerms(repeated(16'384, U"|")), ParseTree());
+}
+
+// ---- Memory --------------------------------------------------------------------------------------
+
+// A search for nothing would find what nobody asked for.
+TEST(ParseSearchTerms, LackOfMemoryIsNoEmptyTree)
+{
+    const std::u32string text = U"(a chair with a name that no short string holds | table) -(red | blue)";
+    const ParseTree whole = parseSearchTerms(text);
+    ASSERT_FALSE(whole.groups.empty());
+    std::size_t refused = 0;
+    for (bool ended = false; !ended; ++refused) {
+        test::failingAllocation = refused;
+        try {
+            const ParseTree tree = parseSearchTerms(text);
+            ended = test::failingAllocation != SIZE_MAX;
+            test::failingAllocation = SIZE_MAX;
+            ASSERT_TRUE(ended) << "the failure of allocation " << refused << " went unnoticed";
+            EXPECT_EQ(describe(tree), describe(whole));
+        } catch (const std::bad_alloc&) {
+            test::failingAllocation = SIZE_MAX;
+        }
+    }
+    EXPECT_GT(refused, 20U);
 }
 
 }  // namespace

@@ -80,6 +80,16 @@ TEST_F(UpdaterIndex, WithoutOneTheInstalledCatalogsAreChecked)
     EXPECT_THAT(log(), ElementsAre("Failed to Download Core Library Index File:  " + indexUrl()));
 }
 
+TEST_F(UpdaterIndex, ItsAddressIsLoggedWithoutThePassword)
+{
+    address.insert(address.find("//") + 2, "user:secret@");
+    answer(indexName, test::Reply{.status = 401});
+    run();
+    EXPECT_THAT(log(), ElementsAre("Failed to Download Core Library Index File:  " + indexUrl()));
+    ASSERT_THAT(requests(indexName, "GET"), SizeIs(1));
+    EXPECT_EQ(requests(indexName, "GET")[0].header("Authorization"), "Basic dXNlcjpzZWNyZXQ=");
+}
+
 TEST_F(UpdaterIndex, CutShortIsIgnored)
 {
     test::Reply cut{.body = "a.calib\nb.calib\n"};

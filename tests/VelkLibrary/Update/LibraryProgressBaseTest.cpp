@@ -211,12 +211,10 @@ TEST_F(ProgressBase, AReceiverMayBeDestroyedWhileAWorkerSends)
                 job.sendText("a text that is longer than a short string");
                 job.sendEnd({0, {"name"}, 0});
             });
-            const auto deliverUntilSent = [&](std::size_t count) {
-                test::repeatUntil([&] { return worker.rounds().count() >= count; }, &test::deliverEvents);
-            };
-            deliverUntilSent(5 + round % 7);
+            worker.rounds().waitFor(1 + round % 7);
+            test::deliverEvents();
             receiver.reset();
-            deliverUntilSent(worker.rounds().count() + 5);
+            worker.rounds().waitFor(worker.rounds().count() + 2);
         }
         test::deliverEvents();
     }
@@ -260,6 +258,168 @@ TEST_F(ProgressBase, AReceiverOnAThreadOfItsOwnIsCalledThere)
     EXPECT_THAT(calledOn, ElementsAre(&thread, &thread));
     if (!thread.wait(QDeadlineTimer(test::patience)))
         test::giveUp("the thread of the receiver does not end");
+}
+
+// ---- Moves to other threads ----------------------------------------------------------------------
+
+/// A thread with an event loop, which ends with the object.
+class LoopThread
+{
+public:
+    LoopThread() { thread_.start(); }
+    ~LoopThread() { end(); }
+    LoopThread(const LoopThread&) = delete;
+    LoopThread& operator=(const LoopThread&) = delete;
+
+    QThread* get() { return &thread_; }
+
+    void end()
+    {
+        thread_.quit();
+        if (!thread_.wait(QDeadlineTimer(test::patience)))
+            test::giveUp("a thread with an event loop does not end");
+    }
+
+private:
+    QThread thread_;
+};
+
+class MovedReceiver : public ProgressBase
+{
+protected:
+    static constexpr std::size_t calls = 10'000;
+
+    static void sendAll(const Job& job)
+    {
+        for (std::size_t i = 0; i < calls; ++i)
+            job.sendValue(i);
+    }
+
+    // What the receiver does with each call: it goes to `next` after `before` calls, and tells when it has got all.
+    void moveAfter(std::size_t before, QThread* next)
+    {
+        receiver_->reaction = [this, before, next](const test::Event& event) {
+            if (event.number == before) {
+                receiver_->moveToThread(next);
+                moves_.add();
+            }
+            calledOn_.push_back(QThread::currentThread());
+            if (event.number + 1 == calls)
+                ends_.add();
+        };
+    }
+
+    void expectAllInOrder() const
+    {
+        ASSERT_THAT(receiver_->events(), SizeIs(calls));
+        for (std::size_t i = 0; i < calls; ++i)
+            ASSERT_EQ(receiver_->events()[i].number, i);
+    }
+
+    std::unique_ptr<RecordingReceiver> receiver_ = std::make_unique<RecordingReceiver>();
+    std::vector<QThread*> calledOn_;
+    test::Tally moves_;
+    test::Tally ends_;
+};
+
+// The thread that the receiver leaves, the test's, runs no event loop at all.
+TEST_F(MovedReceiver, BeforeTheFirstCallIsCalledOnItsNewThread)
+{
+    LoopThread next;
+    const Job job(*receiver_);
+    moveAfter(calls, nullptr);
+    receiver_->moveToThread(next.get());
+    test::Thread([&] { sendAll(job); }).join();
+    ends_.waitFor(1);
+    next.end();
+    expectAllInOrder();
+    EXPECT_THAT(calledOn_, Each(next.get()));
+}
+
+TEST_F(MovedReceiver, TakesTheCallsAlongThatAreUnderWay)
+{
+    LoopThread next;
+    const Job job(*receiver_);
+    moveAfter(calls, nullptr);
+    test::Thread([&] { sendAll(job); }).join();
+    receiver_->moveToThread(next.get());
+    ends_.waitFor(1);
+    next.end();
+    expectAllInOrder();
+    EXPECT_THAT(calledOn_, Each(next.get()));
+}
+
+TEST_F(MovedReceiver, InTheMiddleOfARunGetsAllInOrder)
+{
+    for (int round = 0; round < 5; ++round) {
+        LoopThread next;
+        receiver_ = std::make_unique<RecordingReceiver>();
+        calledOn_.clear();
+        const Job job(*receiver_);
+        moveAfter(calls / 3, next.get());
+        test::runBesideEventLoop([&] { sendAll(job); });
+        ends_.waitFor(static_cast<std::size_t>(round) + 1);
+        next.end();
+        expectAllInOrder();
+        EXPECT_THAT(calledOn_, testing::Contains(next.get()).Times(calls - calls / 3 - 1));
+    }
+}
+
+TEST_F(MovedReceiver, IsCalledAlthoughTheThreadThatItLeftHasEnded)
+{
+    LoopThread first;
+    LoopThread next;
+    receiver_->moveToThread(first.get());
+    const Job job(*receiver_);
+    moveAfter(0, next.get());
+    job.sendValue(0);
+    moves_.waitFor(1);
+    first.end();
+    for (std::size_t i = 1; i < calls; ++i)
+        job.sendValue(i);
+    ends_.waitFor(1);
+    next.end();
+    expectAllInOrder();
+}
+
+TEST_F(MovedReceiver, MayBeDestroyedOnItsNewThreadWhileAWorkerSends)
+{
+    LoopThread next;
+    for (std::size_t round = 0; round < 100; ++round) {
+        auto* const receiver = new RecordingReceiver;
+        test::Tally ends;
+        QObject::connect(receiver, &QObject::destroyed, [&ends] { ends.add(); });
+        receiver->reaction = [&ends, receiver, left = 1 + round % 7](const test::Event&) mutable {
+            if (left > 0 && --left == 0)
+                receiver->deleteLater();
+        };
+        const Job job(*receiver);
+        receiver->moveToThread(next.get());
+        const test::Repeatedly worker([&] {
+            job.sendText("a text that is longer than a short string");
+            job.sendEnd({0, {"name"}, 0});
+        });
+        ends.waitFor(1);
+        worker.rounds().waitFor(worker.rounds().count() + 2);
+    }
+}
+
+TEST_F(ProgressBase, TheReceiverKeepsNoTraceOfJobsThatAreGone)
+{
+    class Counting : public QObject
+    {
+    public:
+        int connections() const { return receivers(SIGNAL(destroyed(QObject*))); }
+    };
+    Counting receiver;
+    for (int i = 1; i <= 10; ++i) {
+        const Job job(receiver);
+        const Job copy(job);
+        EXPECT_EQ(receiver.connections(), i) << "until the calls are made";
+        test::Thread([another = Job(copy)] { another.sendStep(); }).join();
+    }
+    test::deliverEvents();
+    EXPECT_EQ(receiver.connections(), 0);
 }
 
 }  // namespace

@@ -1,0 +1,17 @@
+#include <VelkCommon/Files/FolderListing.h>
+
+#include <VelkCommon/Platform/FolderEntries.h>
+
+#include <utility>
+
+namespace Velk {
+
+std::vector<FolderEntry> folderEntries(const fileString& folder, std::error_code& error)
+{
+    std::vector<FolderEntry> entries;
+    for (Platform::FolderEntry& entry : Platform::folderEntries(folder.utf8(), error))
+        entries.push_back({fileString(std::move(entry.name)), entry.folder});
+    return entries;
+}
+
+}  // namespace Velk
