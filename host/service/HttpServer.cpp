@@ -22,7 +22,7 @@ namespace VelkHost {
 
 namespace asio = boost::asio;
 using boost::system::error_code;
-using tcp = asio::ip::tcp;
+using Tcp = asio::ip::tcp;
 using Clock = std::chrono::steady_clock;
 
 namespace {
@@ -58,17 +58,17 @@ private:
 class Wire
 {
 public:
-    Wire(tcp::socket socket, asio::ssl::context* tls) : socket_(std::move(socket))
+    Wire(Tcp::socket socket, asio::ssl::context* tls) : socket_(std::move(socket))
     {
         if (tls != nullptr)
             tls_.emplace(socket_, *tls);
     }
 
-    bool isSecure() const noexcept { return tls_.has_value(); }
+    bool hasTls() const noexcept { return tls_.has_value(); }
 
     /// The beginning of TLS.
     template <typename Handler>
-    void secure(Handler handler)
+    void beginTls(Handler handler)
     {
         tls_->async_handshake(asio::ssl::stream_base::server, std::move(handler));
     }
@@ -93,17 +93,17 @@ public:
 
     /// The end of TLS.
     template <typename Handler>
-    void unsecure(Handler handler)
+    void endTls(Handler handler)
     {
         tls_->async_shutdown(std::move(handler));
     }
 
     /// The connection below TLS.
-    tcp::socket& socket() noexcept { return socket_; }
+    Tcp::socket& socket() noexcept { return socket_; }
 
 private:
-    tcp::socket socket_;
-    std::optional<asio::ssl::stream<tcp::socket&>> tls_;
+    Tcp::socket socket_;
+    std::optional<asio::ssl::stream<Tcp::socket&>> tls_;
 };
 
 /// What a connection is doing, in the order in which connections have to make room for others.
@@ -127,7 +127,7 @@ std::string answerHead(const HttpAnswer& answer, bool oldVersion, bool keepsConn
 {
     std::string text = "HTTP/1.1 " + std::to_string(answer.status) + " " + statusPhrase(answer.status) + "\r\n";
     for (const auto& [name, value] : answer.fields)
-        text += name + ": " + value + "\r\n";
+        text.append(name).append(": ").append(value).append("\r\n");
     if (answer.status != notModified)
         text += "Content-Length: " + std::to_string(answer.source ? answer.length : answer.text.size()) + "\r\n";
     if (!keepsConnection)
@@ -142,16 +142,16 @@ std::string answerHead(const HttpAnswer& answer, bool oldVersion, bool keepsConn
 class Session : public std::enable_shared_from_this<Session>
 {
 public:
-    Session(SessionOwner& owner, tcp::socket socket, asio::ssl::context* tls)
+    Session(SessionOwner& owner, Tcp::socket socket, asio::ssl::context* tls)
         : owner_(owner), timer_(socket.get_executor()), wire_(std::move(socket), tls), pace_(owner.limits())
     {}
 
     void begin()
     {
-        if (!wire_.isSecure())
+        if (!wire_.hasTls())
             return awaitRequest();
         wait(State::Asking, Clock::now() + owner_.limits().asking);
-        wire_.secure([self = shared_from_this()](error_code error) { error ? self->close() : self->awaitRequest(); });
+        wire_.beginTls([self = shared_from_this()](error_code error) { error ? self->close() : self->awaitRequest(); });
     }
 
     void close()
@@ -324,8 +324,8 @@ private:
     void leave()
     {
         wait(State::Leaving, Clock::now() + owner_.limits().leaving);
-        if (wire_.isSecure())
-            wire_.unsecure([self = shared_from_this()](error_code) { self->hangUp(); });
+        if (wire_.hasTls())
+            wire_.endTls([self = shared_from_this()](error_code) { self->hangUp(); });
         else
             hangUp();
     }
@@ -333,7 +333,7 @@ private:
     void hangUp()
     {
         error_code ignored;
-        wire_.socket().shutdown(tcp::socket::shutdown_send, ignored);
+        wire_.socket().shutdown(Tcp::socket::shutdown_send, ignored);
         dropRest();
     }
 
@@ -436,8 +436,8 @@ private:
     void listen(const std::string& address, int port)
     {
         error_code error;
-        tcp::resolver resolver(context_);
-        const auto flags = tcp::resolver::passive | tcp::resolver::numeric_service;
+        Tcp::resolver resolver(context_);
+        const auto flags = Tcp::resolver::passive | Tcp::resolver::numeric_service;
         for (const auto& place : resolver.resolve(address, std::to_string(port), flags, error)) {
             acceptor_.close(error);
             acceptor_.open(place.endpoint().protocol(), error);
@@ -446,7 +446,7 @@ private:
             allowQuickRestart(static_cast<std::intptr_t>(acceptor_.native_handle()));
             acceptor_.bind(place.endpoint(), error);
             if (!error)
-                acceptor_.listen(tcp::acceptor::max_listen_connections, error);
+                acceptor_.listen(Tcp::acceptor::max_listen_connections, error);
             if (!error)
                 return;
         }
@@ -469,7 +469,7 @@ private:
 
     void accept()
     {
-        acceptor_.async_accept([this](error_code error, tcp::socket socket) {
+        acceptor_.async_accept([this](error_code error, Tcp::socket socket) {
             if (ending_)
                 return;
             if (error)
@@ -496,11 +496,11 @@ private:
         });
     }
 
-    void begin(tcp::socket socket)
+    void begin(Tcp::socket socket)
     {
         error_code ignored;
-        socket.set_option(tcp::no_delay(true), ignored);
-        socket.set_option(tcp::socket::send_buffer_size(static_cast<int>(limits_.sendBuffer)), ignored);
+        socket.set_option(Tcp::no_delay(true), ignored);
+        socket.set_option(Tcp::socket::send_buffer_size(static_cast<int>(limits_.sendBuffer)), ignored);
         const auto session = std::make_shared<Session>(*this, std::move(socket), tls_ ? &*tls_ : nullptr);
         sessions_.insert(session);
         session->begin();
@@ -542,7 +542,7 @@ private:
     const Handler handler_;
     std::optional<asio::ssl::context> tls_;
     asio::io_context context_{1};
-    tcp::acceptor acceptor_{context_};
+    Tcp::acceptor acceptor_{context_};
     asio::steady_timer timer_{context_};
     std::set<std::shared_ptr<Session>> sessions_;
     bool ending_ = false;
