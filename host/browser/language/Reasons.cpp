@@ -81,6 +81,7 @@ namespace {
     QT_TRANSLATE_NOOP("Reason", "%1: cannot be fetched"),
     QT_TRANSLATE_NOOP("Reason", "there is too little memory"),
     QT_TRANSLATE_NOOP("Reason", "is not a published site; see \"velk publish --help\""),
+    QT_TRANSLATE_NOOP("Reason", "cannot be read; this user needs the right to list and to search it"),
     QT_TRANSLATE_NOOP("Reason", "cannot be listened on; is another program using the port?"),
 };
 

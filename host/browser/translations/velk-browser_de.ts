@@ -327,6 +327,10 @@
         <translation>Das ist kein veröffentlichter Bestand; siehe „velk publish --help“</translation>
     </message>
     <message>
+        <source>cannot be read; this user needs the right to list and to search it</source>
+        <translation>Das Lesen ist nicht möglich; dieser Benutzer braucht das Recht, den Ordner aufzulisten und zu durchsuchen</translation>
+    </message>
+    <message>
         <source>cannot be listened on; is another program using the port?</source>
         <translation>Auf dieser Adresse kann nicht gelauscht werden; benutzt ein anderes Programm den Port?</translation>
     </message>

@@ -327,6 +327,10 @@
         <translation>ce n’est pas un site publié&#xa0;; voir «&#xa0;velk publish --help&#xa0;»</translation>
     </message>
     <message>
+        <source>cannot be read; this user needs the right to list and to search it</source>
+        <translation>lecture impossible&#xa0;; cet utilisateur doit avoir le droit de lister et de parcourir ce dossier</translation>
+    </message>
+    <message>
         <source>cannot be listened on; is another program using the port?</source>
         <translation>impossible d’écouter à cette adresse&#xa0;; un autre programme utilise-t-il le port&#xa0;?</translation>
     </message>
