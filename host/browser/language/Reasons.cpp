@@ -68,7 +68,7 @@ namespace {
     QT_TRANSLATE_NOOP("Reason", "%1; repair it, or move it away"),
     QT_TRANSLATE_NOOP("Reason", "cannot be written; the cards are as they were"),
     QT_TRANSLATE_NOOP("Reason", "there is no manufacturer %1"),
-    QT_TRANSLATE_NOOP("Reason", "\"%1\" is not a plain file name for a logo"),
+    QT_TRANSLATE_NOOP("Reason", "\"%1\" is not a safe name for a logo"),
     QT_TRANSLATE_NOOP("Reason", "is not a JSON object"),
     QT_TRANSLATE_NOOP("Reason", "%1 is not an object"),
     QT_TRANSLATE_NOOP("Reason", "%1 is not a list"),

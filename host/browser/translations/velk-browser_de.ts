@@ -311,8 +311,8 @@
         <translation>Es gibt keinen Hersteller %1</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; is not a plain file name for a logo</source>
-        <translation>„%1“ ist kein einfacher Dateiname für ein Logo</translation>
+        <source>&quot;%1&quot; is not a safe name for a logo</source>
+        <translation>„%1“ ist kein sicherer Name für ein Logo</translation>
     </message>
     <message>
         <source>&quot;%1&quot; is not a web address</source>

@@ -311,8 +311,8 @@
         <translation>il n’y a pas de fabricant %1</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; is not a plain file name for a logo</source>
-        <translation>«&#xa0;%1&#xa0;» n’est pas un simple nom de fichier pour un logo</translation>
+        <source>&quot;%1&quot; is not a safe name for a logo</source>
+        <translation>«&#xa0;%1&#xa0;» n’est pas un nom sûr pour un logo</translation>
     </message>
     <message>
         <source>&quot;%1&quot; is not a web address</source>

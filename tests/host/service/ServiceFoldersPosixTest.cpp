@@ -75,4 +75,13 @@ TEST_F(ServiceFolders, ThatCannotBeReadAreNotTakenForEmptyOnes)
     }
 }
 
+TEST_F(ServiceFolders, OfLogosAreNoLinks)
+{
+    test::writeFileDeep(input(U"logos/doors/a.png"), "logo");
+    fs::create_symlink((input(U"logos")).utf8(), input(U"logos/doors/again").utf8());
+    fs::create_symlink("doors", input(U"logos/also").utf8());
+    EXPECT_THAT(problems(), testing::UnorderedElementsAre(StartsWith("logos/also: is a link to a folder"),
+                                                          StartsWith("logos/doors/again: is a link to a folder")));
+}
+
 }  // namespace
