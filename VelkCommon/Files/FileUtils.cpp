@@ -65,6 +65,12 @@ bool FileUtils::pathExists(const fileString& path)
     return path.pathExists();
 }
 
+bool FileUtils::isLink(const fileString& path)
+{
+    // A separator at the end would lead through the link.
+    return guarded([&] { return Platform::linkAt(Velk::detail::withoutTrailingSeparators(path.utf8())); }, false);
+}
+
 bool FileUtils::removePath(const fileString& path, MethodFlags flags)
 {
     return Platform::removeFile(path.utf8(), (flags & overrideReadOnly) != 0);

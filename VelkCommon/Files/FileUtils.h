@@ -19,6 +19,9 @@ public:
     /// Whether a file or folder exists at `path`.
     static bool pathExists(const fileString& path);
 
+    /// Whether a link stands at `path`, wherever it leads; on Windows a junction counts as one.
+    static bool isLink(const fileString& path);
+
     /// Deletes one file, or one link (never its target). False for a folder and when nothing is
     /// there.
     static bool removePath(const fileString& path, MethodFlags flags);

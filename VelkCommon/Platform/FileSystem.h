@@ -34,6 +34,8 @@ struct FileStatus
 VELKCOMMON_EXPORT std::optional<FileStatus> fileStatus(const std::string& path) noexcept;
 /// Whether something has the name `path`, even if it is only a dangling link.
 VELKCOMMON_EXPORT bool nameTaken(const std::string& path) noexcept;
+/// Whether a link stands at `path`, wherever it leads; on Windows also any other reparse point, such as a junction.
+VELKCOMMON_EXPORT bool linkAt(const std::string& path) noexcept;
 
 /// Creates one folder that every user may write to, whatever the process's defaults are. True as well when
 /// the folder already exists; then nothing changes.

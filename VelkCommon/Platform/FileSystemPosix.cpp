@@ -82,6 +82,12 @@ bool nameTaken(const std::string& path) noexcept
     return linkStatus(path, status);
 }
 
+bool linkAt(const std::string& path) noexcept
+{
+    struct stat status = {};
+    return linkStatus(path, status) && S_ISLNK(status.st_mode);
+}
+
 bool createSharedFolder(const std::string& path) noexcept
 {
     if (::mkdir(systemPath(path), allBits) != 0) {

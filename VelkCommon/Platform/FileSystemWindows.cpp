@@ -78,6 +78,16 @@ bool nameTaken(const std::string& path) noexcept
     return guarded([&] { return attributesOf(systemPath(path)) != INVALID_FILE_ATTRIBUTES; }, false);
 }
 
+bool linkAt(const std::string& path) noexcept
+{
+    return guarded(
+        [&] {
+            const DWORD attributes = attributesOf(systemPath(path));
+            return attributes != INVALID_FILE_ATTRIBUTES && isLink(attributes);
+        },
+        false);
+}
+
 bool createSharedFolder(const std::string& path) noexcept
 {
     return guarded(

@@ -73,9 +73,9 @@ public:
     /// not have are dropped. Failures are not reported; without the service's file nothing changes.
     ///
     /// `dataUrl` is the address of the service's data file; a logo's is `logoUrl`, "&logo-path=" and the
-    /// logo's name. Logos are written to and removed from the manufacturer data folder only, under names that
-    /// are plain file names and not those of the module's own files. Any other name is kept in its card, and no
-    /// file is touched for it.
+    /// logo's name. Logos are written to and removed from the manufacturer data folder only, under safe
+    /// names (see Library::isSafeLogoName()), whose folders are made where they are missing; a link there is not
+    /// followed. Any other name is kept in its card, and no file is touched for it.
     void checkForManufacturerUpdates(const std::u32string& dataUrl, const std::u32string& logoUrl);
 
     /// Does the same and returns an account of what it learned and did. Unlike checkForManufacturerUpdates() it

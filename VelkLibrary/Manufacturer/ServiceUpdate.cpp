@@ -1,10 +1,12 @@
 #include <VelkLibrary/Manufacturer/detail/ServiceUpdate.h>
 
 #include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Files/SHA1.h>
 #include <VelkCommon/Network/Curl.h>
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkLibrary/Manufacturer/LogoName.h>
+#include <VelkLibrary/Manufacturer/detail/LogoFolders.h>
 
 namespace Library::detail {
 namespace {
@@ -17,31 +19,51 @@ bool fetch(const fileString& url, const fileString& target, std::string& reason)
     return Curl::get().download_to_location(StringConvert::toWin1252(url.unicodeString()), target, reason);
 }
 
+fileString dataFolder()
+{
+    return PathUtils::getObject().getManufacturerDataPath();
+}
+
+// A logo without a folder of its own stands beside the data file.
+bool makeFolderOf(const fileString& name)
+{
+    const fileString folder = name.parentPath();
+    return folder.empty() || FileUtils::createDirectoriesWithPerm(dataFolder() / folder);
+}
+
 // Empty when there is no such file.
 std::string logoDigest(const Manufacturer& card)
 {
-    if (!isSafeLogoName(card.getManufacturerLogoName()))
+    if (!isSafeLogoName(card.getManufacturerLogoName()) ||
+        logoIsBehindLink(dataFolder(), card.getManufacturerLogoName()))
         return {};
     const fileString path = card.getManufacturerFullLogoName();
     return FileUtils::fileSize(path) > 0 ? SHA1::fileContentsToSHA1Hex(path) : std::string();
 }
 
+// A link in the logo's own place is removed itself.
 void removeLogo(const Manufacturer& card)
 {
-    if (isSafeLogoName(card.getManufacturerLogoName()))
+    if (isSafeLogoName(card.getManufacturerLogoName()) &&
+        !logoFoldersHoldLink(dataFolder(), card.getManufacturerLogoName()))
         FileUtils::removePath(card.getManufacturerFullLogoName(), FileUtils::overrideReadOnly);
 }
 
 // Why the logo did not come; empty when it did.
 std::string fetchLogo(const Manufacturer& card, const std::u32string& logoUrl)
 {
-    if (!isSafeLogoName(card.getManufacturerLogoName()))
-        return "its name is not a plain file name";
+    const fileString name = card.getManufacturerLogoName();
+    const fileString path = card.getManufacturerFullLogoName();
+    if (!isSafeLogoName(name))
+        return "its name is not safe";
+    if (logoIsBehindLink(dataFolder(), name))
+        return "a link stands in its place or on the way there";
+    if (!makeFolderOf(name))
+        return "its folder cannot be made";
     std::string reason;
-    if (!fetch(fileString(logoUrl) + fileString(std::u32string(logoPathParameter)) + card.getManufacturerLogoName(),
-               card.getManufacturerFullLogoName(), reason))
+    if (!fetch(fileString(logoUrl) + fileString(std::u32string(logoPathParameter)) + name, path, reason))
         return reason;
-    return FileUtils::fileSize(card.getManufacturerFullLogoName()) > 0 ? std::string() : "it is empty";
+    return FileUtils::fileSize(path) > 0 ? std::string() : "it is empty";
 }
 
 LogoChange compareLogos(const std::string& before, const std::string& after)

@@ -46,7 +46,7 @@ void requireLogoName(const Manufacturer& card)
 {
     const fileString logo = card.getManufacturerLogoName();
     if (!logo.empty() && !Library::isSafeLogoName(logo))
-        throw DataError({"\"%1\" is not a plain file name for a logo", {logo.utf8()}},
+        throw DataError({"\"%1\" is not a safe name for a logo", {logo.utf8()}},
                         "The logo itself belongs in " + PathUtils::getObject().getManufacturerDataPath().utf8());
 }
 
@@ -80,7 +80,7 @@ private:
         if (logo.empty() || card.isDeleted())
             return;
         if (!Library::isSafeLogoName(logo))
-            add("names the logo \"" + logo.utf8() + "\", which is not a plain file name");
+            add("names the logo \"" + logo.utf8() + "\", which is not a safe name");
         else if (!hasLogoFile(card))
             add("names the logo \"" + logo.utf8() + "\", which is not there");
     }
@@ -123,7 +123,9 @@ std::vector<std::string> changedFields(const Manufacturer& before, const Manufac
 
 bool hasLogoFile(const Manufacturer& card)
 {
-    return Library::isSafeLogoName(card.getManufacturerLogoName()) &&
+    const fileString name = card.getManufacturerLogoName();
+    return Library::isSafeLogoName(name) &&
+           !Library::logoIsBehindLink(PathUtils::getObject().getManufacturerDataPath(), name) &&
            FileUtils::fileSize(card.getManufacturerFullLogoName()) > 0;
 }
 

@@ -40,7 +40,8 @@ extern const std::array<CardField, 5> cardFields;
 /// The names of the fields that differ between two states of a card, apart from its time.
 std::vector<std::string> changedFields(const Manufacturer& before, const Manufacturer& after);
 
-/// Whether the logo's file exists. A name that is not a plain file name has no file, wherever it leads.
+/// Whether the logo's file exists. A name that is not safe has no file, wherever it leads,
+/// and none is behind a link.
 bool hasLogoFile(const Manufacturer& card);
 
 /// The current content of the installation's data file; empty when there is no file.
@@ -71,7 +72,7 @@ struct CardEdit
 };
 /// Changes a card, or makes one, and saves. Returns the names of the changed fields; if there are none, nothing is
 /// written. Throws DataError when the card to change is missing, when the card to make exists already, and for a
-/// logo's name that is not a plain file name.
+/// logo's name that is not safe (see Library::isSafeLogoName()).
 std::vector<std::string> editCard(long id, const CardEdit& edit);
 
 /// Replaces the default text and saves; false when it is the same already.

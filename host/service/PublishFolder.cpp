@@ -180,22 +180,41 @@ private:
         content_.libraries.emplace(name, std::move(source));
     }
 
+    /// Logos may stand in folders, whose names are part of theirs.
     void readLogos()
     {
-        const fileString folder = folder_ / U"logos";
-        requireFolder(folder);
-        for (const FolderEntry& entry : entriesOf(folder)) {
-            const fileString path = folder / entry.name;
-            const std::string& name = entry.name.utf8();
-            if (entry.isFolder)
-                refuse(path, "is a folder; logos stand side by side, as clients take plain names only");
-            else if (const std::string reason = whyNoLogoName(name); !reason.empty())
-                refuse(path, reason);
-            else if (!logos_.emplace(caseless(name), path).second)
-                refuse(path, "differs from another logo in letter case only");
-            else
-                attempt(path, [&] { content_.logos.emplace(name, sourceOf(path)); });
+        const fileString top = folder_ / U"logos";
+        requireFolder(top);
+        for (std::vector<std::string> open{""}; !open.empty();) {
+            const std::string below = std::move(open.back());
+            open.pop_back();
+            for (const FolderEntry& entry : entriesOf(top / fileString(below))) {
+                const std::string name = below + entry.name.utf8();
+                const fileString path = top / fileString(name);
+                if (!isLogoName(name, path, entry.isFolder))
+                    continue;
+                if (entry.isFolder)
+                    open.push_back(name + "/");
+                else
+                    attempt(path, [&] { content_.logos.emplace(name, sourceOf(path)); });
+            }
         }
+    }
+
+    /// Whether a logo may have this name, or a folder of logos. A disk may ignore letter case, so that a folder and a
+    /// logo, or two logos, would be one.
+    bool isLogoName(const std::string& name, const fileString& path, bool ofFolder)
+    {
+        const std::u32string key = caseless(name);
+        if (const std::string reason = whyNoLogoName(name); !reason.empty())
+            refuse(path, reason);
+        else if (ofFolder && FileUtils::isLink(path))
+            refuse(path, "is a link to a folder; logos stand in real ones");
+        else if (logos_.contains(key) || logoFolders_.contains(key))
+            refuse(path, "differs from another logo, or a folder of logos, in letter case only");
+        else
+            return (ofFolder ? logoFolders_ : logos_).insert(key).second;
+        return false;
     }
 
     void readManufacturers()
@@ -270,7 +289,8 @@ private:
     PublishContent content_;
     std::vector<PublishProblem> problems_;
     std::map<std::u32string, fileString> claimed_;
-    std::map<std::u32string, fileString> logos_;
+    std::set<std::u32string> logos_;
+    std::set<std::u32string> logoFolders_;
     std::set<std::u32string> withdrawn_;
 };
 

@@ -66,8 +66,14 @@ std::string whyNoLibraryName(const fileString& name)
 
 std::string whyNoLogoName(std::string_view name)
 {
-    if (std::string reason = whyNoFileName(name); !reason.empty())
-        return reason;
+    for (std::size_t begin = 0; begin <= name.size();) {
+        const std::size_t end = std::min(name.find('/', begin), name.size());
+        if (std::string reason = whyNoFileName(name.substr(begin, end - begin)); !reason.empty())
+            return reason;
+        begin = end + 1;
+    }
+    if (name.size() > Library::longestLogoName)
+        return "has a name of more than 1024 bytes, its folders included";
     if (!Library::isSafeLogoName(fileString(std::string(name))))
         return "has the name of one of a client's own files";
     if (!survivesWindows1252(name))

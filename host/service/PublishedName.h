@@ -23,7 +23,7 @@ std::string whyNoQueryValue(std::string_view name);
 std::string whyNoLibraryName(const fileString& name);
 
 /// Why a logo of this name cannot be published; empty when it can. Clients ask for logos in Windows-1252, and
-/// store them beside their own files, by plain names only.
+/// store them beside their own files. A "/" stands between a logo's folders and its file name.
 std::string whyNoLogoName(std::string_view name);
 
 /// The key under which a name that arrived in a query is looked up: letters A to Z count as a to z. (A

@@ -1,6 +1,7 @@
 #include "host/service/SelfSigned.h"
 
 #include "host/support/FileError.h"
+#include "host/support/Folders.h"
 #include "host/support/WholeFile.h"
 
 #include <VelkCommon/Files/FileUtils.h>
@@ -84,13 +85,25 @@ bool isCurrent(const fileString& path)
            days >= renewalDays;
 }
 
+void makePrivateFolder(const fileString& folder)
+{
+    if (FileUtils::createPrivateDirectory(folder))
+        return;
+    if (!folder.pathExists())
+        throw FileError(folder, "cannot be made; the folder above it must be there, and this user may change it");
+    if (!isFolder(folder))
+        throw FileError(folder, "is not a folder; name one that is not there yet, and it is made");
+    throw FileError(folder,
+                    "is open to other users, belongs to another one, or is a link, but the certificate's key must "
+                    "stay private; close it (chmod 700), or name a folder that is not there yet");
+}
+
 }  // namespace
 
 ServiceCertificate selfSignedCertificate(const fileString& folder)
 {
     ServiceCertificate files{folder / U"velk-service.crt", folder / U"velk-service.key"};
-    if (!FileUtils::createPrivateDirectory(folder))
-        throw FileError(folder, "is not a folder of this user alone, but the certificate's key must stay private");
+    makePrivateFolder(folder);
     if (isCurrent(files.certificate) && files.privateKey.pathExists())
         return files;
     const Owned<EVP_PKEY> key(EVP_EC_gen("P-256"));

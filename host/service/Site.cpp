@@ -1,6 +1,7 @@
 #include "host/service/Site.h"
 
 #include "host/support/FileError.h"
+#include "host/support/Folders.h"
 #include "host/support/QtText.h"
 #include "host/support/WholeFile.h"
 
@@ -121,6 +122,21 @@ private:
     fileString path_;
 };
 
+/// What a folder hides from this user must not be taken for a folder in which nothing is.
+void requireReadable(const fileString& site)
+{
+    if (!isFolder(site))
+        return;
+    const Reason hidden = "cannot be read; this user needs the right to list and to search it";
+    try {
+        for (const FolderEntry& entry : folderEntries(site))
+            if (entry.name.utf8() == "current")
+                throw FileError(site, hidden);
+    } catch (const FileError&) {
+        throw FileError(site, hidden);
+    }
+}
+
 }  // namespace
 
 bool SiteTable::sameContent(const SiteTable& other) const
@@ -146,8 +162,10 @@ bool isStoredName(std::string_view name)
 std::string currentTable(const fileString& site)
 {
     const fileString path = site / U"current";
-    if (!path.pathExists())
+    if (!path.pathExists()) {
+        requireReadable(site);
         return {};
+    }
     std::string name = readWhole(path, switchBytes);
     while (!name.empty() && (name.back() == '\n' || name.back() == '\r'))
         name.pop_back();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/service/HttpServer.h"
+
 #include <VelkCommon/Files/fileString.h>
 
 #include <cstdint>
@@ -9,13 +11,6 @@
 #include <string>
 
 namespace VelkHost {
-
-/// A certificate and its private key, as PEM files.
-struct ServiceCertificate
-{
-    fileString certificate;  ///< the service's own, followed by the intermediate ones
-    fileString privateKey;
-};
 
 /// A request that was answered.
 struct ServedRequest
@@ -40,19 +35,19 @@ struct ServiceOptions
     std::string address = "127.0.0.1";  ///< to listen on; reaches this machine only, unless changed
     int port = 0;                       ///< 0 for any free one
     std::optional<ServiceCertificate> tls;
-    /// Told of each request once it is answered; several threads, several calls at a time.
+    /// Told of each request once it is answered, on the service's thread.
     std::function<void(const ServedRequest&)> served;
+    ServiceLimits limits;
 };
 
 /// The content service within a program: for development, demonstrations and tests. It answers as soon as it
-/// is constructed and ends with the destructor, which waits for running requests.
+/// is constructed and ends with the destructor, which waits for running answers (see HttpServer).
 ///
 /// A newly published edition is served from the next request on. A request sees one edition, and a file
 /// that is being sent is sent to its end.
 ///
-/// Limits: 32 connections are served at a time, others wait; an idle one is closed after 2 seconds, a stalled
-/// one after 10; a request line has at most 8 KiB, each header 8 KiB, a body 64 KiB. Standing up to the
-/// internet is a web server's task.
+/// Slow and silent clients do not keep others waiting: see ServiceLimits. Standing up to the internet is a web
+/// server's task all the same.
 class SiteService
 {
 public:

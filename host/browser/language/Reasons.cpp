@@ -68,7 +68,7 @@ namespace {
     QT_TRANSLATE_NOOP("Reason", "%1; repair it, or move it away"),
     QT_TRANSLATE_NOOP("Reason", "cannot be written; the cards are as they were"),
     QT_TRANSLATE_NOOP("Reason", "there is no manufacturer %1"),
-    QT_TRANSLATE_NOOP("Reason", "\"%1\" is not a plain file name for a logo"),
+    QT_TRANSLATE_NOOP("Reason", "\"%1\" is not a safe name for a logo"),
     QT_TRANSLATE_NOOP("Reason", "is not a JSON object"),
     QT_TRANSLATE_NOOP("Reason", "%1 is not an object"),
     QT_TRANSLATE_NOOP("Reason", "%1 is not a list"),
@@ -115,6 +115,7 @@ namespace {
     QT_TRANSLATE_NOOP("Reason", "its catalog file could not be unpacked; is it damaged, or the disk full?"),
     QT_TRANSLATE_NOOP("Reason", "its textures and other files could not be unpacked; is it damaged, or the disk full?"),
     QT_TRANSLATE_NOOP("Reason", "is not a published site; see \"velk publish --help\""),
+    QT_TRANSLATE_NOOP("Reason", "cannot be read; this user needs the right to list and to search it"),
     QT_TRANSLATE_NOOP("Reason", "cannot be listened on; is another program using the port?"),
 };
 

@@ -311,8 +311,8 @@
         <translation>Es gibt keinen Hersteller %1</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; is not a plain file name for a logo</source>
-        <translation>„%1“ ist kein einfacher Dateiname für ein Logo</translation>
+        <source>&quot;%1&quot; is not a safe name for a logo</source>
+        <translation>„%1“ ist kein sicherer Name für ein Logo</translation>
     </message>
     <message>
         <source>&quot;%1&quot; is not a web address</source>
@@ -325,6 +325,10 @@
     <message>
         <source>is not a published site; see &quot;velk publish --help&quot;</source>
         <translation>Das ist kein veröffentlichter Bestand; siehe „velk publish --help“</translation>
+    </message>
+    <message>
+        <source>cannot be read; this user needs the right to list and to search it</source>
+        <translation>Das Lesen ist nicht möglich; dieser Benutzer braucht das Recht, den Ordner aufzulisten und zu durchsuchen</translation>
     </message>
     <message>
         <source>cannot be listened on; is another program using the port?</source>

@@ -311,8 +311,8 @@
         <translation>il n’y a pas de fabricant %1</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; is not a plain file name for a logo</source>
-        <translation>«&#xa0;%1&#xa0;» n’est pas un simple nom de fichier pour un logo</translation>
+        <source>&quot;%1&quot; is not a safe name for a logo</source>
+        <translation>«&#xa0;%1&#xa0;» n’est pas un nom sûr pour un logo</translation>
     </message>
     <message>
         <source>&quot;%1&quot; is not a web address</source>
@@ -325,6 +325,10 @@
     <message>
         <source>is not a published site; see &quot;velk publish --help&quot;</source>
         <translation>ce n’est pas un site publié&#xa0;; voir «&#xa0;velk publish --help&#xa0;»</translation>
+    </message>
+    <message>
+        <source>cannot be read; this user needs the right to list and to search it</source>
+        <translation>lecture impossible&#xa0;; cet utilisateur doit avoir le droit de lister et de parcourir ce dossier</translation>
     </message>
     <message>
         <source>cannot be listened on; is another program using the port?</source>

@@ -42,6 +42,20 @@ TEST_F(FileUtilsPosix, APrivateDirectoryIsNoLink)
 
 // ---- Links ---------------------------------------------------------------------------------------
 
+TEST_F(FileUtilsPosix, IsLinkLooksAtTheNameItself)
+{
+    test::writeFile(at(U"target"), "x");
+    makeFolder(at(U"folder"));
+    makeLink(at(U"target"), at(U"link"));
+    makeLink(at(U"folder"), at(U"folderlink"));
+    makeLink(at(U"nowhere"), at(U"dangling"));
+    for (const char32_t* name : {U"link", U"folderlink", U"folderlink/", U"dangling"})
+        EXPECT_TRUE(FileUtils::isLink(at(name))) << at(name);
+    for (const char32_t* name : {U"target", U"folder", U"folder/", U"none", U"link/none"})
+        EXPECT_FALSE(FileUtils::isLink(at(name))) << at(name);
+    EXPECT_FALSE(FileUtils::isLink({}));
+}
+
 TEST_F(FileUtilsPosix, RemovePathRemovesTheLinkNotItsTarget)
 {
     test::writeFile(at(U"target"), "x");

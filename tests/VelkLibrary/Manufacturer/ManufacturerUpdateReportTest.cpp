@@ -86,7 +86,7 @@ TEST_F(ToldUpdate, NamesWhatBecameOfEachLogo)
         describe(update.changes),
         ElementsAre("1 Changed, logo Unchanged", "2 Changed, logo Changed", "3 Changed, logo Gone",
                     "4 Changed, logo New", "5 Unchanged, logo Unchanged", "6 New, logo New", "7 New, logo Failed"));
-    EXPECT_EQ(update.changes.back().logoReason, "its name is not a plain file name");
+    EXPECT_EQ(update.changes.back().logoReason, "its name is not safe");
 }
 
 TEST_F(ToldUpdate, SaysWhyALogoDidNotCome)

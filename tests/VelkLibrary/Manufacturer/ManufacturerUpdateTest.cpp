@@ -179,6 +179,39 @@ TEST_F(Update, LeavesTheLogosOfDroppedCards)
     EXPECT_EQ(test::readFile(logo(U"a.png")), "old");
 }
 
+TEST_F(Update, FetchesALogoIntoAFolder)
+{
+    publish(dataText(late, {{1, "A", late, "acme/a.png"}, {2, "B", late, "acme/2026/b.png"}}));
+    update();
+    EXPECT_THAT(askedLogos(), ElementsAre("acme/a.png", "acme/2026/b.png"));
+    EXPECT_EQ(server_.requests("/logo").front().target, "/logo?v=1&logo-path=acme/a.png");
+    EXPECT_EQ(test::readFile(logo(U"acme/a.png")), "picture acme/a.png");
+    EXPECT_EQ(test::readFile(logo(U"acme/2026/b.png")), "picture acme/2026/b.png");
+    EXPECT_THAT(test::listFolder(dataFolder()), UnorderedElementsAre("acme", "manufacturer_data.json"));
+}
+
+TEST_F(Update, ReplacesAndRemovesALogoInAFolder)
+{
+    hold(early, {{1, "A", early, "acme/a.png"}, {2, "B", early, "acme/b.png"}});
+    std::filesystem::create_directory(logo(U"acme").utf8());
+    test::writeFile(logo(U"acme/a.png"), "old");
+    test::writeFile(logo(U"acme/b.png"), "old");
+    publish(dataText(late, {{1, "A", late, "acme/a.png"}, {2, "B", late, "other/b.png"}}));
+    update();
+    EXPECT_EQ(test::readFile(logo(U"acme/a.png")), "picture acme/a.png");
+    EXPECT_EQ(test::readFile(logo(U"other/b.png")), "picture other/b.png");
+    EXPECT_THAT(test::listFolder(logo(U"acme")), ElementsAre("a.png"));
+}
+
+TEST_F(Update, KeepsAFileThatStandsWhereAFolderShould)
+{
+    test::writeFile(logo(U"acme"), "a file");
+    publish(dataText(late, {{1, "A", late, "acme/a.png"}, {2, "B", late, "b.png"}}));
+    update();
+    EXPECT_THAT(askedLogos(), ElementsAre("b.png"));
+    EXPECT_EQ(test::readFile(logo(U"acme")), "a file");
+}
+
 // A name from the service or from the file that leads elsewhere, or to the module's own files.
 class HostileLogo : public Update, public testing::WithParamInterface<const char*>
 {
@@ -229,7 +262,8 @@ TEST_P(HostileLogo, IsStoredAndNothingElse)
 
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(Names, HostileLogo, testing::Values(
-    "", ".", "..", "../outside.png", "..\\outside.png", "sub/inner.png", "sub\\inner.png", "./sub/inner.png",
+    "", ".", "..", "../outside.png", "..\\outside.png", "sub//inner.png", "sub/", "./sub/inner.png", "sub/../sub/inner.png",
+    "sub/manufacturer_data.json", "sub\\Manufacturer_Data.JSON", "manufacturer_data.json/a.png", "sub/nul", "sub/con/a.png",
     "/etc/passwd", "C:\\outside.png", "C:outside.png", "\\\\server\\share\\a.png", "a.png/", "a/../../outside.png",
     "NUL", "con.png", "Lpt1.txt", "a.png:stream", "a.png.", "a.png ", "a?.png", "a\x01.png",
     "manufacturer_data.json", "Manufacturer_Data.JSON", "manufacturer_data_temp.json",

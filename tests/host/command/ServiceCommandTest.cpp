@@ -8,6 +8,7 @@
 #include <QProcess>
 
 #include <csignal>
+#include <filesystem>
 
 using test::ProgramRun;
 using testing::HasSubstr;
@@ -119,6 +120,17 @@ TEST_F(ServiceCommand, ServesOverTlsWithACertificateOfItsOwn)
     ASSERT_TRUE(answer) << httplib::to_string(answer.error());
     EXPECT_EQ(answer->status, 200);
     EXPECT_EQ(serving.interrupt(), 0);
+}
+
+TEST_F(ServiceCommand, KeepsItsKeyOutOfAnOpenFolder)
+{
+    publish();
+    std::filesystem::create_directory((folder() / U"open").utf8());
+    std::filesystem::permissions((folder() / U"open").utf8(), std::filesystem::perms(0755));
+    const ProgramRun run = velk({"serve", "site", "--tls-self", "open"});
+    EXPECT_EQ(run.exitCode, test::exitCode::serviceFailed);
+    EXPECT_THAT(run.errors, StartsWith("velk: open: is open to other users"));
+    EXPECT_THAT(run.errors, HasSubstr("close it (chmod 700), or name a folder that is not there yet"));
 }
 
 TEST_F(ServiceCommand, ExplainsWhyItCannotServe)

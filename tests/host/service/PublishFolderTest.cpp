@@ -46,13 +46,37 @@ TEST_F(PublishFolder, HasFoldersWhereFoldersBelong)
 TEST_F(PublishFolder, HasLogosThatClientsTake)
 {
     test::writeCatalogFile(input(U"core/a.calib"), "A");
-    test::writeFileDeep(input(U"logos/doors/acme.png"), "logo");
+    test::writeFileDeep(input(U"logos/doors/errors.log"), "logo");
+    test::writeFileDeep(input(U"logos/d&r/acme.png"), "logo");
+    test::writeFileDeep(input(U"logos/errors.log/acme.png"), "logo");
     test::writeFileDeep(input(U"logos/catalog_hash.txt"), "logo");
     test::writeFileDeep(input(U"logos/Acme.png"), "logo");
     test::writeFileDeep(input(U"logos/acme.png"), "logo");
-    EXPECT_THAT(problems(), ElementsAre(StartsWith("logos/acme.png: differs from another logo in letter case only"),
-                                        StartsWith("logos/catalog_hash.txt: has the name of one of a client's own"),
-                                        StartsWith("logos/doors: is a folder; logos stand side by side")));
+    EXPECT_THAT(
+        problems(),
+        ElementsAre(StartsWith("logos/acme.png: differs from another logo, or a folder of logos, in letter case"),
+                    StartsWith("logos/catalog_hash.txt: has the name of one of a client's own"),
+                    StartsWith("logos/d&r: holds the character \"&\""),
+                    StartsWith("logos/errors.log: has the name of one of a client's own"),
+                    StartsWith("logos/doors/errors.log: has the name of one of a client's own")));
+}
+
+TEST_F(PublishFolder, MayHaveLogosInFolders)
+{
+    test::writeFileDeep(input(U"logos/doors/2026/acme.png"), "deep");
+    test::writeFileDeep(input(U"logos/doors/acme.png"), "in a folder");
+    test::writeFileDeep(input(U"logos/acme.png"), "beside");
+    test::writeFileDeep(input(U"manufacturer_data.json"), test::manufacturerData("doors/2026/acme.png"));
+    EXPECT_EQ(publish().logos, 3U);
+    EXPECT_EQ(test::readFile(VelkHost::storedFile(site(), table().logos.at("doors/2026/acme.png").stored)), "deep");
+}
+
+TEST_F(PublishFolder, HasLogosThatOnlyOneFolderHolds)
+{
+    test::writeFileDeep(input(U"logos/Doors/acme.png"), "logo");
+    test::writeFileDeep(input(U"logos/doors"), "logo");
+    test::writeFileDeep(input(U"manufacturer_data.json"), test::manufacturerData("Doors/acme.png"));
+    EXPECT_THAT(problems(), ElementsAre(StartsWith("logos/doors: differs from another logo, or a folder of logos")));
 }
 
 // One record per installed file name, one archive of referenced files per stem.
@@ -176,8 +200,14 @@ const ManufacturerCase manufacturerCases[] = {
          "Manufacturer_2": {"Id": 1, "Last_Modified": "20260301T140559"}})",
      "\"Manufacturer_2\" has the \"Id\" of another card"},
     {"MissingLogo", test::manufacturerData("none.png"), "names the logo \"none.png\" (Acme), which is not in logos"},
-    {"LogoInAFolder", test::manufacturerData("doors/acme.png"),
-     "names the logo \"doors/acme.png\" (Acme), which holds the character \"/\""},
+    {"MissingLogoInAFolder", test::manufacturerData("doors/none.png"),
+     "names the logo \"doors/none.png\" (Acme), which is not in logos"},
+    {"LogoInAFolderOfWindows", test::manufacturerData("doors\\\\acme.png"),
+     "names the logo \"doors\\acme.png\" (Acme), which holds the character \"\\\""},
+    {"LogoOutside", test::manufacturerData("doors/../acme.png"),
+     "names the logo \"doors/../acme.png\" (Acme), which is not a file name"},
+    {"LogoOverAClientsFileInAFolder", test::manufacturerData("doors/Manufacturer_Data.json"),
+     "names the logo \"doors/Manufacturer_Data.json\" (Acme), which has the name of one of a client's own files"},
     {"LogoOverAClientsFile", test::manufacturerData("Errors.log"),
      "names the logo \"Errors.log\" (Acme), which has the name of one of a client's own files"},
     {"LogoInOtherLetterCase", test::manufacturerData("ACME.png"),

@@ -70,13 +70,24 @@ TEST_P(LibraryName, IsJudged)
 INSTANTIATE_TEST_SUITE_P(Names, LibraryName, testing::ValuesIn(nameCases),
                          [](const auto& row) { return std::string(row.param.name); });
 
-TEST(LogoName, IsAPlainFileName)
+TEST(LogoName, IsOfPlainFileNames)
 {
     EXPECT_THAT(whyNoLogoName("acme.png"), IsEmpty());
     EXPECT_THAT(whyNoLogoName("T\xC3\xBCr 1.png"), IsEmpty());
     EXPECT_THAT(whyNoLogoName(""), HasSubstr("is not a file name"));
     EXPECT_THAT(whyNoLogoName(".."), HasSubstr("is not a file name"));
-    EXPECT_THAT(whyNoLogoName("doors/acme.png"), HasSubstr("\"/\""));
+    EXPECT_THAT(whyNoLogoName("doors/acme.png"), IsEmpty());
+    EXPECT_THAT(whyNoLogoName("doors/2026/acme.png"), IsEmpty());
+    for (const char* name :
+         {"/acme.png", "doors/", "doors//acme.png", "../acme.png", "doors/../acme.png", "./acme.png"})
+        EXPECT_THAT(whyNoLogoName(name), HasSubstr("is not a file name")) << name;
+    EXPECT_THAT(whyNoLogoName("nul/acme.png"), HasSubstr("device"));
+    EXPECT_THAT(whyNoLogoName("doors /acme.png"), HasSubstr("ends with a dot or a blank"));
+    std::string deep = "a.png";
+    while (deep.size() <= 1'024)
+        deep.insert(0, "doors/");
+    EXPECT_THAT(whyNoLogoName(deep), HasSubstr("1024 bytes"));
+    EXPECT_THAT(whyNoLogoName(deep.substr(6)), IsEmpty());
     EXPECT_THAT(whyNoLogoName("doors\\acme.png"), HasSubstr("\"\\\""));
     EXPECT_THAT(whyNoLogoName("c:acme.png"), HasSubstr("\":\""));
     EXPECT_THAT(whyNoLogoName("nul.png"), HasSubstr("device"));
@@ -92,8 +103,9 @@ TEST(LogoName, MustExistInWindows1252)
 
 TEST(LogoName, IsNoneOfTheClientsOwnFiles)
 {
-    for (const char* name : {"Manufacturer_Data.json", "manufacturer_data_temp.JSON", "catalog_hash.txt",
-                             "catalog_filters.json", "Errors.log"})
+    for (const char* name :
+         {"Manufacturer_Data.json", "manufacturer_data_temp.JSON", "catalog_hash.txt", "catalog_filters.json",
+          "Errors.log", "doors/manufacturer_data.json", "errors.log/acme.png"})
         EXPECT_THAT(whyNoLogoName(name), HasSubstr("own files")) << name;
 }
 

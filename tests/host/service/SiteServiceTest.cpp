@@ -1,3 +1,4 @@
+#include "RawClient.h"
 #include "ServedSiteTest.h"
 
 #include "host/service/ServiceError.h"
@@ -8,6 +9,7 @@
 #include <VelkCommon/Network/Curl.h>
 #include <VelkCommon/Network/WebUtils.h>
 
+#include <list>
 #include <mutex>
 
 using testing::HasSubstr;
@@ -176,6 +178,68 @@ TEST_F(SiteServiceTest, NeedsACertificateWithItsKey)
     secure.tls = certificate(authority);
     test::writeFile(secure.tls->privateKey, authority.issue().key);
     EXPECT_THAT(test::reasonOf([&] { SiteService{secure}; }), HasSubstr("must be PEM files that belong together"));
+}
+
+TEST_F(SiteServiceTest, ServesOthersBesideClientsThatDoNotBeginTls)
+{
+    const test::TestAuthority authority;
+    ServiceOptions secure = options();
+    secure.tls = certificate(authority);
+    secure.limits.connections = 4;
+    secure.limits.asking = std::chrono::hours(1);
+    const SiteService service(secure);
+    std::list<test::RawClient> silent;
+    for (int i = 0; i < 10; ++i)
+        silent.emplace_back(service.port()).send(i % 2 == 0 ? "" : "\x16\x03\x01");
+    httplib::Client client("https://127.0.0.1:" + std::to_string(service.port()));
+    client.set_ca_cert_path((folder() / U"authority.crt").utf8());
+    const auto answer = client.Get("/manufacturers");
+    ASSERT_TRUE(answer) << httplib::to_string(answer.error());
+    EXPECT_EQ(answer->body, served().manufacturers);
+}
+
+TEST_F(SiteServiceTest, GivesTheBeginningOfTlsALimitedTime)
+{
+    const test::TestAuthority authority;
+    ServiceOptions secure = options();
+    secure.tls = certificate(authority);
+    secure.limits.idle = std::chrono::hours(1);
+    secure.limits.asking = std::chrono::milliseconds(50);
+    const SiteService service(secure);
+    test::RawClient client(service.port());
+    EXPECT_EQ(client.readToEnd(), "");
+    test::RawClient plain(service.port());
+    plain.send("GET / HTTP/1.1\r\nHost: a\r\n\r\n");
+    EXPECT_THAT(plain.readToEnd(), testing::Not(HasSubstr("HTTP")));
+}
+
+// Each answer is a part of its own, and the last one ends the connection of TLS properly.
+TEST_F(SiteServiceTest, EndsTlsAfterTheLastAnswer)
+{
+    const test::TestAuthority authority;
+    ServiceOptions secure = options();
+    secure.tls = certificate(authority);
+    const SiteService service(secure);
+    httplib::Client client("https://127.0.0.1:" + std::to_string(service.port()));
+    client.set_ca_cert_path((folder() / U"authority.crt").utf8());
+    client.set_keep_alive(false);
+    for (int i = 0; i < 3; ++i) {
+        const auto answer = client.Get("/manufacturers");
+        ASSERT_TRUE(answer) << httplib::to_string(answer.error());
+        EXPECT_EQ(answer->get_header_value("Connection"), "close");
+    }
+}
+
+TEST_F(SiteServiceTest, AnswersOverTheNewerProtocol)
+{
+    ServiceOptions newer = options();
+    newer.address = "::1";
+    const SiteService service(newer);
+    EXPECT_EQ(service.address(), "http://[::1]:" + std::to_string(service.port()) + "/");
+    httplib::Client client("::1", service.port());
+    const auto answer = client.Get("/manufacturers");
+    ASSERT_TRUE(answer) << httplib::to_string(answer.error());
+    EXPECT_EQ(answer->status, 200);
 }
 
 TEST_F(SiteServiceTest, RefusesWhatIsTooLong)

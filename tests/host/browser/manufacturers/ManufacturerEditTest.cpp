@@ -136,7 +136,7 @@ TEST_F(ManufacturerEditing, StaysOpenWhenItCannotSave)
     accept();
     ASSERT_TRUE(editor_->isVisible());
     const auto* const problem = find<QLabel>("cardProblem", editor_);
-    EXPECT_THAT(problem->text().toStdString(), HasSubstr("\"../acme.png\" is not a plain file name for a logo"));
+    EXPECT_THAT(problem->text().toStdString(), HasSubstr("\"../acme.png\" is not a safe name for a logo"));
     EXPECT_TRUE(problem->isVisible());
     EXPECT_EQ(problem->textFormat(), Qt::PlainText);
     EXPECT_EQ(line("cardLogo")->text(), QStringLiteral("../acme.png")) << "the entered text is not lost";
