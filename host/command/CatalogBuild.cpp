@@ -11,6 +11,7 @@
 #include "host/support/WholeFile.h"
 
 #include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Files/WorkFolder.h>
 #include <VelkCommon/Text/TimeText.h>
 
 #include <algorithm>
@@ -21,6 +22,7 @@ namespace {
 
 BuiltCatalog write(Catalog catalog, const fileString& target)
 {
+    WorkFolder::removeLeftovers(absolutePath(target).parentPath());
     catalog.created = Library::getTimeNowString();
     writeCatalog(catalog, target);
     const auto hasThumbnail = [](const Item& item) { return !item.thumbnail.empty(); };

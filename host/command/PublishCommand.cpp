@@ -7,6 +7,9 @@
 #include "host/support/ExitCode.h"
 #include "host/support/FileError.h"
 #include "host/support/ParserArguments.h"
+#include "host/support/TemporaryFiles.h"
+
+#include <VelkCommon/HostServices.h>
 
 #include <CLI/CLI.hpp>
 
@@ -43,6 +46,7 @@ struct PublishArguments
 int runPublish(const PublishArguments& arguments, Output& output)
 {
     const fileString site(fromParser(arguments.site));
+    const TemporaryFiles temporaryFiles(*Velk::host());
     try {
         output.write(publishReportText(publish(fileString(fromParser(arguments.folder)), site), site));
         if (!arguments.nginx.empty()) {

@@ -114,7 +114,10 @@ void unpackLocal(const fileString& archive, const fileString& named, const Targe
         const auto [database, others] = LibraryImport::unpack(archive, true, progress);
         if (interrupted())
             throw Interrupted();
-        content.requireUnpacked(database.value_or(fileString()), others.value_or(fileString()));
+        content.requireUnpacked(database.value_or(fileString()), others.value_or(fileString()), [] {
+            if (interrupted())
+                throw Interrupted();
+        });
         std::vector<FilePlacement> placements;
         if (others)
             placements.push_back({*others, target.file(Library::extensions::referencedFiles)});

@@ -1,88 +1,111 @@
 #include "host/installation/PackageContent.h"
 
+#include "host/catalog/ArchiveReader.h"
 #include "host/support/FileError.h"
 #include "host/support/SystemPath.h"
 
 #include <VelkCommon/Archive/ZipUtils.h>
 #include <VelkLibrary/Data/FileExtensions.h>
 
-#include <zip.h>
 #include <zlib.h>
 
+#include <filesystem>
 #include <fstream>
-#include <memory>
 #include <optional>
+#include <system_error>
 #include <vector>
 
 namespace VelkHost {
 namespace {
 
-constexpr std::size_t blockSize = std::size_t{1} << 20;  // bytes
-
-struct Closer
-{
-    void operator()(zip_t* archive) const { zip_discard(archive); }
-};
+constexpr std::size_t checkedBlock = std::size_t{1} << 20;  // bytes
 
 /// The checksum that archives keep, of a whole file; nothing when it cannot be read.
-std::optional<std::uint32_t> checksumOf(const fileString& path)
+std::optional<std::uint32_t> checksumOf(const fileString& path, const std::function<void()>& betweenBlocks)
 {
     std::ifstream file(systemPath(path), std::ios::binary);
-    std::vector<char> block(blockSize);
+    std::vector<char> block(checkedBlock);
     uLong checksum = crc32(0, nullptr, 0);
-    while (file.read(block.data(), static_cast<std::streamsize>(block.size())) || file.gcount() > 0)
+    while (file.read(block.data(), static_cast<std::streamsize>(block.size())) || file.gcount() > 0) {
+        betweenBlocks();
         checksum = crc32(checksum, reinterpret_cast<const Bytef*>(block.data()), static_cast<uInt>(file.gcount()));
+    }
     if (!file.eof())
         return std::nullopt;
     return static_cast<std::uint32_t>(checksum);
 }
 
-}  // namespace
-
-PackageContent::Entries PackageContent::entriesOf(const fileString& archive)
+bool isCatalogFile(const std::string& name)
 {
-    const std::unique_ptr<zip_t, Closer> open(zip_open(archive.utf8().c_str(), ZIP_RDONLY, nullptr));
-    if (open == nullptr)
-        throw FileError(archive, "is not a packed library, or it is damaged");
-    Entries entries;
-    const auto count = static_cast<std::uint64_t>(zip_get_num_entries(open.get(), 0));
-    for (std::uint64_t index = 0; index < count; ++index) {
-        zip_stat_t entry;
-        constexpr zip_uint64_t needed = ZIP_STAT_SIZE | ZIP_STAT_CRC | ZIP_STAT_ENCRYPTION_METHOD;
-        const char* const name = zip_get_name(open.get(), index, ZIP_FL_ENC_RAW);
-        if (name == nullptr || zip_stat_index(open.get(), index, 0, &entry) != 0 || (entry.valid & needed) != needed)
-            throw FileError(archive, "is damaged");
-        if (entry.encryption_method != ZIP_EM_NONE)
-            throw FileError(archive, "is encrypted");
-        entries[name] = {entry.size, entry.crc};
-    }
-    return entries;
+    return fileString(name).hasExtension(Library::extensions::database);
 }
 
-PackageContent::PackageContent(const fileString& archive) : archive_(archive), others_(entriesOf(archive))
+/// The entry that the unpacking takes: the last of several catalog files. Its directory is the one to ask, since some
+/// archives look different to different readers.
+std::string catalogNameIn(const fileString& archive)
 {
-    // The unpacking takes the last of several catalog files.
-    fileString database;
+    std::string last;
     for (const fileString& name : ZipUtils::getFilenamesInArchive(archive))
         if (name.hasExtension(Library::extensions::database))
-            database = name;
-    const auto found = others_.find(database.utf8());
-    if (database.empty() || found == others_.end())
-        throw FileError(archive, "is not a packed library: its catalog file is missing or damaged");
-    database_ = found->second;
-    std::erase_if(others_, [](const auto& entry) {
-        return fileString(entry.first).hasExtension(Library::extensions::database);
-    });
+            last = name.utf8();
+    return last;
 }
 
-void PackageContent::requireUnpacked(const fileString& database, const fileString& others) const
+}  // namespace
+
+PackageContent::PackageContent(const fileString& archive) : archive_(archive)
+{
+    const std::string catalog = catalogNameIn(archive);
+    bool hasCatalog = false;
+    try {
+        for (const ArchiveReader::Entry& entry : ArchiveReader(archive, ArchiveReader::Directory::readable).entries()) {
+            if (entry.encrypted)
+                throw FileError(archive, "is encrypted");
+            if (entry.name == catalog) {
+                database_ = {entry.size, entry.checksum};
+                hasCatalog = true;
+            } else if (!isCatalogFile(entry.name)) {
+                others_[entry.name] = {entry.size, entry.checksum};
+            }
+        }
+    } catch (const FileError& error) {
+        if (error.reason().starts_with("is not a sound zip archive"))
+            throw FileError(archive, "is not a packed library, or it is damaged");
+        throw;
+    }
+    if (!hasCatalog)
+        throw FileError(archive, "is not a packed library: its catalog file is missing or damaged");
+}
+
+void PackageContent::requireUnpacked(const fileString& database, const fileString& others,
+                                     const std::function<void()>& betweenBlocks) const
 {
     std::error_code error;
     const std::uintmax_t size = std::filesystem::file_size(systemPath(database), error);
-    if (error || size != database_.size || checksumOf(database) != database_.checksum)
+    if (error || size != database_.size || checksumOf(database, betweenBlocks) != database_.checksum)
         throw FileError(archive_, "its catalog file could not be unpacked; is it damaged, or the disk full?");
-    if (hasOthers() && (others.empty() || entriesOf(others) != others_))
-        throw FileError(archive_, "its textures and other files could not be unpacked; is it damaged, or the disk full?");
+    if (hasOthers())
+        requireOthers(others, betweenBlocks);
+}
+
+void PackageContent::requireOthers(const fileString& others, const std::function<void()>& betweenBlocks) const
+{
+    const Reason incomplete = "its textures and other files could not be unpacked; is it damaged, or the disk full?";
+    if (others.empty())
+        throw FileError(archive_, incomplete);
+    try {
+        const ArchiveReader unpacked(others, ArchiveReader::Directory::readable);
+        Entries found;
+        for (const ArchiveReader::Entry& entry : unpacked.entries()) {
+            unpacked.read(entry, [&](std::string_view) { betweenBlocks(); });
+            found[entry.name] = {entry.size, entry.checksum};
+        }
+        if (found == others_)
+            return;
+    } catch (const FileError&) {
+        // As bad as an archive that lacks something.
+    }
+    throw FileError(archive_, incomplete);
 }
 
 }  // namespace VelkHost

@@ -3,6 +3,7 @@
 #include <VelkCommon/Files/fileString.h>
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 
@@ -19,9 +20,11 @@ public:
     /// Whether the library has files beside its catalog file.
     bool hasOthers() const noexcept { return !others_.empty(); }
 
-    /// Throws FileError unless the catalog file at `database` and the archive at `others` hold everything. `others`
-    /// may be empty when there is nothing that it should hold.
-    void requireUnpacked(const fileString& database, const fileString& others) const;
+    /// Throws FileError unless the catalog file at `database` and the archive at `others` hold everything, undamaged.
+    /// `others` may be empty when there is nothing that it should hold. Reads all of both, and calls `betweenBlocks`
+    /// meanwhile, whose exceptions pass through.
+    void requireUnpacked(const fileString& database, const fileString& others,
+                         const std::function<void()>& betweenBlocks = [] {}) const;
 
 private:
     struct Entry
@@ -32,7 +35,7 @@ private:
     };
     using Entries = std::map<std::string, Entry>;  // by the bytes of the name
 
-    static Entries entriesOf(const fileString& archive);
+    void requireOthers(const fileString& others, const std::function<void()>& betweenBlocks) const;
 
     fileString archive_;
     Entry database_;

@@ -7,6 +7,7 @@
 #include "host/support/SystemPath.h"
 #include "host/support/WholeFile.h"
 
+#include <VelkCommon/Files/WorkFolder.h>
 #include <VelkCommon/Text/Ascii.h>
 
 #include <algorithm>
@@ -177,6 +178,7 @@ void writeNginxConfiguration(const fileString& site, const fileString& folder)
 {
     const NginxConfiguration configuration = nginxConfiguration(site);
     makeFolder(folder);
+    WorkFolder::removeLeftovers(folder);
     writeWhole(folder / U"velk-maps.conf", configuration.maps);
     writeWhole(folder / U"velk-locations.conf", configuration.locations);
 }

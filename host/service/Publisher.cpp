@@ -11,6 +11,7 @@
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/LockingFStream.h>
 #include <VelkCommon/Files/SHA1.h>
+#include <VelkCommon/Files/WorkFolder.h>
 #include <VelkCommon/Text/TimeText.h>
 
 #include <algorithm>
@@ -40,6 +41,8 @@ public:
         lock_.emplace(site_ / U"publish.lock", LockingFStream::out | LockingFStream::binary);
         if (!lock_->isOpen())
             throw FileError(site_, "cannot be locked; is another process publishing to it?");
+        WorkFolder::removeLeftovers(site_);
+        WorkFolder::removeLeftovers(site_ / U"files");
         oldName_ = currentTable(site_);
         if (!oldName_.empty())
             old_ = readTable(site_, oldName_);
