@@ -404,7 +404,7 @@ TEST_F(MovedReceiver, MayBeDestroyedOnItsNewThreadWhileAWorkerSends)
         auto* const receiver = new RecordingReceiver;
         test::Tally ends;
         QObject::connect(receiver, &QObject::destroyed, [&ends] { ends.add(); });
-        receiver->reaction = [&ends, receiver, left = 1 + round % 7](const test::Event&) mutable {
+        receiver->reaction = [receiver, left = 1 + round % 7](const test::Event&) mutable {
             if (left > 0 && --left == 0)
                 receiver->deleteLater();
         };
