@@ -13,15 +13,16 @@
 
 #ifdef __GNUC__
 
-// Called by the thread sanitizer only. Qt is not built with it, so it does not see Qt's locks and takes accesses
-// under them for races.
+// Called by the thread sanitizer only. Neither Qt nor the library under its event loops is built with it, so it does
+// not see their locks and takes accesses under them for races.
 extern "C" const char* __tsan_default_suppressions();
 
 extern "C" __attribute__((visibility("default"))) const char* __tsan_default_suppressions()
 {
     return "called_from_lib:libQt5Core.so\n"
            "called_from_lib:libQt5Gui.so\n"
-           "called_from_lib:libQt5Widgets.so\n";
+           "called_from_lib:libQt5Widgets.so\n"
+           "called_from_lib:libglib-2.0.so\n";
 }
 
 #endif

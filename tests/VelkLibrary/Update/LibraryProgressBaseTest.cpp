@@ -273,15 +273,30 @@ public:
 
     QThread* get() { return &thread_; }
 
+    /// What the thread has done comes before what follows here.
     void end()
     {
         thread_.quit();
+        thread_.loopEnds.waitFor(1);
         if (!thread_.wait(QDeadlineTimer(test::patience)))
             test::giveUp("a thread with an event loop does not end");
     }
 
 private:
-    QThread thread_;
+    class Loop : public QThread
+    {
+    public:
+        test::Tally loopEnds;
+
+    protected:
+        void run() override
+        {
+            exec();
+            loopEnds.add();
+        }
+    };
+
+    Loop thread_;
 };
 
 class MovedReceiver : public ProgressBase
@@ -299,13 +314,13 @@ protected:
     void moveAfter(std::size_t before, QThread* next)
     {
         receiver_->reaction = [this, before, next](const test::Event& event) {
-            if (event.number == before) {
-                receiver_->moveToThread(next);
-                moves_.add();
-            }
             calledOn_.push_back(QThread::currentThread());
             if (event.number + 1 == calls)
                 ends_.add();
+            if (event.number != before)
+                return;
+            receiver_->moveToThread(next);  // from here on, the receiver may be called on that thread
+            moves_.add();
         };
     }
 
@@ -389,7 +404,7 @@ TEST_F(MovedReceiver, MayBeDestroyedOnItsNewThreadWhileAWorkerSends)
         auto* const receiver = new RecordingReceiver;
         test::Tally ends;
         QObject::connect(receiver, &QObject::destroyed, [&ends] { ends.add(); });
-        receiver->reaction = [&ends, receiver, left = 1 + round % 7](const test::Event&) mutable {
+        receiver->reaction = [receiver, left = 1 + round % 7](const test::Event&) mutable {
             if (left > 0 && --left == 0)
                 receiver->deleteLater();
         };
