@@ -4,7 +4,7 @@ Most of a program's allocations happen before it does anything, so those are tri
 work itself more closely.
 """
 import runs
-from bench import Point, Row
+from bench import Row
 from paths import PATHS
 
 GATE = "failed allocations"
@@ -24,8 +24,7 @@ def points(bench, path):
     begin, end = stopped.counts["allocate"], known.counts["allocate"]
     numbers = spread(1, begin, BEFORE_THE_WORK) + spread(begin + 1, end, OF_THE_WORK)
     faults = [runs.Fault("allocate", number, "ENOMEM", times) for number in numbers for times in ("once", "on")]
-    return bench.sample([Point(str(fault), lambda fault=fault: bench.examine(path, fault)) for fault in faults],
-                        SHORT, f"{path.name}/allocation")
+    return bench.points_of(path, faults, SHORT, "allocation")
 
 
 def spread(first, last, count):

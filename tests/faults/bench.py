@@ -63,12 +63,18 @@ class Bench:
     def state(self, path, folder):
         return states.state_of(folder) if path.keeps_old else states.names_of(folder)
 
-    def sample(self, points, count, seed):
-        """All points in the long form, and in the short form some that are the same each time."""
-        if self.long or len(points) <= count:
+    def sample(self, points, short, seed, most=None):
+        """All points in the long form, or the `most` of a slow path; in the short form some. They are the same each time."""
+        count = (most or len(points)) if self.long else short
+        if len(points) <= count:
             return points
         chosen = random.Random(seed).sample(range(len(points)), count)
         return [points[index] for index in sorted(chosen)]
+
+    def points_of(self, path, faults, short, sort):
+        """Points that examine a path with each of these faults."""
+        points = [Point(str(fault), lambda fault=fault: self.examine(path, fault)) for fault in faults]
+        return self.sample(points, short, f"{path.name}/{sort}", path.most)
 
     def examine(self, path, fault):
         """Runs a path with a fault and again without one; says what was wrong."""
@@ -94,7 +100,8 @@ class Bench:
         """Each file is as it was or as it is to be, and all of them are as they are to be when the program says so."""
         known = self.known(path)
         now = self.state(path, folder)
-        if path.keeps_old and (torn := states.torn(now, known.old, known.new)):
+        torn = [name for name in states.torn(now, known.old, known.new) if name in now or name not in path.missing]
+        if path.keeps_old and torn:
             return f"neither old nor new: {', '.join(torn)} ({outcome.last_line()})"
         if outcome.code == 0 and (missing := states.missing(now, known.old, known.new)):
             return f"exit code 0, but not done: {', '.join(missing)} ({outcome.last_line()})"
@@ -126,6 +133,8 @@ class Bench:
         if new != again:
             changing = sorted(name for name in {*new, *again} if new.get(name) != again.get(name))
             raise RuntimeError(f"{path.name}: two runs without a fault differ in {', '.join(changing)}")
+        if old == new:
+            raise RuntimeError(f"{path.name}: changes nothing")
         return Known(old, new, outcome.counts, command, prepared)
 
     def _without_fault(self, path, prepared, command):

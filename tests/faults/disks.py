@@ -26,7 +26,7 @@ def rows(bench):
 def points(bench, path):
     sizes = [room + pages * PAGE for room in (0, RESERVE) for pages in PAGES]
     return bench.sample([Point(f"{size} bytes free", lambda size=size: examine(bench, path, size)) for size in sizes],
-                        SHORT, f"{path.name}/disk")
+                        SHORT, f"{path.name}/disk", path.most)
 
 
 def examine(bench, path, size):

@@ -1,6 +1,6 @@
 """Injected errors: each call on a file fails, once and from then on, with each error that such a call may have."""
 import runs
-from bench import Point, Row
+from bench import Row
 from paths import PATHS
 
 GATE = "injected errors"
@@ -36,5 +36,4 @@ def points(bench, path):
               for kind, errors in ERRORS.items() for number in range(1, counts[kind] + 1)
               for error in errors for times in ("once", "on")]
     faults += [runs.Fault(kind, number, "EINTR") for kind in INTERRUPTED for number in range(1, counts[kind] + 1)]
-    return bench.sample([Point(str(fault), lambda fault=fault: bench.examine(path, fault)) for fault in faults],
-                        SHORT, f"{path.name}/error")
+    return bench.points_of(path, faults, SHORT, "error")

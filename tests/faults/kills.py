@@ -1,6 +1,6 @@
 """Kills: the program dies before and after each call that changes a file, and in the middle of what it writes."""
 import runs
-from bench import Point, Row
+from bench import Row
 from paths import PATHS
 
 GATE = "kill points"
@@ -17,5 +17,4 @@ def points(bench, path):
               for number in range(1, counts["change"] + 1) for effect in ("kill-before", "kill-after")]
     faults += [runs.Fault(kind, number, "kill-half")
                for kind in ("write", "copy") for number in range(1, counts[kind] + 1)]
-    return bench.sample([Point(str(fault), lambda fault=fault: bench.examine(path, fault)) for fault in faults],
-                        SHORT, f"{path.name}/kill")
+    return bench.points_of(path, faults, SHORT, "kill")

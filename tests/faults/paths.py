@@ -109,7 +109,8 @@ class WritePath:
 
     `done_codes` are the exit codes that a repetition may end with where the work has been done already. The tour begins
     by removing what an earlier one left, so there is no old state that it could keep, and its libraries carry the
-    time, so that only their names can be compared (`keeps_old`).
+    time, so that only their names can be compared (`keeps_old`). A logo is removed before a new one is asked for, and may
+    be `missing` for a while. Of a slow path, `most` points of each class are enough.
     """
 
     name: str
@@ -117,6 +118,8 @@ class WritePath:
     prepare: Callable = lambda workshop, folder: None
     done_codes: tuple = (0,)
     keeps_old: bool = True
+    missing: tuple = ()
+    most: int | None = None
 
 
 def take(*names, edition="new"):
@@ -172,6 +175,14 @@ def two_filters(workshop, folder):
     shutil.copy2(workshop.folder / "colleague/core/catalog_filters.json", folder / "colleague.json")
 
 
+def older_cards(workshop, folder):
+    """As they were published: an update would set the time of the data to now, after which nothing is newer."""
+    data = folder / "home" / "manufacturer-data"
+    data.mkdir(parents=True)
+    for name in ("manufacturer_data.json", "logos/acme.png"):
+        shutil.copy2(workshop.folder / "old/content" / name, data)
+
+
 UPDATE_ALL = ("update", "--service", "{service}", "--bonus", "Garden", "--manufacturer", "Acme")
 OLDER_UPDATE = "update --service {old} --bonus Garden --manufacturer Acme"
 REFRESH = ("manufacturer", "update", "--data-url", "{service}manufacturers", "--logo-url", "{service}logo?v=1")
@@ -200,8 +211,7 @@ PATHS = (
               after("manufacturer edit 7 --new --name Acme")),
     WritePath("manufacturer text", ("manufacturer", "edit", "--default-text", "Ask the shop"),
               after("manufacturer edit 7 --new --name Acme")),
-    WritePath("manufacturer update", REFRESH,
-              after("manufacturer update --data-url {old}manufacturers --logo-url {old}logo?v=1")),
+    WritePath("manufacturer update", REFRESH, older_cards, missing=("home/manufacturer-data/acme.png",)),
     WritePath("catalog build", ("catalog", "build", "Kitchen.csv", "-o", "Kitchen.calib"), take("Kitchen.csv")),
     WritePath("catalog sample", ("catalog", "sample", "-o", "sample.calib"),
               after("catalog sample --language de -o sample.calib")),
@@ -212,5 +222,5 @@ PATHS = (
                                         take("Garden.calibz", edition="old")(workshop, folder))),
     WritePath("publish", ("publish", "content", "-o", "site", "--nginx", "nginx"), content_folder),
     WritePath("publish over", ("publish", "content", "-o", "site", "--nginx", "nginx"), two_editions),
-    WritePath("tour", ("tour", "--sample", "-o", "tour"), keeps_old=False),
+    WritePath("tour", ("tour", "--sample", "-o", "tour"), keeps_old=False, most=50),
 )

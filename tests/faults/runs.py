@@ -41,11 +41,12 @@ class Outcome:
     said: str
     reported: str
     counts: dict = field(default_factory=dict)
+    seconds: int = SECONDS
 
     def crash(self):
         """What shows that the program did not end by itself, or None."""
         if self.code is None:
-            return f"did not end within {SECONDS} seconds"
+            return f"did not end within {self.seconds} seconds"
         if self.code < 0:
             return f"ended by signal {-self.code}: {self.last_line()}"
         return next((f"said: {line}" for line in self.lines() if any(word in line for word in CRASHES)), None)
@@ -109,7 +110,7 @@ class Program:
             run = subprocess.run([self.path, *command], cwd=folder, env=environment, stdin=subprocess.DEVNULL,
                                  capture_output=True, text=True, errors="replace", timeout=seconds, **options)
         except subprocess.TimeoutExpired as late:
-            return Outcome(None, _text(late.stdout), _text(late.stderr))
+            return Outcome(None, _text(late.stdout), _text(late.stderr), seconds=seconds)
         return Outcome(run.returncode, run.stdout, run.stderr)
 
 
@@ -120,7 +121,7 @@ def finished(process, seconds=SECONDS):
     except subprocess.TimeoutExpired:
         process.kill()
         said, reported = process.communicate()
-        return Outcome(None, said, reported)
+        return Outcome(None, said, reported, seconds=seconds)
     return Outcome(process.returncode, said, reported)
 
 

@@ -35,6 +35,9 @@ REFUSED = "refused"
 BELIEVED = "believed"
 TAKEN = "taken"
 
+# The service tells no hash of these, so whatever comes is taken, and one that does not come is missing.
+UNCHECKED = ("logo",)
+
 # Which requests of which path: the method and a pattern of what is asked for.
 REQUESTS = {
     "update over": {
@@ -55,6 +58,7 @@ REQUESTS = {
 class Answer:
     """What the real service says, to be twisted."""
 
+    path: str
     status: int
     headers: list
     body: bytes
@@ -97,14 +101,15 @@ def rows(bench):
 
 def points(bench, name):
     path = BY_NAME[name]
-    result = [Point(f"{kind} {twist.name}", lambda asked=asked, twist=twist: examine(bench, path, asked, twist))
-              for kind, asked in REQUESTS[name].items() for twist in (*TWISTS, *twisted_packages(bench))
+    result = [Point(f"{kind} {twist.name}", lambda kind=kind, twist=twist: examine(bench, path, kind, twist))
+              for kind in REQUESTS[name] for twist in (*TWISTS, *twisted_packages(bench))
               if not twist.requests or kind in twist.requests]
     return bench.sample(result, SHORT, f"{name}/service")
 
 
-def examine(bench, path, asked, twist):
+def examine(bench, path, kind, twist):
     known = bench.known(path)
+    asked = REQUESTS[path.name][kind]
     upstream = bench.workshop.files.address if "{files}" in " ".join(path.command) else bench.workshop.service
     with bench.folders.copy_of(known.prepared) as folder, HostileService(upstream, asked, twist) as service:
         command = [word.replace(upstream.rstrip("/"), service.address) for word in known.command]
@@ -113,7 +118,7 @@ def examine(bench, path, asked, twist):
             return fault
         if not service.twisted:
             return "the request was never made"
-        if twist.meaning == TAKEN:
+        if twist.meaning == TAKEN or kind in UNCHECKED:
             left = states.litter(states.state_of(folder), known.old, known.new)
             return f"files of no meaning: {', '.join(left)}" if left else None
         if outcome.code == 0 and twist.meaning == BELIEVED:
@@ -190,7 +195,7 @@ class HostileService(http.server.ThreadingHTTPServer):
         wanted = {name: value for name, value in headers.items() if name.lower() == "if-none-match"}
         upstream.request(method, path, headers=wanted)
         said = upstream.getresponse()
-        answer = Answer(said.status, [pair for pair in said.getheaders() if pair[0].lower() != "connection"],
+        answer = Answer(path, said.status, [pair for pair in said.getheaders() if pair[0].lower() != "connection"],
                         said.read())
         upstream.close()
         return answer.with_header("Location", *(location.replace(self.upstream, self.address[7:])
@@ -218,6 +223,14 @@ def header(name, *values):
 
 def raw(content):
     return lambda answer, _: content
+
+
+def redirected(answer, location):
+    return answer.with_body(b"", 302).with_header("Location", location)
+
+
+def redirect(location):
+    return lambda answer, _: redirected(answer, location)
 
 
 def cut(part):
@@ -301,10 +314,12 @@ ANYTHING = (
     Twist("answers 204", status(204, b"")),
     Twist("answers 304 unasked", status(304, b""), BELIEVED),
     Twist("answers 999", status(999)),
-    Twist("redirects to itself", lambda answer, _: answer.with_body(b"", 302).with_header("Location", "")),
-    Twist("redirects in a circle", lambda answer, _: answer.with_body(b"", 302).with_header("Location", "/catalog?v=1&a=b")),
-    Twist("redirects to a file", lambda answer, _: answer.with_body(b"", 302).with_header("Location", "file:///etc/passwd")),
-    Twist("redirects to nowhere", lambda answer, _: answer.with_body(b"", 302).with_header("Location", "http://127.0.0.1:9/")),
+    Twist("redirects to itself", lambda answer, _: redirected(answer, answer.path)),
+    Twist("redirects without end", lambda answer, _: redirected(answer, answer.path + "0")),
+    Twist("redirects to another page", redirect("/catalog?v=1&page=login")),
+    Twist("redirects to a file", redirect("file:///etc/passwd")),
+    Twist("redirects to where nobody is", redirect("http://127.0.0.1:9/")),
+    Twist("redirects to no address", redirect("")),
     Twist("redirects without an address", status(302, b"")),
     Twist("closes at once", raw(b"")),
     Twist("resets the connection", reset),
@@ -329,8 +344,6 @@ BODIES = tuple(Twist(name, send, REFUSED, endless, WITH_BODY) for name, send, en
     ("stops at once", cut(0), False),
     ("stops in the middle", cut(0.5), False),
     ("stops before the end", cut(0.99), False),
-    ("announces less than it sends", lambda answer, _: answer.with_header("Content-Length", str(len(answer.body) // 2)),
-     False),
     ("announces more than it sends", header("Content-Length", "99999999"), False),
     ("announces more than there can be", header("Content-Length", "99999999999999999999"), False),
     ("announces less than nothing", header("Content-Length", "-1"), False),
@@ -346,6 +359,8 @@ BODIES = tuple(Twist(name, send, REFUSED, endless, WITH_BODY) for name, send, en
 ))
 
 OTHER_BYTES = tuple(Twist(name, send, REFUSED, False, BYTES) for name, send in (
+    ("announces less than it sends",
+     lambda answer, _: answer.with_header("Content-Length", str(len(answer.body) // 2))),
     ("sends nothing", instead(lambda body: b"")),
     ("sends zeros", instead(lambda body: bytes(len(body)))),
     ("sends noise", instead(lambda body: noise(len(body)))),
@@ -388,7 +403,7 @@ INDEXES = (
     index(b"a" * 300 + b".calib\n", "has a name that no disk can store"),
     index(b"catalog_hash.txt\ncatalog_filters.json\nerrors.log\n", "has the client's own files"),
     index(b"Missing.calib\nMissing.zip\nMissing.calibz\n", "has libraries that are not there"),
-    index(b"Kitchen.calib&library=Other.calib\nKitchen.calib#\nKitchen%2ecalib\n", "has queries"),
+    index(b"Other.calib&product=more\nOther.calib#\nOther%2ecalib\n", "has queries"),
     index(noise(100000), "is noise"),
 )
 
