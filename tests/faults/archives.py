@@ -93,8 +93,9 @@ class Case:
 
 
 def rows(bench):
-    return [Row(f"{name}/archive", GATE, lambda examine=examine, name=name: points(bench, name, examine))
-            for name, examine in (("unpack hostile", unpack), ("merge hostile", merge_from), ("merge into hostile", merge_into))]
+    commands = {"unpack hostile": unpack, "merge hostile": merge_from, "merge into hostile": merge_into}
+    return [Row(f"{name}/archive", GATE, lambda name=name, examine=examine: points(bench, name, examine))
+            for name, examine in commands.items()]
 
 
 def points(bench, name, examine):
@@ -209,9 +210,9 @@ OUTSIDE = ("/velk-evil.png", "/tmp/velk-evil.png", "/etc/velk-evil.png")
 
 ODD_NAMES = (
     b"../velk-evil.png", b"../../../../../../tmp/velk-evil.png", b"/velk-evil.png", b"/etc/velk-evil.png",
-    b"deep/../../velk-evil.png", b"..\\velk-evil.png", b"C:\\velk-evil.png", b"C:velk-evil.png", b"\\\\host\\share\\evil.png",
-    b"file:///velk-evil.png", b"./wood.png", b"deep//wood.png", b"..", b".", b"/", b"", b" ", b"wood.png ", b"wood.png.",
-    b"CON", b"nul.png", b"com1.png", b"wood.png:stream", b"wood\x00.png", b"\x1b[31mwood.png", b"wood\n.png",
+    b"deep/../../velk-evil.png", b"..\\velk-evil.png", b"C:\\velk-evil.png", b"C:velk-evil.png", b"\\\\host\\evil.png",
+    b"file:///velk-evil.png", b"./wood.png", b"deep//wood.png", b"..", b".", b"/", b"", b" ", b"wood.png ",
+    b"wood.png.", b"CON", b"nul.png", b"com1.png", b"wood.png:stream", b"wood\x00.png", b"\x1b[31mwood.png", b"wood\n.png",
     b"\xff\xfe.png", b"\xe2\x80\xaegnp.doow", b"~/velk-evil.png", b"$HOME/evil.png", b"`id`.png", b"a" * 5000 + b".png",
     b"a/" * 2000 + b"wood.png", b"*.png", b"wood?.png", b"hostile.zip", b"hostile.calibz", b"errors.log",
 )
@@ -243,11 +244,16 @@ def torn():
     """Pieces of an archive. Without its directory it is none."""
     for percent in (0, 1, 10, 25, 50, 75, 90, 99):
         yield Case(f"ends after {percent} percent",
-                   lambda catalog, percent=percent: (whole := library(catalog))[: len(whole) * percent // 100], refused=True)
-    yield Case("begins in the middle", lambda catalog: (whole := library(catalog))[len(whole) // 2 :], refused=True)
+                   lambda catalog, percent=percent: piece(catalog, 0, percent), refused=True)
+    yield Case("begins in the middle", lambda catalog: piece(catalog, 50, 100), refused=True)
     yield Case("lacks its last byte", lambda catalog: library(catalog)[:-1])
-    yield Case("has zeros in the middle", lambda catalog: (whole := library(catalog))[: len(whole) // 3] + bytes(2000) +
-               whole[len(whole) // 3 + 2000 :], refused=True)
+    yield Case("has zeros in the middle", lambda catalog: piece(catalog, 0, 30) + bytes(len(piece(catalog, 30, 60))) +
+               piece(catalog, 60, 100), refused=True)
+
+
+def piece(catalog, begin, end):
+    whole = library(catalog)
+    return whole[len(whole) * begin // 100 : len(whole) * end // 100]
 
 
 def bad_content():
@@ -289,11 +295,13 @@ def other_shapes():
     yield Case("is a page", lambda catalog: b"<!DOCTYPE html><p>Not here." * 50, refused=True)
     yield Case("is the catalog itself", lambda catalog: catalog, refused=True)
     yield Case("is of another kind", lambda catalog: b"7z\xbc\xaf\x27\x1c" + catalog, refused=True)
-    yield Case("has noise before it", lambda catalog: archive(Entry(b"Garden.calib", catalog), wood, before=b"noise" * 99))
+    yield Case("has noise before it", lambda catalog: archive(
+        Entry(b"Garden.calib", catalog), wood, before=b"noise" * 99))
     yield Case("has noise after it", lambda catalog: library(catalog) + b"noise" * 99)
     yield Case("has much noise after it", lambda catalog: library(catalog) + bytes(200000), refused=True)
     yield Case("has a comment", lambda catalog: archive(Entry(b"Garden.calib", catalog), wood, comment=b"about" * 1000))
-    yield Case("has an end in its comment", lambda catalog: archive(Entry(b"Garden.calib", catalog), wood, comment=archive()))
+    yield Case("has an end in its comment", lambda catalog: archive(
+        Entry(b"Garden.calib", catalog), wood, comment=archive()))
     yield Case("has two ends", lambda catalog: archive(Entry(b"Garden.calib", catalog), wood, after=archive()))
     yield from odd_catalogs(wood)
     yield from odd_entries(wood)
@@ -309,7 +317,8 @@ def odd_catalogs(wood):
     yield Case("has a catalog that is a page", lambda catalog: archive(Entry(b"Garden.calib", b"<p>Not here."), wood))
     yield Case("has the same catalog twice", lambda catalog: archive(*[Entry(b"Garden.calib", catalog)] * 2, wood))
     yield Case("has two catalogs", lambda catalog: library(catalog, Entry(b"Other.calib", b"other"), wood))
-    yield Case("has two catalogs by other letters", lambda catalog: library(catalog, Entry(b"GARDEN.CALIB", b"other"), wood))
+    yield Case("has two catalogs by other letters", lambda catalog: library(
+        catalog, Entry(b"GARDEN.CALIB", b"other"), wood))
     yield Case("has only the catalog", lambda catalog: archive(Entry(b"Garden.calib", catalog)))
     yield Case("has a stored catalog", lambda catalog: library(catalog, wood, method=STORED))
     for name in (b"../Garden.calib", b"/Garden.calib", b"deep/Garden.calib", b".calib", b"..calib", b"GARDEN.CALIB"):
@@ -319,7 +328,8 @@ def odd_catalogs(wood):
 def odd_entries(wood):
     yield Case("has a texture twice", lambda catalog: library(catalog, wood, wood))
     yield Case("has two textures of one name", lambda catalog: library(catalog, wood, Entry(b"wood.png", b"other")))
-    yield Case("has a file and a folder of one name", lambda catalog: library(catalog, wood, Entry(b"wood.png/", b"", STORED)))
+    yield Case("has a file and a folder of one name", lambda catalog: library(
+        catalog, wood, Entry(b"wood.png/", b"", STORED)))
     yield Case("has a link", lambda catalog: library(catalog, Entry(b"wood.png", b"/etc/passwd", STORED,
                                                                     central=dict(outer=0o120777 << 16))))
     yield Case("has a device", lambda catalog: library(catalog, Entry(b"wood.png", b"", STORED,
@@ -336,7 +346,8 @@ def odd_entries(wood):
         b"more.zip", archive(wood))))))
     yield Case("has 64-bit sizes", lambda catalog: zip64(catalog))
     yield Case("has 64-bit sizes without end", lambda catalog: library(catalog, Entry(
-        b"wood.png", extra=struct.pack("<HHQQ", 1, 16, 1 << 62, 1 << 62), **both(size=LARGEST["I"], packed=LARGEST["I"]))),
+        b"wood.png", extra=struct.pack("<HHQQ", 1, 16, 1 << 62, 1 << 62),
+        **both(size=LARGEST["I"], packed=LARGEST["I"]))),
         refused=True)
     yield Case("has 64-bit sizes that are missing", lambda catalog: library(catalog, Entry(
         b"wood.png", **both(size=LARGEST["I"], packed=LARGEST["I"]))), refused=True)

@@ -64,7 +64,7 @@ class Bench:
         return states.state_of(folder) if path.keeps_old else states.names_of(folder)
 
     def sample(self, points, short, seed, most=None):
-        """All points in the long form, or the `most` of a slow path; in the short form some. They are the same each time."""
+        """All points in the long form, or the `most` of a slow path; in the short form some, the same each time."""
         count = (most or len(points)) if self.long else short
         if len(points) <= count:
             return points

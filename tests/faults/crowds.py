@@ -174,15 +174,16 @@ FAILED_UPDATE = 6
 NOT_PUBLISHED = 8
 
 CROWDS = (
-    Crowd("filters of one home", lambda number: ("filter", "add", f"Filter {number}", "--id", "lib-Kitchen"), lost_filters,
-          results=("home/core/catalog_filters.json",)),
-    Crowd("libraries of one filter", lambda number: ("filter", "add", "Kitchens", "--id", f"lib-{number}"), lost_libraries,
-          results=("home/core/catalog_filters.json",)),
+    Crowd("filters of one home", lambda number: ("filter", "add", f"Filter {number}", "--id", "lib-Kitchen"),
+          lost_filters, results=("home/core/catalog_filters.json",)),
+    Crowd("libraries of one filter", lambda number: ("filter", "add", "Kitchens", "--id", f"lib-{number}"),
+          lost_libraries, results=("home/core/catalog_filters.json",)),
     Crowd("cards of one home", lambda number: ("manufacturer", "edit", str(number + 1), "--name", f"Maker {number}"),
           lost_cards, after(*(f"manufacturer edit {number + 1} --new --name New" for number in CROWD))),
     Crowd("textures of one archive", merging, lost_textures, sources_and_target),
     Crowd("textures of a new archive", merging, lost_textures, sources, ("textures/House.zip",)),
-    Crowd("editions of one library", lambda number: ("unpack", f"{('old', 'new')[number % 2]}/Garden.calibz", "-o", "out"),
+    Crowd("editions of one library",
+          lambda number: ("unpack", f"{('old', 'new')[number % 2]}/Garden.calibz", "-o", "out"),
           mixed_pair, both_editions, ("out/Garden.calib", "out/Garden.zip")),
     of_path("unpack"),
     of_path("update over", refusals=(FAILED_UPDATE,)),

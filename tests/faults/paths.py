@@ -3,7 +3,6 @@ import http.server
 import pathlib
 import random
 import shutil
-import subprocess
 import threading
 from collections.abc import Callable
 from dataclasses import dataclass
@@ -64,7 +63,8 @@ class Workshop:
         shutil.copy2(folder / "Kitchen.zip", content / "referenced")
         for name, kind in (("Garden", "bonus"), ("Acme", "manufacturer")):
             shutil.copy2(folder / f"{name}.calibz", content / kind)
-        self.velk("manufacturer", "edit", "7", "--new", "--name", f"Acme {edition}", "--logo", "acme.png", "--home", edition)
+        self.velk("manufacturer", "edit", "7", "--new", "--name", f"Acme {edition}", "--logo", "acme.png",
+                  "--home", edition)
         shutil.copy2(folder / "manufacturer-data" / "manufacturer_data.json", content)
         (content / "logos" / "acme.png").write_bytes(self._random.randbytes(3000))
 
@@ -107,10 +107,10 @@ class FileService(http.server.ThreadingHTTPServer):
 class WritePath:
     """One way to change files: the state before it, and the command, which runs in the folder of that state.
 
-    `done_codes` are the exit codes that a repetition may end with where the work has been done already. The tour begins
-    by removing what an earlier one left, so there is no old state that it could keep, and its libraries carry the
-    time, so that only their names can be compared (`keeps_old`). A logo is removed before a new one is asked for, and may
-    be `missing` for a while. Of a slow path, `most` points of each class are enough.
+    `done_codes` are the exit codes that a repetition may end with where the work has been done already. The tour
+    begins by removing what an earlier one left, so there is no old state that it could keep, and its libraries carry
+    the time, so that only their names can be compared (`keeps_old`). A logo is removed before a new one is asked for,
+    and may be `missing` for a while. Of a slow path, `most` points of each class are enough.
     """
 
     name: str

@@ -432,6 +432,5 @@ TWISTS = (*ANYTHING, *BODIES, *OTHER_BYTES, *TAGS, *INDEXES, *CARDS)
 def twisted_packages(bench):
     """Every hostile archive that cannot be taken, in the place of a packed library."""
     catalog = (bench.workshop.folder / "new/Garden.calib").read_bytes()
-    return [Twist(f"sends an archive that {case.name}", instead(lambda _, case=case: case.make(catalog)), REFUSED, False,
-                  ("package",))
-            for case in archives.CASES if case.refused]
+    return [Twist(f"sends an archive that {case.name}", instead(lambda _, case=case: case.make(catalog)), REFUSED,
+                  False, ("package",)) for case in archives.CASES if case.refused]

@@ -1,8 +1,8 @@
 """What is in a folder, in a form in which two states can be compared.
 
 Some files say the same in other bytes: an archive by the order of its entries, a catalog file and a table of a site
-by the time at which they were written or the folder that they lie in. Such a file counts by what it says, and one that says nothing, because it
-is torn, equals no other.
+by the time at which they were written, a web server's configuration by the folder that it is for. Such a file counts
+by what it says, and one that says nothing, because it is torn, equals no other.
 """
 import functools
 import hashlib
@@ -54,7 +54,8 @@ def torn(now, old, new):
 
 def missing(now, old, new):
     """The paths of what is not as it is to be, or is to be gone and is not."""
-    return [name if name in new else f"{name} (still there)" for name in sorted({*old, *new}) if not _is(now, name, new)]
+    return [name if name in new else f"{name} (still there)"
+            for name in sorted({*old, *new}) if not _is(now, name, new)]
 
 
 def litter(now, *known):
