@@ -8,7 +8,7 @@ from bench import Row
 from paths import PATHS
 
 GATE = "failed allocations"
-SHORT = 4
+SHORT = 3
 BEFORE_THE_WORK = 20
 OF_THE_WORK = 80
 

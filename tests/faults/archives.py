@@ -212,7 +212,8 @@ ODD_NAMES = (
     b"../velk-evil.png", b"../../../../../../tmp/velk-evil.png", b"/velk-evil.png", b"/etc/velk-evil.png",
     b"deep/../../velk-evil.png", b"..\\velk-evil.png", b"C:\\velk-evil.png", b"C:velk-evil.png", b"\\\\host\\evil.png",
     b"file:///velk-evil.png", b"./wood.png", b"deep//wood.png", b"..", b".", b"/", b"", b" ", b"wood.png ",
-    b"wood.png.", b"CON", b"nul.png", b"com1.png", b"wood.png:stream", b"wood\x00.png", b"\x1b[31mwood.png", b"wood\n.png",
+    b"wood.png.", b"CON", b"nul.png", b"com1.png", b"wood.png:stream", b"wood\x00.png", b"\x1b[31mwood.png",
+    b"wood\n.png",
     b"\xff\xfe.png", b"\xe2\x80\xaegnp.doow", b"~/velk-evil.png", b"$HOME/evil.png", b"`id`.png", b"a" * 5000 + b".png",
     b"a/" * 2000 + b"wood.png", b"*.png", b"wood?.png", b"hostile.zip", b"hostile.calibz", b"errors.log",
 )

@@ -1,4 +1,5 @@
 """What every class of faults needs: prepared folders, known states, and the examination of one run with a fault."""
+import collections
 import random
 import threading
 from collections.abc import Callable
@@ -48,14 +49,14 @@ class Bench:
         self.long = long
         self.own_mounts = own_mounts
         self._known = {}
-        self._lock = threading.Lock()
+        self._locks = collections.defaultdict(threading.Lock)
 
     def command_of(self, path):
         return [word.format(**self.workshop.addresses()) for word in path.command]
 
     def known(self, path):
         """The states before and after a path, and its calls; measured once."""
-        with self._lock:
+        with self._locks[path.name]:
             if path.name not in self._known:
                 self._known[path.name] = self._measure(path)
             return self._known[path.name]
@@ -74,7 +75,7 @@ class Bench:
     def points_of(self, path, faults, short, sort):
         """Points that examine a path with each of these faults."""
         points = [Point(str(fault), lambda fault=fault: self.examine(path, fault)) for fault in faults]
-        return self.sample(points, short, f"{path.name}/{sort}", path.most)
+        return self.sample(points, short if path.most is None else 1, f"{path.name}/{sort}", path.most)
 
     def examine(self, path, fault):
         """Runs a path with a fault and again without one; says what was wrong."""

@@ -8,7 +8,7 @@ from bench import Point, Row
 from paths import PATHS
 
 GATE = "full disks"
-SHORT = 2
+SHORT = 1
 PAGE = 4096
 
 # What the program leaves free on a disk for others; below it, it may refuse to begin.

@@ -4,7 +4,7 @@ from bench import Row
 from paths import PATHS
 
 GATE = "injected errors"
-SHORT = 6
+SHORT = 4
 
 # What may happen to which kind of call. A call that is interrupted, or that takes half of the bytes, is not a failure.
 ERRORS = {

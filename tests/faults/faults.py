@@ -16,6 +16,7 @@ import fnmatch
 import os
 import pathlib
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -49,6 +50,7 @@ def main():
     if OWN_MOUNTS not in os.environ and may_mount():
         os.environ[OWN_MOUNTS] = "1"
         os.execvp("unshare", ["unshare", "-rm", sys.executable, *sys.argv])
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))  # not without ending what was started
     with work_folder(arguments.work) as work:
         program = runs.Program(arguments.program, arguments.shim, work)
         workshop = paths.Workshop(program, work / "workshop")
@@ -75,7 +77,7 @@ def parse_arguments():
 
 def may_mount():
     try:
-        return subprocess.run(["unshare", "-rm", "mount", "-t", "tmpfs", "tmpfs", "/mnt"],
+        return subprocess.run(["unshare", "-rm", "mount", "-t", "tmpfs", "tmpfs", tempfile.gettempdir()],
                               capture_output=True).returncode == 0
     except FileNotFoundError:
         return False
@@ -96,26 +98,30 @@ def work_folder(parent):
 
 
 def run_rows(the_bench, arguments):
-    """Whether anything failed."""
+    """Whether anything failed. All points of all rows wait for one pool, so that no processor waits for a row's end."""
     report = Report(arguments)
-    with concurrent.futures.ThreadPoolExecutor(arguments.jobs) as pool:
-        for faults in CLASSES:
-            for row in faults.rows(the_bench):
-                if fnmatch.fnmatchcase(row.name, arguments.only):
-                    report.add(row, run_row(row, pool, arguments.point))
+    rows = [row for faults in CLASSES for row in faults.rows(the_bench)
+            if fnmatch.fnmatchcase(row.name, arguments.only)]
+    pool = concurrent.futures.ThreadPoolExecutor(arguments.jobs)
+    try:
+        points = [pool.submit(points_of, row, arguments.point) for row in rows]
+        results = [[(number, point.label, pool.submit(run_point, point)) for number, point in numbered.result()]
+                   for numbered in points]
+        for row, result in zip(rows, results):
+            report.add(row, [(number, label, run.result()) for number, label, run in result])
+    finally:
+        pool.shutdown(cancel_futures=True)
     return report.finish(complete=the_bench.long and arguments.only == "*" and arguments.point is None)
 
 
-def run_row(row, pool, only):
-    """The numbers, labels and failures of the points of a row; None for a row that is left out."""
+def points_of(row, only):
+    """The points of a row with their numbers. A path that fails without a fault is a point that fails."""
     if row.left_out:
-        return None
+        return []
     try:
-        numbered = [(number, point) for number, point in enumerate(row.points(), 1) if only in (None, number)]
+        return [(number, point) for number, point in enumerate(row.points(), 1) if only in (None, number)]
     except RuntimeError as error:
-        return [(1, "before any fault", str(error))]
-    failures = pool.map(run_point, (point for _, point in numbered))
-    return [(number, point.label, failure) for (number, point), failure in zip(numbered, failures)]
+        return [(1, bench.Point("before any fault", lambda reason=str(error): reason))]
 
 
 def run_point(point):
@@ -138,7 +144,7 @@ class Report:
         self._left_out = []
 
     def add(self, row, results):
-        if results is None:
+        if row.left_out:
             self._left_out.append(row)
             print(f"{row.name:36} LEFT OUT: {row.left_out}", flush=True)
             return

@@ -4,7 +4,7 @@ from bench import Row
 from paths import PATHS
 
 GATE = "kill points"
-SHORT = 5
+SHORT = 4
 
 
 def rows(bench):

@@ -73,16 +73,16 @@ class Program:
         return kept | {"TMPDIR": f"{folder}/tmp", "HOME": f"{folder}/user", "VELK_HOME": f"{folder}/home",
                        "LANG": "C.UTF-8", "LC_ALL": "C.UTF-8"}
 
-    def run(self, command, folder, fault=None, seconds=SECONDS, **options):
-        """Runs `command` in `folder` as it is, with nothing in between."""
-        return self._run(command, folder, {} if fault is None else {"VELK_FAULT": str(fault)}, seconds, options)
+    def run(self, command, folder, fault=None):
+        """Runs `command` in `folder`, with a fault or with nothing in between."""
+        return self._run(command, folder, {} if fault is None else {"VELK_FAULT": str(fault)})
 
     def run_counted(self, command, folder, fault=None):
         """The same, with the number of calls of each kind in the outcome."""
         counts = self.work / f"counts-{next(self._numbers)}"
         counts.write_bytes(bytes(4 * len(KINDS)))
         variables = {"VELK_FAULT_COUNTS": str(counts)} | ({} if fault is None else {"VELK_FAULT": str(fault)})
-        outcome = self._run(command, folder, variables, SECONDS, {})
+        outcome = self._run(command, folder, variables)
         outcome.counts = dict(zip(KINDS, struct.unpack(f"={len(KINDS)}I", counts.read_bytes())))
         counts.unlink()
         return outcome
@@ -102,15 +102,15 @@ class Program:
             process.stdin.flush()
         return [finished(process) for process in processes]
 
-    def _run(self, command, folder, variables, seconds, options):
+    def _run(self, command, folder, variables):
         environment = self.environment(folder) | variables
         if variables:
             environment |= {"LD_PRELOAD": self.shim, "VELK_FAULT_BELOW": str(folder)}
         try:
             run = subprocess.run([self.path, *command], cwd=folder, env=environment, stdin=subprocess.DEVNULL,
-                                 capture_output=True, text=True, errors="replace", timeout=seconds, **options)
+                                 capture_output=True, text=True, errors="replace", timeout=SECONDS)
         except subprocess.TimeoutExpired as late:
-            return Outcome(None, _text(late.stdout), _text(late.stderr), seconds=seconds)
+            return Outcome(None, _text(late.stdout), _text(late.stderr))
         return Outcome(run.returncode, run.stdout, run.stderr)
 
 
