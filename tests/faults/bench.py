@@ -134,6 +134,8 @@ class Bench:
         if new != again:
             changing = sorted(name for name in {*new, *again} if new.get(name) != again.get(name))
             raise RuntimeError(f"{path.name}: two runs without a fault differ in {', '.join(changing)}")
+        if outcome.counts["change"] == 0:
+            raise RuntimeError(f"{path.name}: the shim saw no call")
         if old == new:
             raise RuntimeError(f"{path.name}: changes nothing")
         return Known(old, new, outcome.counts, command, prepared)
