@@ -1,6 +1,7 @@
 """What every class of faults needs: prepared folders, known states, and the examination of one run with a fault."""
 import collections
 import random
+import shutil
 import threading
 from collections.abc import Callable
 from dataclasses import dataclass, field
@@ -9,9 +10,13 @@ import runs
 import states
 
 
+# What the run of a point returns when there was no such call this time. Threads make that differ.
+NOT_MET = "not met"
+
+
 @dataclass(frozen=True)
 class Point:
-    """One place at which something goes wrong. `run` returns what was wrong afterwards, or None."""
+    """One place at which something goes wrong. `run` returns what was wrong afterwards, or None, or NOT_MET."""
 
     label: str
     run: Callable
@@ -81,11 +86,12 @@ class Bench:
         """Runs a path with a fault and again without one; says what was wrong."""
         known = self.known(path)
         with self.folders.copy_of(known.prepared) as folder:
-            outcome = self.program.run(known.command, folder, fault)
+            outcome = self.program.run_counted(known.command, folder, fault)
             killed = fault.effect.startswith("kill")
-            return (self.fault_of_outcome(outcome, killed) or
-                    self.fault_of_state(path, folder, outcome) or
-                    self.fault_of_repetition(path, folder))
+            wrong = (self.fault_of_outcome(outcome, killed) or
+                     self.fault_of_state(path, folder, outcome) or
+                     self.fault_of_repetition(path, folder))
+            return wrong or (None if outcome.counts[fault.kind] >= fault.number else NOT_MET)
 
     def fault_of_outcome(self, outcome, killed=False):
         """A program ends by itself, and says why when it fails."""
@@ -104,6 +110,8 @@ class Bench:
         torn = [name for name in states.torn(now, known.old, known.new) if name in now or name not in path.missing]
         if path.keeps_old and torn:
             return f"neither old nor new: {', '.join(torn)} ({outcome.last_line()})"
+        if path.whole and outcome.code not in (0, runs.KILLED) and (new := states.missing(now, known.new, known.old)):
+            return f"exit code {outcome.code}, but not all is as it was: {', '.join(new)} ({outcome.last_line()})"
         if outcome.code == 0 and (missing := states.missing(now, known.old, known.new)):
             return f"exit code 0, but not done: {', '.join(missing)} ({outcome.last_line()})"
         return None
@@ -124,8 +132,8 @@ class Bench:
 
     def _measure(self, path):
         prepared = self.work / f"prepared {path.name}"
-        prepared.mkdir()
-        (prepared / "tmp").mkdir()
+        shutil.rmtree(prepared, ignore_errors=True)
+        (prepared / "tmp").mkdir(parents=True)
         path.prepare(self.workshop, prepared)
         command = self.command_of(path)
         old = self.state(path, prepared)

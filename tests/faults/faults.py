@@ -30,11 +30,12 @@ import crowds
 import disks
 import errors
 import kills
+import obstacles
 import paths
 import runs
 import services
 
-CLASSES = (kills, errors, allocations, disks, crowds, services, archives)
+CLASSES = (kills, errors, allocations, disks, obstacles, crowds, services, archives)
 
 # How many points of each sort there are to be in the long form.
 GATES = {kills.GATE: 1000, errors.GATE: 4000, allocations.GATE: 4000, services.GATE: 170, archives.GATE: 390,
@@ -141,19 +142,20 @@ class Report:
         self._points = {}
         self._paths = set()
         self._failures = 0
-        self._left_out = []
+        self._left_out = 0
 
     def add(self, row, results):
         if row.left_out:
-            self._left_out.append(row)
+            self._left_out += 1
             print(f"{row.name:36} LEFT OUT: {row.left_out}", flush=True)
             return
-        failures = [result for result in results if result[2] is not None]
-        self._points[row.gate] = self._points.get(row.gate, 0) + len(results)
+        met = [result for result in results if result[2] != bench.NOT_MET]
+        failures = [result for result in met if result[2] is not None]
+        self._points[row.gate] = self._points.get(row.gate, 0) + len(met)
         self._paths.add(row.name.split("/")[0])
         self._failures += len(failures)
-        print(f"{row.name:36} {len(results):5} points {len(results) - len(failures):5} passed {len(failures):5} failed",
-              flush=True)
+        print(f"{row.name:36} {len(met):5} points {len(met) - len(failures):5} passed {len(failures):5} failed"
+              f"{f' {len(results) - len(met):5} not met' if len(met) < len(results) else ''}", flush=True)
         for number, label, failure in failures[: self._shown]:
             print(f"    {number:5}  {label}: {failure}")
             print(f"           ./dev faults {'--short ' * self._short}--only '{row.name}' --point {number}", flush=True)
@@ -164,10 +166,9 @@ class Report:
         for gate, points in self._points.items():
             wanted = f" of at least {GATES[gate]}" if complete and gate in GATES else ""
             print(f"{points:6} {gate}{wanted}")
-        few = complete and any(self._points.get(gate, 0) < wanted for gate, wanted in GATES.items()
-                               if gate not in {row.gate for row in self._left_out})
-        few = few or (complete and len(self._paths) < PATHS_GATE)
-        print(f"{self._failures:6} failures, {len(self._left_out)} rows left out"
+        few = complete and (len(self._paths) < PATHS_GATE or
+                            any(self._points.get(gate, 0) < wanted for gate, wanted in GATES.items()))
+        print(f"{self._failures:6} failures, {self._left_out} rows left out"
               f"{', and fewer points than there are to be' * few}; {time.monotonic() - self._started:.0f} s")
         return self._failures > 0 or few
 

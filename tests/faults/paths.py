@@ -110,7 +110,8 @@ class WritePath:
     `done_codes` are the exit codes that a repetition may end with where the work has been done already. The tour
     begins by removing what an earlier one left, so there is no old state that it could keep, and its libraries carry
     the time, so that only their names can be compared (`keeps_old`). A logo is removed before a new one is asked for,
-    and may be `missing` for a while. Of a slow path, `most` points of each class are enough.
+    and may be `missing` for a while. Where a command does several things, it may have done some of them when it fails
+    (`whole`). Of a slow path, `most` points of each class are enough.
     """
 
     name: str
@@ -118,6 +119,7 @@ class WritePath:
     prepare: Callable = lambda workshop, folder: None
     done_codes: tuple = (0,)
     keeps_old: bool = True
+    whole: bool = True
     missing: tuple = ()
     most: int | None = None
 
@@ -192,12 +194,14 @@ PATHS = (
     WritePath("unpack", ("unpack", "Garden.calibz", "-o", "out"), take("Garden.calibz")),
     WritePath("unpack over", ("unpack", "Garden.calibz", "-o", "out"), older_pair),
     WritePath("unpack address", ("unpack", "{files}/new/Garden.calibz", "-o", "out")),
-    WritePath("update core", ("update", "--service", "{service}", "--kinds", "core")),
-    WritePath("update bonus", ("update", "--service", "{service}", "--kinds", "bonus", "--bonus", "Garden")),
+    WritePath("update core", ("update", "--service", "{service}", "--kinds", "core"), whole=False),
+    WritePath("update bonus", ("update", "--service", "{service}", "--kinds", "bonus", "--bonus", "Garden"),
+              whole=False),
     WritePath("update manufacturer",
-              ("update", "--service", "{service}", "--kinds", "manufacturer", "--manufacturer", "Acme")),
-    WritePath("update all", UPDATE_ALL),
-    WritePath("update over", UPDATE_ALL, after(OLDER_UPDATE)),
+              ("update", "--service", "{service}", "--kinds", "manufacturer", "--manufacturer", "Acme"),
+              whole=False),
+    WritePath("update all", UPDATE_ALL, whole=False),
+    WritePath("update over", UPDATE_ALL, after(OLDER_UPDATE), whole=False),
     WritePath("merge new", ("textures", "merge", "Garden.zip", "textures/House.zip"), take("Garden.zip")),
     WritePath("merge", ("textures", "merge", "Garden.zip", "textures/House.zip"), merged_textures),
     WritePath("filter new", ("filter", "add", "Kitchens", "--id", "lib-Kitchen")),
@@ -211,7 +215,8 @@ PATHS = (
               after("manufacturer edit 7 --new --name Acme")),
     WritePath("manufacturer text", ("manufacturer", "edit", "--default-text", "Ask the shop"),
               after("manufacturer edit 7 --new --name Acme")),
-    WritePath("manufacturer update", REFRESH, older_cards, missing=("home/manufacturer-data/acme.png",)),
+    WritePath("manufacturer update", REFRESH, older_cards, whole=False,
+              missing=("home/manufacturer-data/acme.png",)),
     WritePath("catalog build", ("catalog", "build", "Kitchen.csv", "-o", "Kitchen.calib"), take("Kitchen.csv")),
     WritePath("catalog sample", ("catalog", "sample", "-o", "sample.calib"),
               after("catalog sample --language de -o sample.calib")),
@@ -220,7 +225,9 @@ PATHS = (
     WritePath("catalog pack over", ("catalog", "pack", "Garden.calib", "--files", "textures", "-o", "Garden.calibz"),
               lambda workshop, folder: (take("Garden.calib", "textures")(workshop, folder),
                                         take("Garden.calibz", edition="old")(workshop, folder))),
-    WritePath("publish", ("publish", "content", "-o", "site", "--nginx", "nginx"), content_folder),
-    WritePath("publish over", ("publish", "content", "-o", "site", "--nginx", "nginx"), two_editions),
-    WritePath("tour", ("tour", "--sample", "-o", "tour"), keeps_old=False, most=50),
+    WritePath("publish", ("publish", "content", "-o", "site", "--nginx", "nginx"), content_folder,
+              whole=False),
+    WritePath("publish over", ("publish", "content", "-o", "site", "--nginx", "nginx"), two_editions,
+              whole=False),
+    WritePath("tour", ("tour", "--sample", "-o", "tour"), keeps_old=False, whole=False, most=50),
 )

@@ -73,12 +73,12 @@ class Program:
         return kept | {"TMPDIR": f"{folder}/tmp", "HOME": f"{folder}/user", "VELK_HOME": f"{folder}/home",
                        "LANG": "C.UTF-8", "LC_ALL": "C.UTF-8"}
 
-    def run(self, command, folder, fault=None):
-        """Runs `command` in `folder`, with a fault or with nothing in between."""
-        return self._run(command, folder, {} if fault is None else {"VELK_FAULT": str(fault)})
+    def run(self, command, folder):
+        """Runs `command` in `folder`, with nothing in between."""
+        return self._run(command, folder, {})
 
     def run_counted(self, command, folder, fault=None):
-        """The same, with the number of calls of each kind in the outcome."""
+        """Runs it with the shim and perhaps a fault. The outcome has the number of calls of each kind."""
         counts = self.work / f"counts-{next(self._numbers)}"
         counts.write_bytes(bytes(4 * len(KINDS)))
         variables = {"VELK_FAULT_COUNTS": str(counts)} | ({} if fault is None else {"VELK_FAULT": str(fault)})

@@ -18,6 +18,7 @@ RECORDS = re.compile(r"(.*/)?(errors\.log|catalog_hash\.txt|installed\.db(-journ
 
 HASH_NAME = re.compile(r"[0-9a-f]{40}")
 FOLDER = "a folder"
+TABLE = "table "
 
 
 def state_of(folder):
@@ -47,6 +48,11 @@ def names_of(folder):
     return {HASH_NAME.sub("HASH", name): "" for name in state_of(folder)}
 
 
+def is_real(name):
+    """Whether a path of a state is that of a file, and not the name that stands for a table's."""
+    return not pathlib.PurePosixPath(name).name.startswith(TABLE)
+
+
 def torn(now, old, new):
     """The paths of what is neither as it was nor as it is to be."""
     return [name for name in sorted({*old, *new}) if not _is(now, name, old) and not _is(now, name, new)]
@@ -73,11 +79,11 @@ def _published(name, content, folder):
     """A site names each table after its bytes, which hold the time; here it is named after its edition."""
     path = pathlib.PurePosixPath(name)
     if path.suffix == ".json" and path.parent.name == "files" and (table := _table(content)):
-        return str(path.with_name(f"table {table['edition']}")), json.dumps(table, sort_keys=True)
+        return str(path.with_name(f"{TABLE}{table['edition']}")), json.dumps(table, sort_keys=True)
     if path.name == "current" and (folder / "files").is_dir():
         named = folder / "files" / content.decode(errors="replace").strip()
         table = _table(named.read_bytes()) if named.is_file() else None
-        return name, f"table {table['edition']}" if table else f"no table: {content!r}"
+        return name, f"{TABLE}{table['edition']}" if table else f"no table: {content!r}"
     return name, _content(path.suffix, content)
 
 
