@@ -11,6 +11,7 @@ import re
 import signal
 import socket
 import struct
+import sys
 import threading
 import time
 from collections.abc import Callable
@@ -116,8 +117,8 @@ def examine(bench, path, kind, twist):
         outcome = interrupted(bench, command, folder) if twist.endless else bench.program.run(command, folder)
         if (fault := bench.fault_of_outcome(outcome)) is not None:
             return fault
-        if not service.twisted:
-            return "the request was never made"
+        if service.fault or not service.twisted:
+            return service.fault or "the request was never made"
         if twist.meaning == TAKEN or kind in UNCHECKED:
             left = states.litter(states.state_of(folder), known.old, known.new)
             return f"files of no meaning: {', '.join(left)}" if left else None
@@ -158,15 +159,14 @@ class HostileService(http.server.ThreadingHTTPServer):
         do_HEAD = do_GET
 
         def reply(self, answer, twist):
-            sent = answer.whole()
+            sent = answer
             if twist is not None:
                 self.server.twisted = True
                 self.close_connection = True
-                twisted = twist.send(answer, self.connection)
-                sent = twisted.whole() if isinstance(twisted, Answer) else twisted or b""
-            if self.command == "HEAD":
-                sent = sent[: sent.find(b"\r\n\r\n") + 4] or sent
-            self.connection.sendall(sent)
+                sent = twist.send(answer, self.connection)
+            if isinstance(sent, Answer):
+                sent = sent.head() if self.command == "HEAD" else sent.whole()
+            self.connection.sendall(sent or b"")
 
         def log_message(self, *_):
             pass
@@ -177,6 +177,7 @@ class HostileService(http.server.ThreadingHTTPServer):
         self.asked = asked
         self.twist = twist
         self.twisted = False
+        self.fault = None
         self.address = f"http://127.0.0.1:{self.server_address[1]}"
 
     def __enter__(self):
@@ -188,7 +189,9 @@ class HostileService(http.server.ThreadingHTTPServer):
         self.server_close()
 
     def handle_error(self, *_):
-        """A client may go away at any time."""
+        """A client may go away at any time; anything else is a fault of this service."""
+        if not isinstance(sys.exc_info()[1], OSError):
+            self.fault = repr(sys.exc_info()[1])
 
     def ask(self, method, path, headers):
         upstream = http.client.HTTPConnection(self.upstream, timeout=20)
