@@ -1,0 +1,33 @@
+"""Failed allocations, once and from then on.
+
+Most of a program's allocations happen before it does anything, so those are tried here and there, and those of the
+work itself more closely.
+"""
+import runs
+from bench import Row
+from paths import PATHS
+
+GATE = "failed allocations"
+SHORT = 3
+BEFORE_THE_WORK = 20
+OF_THE_WORK = 80
+
+
+def rows(bench):
+    return [Row(f"{path.name}/allocation", GATE, lambda path=path: points(bench, path)) for path in PATHS]
+
+
+def points(bench, path):
+    known = bench.known(path)
+    with bench.folders.copy_of(known.prepared) as folder:
+        stopped = bench.program.run_counted(known.command, folder, runs.Fault("change", 1, "kill-before"))
+    begin, end = stopped.counts["allocate"], known.counts["allocate"]
+    numbers = spread(1, begin, BEFORE_THE_WORK) + spread(begin + 1, end, OF_THE_WORK)
+    faults = [runs.Fault("allocate", number, "ENOMEM", times) for number in numbers for times in ("once", "on")]
+    return bench.points_of(path, faults, SHORT, "allocation")
+
+
+def spread(first, last, count):
+    """At most `count` numbers from first to last, evenly spread."""
+    step = max(1.0, (last - first + 1) / count)
+    return [first + int(index * step) for index in range(count) if first + int(index * step) <= last]
