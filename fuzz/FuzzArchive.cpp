@@ -2,14 +2,13 @@
 #include <VelkCommon/Archive/ZipUtils.h>
 #include <VelkCommon/Files/FileUtils.h>
 
+#include "ArchiveContents.h"
 #include "Check.h"
 #include "InputFile.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <map>
-#include <new>
 #include <optional>
 #include <set>
 #include <string>
@@ -17,23 +16,9 @@
 
 namespace {
 
-using Bytes = std::vector<unsigned char>;
-
-fileString combined(const fileString& archive, const fileString& name)
-{
-    return archive + fileString(ZipUtils::getDelimiter()) + name;
-}
-
-std::optional<Bytes> readWhole(const fileString& archive, const fileString& name)
-{
-    std::optional<Bytes> whole;
-    try {
-        ZipUtils::writeFileDataFromArchive(combined(archive, name), [&](Bytes& bytes) { whole = bytes; });
-    } catch (const std::bad_alloc&) {
-        // It claims to be too large for memory.
-    }
-    return whole;
-}
+using fuzz::Bytes;
+using fuzz::combined;
+using fuzz::readWhole;
 
 std::optional<Bytes> readInBlocks(const fileString& archive, const fileString& name)
 {
@@ -63,20 +48,13 @@ std::set<fileString> copy(const fileString& from, const fileString& to)
     return copied;
 }
 
-// In memory where there is such a file system, because complete archives are synced and a disk would slow that down.
-fileString outputFor(const fileString& input)
-{
-    const std::string folder = std::filesystem::is_directory("/dev/shm") ? "/dev/shm" : input.parentPath().utf8();
-    return fileString(folder) / (input.stemWithExtension() + fileString(std::string(".out.zip")));
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     static const fuzz::InputFile file(".zip");
     const fileString path = file.write(data, size);
-    const fileString output = outputFor(path);
+    const fileString output = path + fileString(std::string(".out.zip"));
     const std::vector<fileString> names = ZipUtils::getFilenamesInArchive(path);
     fuzz::check(names.size() == ZipUtils::getSizeOfArchive(path), "there are as many names as entries");
     std::map<fileString, std::optional<Bytes>> contents;

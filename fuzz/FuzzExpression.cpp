@@ -4,6 +4,7 @@
 
 #include "Check.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <exception>
@@ -20,11 +21,48 @@ using Library::Search::ParseTree;
 
 constexpr std::size_t literalLimit = 16'384;
 
+bool isSame(const BooleanExp::Node* one, const BooleanExp::Node* other);
+
+bool isSameGroup(const BooleanExp::Group& one, const BooleanExp::Group& other)
+{
+    return isSame(one.first.get(), other.first.get()) &&
+           std::equal(one.conjoinedTerms.begin(), one.conjoinedTerms.end(), other.conjoinedTerms.begin(),
+                      other.conjoinedTerms.end(), [](const auto& left, const auto& right) {
+                          return left.conjunction == right.conjunction &&
+                                 isSame(left.expression.get(), right.expression.get());
+                      });
+}
+
+bool isSame(const BooleanExp::Node* one, const BooleanExp::Node* other)
+{
+    if (one == nullptr || other == nullptr || one->negated != other->negated)
+        return one == other;
+    const BooleanExp::Group* const group = one->asGroup();
+    const BooleanExp::Group* const otherGroup = other->asGroup();
+    if (group != nullptr && otherGroup != nullptr)
+        return isSameGroup(*group, *otherGroup);
+    const BooleanExp::Term* const term = one->asTerm();
+    const BooleanExp::Term* const otherTerm = other->asTerm();
+    return term != nullptr && otherTerm != nullptr && term->text == otherTerm->text;
+}
+
+/// Blanks around a text do not count. Seen in the expression, which says the same of its normal form, and takes
+/// a small part of the time where that has thousands of terms.
+void checkBlanks(const std::u32string& text, const BooleanExp* expression)
+{
+    if (text.size() >= 16'000)
+        return;
+    const std::unique_ptr<BooleanExp> again = BooleanExp::parse(U" " + text + U"\t");
+    check(isSame(again ? again->root.get() : nullptr, expression != nullptr ? expression->root.get() : nullptr),
+          "blanks around do not count");
+}
+
 /// The normal form as a tree, read by the rules of such a form. Null when the text is
 /// rejected or has nothing to search for.
 std::unique_ptr<ParseTree> readNormalForm(const std::u32string& text)
 {
     const std::unique_ptr<BooleanExp> expression = BooleanExp::parse(text);
+    checkBlanks(text, expression.get());
     if (!expression)
         return nullptr;
     expression->convertToDisjunctiveNormalForm();
@@ -84,8 +122,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const ParseTree tree = Library::Search::parseSearchTerms(text);
         checkTree(tree);
         check(tree == expectedTree(text), "the search reads the normal form");
-        if (text.size() < 16'000)
-            check(Library::Search::parseSearchTerms(U" " + text + U"\t") == tree, "blanks around do not count");
     } catch (const std::exception&) {
         check(false, "no text throws");
     }

@@ -1,6 +1,7 @@
 // Reads any bytes as a filter file. Whatever they are, the filters that were read are written as a file that reads
 // back the same, in reverse.
 #include <VelkCommon/HostServices.h>
+#include <VelkCommon/Text/StringConvert.h>
 #include <VelkLibrary/LibraryFilterManager.h>
 
 #include "Check.h"
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace {
@@ -29,6 +31,13 @@ bool isReverse(const std::vector<LibraryFilter>& left, const std::vector<Library
     return std::equal(left.begin(), left.end(), right.rbegin(), right.rend(), isEqual);
 }
 
+bool isText(const LibraryFilter& filter)
+{
+    const std::vector<std::string>& ids = filter.getDatabaseIds();
+    return StringConvert::isUtf8(filter.getFilterName()) &&
+           std::all_of(ids.begin(), ids.end(), [](const std::string& id) { return StringConvert::isUtf8(id); });
+}
+
 // Merged into an empty manager, the file's filters are all that the manager has.
 std::vector<LibraryFilter> load(LibraryFilterManager& manager, const fileString& path)
 {
@@ -46,9 +55,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static_cast<void>(installed);
     LibraryFilterManager& manager = LibraryFilterManager::getLibraryFilterManager();
     const fileString path = file.write(data, size);
-    load(manager, path);
+    std::vector<LibraryFilter> first = load(manager, path);
     // Bytes that are not text are replaced when the file is first written.
-    const std::vector<LibraryFilter> first = load(manager, path);
+    if (!std::all_of(first.begin(), first.end(), isText))
+        first = load(manager, path);
     const long current = manager.getCurrentFilterId();
     for (const LibraryFilter& filter : first)
         fuzz::check(!filter.getFilterName().empty() && filter.getFilterId() != -1, "filters have names and ids");

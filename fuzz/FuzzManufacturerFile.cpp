@@ -6,13 +6,12 @@
 #include <VelkLibrary/Manufacturer/ManufacturerManager.h>
 
 #include "Check.h"
+#include "WorkFolder.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <fstream>
-#include <random>
 #include <string>
 
 namespace {
@@ -22,24 +21,21 @@ class DataFolder
 {
 public:
     DataFolder()
-        : path_(std::filesystem::temp_directory_path() / ("velk-fuzz-" + std::to_string(std::random_device{}())))
     {
-        std::filesystem::create_directory(path_);
         Velk::HostServices host;
-        host.folders.manufacturerData = fileString(path_.string());
+        host.folders.manufacturerData = fileString(folder_.path().string());
         host.assertionReportsEnabled = [] { return false; };
         Velk::installHost(std::move(host));
     }
-    ~DataFolder() { std::filesystem::remove_all(path_); }
 
     void write(const std::uint8_t* data, std::size_t size) const
     {
-        std::ofstream file(path_ / "manufacturer_data.json", std::ios::binary);
+        std::ofstream file(folder_.path() / "manufacturer_data.json", std::ios::binary);
         file.write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
     }
 
 private:
-    std::filesystem::path path_;
+    fuzz::OwnFolder folder_;
 };
 
 bool isEqual(const std::pair<const long, Manufacturer>& one, const std::pair<const long, Manufacturer>& other)

@@ -2,10 +2,10 @@
 
 #include <VelkCommon/Files/fileString.h>
 
+#include "WorkFolder.h"
+
 #include <cstdint>
 #include <cstdio>
-#include <filesystem>
-#include <random>
 #include <string>
 
 namespace fuzz {
@@ -14,11 +14,7 @@ namespace fuzz {
 class InputFile
 {
 public:
-    explicit InputFile(const std::string& extension)
-        : path_((std::filesystem::temp_directory_path() /
-                 ("velk-fuzz-" + std::to_string(std::random_device{}()) + extension))
-                    .string())
-    {}
+    explicit InputFile(const std::string& extension) : path_(workPath(extension).string()) {}
     ~InputFile() { std::remove(path_.c_str()); }
 
     fileString write(const std::uint8_t* data, std::size_t size) const

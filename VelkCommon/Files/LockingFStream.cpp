@@ -55,8 +55,11 @@ public:
             file_.close();
             return;
         }
-        block_.resize(bufferSize);
-        text_.resize(bufferSize);
+        // Only what is used: filling both with zeros would take as long as reading a small file.
+        if (!writing_)
+            block_.resize(bufferSize);
+        if (writing_ || translate_)
+            text_.resize(bufferSize);
         if (writing_)
             setp(text_.data(), text_.data() + text_.size());
     }

@@ -11,7 +11,6 @@
 #include <ios>
 #include <new>
 #include <stdexcept>
-#include <vector>
 
 namespace Library::detail {
 namespace {
@@ -38,11 +37,13 @@ std::string readWhole(const fileString& path)
     }
     file.exceptions(std::ios_base::badbit);
     std::string text;
-    text.reserve(static_cast<std::size_t>(std::clamp(FileUtils::fileSize(path), 0LL, largestDataFile)) + blockSize);
-    std::vector<char> block(blockSize);
-    while (file) {
-        file.read(block.data(), static_cast<std::streamsize>(block.size()));
-        text.append(block.data(), static_cast<std::size_t>(file.gcount()));
+    // A byte more than there are, which is what tells the end.
+    auto room = static_cast<std::size_t>(std::clamp(FileUtils::fileSize(path), 0LL, largestDataFile)) + 1;
+    for (; file; room = blockSize) {
+        const std::size_t end = text.size();
+        text.resize(end + room);
+        file.read(text.data() + end, static_cast<std::streamsize>(room));
+        text.resize(end + static_cast<std::size_t>(file.gcount()));
         if (text.size() > static_cast<std::size_t>(largestDataFile))
             throw std::ios_base::failure("A data file is too large.");
     }

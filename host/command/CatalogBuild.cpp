@@ -4,18 +4,15 @@
 #include "host/catalog/CsvSource.h"
 #include "host/catalog/FurnitureLibrary.h"
 #include "host/catalog/SampleLibrary.h"
+#include "host/catalog/SourceKind.h"
 #include "host/support/ByteText.h"
-#include "host/support/FileError.h"
-#include "host/support/Folders.h"
 #include "host/support/TextTable.h"
-#include "host/support/WholeFile.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/WorkFolder.h>
 #include <VelkCommon/Text/TimeText.h>
 
 #include <algorithm>
-#include <limits>
 
 namespace VelkHost {
 namespace {
@@ -38,13 +35,8 @@ BuiltCatalog write(Catalog catalog, const fileString& target)
 
 Catalog readSource(const fileString& source, const BuildOptions& options)
 {
-    constexpr std::string_view zipSignature = "PK";
-    if (isFolder(source))
-        throw FileError(source, "is a folder, not a file; give a furniture library (.sh3f) or a CSV file");
-    requireFile(source, std::numeric_limits<std::uint64_t>::max());
-    const bool furniture =
-        readBeginning(source, zipSignature.size()) == zipSignature || source.hasExtensionInAnyCase(furnitureExtension);
-    return furniture ? readFurnitureLibrary(source, options) : readCsv(source, options);
+    return sourceKind(source) == SourceKind::Furniture ? readFurnitureLibrary(source, options)
+                                                       : readCsv(source, options);
 }
 
 }  // namespace

@@ -14,6 +14,13 @@
 namespace VelkHost {
 namespace {
 
+constexpr const char* catalogExamples = R"(Examples:
+  velk catalog sample -o sample.calib
+  velk catalog build products.csv -o products.calib
+  velk catalog pack house.calib --files textures -o house.calibz
+
+"velk catalog COMMAND --help" tells more about each of them.)";
+
 constexpr const char* buildExamples = R"(Examples:
   velk catalog build Scopia.sh3f -o scopia.calib
   velk catalog build Scopia.sh3f -o scopia-de.calib --language de --type bonus
@@ -98,6 +105,7 @@ void addCatalogCommand(CLI::App& app, Output& output, Action& action)
 {
     CLI::App* const catalog = app.add_subcommand("catalog", "Make library files (.calib, .calibz)");
     catalog->require_subcommand(1);
+    catalog->footer(catalogExamples);
     addBuild(*catalog, output, action);
     addSample(*catalog, output, action);
     addPackCommand(*catalog, output, action);

@@ -10,6 +10,7 @@
 #include "host/command/TourCommand.h"
 #include "host/command/UnpackCommand.h"
 #include "host/command/UpdateCommand.h"
+#include "host/command/WrongUsage.h"
 #include "host/support/ExitCode.h"
 #include "host/support/ParserArguments.h"
 
@@ -17,11 +18,8 @@
 
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
 #include <exception>
 #include <new>
-#include <numeric>
-#include <utility>
 
 namespace VelkHost {
 namespace {
@@ -48,74 +46,9 @@ void describe(CLI::App& app)
     app.require_subcommand(1);
     app.set_version_flag("--version", "velk " VELK_VERSION_STRING);
     app.get_formatter()->column_width(34);
+    app.get_formatter()->label("SUBCOMMAND", "COMMAND");
     // "/x" is a text to search for on every system.
     app.allow_windows_style_options(false);
-}
-
-/// What a wrong command line deserves: the reason, and where help is.
-int reportUsage(const CLI::App& app, const CLI::ParseError& error, Output& output)
-{
-    std::string command = "velk";
-    for (const CLI::App* sub = &app; !sub->get_subcommands().empty();) {
-        sub = sub->get_subcommands().front();
-        command += " " + sub->get_name();
-    }
-    output.error(error.what(),
-                 "See \"" + command + " --help\". A search text that begins with \"-\" goes after \"--\".");
-    return static_cast<int>(ExitCode::Usage);
-}
-
-bool isCommand(const CLI::App& app, const std::string& name)
-{
-    const std::vector<const CLI::App*> commands = app.get_subcommands({});
-    return std::any_of(commands.begin(), commands.end(),
-                       [&](const CLI::App* command) { return command->get_name() == name; });
-}
-
-/// How many letters are to be inserted, removed or replaced to make one text the other.
-std::size_t editDistance(const std::string& from, const std::string& to)
-{
-    std::vector<std::size_t> row(to.size() + 1);
-    std::iota(row.begin(), row.end(), std::size_t{0});
-    for (std::size_t i = 0; i < from.size(); ++i) {
-        std::size_t diagonal = std::exchange(row[0], i + 1);
-        for (std::size_t j = 0; j < to.size(); ++j) {
-            const std::size_t replaced = diagonal + (from[i] == to[j] ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
-        }
-    }
-    return row.back();
-}
-
-/// The command that a mistyped name probably means; empty without one.
-std::string meantCommand(const std::vector<const CLI::App*>& commands, const std::string& name)
-{
-    constexpr std::size_t mostMistakes = 2;
-    std::string meant;
-    std::size_t least = mostMistakes + 1;
-    for (const CLI::App* command : commands) {
-        const std::size_t mistakes = editDistance(name, command->get_name());
-        if (mistakes < least) {
-            least = mistakes;
-            meant = command->get_name();
-        }
-    }
-    return meant;
-}
-
-/// The first argument names no command.
-int reportUnknownCommand(const CLI::App& app, const std::string& name, Output& output)
-{
-    std::string commands;
-    const std::vector<const CLI::App*> all = app.get_subcommands({});
-    for (const CLI::App* command : all)
-        commands += (commands.empty() ? "" : command == all.back() ? " and " : ", ") + command->get_name();
-    const std::string meant = meantCommand(all, name);
-    output.error("there is no command \"" + name + "\"",
-                 (meant.empty() ? "" : "Did you mean \"velk " + meant + "\"? ") + "The commands are " + commands +
-                     "; see \"velk --help\".");
-    return static_cast<int>(ExitCode::Usage);
 }
 
 /// "velk help search" is "velk search --help".
@@ -148,8 +81,8 @@ int run(const std::vector<std::string>& given, Output& output)
         output.write(app.help());
         return static_cast<int>(ExitCode::Success);
     }
-    if (!arguments.front().starts_with('-') && !isCommand(app, arguments.front()))
-        return reportUnknownCommand(app, arguments.front(), output);
+    if (reportUnknownCommand(app, arguments, output))
+        return static_cast<int>(ExitCode::Usage);
     try {
         std::vector<std::string> disguised = toParser(arguments);
         app.parse(disguised);
@@ -157,13 +90,11 @@ int run(const std::vector<std::string>& given, Output& output)
         output.write(app.version() + "\n");
         return static_cast<int>(ExitCode::Success);
     } catch (const CLI::CallForHelp&) {
-        const CLI::App* asked = &app;
-        while (!asked->get_subcommands().empty())
-            asked = asked->get_subcommands().front();
-        output.write(asked->help());
+        output.write(app.help());  // of the command that was named
         return static_cast<int>(ExitCode::Success);
     } catch (const CLI::ParseError& error) {
-        return reportUsage(app, error, output);
+        reportWrongUsage(app, error, output);
+        return static_cast<int>(ExitCode::Usage);
     }
     return action();
 }

@@ -12,6 +12,7 @@
 #include <VelkCommon/Text/StringConvert.h>
 
 #include <cstdint>
+#include <limits>
 #include <optional>
 
 namespace VelkHost {
@@ -140,7 +141,9 @@ void checkUpdate(const ManufacturerArguments& arguments)
 
 CLI::Option& addIdOption(CLI::App& command, ManufacturerArguments& arguments)
 {
-    return *command.add_option("ID", arguments.id, "The manufacturer's number");
+    using Ids = std::numeric_limits<std::int32_t>;
+    return addNumberOption(command, "ID", "The manufacturer's number", Ids::min(), Ids::max(),
+                           [&arguments](std::int64_t id) { arguments.id = static_cast<std::int32_t>(id); });
 }
 
 void addTextOption(CLI::App& command, ManufacturerArguments& arguments, const std::string& field,
@@ -204,9 +207,7 @@ void addManufacturerCommand(CLI::App& app, Output& output, Action& action)
     updates.command.add_option("--logo-url", updates.arguments.logoUrl, "The address of its logos, with a query")
         ->required()
         ->type_name("URL");
-    updates.command
-        .add_option("--limit", updates.arguments.limit, "Show at most this many changes, 0 for all (default: 20)")
-        ->type_name("N");
+    addLimitOption(updates.command, updates.arguments.limit, "changes");
     addFormatOption(updates.command, updates.arguments.format);
 }
 

@@ -71,9 +71,7 @@ void addOptions(CLI::App& command, SearchArguments& arguments)
     command.add_option("--id", arguments.id, "Show the item with exactly this id")->type_name("ID");
     command.add_flag("--explain", arguments.explain, "Show how TEXT is understood, and search nothing");
     addFormatOption(command, arguments.format);
-    command.add_option("--limit", arguments.limit, "Show at most this many hits, 0 for all (default: 20)")
-        ->check(CLI::NonNegativeNumber)
-        ->type_name("N");
+    addLimitOption(command, arguments.limit, "hits");
     addHomeOption(command, arguments.home);
 }
 

@@ -147,7 +147,24 @@ LibrarySet loadLibraries(const std::vector<fileString>& paths)
 
 LibrarySet loadInstalledLibraries()
 {
-    return loadLibraries(installedLibraryFiles());
+    std::vector<fileString> files;
+    std::vector<BrokenLibrary> broken;
+    for (const fileString& folder : installedLibraryFolders()) {
+        const std::optional<Absence> absence = absenceOf(folder);
+        if (absence && absence->isFree)
+            continue;
+        try {
+            if (absence)
+                throw FileError(folder, absence->why);
+            const std::vector<fileString> found = filesInFolder(folder, Library::extensions::database);
+            files.insert(files.end(), found.begin(), found.end());
+        } catch (const FileError& error) {
+            broken.push_back({error.path(), error.reason()});
+        }
+    }
+    LibrarySet libraries = loadLibraries(files);
+    libraries.broken.insert(libraries.broken.begin(), broken.begin(), broken.end());
+    return libraries;
 }
 
 std::vector<fileString> installedLibraryFiles()

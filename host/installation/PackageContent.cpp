@@ -58,7 +58,8 @@ PackageContent::PackageContent(const fileString& archive) : archive_(archive)
     const std::string catalog = catalogNameIn(archive);
     bool hasCatalog = false;
     try {
-        for (const ArchiveReader::Entry& entry : ArchiveReader(archive, ArchiveReader::Directory::readable).entries()) {
+        const ArchiveReader packed(archive, ArchiveReader::Directory::readable);
+        for (const ArchiveReader::Entry& entry : packed.entries()) {
             if (entry.encrypted)
                 throw FileError(archive, "is encrypted");
             if (entry.name == catalog) {

@@ -10,6 +10,23 @@
 namespace fs = std::filesystem;
 
 namespace VelkHost {
+namespace {
+
+/// The nearest thing above a path that is not a folder, so that nothing can be below it; empty without one.
+fs::path fileAbove(const fs::path& path)
+{
+    std::error_code ignored;
+    for (fs::path above = path.parent_path(); !above.empty(); above = above.parent_path()) {
+        const fs::file_status status = fs::status(above, ignored);
+        if (fs::exists(status))
+            return fs::is_directory(status) ? fs::path() : above;
+        if (above == above.parent_path())
+            break;
+    }
+    return {};
+}
+
+}  // namespace
 
 fileString absolutePath(const fileString& path)
 {
@@ -22,6 +39,23 @@ bool isFolder(const fileString& path)
 {
     std::error_code ignored;
     return !path.empty() && fs::is_directory(systemPath(path), ignored);
+}
+
+std::optional<Absence> absenceOf(const fileString& path)
+{
+    const fs::path native = systemPath(path);
+    std::error_code error;
+    const fs::file_status status = fs::status(native, error);
+    if (fs::exists(status))
+        return std::nullopt;
+    std::error_code ignored;
+    if (fs::is_symlink(fs::symlink_status(native, ignored)))
+        return Absence{false, "is a link to something that cannot be found"};
+    if (const fs::path file = fileAbove(native); !file.empty())
+        return Absence{false, {"does not exist: %1 is not a folder", {fromSystemPath(file).humanReadableString()}}};
+    if (status.type() == fs::file_type::not_found)
+        return Absence{true, "does not exist"};
+    return Absence{false, {"cannot be read: %1", {error.message()}}};
 }
 
 void makeFolder(const fileString& path)

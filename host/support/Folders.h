@@ -1,8 +1,11 @@
 #pragma once
 
+#include "host/support/Reason.h"
+
 #include <VelkCommon/Files/FolderListing.h>
 #include <VelkCommon/Files/fileString.h>
 
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -13,6 +16,16 @@ fileString absolutePath(const fileString& path);
 
 /// Whether a folder stands at `path`; a link counts by its target.
 bool isFolder(const fileString& path);
+
+/// Why nothing can be had at a path.
+struct Absence
+{
+    bool isFree = false;  ///< something could be made there: it is just not there yet
+    Reason why;
+};
+
+/// Tells whether there is nothing at `path`, or nothing that one may see. Empty when there is something.
+std::optional<Absence> absenceOf(const fileString& path);
 
 /// Makes the folder and its parents. Throws FileError.
 void makeFolder(const fileString& path);

@@ -1,6 +1,7 @@
 #include "host/support/WholeFile.h"
 
 #include "host/support/FileError.h"
+#include "host/support/Folders.h"
 #include "host/support/SystemPath.h"
 
 #include <VelkCommon/Files/LockingFStream.h>
@@ -27,9 +28,9 @@ std::uint64_t requireFile(const fileString& path, std::uint64_t maximumBytes)
         throw FileError(path, "is not a path");
     std::error_code error;
     const fs::path native = systemPath(path);
+    if (const std::optional<Absence> absence = absenceOf(path))
+        throw FileError(path, absence->why);
     const fs::file_status status = fs::status(native, error);
-    if (!fs::exists(status))
-        throw FileError(path, "does not exist");
     if (!fs::is_regular_file(status))
         throw FileError(path, fs::is_directory(status) ? "is a folder, not a file" : "is not a file");
     const std::uintmax_t size = fs::file_size(native, error);

@@ -1,8 +1,11 @@
 #pragma once
 
 /// @file
-/// The documented numbers that hosts and people rely on. They are repeated here, apart from the product's own, so
-/// that the tests notice when a number changes there.
+/// The numbers that hosts and people rely on, under names for tests. NumbersTest.cpp has their values, so that a
+/// number that changes in the product is noticed.
+
+#include <VelkCommon/Reporting/PreferenceNumbers.h>
+#include <VelkCommon/Text/TextNumbers.h>
 
 #include <cstddef>
 
@@ -10,34 +13,34 @@ namespace test {
 
 /// The texts that HostServices::resourceString is asked for.
 namespace textNumber {
-inline constexpr unsigned int percentage = 2749;
-inline constexpr unsigned int amounts = 2750;
-inline constexpr unsigned int amountsToolTip = 2752;
-inline constexpr unsigned int barOnlyToolTip = 2753;
-inline constexpr unsigned int percentageToolTip = 2754;
-inline constexpr unsigned int downloading = 8709;  // the library's name
-inline constexpr unsigned int checking = 8717;
-inline constexpr unsigned int checkingCatalog = 8723;  // the file's name follows
-inline constexpr unsigned int asking = 8727;           // about a library
-inline constexpr unsigned int kilobytes = 8745;
-inline constexpr unsigned int noFilter = 8930;
-inline constexpr unsigned int firstStyle = 10000;
-inline constexpr unsigned int lastStyle = 10014;
-inline constexpr unsigned int manufacturerDefault = 10108;
+using Velk::textNumbers::amounts;
+using Velk::textNumbers::amountsToolTip;
+using Velk::textNumbers::barOnlyToolTip;
+using Velk::textNumbers::checkingCatalog;
+using Velk::textNumbers::downloading;
+using Velk::textNumbers::firstStyle;
+using Velk::textNumbers::lastStyle;
+using Velk::textNumbers::noFilter;
+using Velk::textNumbers::percentage;
+using Velk::textNumbers::percentageToolTip;
+inline constexpr unsigned int checking = Velk::textNumbers::checkingCatalogs;
+inline constexpr unsigned int asking = Velk::textNumbers::askingService;
+inline constexpr unsigned int kilobytes = Velk::textNumbers::downloadUnit;
+inline constexpr unsigned int manufacturerDefault = Velk::textNumbers::manufacturerCard;
 inline constexpr unsigned int unknown = 4711;  // belongs to no text
 }  // namespace textNumber
 
 /// The ids of messages, which are also the numbers of their texts.
 namespace messageId {
-inline constexpr long preferenceOfOtherType = 272032175;
-inline constexpr long fileUnwritable = 272032391;
+inline constexpr long preferenceOfOtherType = Velk::textNumbers::preferenceOfOtherType;
+inline constexpr long fileUnwritable = Velk::textNumbers::unwritableFile;
 }  // namespace messageId
 
 /// The preferences that the library uses.
 namespace preference {
-inline constexpr std::size_t displayType = 236;
-inline constexpr std::size_t lastManualUpdateFailed = 251;
-inline constexpr std::size_t coreLibrariesStay = 271;
+using Velk::preferenceNumbers::coreLibrariesStay;
+using Velk::preferenceNumbers::lastManualUpdateFailed;
+inline constexpr std::size_t displayType = Velk::preferenceNumbers::progressDisplay;
 }  // namespace preference
 
 /// The values that the preference `displayType` may have.

@@ -19,6 +19,8 @@ namespace {
     // Files
     QT_TRANSLATE_NOOP("Reason", "is not a path"),
     QT_TRANSLATE_NOOP("Reason", "does not exist"),
+    QT_TRANSLATE_NOOP("Reason", "does not exist: %1 is not a folder"),
+    QT_TRANSLATE_NOOP("Reason", "is a link to something that cannot be found"),
     QT_TRANSLATE_NOOP("Reason", "is a folder, not a file"),
     QT_TRANSLATE_NOOP("Reason", "is not a file"),
     QT_TRANSLATE_NOOP("Reason", "is larger than %1"),

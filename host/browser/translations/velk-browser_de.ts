@@ -131,6 +131,14 @@
         <translation>Die Datei ist nicht vorhanden</translation>
     </message>
     <message>
+        <source>does not exist: %1 is not a folder</source>
+        <translation>Die Datei ist nicht vorhanden: %1 ist kein Ordner</translation>
+    </message>
+    <message>
+        <source>is a link to something that cannot be found</source>
+        <translation>Das ist eine Verknüpfung, deren Ziel nicht zu finden ist</translation>
+    </message>
+    <message>
         <source>is a folder, not a file</source>
         <translation>Das ist ein Ordner und keine Datei</translation>
     </message>

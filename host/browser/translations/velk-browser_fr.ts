@@ -131,6 +131,14 @@
         <translation>le fichier n’existe pas</translation>
     </message>
     <message>
+        <source>does not exist: %1 is not a folder</source>
+        <translation>le fichier n’existe pas : %1 n’est pas un dossier</translation>
+    </message>
+    <message>
+        <source>is a link to something that cannot be found</source>
+        <translation>c’est un lien dont la cible est introuvable</translation>
+    </message>
+    <message>
         <source>is a folder, not a file</source>
         <translation>c’est un dossier, non un fichier</translation>
     </message>

@@ -3,12 +3,11 @@
 #include "FilterTest.h"
 #include "support/Numbers.h"
 #include "support/Processes.h"
+#include "support/Threads.h"
 
 #include <gmock/gmock.h>
 
 #include <sys/stat.h>
-
-#include <thread>
 
 // What happens at the first use in a process. This program itself never uses the manager; only its children do.
 
@@ -105,12 +104,8 @@ TEST_F(FilterStart, MakesOneInstanceForManyThreads)
 {
     test::writeFile(filterFile(), "{" + filterText("A", 1, "") + "}");
     test::inChild([] {
-        std::vector<std::thread> threads;
         std::vector<LibraryFilterManager*> seen(8);
-        for (auto& one : seen)
-            threads.emplace_back([&one] { one = &manager(); });
-        for (std::thread& thread : threads)
-            thread.join();
+        test::onThreads(seen.size(), [&](std::size_t i) { seen[i] = &manager(); });
         EXPECT_THAT(seen, testing::Each(&manager()));
         EXPECT_EQ(manager().getLibraryFilters().size(), 1U);
     });

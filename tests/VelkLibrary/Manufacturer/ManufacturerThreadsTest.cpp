@@ -2,12 +2,12 @@
 
 #include "ManufacturerTest.h"
 #include "support/ScriptedServer.h"
+#include "support/Threads.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <functional>
-#include <thread>
 #include <vector>
 
 namespace {
@@ -28,11 +28,7 @@ protected:
 
     static void run(const std::vector<std::function<void()>>& works)
     {
-        std::vector<std::thread> threads;
-        for (const auto& work : works)
-            threads.emplace_back(work);
-        for (std::thread& thread : threads)
-            thread.join();
+        test::onThreads(works.size(), [&](std::size_t i) { works[i](); });
     }
 };
 

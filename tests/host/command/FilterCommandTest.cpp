@@ -311,7 +311,7 @@ struct FilterUsageCase
 };
 
 const FilterUsageCase filterUsageCases[] = {
-    {"NoCommand", {"filter"}, "See \"velk filter --help\""},
+    {"NoCommand", {"filter"}, "see \"velk filter --help\""},
     {"NoName", {"filter", "show"}, "NAME is required"},
     {"EmptyName", {"filter", "add", "", "--id", "1"}, "NAME: must not be empty"},
     {"EmptyCurrent", {"filter", "current", ""}, "NAME: must not be empty"},

@@ -227,10 +227,10 @@ struct ManufacturerUsageCase
 };
 
 const ManufacturerUsageCase manufacturerUsageCases[] = {
-    {"NoCommand", {}, "See \"velk manufacturer --help\""},
+    {"NoCommand", {}, "see \"velk manufacturer --help\""},
     {"NoId", {"show"}, "ID is required"},
-    {"NoNumber", {"show", "acme"}, "Could not convert: ID = acme"},
-    {"WideNumber", {"show", "2147483648"}, "Could not convert: ID = 2147483648"},
+    {"NoNumber", {"show", "acme"}, "ID: \"acme\" is not a whole number from "},
+    {"WideNumber", {"show", "2147483648"}, "ID: \"2147483648\" is not a whole number from "},
     {"NoChange", {"edit", "7"}, "what to change (such as --phone) is required"},
     {"NoChangeNorId", {"edit"}, "what to change (such as --phone) is required"},
     {"ChangeOfNobody", {"edit", "--phone", "1"}, "ID (whose card to change) is required"},

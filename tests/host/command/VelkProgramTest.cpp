@@ -7,6 +7,8 @@
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Version.h>
 
+#include <QJsonArray>
+
 using test::ProgramRun;
 using testing::HasSubstr;
 using testing::StartsWith;
@@ -175,16 +177,49 @@ const UsageCase usageCases[] = {
      {"serch", "chair"},
      "velk: there is no command \"serch\"\nDid you mean \"velk search\"? The commands are search, catalog, "},
     {"UnknownCommand", {"frobnicate"}, "velk: there is no command \"frobnicate\"\nThe commands are search, catalog, "},
-    {"UnknownOption", {"search", "chair", "--bar"}, "--bar"},
+    {"MistypedSubcommand",
+     {"filter", "shw"},
+     "velk: there is no command \"velk filter shw\"\nDid you mean \"velk filter show\"? Its commands are list, show, "},
+    {"MistypedManufacturerCommand", {"manufacturer", "lst"}, "\nDid you mean \"velk manufacturer list\"? "},
+    {"MistypedCatalogCommand", {"catalog", "biuld", "a.csv"}, "\nDid you mean \"velk catalog build\"? "},
+    {"MistypedTexturesCommand",
+     {"textures", "mrge", "a.zip", "b.zip"},
+     "\nDid you mean \"velk textures merge\"? Its command is merge; see \"velk textures --help\".\n"},
+    {"MistypedCommandToHelpWith", {"help", "catalog", "buld"}, "\nDid you mean \"velk catalog build\"? "},
+    {"UnknownSubcommand",
+     {"filter", "search"},
+     "velk: there is no command \"velk filter search\"\nIts commands are list, show, add, remove, current and merge; "
+     "see \"velk filter --help\".\n"},
+    {"UnknownOption",
+     {"search", "chair", "--bar"},
+     "velk: \"velk search\" has no option \"--bar\"\nSee \"velk search --help\". A search text that begins with"},
+    {"MistypedOption",
+     {"search", "chair", "--libary", "a.calib"},
+     "velk: \"velk search\" has no option \"--libary\"\nDid you mean \"--library\"? See \"velk search --help\"."},
+    {"MistypedOptionWithValue",
+     {"search", "chair", "--lmit=3"},
+     "has no option \"--lmit\"\nDid you mean \"--limit\"? "},
+    {"MistypedRequiredOption", {"update", "--servce", "http://x/"}, "\nDid you mean \"--service\"? "},
+    {"MistypedOptionOfTheProgram",
+     {"--verson"},
+     "velk: \"velk\" has no option \"--verson\"\nDid you mean \"--version\"? "},
+    {"OptionBeforeTheCommand",
+     {"filter", "--home", "x", "list"},
+     "velk: \"velk filter\" has no option \"--home\"\nSee \"velk filter --help\".\n"},
+    {"ShortUnknownOption", {"search", "chair", "-x"}, "has no option \"-x\"\nSee \"velk search --help\"."},
+    {"TooManyArguments",
+     {"unpack", "a.calibz", "b"},
+     "velk: \"b\" is one argument too many for \"velk unpack\"\nSee \"velk unpack --help\".\n"},
+    {"DisguisedArgument", {"unpack", "a.calibz", "[b"}, "velk: \"[b\" is one argument too many"},
     {"NoText", {"search"}, "TEXT (what to look for) or --id is required"},
-    {"NoCatalogCommand", {"catalog"}, "See \"velk catalog --help\""},
+    {"NoCatalogCommand",
+     {"catalog"},
+     "velk: \"velk catalog\" needs a command\nIts commands are build, sample and pack; see \"velk catalog --help\".\n"},
     {"NoOutput", {"catalog", "build", "a.csv"}, "--output is required"},
     {"NoSource", {"catalog", "build", "-o", "a.calib"}, "SOURCE is required"},
     {"BadKind", {"search", "a", "--kind", "things"}, "things not in {folders,items,all}"},
     {"BadType", {"search", "a", "--type", "things"}, "things not in {core,manufacturer,bonus,user}"},
     {"BadFormat", {"search", "a", "--format", "xml"}, "xml not in {table,json}"},
-    {"BadLimit", {"search", "a", "--limit", "many"}, "--limit"},
-    {"NegativeLimit", {"search", "a", "--limit=-1"}, "--limit"},
     {"NoTourFolder", {"tour", "-o", "x"}, "FOLDER or --sample is required"},
 };
 
@@ -202,6 +237,66 @@ TEST_P(WrongUsage, IsExplained)
 
 INSTANTIATE_TEST_SUITE_P(CommandLines, WrongUsage, testing::ValuesIn(usageCases),
                          [](const auto& row) { return std::string(row.param.name); });
+
+struct NumberCase
+{
+    const char* name;
+    std::vector<std::string> before;  // the number
+    const char* range;
+};
+
+const NumberCase numberCases[] = {
+    {"LimitOfASearch", {"search", "a", "--limit"}, "0 to 1000000000"},
+    {"LimitOfChanges",
+     {"manufacturer", "update", "--data-url", "http://x/", "--logo-url", "http://x/?a", "--limit"},
+     "0 to 1000000000"},
+    {"IdThatIsShown", {"manufacturer", "show", "--"}, "-2147483648 to 2147483647"},
+    {"IdThatIsEdited", {"manufacturer", "edit", "--new", "--"}, "-2147483648 to 2147483647"},
+};
+
+class WrongNumber : public VelkProgram, public testing::WithParamInterface<NumberCase>
+{};
+
+TEST_P(WrongNumber, IsRefusedWithTheRange)
+{
+    for (const std::string number : {"-99999999999999999999", "99999999999999999999", "4294967296000", "many", "", " 5",
+                                     "+5", "5 ", "1e9", "1.5", "0x10", "5\x1B"}) {
+        std::vector<std::string> arguments = GetParam().before;
+        arguments.push_back(number);
+        const ProgramRun run = velk(arguments);
+        EXPECT_EQ(run.exitCode, test::exitCode::usage) << number;
+        EXPECT_EQ(run.output, "");
+        const std::string shown = number.ends_with('\x1B') ? "5\uFFFD" : number;
+        EXPECT_THAT(run.errors,
+                    HasSubstr("\"" + shown + "\" is not a whole number from " + GetParam().range + "\nSee \""));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(CommandLines, WrongNumber, testing::ValuesIn(numberCases),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST_F(VelkProgram, TakesNumbersInDecimal)
+{
+    VelkHost::writeCatalog(test::smallCatalog(), folder() / U"a.calib");
+    EXPECT_EQ(velk({"search", "chair", "-l", "a.calib", "--limit=-1"}).exitCode, test::exitCode::usage);
+    const ProgramRun run = velk({"search", "chair", "-l", "a.calib", "--format", "json", "--limit", "002"});
+    EXPECT_EQ(run.json()[QStringLiteral("hits")].toArray().size(), 2);
+    EXPECT_EQ(velk({"search", "chair", "-l", "a.calib", "--limit", "1000000000"}).exitCode, 0);
+    for (const char* id : {"-2147483648", "2147483647", "010"})
+        EXPECT_THAT(velk({"manufacturer", "show", "--", id}).errors,
+                    HasSubstr("there is no manufacturer " + std::to_string(std::stol(id))));
+}
+
+TEST_F(VelkProgram, NamesItselfInItsUsage)
+{
+    EXPECT_THAT(velk({"--help"}).output, HasSubstr("\nUsage: velk [OPTIONS] COMMAND\n"));
+    EXPECT_THAT(velk({"search", "--help"}).output, HasSubstr("\nUsage: velk search [OPTIONS] [TEXT...]\n"));
+    const std::string help = velk({"help", "filter", "show"}).output;
+    EXPECT_THAT(help, HasSubstr("\nUsage: velk filter show [OPTIONS] NAME\n"));
+    const std::string catalog = velk({"catalog", "--help"}).output;
+    EXPECT_THAT(catalog, HasSubstr("\nUsage: velk catalog [OPTIONS] COMMAND\n"));
+    EXPECT_THAT(catalog, HasSubstr("velk catalog COMMAND --help"));
+}
 
 TEST_F(VelkProgram, BuildsFurnitureLibraries)
 {
@@ -258,6 +353,67 @@ TEST_F(VelkProgram, SaysWhyABuildFails)
     EXPECT_THAT(errors({"catalog", "build", "t.sh3f", "-o", "none/x.calib"}),
                 StartsWith("velk: none/x.calib: cannot be written"));
     EXPECT_FALSE((folder() / U"x.calib").pathExists());
+}
+
+struct SourceCase
+{
+    const char* name;
+    std::string bytes;
+    const char* reason;
+};
+
+constexpr const char* notASource = "; a source is a furniture library (.sh3f) or a CSV file\n";
+
+const SourceCase sourceCases[] = {
+    {"image.png", std::string("\x89PNG\r\n\x1A\n\0\0\0\rIHDR", 16), "is an image"},
+    {"image.jpg", "\xFF\xD8\xFF\xE0,\"x\"y", "is an image"},
+    {"image.bmp", std::string("BM\x40\0\0\0", 6), "is an image"},
+    {"program.bin",
+     std::string("\x7F"
+                 "ELF\2\1\1\0abcdefg",
+                 15),
+     "is not text"},
+};
+
+TEST_F(VelkProgram, SaysWhatIsNoSource)
+{
+    const auto errors = [&](const std::string& file) {
+        const ProgramRun run = velk({"catalog", "build", file, "-o", "x.calib"});
+        EXPECT_EQ(run.exitCode, test::exitCode::buildFailed);
+        return run.errors;
+    };
+    for (const SourceCase& source : sourceCases) {
+        test::writeFile(folder() / fileString(std::string(source.name)), source.bytes);
+        EXPECT_EQ(errors(source.name), "velk: " + std::string(source.name) + ": " + source.reason + notASource);
+    }
+    VelkHost::writeCatalog(test::smallCatalog(), folder() / U"a.calib");
+    EXPECT_EQ(errors("a.calib"), std::string("velk: a.calib: is a catalog file, which needs no building") + notASource);
+    test::writeZip(folder() / U"a.calibz", {{"a.calib", test::readFile(folder() / U"a.calib")}});
+    EXPECT_EQ(errors("a.calibz"),
+              std::string("velk: a.calibz: is a packed library, which \"velk unpack\" takes apart") + notASource);
+    test::writeZip(folder() / U"z.zip", {{"a.txt", "text"}});
+    EXPECT_THAT(errors("z.zip"), StartsWith("velk: z.zip: is not a furniture library: it holds no "));
+    test::writeFile(folder() / U"empty.csv", "");
+    EXPECT_THAT(errors("empty.csv"), StartsWith("velk: empty.csv: is empty; the first line names the columns"));
+    EXPECT_FALSE((folder() / U"x.calib").pathExists());
+}
+
+TEST_F(VelkProgram, SaysThatASourceIsInUtf16)
+{
+    const std::string text = "name,category\nChair,Room\n";
+    std::string low;
+    std::string high;
+    for (const char c : text) {
+        low += {c, '\0'};
+        high += {'\0', c};
+    }
+    for (const std::string& bytes : {low, high, "\xFF\xFE" + low, "\xFE\xFF" + high}) {
+        test::writeFile(folder() / U"a.csv", bytes);
+        EXPECT_EQ(velk({"catalog", "build", "a.csv", "-o", "x.calib"}).errors,
+                  "velk: a.csv: is text in UTF-16; save it as UTF-8\n");
+    }
+    test::writeFile(folder() / U"a.csv", "BMX,name\n1,Chair\n");
+    EXPECT_EQ(velk({"catalog", "build", "a.csv", "-o", "x.calib"}).exitCode, 0);
 }
 
 #ifdef __linux__

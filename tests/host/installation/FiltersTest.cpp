@@ -2,6 +2,7 @@
 
 #include "host/fixtures/Fixtures.h"
 #include "host/support/FileError.h"
+#include "support/Threads.h"
 
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Reporting/MessagingSystem.h>
@@ -9,7 +10,6 @@
 #include <VelkLibrary/LibraryFilterManager.h>
 
 #include <filesystem>
-#include <thread>
 
 namespace {
 
@@ -96,17 +96,15 @@ TEST_F(InstalledFilters, KeepWhatOthersChangedMeanwhile)
 TEST_F(InstalledFilters, AreSavedWhileTheUserGetsMessages)
 {
     constexpr int changes = 100;
-    std::jthread messenger([](const std::stop_token& stop) {
-        while (!stop.stop_requested())
+    {
+        const test::Repeatedly messenger([] {
             error::MessagingSystem::control().notify("another worker", 1, error::WarningTrait(), 1, "text", "", "");
-    });
-    std::jthread saver([] {
-        for (int i = 0; i < changes; ++i)
-            EXPECT_NO_THROW(VelkHost::addToFilter("F" + std::to_string(i), {"x"}));
-    });
-    saver.join();
-    messenger.request_stop();
-    messenger.join();
+        });
+        test::Thread saver([] {
+            for (int i = 0; i < changes; ++i)
+                EXPECT_NO_THROW(VelkHost::addToFilter("F" + std::to_string(i), {"x"}));
+        });
+    }
     EXPECT_THAT(saved().filters, SizeIs(changes));
     EXPECT_THAT(VelkHost::installedFilters().getLibraryFilters(), SizeIs(changes)) << "nothing was rolled back";
     EXPECT_THAT(messages(), testing::Not(IsEmpty()));

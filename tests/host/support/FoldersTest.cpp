@@ -43,6 +43,25 @@ TEST_F(Folders, AreListedByName)
     EXPECT_THAT(test::reasonOf([&] { folderEntries(at(U"none")); }), StartsWith("cannot be read: "));
 }
 
+TEST_F(Folders, TellWhyNothingIsThere)
+{
+    test::writeFile(at(U"file"), "x");
+    EXPECT_FALSE(absenceOf(at(U"file")));
+    EXPECT_FALSE(absenceOf(folder()));
+    for (const char32_t* name : {U"none", U"none/below"}) {
+        const std::optional<Absence> absence = absenceOf(at(name));
+        ASSERT_TRUE(absence);
+        EXPECT_TRUE(absence->isFree);
+        EXPECT_EQ(absence->why.english(), "does not exist");
+    }
+    for (const char32_t* name : {U"file/below", U"file/deeper/below", U"file/"}) {
+        const std::optional<Absence> absence = absenceOf(at(name));
+        ASSERT_TRUE(absence);
+        EXPECT_FALSE(absence->isFree);
+        EXPECT_EQ(absence->why.english(), "does not exist: " + at(U"file").utf8() + " is not a folder");
+    }
+}
+
 TEST_F(Folders, CountFromTheCurrentOne)
 {
     const std::u8string current = std::filesystem::current_path().u8string();
