@@ -6,6 +6,7 @@
 #include "host/catalog/SampleLibrary.h"
 #include "host/catalog/SourceKind.h"
 #include "host/support/ByteText.h"
+#include "host/support/Folders.h"
 #include "host/support/TextTable.h"
 
 #include <VelkCommon/Files/FileUtils.h>

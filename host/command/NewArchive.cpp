@@ -1,10 +1,12 @@
 #include "host/command/NewArchive.h"
 
+#include "host/catalog/ArchiveReader.h"
 #include "host/support/FileError.h"
 #include "host/support/Folders.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace VelkHost {
@@ -31,11 +33,13 @@ void NewArchive::addFile(const std::string& name, const fileString& path)
     zip_source_t* const source = zip_source_file(archive_, path.utf8().c_str(), 0, -1);
     if (source == nullptr)
         throw FileError(path, std::string("cannot be read (") + zip_strerror(archive_) + ")");
+    sizes_[name] = static_cast<std::uint64_t>(std::max(FileUtils::fileSize(path), 0LL));
     add(name, source);
 }
 
 void NewArchive::addBytes(const std::string& name, std::string_view bytes)
 {
+    sizes_[name] = bytes.size();
     add(name, zip_source_buffer(archive_, bytes.data(), bytes.size(), 0));
 }
 
@@ -63,6 +67,7 @@ bool NewArchive::close()
 {
     if (zip_close(archive_) == 0) {
         archive_ = nullptr;
+        requireComplete();
         if (!FileUtils::moveFile(made_, target_, true))
             throw FileError(target_, "cannot be written");
         return true;
@@ -70,6 +75,19 @@ bool NewArchive::close()
     if (zip_error_code_zip(zip_get_error(archive_)) == ZIP_ER_CANCELLED)
         return false;
     throw FileError(target_, std::string("cannot be packed (") + zip_strerror(archive_) + ")");
+}
+
+/// A file that could not be read to its end would be packed as a shorter one.
+void NewArchive::requireComplete() const
+{
+    const ArchiveReader written(made_, ArchiveReader::Directory::readable);
+    bool complete = written.entries().size() == sizes_.size();
+    for (const ArchiveReader::Entry& entry : written.entries()) {
+        const auto found = sizes_.find(entry.name);
+        complete = complete && found != sizes_.end() && found->second == entry.size;
+    }
+    if (!complete)
+        throw FileError(target_, "cannot be packed: a file could not be read to its end, or changed meanwhile");
 }
 
 }  // namespace VelkHost

@@ -5,7 +5,9 @@
 
 #include <zip.h>
 
+#include <cstdint>
 #include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 
@@ -34,11 +36,13 @@ public:
 
 private:
     void add(const std::string& name, zip_source_t* source);
+    void requireComplete() const;
 
     fileString target_;
     WorkFolder folder_;  // beside the target; the library below leaves its unfinished files there
     fileString made_;
     zip_t* archive_;
+    std::map<std::string, std::uint64_t> sizes_;  // of the data, by the names of the entries
     std::function<void(double)> show_;
     std::function<bool()> cancelled_;
 };

@@ -1,10 +1,9 @@
 #include "host/command/TexturesCommand.h"
 
 #include "host/command/CancellableWork.h"
-#include "host/installation/DataLock.h"
+#include "host/installation/TextureMerge.h"
 #include "host/support/DisplayText.h"
 #include "host/support/FileError.h"
-#include "host/support/Folders.h"
 #include "host/support/ParserArguments.h"
 #include "host/support/ShownProgress.h"
 #include "host/support/System.h"
@@ -13,9 +12,7 @@
 #include <VelkCommon/Archive/ZipUtils.h>
 #include <VelkCommon/Files/FileReaper.h>
 #include <VelkCommon/Files/FileUtils.h>
-#include <VelkCommon/Files/WorkFolder.h>
 #include <VelkCommon/HostServices.h>
-#include <VelkLibrary/LibraryImport.h>
 
 #include <CLI/CLI.hpp>
 
@@ -45,16 +42,22 @@ void merge(const fileString& source, const fileString& destination, Output& outp
         throw FileError(source, "is not a readable zip archive, or has no entries");
     if (destination.pathExists() && !ZipUtils::canAddToArchive(destination))
         throw FileError(destination, "is not a zip archive that can be added to");
-    const FileLock lock = lockFile(destination, "merging textures");
     const TemporaryFiles temporaryFiles(*Velk::host());
-    WorkFolder::removeLeftovers(absolutePath(destination).parentPath());
+    TextureMerge merge(destination, "merging textures");
     // The module's operation removes its source, so it gets a copy.
     fileString copy;
     copy.generateAsTempName(ZipUtils::getExtension());
     const FileReaper reaper(copy);
     ShownProgress progress(output, ShownProgress::Cancel::thrown);
-    if (!FileUtils::copyFile(source, copy, true) || !LibraryImport::moveArchivedTextures(copy, destination, &progress))
-        throw FileError(destination, "could not be merged with " + source.humanReadableString() + "; it is unchanged");
+    try {
+        if (!FileUtils::copyFile(source, copy, true))
+            throw FileError(destination, "cannot be written");
+        merge.add(copy, progress);
+    } catch (const FileError& error) {
+        throw FileError(destination, "could not be merged with " + source.humanReadableString() + "; it is unchanged (" +
+                                         error.reason() + ")");
+    }
+    merge.keepNew();
 }
 
 int run(const MergeArguments& arguments, Output& output)

@@ -18,6 +18,7 @@
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/HostServices.h>
 #include <VelkCommon/Network/Curl.h>
+#include <VelkCommon/Network/WebUtils.h>
 #include <VelkLibrary/Data/FileExtensions.h>
 #include <VelkLibrary/Data/PlainFileName.h>
 #include <VelkLibrary/LibraryImport.h>
@@ -81,7 +82,8 @@ void download(const std::string& url, const fileString& target, Output& output)
 /// The last piece of the address without its extension, where that can name a file.
 fileString stemOf(const std::string& url)
 {
-    const std::string path = url.substr(0, url.find_first_of("?#"));
+    const std::string shown = WebUtils::withoutUserInfo(url);
+    const std::string path = shown.substr(0, shown.find_first_of("?#"));
     const fileString stem = fileString(path.substr(path.find_last_of('/') + 1)).stem();
     return Library::isPlainFileName(stem.utf8()) ? stem : fileString(std::string("library"));
 }
@@ -143,7 +145,7 @@ void unpack(const UnpackArguments& arguments, Output& output)
     if (isAddress) {
         const fileString archive = temporary.path() / U"library.calibz";
         download(source, archive, output);
-        unpackLocal(archive, source, {folder, stemOf(source)}, output);
+        unpackLocal(archive, WebUtils::withoutUserInfo(source), {folder, stemOf(source)}, output);
     } else {
         unpackLocal(source, source, {folder, fileString(source).stem()}, output);
     }

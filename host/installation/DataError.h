@@ -2,6 +2,8 @@
 
 #include "host/support/Reason.h"
 
+#include <VelkCommon/Network/WebUtils.h>
+
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -31,8 +33,10 @@ private:
 class TransferError : public DataError
 {
 public:
-    TransferError(std::string url, const std::string& reason)
-        : DataError(Reason("%1: %2", {url, reason})), url_(std::move(url))
+    /// Neither shows a name and password in the address.
+    TransferError(const std::string& url, const std::string& reason)
+        : DataError(Reason("%1: %2", {WebUtils::withoutUserInfo(url), WebUtils::withoutUserInfo(reason)})),
+          url_(WebUtils::withoutUserInfo(url))
     {}
 
     const std::string& url() const noexcept { return url_; }

@@ -6,6 +6,7 @@
 #include "host/support/FileError.h"
 
 #include <VelkCommon/Network/Curl.h>
+#include <VelkCommon/Network/WebUtils.h>
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkLibrary/Manufacturer/ManufacturerManager.h>
 
@@ -67,7 +68,7 @@ void requireDone(const ManufacturerUpdate& update, const std::string& dataUrl)
         case NotFetched:
             throw TransferError(dataUrl, update.reason);
         case NotReadable:
-            throw DataError(Reason("%1: %2", {dataUrl, reasonOf(update.reading)}));
+            throw DataError(Reason("%1: %2", {WebUtils::withoutUserInfo(dataUrl), reasonOf(update.reading)}));
         case NotWritten:
             ManufacturerManager::cleanup();  // what it holds is not what the file holds
             throw FileError(manufacturerFile(), "cannot be written; the cards are as they were");

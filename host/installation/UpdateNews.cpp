@@ -6,6 +6,7 @@
 #include "host/support/FileError.h"
 
 #include <VelkCommon/Files/PathUtils.h>
+#include <VelkCommon/Network/WebUtils.h>
 #include <VelkCommon/Text/StringUtils.h>
 #include <VelkLibrary/CatalogDownloadProtocol.h>
 #include <VelkLibrary/Data/FileExtensions.h>
@@ -76,10 +77,10 @@ void UpdateNews::takeService(const RunReport& report)
 {
     if (report.endpoint.empty() && !report.cancelled)
         failure_ = Reason("cannot reach %1: %2",
-                          {report.address, transferReason(report.addressFault.code, report.addressFault.reason)});
+                          {WebUtils::withoutUserInfo(report.address), transferReason(report.addressFault.code, report.addressFault.reason)});
     else if (report.indexFault.code != 0 && !report.cancelled)
         failure_ = Reason("the list of core libraries cannot be fetched from %1: %2",
-                          {report.address, transferReason(report.indexFault.code, report.indexFault.reason)});
+                          {WebUtils::withoutUserInfo(report.address), transferReason(report.indexFault.code, report.indexFault.reason)});
 }
 
 void UpdateNews::takeLibrary(const LibraryReport& library)

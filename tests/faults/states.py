@@ -14,7 +14,7 @@ import sqlite3
 import zipfile
 
 # Files of the program's own, by their names. They may be there or not, and hold whatever the program needs.
-RECORDS = re.compile(r"(.*/)?(errors\.log|catalog_hash\.txt|installed\.db(-journal|-wal|-shm)?|[^/]*\.lock)")
+RECORDS = re.compile(r"(.*/)?(errors\.log|catalog_hash\.txt|installed\.record|[^/]*\.lock)")
 
 HASH_NAME = re.compile(r"[0-9a-f]{40}")
 FOLDER = "a folder"

@@ -4,8 +4,8 @@
 #include "host/browser/jobs/PanelProgress.h"
 #include "host/browser/language/Reasons.h"
 #include "host/catalog/CatalogFile.h"
-#include "host/installation/DataLock.h"
 #include "host/installation/PackageContent.h"
+#include "host/installation/TextureMerge.h"
 #include "host/support/FileError.h"
 #include "host/support/Folders.h"
 #include "host/support/QtText.h"
@@ -19,14 +19,12 @@
 #include <VelkLibrary/LibraryImport.h>
 #include <VelkLibrary/UI/LibraryProgressPanel.h>
 
-#include <algorithm>
 #include <exception>
 #include <memory>
 #include <mutex>
 #include <new>
 #include <stdexcept>
 #include <utility>
-#include <vector>
 
 namespace VelkHost {
 namespace {
@@ -68,61 +66,6 @@ void stopWhenCancelled(const ProgressSubject& progress)
         throw ImportCancelled();
 }
 
-/// The user's textures of a library, while another version comes to its place. They come back unless keepNew() is
-/// called.
-class MergedTextures
-{
-public:
-    explicit MergedTextures(const fileString& archive)
-        : archive_(archive),
-          lock_(lockFile(archive, "importing a library")),
-          folder_(archive.parentPath()),
-          old_(folder_.path() / U"old"),
-          hadOld_(archive.pathExists())
-    {
-        const bool kept = !hadOld_ || FileUtils::linkFile(archive, old_) || FileUtils::copyFile(archive, old_, false);
-        if (folder_.path().empty() || !kept)
-            throw FileError(archive, "cannot be written");
-    }
-
-    ~MergedTextures()
-    {
-        if (!changed_)
-            return;
-        if (hadOld_)
-            FileUtils::moveFile(old_, archive_, true);
-        else
-            FileUtils::removePath(archive_, FileUtils::overrideReadOnly);
-    }
-
-    MergedTextures(const MergedTextures&) = delete;
-    MergedTextures& operator=(const MergedTextures&) = delete;
-
-    /// Adds the entries of an archive, which is removed, and sees to it that all of them are there.
-    void add(const fileString& others, ProgressSubject& progress)
-    {
-        std::vector<fileString> wanted = ZipUtils::getFilenamesInArchive(others);
-        changed_ = true;
-        if (!LibraryImport::moveArchivedTextures(others, archive_, &progress))
-            throw FileError(archive_, "cannot be written");
-        std::vector<fileString> there = ZipUtils::getFilenamesInArchive(archive_);
-        std::sort(wanted.begin(), wanted.end());
-        std::sort(there.begin(), there.end());
-        if (!std::includes(there.begin(), there.end(), wanted.begin(), wanted.end()))
-            throw FileError(archive_, "cannot be written");
-    }
-
-    void keepNew() noexcept { changed_ = false; }
-
-private:
-    fileString archive_;
-    FileLock lock_;
-    WorkFolder folder_;
-    fileString old_;
-    bool hadOld_;
-    bool changed_ = false;
-};
-
 // The textures come first: they do no harm without the library, but the library is incomplete without them. Waiting for
 // workers that read the installed files may take seconds.
 void putInPlace(const Unpacked& unpacked, const fileString& target, bool replace, ProgressSubject& progress)
@@ -131,9 +74,9 @@ void putInPlace(const Unpacked& unpacked, const fileString& target, bool replace
     stopWhenCancelled(progress);
     makeFolder(target.parentPath());
     WorkFolder::removeLeftovers(target.parentPath());
-    std::optional<MergedTextures> textures;
+    std::optional<TextureMerge> textures;
     if (unpacked.second) {
-        textures.emplace(LibraryImport::getArchivedTexturePath(target, false));
+        textures.emplace(LibraryImport::getArchivedTexturePath(target, false), "importing a library");
         textures->add(*unpacked.second, progress);
     }
     if (target.pathExists() && !replace)

@@ -64,7 +64,7 @@ TEST_F(Package, SeesWhatIsMissing)
 
 TEST_F(Package, RefusesWhatIsNone)
 {
-    EXPECT_EQ(test::reasonOf([&] { PackageContent content(archive_); }), "is not a packed library, or it is damaged");
+    EXPECT_EQ(test::reasonOf([&] { PackageContent content(archive_); }), "does not exist");
     test::writeFile(archive_, "<html>");
     EXPECT_EQ(test::reasonOf([&] { PackageContent content(archive_); }), "is not a packed library, or it is damaged");
     ZipBuilder().add("a.png", "picture").writeTo(archive_);
