@@ -210,6 +210,11 @@ void ManufacturerManager::take(const std::u32string& logoUrl, ManufacturerUpdate
 }
 
 // Lookups go on while an update runs, so the lock is held for the exchange only.
+std::string ManufacturerManager::fetchLogo(const Manufacturer& card, const std::u32string& logoUrl)
+{
+    return Library::detail::fetchLogo(card, logoUrl);
+}
+
 void ManufacturerManager::takeOver(const ManufacturerFile& offered)
 {
     ManufacturerFile taken = offered;

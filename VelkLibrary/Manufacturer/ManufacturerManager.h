@@ -82,6 +82,10 @@ public:
     /// may throw `std::bad_alloc`; the cards are then either all old or all new.
     Library::ManufacturerUpdate updateManufacturers(const std::u32string& dataUrl, const std::u32string& logoUrl);
 
+    /// Fetches the logo of a card from the service, as an update does; `logoUrl` as there. For a logo that is missing
+    /// although its card is current. Returns why it did not come, UTF-8; empty when it did. Any thread.
+    static std::string fetchLogo(const Manufacturer& card, const std::u32string& logoUrl);
+
 private:
     ManufacturerManager();
 

@@ -49,23 +49,6 @@ void removeLogo(const Manufacturer& card)
         FileUtils::removePath(card.getManufacturerFullLogoName(), FileUtils::overrideReadOnly);
 }
 
-// Why the logo did not come; empty when it did.
-std::string fetchLogo(const Manufacturer& card, const std::u32string& logoUrl)
-{
-    const fileString name = card.getManufacturerLogoName();
-    const fileString path = card.getManufacturerFullLogoName();
-    if (!isSafeLogoName(name))
-        return "its name is not safe";
-    if (logoIsBehindLink(dataFolder(), name))
-        return "a link stands in its place or on the way there";
-    if (!makeFolderOf(name))
-        return "its folder cannot be made";
-    std::string reason;
-    if (!fetch(fileString(logoUrl) + fileString(std::u32string(logoPathParameter)) + name, path, reason))
-        return reason;
-    return FileUtils::fileSize(path) > 0 ? std::string() : "it is empty";
-}
-
 LogoChange compareLogos(const std::string& before, const std::string& after)
 {
     if (before == after)
@@ -95,6 +78,22 @@ CardChange compareCard(const Manufacturer& held, const Manufacturer& offered)
 }
 
 }  // namespace
+
+std::string fetchLogo(const Manufacturer& card, const std::u32string& logoUrl)
+{
+    const fileString name = card.getManufacturerLogoName();
+    const fileString path = card.getManufacturerFullLogoName();
+    if (!isSafeLogoName(name))
+        return "its name is not safe";
+    if (logoIsBehindLink(dataFolder(), name))
+        return "a link stands in its place or on the way there";
+    if (!makeFolderOf(name))
+        return "its folder cannot be made";
+    std::string reason;
+    if (!fetch(fileString(logoUrl) + fileString(std::u32string(logoPathParameter)) + name, path, reason))
+        return reason;
+    return FileUtils::fileSize(path) > 0 ? std::string() : "it is empty";
+}
 
 bool fetchServiceFile(const std::u32string& dataUrl, const fileString& file, ManufacturerUpdate& update)
 {

@@ -8,6 +8,7 @@
 #include <VelkCommon/Network/Curl.h>
 #include <VelkCommon/Network/WebUtils.h>
 #include <VelkCommon/Text/StringConvert.h>
+#include <VelkLibrary/Manufacturer/LogoName.h>
 #include <VelkLibrary/Manufacturer/ManufacturerManager.h>
 
 #include <algorithm>
@@ -87,6 +88,32 @@ ManufacturerRefresh::Outcome outcomeOf(const ManufacturerUpdate& update)
     return update.outcome == Library::ManufacturerUpdateOutcome::Taken ? Outcome::Updated : Outcome::Newer;
 }
 
+/// Whether a card's logo should be here, and is not.
+bool lacksLogo(const Manufacturer& card)
+{
+    return !card.isDeleted() && !card.getManufacturerLogoName().empty() &&
+           Library::isSafeLogoName(card.getManufacturerLogoName()) && !hasLogoFile(card);
+}
+
+/// The update fetches the logos of cards that it changes. One that could not be fetched or stored then, or was lost
+/// since, is fetched here.
+void fetchLostLogos(const std::string& logoUrl, std::vector<CardChange>& changes)
+{
+    const ManufacturerFile file = installedManufacturers();
+    for (const auto& [id, card] : file.cards) {
+        const bool isTold = std::any_of(changes.begin(), changes.end(),
+                                        [id = id](const CardChange& change) { return change.id == id; });
+        if (isTold || !lacksLogo(card) || Curl::Stoppable::isStopped())
+            continue;
+        const std::string reason =
+            ManufacturerManager::fetchLogo(card, StringConvert::toUnicodeFromUtf8(logoUrl));
+        CardChange told{id, nameOf(card), CardChange::Kind::Changed, {}, !reason.empty()};
+        if (reason.empty())
+            told.what.emplace_back("image");
+        changes.push_back(std::move(told));
+    }
+}
+
 }  // namespace
 
 ManufacturerRefresh refreshManufacturers(const std::string& dataUrl, const std::string& logoUrl, std::stop_token stop)
@@ -104,6 +131,9 @@ ManufacturerRefresh refreshManufacturers(const std::string& dataUrl, const std::
     refresh.outcome = outcomeOf(update);
     refresh.cards = taken ? update.offered.cards.size() : before.cards.size();
     refresh.changes = cardChanges(update, before);
+    fetchLostLogos(logoUrl, refresh.changes);
+    if (refresh.outcome == ManufacturerRefresh::Outcome::Current && !refresh.changes.empty())
+        refresh.outcome = ManufacturerRefresh::Outcome::Updated;
     refresh.defaultTextChanged = update.textChanged;
     refresh.missingLogos = static_cast<std::size_t>(std::count_if(
         refresh.changes.begin(), refresh.changes.end(), [](const CardChange& change) { return change.logoMissing; }));

@@ -89,7 +89,7 @@ class Bench:
             outcome = self.program.run_counted(known.command, folder, fault)
             killed = fault.effect.startswith("kill")
             wrong = (self.fault_of_outcome(outcome, killed) or
-                     self.fault_of_state(path, folder, outcome) or
+                     self.fault_of_state(path, folder, outcome, told_late=fault.kind == "allocate") or
                      self.fault_of_repetition(path, folder))
             return wrong or (None if outcome.counts[fault.kind] >= fault.number else NOT_MET)
 
@@ -103,14 +103,19 @@ class Bench:
             return f"ended with {outcome.code} without a word"
         return None
 
-    def fault_of_state(self, path, folder, outcome):
-        """Each file is as it was or as it is to be, and all of them are as they are to be when the program says so."""
+    def fault_of_state(self, path, folder, outcome, told_late=False):
+        """Each file is as it was or as it is to be, and all of them are as they are to be when the program says so.
+
+        With `told_late` a failure may come after the deed, when only its report is missing.
+        """
         known = self.known(path)
         now = self.state(path, folder)
         torn = [name for name in states.torn(now, known.old, known.new) if name in now or name not in path.missing]
         if path.keeps_old and torn:
             return f"neither old nor new: {', '.join(torn)} ({outcome.last_line()})"
-        if path.whole and outcome.code not in (0, runs.KILLED) and (new := states.missing(now, known.new, known.old)):
+        done = told_late and not states.missing(now, known.old, known.new)
+        if path.whole and not done and outcome.code not in (0, runs.KILLED) and \
+                (new := states.missing(now, known.new, known.old)):
             return f"exit code {outcome.code}, but not all is as it was: {', '.join(new)} ({outcome.last_line()})"
         if outcome.code == 0 and (missing := states.missing(now, known.old, known.new)):
             return f"exit code 0, but not done: {', '.join(missing)} ({outcome.last_line()})"

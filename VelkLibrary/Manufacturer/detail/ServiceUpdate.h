@@ -14,6 +14,9 @@ namespace Library::detail {
 /// says why.
 bool fetchServiceFile(const std::u32string& dataUrl, const fileString& file, ManufacturerUpdate& update);
 
+/// Why the card's logo did not come from the service; empty when it did.
+std::string fetchLogo(const Manufacturer& card, const std::u32string& logoUrl);
+
 /// How the offered cards differ from those that are held, by ascending id. Logos are not compared.
 std::vector<ManufacturerChange> compareCards(const ManufacturerFile::Cards& held,
                                              const ManufacturerFile::Cards& offered);
