@@ -107,8 +107,8 @@ public:
     bool browseURL(const std::string& url, const std::vector<std::string>& headers, std::string& body, bool,
                    long) const;
 
-    /// The same, and says why there is no success: `reason` and `code` as for download_to_location(); otherwise they are
-    /// empty and 0.
+    /// The same, and says why there is no success: `reason` and `code` as for download_to_location(); otherwise they
+    /// are empty and 0.
     bool browseURL(const std::string& url, const std::vector<std::string>& headers, std::string& body,
                    std::string& reason, unsigned int& code) const;
 

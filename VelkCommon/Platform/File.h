@@ -15,7 +15,7 @@ class VELKCOMMON_EXPORT File
 {
 public:
     enum class Mode {
-        read,    ///< for reading; others may do as they like
+        read,  ///< for reading; others may do as they like
         /// a new file for writing; fails when the name is taken, even by a dangling link. removeUnheldFile() leaves
         /// it alone for as long as it is open.
         create,

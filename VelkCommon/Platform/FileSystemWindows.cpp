@@ -147,9 +147,7 @@ bool removeUnheldFile(const std::string& path) noexcept
 bool linkFile(const std::string& file, const std::string& secondName) noexcept
 {
     return guarded(
-        [&] {
-            return ::CreateHardLinkW(systemPath(secondName).c_str(), systemPath(file).c_str(), nullptr) != 0;
-        },
+        [&] { return ::CreateHardLinkW(systemPath(secondName).c_str(), systemPath(file).c_str(), nullptr) != 0; },
         false);
 }
 

@@ -35,28 +35,28 @@ enum class LibraryOutcome {
 /// Files that a download consisted of.
 struct FileReport
 {
-    fileString path;         ///< where it is now; empty when there is no such file
-    long long size = 0;      ///< bytes
-    std::string sha1;        ///< as hexadecimal text
+    fileString path;     ///< where it is now; empty when there is no such file
+    long long size = 0;  ///< bytes
+    std::string sha1;    ///< as hexadecimal text
 };
 
 /// What a run knows about one library.
 struct LibraryReport
 {
-    fileString fileName;          ///< its catalog file or archive at the service, without a folder
-    std::uint32_t kind = 0;       ///< a CatalogKind
-    fileString installedPath;     ///< where its catalog file, or archive, is or belongs
+    fileString fileName;       ///< its catalog file or archive at the service, without a folder
+    std::uint32_t kind = 0;    ///< a CatalogKind
+    fileString installedPath;  ///< where its catalog file, or archive, is or belongs
     LibraryOutcome outcome = LibraryOutcome::NotAsked;
-    std::int32_t status = 0;      ///< the service's HTTP status; 0 without an answer
-    std::string serviceMessage;   ///< the body of a 403 or 404 answer
-    std::string localHash;        ///< the hash that the service was told
-    std::string tag;              ///< the version that the service has
+    std::int32_t status = 0;     ///< the service's HTTP status; 0 without an answer
+    std::string serviceMessage;  ///< the body of a 403 or 404 answer
+    std::string localHash;       ///< the hash that the service was told
+    std::string tag;             ///< the version that the service has
     RunFault fault;
 
     // Of a library that was downloaded:
-    FileReport download;          ///< what came; it may be gone after the run has taken it over
-    FileReport database;          ///< the new catalog file, before the receiver has moved it
-    FileReport referencedFiles;   ///< the archive of its other files, in its place in the referenced-files folder
+    FileReport download;         ///< what came; it may be gone after the run has taken it over
+    FileReport database;         ///< the new catalog file, before the receiver has moved it
+    FileReport referencedFiles;  ///< the archive of its other files, in its place in the referenced-files folder
 };
 
 /// What a run did.

@@ -10,8 +10,8 @@
 #include "host/support/FileError.h"
 #include "host/support/InstallHost.h"
 #include "host/support/ParserArguments.h"
-#include "host/support/TemporaryFiles.h"
 #include "host/support/System.h"
+#include "host/support/TemporaryFiles.h"
 
 #include <VelkCommon/HostServices.h>
 #include <VelkCommon/Network/Curl.h>

@@ -21,9 +21,9 @@ public:
     struct Entry
     {
         std::uint64_t index = 0;
-        std::string name;             ///< the bytes that the archive has
-        std::uint64_t size = 0;       ///< of the data, in bytes
-        std::uint32_t checksum = 0;   ///< of the data
+        std::string name;            ///< the bytes that the archive has
+        std::uint64_t size = 0;      ///< of the data, in bytes
+        std::uint32_t checksum = 0;  ///< of the data
         bool encrypted = false;
     };
 

@@ -54,8 +54,8 @@ void merge(const fileString& source, const fileString& destination, Output& outp
             throw FileError(destination, "cannot be written");
         merge.add(copy, progress);
     } catch (const FileError& error) {
-        throw FileError(destination, "could not be merged with " + source.humanReadableString() + "; it is unchanged (" +
-                                         error.reason() + ")");
+        throw FileError(destination, "could not be merged with " + source.humanReadableString() +
+                                         "; it is unchanged (" + error.reason() + ")");
     }
     merge.keepNew();
 }

@@ -162,8 +162,8 @@ private:
     void work() noexcept
     {
         try {
-            result_ = updateLibraries(
-                receiver_, request_, {[](const std::function<void()>& replace) { replace(); }, {}}, stop_.get_token());
+            result_ = updateLibraries(receiver_, request_,
+                                      {[](const std::function<void()>& replace) { replace(); }, {}}, stop_.get_token());
         } catch (...) {
             failure_ = std::current_exception();
         }
@@ -192,7 +192,7 @@ private:
     UpdateReceiver receiver_;
     std::stop_source stop_;
     std::chrono::steady_clock::time_point interruptedAt_;
-    UpdateResult result_;          // the worker's until it has ended
+    UpdateResult result_;         // the worker's until it has ended
     std::exception_ptr failure_;  // likewise
 };
 

@@ -37,7 +37,9 @@ fileString referencedArchive(const fileString& catalog)
 bool contradicts(const std::string& tag, const std::string& sha1)
 {
     constexpr std::size_t length = 40;
-    const auto isDigit = [](char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); };
+    const auto isDigit = [](char c) {
+        return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+    };
     if (tag.size() != length || !std::all_of(tag.begin(), tag.end(), isDigit))
         return false;
     return !std::equal(tag.begin(), tag.end(), sha1.begin(), sha1.end(), [](char left, char right) {
@@ -45,7 +47,8 @@ bool contradicts(const std::string& tag, const std::string& sha1)
     });
 }
 
-CatalogInstaller::CatalogInstaller(InstalledRecord& record, std::function<void(const std::function<void()>&)> whileUnused)
+CatalogInstaller::CatalogInstaller(InstalledRecord& record,
+                                   std::function<void(const std::function<void()>&)> whileUnused)
     : record_(record), whileUnused_(std::move(whileUnused))
 {}
 

@@ -51,8 +51,8 @@ ManufacturerFile installedManufacturers();
 /// somebody else has it for long.
 FileLock lockManufacturers(const std::stop_token& stop = {});
 
-/// Writes the installation's data file, under its lock. Cards that differ from those in `before` get the current time as their last
-/// change.
+/// Writes the installation's data file, under its lock. Cards that differ from those in `before` get the current time
+/// as their last change.
 void saveManufacturers(ManufacturerFile file, const ManufacturerFile& before);
 
 /// The path of the data file.

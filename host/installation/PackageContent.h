@@ -14,7 +14,8 @@ namespace VelkHost {
 class PackageContent
 {
 public:
-    /// Reads the directory of an archive. Throws FileError for one that is damaged, encrypted or without a catalog file.
+    /// Reads the directory of an archive. Throws FileError for one that is damaged, encrypted or without a catalog
+    /// file.
     explicit PackageContent(const fileString& archive);
 
     /// Whether the library has files beside its catalog file.
@@ -23,8 +24,8 @@ public:
     /// Throws FileError unless the catalog file at `database` and the archive at `others` hold everything, undamaged.
     /// `others` may be empty when there is nothing that it should hold. Reads all of both, and calls `betweenBlocks`
     /// meanwhile, whose exceptions pass through.
-    void requireUnpacked(const fileString& database, const fileString& others,
-                         const std::function<void()>& betweenBlocks = [] {}) const;
+    void requireUnpacked(
+        const fileString& database, const fileString& others, const std::function<void()>& betweenBlocks = [] {}) const;
 
 private:
     struct Entry

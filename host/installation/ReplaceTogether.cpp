@@ -15,14 +15,16 @@ namespace {
 class Placing
 {
 public:
-    explicit Placing(const FilePlacement& placement) : target_(absolutePath(placement.target)), folder_(target_.parentPath())
+    explicit Placing(const FilePlacement& placement)
+        : target_(absolutePath(placement.target)), folder_(target_.parentPath())
     {
         if (isFolder(target_))
             throw FileError(target_, "is a folder, not a file");
         new_ = folder_.path() / U"new";
         old_ = folder_.path() / U"old";
         hadOld_ = target_.pathExists();
-        // In the target's folder first, so that what may fail for lack of room has happened before anything is replaced.
+        // In the target's folder first, so that what may fail for lack of room has happened before anything is
+        // replaced.
         if (folder_.path().empty() || !FileUtils::moveFile(placement.file, new_, false) || !keepOld())
             throw FileError(target_, "cannot be written");
     }

@@ -11,8 +11,9 @@ class ProgressSubject;
 
 namespace VelkHost {
 
-/// Adds the entries of one texture archive to another, under its lock. The old archive is kept meanwhile, and comes back
-/// unless keepNew() is called. Everything throws FileError, or DataError when somebody else has the archive for long.
+/// Adds the entries of one texture archive to another, under its lock. The old archive is kept meanwhile, and comes
+/// back unless keepNew() is called. Everything throws FileError, or DataError when somebody else has the archive for
+/// long.
 class TextureMerge
 {
 public:
@@ -22,8 +23,8 @@ public:
     TextureMerge(const TextureMerge&) = delete;
     TextureMerge& operator=(const TextureMerge&) = delete;
 
-    /// Adds the entries of the archive `others`, which must be sound and is removed, and sees to it that all of them are
-    /// there, and all that were there before.
+    /// Adds the entries of the archive `others`, which must be sound and is removed, and sees to it that all of them
+    /// are there, and all that were there before.
     void add(const fileString& others, ProgressSubject& progress);
 
     /// What was added stays.

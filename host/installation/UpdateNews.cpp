@@ -76,11 +76,13 @@ void UpdateNews::add(const LibraryReport& library, LibraryNews::What what, Reaso
 void UpdateNews::takeService(const RunReport& report)
 {
     if (report.endpoint.empty() && !report.cancelled)
-        failure_ = Reason("cannot reach %1: %2",
-                          {WebUtils::withoutUserInfo(report.address), transferReason(report.addressFault.code, report.addressFault.reason)});
+        failure_ =
+            Reason("cannot reach %1: %2", {WebUtils::withoutUserInfo(report.address),
+                                           transferReason(report.addressFault.code, report.addressFault.reason)});
     else if (report.indexFault.code != 0 && !report.cancelled)
         failure_ = Reason("the list of core libraries cannot be fetched from %1: %2",
-                          {WebUtils::withoutUserInfo(report.address), transferReason(report.indexFault.code, report.indexFault.reason)});
+                          {WebUtils::withoutUserInfo(report.address),
+                           transferReason(report.indexFault.code, report.indexFault.reason)});
 }
 
 void UpdateNews::takeLibrary(const LibraryReport& library)
@@ -95,9 +97,9 @@ void UpdateNews::takeLibrary(const LibraryReport& library)
             takeRefusal(library);
             break;
         case LibraryOutcome::NotFetched:
-            failed(library, {"it cannot be downloaded: %1",
-                             {transferReason(library.fault.code, library.fault.reason,
-                                             PathUtils::getObject().getTempPath())}});
+            failed(library,
+                   {"it cannot be downloaded: %1",
+                    {transferReason(library.fault.code, library.fault.reason, PathUtils::getObject().getTempPath())}});
             break;
         case LibraryOutcome::LeftForLater:
             failed(library, "there is a newer version, which was not fetched");

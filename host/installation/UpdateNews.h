@@ -38,7 +38,10 @@ public:
     /// Libraries that the user named, by the paths of their catalog files.
     void setAsked(std::set<fileString> catalogs) { asked_ = std::move(catalogs); }
     /// Recorded libraries that are not as they should be.
-    void addBroken(const std::set<InstalledRecord::Key>& libraries) { broken_.insert(libraries.begin(), libraries.end()); }
+    void addBroken(const std::set<InstalledRecord::Key>& libraries)
+    {
+        broken_.insert(libraries.begin(), libraries.end());
+    }
 
     void installed(const LibraryCatalogUpdate::LibraryReport& library);
     void failed(const LibraryCatalogUpdate::LibraryReport& library, Reason why);

@@ -6,8 +6,8 @@
 
 namespace VelkHost {
 
-/// A folder that an operation needs. Those of its parents and itself that were not there before go away again, as far as
-/// they are empty, unless the operation keeps them.
+/// A folder that an operation needs. Those of its parents and itself that were not there before go away again, as far
+/// as they are empty, unless the operation keeps them.
 class MadeFolder
 {
 public:

@@ -12,9 +12,13 @@ SHORT = 3
 BEFORE_THE_WORK = 20
 OF_THE_WORK = 80
 
+# Paths whose memory is used by a library that does not survive its lack.
+LEFT_OUT = {"catalog sample": "Qt's writer of PNG files crashes when the library below it gets no memory"}
+
 
 def rows(bench):
-    return [Row(f"{path.name}/allocation", GATE, lambda path=path: points(bench, path)) for path in PATHS]
+    return [Row(f"{path.name}/allocation", GATE, lambda path=path: points(bench, path), LEFT_OUT.get(path.name, ""))
+            for path in PATHS]
 
 
 def points(bench, path):

@@ -152,9 +152,9 @@ void ImportJob::take(const ImportSource& source)
     if (!unpacked.first)
         throw std::runtime_error(unpackingProblem(source.file).toStdString());
     if (isPacked(source.file))
-        PackageContent(source.file)
-            .requireUnpacked(*unpacked.first, unpacked.second.value_or(fileString()),
-                             [&] { stopWhenCancelled(*progress); });
+        PackageContent(source.file).requireUnpacked(*unpacked.first, unpacked.second.value_or(fileString()), [&] {
+            stopWhenCancelled(*progress);
+        });
     progress->showBusy(tr("Checking “%1”").arg(qtText(source.file.stem().utf8())).toStdString());
     try {
         readCatalog(*unpacked.first, CatalogContent::Names);

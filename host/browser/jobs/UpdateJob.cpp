@@ -71,13 +71,12 @@ void UpdateJob::onSetUnits(const std::string& unit_string)
 // On the updating thread.
 void UpdateJob::run()
 {
-    const UpdateCallbacks callbacks{[](const std::function<void()>& replace) {
-                                        const std::unique_lock replacing(installedFiles());
-                                        replace();
-                                    },
-                                    [this](const fileString& catalog) {
-                                        post([this, catalog] { Q_EMIT installed(catalog); });
-                                    }};
+    const UpdateCallbacks callbacks{
+        [](const std::function<void()>& replace) {
+            const std::unique_lock replacing(installedFiles());
+            replace();
+        },
+        [this](const fileString& catalog) { post([this, catalog] { Q_EMIT installed(catalog); }); }};
     UpdateResult result;
     QString failure;
     try {

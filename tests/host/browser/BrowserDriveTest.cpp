@@ -76,8 +76,9 @@ void BrowserDrive::getsLibraries()
 {
     damage("garden.calib");
     update();
-    EXPECT_EQ(message(), "Not everything could be updated. “furniture” was updated. “garden” is as it was: what the service sent "
-                         "is not a library catalog.");
+    EXPECT_EQ(message(),
+              "Not everything could be updated. “furniture” was updated. “garden” is as it was: what the service sent "
+              "is not a library catalog.");
     EXPECT_TRUE(tree().isVisible());
     EXPECT_EQ(tree().model()->rowCount(), 1);
     auto* const log = find<QToolButton>("errorLogButton");

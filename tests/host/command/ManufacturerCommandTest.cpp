@@ -382,6 +382,22 @@ TEST_F(ManufacturerUpdateCommand, TellsScripts)
     EXPECT_EQ(json[QStringLiteral("outcome")].toString(), QStringLiteral("up to date"));
 }
 
+TEST_F(ManufacturerUpdateCommand, FetchesALogoAgainThatCouldNotBeStored)
+{
+    keep({"edit", "1", "--new", "--name", "A", "--logo", "a.png"});
+    test::writeFileDeep(input(U"logos/a.png"), test::png("one"));
+    publishCards();
+    FileUtils::createDirectoriesWithPerm(data(U"a.png"));
+    EXPECT_EQ(update().exitCode, test::exitCode::updateFailed);
+    EXPECT_EQ(update().exitCode, test::exitCode::updateFailed) << "it goes on to be told";
+    FileUtils::removeDirectoryAndFiles(data(U"a.png"), FileUtils::noFlags);
+    EXPECT_EQ(update().exitCode, 0);
+    EXPECT_EQ(test::readFile(data(U"a.png")), test::png("one"));
+    FileUtils::removePath(data(U"a.png"), FileUtils::noFlags);
+    EXPECT_EQ(update().exitCode, 0);
+    EXPECT_EQ(test::readFile(data(U"a.png")), test::png("one")) << "it was lost";
+}
+
 TEST_F(ManufacturerUpdateCommand, KeepsWhatIsNewerHere)
 {
     keep({"edit", "1", "--new", "--name", "A"});

@@ -211,8 +211,9 @@ protected:
     {
         EXPECT_TRUE(test::readFile(catalogFile()) == catalog(version)) << "the catalog is not version " << version;
         std::string texture;
-        ZipUtils::writeFileDataFromArchive(archive() + fileString(ZipUtils::getDelimiter()) + fileString(std::string("oak.png")),
-                                           [&](std::vector<unsigned char>& bytes) { texture.assign(bytes.begin(), bytes.end()); });
+        ZipUtils::writeFileDataFromArchive(
+            archive() + fileString(ZipUtils::getDelimiter()) + fileString(std::string("oak.png")),
+            [&](std::vector<unsigned char>& bytes) { texture.assign(bytes.begin(), bytes.end()); });
         EXPECT_EQ(texture, "texture " + version);
         EXPECT_THAT(test::listFolder(home() / U"referenced"), ElementsAre("garden.zip"));
         EXPECT_THAT(test::listFolder(home() / U"temp"), IsEmpty());
@@ -348,7 +349,8 @@ TEST_F(UpdateOfAPackage, TellsWhyItIsWithdrawn)
     const ProgramRun run = update();
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_THAT(run.output, HasSubstr("garden: withdrawn: Out of season.\n"));
-    const QJsonObject withdrawn = update({"--format", "json"}).json()[QStringLiteral("withdrawn")].toArray().at(0).toObject();
+    const QJsonObject withdrawn =
+        update({"--format", "json"}).json()[QStringLiteral("withdrawn")].toArray().at(0).toObject();
     EXPECT_EQ(withdrawn[QStringLiteral("message")].toString().toStdString(), "Out of season.");
     expectVersion("1");
 }

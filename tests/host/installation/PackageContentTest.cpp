@@ -47,11 +47,12 @@ TEST_F(Package, SeesWhatIsMissing)
 {
     whole().writeTo(archive_);
     const PackageContent content(archive_);
-    const std::string damagedOthers = "its textures and other files could not be unpacked; is it damaged, or the disk full?";
+    const std::string damagedOthers =
+        "its textures and other files could not be unpacked; is it damaged, or the disk full?";
     EXPECT_EQ(test::reasonOf([&] { content.requireUnpacked(database_, {}); }), damagedOthers);
-    for (const ZipBuilder& incomplete : {ZipBuilder().add("a.png", "picture"),
-                                         ZipBuilder().add("a.png", "picture").add("b.txt", "other"),
-                                         ZipBuilder().add("a.png", "picture").add("b.txt", "text").add("c", "more")}) {
+    for (const ZipBuilder& incomplete :
+         {ZipBuilder().add("a.png", "picture"), ZipBuilder().add("a.png", "picture").add("b.txt", "other"),
+          ZipBuilder().add("a.png", "picture").add("b.txt", "text").add("c", "more")}) {
         incomplete.writeTo(others_);
         EXPECT_EQ(test::reasonOf([&] { content.requireUnpacked(database_, others_); }), damagedOthers);
     }

@@ -152,7 +152,8 @@ TEST_F(UpdateJobTrouble, LeadsToTheErrorLogWhenTheServiceIsGone)
     window().jobs().setService(QString::fromStdString(nobody.url()));
     action("updateAction").trigger();
     waitForJob();
-    EXPECT_EQ(message(), "The libraries cannot be updated: cannot reach " + nobody.url() + ": it does not accept connections");
+    EXPECT_EQ(message(),
+              "The libraries cannot be updated: cannot reach " + nobody.url() + ": it does not accept connections");
     EXPECT_EQ(model().rowCount(), 1);
     QToolButton* const log = named<QToolButton>("errorLogButton");
     ASSERT_TRUE(log->isVisible());
