@@ -5,11 +5,13 @@
 #include "host/support/FileError.h"
 #include "host/support/Output.h"
 #include "host/support/ShownProgress.h"
+#include "host/support/System.h"
 
 namespace VelkHost {
 
 int runCancellable(Output& output, const std::function<void()>& work)
 {
+    watchInterrupts();  // before anything is made that would be left behind
     try {
         work();
         return static_cast<int>(ExitCode::Success);

@@ -90,7 +90,6 @@ void write(const std::vector<PackedFile>& files, const fileString& target, Outpu
     ProgressLine line(output);
     line.setText("Packing " + std::to_string(files.size()) + " files");
     line.begin(100);
-    watchInterrupts();
     archive.watch([&](double share) { line.setValue(static_cast<std::uint64_t>(share * wholeRange)); }, &interrupted);
     if (!archive.close())
         throw Interrupted();
