@@ -33,8 +33,8 @@ public:
              const std::stop_token& stop = {});
     /// Gives the lock back.
     ~FileLock();
-    FileLock(FileLock&& other) noexcept;
-    FileLock& operator=(FileLock&& other) noexcept;
+    FileLock(FileLock&& other) noexcept;             ///< takes the lock over
+    FileLock& operator=(FileLock&& other) noexcept;  ///< takes the lock over
 
     /// Whether the lock was taken.
     explicit operator bool() const noexcept { return file_ != nullptr; }
