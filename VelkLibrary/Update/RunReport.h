@@ -47,11 +47,11 @@ struct LibraryReport
     std::uint32_t kind = 0;    ///< a CatalogKind
     fileString installedPath;  ///< where its catalog file, or archive, is or belongs
     LibraryOutcome outcome = LibraryOutcome::NotAsked;  ///< what became of it
-    std::int32_t status = 0;     ///< the service's HTTP status; 0 without an answer
-    std::string serviceMessage;  ///< the body of a 403 or 404 answer
-    std::string localHash;       ///< the hash that the service was told
-    std::string tag;             ///< the version that the service has
-    RunFault fault;              ///< why it was not answered, not fetched or not installed
+    std::int32_t status = 0;                            ///< the service's HTTP status; 0 without an answer
+    std::string serviceMessage;                         ///< the body of a 403 or 404 answer
+    std::string localHash;                              ///< the hash that the service was told
+    std::string tag;                                    ///< the version that the service has
+    RunFault fault;                                     ///< why it was not answered, not fetched or not installed
 
     // Of a library that was downloaded:
     FileReport download;         ///< what came; it may be gone after the run has taken it over
@@ -62,9 +62,9 @@ struct LibraryReport
 /// What a run did.
 struct RunReport
 {
-    std::string address;   ///< the service's configured address
-    std::string endpoint;  ///< where it leads to; empty when it leads nowhere, and `addressFault` says why
-    RunFault addressFault;  ///< why the address leads nowhere
+    std::string address;      ///< the service's configured address
+    std::string endpoint;     ///< where it leads to; empty when it leads nowhere, and `addressFault` says why
+    RunFault addressFault;    ///< why the address leads nowhere
     bool indexAsked = false;  ///< whether the run asked for the list of core catalogs
     RunFault indexFault;      ///< why that list could not be fetched
     /// Every library of the run, by file name with extension.

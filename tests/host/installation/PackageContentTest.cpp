@@ -56,7 +56,7 @@ TEST_F(Package, SeesWhatIsMissing)
         incomplete.writeTo(others_);
         EXPECT_EQ(test::reasonOf([&] { content.requireUnpacked(database_, others_); }), damagedOthers);
     }
-    for (const std::string torn : {"", "databas", "Database"}) {
+    for (const std::string torn : {"", "data", "Database"}) {
         test::writeFile(database_, torn);
         EXPECT_EQ(test::reasonOf([&] { content.requireUnpacked(database_, others_); }),
                   "its catalog file could not be unpacked; is it damaged, or the disk full?");
