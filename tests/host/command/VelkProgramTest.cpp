@@ -185,7 +185,7 @@ const UsageCase usageCases[] = {
     {"MistypedTexturesCommand",
      {"textures", "mrge", "a.zip", "b.zip"},
      "\nDid you mean \"velk textures merge\"? Its command is merge; see \"velk textures --help\".\n"},
-    {"MistypedCommandToHelpWith", {"help", "catalog", "buil"}, "\nDid you mean \"velk catalog build\"? "},
+    {"MistypedCommandToHelpWith", {"help", "catalog", "xbuild"}, "\nDid you mean \"velk catalog build\"? "},
     {"UnknownSubcommand",
      {"filter", "search"},
      "velk: there is no command \"velk filter search\"\nIts commands are list, show, add, remove, current and merge; "
