@@ -113,7 +113,6 @@ namespace {
     QT_TRANSLATE_NOOP("Reason", "is not a packed library, or it is damaged"),
     QT_TRANSLATE_NOOP("Reason", "is not a packed library: its catalog file is missing or damaged"),
     QT_TRANSLATE_NOOP("Reason", "is encrypted"),
-    QT_TRANSLATE_NOOP("Reason", "is damaged"),
     QT_TRANSLATE_NOOP("Reason", "its catalog file could not be unpacked; is it damaged, or the disk full?"),
     QT_TRANSLATE_NOOP("Reason", "its textures and other files could not be unpacked; is it damaged, or the disk full?"),
     QT_TRANSLATE_NOOP("Reason", "is not a published site; see \"velk publish --help\""),

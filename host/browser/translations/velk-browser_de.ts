@@ -487,10 +487,6 @@
         <translation>ist verschlüsselt</translation>
     </message>
     <message>
-        <source>is damaged</source>
-        <translation>ist beschädigt</translation>
-    </message>
-    <message>
         <source>its catalog file could not be unpacked; is it damaged, or the disk full?</source>
         <translation>ihre Katalogdatei konnte nicht entpackt werden; ist sie beschädigt, oder der Datenträger voll?</translation>
     </message>

@@ -487,10 +487,6 @@
         <translation>est chiffré</translation>
     </message>
     <message>
-        <source>is damaged</source>
-        <translation>est endommagé</translation>
-    </message>
-    <message>
         <source>its catalog file could not be unpacked; is it damaged, or the disk full?</source>
         <translation>son fichier de catalogue n’a pas pu être extrait ; est-il endommagé, ou le disque est-il plein ?</translation>
     </message>
