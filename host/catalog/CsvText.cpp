@@ -48,7 +48,8 @@ private:
         }
         const char stops[] = {delimiter_, '\r', '\n'};
         const std::size_t end = std::min(text_.find_first_of({stops, 3}, position_), text_.size());
-        return checked(std::string(text_.substr(std::exchange(position_, end), end - position_)));
+        const std::size_t begin = std::exchange(position_, end);
+        return checked(std::string(text_.substr(begin, end - begin)));
     }
 
     std::string takeQuotedCell()
