@@ -88,36 +88,6 @@ ManufacturerRefresh::Outcome outcomeOf(const ManufacturerUpdate& update)
     return update.outcome == Library::ManufacturerUpdateOutcome::Taken ? Outcome::Updated : Outcome::Newer;
 }
 
-Manufacturer withTime(const Manufacturer& card, const boost::posix_time::ptime& lastModified)
-{
-    return Manufacturer(card.getManufacturerName(), card.getManufacturerUrl(), card.getManufacturerPhoneNumber(false),
-                        card.getManufacturerFaxNumber(false), card.getManufacturerLogoName(),
-                        card.getManufacturerEmail(false), card.isDeleted(), lastModified);
-}
-
-/// A logo that could not be fetched or stored is as it was, although its card is new. With its old time the card counts
-/// as an old one, so the next update fetches both again.
-void askAgainForLogos(const ManufacturerUpdate& update, const ManufacturerFile& before)
-{
-    ManufacturerFile file = installedManufacturers();
-    bool isAnyMissing = false;
-    for (const ManufacturerChange& change : update.changes) {
-        const auto card = file.cards.find(change.id);
-        if (change.logo != Library::LogoChange::Failed || card == file.cards.end() || card->second.isDeleted() ||
-            !Library::isSafeLogoName(card->second.getManufacturerLogoName()))
-            continue;
-        const auto old = before.cards.find(change.id);
-        const boost::posix_time::ptime never(boost::date_time::min_date_time);
-        card->second = withTime(card->second, old == before.cards.end() ? never : old->second.getLastModified());
-        isAnyMissing = true;
-    }
-    if (!isAnyMissing)
-        return;
-    file.lastModified = before.lastModified;
-    static_cast<void>(file.write(manufacturerFile()));  // otherwise the logo stays as it is told to be: missing
-    ManufacturerManager::cleanup();
-}
-
 /// Whether a card's logo should be here, and is not.
 bool lacksLogo(const Manufacturer& card)
 {
@@ -160,8 +130,6 @@ ManufacturerRefresh refreshManufacturers(const std::string& dataUrl, const std::
     refresh.outcome = outcomeOf(update);
     refresh.cards = taken ? update.offered.cards.size() : before.cards.size();
     refresh.changes = cardChanges(update, before);
-    if (taken)
-        askAgainForLogos(update, before);
     fetchLostLogos(logoUrl, refresh.changes);
     if (refresh.outcome == ManufacturerRefresh::Outcome::Current && !refresh.changes.empty())
         refresh.outcome = ManufacturerRefresh::Outcome::Updated;

@@ -37,6 +37,7 @@ def examine(bench, path, name):
         if not (folder / name / "kept.txt").is_file():
             return "the folder was removed"
         shutil.rmtree(folder / name)
-        if name in known.old:
+        # What may be missing is gone with the folder that stood in its place.
+        if name in known.old and name not in path.missing:
             shutil.copy2(known.prepared / name, folder / name)
         return bench.fault_of_state(path, folder, outcome) or bench.fault_of_repetition(path, folder)
