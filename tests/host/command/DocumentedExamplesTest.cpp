@@ -2,6 +2,8 @@
 
 #include "support/QtProcesses.h"
 
+#include <gmock/gmock.h>
+
 #include <QProcess>
 
 #include <algorithm>
