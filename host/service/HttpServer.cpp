@@ -48,6 +48,7 @@ public:
     }
 
     Clock::time_point due() const noexcept { return due_; }
+    bool isLate() const noexcept { return Clock::now() >= due_; }
 
 private:
     const ServiceLimits* limits_;
@@ -255,6 +256,8 @@ private:
     void bodyGrew(std::size_t count)
     {
         pace_.moved(count);
+        if (pace_.isLate())
+            return close();
         dropBody();
     }
 
@@ -297,6 +300,9 @@ private:
             if (error || self->closed_)
                 return self->close();
             self->pace_.moved(count);
+            // The timer alone is not enough: while bytes go out without a pause, each wait replaces the one before.
+            if (self->pace_.isLate())
+                return self->close();
             self->sent_ += count;
             self->wasSent();
         });

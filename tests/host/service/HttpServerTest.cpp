@@ -28,7 +28,8 @@ namespace {
 
 constexpr std::uint64_t farTooFast = std::uint64_t{1} << 40;  // bytes in a second
 constexpr std::uint64_t large = 64 << 20;
-constexpr std::uint64_t begun = 64 << 10;  // at most, of many bytes, by a client that has begun to read
+constexpr std::uint64_t huge = std::uint64_t{1} << 40;  // more than anybody reads in a test
+constexpr std::uint64_t begun = 64 << 10;               // at most, of many bytes, by a client that has begun to read
 
 /// Bytes without a file. Counts how many of its kind have gone.
 class Letters : public VelkHost::BodySource
@@ -85,9 +86,9 @@ protected:
     {
         ++handled_;
         HttpAnswer answer;
-        if (head.target == "/large") {
+        if (head.target == "/large" || head.target == "/huge") {
             answer.source = std::make_unique<Letters>(sourcesGone_);
-            answer.length = large;
+            answer.length = head.target == "/huge" ? huge : large;
         } else if (head.target == "/fault") {
             throw std::runtime_error("fault");
         } else {
@@ -273,6 +274,18 @@ TEST_F(HttpServerTest, DemandsAPaceOfABody)
     client.send(get("/a", "Content-Length: 65536\r\n"));
     EXPECT_LT(client.dripUntilEnd("x", 2ms), 10'000U);
     EXPECT_EQ(handled(), 0U);
+}
+
+TEST_F(HttpServerTest, DemandsAPaceOfAReader)
+{
+    limits_.behind = 60ms;
+    limits_.bytesPerSecond = farTooFast;
+    start();
+    RawClient client(port());
+    client.send(get("/huge"));
+    std::size_t received = 0;
+    test::repeatUntil([&] { return sourcesGone_.count() > 0; }, [&] { received += client.read(1).size(); });
+    EXPECT_LT(received, huge);
 }
 
 TEST_F(HttpServerTest, HangsUpOnAClientThatNeverReads)
