@@ -28,9 +28,11 @@ struct RawClient::Implementation
     /// over.
     std::optional<std::size_t> readSome(std::chrono::milliseconds limit)
     {
+        if (ended)  // nobody tells it twice
+            return 0;
         std::optional<std::size_t> got;
         socket.async_read_some(asio::buffer(block), [&](error_code error, std::size_t count) {
-            if (error != asio::error::operation_aborted || ended)
+            if (error != asio::error::operation_aborted)
                 got = error ? 0 : count;
         });
         context.restart();
@@ -40,7 +42,7 @@ struct RawClient::Implementation
             context.restart();
             context.run();
         }
-        ended = ended || got == std::size_t{0};
+        ended = got == std::size_t{0};
         return got;
     }
 
