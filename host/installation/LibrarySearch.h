@@ -41,7 +41,8 @@ struct LibrarySet
 /// sorted by name. A path that names nothing readable counts as broken; a file that is named twice is read once.
 LibrarySet loadLibraries(const std::vector<fileString>& paths);
 
-/// Reads the libraries of the user's core, bonus, manufacturer and user folders, as far as they exist.
+/// Reads the libraries of the user's core, bonus, manufacturer and user folders. A folder that is not there yet holds
+/// none; one that cannot be read counts as a broken library.
 LibrarySet loadInstalledLibraries();
 
 /// The catalog files of those libraries, folder by folder.
