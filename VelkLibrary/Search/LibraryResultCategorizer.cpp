@@ -1,83 +1,38 @@
 #include <VelkLibrary/LibraryResultCategorizer.h>
 
-#include <VelkCommon/Text/StringConvert.h>
-#include <VelkCommon/Text/StringUtils.h>
-#include <VelkLibrary/Search/detail/LiteralMatcher.h>
+#include <VelkLibrary/Search/PreparedNames.h>
+#include <VelkLibrary/Search/detail/BulkRating.h>
+#include <VelkLibrary/Search/detail/CompiledSearch.h>
+#include <VelkLibrary/Search/detail/LoweredTexts.h>
+#include <VelkLibrary/Search/detail/NameBlock.h>
+#include <VelkLibrary/Search/detail/NameWorths.h>
+#include <VelkLibrary/Search/detail/SearchPlan.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
 
-using Library::Search::ORGroup;
+using Library::Search::PreparedNames;
+using Library::Search::detail::anywhere;
 using Library::Search::detail::BytePairs;
+using Library::Search::detail::CompiledSearch;
+using Library::Search::detail::folderWorths;
+using Library::Search::detail::itemWorths;
 using Library::Search::detail::LiteralMatcher;
 using Library::Search::detail::LoweredTexts;
+using Library::Search::detail::NameBlock;
+using Library::Search::detail::NameWorths;
 using Library::Search::detail::noWorth;
 using Library::Search::detail::PlaceWorths;
 using Library::Search::detail::PlainPart;
+using Library::Search::detail::SearchPlan;
 using Library::Search::detail::Worth;
 
 namespace {
-
-/// What each kind of match is worth for one kind of name.
-struct PrioritySlots
-{
-    SearchPriority exact;
-    SearchPriority beginsWithWord;
-    SearchPriority containsWord;
-    SearchPriority beginsWithSequence;
-    SearchPriority wordBeginsWithSequence;
-    SearchPriority containsSequence;
-};
-
-constexpr PrioritySlots folderSlots = {
-    FolderExactName,          FolderBeginsWithWord,         FolderContainsWord,
-    FolderBeginsWithSequence, FolderWordBeginsWithSequence, FolderContainsSequence,
-};
-constexpr PrioritySlots itemSlots = {
-    ItemExactName,          ItemBeginsWithWord,         ItemContainsWord,
-    ItemBeginsWithSequence, ItemWordBeginsWithSequence, ItemContainsSequence,
-};
-
-constexpr PlaceWorths placeWorths(const PrioritySlots& slots)
-{
-    return {
-        .begin = {slots.beginsWithSequence, slots.beginsWithWord},
-        .name = {{slots.containsSequence, slots.containsSequence}, {slots.wordBeginsWithSequence, slots.containsWord}},
-        .keywords = {{KeywordsContainSequence, KeywordsContainSequence},
-                     {KeywordsContainSequence, KeywordsContainWord}},
-    };
-}
-
-constexpr PlaceWorths wholeWordWorths(const PrioritySlots& slots)
-{
-    return {
-        .begin = {noWorth, slots.beginsWithWord},
-        .name = {{noWorth, noWorth}, {noWorth, slots.containsWord}},
-        .keywords = {{noWorth, noWorth}, {noWorth, KeywordsContainWord}},
-    };
-}
-
-/// What an exact match and the place of a term are worth for one kind of name.
-struct NameWorths
-{
-    explicit constexpr NameWorths(const PrioritySlots& slots)
-        : exact(slots.exact), anyMatch(placeWorths(slots)), wholeWords(wholeWordWorths(slots))
-    {}
-
-    Worth exact;
-    PlaceWorths anyMatch;
-    PlaceWorths wholeWords;
-};
-
-constexpr NameWorths folderWorths(folderSlots);
-constexpr NameWorths itemWorths(itemSlots);
-
-/// Any place is as good as any other.
-constexpr PlaceWorths anywhere = {.begin = {1, 1}, .name = {{1, 1}, {1, 1}}, .keywords = {{1, 1}, {1, 1}}};
 
 /// What a rating knows about a term, which may stand in many groups.
 struct TermState
@@ -123,104 +78,33 @@ private:
     char* data_;
 };
 
-/// A group's range in the list of all groups' terms: the required ones, then the excluded ones.
-struct GroupMatcher
-{
-    std::string exactText;
-    std::uint32_t requiredBegin = 0;
-    std::uint32_t excludedBegin = 0;
-    std::uint32_t end = 0;
-};
-
 // With this many terms or more, one look at the texts' pairs of bytes is less work than one look for each term.
 constexpr std::size_t fewestTermsForPairs = 8;
 
 }  // namespace
 
-/// The compiled search. Each distinct term is compiled and looked for once, however many groups hold it.
-struct LibraryResultCategorizer::Matchers
+/// The compiled search, and the ways to rate by it.
+struct LibraryResultCategorizer::Matchers : CompiledSearch
 {
     explicit Matchers(const Library::Search::Info& info);
+    Matchers(const Matchers&) = delete;
+    Matchers& operator=(const Matchers&) = delete;
+    ~Matchers() { delete plan_.load(std::memory_order_acquire); }
 
     SearchPriority rate(const NameWorths& worths, const std::string& name, const std::string* keywords) const;
-    bool mayMatch(std::string_view name, std::string_view keywords) const;
+    SearchPriority rate(const NameBlock& names, std::size_t entry) const;
+    const SearchPlan& plan() const;
 
-    std::vector<LiteralMatcher> terms;
-    std::vector<std::uint32_t> groupTerms;  // indexes into `terms`
-    std::vector<GroupMatcher> groups;
-    bool wordMatchesOnly;
     bool textSearch;
     bool looksAtGivenTexts;  // whether mayMatch() is worth its time
 
 private:
-    class Builder;
     class Rating;
-};
 
-class LibraryResultCategorizer::Matchers::Builder
-{
-public:
-    Builder(Matchers& matchers, const std::vector<ORGroup>& groups) : matchers_(matchers)
-    {
-        std::size_t count = 0;
-        for (const ORGroup& group : groups)
-            count += group.terms.size() + group.excludedTerms.size();
-        matchers_.groups.reserve(groups.size());
-        matchers_.groupTerms.reserve(count);
-        matchers_.terms.reserve(std::min(count, usualTermCount));
-        byText_.reserve(std::min(count, usualTermCount));
-    }
+    bool mayMatch(std::string_view name, std::string_view keywords) const;
 
-    void add(const ORGroup& group)
-    {
-        GroupMatcher& matcher = matchers_.groups.emplace_back();
-        matcher.requiredBegin = listSize();
-        addTerms(group.terms);
-        for (std::uint32_t i = matcher.requiredBegin; i < listSize(); ++i) {
-            matcher.exactText += i == matcher.requiredBegin ? "" : " ";
-            matcher.exactText += matchers_.terms[matchers_.groupTerms[i]].term();
-        }
-        arrange(matcher.requiredBegin);
-        matcher.excludedBegin = listSize();
-        addTerms(group.excludedTerms);
-        arrange(matcher.excludedBegin);
-        matcher.end = listSize();
-    }
-
-private:
-    static constexpr std::size_t usualTermCount = 16;
-
-    std::uint32_t listSize() const { return static_cast<std::uint32_t>(matchers_.groupTerms.size()); }
-
-    void addTerms(const std::vector<std::u32string>& texts)
-    {
-        for (const std::u32string& text : texts)
-            matchers_.groupTerms.push_back(indexOf(StringConvert::toStdUtf8String(StringUtils::toLower(text))));
-    }
-
-    // Keeps each term once, those that are most likely to be missing first.
-    void arrange(std::uint32_t begin)
-    {
-        std::vector<std::uint32_t>& list = matchers_.groupTerms;
-        const auto rank = [this](std::uint32_t term) { return std::pair(matchers_.terms[term].frequency(), term); };
-        std::sort(list.begin() + begin, list.end(), [&](auto a, auto b) { return rank(a) < rank(b); });
-        list.erase(std::unique(list.begin() + begin, list.end()), list.end());
-    }
-
-    std::uint32_t indexOf(std::string term)
-    {
-        const auto isBefore = [this](std::uint32_t a, const std::string& b) { return matchers_.terms[a].term() < b; };
-        const auto place = std::lower_bound(byText_.begin(), byText_.end(), term, isBefore);
-        if (place != byText_.end() && matchers_.terms[*place].term() == term)
-            return *place;
-        const auto index = static_cast<std::uint32_t>(matchers_.terms.size());
-        byText_.insert(place, index);
-        matchers_.terms.emplace_back(std::move(term));
-        return index;
-    }
-
-    Matchers& matchers_;
-    std::vector<std::uint32_t> byText_;  // indexes of the terms in the order of their texts
+    // Made for the first rating in bulk: most searches see none.
+    mutable std::atomic<const SearchPlan*> plan_ = nullptr;
 };
 
 /// One rating in progress.
@@ -245,7 +129,7 @@ public:
     Worth best()
     {
         Worth best = noWorth;
-        for (const GroupMatcher& group : matchers_.groups) {
+        for (const Group& group : matchers_.groups) {
             const Worth worth = worthOf(group);
             if (worth < best && !isExcluded(group))
                 best = worth;
@@ -257,13 +141,12 @@ public:
 
 private:
     // The excluded terms are left aside here. Every required term must occur; the best one counts.
-    Worth worthOf(const GroupMatcher& group)
+    Worth worthOf(const Group& group)
     {
         if (texts_.nameText() == group.exactText)
             return exact_;
         Worth best = noWorth;
-        for (std::size_t i = group.requiredBegin; i < group.excludedBegin; ++i) {
-            const std::uint32_t term = matchers_.groupTerms[i];
+        for (const std::uint32_t term : matchers_.required(group)) {
             Worth& worth = states_[term].worth;
             if (worth == TermState::unknown)
                 worth = bestOf(matchers_.terms[term], worths_);
@@ -274,10 +157,9 @@ private:
         return best;
     }
 
-    bool isExcluded(const GroupMatcher& group)
+    bool isExcluded(const Group& group)
     {
-        for (std::size_t i = group.excludedBegin; i < group.end; ++i) {
-            const std::uint32_t term = matchers_.groupTerms[i];
+        for (const std::uint32_t term : matchers_.excluded(group)) {
             Worth& worth = states_[term].anywhere;
             if (worth == TermState::unknown)
                 worth = bestOf(matchers_.terms[term], anywhere);
@@ -301,18 +183,25 @@ private:
 };
 
 LibraryResultCategorizer::Matchers::Matchers(const Library::Search::Info& info)
-    : wordMatchesOnly(info.legacySearch), textSearch(info.textSearch)
+    : CompiledSearch(info), textSearch(info.textSearch)
 {
-    Builder builder(*this, info.parseTree.groups);
-    for (const ORGroup& group : info.parseTree.groups)
-        builder.add(group);
-    terms.shrink_to_fit();
-    groupTerms.shrink_to_fit();
-    looksAtGivenTexts = terms.size() < fewestTermsForPairs &&
-                        std::all_of(groups.begin(), groups.end(), [this](const GroupMatcher& group) {
-                            return group.requiredBegin < group.excludedBegin &&
-                                   terms[groupTerms[group.requiredBegin]].plainPart().isSelective();
-                        });
+    looksAtGivenTexts =
+        terms.size() < fewestTermsForPairs && std::all_of(groups.begin(), groups.end(), [this](const Group& group) {
+            return group.requiredBegin < group.excludedBegin &&
+                   terms[groupTerms[group.requiredBegin]].plainPart().isSelective();
+        });
+}
+
+// Of several threads that want it at the same time, the first to have made it gives it to all.
+const SearchPlan& LibraryResultCategorizer::Matchers::plan() const
+{
+    const SearchPlan* plan = plan_.load(std::memory_order_acquire);
+    if (plan == nullptr) {
+        auto made = std::make_unique<const SearchPlan>(*this);
+        if (plan_.compare_exchange_strong(plan, made.get(), std::memory_order_acq_rel))
+            plan = made.release();
+    }
+    return *plan;
 }
 
 // Whether some group has all its required terms in the texts, as far as that can be told before the texts are
@@ -323,9 +212,9 @@ bool LibraryResultCategorizer::Matchers::mayMatch(std::string_view name, std::st
         const PlainPart& part = terms[term].plainPart();
         return part.mayStandIn(keywords) || part.mayStandIn(name);
     };
-    return std::any_of(groups.begin(), groups.end(), [&](const GroupMatcher& group) {
-        return std::all_of(groupTerms.begin() + group.requiredBegin, groupTerms.begin() + group.excludedBegin,
-                           mayStand);
+    return std::any_of(groups.begin(), groups.end(), [&](const Group& group) {
+        const auto required = this->required(group);
+        return std::all_of(required.begin(), required.end(), mayStand);
     });
 }
 
@@ -341,6 +230,20 @@ SearchPriority LibraryResultCategorizer::Matchers::rate(const NameWorths& worths
     std::uninitialized_fill_n(states, terms.size(), TermState{});
     LoweredTexts texts(memory.data() + statesSize, name, keywords);
     const Worth best = Rating(*this, worths, texts, states).best();
+    return best == noWorth ? Invalid : static_cast<SearchPriority>(best);
+}
+
+// The same for texts in lower case, which cannot tell less than the texts that they were made from.
+SearchPriority LibraryResultCategorizer::Matchers::rate(const NameBlock& names, std::size_t entry) const
+{
+    const std::string_view name = names.name(entry);
+    const std::optional<std::string_view> keywords = names.keywords(entry);
+    const std::size_t statesSize = terms.size() * sizeof(TermState);
+    const RatingMemory memory(statesSize + LoweredTexts::room(name.size(), keywords ? keywords->size() : 0));
+    auto* const states = reinterpret_cast<TermState*>(memory.data());
+    std::uninitialized_fill_n(states, terms.size(), TermState{});
+    LoweredTexts texts = LoweredTexts::copyOf(memory.data() + statesSize, name, keywords);
+    const Worth best = Rating(*this, names.isFolder(entry) ? folderWorths : itemWorths, texts, states).best();
     return best == noWorth ? Invalid : static_cast<SearchPriority>(best);
 }
 
@@ -362,6 +265,21 @@ SearchPriority LibraryResultCategorizer::categorizeItemResult(const std::string&
                                                               const std::string& keywords) const
 {
     return matchers_->rate(itemWorths, itemName, &keywords);
+}
+
+void LibraryResultCategorizer::categorize(const PreparedNames& names, std::size_t begin,
+                                          std::span<std::uint8_t> priorities) const
+{
+    const NameBlock& block = *names.block_;
+    const std::size_t count = begin < block.size() ? std::min(priorities.size(), block.size() - begin) : 0;
+    std::fill(priorities.begin() + static_cast<std::ptrdiff_t>(count), priorities.end(), std::uint8_t{Invalid});
+    if (count == 0)
+        return;
+    const SearchPlan& plan = matchers_->plan();
+    if (!plan.oneByOne())
+        return rateInBulk(*matchers_, plan, block, begin, priorities.first(count));
+    for (std::size_t i = 0; i < count; ++i)
+        priorities[i] = static_cast<std::uint8_t>(matchers_->rate(block, begin + i));
 }
 
 bool LibraryResultCategorizer::isTextSearch() const noexcept

@@ -2,9 +2,9 @@
 
 #include <VelkCommon/Platform/Bytes16.h>
 #include <VelkLibrary/Search/detail/ByteFrequency.h>
+#include <VelkLibrary/Search/detail/WordBytes.h>
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <functional>
 #include <tuple>
@@ -24,29 +24,6 @@ constexpr std::size_t leastBudget = 4096;
 
 // The probes are chosen among this many bytes of a term, so their places fit into a byte.
 constexpr std::size_t mostProbed = 256;
-
-// There are no capitals, because texts are in lower case here.
-constexpr std::array<bool, 256> wordBytes = [] {
-    std::array<bool, 256> result{};
-    for (unsigned byte = 'a'; byte <= 'z'; ++byte)
-        result[byte] = true;
-    for (unsigned byte = '0'; byte <= '9'; ++byte)
-        result[byte] = true;
-    result['_'] = true;
-    return result;
-}();
-
-bool isWord(char byte)
-{
-    return wordBytes[static_cast<unsigned char>(byte)];
-}
-
-// The highest bit of each byte of the result tells.
-Bytes16 areWord(const char* bytes)
-{
-    const Bytes16 block = Bytes16::load(bytes);
-    return inRange(block, 'a', 'z') | inRange(block, '0', '9') | equal(block, Bytes16('_'));
-}
 
 bool isBreak(char byte)
 {

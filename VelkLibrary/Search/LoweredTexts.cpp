@@ -2,16 +2,14 @@
 
 #include <VelkCommon/Platform/Bytes16.h>
 #include <VelkCommon/Text/StringUtils.h>
+#include <VelkLibrary/Search/detail/WordBytes.h>
+
+#include <algorithm>
 
 using Velk::Platform::Bytes16;
 using Velk::Platform::lowestBit;
 
 namespace Library::Search::detail {
-namespace {
-
-constexpr char guard = '\xFF';  // never part of UTF-8, so of no term, and not a word character
-
-}  // namespace
 
 std::size_t findBreak(const char* bytes, const Extent& extent) noexcept
 {
@@ -32,16 +30,29 @@ std::size_t LoweredTexts::room(std::size_t nameSize, std::size_t keywordsSize) n
 }
 
 LoweredTexts::LoweredTexts(char* buffer, std::string_view name, const std::string* keywords) noexcept
-    : bytes_(buffer + 1), hasKeywords_(keywords != nullptr)
+    : LoweredTexts(buffer + 1, StringUtils::toLowerUtf8Into(buffer + 1, name), keywords != nullptr)
 {
     *buffer = guard;
-    name_.end = StringUtils::toLowerUtf8Into(bytes_, name);
-    keywords_ = {name_.end, name_.end};
     if (hasKeywords_ && keywords->size() < leastPending)
         append(*keywords);
     else if (hasKeywords_)
         pendingKeywords_ = *keywords;
     close();
+}
+
+LoweredTexts LoweredTexts::copyOf(char* buffer, std::string_view name,
+                                  std::optional<std::string_view> keywords) noexcept
+{
+    LoweredTexts texts(buffer + 1, name.size(), keywords.has_value());
+    *buffer = guard;
+    std::copy(name.begin(), name.end(), texts.bytes_);
+    if (keywords) {
+        texts.bytes_[texts.name_.end] = guard;
+        texts.keywords_ = {name.size() + 1, name.size() + 1 + keywords->size()};
+        std::copy(keywords->begin(), keywords->end(), texts.bytes_ + texts.keywords_.begin);
+    }
+    texts.close();
+    return texts;
 }
 
 void LoweredTexts::lowerKeywords() noexcept

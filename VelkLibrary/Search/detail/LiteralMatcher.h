@@ -55,6 +55,13 @@ public:
     const PlainPart& plainPart() const noexcept { return plainPart_; }
 
     const std::string& term() const noexcept { return term_; }
+    bool hasBreak() const noexcept { return firstBreak_ != std::string::npos; }
+
+    /// The places of two bytes of the term, which is not empty, that are rare in names. They are the same place in a
+    /// term of one byte.
+    std::size_t probe(std::size_t which) const noexcept { return probes_[which]; }
+    bool beginsInWord() const noexcept { return beginsInWord_; }
+    bool endsInWord() const noexcept { return endsInWord_; }
 
 private:
     class Places;

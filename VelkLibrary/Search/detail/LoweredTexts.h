@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -32,6 +33,9 @@ public:
     /// Writes to `buffer`, which must outlive this, as must `keywords`. Null stands for no keywords.
     LoweredTexts(char* buffer, std::string_view name, const std::string* keywords) noexcept;
 
+    /// The same of texts that are in lower case already, without pending keywords.
+    static LoweredTexts copyOf(char* buffer, std::string_view name, std::optional<std::string_view> keywords) noexcept;
+
     /// The keywords as they were given, as long as they have not been lowered; otherwise empty. Pending
     /// keywords are at least `leastPending` bytes long. Until lowerKeywords(), everything else is as if there
     /// were no keywords.
@@ -55,6 +59,10 @@ public:
 
 private:
     enum class Breaks : std::uint8_t { Unknown, None, Some };
+
+    LoweredTexts(char* bytes, std::size_t nameSize, bool hasKeywords) noexcept
+        : bytes_(bytes), name_{0, nameSize}, keywords_{nameSize, nameSize}, hasKeywords_(hasKeywords)
+    {}
 
     void append(std::string_view keywords) noexcept;
     void close() noexcept;

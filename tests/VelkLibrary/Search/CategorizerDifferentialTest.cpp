@@ -1,214 +1,28 @@
 #include <VelkLibrary/LibraryResultCategorizer.h>
 
-#include "VelkLibrary/Search/RatingOracle.h"
+#include "RandomSearches.h"
+#include "RememberedPatterns.h"
 
 #include <gtest/gtest.h>
 
-#include <map>
-#include <memory>
-#include <random>
-#include <sstream>
-#include <unordered_map>
+#include <algorithm>
+#include <string>
+#include <vector>
 
 using Library::Search::Info;
 using Library::Search::ORGroup;
 
 namespace {
 
-/// Remembers the answers of a match, because the same terms and texts meet again and again here.
-template <typename Match>
-class Remembered
-{
-public:
-    explicit Remembered(Match match) : match_(std::move(match)) {}
-
-    bool operator()(const std::string& text) const
-    {
-        const auto [place, isNew] = answers_->try_emplace(text, false);
-        if (isNew)
-            place->second = match_(text);
-        return place->second;
-    }
-
-private:
-    Match match_;
-    std::shared_ptr<std::unordered_map<std::string, bool>> answers_ =
-        std::make_shared<std::unordered_map<std::string, bool>>();
-};
-
-/// The regular expressions, each compiled once for the life of the test.
-struct RememberedPatterns
-{
-    using Match = Remembered<test::RegexMatch>;
-
-    template <typename Make>
-    static Match remember(const std::string& key, Make make)
-    {
-        static std::map<std::string, Match> matches;
-        const auto place = matches.find(key);
-        return place != matches.end() ? place->second : matches.emplace(key, Match(make())).first->second;
-    }
-
-    static Match beginsWithWord(const std::string& term)
-    {
-        return remember("a" + term, [&] { return test::RegexPatterns::beginsWithWord(term); });
-    }
-    static Match containsWord(const std::string& term)
-    {
-        return remember("b" + term, [&] { return test::RegexPatterns::containsWord(term); });
-    }
-    static Match beginsWithSequence(const std::string& term)
-    {
-        return remember("c" + term, [&] { return test::RegexPatterns::beginsWithSequence(term); });
-    }
-    static Match wordBeginsWithSequence(const std::string& term)
-    {
-        return remember("d" + term, [&] { return test::RegexPatterns::wordBeginsWithSequence(term); });
-    }
-    static Match containsSequence(const std::string& term)
-    {
-        return remember("e" + term, [&] { return test::RegexPatterns::containsSequence(term); });
-    }
-    static Match containsAny(const std::vector<std::string>& terms)
-    {
-        std::string key = "f";
-        for (const std::string& term : terms)
-            key += std::to_string(term.size()) + ":" + term;
-        return remember(key, [&] { return test::RegexPatterns::containsAny(terms); });
-    }
-};
-
-using Random = std::mt19937;
-
-std::size_t below(Random& random, std::size_t limit)
-{
-    return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random);
-}
-
-template <typename T>
-const T& oneOf(Random& random, const std::vector<T>& choices)
-{
-    return choices[below(random, choices.size())];
-}
-
-/// What random terms and texts are made of.
-struct Alphabet
-{
-    const char* name;
-    std::vector<std::u32string> termPieces;
-    std::vector<std::string> textPieces;
-    std::size_t longestTerm;
-    std::size_t longestText;
-};
-
-void PrintTo(const Alphabet& alphabet, std::ostream* os)
-{
-    *os << alphabet.name;
-}
-
-const std::string zero(1, '\0');
-const std::u32string zeroTerm(1, U'\0');
-
-const std::vector<Alphabet> alphabets = {
-    {"TwoLetters", {U"a", U"B"}, {"a", "A", "b", "B"}, 3, 9},
-    {"LettersAndBlanks", {U"a", U"b", U" "}, {"a", "b", "B", " "}, 4, 12},
-    {"LettersAndBreaks", {U"a", U"\n", U"\r", U"-"}, {"a", "a", "a", "\n", "\r", "-"}, 3, 7},
-    {"Punctuation", {U"a", U"-", U"+", U".", U"_", U"9"}, {"a", "-", "+", ".", "_", "9", "A"}, 3, 8},
-    {"PatternCharacters",
-     {U"a", U"(", U")", U"[", U"]", U"{", U"}", U"*", U"?", U"\\", U"^", U"$", U"|"},
-     {"a", "(", ")", "[", "]", "{", "}", "*", "?", "\\", "^", "$", "|"},
-     2,
-     10},
-    {"NonAscii",
-     {U"a", U"é", U"É", U" ", U"\u0130", U"\u212A", U"Ж", U"\U0001FA91"},
-     {"a", "é", "É", " ", "\u0130", "i", "\u212A", "K", "ж", "Ж", "\U0001FA91"},
-     3,
-     8},
-    {"Malformed",
-     {U"a", U"é", U"\uFFFD", std::u32string(1, char32_t{0xD800}), std::u32string(1, char32_t{0x110000})},
-     {"a", "\xC3", "\xA9", "\xFF", "\uFFFD", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xE2\x84"},
-     2,
-     6},
-    {"Anything",
-     {U"a", U"b", U"_", U"-", U" ", U"\n", U"\v", zeroTerm, U"é", U"7", U"\u2028", U"\u0085"},
-     {"a", "b", "A", "_", "-", " ", "\n", "\r", "\v", "\f", zero, "é", "É", "7", "\u2028", "\u0085", "\xFF"},
-     4,
-     12},
-};
-
-template <typename Text>
-Text randomText(Random& random, const std::vector<Text>& pieces, std::size_t longest)
-{
-    Text text;
-    for (std::size_t i = below(random, longest + 1); i > 0; --i)
-        text += oneOf(random, pieces);
-    return text;
-}
-
-std::string printable(const std::string& text)
-{
-    return testing::PrintToString(text);
-}
-
-std::string describe(const Info& info)
-{
-    std::ostringstream out;
-    for (const ORGroup& group : info.parseTree.groups) {
-        out << "[";
-        for (const std::u32string& term : group.terms)
-            out << printable(test::lowered(term)) << " ";
-        out << "] / [";
-        for (const std::u32string& term : group.excludedTerms)
-            out << printable(test::lowered(term)) << " ";
-        out << "] ";
-    }
-    out << (info.legacySearch ? "whole words" : "");
-    return out.str();
-}
-
-/// A number of terms, lists of excluded terms and texts, from which searches and names are put together.
-class Pool
-{
-public:
-    Pool(const Alphabet& alphabet, unsigned seed) : random_(seed)
-    {
-        for (int i = 0; i < 40; ++i)
-            terms_.push_back(randomText(random_, alphabet.termPieces, alphabet.longestTerm));
-        for (int i = 0; i < 30; ++i) {
-            exclusions_.emplace_back();
-            for (std::size_t j = below(random_, 3) + 1; j > 0; --j)
-                exclusions_.back().push_back(oneOf(random_, terms_));
-        }
-        for (int i = 0; i < 180; ++i)
-            texts_.push_back(randomText(random_, alphabet.textPieces, alphabet.longestText));
-        for (int i = 0; i < 20; ++i)  // some that are exact
-            texts_.push_back(
-                test::lowered(oneOf(random_, terms_) + (i % 2 == 0 ? U"" : U" " + oneOf(random_, terms_))));
-    }
-
-    Info search()
-    {
-        Info info(std::set<libType>{});
-        for (std::size_t i = below(random_, 3) + 1; i > 0; --i) {
-            ORGroup group;
-            for (std::size_t j = below(random_, 8) == 0 ? 0 : below(random_, 3) + 1; j > 0; --j)
-                group.terms.push_back(oneOf(random_, terms_));
-            if (below(random_, 3) == 0)
-                group.excludedTerms = oneOf(random_, exclusions_);
-            info.parseTree.groups.push_back(std::move(group));
-        }
-        info.legacySearch = below(random_, 4) == 0;
-        return info;
-    }
-
-    const std::string& text() { return oneOf(random_, texts_); }
-
-private:
-    Random random_;
-    std::vector<std::u32string> terms_;
-    std::vector<std::vector<std::u32string>> exclusions_;
-    std::vector<std::string> texts_;
-};
+using test::Alphabet;
+using test::alphabets;
+using test::below;
+using test::describe;
+using test::oneOf;
+using test::Pool;
+using test::printable;
+using test::Random;
+using test::RememberedPatterns;
 
 template <typename Oracle>
 void expectSame(const Info& info, const LibraryResultCategorizer& categorizer, const Oracle& oracle,
