@@ -21,10 +21,10 @@ std::string number(double value, int decimals)
     return formatWithThousandsSeparatorPrecision(value, decimals);
 }
 
-std::string wherePath(const LibrarySet& libraries, const Hit& hit)
+std::string wherePath(const Catalog& catalog, const Hit& hit)
 {
-    std::string where = libraries.loaded[hit.library].catalog->name;
-    for (const std::string& name : hitPath(libraries, hit))
+    std::string where = catalog.name;
+    for (const std::string& name : hitPath(catalog, hit))
         where.append(pathSeparator).append(name);
     return where;
 }
@@ -34,15 +34,15 @@ TextTable::Row hitRow(const LibrarySet& libraries, const Hit& hit, std::size_t r
 {
     const Catalog& catalog = *libraries.loaded[hit.library].catalog;
     const std::string keywords = hit.isFolder ? std::string() : catalog.items[hit.index].keywords;
-    return {plain(std::to_string(rank)), plain(matchName(hit.priority)), highlighted(hitName(libraries, hit), terms),
-            plain(wherePath(libraries, hit)), highlighted(keywords, terms)};
+    return {plain(std::to_string(rank)), plain(matchName(hit.priority)), highlighted(hitName(catalog, hit), terms),
+            plain(wherePath(catalog, hit)), highlighted(keywords, terms)};
 }
 
 std::string figures(const LibrarySet& libraries, const SearchResult& result, const Library::Search::Info& info)
 {
     const std::size_t rated = result.ratedFolders + result.ratedItems;
     const double each = rated == 0 ? 0 : result.milliseconds * 1'000 / static_cast<double>(rated);
-    std::string text = counted(result.hits.size(), "hit") + ". ";
+    std::string text = counted(result.size(), "hit") + ". ";
     text += info.uniqueId.empty() ? "Rated " : "Looked at ";
     text += counted(result.ratedItems, "item");
     if (result.ratedFolders > 0)
@@ -57,12 +57,12 @@ QJsonObject hitObject(const LibrarySet& libraries, const Hit& hit)
 {
     const LoadedLibrary& library = libraries.loaded[hit.library];
     QJsonArray path;
-    for (const std::string& name : hitPath(libraries, hit))
+    for (const std::string& name : hitPath(*library.catalog, hit))
         path.append(qtText(name));
     QJsonObject object{{QStringLiteral("priority"), static_cast<int>(hit.priority)},
                        {QStringLiteral("match"), qtText(matchName(hit.priority))},
                        {QStringLiteral("kind"), hit.isFolder ? QStringLiteral("folder") : QStringLiteral("item")},
-                       {QStringLiteral("name"), qtText(hitName(libraries, hit))},
+                       {QStringLiteral("name"), qtText(hitName(*library.catalog, hit))},
                        {QStringLiteral("library"), qtText(library.catalog->name)},
                        {QStringLiteral("path"), path}};
     if (!hit.isFolder) {
@@ -105,9 +105,9 @@ std::string hitTable(const LibrarySet& libraries, const SearchResult& result, co
                      {"Name", false, true},
                      {"Where", false, true},
                      {"Keywords", false, true}});
-    for (std::size_t i = 0; i < shownOf(result.hits.size(), style.limit); ++i)
-        table.add(hitRow(libraries, result.hits[i], i + 1, terms));
-    const std::string text = table.text(style.columns, style.styles) + moreLine(result.hits.size(), style.limit);
+    for (std::size_t i = 0; i < shownOf(result.size(), style.limit); ++i)
+        table.add(hitRow(libraries, result.hit(i), i + 1, terms));
+    const std::string text = table.text(style.columns, style.styles) + moreLine(result.size(), style.limit);
     return text + (text.empty() ? "" : "\n") + figures(libraries, result, info);
 }
 
@@ -115,8 +115,8 @@ std::string hitJson(const LibrarySet& libraries, const SearchResult& result, con
                     std::size_t limit)
 {
     QJsonArray hits;
-    for (std::size_t i = 0; i < shownOf(result.hits.size(), limit); ++i)
-        hits.append(hitObject(libraries, result.hits[i]));
+    for (std::size_t i = 0; i < shownOf(result.size(), limit); ++i)
+        hits.append(hitObject(libraries, result.hit(i)));
     const bool byId = !request.uniqueId.empty();
     const QString search = byId             ? QStringLiteral("id")
                            : request.legacy ? QStringLiteral("words")
@@ -128,7 +128,7 @@ std::string hitJson(const LibrarySet& libraries, const SearchResult& result, con
                        {QStringLiteral("ratedFolders"), static_cast<qint64>(result.ratedFolders)},
                        {QStringLiteral("ratingMilliseconds"), result.milliseconds},
                        {QStringLiteral("loadingMilliseconds"), libraries.milliseconds},
-                       {QStringLiteral("found"), static_cast<qint64>(result.hits.size())},
+                       {QStringLiteral("found"), static_cast<qint64>(result.size())},
                        {QStringLiteral("hits"), hits}};
     if (!request.filter.empty())
         object.insert(QStringLiteral("filter"), qtText(request.filter));

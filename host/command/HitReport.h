@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/installation/LibrarySearch.h"
+#include "host/installation/IndexSearch.h"
 
 #include <string>
 #include <vector>

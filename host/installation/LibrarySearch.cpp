@@ -1,14 +1,12 @@
 #include "host/installation/LibrarySearch.h"
 
 #include "host/catalog/CatalogFile.h"
-#include "host/installation/HitOrder.h"
 #include "host/support/FileError.h"
 #include "host/support/Folders.h"
 
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkLibrary/Data/FileExtensions.h>
-#include <VelkLibrary/LibraryResultCategorizer.h>
 
 #include <algorithm>
 #include <chrono>
@@ -58,72 +56,6 @@ std::vector<std::string> words(const std::string& text)
         words.push_back(word);
     return words;
 }
-
-/// Goes through the libraries that a request covers.
-class Rating
-{
-public:
-    Rating(const LibrarySet& libraries, const SearchRequest& request, const Library::Search::Info& info,
-           const std::stop_token& stop)
-        : libraries_(libraries), request_(request), info_(info), stop_(stop), categorizer_(info)
-    {}
-
-    SearchResult run()
-    {
-        const Stopwatch watch;
-        for (std::size_t i = 0; i < libraries_.loaded.size(); ++i)
-            if (info_.libTypes.empty() || info_.libTypes.contains(toLibType(libraries_.loaded[i].catalog->kind)))
-                rateLibrary(i);
-        result_.milliseconds = watch.milliseconds();
-        if (!stop_.stop_requested())
-            result_.hits = inOrder(libraries_, result_.hits);
-        return std::move(result_);
-    }
-
-private:
-    void rateLibrary(std::size_t library)
-    {
-        const Catalog& catalog = *libraries_.loaded[library].catalog;
-        ++result_.searchedLibraries;
-        if (!info_.uniqueId.empty())
-            return findId(library, catalog);
-        if (request_.folders) {
-            for (std::size_t i = 0; i < catalog.folders.size() && !mustStop(i); ++i)
-                keep({categorizer_.categorizeFolderResult(catalog.folders[i].name), true, library, i});
-            result_.ratedFolders += catalog.folders.size();
-        }
-        if (request_.items) {
-            for (std::size_t i = 0; i < catalog.items.size() && !mustStop(i); ++i)
-                keep({categorizer_.categorizeItemResult(catalog.items[i].name, catalog.items[i].keywords), false,
-                      library, i});
-            result_.ratedItems += catalog.items.size();
-        }
-    }
-
-    /// Called for each entry, but looks only at every so many, since looking takes time.
-    bool mustStop(std::size_t entry) const { return entry % 1024 == 0 && stop_.stop_requested(); }
-
-    void keep(const Hit& hit)
-    {
-        if (hit.priority != Invalid)
-            result_.hits.push_back(hit);
-    }
-
-    void findId(std::size_t library, const Catalog& catalog)
-    {
-        for (std::size_t i = 0; i < catalog.items.size(); ++i)
-            if (catalog.items[i].uniqueId == info_.uniqueId)
-                result_.hits.push_back({Invalid, false, library, i});
-        result_.ratedItems += catalog.items.size();
-    }
-
-    const LibrarySet& libraries_;
-    const SearchRequest& request_;
-    const Library::Search::Info& info_;
-    const std::stop_token& stop_;
-    LibraryResultCategorizer categorizer_;
-    SearchResult result_;
-};
 
 }  // namespace
 
@@ -204,21 +136,13 @@ Library::Search::Info searchInfo(const SearchRequest& request)
     return info;
 }
 
-SearchResult runSearch(const LibrarySet& libraries, const SearchRequest& request, const Library::Search::Info& info,
-                       const std::stop_token& stop)
+const std::string& hitName(const Catalog& catalog, const Hit& hit)
 {
-    return Rating(libraries, request, info, stop).run();
-}
-
-const std::string& hitName(const LibrarySet& libraries, const Hit& hit)
-{
-    const Catalog& catalog = *libraries.loaded[hit.library].catalog;
     return hit.isFolder ? catalog.folders[hit.index].name : catalog.items[hit.index].name;
 }
 
-std::vector<std::string> hitPath(const LibrarySet& libraries, const Hit& hit)
+std::vector<std::string> hitPath(const Catalog& catalog, const Hit& hit)
 {
-    const Catalog& catalog = *libraries.loaded[hit.library].catalog;
     return catalog.folderPath(hit.isFolder ? catalog.folders[hit.index].parent : catalog.items[hit.index].folder);
 }
 

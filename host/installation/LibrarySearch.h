@@ -9,12 +9,11 @@
 #include <cstddef>
 #include <memory>
 #include <set>
-#include <stop_token>
 #include <string>
 #include <vector>
 
 /// @file
-/// One search over library files, as the command and the tour run it.
+/// The libraries that are searched, what is searched for, and what is found.
 
 namespace VelkHost {
 
@@ -76,23 +75,9 @@ struct Hit
     std::size_t index = 0;    ///< of the folder or item in its catalog
 };
 
-struct SearchResult
-{
-    std::vector<Hit> hits;  ///< best first; equal ones by lower-case name, then by library
-    std::size_t ratedFolders = 0;
-    std::size_t ratedItems = 0;
-    std::size_t searchedLibraries = 0;
-    double milliseconds = 0;  ///< that rating took, without reading and sorting
-};
-
-/// Rates the entries that `request` covers against `info`, which searchInfo() made from it. Any thread; once a stop
-/// is requested, it ends soon with part of the hits.
-SearchResult runSearch(const LibrarySet& libraries, const SearchRequest& request, const Library::Search::Info& info,
-                       const std::stop_token& stop = {});
-
-/// The name of a hit.
-const std::string& hitName(const LibrarySet& libraries, const Hit& hit);
+/// The name of a hit in its catalog.
+const std::string& hitName(const Catalog& catalog, const Hit& hit);
 /// The names of the folders above a hit, from the category down.
-std::vector<std::string> hitPath(const LibrarySet& libraries, const Hit& hit);
+std::vector<std::string> hitPath(const Catalog& catalog, const Hit& hit);
 
 }  // namespace VelkHost

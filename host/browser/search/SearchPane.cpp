@@ -101,7 +101,7 @@ void SearchPane::clear()
 bool SearchPane::isInVain() const
 {
     const SearchOutcome* const outcome = model_.outcome();
-    return outcome != nullptr && !outcome->info.parseTree.groups.empty() && outcome->result.hits.empty();
+    return outcome != nullptr && !outcome->info.parseTree.groups.empty() && outcome->result.size() == 0;
 }
 
 bool SearchPane::isExplained() const
@@ -131,7 +131,7 @@ void SearchPane::showSummary()
     const SearchOutcome* const outcome = model_.outcome();
     if (outcome == nullptr)
         return;
-    const int count = static_cast<int>(outcome->result.hits.size());
+    const int count = static_cast<int>(outcome->result.size());
     if (outcome->info.parseTree.groups.empty())
         summary_->setText(tr("There is nothing to search for yet."));
     else if (count == 0)

@@ -54,26 +54,18 @@ void SearchResultModel::setOutcome(std::shared_ptr<const SearchOutcome> outcome)
 {
     beginResetModel();
     outcome_ = std::move(outcome);
-    groups_.clear();
     lowerTerms_.clear();
-    if (outcome_ != nullptr) {
+    if (outcome_ != nullptr)
         lowerTerms_ = lowerTerms(outcome_->info);
-        const std::vector<Hit>& hits = outcome_->result.hits;
-        for (std::size_t i = 0; i < hits.size(); ++i) {
-            if (groups_.empty() || groups_.back().priority != hits[i].priority)
-                groups_.push_back({hits[i].priority, i, i});
-            groups_.back().end = i + 1;
-        }
-    }
     endResetModel();
 }
 
 std::optional<LibraryPlace> SearchResultModel::place(const QModelIndex& index) const
 {
-    const Hit* const found = hit(index);
-    if (found == nullptr)
+    const std::optional<Hit> found = hit(index);
+    if (!found)
         return std::nullopt;
-    return LibraryPlace{outcome_->libraries.loaded[found->library].path, found->isFolder, found->index};
+    return LibraryPlace{libraryOf(*found).path, found->isFolder, found->index};
 }
 
 QModelIndex SearchResultModel::index(int row, int column, const QModelIndex& parent) const
@@ -93,10 +85,10 @@ QModelIndex SearchResultModel::parent(const QModelIndex& child) const
 int SearchResultModel::rowCount(const QModelIndex& parent) const
 {
     if (!parent.isValid())
-        return static_cast<int>(groups_.size());
+        return outcome_ == nullptr ? 0 : static_cast<int>(outcome_->result.groups.size());
     if (parent.internalId() != groupLevel || parent.column() != 0)
         return 0;
-    const Group& group = groups_[static_cast<std::size_t>(parent.row())];
+    const Group& group = outcome_->result.groups[static_cast<std::size_t>(parent.row())];
     return static_cast<int>(group.end - group.begin);
 }
 
@@ -109,14 +101,15 @@ QVariant SearchResultModel::data(const QModelIndex& index, int role) const
 {
     if (!index.isValid())
         return {};
-    const Hit* const found = hit(index);
-    return found == nullptr ? groupData(groups_[static_cast<std::size_t>(index.row())], role) : hitData(*found, role);
+    const std::optional<Hit> found = hit(index);
+    return found ? hitData(*found, role)
+                 : groupData(outcome_->result.groups[static_cast<std::size_t>(index.row())], role);
 }
 
 Qt::ItemFlags SearchResultModel::flags(const QModelIndex& index) const
 {
-    const Hit* const found = hit(index);
-    if (found == nullptr)
+    const std::optional<Hit> found = hit(index);
+    if (!found)
         return Qt::ItemIsEnabled;
     const Qt::ItemFlags selectable = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
     return found->isFolder ? selectable : selectable | Qt::ItemIsDragEnabled;
@@ -125,21 +118,26 @@ Qt::ItemFlags SearchResultModel::flags(const QModelIndex& index) const
 QMimeData* SearchResultModel::mimeData(const QModelIndexList& indexes) const
 {
     for (const QModelIndex& index : indexes) {
-        const Hit* const dragged = hit(index);
-        if (dragged == nullptr || dragged->isFolder)
+        const std::optional<Hit> dragged = hit(index);
+        if (!dragged || dragged->isFolder)
             continue;
-        const LoadedLibrary& library = outcome_->libraries.loaded[dragged->library];
+        const LoadedLibrary& library = libraryOf(*dragged);
         return dragOf(library.path, *library.catalog, dragged->index, picture(*dragged).value<QPixmap>());
     }
     return nullptr;
 }
 
-const Hit* SearchResultModel::hit(const QModelIndex& index) const
+std::optional<Hit> SearchResultModel::hit(const QModelIndex& index) const
 {
     if (!index.isValid() || index.internalId() == groupLevel)
-        return nullptr;
-    const Group& group = groups_[index.internalId() - 1];
-    return &outcome_->result.hits[group.begin + static_cast<std::size_t>(index.row())];
+        return std::nullopt;
+    const Group& group = outcome_->result.groups[index.internalId() - 1];
+    return outcome_->result.hit(group.begin + static_cast<std::size_t>(index.row()));
+}
+
+const LoadedLibrary& SearchResultModel::libraryOf(const Hit& hit) const
+{
+    return *outcome_->result.state->libraries()[hit.library];
 }
 
 QVariant SearchResultModel::groupData(const Group& group, int role) const
@@ -158,18 +156,17 @@ QVariant SearchResultModel::groupData(const Group& group, int role) const
 
 QVariant SearchResultModel::hitData(const Hit& hit, int role) const
 {
-    const LibrarySet& libraries = outcome_->libraries;
-    const Catalog& catalog = *libraries.loaded[hit.library].catalog;
+    const Catalog& catalog = *libraryOf(hit).catalog;
     switch (role) {
         case Qt::DisplayRole:
-            return qtText(hitName(libraries, hit));
+            return qtText(hitName(catalog, hit));
         case LibraryDelegate::MatchesRole:
-            return QVariant::fromValue(markedParts(highlighted(hitName(libraries, hit), lowerTerms_)));
+            return QVariant::fromValue(markedParts(highlighted(hitName(catalog, hit), lowerTerms_)));
         case LibraryDelegate::PictureRole:
             return true;
         case LibraryDelegate::QuietTextRole: {
             QStringList names(qtText(catalog.name));
-            for (const std::string& name : hitPath(libraries, hit))
+            for (const std::string& name : hitPath(catalog, hit))
                 names.append(qtText(name));
             return names.join(QStringLiteral(" \u203A "));
         }
@@ -184,9 +181,9 @@ QVariant SearchResultModel::hitData(const Hit& hit, int role) const
 
 QVariant SearchResultModel::picture(const Hit& hit) const
 {
-    const LoadedLibrary& library = outcome_->libraries.loaded[hit.library];
     if (hit.isFolder)
         return {};
+    const LoadedLibrary& library = libraryOf(hit);
     return thumbnails_.find({library.path, library.catalog->items[hit.index].uniqueId, pictureSide_});
 }
 

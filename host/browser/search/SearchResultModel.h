@@ -41,14 +41,11 @@ public:
     QMimeData* mimeData(const QModelIndexList& indexes) const override;
 
 private:
-    struct Group
-    {
-        SearchPriority priority;
-        std::size_t begin;  // in the result's hits
-        std::size_t end;
-    };
+    using Group = SearchResult::Group;
 
-    const Hit* hit(const QModelIndex& index) const;
+    /// Of a row that is a hit.
+    std::optional<Hit> hit(const QModelIndex& index) const;
+    const LoadedLibrary& libraryOf(const Hit& hit) const;
     QVariant groupData(const Group& group, int role) const;
     QVariant hitData(const Hit& hit, int role) const;
     QVariant picture(const Hit& hit) const;
@@ -57,7 +54,6 @@ private:
     ThumbnailCache& thumbnails_;
     std::shared_ptr<const SearchOutcome> outcome_;
     std::vector<std::u32string> lowerTerms_;
-    std::vector<Group> groups_;
     int pictureSide_ = 32;
 };
 

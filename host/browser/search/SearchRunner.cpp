@@ -64,8 +64,7 @@ void SearchRunner::start()
         request.text = text.toStdString();
         Library::Search::Info info = searchInfo(request);
         SearchResult result = runSearch(libraries, request, info, stop);
-        auto outcome =
-            std::make_shared<const SearchOutcome>(SearchOutcome{text, std::move(info), libraries, std::move(result)});
+        auto outcome = std::make_shared<const SearchOutcome>(SearchOutcome{text, std::move(info), std::move(result)});
         return [this, outcome, stop] {
             if (!stop.stop_requested())
                 Q_EMIT found(outcome);

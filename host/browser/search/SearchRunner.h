@@ -2,7 +2,7 @@
 
 #include "host/browser/Worker.h"
 #include "host/browser/tree/LibraryLoader.h"
-#include "host/installation/LibrarySearch.h"
+#include "host/installation/IndexSearch.h"
 
 #include <VelkLibrary/Search/Info.h>
 
@@ -16,12 +16,11 @@
 
 namespace VelkHost {
 
-/// The result of a search, with everything that it refers to.
+/// The result of a search, with what was searched for.
 struct SearchOutcome
 {
     QString text;
     Library::Search::Info info;
-    LibrarySet libraries;
     SearchResult result;
 };
 

@@ -1,3 +1,4 @@
+#include "host/installation/IndexSearch.h"
 #include "host/installation/LibrarySearch.h"
 
 #include "host/fixtures/Fixtures.h"
@@ -38,9 +39,12 @@ protected:
     static std::string found(const LibrarySet& set, const SearchRequest& request)
     {
         std::string text;
-        for (const Hit& hit : runSearch(set, request, searchInfo(request)).hits)
-            text += std::to_string(hit.priority) + ":" + set.loaded[hit.library].catalog->name + "/" +
-                    hitName(set, hit) + " ";
+        const SearchResult result = runSearch(set, request, searchInfo(request));
+        for (std::size_t i = 0; i < result.size(); ++i) {
+            const Hit hit = result.hit(i);
+            const Catalog& catalog = *set.loaded[hit.library].catalog;
+            text += std::to_string(hit.priority) + ":" + catalog.name + "/" + hitName(catalog, hit) + " ";
+        }
         return text;
     }
 
@@ -86,7 +90,7 @@ TEST_F(LibrarySearch, EndsWhenAskedToStop)
     std::stop_source stop;
     stop.request_stop();
     const SearchRequest request = expression("chair");
-    EXPECT_TRUE(runSearch(set, request, searchInfo(request), stop.get_token()).hits.empty());
+    EXPECT_EQ(runSearch(set, request, searchInfo(request), stop.get_token()).size(), 0U);
 }
 
 TEST_F(LibrarySearch, UsesKeywords)
@@ -139,11 +143,10 @@ TEST_F(LibrarySearch, SearchesTheTypesAskedFor)
 
 TEST_F(LibrarySearch, KnowsWhereHitsAre)
 {
-    LibrarySet set;
-    set.loaded.push_back({fileString(), std::make_shared<const Catalog>(test::smallCatalog())});
-    EXPECT_EQ(hitPath(set, {Invalid, false, 0, 0}), (std::vector<std::string>{"Furniture", "Seating", "Chairs"}));
-    EXPECT_EQ(hitPath(set, {Invalid, true, 0, 2}), (std::vector<std::string>{"Furniture", "Seating"}));
-    EXPECT_EQ(hitPath(set, {Invalid, true, 0, 0}), std::vector<std::string>{});
+    const Catalog catalog = test::smallCatalog();
+    EXPECT_EQ(hitPath(catalog, {Invalid, false, 0, 0}), (std::vector<std::string>{"Furniture", "Seating", "Chairs"}));
+    EXPECT_EQ(hitPath(catalog, {Invalid, true, 0, 2}), (std::vector<std::string>{"Furniture", "Seating"}));
+    EXPECT_EQ(hitPath(catalog, {Invalid, true, 0, 0}), std::vector<std::string>{});
 }
 
 TEST_F(LibrarySearch, LoadsFilesAndFolders)
