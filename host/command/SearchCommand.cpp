@@ -153,7 +153,7 @@ ExitCode searchLibraries(const SearchOptions& options, Output& output)
                               : hitTable(libraries, result, info, {options.limit, output.columns(), output.styles()}));
     if (!libraries.broken.empty())
         return ExitCode::BrokenLibrary;
-    return result.hits.empty() ? ExitCode::NoHit : ExitCode::Success;
+    return result.size() == 0 ? ExitCode::NoHit : ExitCode::Success;
 }
 
 }  // namespace
