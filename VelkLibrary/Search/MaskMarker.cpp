@@ -57,7 +57,7 @@ std::uint8_t usedBytes(std::uint64_t mask)
     return firstBits((((mask & lows) + lows) | mask) >> 7);
 }
 
-std::uint64_t allIf(bool condition)
+std::uint64_t allBits(bool condition)
 {
     return condition ? ~std::uint64_t{0} : 0;
 }
@@ -132,8 +132,8 @@ std::uint64_t MaskMarker::placesIn(const char* bytes) const
 void MaskMarker::fillRows()
 {
     const std::size_t size = term_.term().size();
-    const std::uint64_t leftTurn = allIf(term_.beginsInWord());
-    const std::uint64_t rightTurn = allIf(term_.endsInWord());
+    const std::uint64_t leftTurn = allBits(term_.beginsInWord());
+    const std::uint64_t rightTurn = allBits(term_.endsInWord());
     const std::uint64_t* const words = piece_.names.wordBits();
     const char* const bytes = piece_.names.bytes();
     const std::size_t endBlock = (piece_.names.cell(piece_.end()) + cellsPerBlock - 1) / cellsPerBlock;
