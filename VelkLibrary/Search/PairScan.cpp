@@ -80,6 +80,7 @@ void PairScan::mark(const Piece& piece, std::vector<PlaceMarker>& markers) const
     }
 }
 
+// The places of a term come in their order, but for those that overlap, which are in one entry.
 void PairScan::tryTerms(std::size_t at, Pair pair, std::size_t begin, std::vector<PlaceMarker>& markers) const
 {
     for (std::size_t i = first_[pair] - 1U; i < probes_.size() && probes_[i].pair == pair; ++i) {

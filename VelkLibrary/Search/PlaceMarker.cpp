@@ -86,12 +86,10 @@ void PlaceMarker::found(std::size_t place)
     holders |= bit;
 }
 
-// Goes to the entry with this cell: on in steps that grow, as it is most often near; back, if at all, not far.
+// Goes on to the entry with this cell, in steps that grow: it is most often near.
 void PlaceMarker::goTo(std::size_t cell)
 {
     const std::uint32_t* const cells = piece_.names.cells();
-    while (cells[entry_] > cell)
-        --entry_;
     std::size_t known = entry_;
     std::size_t leap = 1;
     while (known + leap < end_ && cells[known + leap] <= cell) {

@@ -20,7 +20,8 @@ public:
     /// `mostPlaces`.
     bool mark(std::size_t first, std::size_t end, std::size_t mostPlaces);
 
-    /// Marks the entry with this place if the term stands there. Takes less time when each place is near the last one.
+    /// Marks the entry with this place if the term stands there. No place may belong to an entry before that of the
+    /// last one where the term stood.
     void tryAt(std::size_t place);
 
     /// At how many places the term stood.
