@@ -38,8 +38,9 @@ public:
 
     /// Rates `priorities.size()` entries from the entry `begin` on: writes what the call for a folder, an item or an
     /// item with keywords gives for each, as SearchPriority; `Invalid` where there is no such entry. Much faster than
-    /// those calls; threads may share the work by taking different ranges, best of some thousand entries or more.
-    /// Throws std::bad_alloc when memory runs out (it needs about a megabyte); `priorities` is unspecified then.
+    /// those calls; threads may share the work by taking ranges, best of some thousand entries or more. Throws
+    /// std::bad_alloc when there is no memory for what it notes meanwhile, less than a megabyte for usual searches;
+    /// then `priorities` are unspecified, and the next call may succeed.
     void categorize(const Library::Search::PreparedNames& names, std::size_t begin,
                     std::span<std::uint8_t> priorities) const;
 

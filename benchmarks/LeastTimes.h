@@ -34,6 +34,7 @@ public:
     }
 
     double of(const std::string& name) const { return times_.at(name); }
+    bool has(const std::string& name) const { return times_.contains(name); }
 
 private:
     std::map<std::string, double> times_;

@@ -1,6 +1,7 @@
 // How fast names are rated, beside other ways to do it. One table shows the results with what is demanded (gate) and
 // what is aimed at (target). Every peer must give the same ratings as ours on all of the data before it is timed.
 // Arguments: folders to look for libraries in, instead of the system's; then those of Google Benchmark.
+#include "BulkMeasures.h"
 #include "LeastTimes.h"
 #include "LibraryNames.h"
 #include "Measures.h"
@@ -96,6 +97,21 @@ Info searchForGroups(std::vector<ORGroup> groups)
     return info;
 }
 
+Info manyTerms(const std::vector<Entry>& entries)
+{
+    std::vector<ORGroup> groups;
+    for (std::size_t i = 0; groups.size() < 32; i += 97) {
+        const std::string& name = entries[i % entries.size()].name;
+        ORGroup group;
+        group.terms.push_back(StringConvert::toUnicode(name.substr(0, name.find(' ')), StringConvert::Utf8));
+        const bool known =
+            std::any_of(groups.begin(), groups.end(), [&](const ORGroup& other) { return other == group; });
+        if (!known && group.terms.front().size() > 2)
+            groups.push_back(group);
+    }
+    return searchForGroups(std::move(groups));
+}
+
 std::string key(const std::string& what, const std::string& peer, std::size_t number = 0)
 {
     return what + "|" + peer + "|" + std::to_string(number);
@@ -106,10 +122,13 @@ class Measures
 {
 public:
     explicit Measures(std::vector<Entry> entries)
-        : libraries_(std::move(entries)), sample_(bench::sample(libraries_, sampleSize))
+        : libraries_(std::move(entries)),
+          sample_(bench::sample(libraries_, sampleSize)),
+          million_(bench::combined(libraries_, 1000000)),
+          bulk_(million_, manyTerms(libraries_))
     {}
 
-    bool agree() const;
+    bool agree();
     void registerAll();
     bool print(const LeastTimes& times) const;
 
@@ -131,6 +150,7 @@ private:
     std::vector<Entry> libraries_;
     std::vector<Entry> sample_;
     std::vector<Entry> million_;
+    bench::BulkMeasures bulk_;
     std::map<std::string, std::string> large_;
 };
 
@@ -138,21 +158,6 @@ const std::vector<Peer>& allPeers()
 {
     static const std::vector<Peer> all = bench::peers();
     return all;
-}
-
-Info manyTerms(const std::vector<Entry>& entries)
-{
-    std::vector<ORGroup> groups;
-    for (std::size_t i = 0; groups.size() < 32; i += 97) {
-        const std::string& name = entries[i % entries.size()].name;
-        ORGroup group;
-        group.terms.push_back(StringConvert::toUnicode(name.substr(0, name.find(' ')), StringConvert::Utf8));
-        const bool known =
-            std::any_of(groups.begin(), groups.end(), [&](const ORGroup& other) { return other == group; });
-        if (!known && group.terms.front().size() > 2)
-            groups.push_back(group);
-    }
-    return searchForGroups(std::move(groups));
 }
 
 bool agreeOn(const Info& info, const std::vector<Entry>& entries, const std::string& what)
@@ -174,13 +179,13 @@ bool agreeOn(const Info& info, const std::vector<Entry>& entries, const std::str
     return true;
 }
 
-bool Measures::agree() const
+bool Measures::agree()
 {
     for (const char32_t* const search : searches) {
         if (!agreeOn(searchFor(search), sample_, StringConvert::toStdUtf8String(search)))
             return false;
     }
-    return agreeOn(manyTerms(libraries_), sample_, "many terms");
+    return agreeOn(manyTerms(libraries_), sample_, "many terms") && bulk_.agree();
 }
 
 void Measures::registerAll()
@@ -192,6 +197,7 @@ void Measures::registerAll()
     registerTrap();
     registerConstruction();
     registerParsing();
+    bulk_.registerAll();
 }
 
 // The peers of one search run one after the other, so that a change in the machine's speed affects them all.
@@ -217,7 +223,6 @@ void Measures::registerCalls()
 
 void Measures::registerMillion()
 {
-    million_ = bench::combined(libraries_, 1000000);
     for (const Peer& peer : allPeers()) {
         if (peer.name != "own" && peer.name != "Hyperscan" && peer.name != "floor")
             continue;
@@ -418,7 +423,11 @@ bool Measures::print(const LeastTimes& times) const
     std::printf("1 MiB, us: own %.0f, floor %.0f, Hyperscan %.0f\n\n", times.of(key("large1048576", "own")) / 1e3,
                 times.of(key("large1048576", "floor")) / 1e3, times.of(key("large1048576", "Hyperscan")) / 1e3);
 
-    return bench::printMeasures(rows(times));
+    bulk_.print(times);
+    std::vector<bench::Measure> all = rows(times);
+    for (bench::Measure& row : bulk_.rows(times))
+        all.push_back(std::move(row));
+    return bench::printMeasures(all);
 }
 
 std::vector<std::string> foldersFrom(int argumentCount, char** arguments)

@@ -85,6 +85,7 @@ private:
         std::fill(rated_.begin(), rated_.end(), 0);
         std::fill(counting_.begin(), counting_.end(), 0);
         std::fill(exactCandidates_.begin(), exactCandidates_.end(), 0);
+        terms_.lookForTogether(plan_.firstTerms(), piece);
         for (std::size_t node = 0; node < plan_.nodes().size();)
             node = reach(piece, node);
         for (std::size_t group = 0; group < search_.groups.size(); ++group)
@@ -187,19 +188,26 @@ private:
             parent[word] |= row[word];
     }
 
-    /// The best worth of all terms that count in an entry, and then the exact names.
+    /// The best worths of all terms that count in each entry.
+    const std::uint8_t* bestWorths(const Piece& piece)
+    {
+        std::uint8_t* const best = best_.data();
+        std::fill_n(best, piece.count, noWorthByte);
+        for (std::uint32_t term = 0; term < search_.terms.size(); ++term) {
+            const std::uint8_t* const worths = terms_.worths(term);
+            forEachEntry(counting(term), piece.words(),
+                         [=](std::size_t number) { best[number] = std::min(best[number], worths[number]); });
+        }
+        return best;
+    }
+
     void write(const Piece& piece, std::uint8_t* priorities)
     {
-        std::fill_n(best_.data(), piece.count, noWorthByte);
-        for (std::size_t term = 0; term < search_.terms.size(); ++term) {
-            const std::uint8_t* const worths = terms_.worths(static_cast<std::uint32_t>(term));
-            forEachEntry(counting(term), piece.words(),
-                         [&](std::size_t number) { best_[number] = std::min(best_[number], worths[number]); });
-        }
+        const std::uint8_t* const best = search_.terms.size() == 1 ? terms_.worths(0) : bestWorths(piece);
         std::fill_n(priorities, piece.count, std::uint8_t{Invalid});
         forEachEntry(exactCandidates_.data(), piece.words(), [&](std::size_t number) {
             const std::size_t entry = piece.first + number;
-            std::uint8_t worth = best_[number];
+            std::uint8_t worth = best[number];
             if (plan_.mayBeText(piece.names.nameSize(entry)) && isExact(piece, number))
                 worth = static_cast<std::uint8_t>(itemSlots.exact);
             if (worth != noWorthByte)

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <string_view>
 
 using Velk::Platform::Bytes16;
 
@@ -57,7 +58,7 @@ std::uint8_t usedBytes(std::uint64_t mask)
     return firstBits((((mask & lows) + lows) | mask) >> 7);
 }
 
-std::uint64_t allIf(bool condition)
+std::uint64_t allBits(bool condition)
 {
     return condition ? ~std::uint64_t{0} : 0;
 }
@@ -112,45 +113,55 @@ std::uint8_t MaskMarker::worthOf(unsigned flags) const
     return best;
 }
 
-// Of 64 places those where the term stands: the probes first, then each byte while a place is left.
-std::uint64_t MaskMarker::placesIn(const char* bytes) const
-{
-    const std::string& term = term_.term();
-    const auto byteAt = [&](std::size_t place) { return Bytes16(static_cast<std::uint8_t>(term[place])); };
-    if (term.size() == 1)
-        return equalTo(bytes, byteAt(0));
-    const std::size_t first = term_.probe(0);
-    const std::size_t second = term_.probe(1);
-    std::uint64_t places = pairsAt(bytes + first, byteAt(first), bytes + second, byteAt(second));
-    for (std::size_t i = 0; i < term.size() && places != 0; ++i) {
-        if (i != first && i != second)
-            places &= equalTo(bytes + i, byteAt(i));
-    }
-    return places;
-}
-
-void MaskMarker::fillRows()
+// What a loop writes as bytes may be anything, as far as the compiler knows, so it keeps what it reads in variables.
+template <typename Places>
+void MaskMarker::fillRows(const Places& placesIn)
 {
     const std::size_t size = term_.term().size();
-    const std::uint64_t leftTurn = allIf(term_.beginsInWord());
-    const std::uint64_t rightTurn = allIf(term_.endsInWord());
-    const std::uint64_t* const words = piece_.names.wordBits();
-    const char* const bytes = piece_.names.bytes();
+    const std::uint64_t leftTurn = allBits(term_.beginsInWord());
+    const std::uint64_t rightTurn = allBits(term_.endsInWord());
     const std::size_t endBlock = (piece_.names.cell(piece_.end()) + cellsPerBlock - 1) / cellsPerBlock;
-    for (std::size_t block = firstBlock_; block < endBlock; ++block) {
+    const std::size_t blocks = endBlock - firstBlock_;
+    const std::uint64_t* const words = piece_.names.wordBits() + firstBlock_;
+    const char* const bytes = piece_.names.bytes() + firstBlock_ * blockSize;
+    std::uint8_t* const standing = rows_.stands.data();
+    std::uint8_t* const atLeft = rows_.atLeft.data();
+    std::uint8_t* const asWord = rows_.asWord.data();
+    std::uint8_t* const first = rows_.first.data();
+    std::uint8_t* const firstAtRight = rows_.firstAtRight.data();
+    for (std::size_t block = 0; block < blocks; ++block) {
         const std::uint64_t* const word = words + block;
         const std::uint64_t before = word[0] << 1 | word[-1] >> 63;
         const std::uint64_t behind = (word[0] >> (size - 1) >> 1) | word[1] << (64 - size);
         const std::uint64_t stands = placesIn(bytes + block * blockSize);
         const std::uint64_t left = stands & (before ^ leftTurn);
         const std::uint64_t right = stands & (behind ^ rightTurn);
-        const std::size_t place = block - firstBlock_;
-        rows_.stands[place] = usedBytes(stands);
-        rows_.atLeft[place] = usedBytes(left);
-        rows_.asWord[place] = usedBytes(left & right);
-        rows_.first[place] = firstBits(stands);
-        rows_.firstAtRight[place] = firstBits(right);
+        standing[block] = usedBytes(stands);
+        atLeft[block] = usedBytes(left);
+        asWord[block] = usedBytes(left & right);
+        first[block] = firstBits(stands);
+        firstAtRight[block] = firstBits(right);
     }
+}
+
+void MaskMarker::fillRows()
+{
+    const std::string_view term = term_.term();
+    const auto byteAt = [&](std::size_t place) { return Bytes16(static_cast<std::uint8_t>(term[place])); };
+    const std::size_t first = term_.probe(0);
+    const std::size_t second = term_.probe(1);
+    const Bytes16 firstByte = byteAt(first);
+    const Bytes16 secondByte = byteAt(second);
+    if (term.size() == 1)
+        return fillRows([=](const char* bytes) { return equalTo(bytes, firstByte); });
+    fillRows([=](const char* bytes) {  // the probes first, then each byte while a place is left
+        std::uint64_t places = pairsAt(bytes + first, firstByte, bytes + second, secondByte);
+        for (std::size_t i = 0; i < term.size() && places != 0; ++i) {
+            if (i != first && i != second)
+                places &= equalTo(bytes + i, byteAt(i));
+        }
+        return places;
+    });
 }
 
 unsigned MaskMarker::flagsOf(std::size_t entry) const
@@ -189,15 +200,18 @@ unsigned MaskMarker::flagsOfLarge(std::size_t entry) const
 void MaskMarker::mark(const TermMarks& marks)
 {
     fillRows();
-    for (std::size_t number = 0; number < piece_.count;) {
-        const std::size_t end = std::min(number + 64, piece_.count);
+    for (std::size_t word = 0; word < piece_.words(); ++word) {
+        const std::size_t first = word * 64;
+        const std::size_t count = std::min<std::size_t>(piece_.count - first, 64);
+        std::array<std::uint8_t, 64> flags;
         std::uint64_t holders = 0;
-        for (std::size_t bit = 0; number < end; ++bit, ++number) {
-            const unsigned flags = flagsOf(piece_.first + number);
-            marks.worths[number] = byFlags_[flags];
-            holders |= std::uint64_t{(flags & Flags::holds) != 0} << bit;
+        for (std::size_t i = 0; i < count; ++i) {
+            flags[i] = static_cast<std::uint8_t>(flagsOf(piece_.first + first + i));
+            holders |= std::uint64_t{(flags[i] & Flags::holds) != 0} << i;
         }
-        marks.holds[(end - 1) / 64] = holders;
+        for (std::size_t i = 0; i < count; ++i)
+            marks.worths[first + i] = byFlags_[flags[i]];
+        marks.holds[word] = holders;
     }
 }
 

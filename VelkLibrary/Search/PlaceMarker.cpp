@@ -17,7 +17,7 @@ constexpr std::size_t step = 64;
 
 PlaceMarker::PlaceMarker(const LiteralMatcher& term, const PlaceBytes& worths, const Piece& piece,
                          const TermMarks& marks)
-    : term_(term), worths_(worths), piece_(piece), marks_(marks)
+    : term_(term), worths_(worths), piece_(piece), marks_(marks), entry_(piece.first), end_(piece.end())
 {
     const std::size_t size = std::min(term.term().size(), sizeof head_);
     std::memcpy(&head_, term.term().data(), size);
@@ -43,12 +43,16 @@ bool PlaceMarker::mark(std::size_t first, std::size_t end, std::size_t mostPlace
         for (; places != 0; places &= places - 1) {
             if (mostPlaces-- == 0)
                 return false;
-            const std::size_t place = at + static_cast<std::size_t>(std::countr_zero(places));
-            if (standsAt(bytes + place))
-                found(place);
+            tryAt(at + static_cast<std::size_t>(std::countr_zero(places)));
         }
     }
     return true;
+}
+
+void PlaceMarker::tryAt(std::size_t place)
+{
+    if (standsAt(piece_.names.bytes() + place))
+        found(place);
 }
 
 bool PlaceMarker::standsAt(const char* place) const
@@ -64,6 +68,7 @@ bool PlaceMarker::standsAt(const char* place) const
 
 void PlaceMarker::found(std::size_t place)
 {
+    ++placesFound_;
     goTo(place / NameBlock::cellSize);
     const char* const bytes = piece_.names.bytes() + place;
     const bool left = isWord(bytes[-1]) != term_.beginsInWord();

@@ -28,9 +28,13 @@ class NameBlock;
 class VELKLIBRARY_EXPORT PreparedNames
 {
 public:
+    /// None at first. Throws std::bad_alloc.
     PreparedNames();
+    /// Takes over the entries of `other`.
+    /// @{
     PreparedNames(PreparedNames&& other) noexcept;
     PreparedNames& operator=(PreparedNames&& other) noexcept;
+    /// @}
     ~PreparedNames();
 
     /// Makes room for so many more entries, whose names and keywords have so many bytes together. Saves time; more

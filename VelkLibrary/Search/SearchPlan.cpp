@@ -103,6 +103,8 @@ void SearchPlan::orderNodes(const CompiledSearch& search)
     for (const std::uint32_t node : order) {
         const std::uint32_t parent = nodes_[node].parent;
         ordered.push_back({nodes_[node].term, parent == none ? none : places[parent]});
+        if (parent == none)
+            firstTerms_.push_back(nodes_[node].term);
     }
     nodes_ = std::move(ordered);
     for (std::uint32_t& leaf : leaves_)

@@ -49,6 +49,48 @@ void TermRows::begin()
     std::fill(holds_.begin(), holds_.end(), 0);
 }
 
+// Those that are long enough and have not turned out to be frequent.
+void TermRows::chooseTogether(std::span<const std::uint32_t> terms)
+{
+    isChosen_ = true;
+    if (together_)
+        together_->clear();
+    const auto isFit = [&](std::uint32_t term) {
+        return PairScan::canFind(search_.terms[term]) && !frequencies_[term].isHigh;
+    };
+    const auto count = static_cast<std::size_t>(std::count_if(terms.begin(), terms.end(), isFit));
+    if (count < PairScan::fewestTerms || count > PairScan::mostTerms)
+        return together_.reset();
+    if (!together_)
+        together_ = std::make_unique<PairScan>();
+    for (const std::uint32_t term : terms) {
+        if (isFit(term))
+            together_->add(term, search_.terms[term]);
+    }
+    together_->close();
+    markers_.reserve(count);
+}
+
+void TermRows::lookForTogether(std::span<const std::uint32_t> terms, const Piece& piece)
+{
+    if (!isChosen_)
+        chooseTogether(terms);
+    if (!together_)
+        return;
+    markers_.clear();
+    for (const std::uint32_t term : together_->numbers()) {
+        markers_.emplace_back(search_.terms[term], worthBytes_, piece, marks(term));
+        std::fill_n(known_.data() + term * words_, piece.words(), ~std::uint64_t{0});
+    }
+    together_->mark(piece, markers_);
+    for (std::size_t i = 0; i < markers_.size(); ++i) {
+        if (markers_[i].placesFound() <= piece.count)
+            continue;
+        frequencies_[together_->numbers()[i]] = {.isHigh = true, .isProven = true};
+        isChosen_ = false;
+    }
+}
+
 void TermRows::lookFor(std::uint32_t term, const Piece& piece, const std::uint64_t* entries)
 {
     std::uint64_t* const known = known_.data() + term * words_;

@@ -39,8 +39,9 @@ public:
 private:
     struct Flags;
 
-    std::uint64_t placesIn(const char* bytes) const;
     void fillRows();
+    template <typename Places>
+    void fillRows(const Places& placesIn);
     unsigned flagsOf(std::size_t entry) const;
     unsigned flagsOfLarge(std::size_t entry) const;
     std::uint8_t worthOf(unsigned flags) const;

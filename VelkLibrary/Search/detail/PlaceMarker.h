@@ -20,6 +20,13 @@ public:
     /// `mostPlaces`.
     bool mark(std::size_t first, std::size_t end, std::size_t mostPlaces);
 
+    /// Marks the entry with this place if the term stands there. No place may belong to an entry before that of the
+    /// last one where the term stood.
+    void tryAt(std::size_t place);
+
+    /// At how many places the term stood.
+    std::size_t placesFound() const noexcept { return placesFound_; }
+
 private:
     bool standsAt(const char* place) const;
     void found(std::size_t place);
@@ -28,11 +35,12 @@ private:
     const LiteralMatcher& term_;
     const PlaceBytes& worths_;
     const Piece& piece_;
-    const TermMarks& marks_;
+    const TermMarks marks_;
     std::uint64_t head_ = 0;      // the first eight bytes of the term
     std::uint64_t headBits_ = 0;  // those that it has
-    std::size_t entry_ = 0;       // the one in which the last place was
-    std::size_t end_ = 0;
+    std::size_t entry_;           // the one in which the last place was
+    std::size_t end_;
+    std::size_t placesFound_ = 0;
 };
 
 }  // namespace Library::Search::detail

@@ -47,6 +47,9 @@ public:
     /// The nodes of a term stand together, and behind those of all terms that are rarer.
     const std::vector<Node>& nodes() const noexcept { return nodes_; }
 
+    /// The terms of the nodes without a parent, which are looked for in all entries.
+    const std::vector<std::uint32_t>& firstTerms() const noexcept { return firstTerms_; }
+
     /// The node of all required terms of a group.
     std::uint32_t leaf(std::size_t group) const noexcept { return leaves_[group]; }
 
@@ -62,6 +65,7 @@ private:
 
     bool oneByOne_;
     std::vector<Node> nodes_;
+    std::vector<std::uint32_t> firstTerms_;
     std::vector<std::uint32_t> leaves_;
     std::vector<ExactText> exactTexts_;  // in the order of the texts
     std::uint64_t textSizes_ = 0;        // bit n: a text has that size, modulo 64

@@ -2,10 +2,14 @@
 
 #include <VelkLibrary/Search/detail/CompiledSearch.h>
 #include <VelkLibrary/Search/detail/MaskMarker.h>
+#include <VelkLibrary/Search/detail/PairScan.h>
 #include <VelkLibrary/Search/detail/Piece.h>
+#include <VelkLibrary/Search/detail/PlaceMarker.h>
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <span>
 #include <vector>
 
 namespace Library::Search::detail {
@@ -21,6 +25,9 @@ public:
 
     /// Forgets what was known, for the next piece.
     void begin();
+
+    /// Looks for terms in all entries, at once as far as that saves time. What this leaves undone lookFor() does.
+    void lookForTogether(std::span<const std::uint32_t> terms, const Piece& piece);
 
     /// Looks for a term in the entries of a set.
     void lookFor(std::uint32_t term, const Piece& piece, const std::uint64_t* entries);
@@ -39,6 +46,7 @@ private:
         bool isProven = false;
     };
 
+    void chooseTogether(std::span<const std::uint32_t> terms);
     void lookEverywhere(std::uint32_t term, const Piece& piece);
     void lookOneByOne(std::uint32_t term, const Piece& piece, const std::uint64_t* entries);
     TermMarks marks(std::uint32_t term) noexcept
@@ -55,6 +63,9 @@ private:
     std::vector<std::uint8_t> worths_;
     std::vector<Frequency> frequencies_;
     CellRows cellRows_;
+    std::unique_ptr<PairScan> together_;  // null if no terms are looked for together
+    std::vector<PlaceMarker> markers_;
+    bool isChosen_ = false;  // what together_ looks for
 };
 
 }  // namespace Library::Search::detail

@@ -171,6 +171,43 @@ TEST(BulkDifferential, AgreesForManyGroups)
     EXPECT_GT(compareWithCalls(pairs, entries, names), 10U);
 }
 
+std::u32string partOfAnyText(Random& random, const std::vector<PreparedEntry>& entries)
+{
+    const PreparedEntry& entry = test::oneOf(random, entries);
+    const std::u32string text = StringConvert::toUnicode(entry.keywords.value_or(entry.name), StringConvert::Utf8);
+    if (text.size() < 4)
+        return U"absent" + text;
+    std::u32string part = text.substr(below(random, text.size() - 3), 3 + below(random, 20));
+    if (below(random, 3) == 0)
+        part[below(random, part.size())] = U'q';
+    return part.find(U'\n') == std::u32string::npos ? part : U"absent";
+}
+
+// Many terms of three bytes and more are looked for together, until one of them turns out to be frequent.
+TEST(BulkDifferential, AgreesForManyLongTerms)
+{
+    Random random(14);
+    std::vector<PreparedEntry> entries;
+    for (int i = 0; i < 5000; ++i)
+        entries.push_back(entryOfWords(random));
+    const Library::Search::PreparedNames names = test::prepared(entries);
+    std::size_t matches = 0;
+    for (int i = 0; i < 20 && !HasFailure(); ++i) {
+        Info info(std::set<libType>{});
+        info.legacySearch = i % 5 == 0;
+        while (info.parseTree.groups.size() < 7U + static_cast<std::size_t>(i) * 2) {
+            ORGroup& group = info.parseTree.groups.emplace_back();
+            group.terms.push_back(partOfAnyText(random, entries));
+            if (below(random, 4) == 0)
+                group.excludedTerms.push_back(partOfWord(random));
+            if (below(random, 10) == 0)
+                group.terms.push_back(U"chair");
+        }
+        matches += compareWithCalls(info, entries, names);
+    }
+    EXPECT_GT(matches, 10000U);
+}
+
 TEST(BulkDifferential, AgreesOnAnyRange)
 {
     Random random(11);

@@ -1,12 +1,18 @@
 #include "CategorizerCalls.h"
+#include "PreparedEntries.h"
 #include "support/CountedMemory.h"
 #include "support/SmallStack.h"
+
+#include <VelkCommon/Text/LowerCase.h>
 
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <cstdint>
 #include <locale>
+#include <new>
 #include <string>
+#include <vector>
 
 using namespace test;
 using namespace std::string_literals;
@@ -49,6 +55,81 @@ TEST(Categorizer, IsSmall)
     EXPECT_LT(allocatedBytes - before, 2048U) << "everything that was needed to build it included";
     EXPECT_EQ(some.categorizeItemResult("office chair"), ItemExactName);
 }
+
+const std::vector<PreparedEntry> someEntries = {itemEntry("Office chair", "seat"), itemEntry("table\nlamp"),
+                                                folderEntry("Chairs"), itemEntry("red chair")};
+
+TEST(BulkRating, NeedsLittleMemory)
+{
+    const auto names = prepared(std::vector<PreparedEntry>(5000, itemEntry("Office chair", std::string(300, 'k'))));
+    std::vector<std::uint8_t> priorities(names.size());
+    for (const char32_t* const search :
+         {U"chair", U"office chair -red", U"(a|b) (c|d) (e|f) (g|h) (i|j) (k|l) (m|n)"}) {
+        const LibraryResultCategorizer categorizer(searchFor(search));
+        const std::size_t before = allocatedBytes;
+        categorizer.categorize(names, 0, priorities);
+        EXPECT_LT(allocatedBytes - before, 1U << 20);
+    }
+}
+
+#ifndef _WIN32  // where each module has its own operator new
+TEST(BulkRating, ThrowsWhenMemoryRunsOutAndGoesOnAfterwards)
+{
+    const auto names = prepared(someEntries);
+    std::vector<std::uint8_t> priorities(names.size());
+    std::size_t failures = 0;
+    for (bool failed = true; failed; ++failures) {
+        const LibraryResultCategorizer categorizer(searchFor(U"chair -red"));
+        failingAllocation = failures;
+        try {
+            categorizer.categorize(names, 0, priorities);
+            failed = false;
+        } catch (const std::bad_alloc&) {
+        }
+        failingAllocation = SIZE_MAX;
+        categorizer.categorize(names, 0, priorities);
+        EXPECT_EQ(priorities,
+                  (std::vector<std::uint8_t>{ItemContainsWord, Invalid, FolderBeginsWithSequence, Invalid}));
+    }
+    EXPECT_GT(failures, 5U);
+}
+
+// Each allocation fails once; what was added before stays, and what failed leaves no trace.
+TEST(PreparedNames, AddAllOfAnEntryOrNothing)
+{
+    std::size_t failures = 0;
+    for (std::size_t failing = 0;; ++failing) {
+        Library::Search::PreparedNames names;
+        const Library::Search::PreparedNames more = prepared(someEntries);
+        failingAllocation = failing;
+        const auto tryTwice = [&](const auto& change) {
+            try {
+                change();
+            } catch (const std::bad_alloc&) {
+                ++failures;
+                change();
+            }
+        };
+        for (int i = 0; i < 4; ++i) {
+            for (const PreparedEntry& entry : someEntries)
+                tryTwice([&] { add(names, entry); });
+            tryTwice([&] { names.append(more); });
+            tryTwice([&] { names.close(); });
+        }
+        const bool isDone = failingAllocation != SIZE_MAX;
+        failingAllocation = SIZE_MAX;
+        ASSERT_EQ(names.size(), 8 * someEntries.size());
+        const auto ratings = ratingsInBulk(LibraryResultCategorizer(searchFor(U"chair")), names, 0, names.size());
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            EXPECT_EQ(ratings[i], ratingByName(LibraryResultCategorizer(searchFor(U"chair")), someEntries[i % 4]));
+            EXPECT_EQ(names.lowerName(i), StringUtils::toLowerUtf8(someEntries[i % 4].name));
+        }
+        if (isDone)
+            break;
+    }
+    EXPECT_GT(failures, 10U);
+}
+#endif
 
 constexpr unsigned smallStack = 512 << 10;
 constexpr std::size_t huge = 16 << 20;

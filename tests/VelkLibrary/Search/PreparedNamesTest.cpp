@@ -72,7 +72,7 @@ TEST(PreparedNames, GiveNamesInLowerCase)
         std::string("a\0B\0", 4), "\xFF\xC3 X\xFF", std::string(3000, 'A')};
     PreparedNames names;
     for (const std::string& name : given)
-        names.addItem(name, "KEYWORDS\nIN LINES");
+        names.addItem(name, "KEYWORDS\nON LINES");
     names.close();
     for (std::size_t i = 0; i < given.size(); ++i)
         EXPECT_EQ(names.lowerName(i), StringUtils::toLowerUtf8(given[i])) << i;
