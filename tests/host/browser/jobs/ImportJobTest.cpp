@@ -301,4 +301,17 @@ TEST_F(ImportJob, EndsWithTheWindow)
     expectNothingLeft();
 }
 
+TEST_F(ImportJob, DoesNotHoldUpAWindowThatIsClosed)
+{
+    openWindow();
+    std::shared_lock reading(VelkHost::installedFiles());
+    import({packed(U"chairs.calibz")});
+    window().close();
+    test::eventually([this] { return !window().isVisible(); });
+    EXPECT_TRUE(window().jobs().isRunning());
+    reading.unlock();
+    waitForJob();
+    expectNothingLeft();
+}
+
 }  // namespace
