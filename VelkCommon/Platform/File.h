@@ -38,8 +38,8 @@ public:
     static File open(const std::string& path, Mode mode) noexcept;
     /// Opens with a lock and without waiting; `held` when others hold the file at the moment.
     LockResult openLocked(const std::string& path, Lock lock) noexcept;
-    /// The same for a folder, which this user may only read: alone, among those who lock the folder itself. Locks of the
-    /// files in it are something else.
+    /// The same for a folder, which this user may only read: alone, among those who lock the folder itself. Locks of
+    /// the files in it are something else.
     LockResult lockFolder(const std::string& folder) noexcept;
 
     bool isOpen() const noexcept { return handle_ != closed; }

@@ -65,8 +65,8 @@ File File::open(const std::string& path, Mode mode) noexcept
     if (mode == Mode::read)
         return File(openForReading(path).release());
     Descriptor file = openFile(path, O_RDWR | O_CREAT | O_EXCL);
-    // Whoever removes leftovers may have been quicker than the lock. A file system without locks has no such remover. The
-    // lock is a reader's, because the file may be given its name while it is held, and must not look as if somebody
+    // Whoever removes leftovers may have been quicker than the lock. A file system without locks has no such remover.
+    // The lock is a reader's, because the file may be given its name while it is held, and must not look as if somebody
     // were writing it.
     if (file && !lockAtOnce(file, LOCK_SH) && errno == EWOULDBLOCK)
         return {};

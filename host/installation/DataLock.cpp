@@ -15,8 +15,8 @@ constexpr std::chrono::seconds patience{10};
 
 }  // namespace
 
-// Where there is no lock of any kind, as on some network drives in a folder that may not be changed, all that is lost is
-// the order of two who write at the same time.
+// Where there is no lock of any kind, as on some network drives in a folder that may not be changed, all that is lost
+// is the order of two who write at the same time.
 FileLock lockFile(const fileString& file, const std::string& purpose, const std::stop_token& stop)
 {
     const fileString path = absolutePath(file);
