@@ -50,10 +50,10 @@ void SearchResultModel::setPictureSide(int side)
     pictureSide_ = side;
 }
 
-void SearchResultModel::setOutcome(std::shared_ptr<const SearchOutcome> outcome)
+std::shared_ptr<const SearchOutcome> SearchResultModel::setOutcome(std::shared_ptr<const SearchOutcome> outcome)
 {
     beginResetModel();
-    outcome_ = std::move(outcome);
+    std::shared_ptr<const SearchOutcome> before = std::exchange(outcome_, std::move(outcome));
     groups_.clear();
     lowerTerms_.clear();
     if (outcome_ != nullptr) {
@@ -66,6 +66,7 @@ void SearchResultModel::setOutcome(std::shared_ptr<const SearchOutcome> outcome)
         }
     }
     endResetModel();
+    return before;
 }
 
 std::optional<LibraryPlace> SearchResultModel::place(const QModelIndex& index) const
@@ -73,7 +74,7 @@ std::optional<LibraryPlace> SearchResultModel::place(const QModelIndex& index) c
     const Hit* const found = hit(index);
     if (found == nullptr)
         return std::nullopt;
-    return LibraryPlace{outcome_->libraries.loaded[found->library].path, found->isFolder, found->index};
+    return LibraryPlace{outcome_->libraries->loaded[found->library].path, found->isFolder, found->index};
 }
 
 QModelIndex SearchResultModel::index(int row, int column, const QModelIndex& parent) const
@@ -128,7 +129,7 @@ QMimeData* SearchResultModel::mimeData(const QModelIndexList& indexes) const
         const Hit* const dragged = hit(index);
         if (dragged == nullptr || dragged->isFolder)
             continue;
-        const LoadedLibrary& library = outcome_->libraries.loaded[dragged->library];
+        const LoadedLibrary& library = outcome_->libraries->loaded[dragged->library];
         return dragOf(library.path, *library.catalog, dragged->index, picture(*dragged).value<QPixmap>());
     }
     return nullptr;
@@ -158,7 +159,7 @@ QVariant SearchResultModel::groupData(const Group& group, int role) const
 
 QVariant SearchResultModel::hitData(const Hit& hit, int role) const
 {
-    const LibrarySet& libraries = outcome_->libraries;
+    const LibrarySet& libraries = *outcome_->libraries;
     const Catalog& catalog = *libraries.loaded[hit.library].catalog;
     switch (role) {
         case Qt::DisplayRole:
@@ -184,7 +185,7 @@ QVariant SearchResultModel::hitData(const Hit& hit, int role) const
 
 QVariant SearchResultModel::picture(const Hit& hit) const
 {
-    const LoadedLibrary& library = outcome_->libraries.loaded[hit.library];
+    const LoadedLibrary& library = outcome_->libraries->loaded[hit.library];
     if (hit.isFolder)
         return {};
     return thumbnails_.find({library.path, library.catalog->items[hit.index].uniqueId, pictureSide_});

@@ -3,18 +3,6 @@
 #include <utility>
 
 namespace VelkHost {
-namespace {
-
-LibrarySet librarySet(const std::vector<BrowsedLibrary>& libraries)
-{
-    LibrarySet set;
-    for (const BrowsedLibrary& library : libraries)
-        set.loaded.push_back({library.path, library.catalog});
-    return set;
-}
-
-}  // namespace
-
 SearchRunner::SearchRunner(QObject* parent) : QObject(parent)
 {
     pause_.setSingleShot(true);
@@ -27,16 +15,26 @@ SearchRunner::~SearchRunner()
     cancel();
 }
 
-void SearchRunner::setLibraries(std::vector<BrowsedLibrary> libraries)
+void SearchRunner::setSource(Source source)
 {
-    libraries_ = std::move(libraries);
+    source_ = std::move(source);
+}
+
+// A search that waits for the end of typing will ask the source anyway.
+void SearchRunner::librariesChanged()
+{
+    release(std::exchange(libraries_, nullptr));
+    isOutdated_ = true;
+    if (isAnswered_ && !text_.trimmed().isEmpty())
+        pause_.start();
 }
 
 void SearchRunner::search(const QString& text)
 {
     cancel();
     text_ = text;
-    if (!text.trimmed().isEmpty())
+    isAnswered_ = text.trimmed().isEmpty();
+    if (!isAnswered_)
         pause_.start();
 }
 
@@ -45,6 +43,12 @@ void SearchRunner::searchNow(const QString& text)
     search(text);
     if (pause_.isActive())
         start();
+}
+
+void SearchRunner::release(std::shared_ptr<const void> data)
+{
+    if (data != nullptr)
+        worker_.free(std::move(data));
 }
 
 void SearchRunner::cancel()
@@ -56,21 +60,39 @@ void SearchRunner::cancel()
 
 void SearchRunner::start()
 {
-    pause_.stop();
+    cancel();
     stop_ = std::stop_source();
-    worker_.run([this, text = text_, libraries = librarySet(libraries_),
-                 stop = stop_.get_token()]() -> Worker::Arrival {
+    isOutdated_ = false;
+    Q_EMIT started();
+    worker_.run([this, text = text_, libraries = libraries(), stop = stop_.get_token()]() -> Worker::Arrival {
         SearchRequest request;
         request.text = text.toStdString();
         Library::Search::Info info = searchInfo(request);
-        SearchResult result = runSearch(libraries, request, info, stop);
+        SearchResult result = runSearch(*libraries, request, info, stop);
         auto outcome =
             std::make_shared<const SearchOutcome>(SearchOutcome{text, std::move(info), libraries, std::move(result)});
-        return [this, outcome, stop] {
-            if (!stop.stop_requested())
-                Q_EMIT found(outcome);
+        return [this, outcome = std::move(outcome), stop]() mutable {
+            if (stop.stop_requested())
+                release(std::move(outcome));
+            else
+                take(std::move(outcome));
         };
     });
+}
+
+void SearchRunner::take(std::shared_ptr<const SearchOutcome> outcome)
+{
+    isAnswered_ = true;
+    Q_EMIT found(outcome);
+    if (isOutdated_ && !pause_.isActive() && isAnswered_)
+        pause_.start();
+}
+
+std::shared_ptr<const LibrarySet> SearchRunner::libraries()
+{
+    if (libraries_ == nullptr)
+        libraries_ = std::make_shared<const LibrarySet>(source_ ? source_() : LibrarySet());
+    return libraries_;
 }
 
 }  // namespace VelkHost

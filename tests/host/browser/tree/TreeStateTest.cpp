@@ -34,9 +34,9 @@ protected:
     /// Puts another version of the library into the model.
     void replace(const Catalog& catalog)
     {
-        const TreeState state(tree(), model(), furniture);
+        const TreeState state(tree(), model(), {furniture});
         const auto shared = std::make_shared<const Catalog>(catalog);
-        model().setLibrary({furniture, shared, std::make_shared<const VelkHost::CatalogOrder>(*shared)});
+        model().take({{{furniture, shared, std::make_shared<const VelkHost::CatalogOrder>(*shared)}, {}}});
         state.restore();
     }
 
