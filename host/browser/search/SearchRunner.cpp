@@ -63,7 +63,6 @@ void SearchRunner::start()
     cancel();
     stop_ = std::stop_source();
     isOutdated_ = false;
-    Q_EMIT started();
     worker_.run([this, text = text_, libraries = libraries(), stop = stop_.get_token()]() -> Worker::Arrival {
         SearchRequest request;
         request.text = text.toStdString();

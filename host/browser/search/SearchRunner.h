@@ -54,8 +54,6 @@ public:
     static constexpr int pauseMilliseconds = 120;
 
 Q_SIGNALS:
-    /// A search begins.
-    void started();
     /// The search for the last text has ended.
     void found(const std::shared_ptr<const VelkHost::SearchOutcome>& outcome);
 

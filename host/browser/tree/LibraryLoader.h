@@ -57,7 +57,7 @@ public:
     void release(std::vector<BrowsedLibrary> libraries);
 
     /// The most arrivals that come at once. The rest comes after other events have had their turn.
-    static constexpr std::size_t mostAtOnce = 1'000;
+    static constexpr std::size_t mostAtOnce = 500;
 
 Q_SIGNALS:
     /// Files have been read, in this order. A small library arrives once, complete; a large one first with its

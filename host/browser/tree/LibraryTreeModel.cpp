@@ -40,6 +40,11 @@ LibraryPlace placeOf(const TreeData& node)
     return {node.getDatabasePath(), isFolder, static_cast<std::size_t>(isFolder ? -2 - id : id)};
 }
 
+bool isTop(const QModelIndex& index)
+{
+    return index.isValid() && !index.parent().isValid();
+}
+
 std::u32string textOf(const std::string& name)
 {
     return StringConvert::toUnicodeFromUtf8(name);
@@ -57,9 +62,21 @@ public:
           rank_(rank)
     {
         setItemName(textOf(library.catalog->folders[folder].name));
+        libraryChanged();
     }
 
     const BrowsedLibrary& library() const { return library_; }
+
+    /// Its library has got its items.
+    void libraryChanged()
+    {
+        const auto folder = static_cast<std::size_t>(folderId(0) - getId());
+        hasEntries_ = library_.order == nullptr || !library_.order->foldersIn(folder).empty() ||
+                      !library_.order->itemsIn(folder).empty();
+    }
+
+    /// Whether there is anything in it; before the items are read, there is taken to be.
+    bool hasEntries() const { return hasEntries_; }
 
     /// The order of the tree, in which no two categories are equal.
     bool precedes(const Category& other) const
@@ -72,6 +89,7 @@ public:
 private:
     const BrowsedLibrary& library_;
     const std::size_t rank_;
+    bool hasEntries_ = true;
 };
 
 LibraryTreeModel::LibraryTreeModel(ThumbnailCache& thumbnails, QObject* parent)
@@ -134,6 +152,8 @@ std::vector<BrowsedLibrary> LibraryTreeModel::replaceBy(const News& news)
     for (const auto& [path, library] : news) {
         if (library->catalog != nullptr) {
             replaced.push_back(std::exchange(libraries_[path], *library));
+            for (Category* const category : shelves_.at(path).categories)
+                category->libraryChanged();
         } else {
             if (const auto gone = libraries_.extract(path); !gone.empty())
                 replaced.push_back(std::move(gone.mapped()));
@@ -229,11 +249,20 @@ bool LibraryTreeModel::hasChildren(const QModelIndex& parent) const
 {
     if (!parent.isValid())
         return rowCount() > 0;
+    if (isTop(parent))
+        return category(parent.row()).hasEntries();
     const TreeData* const data = node(parent);
     if (data == nullptr || data->isItem())
         return false;
     const std::optional<Below> children = below(parent);
     return !children || children->size() > 0;  // before its items are read, a folder is taken to have some
+}
+
+// A view asks all rows at the top whenever one of them comes or goes, so these are answered without looking at them.
+Qt::ItemFlags LibraryTreeModel::flags(const QModelIndex& index) const
+{
+    return isTop(index) ? Qt::ItemIsSelectable | Qt::ItemIsDragEnabled | Qt::ItemIsEnabled
+                        : QStandardItemModel::flags(index);
 }
 
 bool LibraryTreeModel::canFetchMore(const QModelIndex& parent) const
@@ -372,7 +401,7 @@ void LibraryTreeModel::removeCategories(const std::vector<fileString>& libraries
         const auto shelf = shelves_.find(path);
         if (shelf == shelves_.end())
             continue;
-        for (const Category* const category : std::exchange(shelf->second.categories, {}))
+        for (Category* const category : std::exchange(shelf->second.categories, {}))
             rows.push_back(rowOf(*category));
     }
     std::sort(rows.begin(), rows.end(), std::greater<>());

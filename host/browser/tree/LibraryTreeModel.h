@@ -72,6 +72,7 @@ public:
     bool hasChildren(const QModelIndex& parent = {}) const override;
     bool canFetchMore(const QModelIndex& parent) const override;
     void fetchMore(const QModelIndex& parent) override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     /// The drag of the first item among `indexes`, see dragOf(); null when there is no item among them.
     QMimeData* mimeData(const QModelIndexList& indexes) const override;
@@ -91,7 +92,7 @@ private:
     struct Shelf
     {
         std::size_t rank = 0;  // libraries whose categories have the same name stand in the order of their arrival
-        std::vector<const Category*> categories;
+        std::vector<Category*> categories;
     };
 
     /// The last of the arrivals that counts, for each library.

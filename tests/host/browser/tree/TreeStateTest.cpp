@@ -113,6 +113,25 @@ TEST_F(TreeStateOf, KeepsTheTopOfTheView)
     EXPECT_EQ(top(), QStringLiteral("Chair 120"));
 }
 
+TEST_F(TreeStateOf, StaysInAllLibrariesThatAreReplacedTogether)
+{
+    tree().setCurrentIndex(folderIndex(zoo, names("Zoo/Seating")));
+    const TreeState state(tree(), model(), {furniture, zoo});
+    std::vector<VelkHost::LibraryArrival> arrivals;
+    for (const fileString& path : {furniture, zoo}) {
+        Catalog catalog = *model().library(path)->catalog;
+        catalog.folders.push_back({VelkHost::Folder::noParent, "Arts"});
+        const auto shared = std::make_shared<const Catalog>(catalog);
+        arrivals.push_back({{path, shared, std::make_shared<const VelkHost::CatalogOrder>(*shared)}, {}});
+    }
+    model().take(arrivals);
+    state.restore();
+    EXPECT_TRUE(tree().isExpanded(folderIndex(furniture, names("Furniture/Seating/Chairs"))));
+    EXPECT_TRUE(tree().isExpanded(folderIndex(zoo, names("Zoo"))));
+    EXPECT_FALSE(tree().isExpanded(folderIndex(zoo, names("Arts"))));
+    EXPECT_EQ(tree().currentIndex(), folderIndex(zoo, names("Zoo/Seating")));
+}
+
 TEST_F(TreeStateOf, ShowsWhatComesInAboveTheTop)
 {
     ASSERT_EQ(tree().verticalScrollBar()->value(), 0);
