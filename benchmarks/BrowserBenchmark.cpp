@@ -4,7 +4,9 @@
 // Arguments: folders to look for libraries in, instead of the system's.
 #include "Cost.h"
 #include "LibraryNames.h"
+#include "ManyLibraries.h"
 #include "Measures.h"
+#include "TimedApplication.h"
 
 #include "host/browser/BrowserWindow.h"
 #include "host/browser/search/SearchPane.h"
@@ -30,7 +32,6 @@
 #include <sys/mman.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -41,18 +42,16 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using bench::Arguments;
+using bench::Clock;
 using bench::Entry;
+using bench::millisecondsSince;
+using bench::TimedApplication;
 
 const char* const typed = "office chair";
 constexpr std::size_t counts[] = {1'000, 17'000, 1'000'000};
 constexpr std::size_t itemsInFolder = 500;
 constexpr std::size_t foldersInCategory = 50;
-
-double millisecondsSince(Clock::time_point begin)
-{
-    return std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
-}
 
 /// What a child process finds out, in memory that it shares with its parent.
 struct Findings
@@ -92,30 +91,6 @@ VelkHost::Catalog catalogOf(const std::vector<Entry>& entries)
     return catalog;
 }
 
-/// An application that knows how long its longest event took.
-class TimedApplication : public QApplication
-{
-public:
-    using QApplication::QApplication;
-
-    bool notify(QObject* receiver, QEvent* event) override
-    {
-        const bool outermost = depth_++ == 0;
-        const auto begin = Clock::now();
-        const bool result = QApplication::notify(receiver, event);
-        --depth_;
-        if (outermost)
-            longest_ = std::max(longest_, millisecondsSince(begin));
-        return result;
-    }
-
-    double longestEvent() const { return longest_; }
-
-private:
-    int depth_ = 0;
-    double longest_ = 0;
-};
-
 /// Waits until a widget is painted.
 class PaintWaiter : public QObject
 {
@@ -151,14 +126,6 @@ private:
     bool painted_ = false;
 };
 
-/// A program's arguments in the form that Qt keeps.
-struct Arguments
-{
-    int count = 1;
-    char name[16] = "benchmark";
-    char* texts[2] = {name, nullptr};
-};
-
 bool runBrowser(const std::string& home, Findings& findings)
 {
     Arguments arguments;
@@ -187,15 +154,14 @@ bool runBrowser(const std::string& home, Findings& findings)
     PaintWaiter results(search.view()->viewport());
     const QString text = QString::fromLatin1(typed);
     for (int length = 1; length <= text.size(); ++length) {
-        box->setText(text.left(length));
         const auto key = Clock::now();
         results.arm();
-        search.runner().searchNow(text.left(length));
+        box->setText(text.left(length));
         results.wait(
             [&] { return search.model().outcome() != nullptr && search.model().outcome()->text == text.left(length); });
         findings.key = std::max(findings.key, millisecondsSince(key));
     }
-    findings.hits = static_cast<int>(search.model().outcome()->result.hits.size());
+    findings.hits = static_cast<int>(search.model().outcome()->result.size());
     findings.longestEvent = application.longestEvent();
     return true;
 }
@@ -355,6 +321,7 @@ int main(int argumentCount, char** arguments)
         return EXIT_FAILURE;
     }
     std::vector<bench::Measure> measures;
+    bench::measureManyLibraries(libraries, measures);
     for (const std::size_t count : counts)
         measure(libraries, count, measures);
     std::printf("\n");

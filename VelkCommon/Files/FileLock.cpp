@@ -1,5 +1,6 @@
 #include <VelkCommon/Files/FileLock.h>
 
+#include <VelkCommon/Files/detail/Folders.h>
 #include <VelkCommon/Platform/File.h>
 #include <VelkCommon/Platform/FileSystem.h>
 
@@ -15,7 +16,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using Result = Platform::File::LockResult;
 
-constexpr std::chrono::milliseconds pause{5};
+constexpr std::chrono::milliseconds retryPause{5};
 constexpr std::size_t longestPurpose = 500;  // bytes
 
 Result openPatiently(Platform::File& file, const fileString& path, std::chrono::milliseconds patience,
@@ -26,7 +27,7 @@ Result openPatiently(Platform::File& file, const fileString& path, std::chrono::
         const Result result = file.openLocked(path.utf8(), Platform::File::Lock::marker);
         if (result != Result::held || stop.stop_requested() || Clock::now() >= end)
             return result;
-        std::this_thread::sleep_for(pause);
+        std::this_thread::sleep_for(retryPause);
     }
 }
 
@@ -44,6 +45,38 @@ FileLock::FileLock(const fileString& lockFile, std::chrono::milliseconds patienc
     // The purpose is a kindness: the lock holds without it.
     static_cast<void>(file->truncate() && file->write(purpose.data(), std::min(purpose.size(), longestPurpose)));
     file_ = std::move(file);
+}
+
+FileLock FileLock::ofFile(const fileString& file, std::chrono::milliseconds patience, const std::string& purpose,
+                          const std::stop_token& stop)
+{
+    const auto end = Clock::now() + patience;
+    for (;;) {
+        FileLock lock = tryFile(file, purpose);
+        if (!lock.isBusy() || stop.stop_requested() || Clock::now() >= end)
+            return lock;
+        std::this_thread::sleep_for(retryPause);
+    }
+}
+
+// Whoever has the lock file looks whether somebody is at work under the lock of the folder; whoever has that, whether
+// somebody has made a lock file meanwhile. So of two that begin at the same time, at most one goes on.
+FileLock FileLock::tryFile(const fileString& file, const std::string& purpose)
+{
+    const fileString lockFile = file + fileString(std::string(".lock"));
+    FileLock lock(lockFile, std::chrono::milliseconds(0), purpose);
+    if (lock.isBusy())
+        return lock;
+    auto folder = std::make_unique<Platform::File>();
+    const Result result = folder->lockFolder(Velk::detail::folderOf(file));
+    if (lock && result != Result::held)
+        return lock;
+    FileLock folderLock;
+    const bool isAlone = result == Result::locked && !Platform::nameTaken(lockFile.utf8());
+    folderLock.busy_ = result != Result::failed && !isAlone;
+    if (isAlone)
+        folderLock.file_ = std::move(folder);
+    return folderLock;
 }
 
 FileLock::~FileLock()
@@ -75,6 +108,10 @@ void FileLock::release() noexcept
 {
     if (!file_)
         return;
+    if (path_.empty()) {
+        file_.reset();
+        return;
+    }
     if (!Platform::removeFile(path_.utf8(), false)) {
         file_->close();
         Platform::removeFile(path_.utf8(), false);

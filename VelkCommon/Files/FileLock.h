@@ -31,6 +31,12 @@ public:
     /// until `stop` is requested. `purpose` is for those who wait meanwhile: one line, UTF-8.
     FileLock(const fileString& lockFile, std::chrono::milliseconds patience, const std::string& purpose,
              const std::stop_token& stop = {});
+    /// The lock for changing `file`: that of the lock file beside it, which has the name of the file with ".lock"
+    /// behind. In a folder where this user may make no file, but may write one that is there, the lock is on the folder
+    /// instead, and still excludes everybody who takes the lock of `file` by this function. Arguments and results as
+    /// above.
+    static FileLock ofFile(const fileString& file, std::chrono::milliseconds patience, const std::string& purpose,
+                           const std::stop_token& stop = {});
     /// Gives the lock back.
     ~FileLock();
     FileLock(FileLock&& other) noexcept;             ///< takes the lock over
@@ -47,7 +53,10 @@ public:
 private:
     void release() noexcept;
 
-    fileString path_;
+    FileLock() = default;
+    static FileLock tryFile(const fileString& file, const std::string& purpose);
+
+    fileString path_;  ///< of the lock file; empty when the lock is on the folder
     std::unique_ptr<Velk::Platform::File> file_;
     bool busy_ = false;
 };

@@ -156,9 +156,7 @@ bool FileUtils::canWriteFile(const fileString& path)
 
 bool FileUtils::canReplaceFile(const fileString& path)
 {
-    return guarded(
-        [&] { return Platform::canWriteFile(path.utf8()) && Platform::canReplaceFile(folderOf(path), path.utf8()); },
-        false);
+    return guarded([&] { return isFile(path) && Platform::canReplaceFile(folderOf(path), path.utf8()); }, false);
 }
 
 bool FileUtils::isPathWriteLocked(const fileString& path)

@@ -71,8 +71,8 @@ public:
     /// nothing.
     static bool canWriteFile(const fileString& path);
 
-    /// Whether the existing file can be opened for writing and replaced by another file; every file that is
-    /// written by replacement needs both. Changes nothing.
+    /// Whether another file can take the place of the existing one, which need not be writable for that. Changes
+    /// nothing.
     static bool canReplaceFile(const fileString& path);
 
     /// Whether somebody holds the file open for writing, by LockingFStream or (on Windows) in any way.

@@ -5,34 +5,16 @@
 #include <VelkCommon/Platform/FileSystem.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstring>
 #include <streambuf>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace Platform = Velk::Platform;
 
 namespace {
 
-constexpr std::chrono::milliseconds lockPause{5};
 constexpr std::size_t bufferSize = std::size_t{1} << 16;
-
-// Opens and locks the file; while somebody else holds it, tries again until lockPatience() is over.
-bool openLocked(Platform::File& file, const fileString& path, Platform::File::Lock lock)
-{
-    using Clock = std::chrono::steady_clock;
-    const auto end = Clock::now() + Velk::detail::lockPatience();
-    for (;;) {
-        const auto result = file.openLocked(path.utf8(), lock);
-        if (result != Platform::File::LockResult::held)
-            return result == Platform::File::LockResult::locked;
-        if (Clock::now() >= end)
-            return false;
-        std::this_thread::sleep_for(lockPause);
-    }
-}
 
 }  // namespace
 
@@ -49,7 +31,7 @@ public:
         if (!isKnownMode(openMode))
             return;
         using Lock = Platform::File::Lock;
-        if (!openLocked(file_, path, writing_ ? Lock::exclusive : Lock::shared))
+        if (!Velk::detail::openLockedPatiently(file_, path, writing_ ? Lock::exclusive : Lock::shared))
             return;
         if (writing_ && !file_.truncate()) {
             file_.close();

@@ -38,6 +38,9 @@ public:
     static File open(const std::string& path, Mode mode) noexcept;
     /// Opens with a lock and without waiting; `held` when others hold the file at the moment.
     LockResult openLocked(const std::string& path, Lock lock) noexcept;
+    /// The same for a folder, which this user may only read: alone, among those who lock the folder itself. Locks of
+    /// the files in it are something else.
+    LockResult lockFolder(const std::string& folder) noexcept;
 
     bool isOpen() const noexcept { return handle_ != closed; }
     /// A second handle of the same open file, which keeps its lock when this one is closed. Not open where a lock
@@ -59,8 +62,8 @@ public:
     bool seek(long long offset) noexcept;
     /// The size in bytes; -1 on failure.
     long long size() const noexcept;
-    /// Empties a regular file; anything else stays as it is.
-    bool truncate() noexcept;
+    /// Cuts a regular file off after `size` bytes; anything else stays as it is.
+    bool truncate(long long size = 0) noexcept;
     /// Makes the bytes last through a power failure.
     bool sync() noexcept;
     /// Tells the system that the file will be read from the beginning to the end.

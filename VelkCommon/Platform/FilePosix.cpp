@@ -66,7 +66,9 @@ File File::open(const std::string& path, Mode mode) noexcept
         return File(openForReading(path).release());
     Descriptor file = openFile(path, O_RDWR | O_CREAT | O_EXCL);
     // Whoever removes leftovers may have been quicker than the lock. A file system without locks has no such remover.
-    if (file && !lockAtOnce(file, LOCK_EX) && errno == EWOULDBLOCK)
+    // The lock is a reader's, because the file may be given its name while it is held, and must not look as if somebody
+    // were writing it.
+    if (file && !lockAtOnce(file, LOCK_SH) && errno == EWOULDBLOCK)
         return {};
     if (!file || !stillNames(path, file))
         return {};
@@ -85,6 +87,17 @@ File::LockResult File::openLocked(const std::string& path, Lock lock) noexcept
     if (lock == Lock::marker)
         static_cast<void>(::fchmod(file.get(), fileBits));  // fails for the file of another user, who has done it
     *this = File(file.release());
+    return LockResult::locked;
+}
+
+File::LockResult File::lockFolder(const std::string& folder) noexcept
+{
+    Descriptor opened = openPath(folder, O_RDONLY | O_DIRECTORY);
+    if (!opened)
+        return LockResult::failed;
+    if (!lockAtOnce(opened, LOCK_EX))
+        return errno == EWOULDBLOCK ? LockResult::held : LockResult::failed;
+    *this = File(opened.release());
     return LockResult::locked;
 }
 
@@ -134,12 +147,12 @@ long long File::size() const noexcept
     return ::fstat(descriptorOf(handle_), &status) == 0 ? static_cast<long long>(status.st_size) : -1;
 }
 
-bool File::truncate() noexcept
+bool File::truncate(long long size) noexcept
 {
     struct stat status = {};
     if (::fstat(descriptorOf(handle_), &status) != 0)
         return false;
-    return !S_ISREG(status.st_mode) || uninterrupted([&] { return ::ftruncate(descriptorOf(handle_), 0); }) == 0;
+    return !S_ISREG(status.st_mode) || uninterrupted([&] { return ::ftruncate(descriptorOf(handle_), size); }) == 0;
 }
 
 bool File::sync() noexcept

@@ -20,6 +20,21 @@ HANDLE openForReading(const std::string& path, DWORD share) noexcept
     return INVALID_HANDLE_VALUE;
 }
 
+// Empty where there is no such folder.
+std::wstring lockNameOf(const std::string& folder)
+{
+    const Handle opened(::CreateFileW(systemPath(folder).c_str(), FILE_READ_ATTRIBUTES, shareAll, nullptr,
+                                      OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    BY_HANDLE_FILE_INFORMATION information = {};
+    if (!opened || ::GetFileInformationByHandle(opened.get(), &information) == 0 ||
+        !isFolder(information.dwFileAttributes))
+        return {};
+    std::wstring name = L"Global\\velk-folder";
+    for (const DWORD part : {information.dwVolumeSerialNumber, information.nFileIndexHigh, information.nFileIndexLow})
+        name += L'-' + std::to_wstring(part);
+    return name;
+}
+
 }  // namespace
 
 File File::open(const std::string& path, Mode mode) noexcept
@@ -34,10 +49,31 @@ File::LockResult File::openLocked(const std::string& path, Lock lock) noexcept
     // An open file is locked here: nobody else may open it in a way that it is not shared for.
     const DWORD share = lock == Lock::exclusive ? 0 : FILE_SHARE_READ;
     File file(numberOf(lock == Lock::shared ? openForReading(path, share)
-                                            : openFile(path, GENERIC_WRITE, share, OPEN_ALWAYS)));
+                                            : openFile(path, GENERIC_READ | GENERIC_WRITE, share, OPEN_ALWAYS)));
+    if (!file.isOpen() && lock != Lock::shared && ::GetLastError() == ERROR_ACCESS_DENIED)
+        file = File(numberOf(openFile(path, GENERIC_WRITE, share, OPEN_ALWAYS)));
     if (!file.isOpen())
         return ::GetLastError() == ERROR_SHARING_VIOLATION ? LockResult::held : LockResult::failed;
     *this = std::move(file);
+    return LockResult::locked;
+}
+
+// An open folder that is not shared could not be listed by anybody. So the lock is an object of the system that bears
+// the folder's identity, and exists for as long as somebody has a handle of it.
+File::LockResult File::lockFolder(const std::string& folder) noexcept
+{
+    const std::wstring name = guarded([&] { return lockNameOf(folder); }, std::wstring());
+    if (name.empty())
+        return LockResult::failed;
+    ::SetLastError(ERROR_SUCCESS);
+    const HANDLE event = ::CreateEventW(nullptr, TRUE, FALSE, name.c_str());
+    const DWORD error = ::GetLastError();
+    if (event == nullptr)  // denied: it is another user's
+        return error == ERROR_ACCESS_DENIED ? LockResult::held : LockResult::failed;
+    File lock(numberOf(event));
+    if (error == ERROR_ALREADY_EXISTS)
+        return LockResult::held;
+    *this = std::move(lock);
     return LockResult::locked;
 }
 
@@ -98,11 +134,11 @@ long long File::size() const noexcept
     return ::GetFileSizeEx(handleOf(handle_), &size) != 0 ? size.QuadPart : -1;
 }
 
-bool File::truncate() noexcept
+bool File::truncate(long long size) noexcept
 {
     if (::GetFileType(handleOf(handle_)) != FILE_TYPE_DISK)
         return true;
-    return seek(0) && ::SetEndOfFile(handleOf(handle_)) != 0;
+    return seek(size) && ::SetEndOfFile(handleOf(handle_)) != 0;
 }
 
 bool File::sync() noexcept

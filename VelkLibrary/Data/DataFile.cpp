@@ -2,6 +2,9 @@
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/LockingFStream.h>
+#include <VelkCommon/Files/Overwriting.h>
+#include <VelkCommon/Files/PathUtils.h>
+#include <VelkCommon/Files/SHA1.h>
 #include <VelkCommon/Platform/Process.h>
 #include <VelkCommon/Reporting/MessagingSystem.h>
 #include <VelkCommon/Text/StringConvert.h>
@@ -50,6 +53,14 @@ std::string readWhole(const fileString& path)
     return text;
 }
 
+// What was in a file that is written although it cannot be replaced. In this user's own folder, for nobody else has to
+// do with it.
+fileString backupOf(const fileString& path)
+{
+    const std::string name = SHA1::bytesToSHA1Hex(path.utf8()).substr(0, 16);
+    return PathUtils::getObject().getUserDatabasePath() / fileString("unfinished-" + name + ".backup");
+}
+
 // The file is in place by now. Where the system refuses these rights, other users cannot change the file, but
 // it was written all the same.
 void giveEveryoneAccess(const fileString& path)
@@ -75,6 +86,7 @@ DataFileResult readDataFile(const fileString& path, const std::function<void(con
         throwIfMemoryRanOut();
         return {DataFileFault::Missing, {}, {}};
     }
+    Velk::recoverOverwritten(path, backupOf(path));
     try {
         const JsonNode document = json::read(readWhole(path));
         const auto* const root = boost::any_cast<JsonObject>(document.get());
@@ -93,9 +105,13 @@ DataFileResult writeDataFile(const fileString& path, const std::function<json_wr
 {
     try {
         const json_writer::Object root = document();
-        if (FileUtils::pathExists(path) && !FileUtils::canReplaceFile(path))
-            return {DataFileFault::MayNotBeReplaced, {}, {}};
-        json_writer::write_file(StringConvert::toStdUtf8String(path), root);
+        const bool exists = FileUtils::pathExists(path);
+        if (exists && !FileUtils::canWriteFile(path))
+            return {DataFileFault::MayNotBeWritten, {}, {}};
+        if (!exists || FileUtils::canReplaceFile(path))
+            json_writer::write_file(StringConvert::toStdUtf8String(path), root);
+        else if (!Velk::overwriteFile(path, json_writer::to_text(root), backupOf(path)))
+            return {DataFileFault::NotWritten, {}, {}};
     } catch (const std::out_of_range&) {
         return {DataFileFault::NotRepresentable, {}, {}};
     } catch (const std::runtime_error&) {

@@ -14,9 +14,9 @@ enum class DataFileFault {
     Unreadable,        ///< the file cannot be opened or read, or is larger than any data file (128 MiB)
     NotAnObject,       ///< the text is not a JSON object, and so perhaps some other file
     WrongMember,       ///< a member is not what it has to be, or a required one is missing
-    MayNotBeReplaced,  ///< this user may not put another file in the place of the existing one
+    MayNotBeWritten,   ///< this user may not write the existing file, or somebody else holds it
     NotRepresentable,  ///< a number to be written has more than 32 bits, which no reader accepts
-    NotWritten         ///< writing failed, as on a full disk; an existing file is as it was
+    NotWritten         ///< writing failed, as on a full disk; an existing file has what it had
 };
 
 /// What a member of a data file has to be.

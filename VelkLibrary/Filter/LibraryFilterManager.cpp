@@ -63,7 +63,7 @@ bool writeOrReport(const fileString& path, Content content)
     try {
         const FilterFile& file = content();
         const Library::DataFileResult writing = file.write(path);
-        if (writing.fault == Library::DataFileFault::MayNotBeReplaced)
+        if (writing.fault == Library::DataFileFault::MayNotBeWritten)
             Library::detail::reportUnwritable(path, places::filterFileUnwritable);
         else if (!writing)
             reportWriteFault();

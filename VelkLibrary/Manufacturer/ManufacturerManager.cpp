@@ -134,8 +134,7 @@ void ManufacturerManager::manageManufacturerData() const
 void ManufacturerManager::checkWriteDataFile()
 {
     const fileString path = dataFile();
-    const bool writable = FileUtils::pathExists(path) ? FileUtils::canReplaceFile(path) : FileUtils::canWriteFile(path);
-    if (!writable)
+    if (!FileUtils::canWriteFile(path))
         Library::detail::reportUnwritable(path, Library::detail::places::manufacturerFileCheck);
 }
 
@@ -156,7 +155,7 @@ DataFileResult ManufacturerManager::writeDataFile() const
     try {
         const fileString path = dataFile();
         DataFileResult writing = file_.write(path);
-        if (writing.fault == DataFileFault::MayNotBeReplaced)
+        if (writing.fault == DataFileFault::MayNotBeWritten)
             Library::detail::reportUnwritable(path, Library::detail::places::manufacturerFileWrite);
         return writing;
     } catch (...) {  // out of memory: the old file stays

@@ -57,7 +57,7 @@ public:
     /// differ from those held here (the fax does not count) get the current time as their last change, in
     /// `cards` too; new cards keep theirs.
     void saveModifiedManufacturers(std::map<long, Manufacturer>& cards, const std::u32string& defaultText);
-    /// Writes the data file. The user is told when the file may not be replaced; other faults are not reported.
+    /// Writes the data file. The user is told when the file may not be written; other faults are not reported.
     void manageManufacturerData() const;
     /// Tells the user when the data file cannot be written. Writes no file, but makes the folder when it is
     /// missing.

@@ -44,6 +44,18 @@ namespace {
 
 constexpr int messageMilliseconds = 8'000;
 
+bool holds(const BrowsedLibrary* library, const LibraryPlace& place)
+{
+    return library != nullptr &&
+           place.index < (place.isFolder ? library->catalog->folders.size() : library->catalog->items.size());
+}
+
+/// The unique id of an item; empty for a folder, and for a place that the library does not have.
+std::string idOf(const BrowsedLibrary* library, const LibraryPlace& place)
+{
+    return holds(library, place) && !place.isFolder ? library->catalog->items[place.index].uniqueId : std::string();
+}
+
 }  // namespace
 
 BrowserWindow::BrowserWindow(BrowserOptions options, QWidget* parent)
@@ -105,6 +117,7 @@ void BrowserWindow::buildSearch()
         if (pages_->currentWidget() == search_)
             search_->view()->setFocus();
     });
+    search_->runner().setSource([this] { return searchedLibraries(); });
     connect(search_, &SearchPane::shown, this, &BrowserWindow::showPage);
     connect(search_, &SearchPane::selected, this, &BrowserWindow::showPlace);
     connect(search_, &SearchPane::activated, this,
@@ -229,59 +242,89 @@ void BrowserWindow::buildManufacturers()
 
 void BrowserWindow::connectShown()
 {
-    connect(shown_, &ShownLibraries::changed, this, &BrowserWindow::librariesChanged);
+    connect(shown_, &ShownLibraries::changed, this, &BrowserWindow::shownChanged);
     connect(shown_, &ShownLibraries::told, this, &BrowserWindow::showMessage);
 }
 
 void BrowserWindow::connectLoader()
 {
-    connect(&loader_, &LibraryLoader::libraryRead, this, &BrowserWindow::takeLibrary);
-    connect(&loader_, &LibraryLoader::libraryFailed, this, [this](const fileString& path, const QString& reason) {
-        model_.removeLibrary(path);
-        librariesChanged();
-        showMessage(tr("“%1” %2").arg(qtText(path.stem().utf8()), reason));
-    });
+    connect(&loader_, &LibraryLoader::arrived, this, &BrowserWindow::takeLibraries);
     connect(&loader_, &LibraryLoader::finished, this, &BrowserWindow::librariesRead);
 }
 
-// While a new version of a library is read, the old one stays in the tree.
-void BrowserWindow::takeLibrary(const BrowsedLibrary& library)
+void BrowserWindow::takeLibraries(const std::vector<LibraryArrival>& arrivals)
 {
-    const BrowsedLibrary* const known = model_.library(library.path);
-    if (library.order == nullptr && known != nullptr && known->order != nullptr)
+    std::set<fileString> paths;
+    for (const LibraryArrival& arrival : arrivals)
+        if (model_.isNews(arrival.library))
+            paths.insert(arrival.library.path);
+    if (paths.empty())
         return;
-    const TreeState state(*tree_, model_, library.path);
-    const bool isHitShown =
-        pages_->currentWidget() == search_ && shownPlace_ && shownPlace_->library == library.path && known != nullptr;
-    const std::string hit =
-        isHitShown && !shownPlace_->isFolder ? known->catalog->items[shownPlace_->index].uniqueId : std::string();
-    BrowsedLibrary replaced = known != nullptr ? *known : BrowsedLibrary();
-    model_.setLibrary(library);
-    state.restore();
-    if (library.order != nullptr)
-        state_->restoreLibrary(library.path);
+    const bool isHitShown = pages_->currentWidget() == search_ && shownPlace_ && paths.contains(shownPlace_->library);
+    const std::string hit = isHitShown ? idOf(model_.library(shownPlace_->library), *shownPlace_) : std::string();
+    replaceLibraries(arrivals, paths);
     if (isHitShown)
-        showPlace(model_.itemNamed(library.path, hit));
+        showPlace(model_.itemNamed(shownPlace_->library, hit));
     librariesChanged();
-    loader_.release(std::move(replaced));
-    if (library.order != nullptr && imported_ == library.path) {
-        imported_.reset();
-        if (model_.isShown(library))
-            reveal({library.path, true, 0});
-        else
-            shown_->tellHidden(qtText(library.path.stem().utf8()));
-    }
+    for (const auto& [library, failure] : arrivals)
+        if (!failure.isEmpty())
+            showMessage(tr("“%1” %2").arg(qtText(library.path.stem().utf8()), failure));
+    if (imported_ && paths.contains(*imported_))
+        showImported();
+}
+
+// Folders are opened while the view has yet to see its new rows: it looks at them once, however many are opened.
+void BrowserWindow::replaceLibraries(const std::vector<LibraryArrival>& arrivals, const std::set<fileString>& paths)
+{
+    const TreeState state(*tree_, model_, paths);
+    loader_.release(model_.take(arrivals));
+    const auto isComplete = [this](const fileString& path) {
+        const BrowsedLibrary* const library = model_.library(path);
+        return library != nullptr && library->order != nullptr;
+    };
+    for (const fileString& path : paths)
+        if (isComplete(path))
+            state_->openFolders(path);
+    state.restore();
+    for (const fileString& path : paths)
+        if (isComplete(path))
+            state_->selectCurrent(path);
+}
+
+void BrowserWindow::showImported()
+{
+    const BrowsedLibrary* const library = model_.library(*imported_);
+    if (library == nullptr || library->order == nullptr)
+        return;
+    imported_.reset();
+    if (model_.isShown(*library))
+        reveal({library->path, true, 0});
+    else
+        shown_->tellHidden(qtText(library->path.stem().utf8()));
+}
+
+SearchedLibraries BrowserWindow::searchedLibraries() const
+{
+    SearchedLibraries searched;
+    for (const auto& [path, library] : model_.libraries())
+        if (library.order != nullptr) {
+            searched.libraries.push_back({path, library.catalog});
+            searched.leftOut.push_back(!model_.isShown(library));
+        }
+    return searched;
 }
 
 void BrowserWindow::librariesChanged()
 {
-    std::vector<BrowsedLibrary> searched;
-    for (const auto& [path, library] : model_.libraries())
-        if (library.order != nullptr && model_.isShown(library))
-            searched.push_back(library);
-    search_->runner().setLibraries(std::move(searched));
-    search_->runner().search(searchBox_->text());
+    search_->runner().librariesChanged();
     showPage();
+}
+
+// What a search under way would find is no longer asked for.
+void BrowserWindow::shownChanged()
+{
+    search_->runner().librariesChanged();
+    searchTextChanged(searchBox_->text());
 }
 
 void BrowserWindow::searchTextChanged(const QString& text)
@@ -338,8 +381,9 @@ void BrowserWindow::showSelected()
 
 void BrowserWindow::showPlace(const std::optional<LibraryPlace>& place)
 {
+    const BrowsedLibrary* const known = place ? model_.library(place->library) : nullptr;
+    const BrowsedLibrary* const library = place && holds(known, *place) ? known : nullptr;  // a hit may be outdated
     shownPlace_ = place;
-    const BrowsedLibrary* const library = place ? model_.library(place->library) : nullptr;
     details_->show(library, place.value_or(LibraryPlace()));
     manufacturer_->show(library == nullptr || place->isFolder ? nullptr : library->catalog, place ? place->index : 0);
     showInTree_->setEnabled(library != nullptr);

@@ -5,12 +5,14 @@
 #include "host/browser/tree/LibraryLoader.h"
 #include "host/browser/tree/LibraryTreeModel.h"
 #include "host/browser/tree/ThumbnailCache.h"
+#include "host/installation/LibrarySearch.h"
 
 #include <QMainWindow>
 #include <QString>
 
 #include <memory>
 #include <optional>
+#include <set>
 #include <vector>
 
 class QAction;
@@ -74,7 +76,11 @@ private:
     void connectShown();
     QWidget* leftSide();
     QWidget* rightSide();
-    void takeLibrary(const BrowsedLibrary& library);
+    void takeLibraries(const std::vector<LibraryArrival>& arrivals);
+    void replaceLibraries(const std::vector<LibraryArrival>& arrivals, const std::set<fileString>& paths);
+    void showImported();
+    SearchedLibraries searchedLibraries() const;
+    void shownChanged();
     void searchTextChanged(const QString& text);
     void librariesChanged();
     void showInTree();

@@ -29,19 +29,15 @@ QString joinedNames(const Catalog& catalog, std::size_t folder)
     return names.join(nameSeparator);
 }
 
-void appendOpenFolders(const QTreeView& tree, const LibraryTreeModel& model, const QModelIndex& parent,
-                       const fileString& library, QStringList& names)
+void appendOpenFolders(const QTreeView& tree, const LibraryTreeModel& model, const QModelIndex& index,
+                       QStringList& names)
 {
-    for (int row = 0; row < model.rowCount(parent) && names.size() < mostOpenFolders; ++row) {
-        const QModelIndex index = model.index(row, 0, parent);
-        if (!tree.isExpanded(index))
-            continue;
-        const std::optional<LibraryPlace> place = model.place(index);
-        if (!place || place->library != library)
-            continue;
-        names.append(joinedNames(*model.library(library)->catalog, place->index));
-        appendOpenFolders(tree, model, index, library, names);
-    }
+    const std::optional<LibraryPlace> place = tree.isExpanded(index) ? model.place(index) : std::nullopt;
+    if (!place || names.size() >= mostOpenFolders)
+        return;
+    names.append(joinedNames(*model.library(place->library)->catalog, place->index));
+    for (int row = 0; row < model.rowCount(index) && names.size() < mostOpenFolders; ++row)
+        appendOpenFolders(tree, model, model.index(row, 0, index), names);
 }
 
 }  // namespace
@@ -71,15 +67,23 @@ void WindowState::restoreWindow() const
     window_.shownLibraries()->kindMenu()->setHidden(hidden);
 }
 
-void WindowState::restoreLibrary(const fileString& library)
+void WindowState::openFolders(const fileString& library) const
+{
+    const auto kept = libraries_.find(library);
+    if (kept == libraries_.end())
+        return;
+    LibraryTreeModel& model = window_.model();
+    for (const QString& names : kept->second.openFolders)
+        if (const auto folder = model.folderNamed(library, names.split(nameSeparator)))
+            window_.tree()->expand(model.find(*folder));
+}
+
+void WindowState::selectCurrent(const fileString& library)
 {
     const auto node = libraries_.extract(library);
     if (node.empty())
         return;
     LibraryTreeModel& model = window_.model();
-    for (const QString& names : node.mapped().openFolders)
-        if (const auto folder = model.folderNamed(library, names.split(nameSeparator)))
-            window_.tree()->expand(model.find(*folder));
     const QString& current = node.mapped().current;
     std::optional<LibraryPlace> place;
     if (current.startsWith(itemMark))
@@ -125,7 +129,8 @@ WindowState::LibraryState WindowState::stateOf(const fileString& library) const
         return before->second;
     LibraryState state;
     const LibraryTreeModel& model = window_.model();
-    appendOpenFolders(*window_.tree(), model, {}, library, state.openFolders);
+    for (const QModelIndex& category : model.categories(library))
+        appendOpenFolders(*window_.tree(), model, category, state.openFolders);
     const std::optional<LibraryPlace> place = model.place(window_.tree()->currentIndex());
     if (place && place->library == library) {
         const Catalog& catalog = *model.library(library)->catalog;

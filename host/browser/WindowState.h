@@ -21,8 +21,10 @@ public:
 
     /// Puts the window into the state, except for its libraries.
     void restoreWindow() const;
-    /// Opens and selects in a library what was open and selected before; only the first time that it is read.
-    void restoreLibrary(const fileString& library);
+    /// Opens in a library what was open before; only the first time that it is read. Then selectCurrent() follows.
+    void openFolders(const fileString& library) const;
+    /// Selects in a library what was selected before, and forgets what was open and selected there.
+    void selectCurrent(const fileString& library);
 
     /// Writes the state that the window is in.
     void save() const;

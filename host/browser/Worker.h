@@ -6,6 +6,8 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
+#include <utility>
 
 namespace VelkHost {
 
@@ -28,6 +30,16 @@ public:
     /// Runs a job, which must not throw, on the thread, and then what it returns, if anything, on this object's
     /// thread.
     void run(std::function<Arrival()> job);
+
+    /// Frees something on the thread: what holds a million items takes its time.
+    template <typename Data>
+    void free(Data data)
+    {
+        run([data = std::make_shared<Data>(std::move(data))]() mutable -> Arrival {
+            data.reset();
+            return {};
+        });
+    }
 
     /// Drops the jobs that have not begun. The one that has begun still arrives.
     void drop();

@@ -1,6 +1,7 @@
 // The library browser in its own window.
 #include "host/browser/BrowserOptions.h"
 #include "host/browser/BrowserWindow.h"
+#include "host/browser/ExitLimit.h"
 #include "host/browser/StoredPreferences.h"
 #include "host/browser/language/HostTexts.h"
 #include "host/browser/language/Reasons.h"
@@ -23,6 +24,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <chrono>
 #include <cstdio>
 #include <exception>
 #include <memory>
@@ -32,6 +34,8 @@
 #include <vector>
 
 namespace {
+
+constexpr std::chrono::milliseconds endingPatience{500};  // with the workers of a window that is closed
 
 constexpr const char* examples = R"(Examples:
   velk-browser
@@ -141,6 +145,7 @@ int main(int argumentCount, char** arguments)
     QApplication application(argumentCount, arguments);
     QApplication::setApplicationName(QStringLiteral("velk-browser"));
     makeLinksReadable();
+    VelkHost::ExitLimit limit;  // first, since all that may end late is made after it
     const VelkHost::Translations translations(QString::fromStdString(line.language));
     const VelkHost::TemporaryFiles temporaryFiles(windowServices(line.options.home));
     try {
@@ -150,7 +155,9 @@ int main(int argumentCount, char** arguments)
         VelkHost::BrowserWindow window(line.options);
         window.show();
         window.readLibraries();
-        return QApplication::exec();
+        const int exitCode = QApplication::exec();
+        limit.start(exitCode, endingPatience);
+        return exitCode;
     } catch (const VelkHost::FileError& error) {
         return failed(error);
     } catch (const VelkHost::ServiceError& error) {

@@ -15,15 +15,16 @@ constexpr std::chrono::seconds patience{10};
 
 }  // namespace
 
-// Where no lock file can be made, no file can be replaced either: then the writing itself fails.
+// Where there is no lock of any kind, as on some network drives in a folder that may not be changed, all that is lost
+// is the order of two who write at the same time.
 FileLock lockFile(const fileString& file, const std::string& purpose, const std::stop_token& stop)
 {
-    const fileString path = absolutePath(file) + fileString(std::string(".lock"));
+    const fileString path = absolutePath(file);
     FileUtils::createDirectoriesWithPerm(path.parentPath());
-    FileLock lock(path, patience, purpose, stop);
+    FileLock lock = FileLock::ofFile(path, patience, purpose, stop);
     if (lock || !lock.isBusy())
         return lock;
-    const std::string holder = FileLock::holder(path);
+    const std::string holder = FileLock::holder(path + fileString(std::string(".lock")));
     throw DataError({"%1 is in use: %2", {file.utf8(), holder.empty() ? "another program changes it" : holder}},
                     "Try again when that has ended.");
 }

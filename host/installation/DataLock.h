@@ -14,8 +14,7 @@
 namespace VelkHost {
 
 /// Takes the lock of a shared file, whose folder is made when missing. Waits up to ten seconds for others. Throws
-/// DataError when one of them still has it then. Where no lock file can be made, the lock is not held; the file cannot
-/// be replaced there either, so that writing it fails.
+/// DataError when one of them still has it then. The lock is not held where the system has none.
 FileLock lockFile(const fileString& file, const std::string& purpose, const std::stop_token& stop = {});
 
 /// Takes the lock of all updates of the installation, so that they take turns.

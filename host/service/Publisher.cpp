@@ -18,6 +18,7 @@
 #include <map>
 #include <optional>
 #include <set>
+#include <vector>
 
 namespace VelkHost {
 namespace {
@@ -56,16 +57,19 @@ public:
         PublishReport report = compare();
         if (!oldName_.empty() && new_.sameContent(old_)) {
             report.edition = old_.edition;
+            if (const std::optional<SiteTable> earlier = edition(old_.previous))
+                removeUnused({oldName_, old_.previous}, {&*earlier, &old_});
             return report;
         }
         report.changed = true;
         report.edition = new_.edition = old_.edition + 1;
         new_.published = Library::getTimeNowString();
+        new_.previous = oldName_;
         const std::string text = tableText(new_);
         const std::string name = SHA1::bytesToSHA1Hex(text) + ".json";
         writeWhole(storedFile(site_, name), text);
         writeWhole(site_ / U"current", name + "\n");
-        removeUnused({name, oldName_});
+        removeUnused({name, oldName_}, {&old_, &new_});
         return report;
     }
 
@@ -162,10 +166,23 @@ private:
         return report;
     }
 
-    /// Clients may still read files of the previous edition. What cannot be removed now is removed next time.
-    void removeUnused(std::set<std::string> kept)
+    /// That of a table which is not in force any more: an empty one before the first, nothing where it cannot be known.
+    std::optional<SiteTable> edition(const std::string& table) const
     {
-        for (const SiteTable* table : {&old_, &new_}) {
+        if (old_.edition <= 1)
+            return SiteTable();
+        try {
+            return isStoredName(table) ? std::optional(readTable(site_, table)) : std::nullopt;
+        } catch (const FileError&) {
+            return std::nullopt;
+        }
+    }
+
+    /// Clients may still read files of the previous edition. What cannot be removed now, or was left by a publication
+    /// that was killed, is removed next time.
+    void removeUnused(std::set<std::string> kept, const std::vector<const SiteTable*>& tables) const
+    {
+        for (const SiteTable* table : tables) {
             for (const auto& [name, file] : table->libraries)
                 kept.insert(file.stored);
             for (const auto& [name, file] : table->logos)

@@ -67,6 +67,7 @@ public:
         SiteTable table;
         table.edition = number(root[QStringLiteral("edition")]);
         table.published = root[QStringLiteral("published")].toString().toStdString();
+        table.previous = root[QStringLiteral("previous")].toString().toStdString();
         table.libraries = files(root[QStringLiteral("libraries")]);
         table.logos = files(root[QStringLiteral("logos")]);
         if (root.contains(QStringLiteral("manufacturers")))
@@ -186,6 +187,8 @@ std::string tableText(const SiteTable& table)
                      {QStringLiteral("libraries"), toJson(table.libraries)},
                      {QStringLiteral("logos"), toJson(table.logos)},
                      {QStringLiteral("withdrawn"), toJson(table.withdrawn)}};
+    if (!table.previous.empty())
+        root.insert(QStringLiteral("previous"), qtText(table.previous));
     if (table.manufacturers)
         root.insert(QStringLiteral("manufacturers"), toJson(*table.manufacturers));
     QJsonObject companions;

@@ -31,6 +31,7 @@ struct SiteTable
 {
     std::uint64_t edition = 0;                     ///< counts up from 1
     std::string published;                         ///< when (UTC)
+    std::string previous;                          ///< the table before this one; empty for the first
     std::map<std::string, SiteFile> libraries;     ///< catalogs, archives and indexes by the name in requests
     std::map<std::string, SiteFile> logos;         ///< by relative name
     std::optional<SiteFile> manufacturers;         ///< the manufacturers' data

@@ -132,12 +132,17 @@ void inChild(const std::function<void()>& work)
 void asOrdinaryUser(const std::function<void()>& work)
 {
     inChild([&] {
-        if (::geteuid() == 0) {
-            ASSERT_EQ(::setgid(nobody), 0);
-            ASSERT_EQ(::setuid(nobody), 0);
-        }
+        becomeOrdinaryUser();
         work();
     });
+}
+
+void becomeOrdinaryUser()
+{
+    if (::geteuid() != 0)
+        return;
+    ASSERT_EQ(::setgid(nobody), 0);
+    ASSERT_EQ(::setuid(nobody), 0);
 }
 
 void limitFileSize(std::size_t bytes)

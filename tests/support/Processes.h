@@ -39,6 +39,9 @@ void inChild(const std::function<void()>& work);
 /// The same as a user without special rights, whoever runs the tests.
 void asOrdinaryUser(const std::function<void()>& work);
 
+/// From now on this process, which must be a child, has no special rights, whoever runs the tests.
+void becomeOrdinaryUser();
+
 /// From now on this process, which must be a child, cannot make a longer file than this, as on a full disk.
 void limitFileSize(std::size_t bytes);
 

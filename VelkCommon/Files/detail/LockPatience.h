@@ -1,6 +1,8 @@
 #pragma once
 
 #include <VelkCommon/Export.h>
+#include <VelkCommon/Files/fileString.h>
+#include <VelkCommon/Platform/File.h>
 
 #include <chrono>
 
@@ -14,5 +16,8 @@ std::chrono::milliseconds lockPatience() noexcept;
 
 /// Changes lockPatience(). For tests, which must not depend on how busy the machine is. Any thread.
 VELKCOMMON_EXPORT void setLockPatience(std::chrono::milliseconds patience) noexcept;
+
+/// Opens and locks the file; while somebody else holds it, tries again until lockPatience() is over.
+bool openLockedPatiently(Platform::File& file, const fileString& path, Platform::File::Lock lock);
 
 }  // namespace Velk::detail

@@ -83,8 +83,9 @@ const Value* findMember(const JsonObject& object, const MemberPlace& place)
 DataFileResult readDataFile(const fileString& path, const std::function<void(const JsonObject& root)>& readRoot);
 
 /// Replaces the file at `path` with the document that `document` makes, completely or not at all, and gives
-/// everyone full access to it. `document` may throw std::out_of_range for a number of more than 32 bits. May
-/// throw `std::bad_alloc`, which leaves the file as it was.
+/// everyone full access to it. In a folder where nothing can be replaced, the text goes into the file that is there;
+/// readDataFile() puts the old one back where this did not end. `document` may throw std::out_of_range for a number of
+/// more than 32 bits. May throw `std::bad_alloc`, which leaves the file as it was.
 DataFileResult writeDataFile(const fileString& path, const std::function<json_writer::Object()>& document);
 
 /// Tells the user that the file at `path` cannot be written, on behalf of `place`.

@@ -95,6 +95,13 @@ bool ShownLibraries::hidesAll() const
                                               [&](const auto& entry) { return model_.isShown(entry.second); });
 }
 
+bool ShownLibraries::hidesSome() const
+{
+    const auto& libraries = model_.libraries();
+    return std::any_of(libraries.begin(), libraries.end(),
+                       [&](const auto& entry) { return !model_.isShown(entry.second); });
+}
+
 void ShownLibraries::setSearchInVain(bool inVain)
 {
     searchInVain_ = inVain;
@@ -103,13 +110,10 @@ void ShownLibraries::setSearchInVain(bool inVain)
 
 void ShownLibraries::explain()
 {
-    const auto& libraries = model_.libraries();
-    const bool someHidden = std::any_of(libraries.begin(), libraries.end(),
-                                        [&](const auto& entry) { return !model_.isShown(entry.second); });
     page_->setText(tr("All libraries are hidden by %1.").arg(whatHides()));
     strip_->setText(hidesAll() ? tr("All libraries are hidden by %1.").arg(whatHides())
                                : tr("Some libraries were not searched: they are hidden by %1.").arg(whatHides()));
-    strip_->setVisible(searchInVain_ && someHidden);
+    strip_->setVisible(searchInVain_ && hidesSome());
 }
 
 QString ShownLibraries::whatHides() const

@@ -57,6 +57,7 @@ private:
     void showFilters();
     void apply();
     void tellMerge(const FilterMerge& merge);
+    bool hidesSome() const;
     void explain();
     QString whatHides() const;
 

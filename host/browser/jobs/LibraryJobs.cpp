@@ -21,10 +21,13 @@
 #include <QToolButton>
 #include <QUrl>
 
+#include <chrono>
 #include <utility>
 
 namespace VelkHost {
 namespace {
+
+constexpr std::chrono::milliseconds closingPatience{1'200};  // with a job that is to end
 
 QAction* newAction(QObject* parent, const char* objectName, const QKeySequence& shortcut)
 {
@@ -68,6 +71,12 @@ LibraryJobs::LibraryJobs(QMainWindow& window)
     connect(update_, &QAction::triggered, this, &LibraryJobs::checkForUpdates);
     connect(cancel_, &QAction::triggered, this, &LibraryJobs::cancel);
     connect(errorLog_, &QToolButton::clicked, this, &LibraryJobs::openErrorLog);
+    closing_.setSingleShot(true);
+    closing_.setInterval(closingPatience);
+    connect(&closing_, &QTimer::timeout, this, [this] {
+        hasWaited_ = true;
+        window_.close();
+    });
     retranslate();
     enableActions();
 }
@@ -119,14 +128,15 @@ void LibraryJobs::cancel()
     panel_->onSetText(tr("Cancelling…").toStdString());
 }
 
-// The job ends first, then the window.
+// The job ends first, then the window; but the user does not wait longer than a moment.
 bool LibraryJobs::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::LanguageChange)
         retranslate();
-    if (event->type() != QEvent::Close || !isRunning())
+    if (event->type() != QEvent::Close || !isRunning() || hasWaited_)
         return QObject::eventFilter(watched, event);
-    closing_ = true;
+    if (!closing_.isActive())
+        closing_.start();
     cancel();
     event->ignore();
     return true;
@@ -212,7 +222,10 @@ void LibraryJobs::end(const JobOutcome& outcome)
     window_.statusBar()->showMessage(outcome.message);
     errorLog_->setVisible(outcome.hasLogged);
     Q_EMIT runningChanged(false);
-    if (std::exchange(closing_, false))
+    hasWaited_ = false;
+    const bool closes = closing_.isActive();
+    closing_.stop();
+    if (closes)
         window_.close();
     else if (!outcome.problems.isEmpty())
         showProblems(outcome.problems);

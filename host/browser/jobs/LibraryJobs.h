@@ -10,6 +10,7 @@
 #include <QPointer>
 #include <QString>
 #include <QStringList>
+#include <QTimer>
 
 #include <memory>
 #include <vector>
@@ -22,8 +23,8 @@ class QToolButton;
 namespace VelkHost {
 
 /// The jobs of the browser's window, one at a time: their actions, the progress panel with its cancel button
-/// below the QSplitter "libMainSplitter", and the outcome in the status bar. While a job runs, the window
-/// closes only after the job was cancelled and has ended.
+/// below the QSplitter "libMainSplitter", and the outcome in the status bar. A window that is closed while a job runs
+/// cancels the job and closes when that has ended, or after a moment: the unpacking of a library cannot be stopped.
 class LibraryJobs : public QObject
 {
     Q_OBJECT
@@ -79,7 +80,8 @@ private:
     QPointer<LibraryProgressPanel> panel_;
     std::unique_ptr<LibraryJob> job_;
     bool asking_ = false;
-    bool closing_ = false;
+    QTimer closing_;          ///< runs while the window, which the user has closed, waits for the job
+    bool hasWaited_ = false;  ///< long enough: the window closes before the job has ended
 };
 
 }  // namespace VelkHost

@@ -95,7 +95,7 @@ void SearchPane::connectAll()
 void SearchPane::clear()
 {
     if (model_.outcome() != nullptr)
-        model_.setOutcome(nullptr);
+        runner_.release(model_.setOutcome(nullptr));
 }
 
 bool SearchPane::isInVain() const
@@ -116,7 +116,7 @@ void SearchPane::setExplained(bool explained)
 
 void SearchPane::showOutcome(const std::shared_ptr<const SearchOutcome>& outcome)
 {
-    model_.setOutcome(outcome);
+    runner_.release(model_.setOutcome(outcome));
     for (int group = 0; group < model_.rowCount(); ++group) {
         const QModelIndex index = model_.index(group, 0);
         view_->setExpanded(index, group == 0 || static_cast<std::size_t>(model_.rowCount(index)) <= mostExpanded);

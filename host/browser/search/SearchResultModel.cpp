@@ -50,14 +50,15 @@ void SearchResultModel::setPictureSide(int side)
     pictureSide_ = side;
 }
 
-void SearchResultModel::setOutcome(std::shared_ptr<const SearchOutcome> outcome)
+std::shared_ptr<const SearchOutcome> SearchResultModel::setOutcome(std::shared_ptr<const SearchOutcome> outcome)
 {
     beginResetModel();
-    outcome_ = std::move(outcome);
+    std::shared_ptr<const SearchOutcome> before = std::exchange(outcome_, std::move(outcome));
     lowerTerms_.clear();
     if (outcome_ != nullptr)
         lowerTerms_ = lowerTerms(outcome_->info);
     endResetModel();
+    return before;
 }
 
 std::optional<LibraryPlace> SearchResultModel::place(const QModelIndex& index) const

@@ -24,8 +24,8 @@ public:
     /// The side of the pictures, in the screen's pixels.
     void setPictureSide(int side);
 
-    /// Shows an outcome; nothing when it is null.
-    void setOutcome(std::shared_ptr<const SearchOutcome> outcome);
+    /// Shows an outcome; nothing when it is null. Returns the one that was shown before.
+    std::shared_ptr<const SearchOutcome> setOutcome(std::shared_ptr<const SearchOutcome> outcome);
     const SearchOutcome* outcome() const { return outcome_.get(); }
 
     /// The place that a row stands for; empty for groups.

@@ -3,23 +3,12 @@
 #include <utility>
 
 namespace VelkHost {
-namespace {
-
-LibrarySet librarySet(const std::vector<BrowsedLibrary>& libraries)
-{
-    LibrarySet set;
-    for (const BrowsedLibrary& library : libraries)
-        set.loaded.push_back({library.path, library.catalog});
-    return set;
-}
-
-}  // namespace
 
 SearchRunner::SearchRunner(QObject* parent) : QObject(parent)
 {
     pause_.setSingleShot(true);
     pause_.setInterval(pauseMilliseconds);
-    connect(&pause_, &QTimer::timeout, this, &SearchRunner::start);
+    connect(&pause_, &QTimer::timeout, this, &SearchRunner::catchUp);
 }
 
 SearchRunner::~SearchRunner()
@@ -27,24 +16,46 @@ SearchRunner::~SearchRunner()
     cancel();
 }
 
-void SearchRunner::setLibraries(std::vector<BrowsedLibrary> libraries)
+void SearchRunner::setSource(Source source)
 {
-    libraries_ = std::move(libraries);
+    source_ = std::move(source);
+}
+
+void SearchRunner::librariesChanged()
+{
+    release(std::exchange(libraries_, nullptr));
+    isOutdated_ = true;
+    if (isAnswered_)
+        pause_.start();
 }
 
 void SearchRunner::search(const QString& text)
 {
     cancel();
     text_ = text;
-    if (!text.trimmed().isEmpty())
+    isAnswered_ = text.trimmed().isEmpty();
+    if (!isAnswered_)
+        start();
+    else if (isOutdated_)
         pause_.start();
 }
 
-void SearchRunner::searchNow(const QString& text)
+/// Searches in the libraries as they are now; where nothing is searched for, makes them ready for the first key.
+void SearchRunner::catchUp()
 {
-    search(text);
-    if (pause_.isActive())
-        start();
+    if (!text_.trimmed().isEmpty())
+        return start();
+    isOutdated_ = false;
+    worker_.run([index = index_, libraries = libraries()]() -> Worker::Arrival {
+        index->setLibraries(libraries->libraries);
+        return {};
+    });
+}
+
+void SearchRunner::release(std::shared_ptr<const void> data)
+{
+    if (data != nullptr)
+        worker_.free(std::move(data));
 }
 
 void SearchRunner::cancel()
@@ -56,20 +67,38 @@ void SearchRunner::cancel()
 
 void SearchRunner::start()
 {
-    pause_.stop();
+    cancel();
     stop_ = std::stop_source();
-    worker_.run([this, text = text_, libraries = librarySet(libraries_),
-                 stop = stop_.get_token()]() -> Worker::Arrival {
+    isOutdated_ = false;
+    worker_.run([this, text = text_, libraries = libraries(), stop = stop_.get_token()]() -> Worker::Arrival {
         SearchRequest request;
         request.text = text.toStdString();
         Library::Search::Info info = searchInfo(request);
-        SearchResult result = runSearch(libraries, request, info, stop);
+        index_->setLibraries(libraries->libraries);
+        SearchResult result = searchIndex(index_->state(), request, info, libraries->leftOut, stop);
         auto outcome = std::make_shared<const SearchOutcome>(SearchOutcome{text, std::move(info), std::move(result)});
-        return [this, outcome, stop] {
-            if (!stop.stop_requested())
-                Q_EMIT found(outcome);
+        return [this, outcome = std::move(outcome), stop]() mutable {
+            if (stop.stop_requested())
+                release(std::move(outcome));
+            else
+                take(std::move(outcome));
         };
     });
+}
+
+void SearchRunner::take(std::shared_ptr<const SearchOutcome> outcome)
+{
+    isAnswered_ = true;
+    Q_EMIT found(outcome);
+    if (isOutdated_ && !pause_.isActive() && isAnswered_)
+        pause_.start();
+}
+
+std::shared_ptr<const SearchedLibraries> SearchRunner::libraries()
+{
+    if (libraries_ == nullptr)
+        libraries_ = std::make_shared<const SearchedLibraries>(source_ ? source_() : SearchedLibraries());
+    return libraries_;
 }
 
 }  // namespace VelkHost

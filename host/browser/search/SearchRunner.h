@@ -1,8 +1,8 @@
 #pragma once
 
 #include "host/browser/Worker.h"
-#include "host/browser/tree/LibraryLoader.h"
 #include "host/installation/IndexSearch.h"
+#include "host/installation/SearchIndex.h"
 
 #include <VelkLibrary/Search/Info.h>
 
@@ -10,6 +10,7 @@
 #include <QString>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
 #include <stop_token>
 #include <vector>
@@ -24,8 +25,15 @@ struct SearchOutcome
     SearchResult result;
 };
 
-/// Searches in the background while the user types: a search begins a moment after the last key, and the
-/// next key ends it. Used on the user-interface thread only.
+/// The libraries that can be searched.
+struct SearchedLibraries
+{
+    std::vector<LoadedLibrary> libraries;
+    std::vector<bool> leftOut;  ///< for each of them: the user has hidden it
+};
+
+/// Searches in the background while the user types: each key begins a search, and the next key ends it. The libraries
+/// are made ready for that when they have not changed for a moment. Used on the user-interface thread only.
 class SearchRunner : public QObject
 {
     Q_OBJECT
@@ -34,15 +42,21 @@ public:
     explicit SearchRunner(QObject* parent = nullptr);
     ~SearchRunner() override;
 
-    /// Sets the libraries for the searches that follow.
-    void setLibraries(std::vector<BrowsedLibrary> libraries);
+    using Source = std::function<SearchedLibraries()>;
+    /// Sets what tells the libraries to search in. It is asked when a search begins, and not again before
+    /// librariesChanged().
+    void setSource(Source source);
+    /// The source tells other libraries than before. The last text is searched for again, once they have not changed
+    /// for a moment. A search under way goes on, so that its user gets an answer while libraries keep arriving.
+    void librariesChanged();
 
-    /// Searches for a text soon, and drops any earlier search. An empty text only drops that.
+    /// Searches for a text, and drops any earlier search. An empty text only drops that.
     void search(const QString& text);
-    /// Searches at once, without the pause.
-    void searchNow(const QString& text);
 
-    /// The pause in typing after which a search begins.
+    /// Frees an outcome, or something like it, in the background: it may be the last that holds a library.
+    void release(std::shared_ptr<const void> data);
+
+    /// How long libraries must not have changed before they are made ready, and searched again.
     static constexpr int pauseMilliseconds = 120;
 
 Q_SIGNALS:
@@ -52,8 +66,15 @@ Q_SIGNALS:
 private:
     void cancel();
     void start();
+    void catchUp();
+    void take(std::shared_ptr<const SearchOutcome> outcome);
+    std::shared_ptr<const SearchedLibraries> libraries();
 
-    std::vector<BrowsedLibrary> libraries_;
+    Source source_;
+    std::shared_ptr<const SearchedLibraries> libraries_;  // what the source told; null when it is to be asked
+    const std::shared_ptr<SearchIndex> index_ = std::make_shared<SearchIndex>();
+    bool isAnswered_ = true;   // whether a search for the last text has ended
+    bool isOutdated_ = false;  // whether that search knows other libraries than the source
     QString text_;
     QTimer pause_;
     std::stop_source stop_;

@@ -5,42 +5,75 @@
 #include "host/catalog/CatalogFile.h"
 #include "host/support/FileError.h"
 
+#include <VelkCommon/Files/FileUtils.h>
+
+#include <algorithm>
+#include <iterator>
 #include <shared_mutex>
 #include <utility>
 
 namespace VelkHost {
+namespace {
 
-LibraryLoader::LibraryLoader(QObject* parent) : QObject(parent) {}
+constexpr int gatherMilliseconds = 50;
+constexpr int smallLibraryBytes = 256 * 1024;
+
+/// Whether reading all names of a library takes hardly longer than reading its outline.
+bool isSmall(const fileString& library)
+{
+    const std::shared_lock reading(installedFiles());
+    return FileUtils::fileSize(library) <= smallLibraryBytes;
+}
+
+}  // namespace
+
+LibraryLoader::LibraryLoader(QObject* parent) : QObject(parent)
+{
+    pause_.setSingleShot(true);
+    connect(&pause_, &QTimer::timeout, this, &LibraryLoader::deliver);
+}
 
 LibraryLoader::~LibraryLoader()
 {
+    isStopped_ = true;
     worker_.drop();
 }
 
-void LibraryLoader::read(const std::vector<fileString>& files)
+void LibraryLoader::read(std::vector<fileString> files)
 {
-    ++batches_;
-    for (const bool complete : {false, true})
-        for (const fileString& file : files)
-            worker_.run([this, file, complete] { return readOne(file, complete); });
-    worker_.run([this]() -> Worker::Arrival {
+    ++readings_;
+    worker_.run([this, files = std::move(files)]() -> Worker::Arrival {
+        readAll(files);
         return [this] {
-            if (--batches_ == 0)
-                Q_EMIT finished();
+            ++endedReadings_;
+            hurry();
         };
     });
 }
 
-void LibraryLoader::release(BrowsedLibrary library)
+void LibraryLoader::release(std::vector<BrowsedLibrary> libraries)
 {
-    worker_.run([library = std::move(library)]() mutable -> Worker::Arrival {
-        library = BrowsedLibrary();
-        return {};
-    });
+    if (!libraries.empty())
+        worker_.free(std::move(libraries));
 }
 
-// On the worker.
-Worker::Arrival LibraryLoader::readOne(const fileString& path, bool complete)
+// On the worker. The user sees the large libraries' categories before waiting for their items.
+void LibraryLoader::readAll(const std::vector<fileString>& files)
+{
+    std::vector<fileString> large;
+    for (const fileString& file : files)
+        if (!isStopped_ && !readOne(file, isSmall(file)))
+            large.push_back(file);
+    if (large.empty())
+        return;
+    QMetaObject::invokeMethod(this, &LibraryLoader::hurry, Qt::QueuedConnection);
+    for (const fileString& file : large)
+        if (!isStopped_)
+            readOne(file, true);
+}
+
+/// Whether that was all to be had of the library.
+bool LibraryLoader::readOne(const fileString& path, bool complete)
 {
     try {
         BrowsedLibrary library{path, nullptr, nullptr};
@@ -51,12 +84,74 @@ Worker::Arrival LibraryLoader::readOne(const fileString& path, bool complete)
         }
         if (complete)
             library.order = std::make_shared<const CatalogOrder>(*library.catalog);
-        return [this, library] { Q_EMIT libraryRead(library); };
+        put({std::move(library), {}});
+        return complete;
     } catch (const FileError& error) {
-        if (!complete)
-            return {};  // the failure is told once, by the complete reading
-        return [this, path, reason = translated(error.why())] { Q_EMIT libraryFailed(path, reason); };
+        put({{path, nullptr, nullptr}, translated(error.why())});
+        return true;
     }
+}
+
+void LibraryLoader::put(LibraryArrival arrival)
+{
+    const std::lock_guard lock(mutex_);
+    read_.push_back(std::move(arrival));
+    if (read_.size() == 1)
+        QMetaObject::invokeMethod(this, &LibraryLoader::gather, Qt::QueuedConnection);
+}
+
+// On the user-interface thread again.
+void LibraryLoader::gather()
+{
+    if (!pause_.isActive())
+        pause_.start(gatherMilliseconds);
+}
+
+/// What has been read is all for now, so it comes at once; unless there has been much of that lately, as when an
+/// update replaces one library after the other.
+void LibraryLoader::hurry()
+{
+    const QDeadlineTimer& earliest = earliest_.front();
+    if (earliest.hasExpired())
+        deliver();
+    else if (const auto rest = static_cast<int>(earliest.remainingTime());
+             !pause_.isActive() || pause_.remainingTime() > rest)
+        pause_.start(rest);
+}
+
+void LibraryLoader::deliver()
+{
+    pause_.stop();
+    const int ended = endedReadings_;
+    std::vector<LibraryArrival> arrivals = takeSome();
+    const bool mayBeMore = arrivals.size() == mostAtOnce;
+    if (!arrivals.empty()) {
+        Q_EMIT arrived(arrivals);
+        worker_.free(std::move(arrivals));  // one may have replaced another
+        earliest_.front() = std::exchange(earliest_.back(), QDeadlineTimer(2 * gatherMilliseconds));
+    }
+    if (mayBeMore) {
+        pause_.start(0);
+        return;
+    }
+    endedReadings_ -= ended;
+    readings_ -= ended;
+    if (ended > 0 && readings_ == 0)
+        Q_EMIT finished();
+}
+
+std::vector<LibraryArrival> LibraryLoader::takeSome()
+{
+    const std::lock_guard lock(mutex_);
+    std::vector<LibraryArrival> taken;
+    if (read_.size() <= mostAtOnce) {
+        taken.swap(read_);
+        return taken;
+    }
+    const auto end = read_.begin() + static_cast<std::ptrdiff_t>(mostAtOnce);
+    taken.assign(std::make_move_iterator(read_.begin()), std::make_move_iterator(end));
+    read_.erase(read_.begin(), end);
+    return taken;
 }
 
 }  // namespace VelkHost

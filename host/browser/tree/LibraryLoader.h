@@ -6,10 +6,16 @@
 
 #include <VelkCommon/Files/fileString.h>
 
+#include <QDeadlineTimer>
 #include <QObject>
 #include <QString>
+#include <QTimer>
 
+#include <array>
+#include <atomic>
+#include <cstddef>
 #include <memory>
+#include <mutex>
 #include <vector>
 
 namespace VelkHost {
@@ -22,8 +28,16 @@ struct BrowsedLibrary
     std::shared_ptr<const CatalogOrder> order;  ///< null while only the outline is read
 };
 
-/// Reads libraries in the background: first the outlines of all, which takes moments whatever their size,
-/// then their items. The signals come on this object's thread.
+/// What became of a file that was to be read.
+struct LibraryArrival
+{
+    BrowsedLibrary library;  ///< only its path when it cannot be read
+    QString failure;         ///< why it cannot be read, a sentence for people without its subject; empty otherwise
+};
+
+/// Reads libraries in the background: first the outlines of the large ones, which takes moments whatever their size,
+/// then their items. What has been read is gathered for a moment, since taking over many libraries at once costs hardly
+/// more than taking over one. The signals come on this object's thread.
 class LibraryLoader : public QObject
 {
     Q_OBJECT
@@ -34,27 +48,43 @@ public:
     ~LibraryLoader() override;
 
     /// Reads these catalog files, in this order, after those that were asked for before.
-    void read(const std::vector<fileString>& files);
+    void read(std::vector<fileString> files);
 
     /// Whether anything that was asked for is still to come.
-    bool isReading() const { return batches_ > 0; }
+    bool isReading() const { return readings_ > 0; }
 
-    /// Frees a library in the background: a million items take their time.
-    void release(BrowsedLibrary library);
+    /// Frees libraries in the background: a million items take their time.
+    void release(std::vector<BrowsedLibrary> libraries);
+
+    /// The most arrivals that come at once. The rest comes after other events have had their turn.
+    static constexpr std::size_t mostAtOnce = 500;
 
 Q_SIGNALS:
-    /// Twice for each library that can be read: with its outline, and complete.
-    void libraryRead(const VelkHost::BrowsedLibrary& library);
-    /// Once for each library that cannot be read; `reason` is a sentence for people without its subject.
-    void libraryFailed(const fileString& path, const QString& reason);
-    /// Everything that was asked for has been read.
+    /// Files have been read, in this order. A small library arrives once, complete; a large one first with its
+    /// outline. A file that cannot be read arrives once.
+    void arrived(const std::vector<VelkHost::LibraryArrival>& arrivals);
+    /// Everything that was asked for has arrived.
     void finished();
 
 private:
-    Worker::Arrival readOne(const fileString& path, bool complete);
+    void readAll(const std::vector<fileString>& files);
+    bool readOne(const fileString& path, bool complete);
+    void put(LibraryArrival arrival);
+    void gather();
+    void hurry();
+    void deliver();
+    std::vector<LibraryArrival> takeSome();
 
-    int batches_ = 0;
-    Worker worker_;
+    // Written by the worker:
+    std::mutex mutex_;
+    std::vector<LibraryArrival> read_;
+    std::atomic<bool> isStopped_ = false;
+
+    int readings_ = 0;
+    int endedReadings_ = 0;  // of these, whose arrivals may not all be delivered
+    QTimer pause_;
+    std::array<QDeadlineTimer, 2> earliest_{};  // when one may hurry: some time after the last delivery but one
+    Worker worker_;                             // last, as its jobs use the other members
 };
 
 }  // namespace VelkHost

@@ -12,7 +12,7 @@
 #include <QMimeData>
 
 #include <algorithm>
-#include <iterator>
+#include <functional>
 #include <utility>
 
 using Library::LibraryCategory;
@@ -40,12 +40,57 @@ LibraryPlace placeOf(const TreeData& node)
     return {node.getDatabasePath(), isFolder, static_cast<std::size_t>(isFolder ? -2 - id : id)};
 }
 
+bool isTop(const QModelIndex& index)
+{
+    return index.isValid() && !index.parent().isValid();
+}
+
 std::u32string textOf(const std::string& name)
 {
     return StringConvert::toUnicodeFromUtf8(name);
 }
 
 }  // namespace
+
+/// A row at the top. It knows its library, since a view asks all of these rows for their children at once.
+class LibraryTreeModel::Category : public TreeCategoryData
+{
+public:
+    Category(const BrowsedLibrary& library, std::size_t folder, std::size_t rank)
+        : TreeCategoryData(folderId(folder), static_cast<LibraryCategory>(library.catalog->kind), library.path),
+          library_(library),
+          rank_(rank)
+    {
+        setItemName(textOf(library.catalog->folders[folder].name));
+        libraryChanged();
+    }
+
+    const BrowsedLibrary& library() const { return library_; }
+
+    /// Its library has got its items.
+    void libraryChanged()
+    {
+        const auto folder = static_cast<std::size_t>(folderId(0) - getId());
+        hasEntries_ = library_.order == nullptr || !library_.order->foldersIn(folder).empty() ||
+                      !library_.order->itemsIn(folder).empty();
+    }
+
+    /// Whether there is anything in it; before the items are read, there is taken to be.
+    bool hasEntries() const { return hasEntries_; }
+
+    /// The order of the tree, in which no two categories are equal.
+    bool precedes(const Category& other) const
+    {
+        if (const int order = treeOrderComparatorStatic(*this, other); order != 0)
+            return order < 0;
+        return rank_ != other.rank_ ? rank_ < other.rank_ : getId() > other.getId();
+    }
+
+private:
+    const BrowsedLibrary& library_;
+    const std::size_t rank_;
+    bool hasEntries_ = true;
+};
 
 LibraryTreeModel::LibraryTreeModel(ThumbnailCache& thumbnails, QObject* parent)
     : QStandardItemModel(parent), thumbnails_(thumbnails)
@@ -56,37 +101,80 @@ void LibraryTreeModel::setPictureSide(int side)
     pictureSide_ = side;
 }
 
-void LibraryTreeModel::setLibrary(const BrowsedLibrary& library)
+std::vector<BrowsedLibrary> LibraryTreeModel::take(const std::vector<LibraryArrival>& arrivals)
 {
-    const auto known = libraries_.find(library.path);
-    const bool sameFolders = known != libraries_.end() && known->second.order == nullptr &&
-                             known->second.catalog->folders == library.catalog->folders;
-    libraries_[library.path] = library;
-    if (sameFolders) {  // the outline's categories, which have nothing below them yet
+    const News news = newsOf(arrivals);
+    std::vector<fileString> others;  // than those that only get their items
+    for (const auto& [path, library] : news)
+        if (!keepsCategories(*library))
+            others.push_back(path);
+    removeCategories(others);  // while the libraries are still there that they belong to
+    std::vector<BrowsedLibrary> replaced = replaceBy(news);
+    addCategories(others);
+    if (others.size() < news.size())
         Q_EMIT layoutChanged();
-        return;
-    }
-    removeCategories(library.path);
-    if (isShown(library))
-        addCategories(library);
+    return replaced;
 }
 
-void LibraryTreeModel::removeLibrary(const fileString& path)
+bool LibraryTreeModel::isNews(const BrowsedLibrary& library, const BrowsedLibrary* known)
 {
-    removeCategories(path);
-    libraries_.erase(path);
+    const bool isOutline = library.catalog != nullptr && library.order == nullptr;
+    return !isOutline || known == nullptr || known->order == nullptr;
+}
+
+LibraryTreeModel::News LibraryTreeModel::newsOf(const std::vector<LibraryArrival>& arrivals)
+{
+    News news;
+    for (const LibraryArrival& arrival : arrivals) {
+        const BrowsedLibrary& library = arrival.library;
+        const auto earlier = news.find(library.path);
+        const BrowsedLibrary* const known = earlier == news.end() ? this->library(library.path) : earlier->second;
+        if (!isNews(library, known))
+            continue;
+        if (shelves_.try_emplace(library.path, Shelf{nextRank_, {}}).second)
+            ++nextRank_;
+        news[library.path] = &library;
+    }
+    return news;
+}
+
+/// Whether a library has the categories that its outline had; they have nothing below them yet.
+bool LibraryTreeModel::keepsCategories(const BrowsedLibrary& library) const
+{
+    const BrowsedLibrary* const known = this->library(library.path);
+    return known != nullptr && known->order == nullptr && library.catalog != nullptr &&
+           known->catalog->folders == library.catalog->folders;
+}
+
+std::vector<BrowsedLibrary> LibraryTreeModel::replaceBy(const News& news)
+{
+    std::vector<BrowsedLibrary> replaced;
+    for (const auto& [path, library] : news) {
+        if (library->catalog != nullptr) {
+            replaced.push_back(std::exchange(libraries_[path], *library));
+            for (Category* const category : shelves_.at(path).categories)
+                category->libraryChanged();
+        } else {
+            if (const auto gone = libraries_.extract(path); !gone.empty())
+                replaced.push_back(std::move(gone.mapped()));
+            shelves_.erase(path);
+        }
+    }
+    return replaced;
 }
 
 void LibraryTreeModel::setShown(Shown shown)
 {
     const Shown before = std::exchange(shown_, std::move(shown));
+    std::vector<fileString> leaving;
+    std::vector<fileString> coming;
     for (const auto& [path, library] : libraries_) {
         const bool wasShown = !before || before(library);
-        if (wasShown && !isShown(library))
-            removeCategories(path);
-        else if (!wasShown && isShown(library))
-            addCategories(library);
+        if (wasShown != isShown(library))
+            (wasShown ? leaving : coming).push_back(path);
     }
+    removeCategories(leaving);
+    addCategories(coming);
 }
 
 const BrowsedLibrary* LibraryTreeModel::library(const fileString& path) const
@@ -161,11 +249,20 @@ bool LibraryTreeModel::hasChildren(const QModelIndex& parent) const
 {
     if (!parent.isValid())
         return rowCount() > 0;
+    if (isTop(parent))
+        return category(parent.row()).hasEntries();
     const TreeData* const data = node(parent);
     if (data == nullptr || data->isItem())
         return false;
     const std::optional<Below> children = below(parent);
     return !children || children->size() > 0;  // before its items are read, a folder is taken to have some
+}
+
+// A view asks all rows at the top whenever one of them comes or goes, so these are answered without looking at them.
+Qt::ItemFlags LibraryTreeModel::flags(const QModelIndex& index) const
+{
+    return isTop(index) ? Qt::ItemIsSelectable | Qt::ItemIsDragEnabled | Qt::ItemIsEnabled
+                        : QStandardItemModel::flags(index);
 }
 
 bool LibraryTreeModel::canFetchMore(const QModelIndex& parent) const
@@ -187,7 +284,7 @@ QVariant LibraryTreeModel::data(const QModelIndex& index, int role) const
     if (data == nullptr ||
         (role != Qt::DecorationRole && role != Qt::ToolTipRole && role != LibraryDelegate::QuietTextRole))
         return QStandardItemModel::data(index, role);
-    const BrowsedLibrary* const found = library(data->getDatabasePath());
+    const BrowsedLibrary* const found = libraryOf(*data);
     if (found == nullptr)
         return {};
     if (data->isItem())
@@ -228,38 +325,93 @@ TreeData* LibraryTreeModel::node(const QModelIndex& index) const
     return static_cast<TreeData*>(itemFromIndex(index));  // the model holds no other nodes
 }
 
+const BrowsedLibrary* LibraryTreeModel::libraryOf(const TreeData& node) const
+{
+    return node.parent() == nullptr ? &static_cast<const Category&>(node).library() : library(node.getDatabasePath());
+}
+
 /// The entries of a category or folder; empty while they are not read, and for an item.
 std::optional<LibraryTreeModel::Below> LibraryTreeModel::below(const QModelIndex& index) const
 {
     const TreeData* const data = node(index);
-    const BrowsedLibrary* const found = data == nullptr || data->isItem() ? nullptr : library(data->getDatabasePath());
+    const BrowsedLibrary* const found = data == nullptr || data->isItem() ? nullptr : libraryOf(*data);
     if (found == nullptr || found->order == nullptr)
         return std::nullopt;
     const std::size_t folder = placeOf(*data).index;
     return Below{found->order->foldersIn(folder), found->order->itemsIn(folder)};
 }
 
-void LibraryTreeModel::addCategories(const BrowsedLibrary& library)
+const LibraryTreeModel::Category& LibraryTreeModel::category(int row) const
 {
-    const std::vector<Folder>& folders = library.catalog->folders;
-    for (std::size_t i = 0; i < folders.size(); ++i) {
-        if (folders[i].parent != Folder::noParent)
+    return static_cast<const Category&>(*item(row));  // all at the top are categories
+}
+
+/// The row of a category, or the one where it belongs.
+int LibraryTreeModel::rowOf(const Category& category) const
+{
+    int begin = 0;
+    for (int end = rowCount(); begin < end;) {
+        const int middle = begin + (end - begin) / 2;
+        if (this->category(middle).precedes(category))
+            begin = middle + 1;
+        else
+            end = middle;
+    }
+    return begin;
+}
+
+std::vector<QModelIndex> LibraryTreeModel::categories(const fileString& library) const
+{
+    std::vector<QModelIndex> indexes;
+    if (const auto shelf = shelves_.find(library); shelf != shelves_.end())
+        for (const Category* const category : shelf->second.categories)
+            indexes.push_back(index(rowOf(*category), 0));
+    return indexes;
+}
+
+/// Adds the categories of those libraries that are shown. They are sorted once, and neighbours are inserted together.
+void LibraryTreeModel::addCategories(const std::vector<fileString>& libraries)
+{
+    std::vector<Category*> added;
+    for (const fileString& path : libraries) {
+        const BrowsedLibrary* const library = this->library(path);
+        if (library == nullptr || !isShown(*library))
             continue;
-        auto* const category =
-            new TreeCategoryData(folderId(i), static_cast<LibraryCategory>(library.catalog->kind), library.path);
-        category->setItemName(textOf(folders[i].name));
-        int row = rowCount();
-        while (row > 0 && TreeData::treeOrderComparatorStatic(*category, *node(index(row - 1, 0))) < 0)
-            --row;
-        insertRow(row, category);
+        Shelf& shelf = shelves_.at(path);
+        for (std::size_t i = 0; i < library->catalog->folders.size(); ++i)
+            if (library->catalog->folders[i].parent == Folder::noParent) {
+                added.push_back(new Category(*library, i, shelf.rank));
+                shelf.categories.push_back(added.back());
+            }
+    }
+    std::sort(added.begin(), added.end(), [](const Category* a, const Category* b) { return a->precedes(*b); });
+    while (!added.empty()) {  // from the end, so that the rows before it stay what they are
+        const int row = rowOf(*added.back());
+        QList<QStandardItem*> neighbours;
+        for (; !added.empty() && rowOf(*added.back()) == row; added.pop_back())
+            neighbours.prepend(added.back());
+        invisibleRootItem()->insertRows(row, neighbours);
     }
 }
 
-void LibraryTreeModel::removeCategories(const fileString& path)
+void LibraryTreeModel::removeCategories(const std::vector<fileString>& libraries)
 {
-    for (int row = rowCount(); row-- > 0;) {
-        if (node(index(row, 0))->getDatabasePath() == path)
-            removeRow(row);
+    std::vector<int> rows;
+    for (const fileString& path : libraries) {
+        const auto shelf = shelves_.find(path);
+        if (shelf == shelves_.end())
+            continue;
+        for (Category* const category : std::exchange(shelf->second.categories, {}))
+            rows.push_back(rowOf(*category));
+    }
+    std::sort(rows.begin(), rows.end(), std::greater<>());
+    for (auto last = rows.begin(); last != rows.end();) {
+        auto next = last;
+        int first = *last;
+        while (++next != rows.end() && *next == first - 1)
+            first = *next;
+        removeRows(first, *last - first + 1);
+        last = next;
     }
 }
 
@@ -279,7 +431,7 @@ void LibraryTreeModel::fetch(const QModelIndex& parent, std::size_t most)
     const std::optional<Below> children = below(parent);
     if (!children)
         return;
-    const BrowsedLibrary& library = *this->library(node(parent)->getDatabasePath());
+    const BrowsedLibrary& library = *libraryOf(*node(parent));
     const auto there = static_cast<std::size_t>(rowCount(parent));
     const std::size_t end = there + std::min(most, children->size() - there);
     QList<QStandardItem*> nodes;
@@ -295,10 +447,10 @@ void LibraryTreeModel::fetch(const QModelIndex& parent, std::size_t most)
 QModelIndex LibraryTreeModel::findBelow(const QModelIndex& parent, const LibraryPlace& place)
 {
     if (!parent.isValid()) {
-        for (int row = 0; row < rowCount(); ++row)
-            if (placeOf(*node(index(row, 0))) == place)
-                return index(row, 0);
-        return {};
+        const std::vector<QModelIndex> among = categories(place.library);
+        const auto found = std::find_if(among.begin(), among.end(),
+                                        [&](const QModelIndex& index) { return placeOf(*node(index)) == place; });
+        return found == among.end() ? QModelIndex() : *found;
     }
     const std::optional<Below> children = below(parent);
     if (!children)

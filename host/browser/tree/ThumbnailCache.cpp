@@ -10,6 +10,7 @@
 #include <QImageReader>
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
 #include <shared_mutex>
 #include <utility>
@@ -58,9 +59,9 @@ ThumbnailCache::ThumbnailCache(QObject* parent) : QObject(parent), pixmaps_(kilo
 
 QPixmap ThumbnailCache::find(const ThumbnailKey& key)
 {
-    const QString text = key.text();
-    if (const QPixmap* const pixmap = pixmaps_.object(text))
+    if (const QPixmap* const pixmap = pixmaps_.object(keptName(key)))
         return *pixmap;
+    const QString text = key.text();
     if (asked_.contains(text))
         return {};
     asked_.insert(text);
@@ -76,27 +77,31 @@ QPixmap ThumbnailCache::find(const ThumbnailKey& key)
 
 void ThumbnailCache::forget(const fileString& library)
 {
-    ++generation_;
-    const QString part = u'\n' + qtText(library.utf8()) + u'\n';
-    for (const QString& key : pixmaps_.keys())
-        if (key.contains(part))
-            pixmaps_.remove(key);
+    ++versions_[library];
+}
+
+QString ThumbnailCache::keptName(const ThumbnailKey& key) const
+{
+    const auto version = versions_.find(key.library);
+    return QString::number(version == versions_.end() ? 0U : version->second) + u'\n' + key.text();
 }
 
 void ThumbnailCache::readNext()
 {
     const auto end = wanted_.begin() + static_cast<std::ptrdiff_t>(std::min(picturesAtOnce, wanted_.size()));
-    const std::vector<ThumbnailKey> keys(wanted_.begin(), end);
+    std::vector<Request> requests;
+    std::transform(wanted_.begin(), end, std::back_inserter(requests), [this](const ThumbnailKey& key) {
+        return Request{key, keptName(key)};
+    });
     wanted_.erase(wanted_.begin(), end);
-    reading_ = !keys.empty();
+    reading_ = !requests.empty();
     if (!reading_)
         return;
-    worker_.run([this, keys, generation = generation_]() -> Worker::Arrival {
-        return [this, pictures = read(keys), generation] {
+    worker_.run([this, requests]() -> Worker::Arrival {
+        return [this, pictures = read(requests)] {
             for (const Picture& picture : pictures)
-                asked_.remove(picture.key.text());
-            if (generation == generation_)
-                take(pictures);
+                asked_.remove(picture.request.key.text());
+            take(pictures);
             readNext();
             Q_EMIT changed();
         };
@@ -108,19 +113,20 @@ void ThumbnailCache::take(const std::vector<Picture>& pictures)
     for (const Picture& picture : pictures) {
         auto pixmap = std::make_unique<QPixmap>(QPixmap::fromImage(picture.image));
         const int cost = kilobytes(*pixmap);
-        pixmaps_.insert(picture.key.text(), pixmap.release(), cost);
+        pixmaps_.insert(picture.request.kept, pixmap.release(), cost);
     }
 }
 
 // On the worker. Each library's file is open only during this call, so that it can be replaced afterwards.
-std::vector<ThumbnailCache::Picture> ThumbnailCache::read(const std::vector<ThumbnailKey>& keys)
+std::vector<ThumbnailCache::Picture> ThumbnailCache::read(const std::vector<Request>& requests)
 {
     std::vector<Picture> pictures;
     const std::shared_lock reading(installedFiles());
     std::unique_ptr<CatalogThumbnails> open;
     fileString openPath;
-    for (const ThumbnailKey& key : keys) {
-        Picture& picture = pictures.emplace_back(Picture{key, {}});
+    for (const Request& request : requests) {
+        const ThumbnailKey& key = request.key;
+        Picture& picture = pictures.emplace_back(Picture{request, {}});
         try {
             if (open == nullptr || openPath != key.library) {
                 open.reset();

@@ -12,6 +12,7 @@
 #include <QString>
 
 #include <deque>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -41,7 +42,7 @@ public:
     /// begins, and changed() follows.
     QPixmap find(const ThumbnailKey& key);
 
-    /// Forgets the pictures of a library, whose file was replaced.
+    /// Forgets the pictures of a library, whose file was replaced. Takes the same time however many pictures are kept.
     void forget(const fileString& library);
 
     /// Whether anything asked for is still under way.
@@ -52,21 +53,28 @@ Q_SIGNALS:
     void changed();
 
 private:
-    struct Picture
+    /// A picture that was asked for.
+    struct Request
     {
         ThumbnailKey key;
+        QString kept;  // the name under which the picture will be kept
+    };
+    struct Picture
+    {
+        Request request;
         QImage image;
     };
 
+    QString keptName(const ThumbnailKey& key) const;
     void readNext();
     void take(const std::vector<Picture>& pictures);
-    static std::vector<Picture> read(const std::vector<ThumbnailKey>& keys);
+    static std::vector<Picture> read(const std::vector<Request>& requests);
 
-    QCache<QString, QPixmap> pixmaps_;  // null: there is none
-    std::deque<ThumbnailKey> wanted_;   // the newest in front
-    QSet<QString> asked_;               // the keys that are wanted or being read
+    QCache<QString, QPixmap> pixmaps_;         // null: there is none
+    std::map<fileString, unsigned> versions_;  // how often a library was replaced; older pictures are not found
+    std::deque<ThumbnailKey> wanted_;          // the newest in front
+    QSet<QString> asked_;                      // the keys that are wanted or being read
     bool reading_ = false;
-    int generation_ = 0;
     Worker worker_;
 };
 

@@ -6,20 +6,24 @@
 #include <QTreeView>
 
 #include <algorithm>
+#include <utility>
 
 namespace VelkHost {
 
-TreeState::TreeState(QTreeView& tree, LibraryTreeModel& model, const fileString& library)
+TreeState::TreeState(QTreeView& tree, LibraryTreeModel& model, const std::set<fileString>& libraries)
     : tree_(tree),
       model_(model),
-      library_(library),
-      open_(openFolders({})),
-      current_(named(tree.currentIndex())),
+      current_(named(tree.currentIndex(), libraries)),
       scrolled_(tree.verticalScrollBar()->value() > 0),
       horizontal_(tree.horizontalScrollBar()->value())
 {
+    for (const fileString& library : libraries)
+        if (std::vector<OpenFolder> open = openAmong(model.categories(library)); !open.empty())
+            open_.emplace(library, std::move(open));
+    if (!scrolled_)
+        return;
     const QModelIndex top = tree.indexAt(QPoint(0, 0));
-    top_ = named(top);
+    top_ = named(top, libraries);
     if (!top_)
         topElsewhere_ = top;
 }
@@ -29,8 +33,9 @@ void TreeState::restore() const
 {
     const bool scrollsItself = tree_.hasAutoScroll();
     tree_.setAutoScroll(false);
-    if (const BrowsedLibrary* const library = model_.library(library_); library != nullptr && library->order != nullptr)
-        open(open_, library->order->categories());
+    for (const auto& [path, folders] : open_)
+        if (const BrowsedLibrary* const library = model_.library(path); library != nullptr && library->order != nullptr)
+            open(folders, *library, library->order->categories());
     if (const QModelIndex current = current_ ? findNear(*current_) : QModelIndex(); current.isValid())
         tree_.setCurrentIndex(current);
     tree_.setAutoScroll(scrollsItself);
@@ -47,54 +52,62 @@ void TreeState::restoreScrolling() const
     tree_.horizontalScrollBar()->setValue(horizontal_);
 }
 
-// Folders stand before items.
-std::vector<TreeState::OpenFolder> TreeState::openFolders(const QModelIndex& parent) const
+std::vector<TreeState::OpenFolder> TreeState::openAmong(const std::vector<QModelIndex>& siblings) const
 {
     std::vector<OpenFolder> folders;
-    for (int row = 0; row < model_.rowCount(parent); ++row) {
-        const QModelIndex index = model_.index(row, 0, parent);
-        const std::optional<LibraryPlace> place = model_.place(index);
-        if (!place || !place->isFolder)
+    for (const QModelIndex& index : siblings)
+        if (tree_.isExpanded(index))
+            folders.push_back({index.data().toString(), openAmong(foldersIn(index))});
+    return folders;
+}
+
+// Folders stand before items.
+std::vector<QModelIndex> TreeState::foldersIn(const QModelIndex& folder) const
+{
+    std::vector<QModelIndex> folders;
+    for (int row = 0; row < model_.rowCount(folder); ++row) {
+        const QModelIndex index = model_.index(row, 0, folder);
+        if (const std::optional<LibraryPlace> place = model_.place(index); !place || !place->isFolder)
             break;
-        if (place->library == library_ && tree_.isExpanded(index))
-            folders.push_back({index.data().toString(), openFolders(index)});
+        folders.push_back(index);
     }
     return folders;
 }
 
-/// The place that an index stands for; empty when it is not in the library.
-std::optional<TreeState::NamedPlace> TreeState::named(const QModelIndex& index) const
+/// The place that an index stands for; empty when it is not in one of the libraries.
+std::optional<TreeState::NamedPlace> TreeState::named(const QModelIndex& index,
+                                                      const std::set<fileString>& libraries) const
 {
     const std::optional<LibraryPlace> place = model_.place(index);
-    if (!place || place->library != library_)
+    if (!place || !libraries.contains(place->library))
         return std::nullopt;
-    NamedPlace result;
+    NamedPlace result{place->library, {}, {}};
     if (!place->isFolder)
-        result.uniqueId = model_.library(library_)->catalog->items[place->index].uniqueId;
+        result.uniqueId = model_.library(place->library)->catalog->items[place->index].uniqueId;
     for (QModelIndex folder = place->isFolder ? index : index.parent(); folder.isValid(); folder = folder.parent())
         result.folders.prepend(folder.data().toString());
     return result;
 }
 
 // `among` are the new version's folders in one of its folders.
-void TreeState::open(const std::vector<OpenFolder>& folders, CatalogOrder::Indexes among) const
+void TreeState::open(const std::vector<OpenFolder>& folders, const BrowsedLibrary& library,
+                     CatalogOrder::Indexes among) const
 {
-    const BrowsedLibrary& library = *model_.library(library_);
     for (const OpenFolder& folder : folders) {
         const auto found = std::find_if(among.begin(), among.end(), [&](std::uint32_t index) {
             return qtText(library.catalog->folders[index].name) == folder.name;
         });
         if (found == among.end())
             continue;
-        tree_.expand(model_.find({library_, true, *found}));
-        open(folder.folders, library.order->foldersIn(*found));
+        tree_.expand(model_.find({library.path, true, *found}));
+        open(folder.folders, library, library.order->foldersIn(*found));
     }
 }
 
 QModelIndex TreeState::find(const NamedPlace& place) const
 {
-    const std::optional<LibraryPlace> found = place.uniqueId.empty() ? model_.folderNamed(library_, place.folders)
-                                                                     : model_.itemNamed(library_, place.uniqueId);
+    const std::optional<LibraryPlace> found = place.uniqueId.empty() ? model_.folderNamed(place.library, place.folders)
+                                                                     : model_.itemNamed(place.library, place.uniqueId);
     return found ? model_.find(*found) : QModelIndex();
 }
 

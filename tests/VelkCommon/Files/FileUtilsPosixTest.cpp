@@ -1,4 +1,5 @@
 #include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Files/ReplacementFile.h>
 
 #include "PosixFiles.h"
 #include "support/Processes.h"
@@ -293,6 +294,15 @@ TEST_F(FileUtilsPosix, CanReplaceWhatTheFolderLetsGo)
         });
         EXPECT_TRUE(FileUtils::canReplaceFile(held / U"file"));
     }
+}
+
+// It gets its name while it is still held against those who remove leftovers.
+TEST_F(FileUtilsPosix, AFileThatTakesTheNameOfAnotherDoesNotLookAsIfItWereWritten)
+{
+    const ReplacementFile fresh(at(U"file"));
+    ASSERT_TRUE(fresh.isOpen());
+    EXPECT_FALSE(FileUtils::isPathWriteLocked(fresh.path()));
+    EXPECT_TRUE(FileUtils::canWriteFile(fresh.path()));
 }
 
 TEST_F(FileUtilsPosix, ACopyHasTheModeOfItsSource)

@@ -159,7 +159,7 @@ TEST_F(FilterFileValue, MayBeChangedByEveryoneOnceWritten)
 TEST_F(FilterFileValue, SaysThatItMayNotReplaceWhatIsThere)
 {
     std::filesystem::create_directory(path().utf8());
-    EXPECT_EQ(FilterFile().write(path()).fault, DataFileFault::MayNotBeReplaced);
+    EXPECT_EQ(FilterFile().write(path()).fault, DataFileFault::MayNotBeWritten);
 }
 
 TEST_F(FilterFileValue, SaysThatItCouldNotBeWritten)

@@ -129,23 +129,84 @@ TEST_F(FilterSafety, ProcessesThatSaveAtOnceLeaveOneOfTheirFiles)
 }
 
 // The user may write the file, but may not make the file that would take its place.
-TEST_F(FilterSafety, AFileThatCannotBeReplacedIsReported)
+class FilterFileThatCannotBeReplaced : public FilterSafety, public testing::WithParamInterface<mode_t>
 {
-    ASSERT_EQ(::chmod(folder().utf8().c_str(), 0755), 0);
-    for (const mode_t mode : {mode_t{0755}, mode_t{01777}}) {
-        useFilters('n', 1);
-        test::writeFile(filterFile(), "{}");
-        ASSERT_EQ(::chmod(filterFile().utf8().c_str(), 0666), 0);
-        ASSERT_EQ(::chmod(filterFile().parentPath().utf8().c_str(), mode), 0);
-        test::asOrdinaryUser([this] {
-            manager().saveFilters();
-            ASSERT_EQ(messages().size(), 1U);
-            EXPECT_EQ(messages().front().id, test::messageId::fileUnwritable);
-            EXPECT_EQ(messages().front().line, test::reportLine::filtersUnwritable);
-        });
-        EXPECT_EQ(test::readFile(filterFile()), "{}");
+protected:
+    FilterFileThatCannotBeReplaced()
+    {
+        setMode(folder(), 0755);
+        setMode(userFolder_, 0777);
+        writeOld();
+        setMode(filterFile().parentPath(), GetParam());
     }
+
+    static void setMode(const fileString& path, mode_t mode)
+    {
+        EXPECT_EQ(::chmod(path.utf8().c_str(), mode), 0) << path;
+    }
+
+    static void writeOld()
+    {
+        test::writeFile(filterFile(), old);
+        setMode(filterFile(), 0666);
+    }
+
+    static constexpr const char* old = "{\"Current_Filter\": 7}";
+    const fileString userFolder_ = PathUtils::getObject().getUserDatabasePath();
+};
+
+TEST_P(FilterFileThatCannotBeReplaced, IsWrittenInPlace)
+{
+    useFilters('n', 2);
+    test::asOrdinaryUser([this] {
+        manager().saveFilters();
+        EXPECT_TRUE(messages().empty());
+        EXPECT_TRUE(assertions().empty());
+    });
+    FilterFile file;
+    EXPECT_TRUE(file.read(filterFile()));
+    EXPECT_EQ(file.filters.size(), 2U);
+    EXPECT_THAT(test::listFolder(userFolder_), testing::IsEmpty());
 }
+
+TEST_P(FilterFileThatCannotBeReplaced, IsOldOrNewWhenItIsReadAfterADeath)
+{
+    useFilters('n', 2);
+    bool wasOld = false;
+    bool wasNew = false;
+    test::killedAtEachSystemCall(
+        writeOld,
+        [] {
+            test::becomeOrdinaryUser();
+            manager().saveFilters();
+        },
+        [&](bool) {
+            FilterFile file;
+            ASSERT_TRUE(file.read(filterFile()));
+            wasOld = wasOld || (file.currentId == 7 && file.filters.empty());
+            wasNew = wasNew || file.filters.size() == 2;
+            ASSERT_EQ(file.filters.size(), file.currentId == 7 ? 0U : 2U);
+            ASSERT_THAT(test::listFolder(filterFile().parentPath()), ElementsAre("catalog_filters.json"));
+        });
+    EXPECT_TRUE(wasOld);
+    EXPECT_TRUE(wasNew);
+}
+
+TEST_P(FilterFileThatCannotBeReplaced, IsReportedWhenItMayNotBeWrittenEither)
+{
+    setMode(filterFile(), 0444);
+    useFilters('n', 1);
+    test::asOrdinaryUser([this] {
+        manager().saveFilters();
+        ASSERT_EQ(messages().size(), 1U);
+        EXPECT_EQ(messages().front().id, test::messageId::fileUnwritable);
+        EXPECT_EQ(messages().front().line, test::reportLine::filtersUnwritable);
+    });
+    EXPECT_EQ(test::readFile(filterFile()), old);
+}
+
+INSTANTIATE_TEST_SUITE_P(Folders, FilterFileThatCannotBeReplaced, testing::Values(mode_t{0755}, mode_t{01777}),
+                         [](const auto& info) { return info.param == mode_t{0755} ? "Closed" : "Sticky"; });
 
 // Other programs may write a file in place; readers wait until they are done.
 TEST_F(FilterSafety, AFileThatIsBeingWrittenIsWaitedFor)

@@ -154,7 +154,7 @@ TEST_F(ManufacturerFileValue, SaysWhyItWasNotWritten)
 {
     EXPECT_EQ(ManufacturerFile().write(folder() / U"none" / U"cards.json").fault, DataFileFault::NotWritten);
     std::filesystem::create_directory(path().utf8());
-    EXPECT_EQ(ManufacturerFile().write(path()).fault, DataFileFault::MayNotBeReplaced);
+    EXPECT_EQ(ManufacturerFile().write(path()).fault, DataFileFault::MayNotBeWritten);
 }
 
 TEST_F(ManufacturerFileValue, WithAnIdThatNoReaderAcceptsIsNotWritten)

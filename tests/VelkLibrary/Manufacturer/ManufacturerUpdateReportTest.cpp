@@ -173,7 +173,7 @@ TEST_F(ToldUpdate, SaysThatItCouldNotBeWritten)
     publish(dataText(late, {{1, "A", late, ""}}));
     const auto update = told();
     EXPECT_EQ(update.outcome, Outcome::NotWritten);
-    EXPECT_EQ(update.writing.fault, Library::DataFileFault::MayNotBeReplaced);
+    EXPECT_EQ(update.writing.fault, Library::DataFileFault::MayNotBeWritten);
     EXPECT_THAT(describe(update.changes), ElementsAre("1 New, logo Unchanged"));
 }
 

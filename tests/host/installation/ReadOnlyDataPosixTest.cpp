@@ -6,6 +6,9 @@
 #include "support/Processes.h"
 
 #include <VelkCommon/Files/FileUtils.h>
+#include <VelkLibrary/Filter/FilterFile.h>
+
+#include <list>
 
 #include <sys/stat.h>
 
@@ -58,6 +61,31 @@ TEST_F(ReadOnlyData, KeepsItsManufacturers)
             VelkHost::editCard(1, {{{"name", "B"}}, {}, false});
         },
         "cannot be written");
+}
+
+// The file is everybody's, its folder is not.
+TEST_F(ReadOnlyData, LosesNoFilterThatManyAddInAFolderThatMayNotBeChanged)
+{
+    const fileString file = home() / U"core" / U"catalog_filters.json";
+    test::writeFile(file, R"({"Current_Filter": -1})");
+    ASSERT_EQ(::chmod(file.utf8().c_str(), 0666), 0);
+    FileUtils::createDirectoriesWithPerm(home() / U"user");
+    ASSERT_EQ(::chmod((home() / U"core").utf8().c_str(), 0555), 0);
+    constexpr int many = 16;
+    std::list<test::Child> children;
+    for (int i = 0; i < many; ++i)
+        children.emplace_back([&] {
+            test::becomeOrdinaryUser();
+            VelkHost::installHost(home());
+            VelkHost::addToFilter("filter " + std::to_string(i), {"x"});
+        });
+    for (test::Child& child : children)
+        child.wait();
+    FilterFile saved;
+    EXPECT_TRUE(saved.read(file));
+    EXPECT_EQ(saved.filters.size(), std::size_t{many});
+    EXPECT_THAT(test::listFolder(home() / U"user"), testing::IsEmpty());
+    ASSERT_EQ(::chmod((home() / U"core").utf8().c_str(), 0777), 0);
 }
 
 }  // namespace

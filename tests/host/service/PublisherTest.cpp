@@ -146,6 +146,38 @@ TEST_F(Publisher, KeepsTheFilesOfThePreviousEdition)
     EXPECT_THAT(test::listFolder(site() / U"files"), SizeIs(5));
 }
 
+// As one that was killed leaves them.
+TEST_F(Publisher, RemovesWhatAnEarlierPublicationLeftAlsoWhenNothingChanged)
+{
+    const std::string unused = std::string(40, 'a') + ".calib";
+    for (const char* version : {"1", "2", "3"}) {
+        test::writeCatalogFile(input(U"core/a.calib"), version);
+        publish();
+        const std::vector<std::string> files = test::listFolder(site() / U"files");
+        test::writeFile(VelkHost::storedFile(site(), unused), "unused");
+        EXPECT_FALSE(publish().changed);
+        EXPECT_EQ(test::listFolder(site() / U"files"), files) << version;
+    }
+}
+
+// It was written before tables told of it.
+TEST_F(Publisher, KeepsEverythingWhereThePreviousEditionIsNotKnown)
+{
+    for (const char* version : {"1", "2"}) {
+        test::writeCatalogFile(input(U"core/a.calib"), version);
+        publish();
+    }
+    VelkHost::SiteTable older = table();
+    older.previous.clear();
+    const std::string text = VelkHost::tableText(older);
+    const std::string name = SHA1::bytesToSHA1Hex(text) + ".json";
+    test::writeFile(VelkHost::storedFile(site(), name), text);
+    test::writeFile(site() / U"current", name + "\n");
+    const std::vector<std::string> files = test::listFolder(site() / U"files");
+    EXPECT_FALSE(publish().changed);
+    EXPECT_EQ(test::listFolder(site() / U"files"), files);
+}
+
 TEST_F(Publisher, RefusesOtherTexturesWithTheSameCatalog)
 {
     test::writePackedFile(input(U"bonus/a.calibz"), "A", {{"oak.png", "oak"}});

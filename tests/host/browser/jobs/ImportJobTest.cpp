@@ -63,6 +63,19 @@ protected:
         waitForJob();
     }
 
+    /// Waits until the first library is unpacked and looked at.
+    void waitUntilChecking()
+    {
+        auto* const panel = named<LibraryProgressPanel>("LibraryProgressPanel");
+        ASSERT_NE(panel, nullptr);
+        test::eventually([panel] {
+            const auto labels = panel->findChildren<QLabel*>();
+            return std::any_of(labels.begin(), labels.end(), [](const QLabel* label) {
+                return label->text().startsWith(QStringLiteral("Checking"));
+            });
+        });
+    }
+
     /// The text of the message box, which is then closed.
     std::string problem()
     {
@@ -273,13 +286,7 @@ TEST_F(ImportJob, LeavesNothingWhenCancelledInTheMiddle)
     openWindow();
     std::shared_lock reading(VelkHost::installedFiles());  // the library cannot go to its place meanwhile
     import({packed(U"chairs.calibz"), packed(U"tables.calibz")});
-    auto* const panel = named<LibraryProgressPanel>("LibraryProgressPanel");
-    ASSERT_NE(panel, nullptr);
-    test::eventually([panel] {
-        const auto labels = panel->findChildren<QLabel*>();
-        return std::any_of(labels.begin(), labels.end(),
-                           [](const QLabel* label) { return label->text().startsWith(QStringLiteral("Checking")); });
-    });
+    waitUntilChecking();
     QTest::mouseClick(named<QPushButton>("cancelButton"), Qt::LeftButton);
     reading.unlock();
     waitForJob();
@@ -298,6 +305,20 @@ TEST_F(ImportJob, EndsWithTheWindow)
     reading.unlock();
     waitForJob();
     EXPECT_FALSE(window().isVisible());
+    expectNothingLeft();
+}
+
+TEST_F(ImportJob, DoesNotHoldUpAWindowThatIsClosed)
+{
+    openWindow();
+    std::shared_lock reading(VelkHost::installedFiles());
+    import({packed(U"chairs.calibz")});
+    waitUntilChecking();
+    window().close();
+    test::eventually([this] { return !window().isVisible(); });
+    EXPECT_TRUE(window().jobs().isRunning());
+    reading.unlock();
+    waitForJob();
     expectNothingLeft();
 }
 

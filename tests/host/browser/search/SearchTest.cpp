@@ -143,8 +143,8 @@ TEST_F(WindowSearch, TheNextKeyEndsASearchUnderWay)
     QObject::connect(
         &pane().runner(), &VelkHost::SearchRunner::found, &pane(),
         [&](const std::shared_ptr<const VelkHost::SearchOutcome>& outcome) { searched.append(outcome->text); });
-    pane().runner().searchNow(QStringLiteral("chair"));
-    pane().runner().searchNow(QStringLiteral("lamp"));
+    pane().runner().search(QStringLiteral("chair"));
+    pane().runner().search(QStringLiteral("lamp"));
     test::eventually([&] { return !searched.isEmpty(); });
     EXPECT_EQ(searched, QStringList(QStringLiteral("lamp")));
 }

@@ -34,9 +34,9 @@ protected:
     /// Puts another version of the library into the model.
     void replace(const Catalog& catalog)
     {
-        const TreeState state(tree(), model(), furniture);
+        const TreeState state(tree(), model(), {furniture});
         const auto shared = std::make_shared<const Catalog>(catalog);
-        model().setLibrary({furniture, shared, std::make_shared<const VelkHost::CatalogOrder>(*shared)});
+        model().take({{{furniture, shared, std::make_shared<const VelkHost::CatalogOrder>(*shared)}, {}}});
         state.restore();
     }
 
@@ -111,6 +111,25 @@ TEST_F(TreeStateOf, KeepsTheTopOfTheView)
         catalog.items.push_back({"new#" + std::to_string(i), 2, "Armchair " + std::to_string(i), "", "", {}});
     replace(catalog);
     EXPECT_EQ(top(), QStringLiteral("Chair 120"));
+}
+
+TEST_F(TreeStateOf, StaysInAllLibrariesThatAreReplacedTogether)
+{
+    tree().setCurrentIndex(folderIndex(zoo, names("Zoo/Seating")));
+    const TreeState state(tree(), model(), {furniture, zoo});
+    std::vector<VelkHost::LibraryArrival> arrivals;
+    for (const fileString& path : {furniture, zoo}) {
+        Catalog catalog = *model().library(path)->catalog;
+        catalog.folders.push_back({VelkHost::Folder::noParent, "Arts"});
+        const auto shared = std::make_shared<const Catalog>(catalog);
+        arrivals.push_back({{path, shared, std::make_shared<const VelkHost::CatalogOrder>(*shared)}, {}});
+    }
+    model().take(arrivals);
+    state.restore();
+    EXPECT_TRUE(tree().isExpanded(folderIndex(furniture, names("Furniture/Seating/Chairs"))));
+    EXPECT_TRUE(tree().isExpanded(folderIndex(zoo, names("Zoo"))));
+    EXPECT_FALSE(tree().isExpanded(folderIndex(zoo, names("Arts"))));
+    EXPECT_EQ(tree().currentIndex(), folderIndex(zoo, names("Zoo/Seating")));
 }
 
 TEST_F(TreeStateOf, ShowsWhatComesInAboveTheTop)
