@@ -90,8 +90,9 @@ void ThumbnailCache::readNext()
 {
     const auto end = wanted_.begin() + static_cast<std::ptrdiff_t>(std::min(picturesAtOnce, wanted_.size()));
     std::vector<Request> requests;
-    std::transform(wanted_.begin(), end, std::back_inserter(requests),
-                   [this](const ThumbnailKey& key) { return Request{key, keptName(key)}; });
+    std::transform(wanted_.begin(), end, std::back_inserter(requests), [this](const ThumbnailKey& key) {
+        return Request{key, keptName(key)};
+    });
     wanted_.erase(wanted_.begin(), end);
     reading_ = !requests.empty();
     if (!reading_)

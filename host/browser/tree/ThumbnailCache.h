@@ -70,10 +70,10 @@ private:
     void take(const std::vector<Picture>& pictures);
     static std::vector<Picture> read(const std::vector<Request>& requests);
 
-    QCache<QString, QPixmap> pixmaps_;        // null: there is none
+    QCache<QString, QPixmap> pixmaps_;         // null: there is none
     std::map<fileString, unsigned> versions_;  // how often a library was replaced; older pictures are not found
-    std::deque<ThumbnailKey> wanted_;   // the newest in front
-    QSet<QString> asked_;               // the keys that are wanted or being read
+    std::deque<ThumbnailKey> wanted_;          // the newest in front
+    QSet<QString> asked_;                      // the keys that are wanted or being read
     bool reading_ = false;
     Worker worker_;
 };
