@@ -46,12 +46,8 @@ public:
         const bool outermost = depth_++ == 0;
         const auto begin = Clock::now();
         const double processorBegin = processorMilliseconds();
-        const int type = event->type();
-        const char* cls = receiver->metaObject()->className();
         const bool result = QApplication::notify(receiver, event);
         --depth_;
-        if (outermost && processorMilliseconds() - processorBegin > 15)
-            fprintf(stderr, "DEBUG %s %d %.1f\n", cls, type, processorMilliseconds() - processorBegin);
         if (outermost) {
             longest_ = std::max(longest_, millisecondsSince(begin));
             mostWork_ = std::max(mostWork_, processorMilliseconds() - processorBegin);
