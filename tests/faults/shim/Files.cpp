@@ -1,274 +1,25 @@
-/// @file
-/// Preloaded into a program to let one of its calls fail. It counts the calls that the program makes on files
-/// below one folder, and its allocations, from main() on. What is to happen stands in the environment:
-///
-///     VELK_FAULT         KIND:NUMBER:EFFECT:TIMES, such as write:17:ENOSPC:once
-///     VELK_FAULT_BELOW   the folder; calls on files elsewhere are left alone and not counted
-///     VELK_FAULT_COUNTS  a file of one 32-bit number per kind, in the order of `Kind`, that is counted up
-///
-/// KIND is a name in `kindNames`. EFFECT is the name of an error, "half" (a call that takes bytes takes half of
-/// them), "kill-before", "kill-half" or "kill-after". TIMES is "once", or "on" for that call and all after it.
-///
-/// Nothing here allocates. System calls are made directly and memory comes from the C library's own entry points, so
-/// that only the functions of buffered streams have to be looked up.
+#include "Faulty.h"
+#include "Watched.h"
 
-#include <dlfcn.h>
 #include <fcntl.h>
-#include <signal.h>
-#include <sys/mman.h>
 #include <sys/sendfile.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/uio.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <array>
-#include <atomic>
 #include <cerrno>
-#include <climits>
 #include <cstdarg>
-#include <cstdint>
+#include <cstddef>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <string_view>
 
-extern "C" {
-void* __libc_malloc(std::size_t size);
-void* __libc_calloc(std::size_t count, std::size_t size);
-void* __libc_realloc(void* block, std::size_t size);
-void* __libc_memalign(std::size_t alignment, std::size_t size);
-}
+using faults::faulty;
+using faults::faultyBytes;
+using faults::following;
+using faults::isWatched;
+using faults::Kind;
 
 namespace {
-
-using namespace std::string_view_literals;
-
-// The last is no kind of call: it counts all that change a file, which are those from `create` to `lock`.
-enum class Kind : std::size_t {
-    open,
-    read,
-    create,
-    write,
-    copy,
-    truncate,
-    sync,
-    rename,
-    remove,
-    folder,
-    mode,
-    lock,
-    allocate,
-    change,
-    count
-};
-
-constexpr auto kinds = static_cast<std::size_t>(Kind::count);
-
-constexpr std::array<std::string_view, kinds> kindNames{"open",     "read", "create",   "write",  "copy",
-                                                        "truncate", "sync", "rename",   "remove", "folder",
-                                                        "mode",     "lock", "allocate", "change"};
-
-struct NamedError
-{
-    std::string_view name;
-    int number;
-};
-
-constexpr std::array namedErrors{
-    NamedError{"EACCES", EACCES}, NamedError{"EINTR", EINTR},   NamedError{"EIO", EIO},
-    NamedError{"EMFILE", EMFILE}, NamedError{"ENOMEM", ENOMEM}, NamedError{"ENOSPC", ENOSPC},
-    NamedError{"EXDEV", EXDEV},
-};
-
-// What a call meets.
-struct Effect
-{
-    int error = 0;
-    bool half = false;
-    bool killBefore = false;
-    bool killAfter = false;
-};
-
-struct Plan
-{
-    Kind kind = Kind::count;
-    std::uint32_t number = 0;
-    Effect effect;
-    bool once = true;
-};
-
-Plan plan;
-std::array<char, PATH_MAX> below{};
-std::atomic<bool> armed{false};
-std::array<std::uint32_t, kinds> unsharedCounts{};
-std::uint32_t* counts = unsharedCounts.data();
-
-template <typename Function>
-Function* following(const char* name)
-{
-    return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
-}
-
-std::uint32_t countUp(Kind kind)
-{
-    return std::atomic_ref(counts[static_cast<std::size_t>(kind)]).fetch_add(1) + 1;
-}
-
-[[noreturn]] void die()
-{
-    ::syscall(SYS_kill, ::syscall(SYS_getpid), SIGKILL);
-    for (;;)
-        ::syscall(SYS_pause);
-}
-
-bool changesFiles(Kind kind)
-{
-    return kind >= Kind::create && kind <= Kind::lock;
-}
-
-// Counts a call of a kind that the program makes, and says what it is to meet.
-Effect meet(Kind kind)
-{
-    std::uint32_t number = countUp(kind);
-    if (changesFiles(kind)) {
-        const std::uint32_t changes = countUp(Kind::change);
-        if (plan.kind == Kind::change)
-            number = changes;
-    }
-    const bool concerned = plan.kind == kind || (plan.kind == Kind::change && changesFiles(kind));
-    if (!concerned || (plan.once ? number != plan.number : number < plan.number))
-        return {};
-    if (plan.effect.killBefore)
-        die();
-    return plan.effect;
-}
-
-bool startsWithFolder(std::string_view path)
-{
-    const std::string_view folder = below.data();
-    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
-}
-
-bool isWatched(int descriptor)
-{
-    if (!armed)
-        return false;
-    std::array<char, 32> link{};
-    std::snprintf(link.data(), link.size(), "/proc/self/fd/%d", descriptor);
-    std::array<char, PATH_MAX> path{};
-    const long size = ::syscall(SYS_readlink, link.data(), path.data(), path.size());
-    return size > 0 && startsWithFolder({path.data(), static_cast<std::size_t>(size)});
-}
-
-// The program works in the watched folder, so what is relative is below it.
-bool isWatched(const char* path)
-{
-    return armed && path != nullptr &&
-           (path[0] != '/' || startsWithFolder(path) || std::string_view(path).starts_with("/proc/self/fd/"));
-}
-
-bool isWatched(int folder, const char* path)
-{
-    return folder == AT_FDCWD || path[0] == '/' ? isWatched(path) : isWatched(folder);
-}
-
-// Makes a call that meets what was planned for it; the call returns -1 when it fails.
-template <typename Call>
-auto faulty(bool watched, Kind kind, Call call) -> decltype(call())
-{
-    const Effect effect = watched ? meet(kind) : Effect{};
-    if (effect.error != 0) {
-        errno = effect.error;
-        return -1;
-    }
-    const auto result = call();
-    if (effect.killAfter)
-        die();
-    return result;
-}
-
-// The same of a call that takes or gives a number of bytes.
-template <typename Call>
-ssize_t faultyBytes(bool watched, Kind kind, std::size_t size, Call call)
-{
-    const Effect effect = watched ? meet(kind) : Effect{};
-    if (effect.error != 0) {
-        errno = effect.error;
-        return -1;
-    }
-    const ssize_t result = call(effect.half ? std::max<std::size_t>(size / 2, std::min<std::size_t>(size, 1)) : size);
-    if (effect.killAfter)
-        die();
-    return result;
-}
-
-template <typename Call>
-void* faultyMemory(Call call)
-{
-    if (armed && meet(Kind::allocate).error != 0) {
-        errno = ENOMEM;
-        return nullptr;
-    }
-    return call();
-}
-
-// ---- What is planned ---------------------------------------------------------------------------------------
-
-std::string_view takePart(std::string_view& text)
-{
-    const std::size_t end = std::min(text.find(':'), text.size());
-    const std::string_view part = text.substr(0, end);
-    text.remove_prefix(std::min(end + 1, text.size()));
-    return part;
-}
-
-Effect effectOf(std::string_view name)
-{
-    for (const NamedError& error : namedErrors)
-        if (error.name == name)
-            return {error.number, false, false, false};
-    if (name == "half")
-        return {0, true, false, false};
-    return {0, name == "kill-half", name == "kill-before", name == "kill-after" || name == "kill-half"};
-}
-
-void readPlan(std::string_view text)
-{
-    const std::string_view kind = takePart(text);
-    plan.kind = static_cast<Kind>(std::find(kindNames.begin(), kindNames.end(), kind) - kindNames.begin());
-    for (const char digit : takePart(text))
-        plan.number = plan.number * 10 + static_cast<std::uint32_t>(digit - '0');
-    plan.effect = effectOf(takePart(text));
-    plan.once = takePart(text) == "once"sv;
-}
-
-void shareCounts(const char* path)
-{
-    const auto file = static_cast<int>(::syscall(SYS_openat, AT_FDCWD, path, O_RDWR | O_CLOEXEC));
-    void* const shared = ::mmap(nullptr, sizeof unsharedCounts, PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
-    if (shared != MAP_FAILED)
-        counts = static_cast<std::uint32_t*>(shared);
-    ::syscall(SYS_close, file);
-}
-
-using Main = int(int, char**, char**);
-
-Main* programMain = nullptr;
-
-int mainWithFaults(int count, char** arguments, char** environment)
-{
-    if (const char* const text = std::getenv("VELK_FAULT"))
-        readPlan(text);
-    if (const char* const path = std::getenv("VELK_FAULT_COUNTS"))
-        shareCounts(path);
-    if (const char* const path = std::getenv("VELK_FAULT_BELOW")) {
-        std::strncpy(below.data(), path, below.size() - 1);
-        armed = true;
-    }
-    return programMain(count, arguments, environment);
-}
 
 mode_t modeArgument(int flags, std::va_list list)
 {
@@ -290,63 +41,9 @@ int control(int file, int request, void* argument)
                   [&] { return static_cast<int>(::syscall(SYS_fcntl, file, request, argument)); });
 }
 
-FILE* openStream(FILE* (*real)(const char*, const char*), const char* path, const char* how)
-{
-    const Kind kind = std::strpbrk(how, "wa") != nullptr ? Kind::create : Kind::open;
-    FILE* result = nullptr;
-    faulty(isWatched(path), kind, [&] {
-        result = real(path, how);
-        return 0;
-    });
-    return result;
-}
-
 }  // namespace
 
-// ---- What programs call ------------------------------------------------------------------------------------
-
 extern "C" {
-
-int __libc_start_main(Main* main, int count, char** arguments, void (*init)(), void (*fini)(), void (*loaderFini)(),
-                      void* stackEnd)
-{
-    programMain = main;
-    return following<int(Main*, int, char**, void (*)(), void (*)(), void (*)(), void*)>("__libc_start_main")(
-        mainWithFaults, count, arguments, init, fini, loaderFini, stackEnd);
-}
-
-// -- memory --
-
-void* malloc(std::size_t size)
-{
-    return faultyMemory([&] { return __libc_malloc(size); });
-}
-
-void* calloc(std::size_t count, std::size_t size)
-{
-    return faultyMemory([&] { return __libc_calloc(count, size); });
-}
-
-void* realloc(void* block, std::size_t size)
-{
-    return size == 0 ? __libc_realloc(block, size) : faultyMemory([&] { return __libc_realloc(block, size); });
-}
-
-void* memalign(std::size_t alignment, std::size_t size)
-{
-    return faultyMemory([&] { return __libc_memalign(alignment, size); });
-}
-
-void* aligned_alloc(std::size_t alignment, std::size_t size)
-{
-    return faultyMemory([&] { return __libc_memalign(alignment, size); });
-}
-
-int posix_memalign(void** block, std::size_t alignment, std::size_t size)
-{
-    *block = faultyMemory([&] { return __libc_memalign(alignment, size); });
-    return *block == nullptr ? ENOMEM : 0;
-}
 
 // -- opening --
 
@@ -617,62 +314,6 @@ int fcntl64(int file, int request, ...)
     void* const argument = va_arg(list, void*);
     va_end(list);
     return control(file, request, argument);
-}
-
-// -- buffered streams: what they write reaches the file in one of these calls --
-
-FILE* fopen(const char* path, const char* how)
-{
-    static auto* const real = following<FILE*(const char*, const char*)>("fopen");
-    return openStream(real, path, how);
-}
-
-FILE* fopen64(const char* path, const char* how)
-{
-    static auto* const real = following<FILE*(const char*, const char*)>("fopen64");
-    return openStream(real, path, how);
-}
-
-std::size_t fread(void* bytes, std::size_t unit, std::size_t count, FILE* stream)
-{
-    static auto* const real = following<std::size_t(void*, std::size_t, std::size_t, FILE*)>("fread");
-    const ssize_t got = faultyBytes(isWatched(::fileno(stream)), Kind::read, count, [&](std::size_t part) {
-        return static_cast<ssize_t>(real(bytes, unit, part, stream));
-    });
-    return got < 0 ? 0 : static_cast<std::size_t>(got);
-}
-
-std::size_t fwrite(const void* bytes, std::size_t unit, std::size_t count, FILE* stream)
-{
-    static auto* const real = following<std::size_t(const void*, std::size_t, std::size_t, FILE*)>("fwrite");
-    const ssize_t put = faultyBytes(isWatched(::fileno(stream)), Kind::write, count, [&](std::size_t part) {
-        return static_cast<ssize_t>(real(bytes, unit, part, stream));
-    });
-    return put < 0 ? 0 : static_cast<std::size_t>(put);
-}
-
-int fflush(FILE* stream)
-{
-    static auto* const real = following<int(FILE*)>("fflush");
-    return faulty(stream != nullptr && isWatched(::fileno(stream)), Kind::write, [&] { return real(stream); });
-}
-
-// A stream that could not be written to its end is closed all the same.
-int fclose(FILE* stream)
-{
-    static auto* const real = following<int(FILE*)>("fclose");
-    bool closed = false;
-    const bool watched = isWatched(::fileno(stream)) && (::fcntl(::fileno(stream), F_GETFL) & O_ACCMODE) != O_RDONLY;
-    const int result = faulty(watched, Kind::write, [&] {
-        closed = true;
-        return real(stream);
-    });
-    if (closed)
-        return result;
-    const int error = errno;
-    real(stream);
-    errno = error;
-    return EOF;
 }
 
 }  // extern "C"
