@@ -17,6 +17,8 @@ constexpr int workPerCall = 1'000;             // instructions of SQLite between
 constexpr std::int64_t baseWork = 10'000'000;  // instructions allowed for any file
 constexpr std::int64_t workPerByte = 8;  // and for each of its bytes; a row takes some 15 bytes and 20 instructions
 
+constexpr bool hasDrives = sizeof(wchar_t) == 2;  // Windows, where a native path also has "\" as its separator
+
 /// The file as a URI that asks for a read without locks and journals. An absolute path gets an empty
 /// authority, so that one that begins with "//" is not read as a host's name.
 std::string immutableUri(const std::string& path)
@@ -26,16 +28,16 @@ std::string immutableUri(const std::string& path)
                std::string_view("-._~/").find(c) != std::string_view::npos;
     };
     const bool absolute = path.starts_with('/');
-    const bool drive = path.size() > 1 && path[1] == ':' && path.find('/') != 0;
+    const bool drive = hasDrives && path.size() > 1 && path[1] == ':';
     const char* const scheme = absolute ? "file://" : drive ? "file:///" : "file:";
     return scheme + Velk::percentEncoded(path, isUnreserved) + "?immutable=1";
 }
 
-/// The path with "/" as the separator; on Windows a native path has "\".
+/// The path with "/" as the separator.
 std::string withSlashes(const fileString& path)
 {
     std::string text = path.utf8();
-    if constexpr (sizeof(wchar_t) == 2)
+    if constexpr (hasDrives)
         for (char& c : text)
             c = c == '\\' ? '/' : c;
     return text;
