@@ -24,7 +24,18 @@ using testing::IsEmpty;
 namespace {
 
 class UpdateCommand : public test::UpdateFixture
-{};
+{
+protected:
+    /// Makes an installation with one core library, which the service's index does not name; returns its bytes.
+    std::string installPlants()
+    {
+        std::string installed = smallCatalogBytes("Plants");
+        FileUtils::createDirectoriesWithPerm(home() / U"core");
+        test::writeFile(home() / U"core" / U"plants.calib", installed);
+        publish("Standard_Core_Content_Index.txt", "");
+        return installed;
+    }
+};
 
 TEST_F(UpdateCommand, FillsAnEmptyInstallation)
 {
@@ -81,10 +92,7 @@ TEST_F(UpdateCommand, TellsScripts)
 
 TEST_F(UpdateCommand, KeepsACatalogWhenTheDownloadIsNotOne)
 {
-    const std::string installed = smallCatalogBytes("Plants");
-    FileUtils::createDirectoriesWithPerm(home() / U"core");
-    test::writeFile(home() / U"core" / U"plants.calib", installed);
-    publish("Standard_Core_Content_Index.txt", "");
+    const std::string installed = installPlants();
     publish("plants.calib", "<html>" + std::string(5'000, 'x'));
     ProgramRun run = update();
     EXPECT_EQ(run.exitCode, test::exitCode::updateFailed);
@@ -99,10 +107,7 @@ TEST_F(UpdateCommand, KeepsACatalogWhenTheDownloadIsNotOne)
 
 TEST_F(UpdateCommand, AsksAgainForWhatCouldNotBeInstalled)
 {
-    const std::string installed = smallCatalogBytes("Plants");
-    FileUtils::createDirectoriesWithPerm(home() / U"core");
-    test::writeFile(home() / U"core" / U"plants.calib", installed);
-    publish("Standard_Core_Content_Index.txt", "");
+    const std::string installed = installPlants();
     const std::string page = "<html>" + std::string(5'000, 'x');
     publish("plants.calib", page);
     update();
@@ -206,10 +211,7 @@ TEST_F(UpdateCommand, EndsOnCtrlCWhileTheServiceDoesNotAnswer)
 
 TEST_F(UpdateCommand, EndsCleanlyOnCtrlC)
 {
-    const std::string installed = smallCatalogBytes("Plants");
-    FileUtils::createDirectoriesWithPerm(home() / U"core");
-    test::writeFile(home() / U"core" / U"plants.calib", installed);
-    publish("Standard_Core_Content_Index.txt", "");
+    const std::string installed = installPlants();
     const test::Gate gate;
     Reply slow = Reply::file(smallCatalogBytes("Plants 2"), "new");
     slow.block = 1'000;
