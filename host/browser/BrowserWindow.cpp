@@ -14,7 +14,6 @@
 #include "host/browser/search/SearchPane.h"
 #include "host/browser/tree/LibraryDelegate.h"
 #include "host/browser/tree/TreeState.h"
-#include "host/installation/LibrarySearch.h"
 #include "host/support/QtText.h"
 
 #include <VelkCommon/Text/StringConvert.h>
@@ -73,7 +72,7 @@ BrowserWindow::~BrowserWindow()
 
 void BrowserWindow::readLibraries()
 {
-    loader_.read(installedLibraryFiles());
+    loader_.readInstalled();
 }
 
 void BrowserWindow::buildTree()
@@ -240,6 +239,9 @@ void BrowserWindow::connectLoader()
         model_.removeLibrary(path);
         librariesChanged();
         showMessage(tr("“%1” %2").arg(qtText(path.stem().utf8()), reason));
+    });
+    connect(&loader_, &LibraryLoader::folderFailed, this, [this](const fileString& path, const QString& reason) {
+        showMessage(tr("“%1” %2").arg(qtText(path.humanReadableString()), reason));
     });
     connect(&loader_, &LibraryLoader::finished, this, &BrowserWindow::librariesRead);
 }

@@ -3,6 +3,7 @@
 #include "host/browser/jobs/InstalledFiles.h"
 #include "host/browser/language/Reasons.h"
 #include "host/catalog/CatalogFile.h"
+#include "host/installation/LibrarySearch.h"
 #include "host/support/FileError.h"
 
 #include <shared_mutex>
@@ -23,10 +24,18 @@ void LibraryLoader::read(const std::vector<fileString>& files)
     for (const bool complete : {false, true})
         for (const fileString& file : files)
             worker_.run([this, file, complete] { return readOne(file, complete); });
+    worker_.run([this]() -> Worker::Arrival { return [this] { endBatch(); }; });
+}
+
+void LibraryLoader::readInstalled()
+{
+    ++batches_;
     worker_.run([this]() -> Worker::Arrival {
-        return [this] {
-            if (--batches_ == 0)
-                Q_EMIT finished();
+        return [this, installed = installedLibraryFiles()] {
+            for (const FileError& error : installed.unreadable)
+                Q_EMIT folderFailed(error.path(), translated(error.why()));
+            read(installed.files);
+            endBatch();
         };
     });
 }
@@ -37,6 +46,12 @@ void LibraryLoader::release(BrowsedLibrary library)
         library = BrowsedLibrary();
         return {};
     });
+}
+
+void LibraryLoader::endBatch()
+{
+    if (--batches_ == 0)
+        Q_EMIT finished();
 }
 
 // On the worker.

@@ -36,6 +36,9 @@ public:
     /// Reads these catalog files, in this order, after those that were asked for before.
     void read(const std::vector<fileString>& files);
 
+    /// Reads the installed libraries, as read() does.
+    void readInstalled();
+
     /// Whether anything that was asked for is still to come.
     bool isReading() const { return batches_ > 0; }
 
@@ -47,10 +50,13 @@ Q_SIGNALS:
     void libraryRead(const VelkHost::BrowsedLibrary& library);
     /// Once for each library that cannot be read; `reason` is a sentence for people without its subject.
     void libraryFailed(const fileString& path, const QString& reason);
+    /// Once for each folder of installed libraries that cannot be listed; `reason` as above.
+    void folderFailed(const fileString& path, const QString& reason);
     /// Everything that was asked for has been read.
     void finished();
 
 private:
+    void endBatch();
     Worker::Arrival readOne(const fileString& path, bool complete);
 
     int batches_ = 0;
