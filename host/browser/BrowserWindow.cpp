@@ -14,7 +14,6 @@
 #include "host/browser/search/SearchPane.h"
 #include "host/browser/tree/LibraryDelegate.h"
 #include "host/browser/tree/TreeState.h"
-#include "host/installation/LibrarySearch.h"
 #include "host/support/QtText.h"
 
 #include <VelkCommon/Text/StringConvert.h>
@@ -85,7 +84,7 @@ BrowserWindow::~BrowserWindow()
 
 void BrowserWindow::readLibraries()
 {
-    loader_.read(installedLibraryFiles());
+    loader_.readInstalled();
 }
 
 void BrowserWindow::buildTree()
@@ -249,6 +248,9 @@ void BrowserWindow::connectShown()
 void BrowserWindow::connectLoader()
 {
     connect(&loader_, &LibraryLoader::arrived, this, &BrowserWindow::takeLibraries);
+    connect(&loader_, &LibraryLoader::folderFailed, this, [this](const fileString& path, const QString& reason) {
+        showMessage(tr("“%1” %2").arg(qtText(path.humanReadableString()), reason));
+    });
     connect(&loader_, &LibraryLoader::finished, this, &BrowserWindow::librariesRead);
 }
 

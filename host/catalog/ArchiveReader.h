@@ -1,15 +1,14 @@
 #pragma once
 
+#include "host/catalog/OpenZip.h"
+
 #include <VelkCommon/Files/fileString.h>
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
-
-struct zip;
 
 namespace VelkHost {
 
@@ -48,16 +47,11 @@ public:
     [[noreturn]] void fail(const std::string& reason) const;
 
 private:
-    struct Closer
-    {
-        void operator()(zip* handle) const;
-    };
-
     void readEntries();
     void refuseOverlaps(std::uint64_t archiveBytes) const;
 
     fileString path_;
-    std::unique_ptr<zip, Closer> handle_;
+    OpenZip handle_;
     std::vector<Entry> entries_;
 };
 

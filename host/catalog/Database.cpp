@@ -1,12 +1,14 @@
 #include "host/catalog/Database.h"
 
 #include "host/support/FileError.h"
+#include "host/support/SystemPath.h"
 
 #include <VelkCommon/Text/Ascii.h>
 #include <VelkCommon/Text/PercentEncoding.h>
 
 #include <sqlite3.h>
 
+#include <filesystem>
 #include <new>
 #include <utility>
 
@@ -17,28 +19,18 @@ constexpr int workPerCall = 1'000;             // instructions of SQLite between
 constexpr std::int64_t baseWork = 10'000'000;  // instructions allowed for any file
 constexpr std::int64_t workPerByte = 8;  // and for each of its bytes; a row takes some 15 bytes and 20 instructions
 
-/// The file as a URI that asks for a read without locks and journals. An absolute path gets an empty
-/// authority, so that one that begins with "//" is not read as a host's name.
-std::string immutableUri(const std::string& path)
+/// The file as a URI that asks for a read without locks and journals. An absolute path gets an empty authority, so that
+/// one that begins with "//" is not read as a host's name; a drive stands behind a "/".
+std::string immutableUri(const fileString& file)
 {
     const auto isUnreserved = [](char c) {
         return Velk::Ascii::isLetter(c) || Velk::Ascii::isDigit(c) ||
                std::string_view("-._~/").find(c) != std::string_view::npos;
     };
-    const bool absolute = path.starts_with('/');
-    const bool drive = path.size() > 1 && path[1] == ':' && path.find('/') != 0;
-    const char* const scheme = absolute ? "file://" : drive ? "file:///" : "file:";
+    const std::filesystem::path native = systemPath(file);
+    const std::string path = fromSystemPath(native).utf8();
+    const char* const scheme = path.starts_with('/') ? "file://" : native.has_root_name() ? "file:///" : "file:";
     return scheme + Velk::percentEncoded(path, isUnreserved) + "?immutable=1";
-}
-
-/// The path with "/" as the separator; on Windows a native path has "\".
-std::string withSlashes(const fileString& path)
-{
-    std::string text = path.utf8();
-    if constexpr (sizeof(wchar_t) == 2)
-        for (char& c : text)
-            c = c == '\\' ? '/' : c;
-    return text;
 }
 
 int countDown(void* workLeft)
@@ -88,7 +80,7 @@ Database::Database(Database&&) noexcept = default;
 
 Database Database::openForReading(const fileString& path, std::uint64_t fileBytes, int maximumValueBytes)
 {
-    Database database(path, immutableUri(withSlashes(path)), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+    Database database(path, immutableUri(path), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
     database.limitTrust(fileBytes, maximumValueBytes);
     return database;
 }
@@ -227,8 +219,7 @@ Statement& Statement::setNull(int parameter)
 
 void Statement::run()
 {
-    while (next()) {
-    }
+    static_cast<void>(next());
     check(sqlite3_reset(statement_.get()));
 }
 

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "host/catalog/OpenZip.h"
+
 #include <VelkCommon/Files/fileString.h>
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -33,14 +34,12 @@ public:
     std::optional<std::string> read(const std::string& name, std::size_t maximumBytes);
 
 private:
-    struct Archive;
-
     [[noreturn]] void fail(const std::string& reason) const;
     void readNames(std::uint64_t archiveBytes);
     std::string readEntry(std::size_t index, const std::string& name, std::size_t maximumBytes);
 
     fileString path_;
-    std::unique_ptr<Archive> archive_;
+    OpenZip archive_;
     std::vector<std::string> names_;
     std::size_t bytesRead_ = 0;
 };

@@ -1,5 +1,6 @@
 #include "host/command/ServeCommand.h"
 
+#include "host/command/CommonOptions.h"
 #include "host/command/PublishReportText.h"
 #include "host/service/SelfSigned.h"
 #include "host/service/ServiceError.h"
@@ -14,6 +15,7 @@
 #include <CLI/CLI.hpp>
 
 #include <chrono>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -100,9 +102,8 @@ void addServeCommand(CLI::App& app, Output& output, Action& action)
     CLI::App* const command = app.add_subcommand("serve", "Let clients update from a published site");
     const auto arguments = std::make_shared<ServeArguments>();
     command->add_option("SITE", arguments->site, "A folder that velk publish made")->required();
-    command->add_option("--port", arguments->port, "The port (default: any free one)")
-        ->check(CLI::Range(0, highestPort))
-        ->type_name("N");
+    addNumberOption(*command, "--port", "The port (default: any free one)", 0, highestPort,
+                    [arguments](std::int64_t port) { arguments->port = static_cast<int>(port); });
     command
         ->add_option("--address", arguments->address,
                      "The address to listen on (default: 127.0.0.1,\nwhich only this machine can reach)")

@@ -139,7 +139,8 @@ void unpack(const UnpackArguments& arguments, Output& output)
     const fileString folder(fromParser(arguments.folder));
     const bool isAddress = Curl::downloadable(source);
     if (!isAddress && !fileString(source).pathExists())
-        throw FileError(source, "does not exist");
+        throw FileError(WebUtils::withoutUserInfo(source),
+                        "does not exist");  // as it may be an address of another kind
     MadeFolder made(folder);
     const TemporaryFiles temporary(*Velk::host(), absolutePath(folder));
     if (isAddress) {

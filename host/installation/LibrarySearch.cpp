@@ -79,8 +79,18 @@ LibrarySet loadLibraries(const std::vector<fileString>& paths)
 
 LibrarySet loadInstalledLibraries()
 {
-    std::vector<fileString> files;
+    const InstalledLibraryFiles installed = installedLibraryFiles();
+    LibrarySet libraries = loadLibraries(installed.files);
     std::vector<BrokenLibrary> broken;
+    for (const FileError& error : installed.unreadable)
+        broken.push_back({error.path(), error.reason()});
+    libraries.broken.insert(libraries.broken.begin(), broken.begin(), broken.end());
+    return libraries;
+}
+
+InstalledLibraryFiles installedLibraryFiles()
+{
+    InstalledLibraryFiles installed;
     for (const fileString& folder : installedLibraryFolders()) {
         const std::optional<Absence> absence = absenceOf(folder);
         if (absence && absence->isFree)
@@ -89,26 +99,12 @@ LibrarySet loadInstalledLibraries()
             if (absence)
                 throw FileError(folder, absence->why);
             const std::vector<fileString> found = filesInFolder(folder, Library::extensions::database);
-            files.insert(files.end(), found.begin(), found.end());
+            installed.files.insert(installed.files.end(), found.begin(), found.end());
         } catch (const FileError& error) {
-            broken.push_back({error.path(), error.reason()});
+            installed.unreadable.push_back(error);
         }
     }
-    LibrarySet libraries = loadLibraries(files);
-    libraries.broken.insert(libraries.broken.begin(), broken.begin(), broken.end());
-    return libraries;
-}
-
-std::vector<fileString> installedLibraryFiles()
-{
-    std::vector<fileString> files;
-    for (const fileString& folder : installedLibraryFolders()) {
-        if (!isFolder(folder))
-            continue;
-        const std::vector<fileString> found = filesInFolder(folder, Library::extensions::database);
-        files.insert(files.end(), found.begin(), found.end());
-    }
-    return files;
+    return installed;
 }
 
 void keepLibraries(LibrarySet& libraries, const std::vector<std::string>& ids)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/catalog/Catalog.h"
+#include "host/support/FileError.h"
 
 #include <VelkCommon/Files/fileString.h>
 #include <VelkLibrary/Search/Info.h>
@@ -44,8 +45,14 @@ LibrarySet loadLibraries(const std::vector<fileString>& paths);
 /// none; one that cannot be read counts as a broken library.
 LibrarySet loadInstalledLibraries();
 
-/// The catalog files of those libraries, folder by folder.
-std::vector<fileString> installedLibraryFiles();
+struct InstalledLibraryFiles
+{
+    std::vector<fileString> files;      ///< folder by folder
+    std::vector<FileError> unreadable;  ///< a folder that is there, or should be, and cannot be listed
+};
+
+/// The catalog files of those libraries.
+InstalledLibraryFiles installedLibraryFiles();
 
 /// Keeps only the loaded libraries whose ids are in `ids`.
 void keepLibraries(LibrarySet& libraries, const std::vector<std::string>& ids);

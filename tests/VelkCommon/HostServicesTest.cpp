@@ -92,7 +92,7 @@ TEST_F(HostServices, AreReplacedWhileOtherThreadsAsk)
         askers.emplace_back([] {
             const std::u32string text = xl8(U"text");
             EXPECT_TRUE(text == U"text" || text == U"Text");
-            EXPECT_FALSE(StringUtils::loadString(test::textNumber::kilobytes).empty());
+            EXPECT_FALSE(StringUtils::loadString(test::textNumber::downloadUnit).empty());
             EXPECT_TRUE(showQAVerify());
         });
     for (int n = 0; n < 200; ++n) {

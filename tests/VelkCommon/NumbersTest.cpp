@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <utility>
 
 // Hosts keep translations and preferences under these numbers, so none of them ever changes.
 namespace {
@@ -11,22 +12,16 @@ namespace {
 TEST(Numbers, OfTextsStay)
 {
     using namespace Velk::textNumbers;
-    EXPECT_EQ(percentage, 2749U);
-    EXPECT_EQ(amounts, 2750U);
-    EXPECT_EQ(amountsToolTip, 2752U);
-    EXPECT_EQ(barOnlyToolTip, 2753U);
-    EXPECT_EQ(percentageToolTip, 2754U);
-    EXPECT_EQ(downloading, 8709U);
-    EXPECT_EQ(checkingCatalogs, 8717U);
-    EXPECT_EQ(checkingCatalog, 8723U);
-    EXPECT_EQ(askingService, 8727U);
-    EXPECT_EQ(downloadUnit, 8745U);
-    EXPECT_EQ(noFilter, 8930U);
-    EXPECT_EQ(firstStyle, 10000U);
-    EXPECT_EQ(lastStyle, 10014U);
-    EXPECT_EQ(manufacturerCard, 10108U);
-    EXPECT_EQ(preferenceOfOtherType, 272032175U);
-    EXPECT_EQ(unwritableFile, 272032391U);
+    constexpr std::pair<unsigned int, unsigned int> numbers[]{
+        {percentage, 2749},          {amounts, 2750},           {amountsToolTip, 2752},
+        {barOnlyToolTip, 2753},      {percentageToolTip, 2754}, {downloading, 8709},
+        {checkingCatalogs, 8717},    {checkingCatalog, 8723},   {askingService, 8727},
+        {downloadUnit, 8745},        {noFilter, 8930},          {firstStyle, 10000},
+        {lastStyle, 10014},          {manufacturerCard, 10108}, {preferenceOfOtherType, 272032175},
+        {unwritableFile, 272032391},
+    };
+    for (const auto& [number, kept] : numbers)
+        EXPECT_EQ(number, kept);
 }
 
 TEST(Numbers, OfPreferencesStay)

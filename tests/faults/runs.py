@@ -22,7 +22,7 @@ CRASHES = ("terminate called", "what():", "Sanitizer", "runtime error:", "Assert
 
 @dataclass(frozen=True)
 class Fault:
-    """What is to happen at one call; see shim.cpp."""
+    """What is to happen at one call; see shim/Plan.h."""
 
     kind: str
     number: int

@@ -13,20 +13,7 @@ namespace test {
 
 /// The texts that HostServices::resourceString is asked for.
 namespace textNumber {
-using Velk::textNumbers::amounts;
-using Velk::textNumbers::amountsToolTip;
-using Velk::textNumbers::barOnlyToolTip;
-using Velk::textNumbers::checkingCatalog;
-using Velk::textNumbers::downloading;
-using Velk::textNumbers::firstStyle;
-using Velk::textNumbers::lastStyle;
-using Velk::textNumbers::noFilter;
-using Velk::textNumbers::percentage;
-using Velk::textNumbers::percentageToolTip;
-inline constexpr unsigned int checking = Velk::textNumbers::checkingCatalogs;
-inline constexpr unsigned int asking = Velk::textNumbers::askingService;
-inline constexpr unsigned int kilobytes = Velk::textNumbers::downloadUnit;
-inline constexpr unsigned int manufacturerDefault = Velk::textNumbers::manufacturerCard;
+using namespace Velk::textNumbers;
 inline constexpr unsigned int unknown = 4711;  // belongs to no text
 }  // namespace textNumber
 
@@ -36,14 +23,9 @@ inline constexpr long preferenceOfOtherType = Velk::textNumbers::preferenceOfOth
 inline constexpr long fileUnwritable = Velk::textNumbers::unwritableFile;
 }  // namespace messageId
 
-/// The preferences that the library uses.
-namespace preference {
-using Velk::preferenceNumbers::coreLibrariesStay;
-using Velk::preferenceNumbers::lastManualUpdateFailed;
-inline constexpr std::size_t displayType = Velk::preferenceNumbers::progressDisplay;
-}  // namespace preference
+namespace preference = Velk::preferenceNumbers;
 
-/// The values that the preference `displayType` may have.
+/// The values that the preference `progressDisplay` may have.
 namespace displayType {
 inline constexpr int barOnly = 1;
 inline constexpr int percentage = 2;

@@ -102,7 +102,7 @@ bool ZipWriter::addRenamed(ZipArchive& source, const ZipEntry& entry, const ZipE
 bool ZipWriter::copy(ZipArchive& source, std::uint64_t begin, std::uint64_t end)
 {
     const bool follows = pending_.source == &source && pending_.end == begin;
-    if (!follows || pending_.end - pending_.begin >= pendingLimit) {
+    if (!follows) {
         flush();
         pending_ = {&source, begin, begin};
     }

@@ -3,6 +3,7 @@
 #include "host/browser/jobs/InstalledFiles.h"
 #include "host/browser/language/Reasons.h"
 #include "host/catalog/CatalogFile.h"
+#include "host/installation/LibrarySearch.h"
 #include "host/support/FileError.h"
 
 #include <VelkCommon/Files/FileUtils.h>
@@ -44,11 +45,28 @@ void LibraryLoader::read(std::vector<fileString> files)
     ++readings_;
     worker_.run([this, files = std::move(files)]() -> Worker::Arrival {
         readAll(files);
-        return [this] {
-            ++endedReadings_;
-            hurry();
+        return [this] { endReading(); };
+    });
+}
+
+void LibraryLoader::readInstalled()
+{
+    ++readings_;
+    worker_.run([this]() -> Worker::Arrival {
+        InstalledLibraryFiles installed = installedLibraryFiles();
+        readAll(installed.files);
+        return [this, unreadable = std::move(installed.unreadable)] {
+            for (const FileError& error : unreadable)
+                Q_EMIT folderFailed(error.path(), translated(error.why()));
+            endReading();
         };
     });
+}
+
+void LibraryLoader::endReading()
+{
+    ++endedReadings_;
+    hurry();
 }
 
 void LibraryLoader::release(std::vector<BrowsedLibrary> libraries)

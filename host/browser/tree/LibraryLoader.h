@@ -50,6 +50,9 @@ public:
     /// Reads these catalog files, in this order, after those that were asked for before.
     void read(std::vector<fileString> files);
 
+    /// Reads the installed libraries, as read() does.
+    void readInstalled();
+
     /// Whether anything that was asked for is still to come.
     bool isReading() const { return readings_ > 0; }
 
@@ -63,10 +66,14 @@ Q_SIGNALS:
     /// Files have been read, in this order. A small library arrives once, complete; a large one first with its
     /// outline. A file that cannot be read arrives once.
     void arrived(const std::vector<VelkHost::LibraryArrival>& arrivals);
+    /// Once for each folder of installed libraries that cannot be listed; `reason` is a sentence for people without its
+    /// subject.
+    void folderFailed(const fileString& path, const QString& reason);
     /// Everything that was asked for has arrived.
     void finished();
 
 private:
+    void endReading();
     void readAll(const std::vector<fileString>& files);
     bool readOne(const fileString& path, bool complete);
     void put(LibraryArrival arrival);

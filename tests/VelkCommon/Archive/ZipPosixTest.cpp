@@ -6,7 +6,9 @@
 
 #include <gmock/gmock.h>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <string>
 
@@ -95,6 +97,117 @@ TEST_F(ZipPosix, AfterTheFirstFailedWriteNothingIsAdded)
         EXPECT_THAT(visited, IsEmpty());
     });
     EXPECT_THAT(names(), IsEmpty());
+}
+
+/// Adds to an archive, some entries under other names, on disks that are too small.
+class ZipOnASmallDisk : public ZipPosix
+{
+protected:
+    bool addAll() const
+    {
+        bool added = true;
+        const auto visited =
+            walk(source_, [&](const fileString& name, const ZipHandle& handle, ZipUtils::ZipRawDataInfo* entry) {
+                const bool another = name.utf8().starts_with("rename");
+                const fileString to = another ? fileString("another " + name.utf8()) : name;
+                added = ZipUtils::writeFileToArchiveRaw(target_, to, handle, false, entry) && added;
+            });
+        return added && !visited.empty();
+    }
+
+    /// Files cannot become longer than this: nothing is added, and the old archive stays.
+    void expectFailure(std::size_t room) const
+    {
+        const std::string old = test::readFile(target_);
+        test::inChild([&] {
+            test::limitFileSize(room);
+            EXPECT_FALSE(addAll()) << room;
+        });
+        EXPECT_THAT(names(), ElementsAre("target.zip")) << room;
+        EXPECT_TRUE(test::readFile(target_) == old) << room;
+    }
+};
+
+// In what waits to be copied, in the directory, which is written in blocks, and in its end.
+TEST_F(ZipOnASmallDisk, TheOldArchiveStaysWhereverItIsFull)
+{
+    ZipBuilder().add("old", "o").comment("comment").writeTo(target_);
+    ZipBuilder builder;
+    builder.add("small", test::noise(1000)).add("rename", "r");
+    for (unsigned i = 0; i < 40; ++i)
+        builder.add(std::string(40'000, 'n') + std::to_string(i), "x");
+    builder.writeTo(source_);
+    const std::string old = test::readFile(target_);
+    ASSERT_TRUE(addAll());
+    const std::size_t whole = test::readFile(target_).size();
+    const std::size_t directory = test::readFile(target_).find(test::zip::signature::central);
+    ASSERT_LT(directory + (std::size_t{1} << 20), whole) << "it is written in blocks";
+    test::writeFile(target_, old);
+    for (const std::size_t room : {std::size_t{100}, std::size_t{1100}, directory - 1, directory + 100,
+                                   directory + 1'300'000, whole - 50, whole - 1})
+        expectFailure(room);
+    test::inChild([&] {
+        test::limitFileSize(whole);
+        EXPECT_TRUE(addAll());
+    });
+    EXPECT_EQ(test::readFile(target_).size(), whole);
+}
+
+// In what is so large that it is copied at once.
+TEST_F(ZipOnASmallDisk, TheOldArchiveStaysWhenALargeEntryDoesNotFit)
+{
+    constexpr std::size_t large = 8'400'000;
+    ZipBuilder().add("old", std::string(large, 'o')).writeTo(target_);
+    ZipBuilder().add("rename large", std::string(large, 'x')).writeTo(source_);
+    expectFailure(large / 2);
+    expectFailure(large + large / 2);
+}
+
+TEST_F(ZipPosix, ASourceThatBecomesShorterMeanwhile)
+{
+    constexpr off_t firstEntry = 30 + 7 + 1000;  // header, name and data
+    const std::string whole = test::readFile(source_);
+    for (const bool renames : {false, true}) {
+        test::writeFile(source_, whole);
+        std::string results;
+        const auto visited =
+            walk(source_, [&](const fileString& name, const ZipHandle& handle, ZipUtils::ZipRawDataInfo* entry) {
+                const fileString to = renames ? fileString("another " + name.utf8()) : name;
+                results += ZipUtils::writeFileToArchiveRaw(target_, to, handle, true, entry) ? '+' : '-';
+                EXPECT_EQ(::truncate(source_.utf8().c_str(), firstEntry), 0);
+            });
+        EXPECT_EQ(results.substr(0, 3), renames ? "+--" : "+++") << "what is copied together fails at the end";
+        EXPECT_EQ(visited.empty(), !renames);
+        EXPECT_EQ(FileUtils::pathExists(target_), renames);
+        if (renames) {
+            EXPECT_EQ(namesOf(target_), "another entry 0");
+        }
+        FileUtils::removePath(target_, FileUtils::noFlags);
+        EXPECT_THAT(names(), IsEmpty());
+    }
+}
+
+// The old archive takes the last file that the process may open, and none is left to write to.
+TEST_F(ZipPosix, AProcessWithoutFreeFilesAddsNothing)
+{
+    ZipBuilder().add("old", "o").writeTo(target_);
+    const std::string old = test::readFile(target_);
+    test::inChild([&] {
+        bool added = false;
+        rlimit limit = {};
+        EXPECT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+        walk(source_, [&](const fileString& name, const ZipHandle& handle, ZipUtils::ZipRawDataInfo* entry) {
+            if (const int next = ::dup(0); next >= 0) {
+                ::close(next);
+                limit.rlim_cur = static_cast<rlim_t>(next) + 1;
+                EXPECT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
+            }
+            added = ZipUtils::writeFileToArchiveRaw(target_, name, handle, false, entry) || added;
+        });
+        EXPECT_FALSE(added);
+    });
+    EXPECT_TRUE(test::readFile(target_) == old);
+    EXPECT_THAT(names(), ElementsAre("target.zip"));
 }
 
 TEST_F(ZipPosix, WhatMayNotBeWrittenCannotBeAddedTo)

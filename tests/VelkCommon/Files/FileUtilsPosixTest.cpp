@@ -18,7 +18,18 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-using FileUtilsPosix = test::PosixFiles;
+class FileUtilsPosix : public test::PosixFiles
+{
+protected:
+    void makeLinksOfAllKinds() const
+    {
+        test::writeFile(at(U"target"), "x");
+        makeFolder(at(U"folder"));
+        makeLink(at(U"target"), at(U"link"));
+        makeLink(at(U"folder"), at(U"folderlink"));
+        makeLink(at(U"nowhere"), at(U"dangling"));
+    }
+};
 
 // ---- Folders of one user -------------------------------------------------------------------------
 
@@ -45,11 +56,7 @@ TEST_F(FileUtilsPosix, APrivateDirectoryIsNoLink)
 
 TEST_F(FileUtilsPosix, IsLinkLooksAtTheNameItself)
 {
-    test::writeFile(at(U"target"), "x");
-    makeFolder(at(U"folder"));
-    makeLink(at(U"target"), at(U"link"));
-    makeLink(at(U"folder"), at(U"folderlink"));
-    makeLink(at(U"nowhere"), at(U"dangling"));
+    makeLinksOfAllKinds();
     for (const char32_t* name : {U"link", U"folderlink", U"folderlink/", U"dangling"})
         EXPECT_TRUE(FileUtils::isLink(at(name))) << at(name);
     for (const char32_t* name : {U"target", U"folder", U"folder/", U"none", U"link/none"})
@@ -59,11 +66,7 @@ TEST_F(FileUtilsPosix, IsLinkLooksAtTheNameItself)
 
 TEST_F(FileUtilsPosix, RemovePathRemovesTheLinkNotItsTarget)
 {
-    test::writeFile(at(U"target"), "x");
-    makeFolder(at(U"folder"));
-    makeLink(at(U"target"), at(U"link"));
-    makeLink(at(U"folder"), at(U"folderlink"));
-    makeLink(at(U"nowhere"), at(U"dangling"));
+    makeLinksOfAllKinds();
     EXPECT_TRUE(FileUtils::removePath(at(U"link"), FileUtils::noFlags));
     EXPECT_TRUE(FileUtils::removePath(at(U"folderlink"), FileUtils::overrideReadOnly));
     EXPECT_TRUE(FileUtils::removePath(at(U"dangling"), FileUtils::noFlags));

@@ -53,20 +53,20 @@ TEST_F(Preferences, HaveOneStore)
 
 TEST_F(Preferences, OfTheLibraryHaveDefaults)
 {
-    EXPECT_EQ(*prefs().get<int>(preference::displayType), displayType::barOnly);
+    EXPECT_EQ(*prefs().get<int>(preference::progressDisplay), displayType::barOnly);
     EXPECT_EQ(*prefs().get<bool>(preference::lastManualUpdateFailed), false);
     EXPECT_EQ(*prefs().get<bool>(preference::coreLibrariesStay), false);
     for (const std::size_t number :
-         {preference::displayType, preference::lastManualUpdateFailed, preference::coreLibrariesStay})
+         {preference::progressDisplay, preference::lastManualUpdateFailed, preference::coreLibrariesStay})
         EXPECT_FALSE(prefs().getPref(number).getDescription().empty());
     EXPECT_TRUE(messages().empty());
 }
 
 TEST_F(Preferences, AreTheHosts)
 {
-    install({{preference::displayType, "display type", displayType::amounts}, {7, "name", "Ann"s}});
-    EXPECT_EQ(*prefs().get<int>(preference::displayType), displayType::amounts);
-    EXPECT_EQ(prefs().getPref(preference::displayType).getDescription(), "display type");
+    install({{preference::progressDisplay, "display type", displayType::amounts}, {7, "name", "Ann"s}});
+    EXPECT_EQ(*prefs().get<int>(preference::progressDisplay), displayType::amounts);
+    EXPECT_EQ(prefs().getPref(preference::progressDisplay).getDescription(), "display type");
     EXPECT_EQ(*prefs().get<std::string>(7), "Ann");
     EXPECT_EQ(*prefs().get<bool>(preference::lastManualUpdateFailed), false);
     EXPECT_TRUE(messages().empty());
@@ -75,12 +75,12 @@ TEST_F(Preferences, AreTheHosts)
 TEST_F(Preferences, AreWrittenAndTold)
 {
     install({{7, "name", "Ann"s}});
-    EXPECT_TRUE(prefs().set(preference::displayType, displayType::percentage));
+    EXPECT_TRUE(prefs().set(preference::progressDisplay, displayType::percentage));
     EXPECT_TRUE(prefs().set(7, "Ben"s));
-    EXPECT_EQ(*prefs().get<int>(preference::displayType), displayType::percentage);
+    EXPECT_EQ(*prefs().get<int>(preference::progressDisplay), displayType::percentage);
     EXPECT_EQ(*prefs().get<std::string>(7), "Ben");
     ASSERT_EQ(writes_.size(), 2u);
-    EXPECT_EQ(writes_[0].first, preference::displayType);
+    EXPECT_EQ(writes_[0].first, preference::progressDisplay);
     EXPECT_EQ(std::any_cast<int>(writes_[0].second), displayType::percentage);
     EXPECT_EQ(writes_[1].first, 7u);
     EXPECT_EQ(std::any_cast<std::string>(writes_[1].second), "Ben");
@@ -89,9 +89,9 @@ TEST_F(Preferences, AreWrittenAndTold)
 
 TEST_F(Preferences, ReadInPlace)
 {
-    const int* value = prefs().get<int>(preference::displayType);
-    EXPECT_EQ(prefs().get<int>(preference::displayType), value);
-    EXPECT_EQ(value, std::any_cast<int>(&prefs().getPref(preference::displayType).value()));
+    const int* value = prefs().get<int>(preference::progressDisplay);
+    EXPECT_EQ(prefs().get<int>(preference::progressDisplay), value);
+    EXPECT_EQ(value, std::any_cast<int>(&prefs().getPref(preference::progressDisplay).value()));
 }
 
 TEST_F(Preferences, OfAnotherTypeAreReportedAndReadAsDefault)
@@ -140,8 +140,8 @@ TEST_F(Preferences, NameTypesAsPeopleDo)
 
 TEST_F(Preferences, AreReportedAtEachRead)
 {
-    prefs().get<bool>(preference::displayType);
-    prefs().get<bool>(preference::displayType);
+    prefs().get<bool>(preference::progressDisplay);
+    prefs().get<bool>(preference::progressDisplay);
     EXPECT_EQ(messages().size(), 2u);
 }
 
@@ -176,8 +176,8 @@ TEST_F(Preferences, AreWrittenEvenWhenTheHostThrows)
     Velk::HostServices changed = services();
     changed.preferenceChanged = [](std::size_t, const std::any&) { throw std::runtime_error("disk full"); };
     Velk::installHost(std::move(changed));
-    EXPECT_TRUE(prefs().set(preference::displayType, displayType::amounts));
-    EXPECT_EQ(*prefs().get<int>(preference::displayType), displayType::amounts);
+    EXPECT_TRUE(prefs().set(preference::progressDisplay, displayType::amounts));
+    EXPECT_EQ(*prefs().get<int>(preference::progressDisplay), displayType::amounts);
 }
 
 TEST_F(Preferences, MayBeReadWhileAWriteIsTold)
@@ -188,17 +188,17 @@ TEST_F(Preferences, MayBeReadWhileAWriteIsTold)
         seen = *PreferenceEngine::getThePrefs().getPrefSet().get<int>(number);
     };
     Velk::installHost(std::move(changed));
-    EXPECT_TRUE(prefs().set(preference::displayType, displayType::amounts));
+    EXPECT_TRUE(prefs().set(preference::progressDisplay, displayType::amounts));
     EXPECT_EQ(seen, displayType::amounts);
 }
 
 TEST_F(Preferences, GoBackToTheDefaultsWithTheHost)
 {
-    install({{preference::displayType, "display type", displayType::amounts}, {7, "seven", 5}});
+    install({{preference::progressDisplay, "display type", displayType::amounts}, {7, "seven", 5}});
     EXPECT_TRUE(prefs().set(preference::lastManualUpdateFailed, true));
     Velk::installHost({});
-    EXPECT_EQ(*prefs().get<int>(preference::displayType), displayType::barOnly);
-    EXPECT_NE(prefs().getPref(preference::displayType).getDescription(), "display type");
+    EXPECT_EQ(*prefs().get<int>(preference::progressDisplay), displayType::barOnly);
+    EXPECT_NE(prefs().getPref(preference::progressDisplay).getDescription(), "display type");
     EXPECT_EQ(*prefs().get<bool>(preference::lastManualUpdateFailed), false);
     EXPECT_FALSE(prefs().getPref(7).value().has_value());
     EXPECT_EQ(prefs().getPref(7).getDescription(), "");
@@ -231,7 +231,7 @@ TEST_F(Preferences, AreFoundByManyThreads)
         for (std::size_t i = 0; i < 3; ++i)
             readers.emplace_back([i] {
                 prefs().getPref(5000 + i);
-                EXPECT_EQ(*prefs().get<int>(preference::displayType), displayType::barOnly);
+                EXPECT_EQ(*prefs().get<int>(preference::progressDisplay), displayType::barOnly);
             });
         for (int n = 0; n < 200; ++n)
             install({{7, "seven", n}});

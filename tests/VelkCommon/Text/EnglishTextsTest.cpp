@@ -23,20 +23,11 @@ struct UsedText
 };
 
 const UsedText usedTexts[] = {
-    {textNumber::percentage, 1},
-    {textNumber::amounts, 2},
-    {textNumber::amountsToolTip, 0},
-    {textNumber::barOnlyToolTip, 0},
-    {textNumber::percentageToolTip, 0},
-    {textNumber::downloading, 1},
-    {textNumber::checking, 0},
-    {textNumber::checkingCatalog, 0},
-    {textNumber::asking, 1},
-    {textNumber::kilobytes, 0},
-    {textNumber::noFilter, 0},
-    {textNumber::manufacturerDefault, 0},
-    {messageId::preferenceOfOtherType, 1},
-    {messageId::fileUnwritable, 1},
+    {textNumber::percentage, 1},           {textNumber::amounts, 2},           {textNumber::amountsToolTip, 0},
+    {textNumber::barOnlyToolTip, 0},       {textNumber::percentageToolTip, 0}, {textNumber::downloading, 1},
+    {textNumber::checkingCatalogs, 0},     {textNumber::checkingCatalog, 0},   {textNumber::askingService, 1},
+    {textNumber::downloadUnit, 0},         {textNumber::noFilter, 0},          {textNumber::manufacturerCard, 0},
+    {messageId::preferenceOfOtherType, 1}, {messageId::fileUnwritable, 1},
 };
 
 /// How often `part` occurs in `text`.
@@ -109,9 +100,9 @@ protected:
 
 TEST_F(LoadString, IsEnglishWithoutAHost)
 {
-    EXPECT_EQ(StringUtils::loadString(textNumber::kilobytes), "KB");
-    EXPECT_EQ(StringUtils::loadUnicodeString(textNumber::kilobytes), U"KB");
-    EXPECT_EQ(StringUtils::loadQString(textNumber::kilobytes), QStringLiteral("KB"));
+    EXPECT_EQ(StringUtils::loadString(textNumber::downloadUnit), "KB");
+    EXPECT_EQ(StringUtils::loadUnicodeString(textNumber::downloadUnit), U"KB");
+    EXPECT_EQ(StringUtils::loadQString(textNumber::downloadUnit), QStringLiteral("KB"));
 }
 
 TEST_F(LoadString, IsEmptyForAnUnknownNumber)
@@ -125,10 +116,10 @@ TEST_F(LoadString, IsEmptyForAnUnknownNumber)
 
 TEST_F(LoadString, AsksTheHostFirst)
 {
-    install([](unsigned int id) { return std::optional(id == textNumber::kilobytes ? U"\u043A\u0411" : U""); });
-    EXPECT_EQ(StringUtils::loadString(textNumber::kilobytes), "\xD0\xBA\xD0\x91");
-    EXPECT_EQ(StringUtils::loadUnicodeString(textNumber::kilobytes), U"\u043A\u0411");
-    EXPECT_EQ(StringUtils::loadQString(textNumber::kilobytes), QString::fromUtf8("\xD0\xBA\xD0\x91"));
+    install([](unsigned int id) { return std::optional(id == textNumber::downloadUnit ? U"\u043A\u0411" : U""); });
+    EXPECT_EQ(StringUtils::loadString(textNumber::downloadUnit), "\xD0\xBA\xD0\x91");
+    EXPECT_EQ(StringUtils::loadUnicodeString(textNumber::downloadUnit), U"\u043A\u0411");
+    EXPECT_EQ(StringUtils::loadQString(textNumber::downloadUnit), QString::fromUtf8("\xD0\xBA\xD0\x91"));
     EXPECT_EQ(StringUtils::loadString(textNumber::downloading), "") << "an empty text of the host is a text";
 }
 
@@ -145,13 +136,13 @@ TEST_F(LoadString, HandsOverTheWholeNumber)
 TEST_F(LoadString, FallsBackToEnglishForWhatTheHostLacks)
 {
     install([](unsigned int) { return std::optional<std::u32string>(); });
-    EXPECT_EQ(StringUtils::loadString(textNumber::kilobytes), "KB");
+    EXPECT_EQ(StringUtils::loadString(textNumber::downloadUnit), "KB");
 }
 
 TEST_F(LoadString, FallsBackToEnglishWhenTheHostThrows)
 {
     install([](unsigned int) -> std::optional<std::u32string> { throw std::runtime_error("no resources"); });
-    EXPECT_EQ(StringUtils::loadString(textNumber::kilobytes), "KB");
+    EXPECT_EQ(StringUtils::loadString(textNumber::downloadUnit), "KB");
 }
 
 }  // namespace

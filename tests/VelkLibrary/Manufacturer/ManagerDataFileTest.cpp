@@ -22,7 +22,7 @@ protected:
     {
         Velk::HostServices host = services();
         host.resourceString = [](unsigned int id) -> std::optional<std::u32string> {
-            if (id == test::textNumber::manufacturerDefault)
+            if (id == test::textNumber::manufacturerCard)
                 return U"Ask the manufacturer";
             return std::nullopt;
         };

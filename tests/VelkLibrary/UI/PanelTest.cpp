@@ -34,9 +34,9 @@ PanelTest::~PanelTest()
 void PanelTest::installDisplayType(std::any value)
 {
     Velk::HostServices host = services();
-    host.preferences = {{preference::displayType, "display type", std::move(value)}};
+    host.preferences = {{preference::progressDisplay, "display type", std::move(value)}};
     host.preferenceChanged = [this](std::size_t number, const std::any& stored) {
-        if (number == preference::displayType)
+        if (number == preference::progressDisplay)
             storedDisplayTypes_.push_back(stored);
     };
     host.resourceString = [this](unsigned int id) -> std::optional<std::u32string> {

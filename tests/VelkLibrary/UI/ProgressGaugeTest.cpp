@@ -24,7 +24,7 @@ class ProgressGaugeTest : public test::PanelTest
 protected:
     static int storedPreference()
     {
-        return *PreferenceEngine::getThePrefs().getPrefSet().get<int>(test::preference::displayType);
+        return *PreferenceEngine::getThePrefs().getPrefSet().get<int>(test::preference::progressDisplay);
     }
 
     void click(Qt::MouseButton button = Qt::LeftButton)

@@ -111,7 +111,7 @@ TEST_F(PanelThreads, AJobReportsThroughTheBaseOfThePanel)
 TEST_F(PanelThreads, ACatalogUpdateReportsToThePanel)
 {
     makePanel(test::displayType::amounts);
-    texts_[test::textNumber::checking] = U"Checking";
+    texts_[test::textNumber::checkingCatalogs] = U"Checking";
     texts_[test::textNumber::checkingCatalog] = U"Looking at ";
     const fileString catalog = folder() / std::u32string(
                                               U"K\x00FC"

@@ -197,7 +197,7 @@ TEST_F(UpdaterRun, TextsOfTheHostMayHaveNoPlaceholderOrTooMany)
     host.resourceString = [](unsigned int id) -> std::optional<std::u32string> {
         if (id == test::textNumber::downloading)
             return U"%1% of %2% (100 %)";
-        if (id == test::textNumber::asking)
+        if (id == test::textNumber::askingService)
             return U"";
         return std::nullopt;
     };

@@ -82,7 +82,7 @@ protected:
 
     static int displayType()
     {
-        return *PreferenceEngine::getThePrefs().getPrefSet().get<int>(test::preference::displayType);
+        return *PreferenceEngine::getThePrefs().getPrefSet().get<int>(test::preference::progressDisplay);
     }
 
     const QString file_ = QString::fromStdString((folder() / U"kept.ini").utf8());
@@ -92,8 +92,8 @@ TEST_F(KeptPreferences, ComeBack)
 {
     start();
     EXPECT_EQ(displayType(), test::displayType::barOnly);
-    EXPECT_TRUE(
-        PreferenceEngine::getThePrefs().getPrefSet().set(test::preference::displayType, test::displayType::amounts));
+    EXPECT_TRUE(PreferenceEngine::getThePrefs().getPrefSet().set(test::preference::progressDisplay,
+                                                                 test::displayType::amounts));
     EXPECT_TRUE(PreferenceEngine::getThePrefs().getPrefSet().set(test::preference::lastManualUpdateFailed, true));
     start();
     EXPECT_EQ(displayType(), test::displayType::amounts);

@@ -106,6 +106,20 @@ TEST_F(ArchiveCommand, SaysWhyItCannotUnpack)
     EXPECT_EQ(velk({"unpack"}).exitCode, test::exitCode::usage);
 }
 
+TEST_F(ArchiveCommand, RefusesWhatIsCutOff)
+{
+    pack();
+    const std::string whole = test::readFile(work_ / U"house.calibz");
+    for (const std::size_t bytes : {whole.size() - 1, whole.size() - 30, whole.size() / 2, std::size_t{1}}) {
+        SCOPED_TRACE(bytes);
+        test::writeFile(work_ / U"cut.calibz", whole.substr(0, bytes));
+        const ProgramRun run = velk({"unpack", "cut.calibz", "-o", "out"});
+        EXPECT_EQ(run.exitCode, test::exitCode::buildFailed);
+        EXPECT_EQ(run.errors, "velk: cut.calibz: is not a packed library, or it is damaged\n");
+        EXPECT_FALSE((work_ / U"out").pathExists());
+    }
+}
+
 TEST_F(ArchiveCommand, AFailureKeepsOlderFiles)
 {
     test::writeZip(work_ / U"house.calibz", {{"a.png", "picture"}});

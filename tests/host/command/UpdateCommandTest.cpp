@@ -1,32 +1,21 @@
+#include "UpdateFixture.h"
+
 #include "host/fixtures/ExitCodes.h"
 #include "host/fixtures/Fixtures.h"
-#include "host/fixtures/ProgramRun.h"
-
-#include "host/service/Publisher.h"
-#include "host/service/SiteService.h"
-#include "support/Hashes.h"
-#include "support/QtProcesses.h"
-#include "support/ScriptedServer.h"
 #include "support/ZipBuilder.h"
 
-#include <VelkCommon/Archive/ZipUtils.h>
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkLibrary/UpdateData.h>
 
+#include <gmock/gmock.h>
+
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QProcess>
 
 #include <csignal>
-#include <filesystem>
-#include <map>
-#include <memory>
-#include <mutex>
-#include <utility>
 
 using test::ProgramRun;
 using test::Reply;
-using test::sha1;
 using test::smallCatalogBytes;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -34,62 +23,18 @@ using testing::IsEmpty;
 
 namespace {
 
-/// The real program against a service in this process.
-class UpdateCommand : public test::TestHost
+class UpdateCommand : public test::UpdateFixture
 {
-    std::mutex mutex_;
-    std::map<std::string, Reply> answers_;  // declared before the server, whose threads use them
-
 protected:
-    UpdateCommand()
+    /// Makes an installation with one core library, which the service's index does not name; returns its bytes.
+    std::string installPlants()
     {
-        server.on("/api", [this](const test::SeenRequest& request) {
-            const std::lock_guard lock(mutex_);
-            const auto found = answers_.find(request.parameter("library"));
-            if (found != answers_.end())
-                return found->second;
-            return request.parameter("library").empty() ? Reply{} : Reply{.status = 404};
-        });
+        std::string installed = smallCatalogBytes("Plants");
+        FileUtils::createDirectoriesWithPerm(home() / U"core");
+        test::writeFile(home() / U"core" / U"plants.calib", installed);
+        publish("Standard_Core_Content_Index.txt", "");
+        return installed;
     }
-
-    void answer(const std::string& library, Reply reply)
-    {
-        const std::lock_guard lock(mutex_);
-        answers_[library] = std::move(reply);
-    }
-
-    void publish(const std::string& library, const std::string& bytes)
-    {
-        answer(library, Reply::file(bytes, sha1(bytes)));
-    }
-
-    std::vector<std::string> arguments(std::vector<std::string> more = {}) const
-    {
-        std::vector<std::string> all{"update", "--service", server.url("/api?key=k"), "--home", "home"};
-        all.insert(all.end(), more.begin(), more.end());
-        return all;
-    }
-
-    ProgramRun update(std::vector<std::string> more = {}) const
-    {
-        ProgramRun run = test::runProgram(folder(), arguments(std::move(more)));
-        EXPECT_FALSE(run.crashed) << run.errors;
-        return run;
-    }
-
-    void start(QProcess& velk) const
-    {
-        velk.setWorkingDirectory(QString::fromStdString(folder().utf8()));
-        QStringList list;
-        for (const std::string& argument : arguments())
-            list.append(QString::fromStdString(argument));
-        velk.start(QStringLiteral(VELK_PROGRAM), list);
-        test::waitForStart(velk);
-    }
-
-    fileString home() const { return folder() / U"home"; }
-
-    test::ScriptedServer server;
 };
 
 TEST_F(UpdateCommand, FillsAnEmptyInstallation)
@@ -147,10 +92,7 @@ TEST_F(UpdateCommand, TellsScripts)
 
 TEST_F(UpdateCommand, KeepsACatalogWhenTheDownloadIsNotOne)
 {
-    const std::string installed = smallCatalogBytes("Plants");
-    FileUtils::createDirectoriesWithPerm(home() / U"core");
-    test::writeFile(home() / U"core" / U"plants.calib", installed);
-    publish("Standard_Core_Content_Index.txt", "");
+    const std::string installed = installPlants();
     publish("plants.calib", "<html>" + std::string(5'000, 'x'));
     ProgramRun run = update();
     EXPECT_EQ(run.exitCode, test::exitCode::updateFailed);
@@ -165,10 +107,7 @@ TEST_F(UpdateCommand, KeepsACatalogWhenTheDownloadIsNotOne)
 
 TEST_F(UpdateCommand, AsksAgainForWhatCouldNotBeInstalled)
 {
-    const std::string installed = smallCatalogBytes("Plants");
-    FileUtils::createDirectoriesWithPerm(home() / U"core");
-    test::writeFile(home() / U"core" / U"plants.calib", installed);
-    publish("Standard_Core_Content_Index.txt", "");
+    const std::string installed = installPlants();
     const std::string page = "<html>" + std::string(5'000, 'x');
     publish("plants.calib", page);
     update();
@@ -176,191 +115,6 @@ TEST_F(UpdateCommand, AsksAgainForWhatCouldNotBeInstalled)
     EXPECT_EQ(update().exitCode, test::exitCode::updateFailed);
     EXPECT_EQ(server.requests("/api").back().method, "GET") << "it is fetched again, as what came was no catalog";
     EXPECT_EQ(test::readFile(home() / U"core" / U"plants.calib"), installed);
-}
-
-// ---- All of a library or nothing -----------------------------------------------------------------
-
-class UpdateOfAPackage : public UpdateCommand
-{
-protected:
-    UpdateOfAPackage()
-    {
-        publish("Standard_Core_Content_Index.txt", "");
-        publishVersion("1");
-        EXPECT_EQ(update({"--bonus", "garden"}).exitCode, 0);
-        expectVersion("1");
-    }
-
-    static std::string catalog(const std::string& version) { return smallCatalogBytes("Garden " + version); }
-
-    static test::ZipBuilder package(const std::string& version)
-    {
-        return test::ZipBuilder().add("garden.calib", catalog(version)).add("oak.png", "texture " + version);
-    }
-
-    void answerWith(const std::string& version, const std::string& bytes)
-    {
-        answer("garden.calibz", Reply::file(bytes, sha1(catalog(version))));
-    }
-    void publishVersion(const std::string& version) { answerWith(version, package(version).bytes()); }
-
-    fileString catalogFile() const { return home() / U"bonus" / U"garden.calib"; }
-    fileString archive() const { return home() / U"referenced" / U"garden.zip"; }
-
-    void expectVersion(const std::string& version) const
-    {
-        EXPECT_TRUE(test::readFile(catalogFile()) == catalog(version)) << "the catalog is not version " << version;
-        std::string texture;
-        ZipUtils::writeFileDataFromArchive(
-            archive() + fileString(ZipUtils::getDelimiter()) + fileString(std::string("oak.png")),
-            [&](std::vector<unsigned char>& bytes) { texture.assign(bytes.begin(), bytes.end()); });
-        EXPECT_EQ(texture, "texture " + version);
-        EXPECT_THAT(test::listFolder(home() / U"referenced"), ElementsAre("garden.zip"));
-        EXPECT_THAT(test::listFolder(home() / U"temp"), IsEmpty());
-    }
-
-    /// What the service sends cannot be installed: that is told, and the older version stays until a good one comes.
-    void expectRefused(const std::string& bytes, const std::string& reason)
-    {
-        SCOPED_TRACE(reason);
-        answerWith("2", bytes);
-        const ProgramRun run = update();
-        EXPECT_EQ(run.exitCode, test::exitCode::updateFailed);
-        EXPECT_THAT(run.output, HasSubstr("kept       " + catalogFile().utf8() + ": "));
-        EXPECT_THAT(run.output, HasSubstr(reason));
-        expectVersion("1");
-        EXPECT_EQ(update().exitCode, test::exitCode::updateFailed) << "it goes on to be told";
-    }
-};
-
-TEST_F(UpdateOfAPackage, RefusesWhatIsNoPackage)
-{
-    expectRefused("<html>" + std::string(5'000, 'x'), "is not a packed library, or it is damaged");
-    publishVersion("2");
-    EXPECT_EQ(update().exitCode, 0);
-    expectVersion("2");
-}
-
-TEST_F(UpdateOfAPackage, RefusesADamagedCatalog)
-{
-    test::ZipItem item;
-    item.name = "garden.calib";
-    item.data = catalog("2");
-    item.crc = 1;
-    expectRefused(test::ZipBuilder().add(item).add("oak.png", "texture 2").bytes(), "could not be unpacked");
-    publishVersion("2");
-    EXPECT_EQ(update().exitCode, 0);
-    expectVersion("2");
-}
-
-TEST_F(UpdateOfAPackage, RefusesAnEncryptedOne)
-{
-    test::ZipItem item;
-    item.name = "garden.calib";
-    item.data = catalog("2");
-    item.flags = 1;
-    expectRefused(test::ZipBuilder().add(item).add("oak.png", "texture 2").bytes(), "is encrypted");
-}
-
-TEST_F(UpdateOfAPackage, RefusesOtherBytesThanTheServiceAnnounced)
-{
-    expectRefused(package("3").bytes(), "is not what it announced");
-}
-
-TEST_F(UpdateOfAPackage, BringsBackAnArchiveThatIsGone)
-{
-    FileUtils::removePath(archive(), FileUtils::noFlags);
-    EXPECT_EQ(update().exitCode, 0);
-    expectVersion("1");
-    EXPECT_EQ(update().output, "Everything is up to date.\n");
-}
-
-TEST_F(UpdateOfAPackage, BringsBackACatalogThatIsGone)
-{
-    FileUtils::removePath(catalogFile(), FileUtils::noFlags);
-    EXPECT_EQ(update().exitCode, 0);
-    expectVersion("1");
-}
-
-TEST_F(UpdateOfAPackage, RepairsATornArchive)
-{
-    test::writeFile(archive(), "torn");
-    EXPECT_EQ(update().exitCode, 0);
-    expectVersion("1");
-}
-
-TEST_F(UpdateOfAPackage, RepairsWhatAnInterruptedUpdateLeft)
-{
-    // The archive of the next version was placed, and the module's hash file written, but not the catalog.
-    publishVersion("2");
-    test::ZipBuilder().add("oak.png", "texture 2").writeTo(archive());
-    test::writeFile(home() / U"bonus" / U"catalog_hash.txt", "garden.calib:" + sha1(catalog("2")) + "\n");
-    EXPECT_EQ(update().exitCode, 0);
-    expectVersion("2");
-}
-
-TEST_F(UpdateOfAPackage, RepairsWhatCouldNotBePlaced)
-{
-    publishVersion("2");
-    FileUtils::removeDirectoryAndFiles(home() / U"referenced", FileUtils::noFlags);
-    test::writeFile(home() / U"referenced", "a file in the folder's place");
-    EXPECT_EQ(update().exitCode, test::exitCode::updateFailed);
-    EXPECT_TRUE(test::readFile(catalogFile()) == catalog("1"));
-    FileUtils::removePath(home() / U"referenced", FileUtils::noFlags);
-    EXPECT_EQ(update().exitCode, 0);
-    expectVersion("2");
-}
-
-TEST_F(UpdateOfAPackage, TrustsSizesAndTimesUnlessItIsToVerify)
-{
-    const auto time = std::filesystem::last_write_time(catalogFile().utf8());
-    std::string damaged = catalog("1");
-    damaged[damaged.size() / 2] ^= 1;
-    test::writeFile(catalogFile(), damaged);
-    std::filesystem::last_write_time(catalogFile().utf8(), time);
-    EXPECT_EQ(update().output, "Everything is up to date.\n");
-    EXPECT_EQ(update({"--verify"}).exitCode, 0);
-    expectVersion("1");
-}
-
-TEST_F(UpdateOfAPackage, SaysThatDamageCannotBeRepaired)
-{
-    answer("garden.calibz", {.status = 304});
-    FileUtils::removePath(archive(), FileUtils::noFlags);
-    const ProgramRun run = update();
-    EXPECT_EQ(run.exitCode, test::exitCode::updateFailed);
-    EXPECT_THAT(run.output, HasSubstr("its files are missing or damaged, and could not be fetched again"));
-}
-
-TEST_F(UpdateOfAPackage, TellsOnceThatTheServiceNoLongerHasIt)
-{
-    answer("garden.calibz", {.status = 404});
-    const ProgramRun first = update();
-    EXPECT_EQ(first.exitCode, 0);
-    EXPECT_THAT(first.output, HasSubstr("garden: not part of this service\n"));
-    EXPECT_EQ(update().output, "Everything is up to date.\n");
-    expectVersion("1");
-    EXPECT_THAT(update({"--bonus", "garden"}).output, HasSubstr("garden: not part of this service\n"));
-}
-
-TEST_F(UpdateOfAPackage, TellsWhyItIsWithdrawn)
-{
-    answer("garden.calibz", {.status = 403, .body = "Out of season.\n"});
-    const ProgramRun run = update();
-    EXPECT_EQ(run.exitCode, 0);
-    EXPECT_THAT(run.output, HasSubstr("garden: withdrawn: Out of season.\n"));
-    const QJsonObject withdrawn =
-        update({"--format", "json"}).json()[QStringLiteral("withdrawn")].toArray().at(0).toObject();
-    EXPECT_EQ(withdrawn[QStringLiteral("message")].toString().toStdString(), "Out of season.");
-    expectVersion("1");
-}
-
-TEST_F(UpdateOfAPackage, LeavesNothingOfAKilledUpdate)
-{
-    test::writeFile(home() / U"referenced" / U".velk-0123.tmp", "left");
-    FileUtils::createDirectoriesWithPerm(home() / U"temp" / U".velk-0123.tmp" / U"velk.downloads.bonus");
-    update();
-    expectVersion("1");
 }
 
 TEST_F(UpdateCommand, SaysThatALibraryIsNotPartOfTheService)
@@ -457,10 +211,7 @@ TEST_F(UpdateCommand, EndsOnCtrlCWhileTheServiceDoesNotAnswer)
 
 TEST_F(UpdateCommand, EndsCleanlyOnCtrlC)
 {
-    const std::string installed = smallCatalogBytes("Plants");
-    FileUtils::createDirectoriesWithPerm(home() / U"core");
-    test::writeFile(home() / U"core" / U"plants.calib", installed);
-    publish("Standard_Core_Content_Index.txt", "");
+    const std::string installed = installPlants();
     const test::Gate gate;
     Reply slow = Reply::file(smallCatalogBytes("Plants 2"), "new");
     slow.block = 1'000;
@@ -479,92 +230,5 @@ TEST_F(UpdateCommand, EndsCleanlyOnCtrlC)
     EXPECT_THAT(test::listFolder(home() / U"temp"), IsEmpty());
 }
 #endif
-
-// ---- With the real publisher and service ---------------------------------------------------------
-
-class UpdateFromSite : public test::TestHost
-{
-protected:
-    UpdateFromSite()
-    {
-        for (const char32_t* const name : {U"core", U"bonus", U"referenced"})
-            FileUtils::createDirectoriesWithPerm(folder() / U"publish" / name);
-    }
-
-    /// Publishes the folder and serves the site until the end of the test.
-    void publish()
-    {
-        VelkHost::publish(folder() / U"publish", folder() / U"site");
-        if (service_)
-            return;
-        VelkHost::ServiceOptions options;
-        options.site = folder() / U"site";
-        options.served = [this](const VelkHost::ServedRequest& request) {
-            const std::lock_guard lock(mutex_);
-            if (request.method == "GET" && request.target.find("Index.txt") == std::string::npos)
-                fetched_.push_back(request.target);
-        };
-        service_ = std::make_unique<VelkHost::SiteService>(options);
-    }
-
-    ProgramRun update(const std::string& home, std::vector<std::string> more = {}) const
-    {
-        std::vector<std::string> arguments{"update", "--service", service_->address(), "--home", home};
-        arguments.insert(arguments.end(), more.begin(), more.end());
-        return test::runProgram(folder(), arguments);
-    }
-
-    /// What was downloaded since the last call.
-    std::vector<std::string> fetched()
-    {
-        const std::lock_guard lock(mutex_);
-        return std::exchange(fetched_, {});
-    }
-
-    fileString in(const char32_t* first, const char32_t* second, const char32_t* third) const
-    {
-        return folder() / first / second / third;
-    }
-
-private:
-    std::mutex mutex_;
-    std::vector<std::string> fetched_;
-    std::unique_ptr<VelkHost::SiteService> service_;
-};
-
-TEST_F(UpdateFromSite, TagsAndHashesAgreeOnEveryPath)
-{
-    const std::string plants = smallCatalogBytes("Plants");
-    const std::string garden = smallCatalogBytes("Garden");
-    const std::string textures = test::ZipBuilder().add("oak.png", std::string(3'000, 'o')).bytes();
-    test::writeFile(in(U"publish", U"core", U"Küche 2.calib"), plants);
-    test::writeFile(in(U"publish", U"referenced", U"textures.zip"), textures);
-    test::writeFile(in(U"publish", U"bonus", U"garden.calibz"),
-                    test::ZipBuilder().add("garden.calib", garden).add("oak.png", "texture").bytes());
-    publish();
-
-    EXPECT_EQ(update("home", {"--bonus", "garden"}).exitCode, 0);
-    EXPECT_EQ(fetched().size(), 3u);
-    EXPECT_EQ(test::readFile(in(U"home", U"core", U"Küche 2.calib")), plants);
-    EXPECT_EQ(test::readFile(in(U"home", U"bonus", U"garden.calib")), garden);
-    EXPECT_EQ(test::readFile(in(U"home", U"referenced", U"textures.zip")), textures);
-    EXPECT_EQ(update("home").output, "Everything is up to date.\n");
-    EXPECT_THAT(fetched(), IsEmpty()) << "after an update";
-
-    for (const char32_t* const name : {U"core", U"bonus", U"referenced"})
-        FileUtils::createDirectoriesWithPerm(folder() / U"fresh" / name);
-    test::writeFile(in(U"fresh", U"core", U"Küche 2.calib"), plants);
-    test::writeFile(in(U"fresh", U"bonus", U"garden.calib"), garden);
-    test::writeFile(in(U"fresh", U"referenced", U"textures.zip"), textures);
-    EXPECT_EQ(update("fresh").output, "Everything is up to date.\n");
-    EXPECT_THAT(fetched(), IsEmpty()) << "with the publisher's own catalogs, and no hash file";
-
-    const std::string changed = smallCatalogBytes("Plants 2");
-    test::writeFile(in(U"publish", U"core", U"Küche 2.calib"), changed);
-    publish();
-    EXPECT_EQ(update("home").exitCode, 0);
-    EXPECT_THAT(fetched(), ElementsAre(HasSubstr("K%C3%BCche%202.calib"))) << "only what has changed";
-    EXPECT_EQ(test::readFile(in(U"home", U"core", U"Küche 2.calib")), changed);
-}
 
 }  // namespace

@@ -250,6 +250,7 @@ const NumberCase numberCases[] = {
     {"LimitOfChanges",
      {"manufacturer", "update", "--data-url", "http://x/", "--logo-url", "http://x/?a", "--limit"},
      "0 to 1000000000"},
+    {"PortToServe", {"serve", "site", "--port"}, "0 to 65535"},
     {"IdThatIsShown", {"manufacturer", "show", "--"}, "-2147483648 to 2147483647"},
     {"IdThatIsEdited", {"manufacturer", "edit", "--new", "--"}, "-2147483648 to 2147483647"},
 };

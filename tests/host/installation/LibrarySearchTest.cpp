@@ -5,6 +5,8 @@
 
 #include "host/catalog/CatalogFile.h"
 
+#include <VelkCommon/Files/FileUtils.h>
+
 using namespace VelkHost;
 
 namespace {
@@ -174,6 +176,26 @@ TEST_F(LibrarySearch, LoadsInstalledLibraries)
     for (const char32_t* name : {U"user", U"core", U"bonus", U"manufacturer"})
         writeCatalog(test::smallCatalog(), folder() / name / U"a.calib");
     EXPECT_EQ(loadInstalledLibraries().loaded.size(), 4U);
+}
+
+TEST_F(LibrarySearch, NamesAFolderOfInstalledLibrariesThatCannotBeRead)
+{
+    for (const char32_t* name : {U"user", U"core"})
+        writeCatalog(test::smallCatalog(), folder() / name / U"a.calib");
+    FileUtils::removeDirectoryAndFiles(folder() / U"bonus", FileUtils::noFlags);
+    test::writeFile(folder() / U"bonus", "a file in the folder's place");
+    FileUtils::removeDirectoryAndFiles(folder() / U"manufacturer", FileUtils::noFlags);
+    const VelkHost::InstalledLibraryFiles installed = VelkHost::installedLibraryFiles();
+    EXPECT_THAT(installed.files,
+                testing::ElementsAre(folder() / U"core" / U"a.calib", folder() / U"user" / U"a.calib"));
+    ASSERT_EQ(installed.unreadable.size(), 1U) << "that there is none is fine";
+    const std::string bonus = (folder() / U"bonus").utf8();
+    EXPECT_THAT(installed.unreadable[0].path().utf8(), testing::StartsWith(bonus));
+    EXPECT_THAT(installed.unreadable[0].reason(), testing::HasSubstr("is not a folder"));
+    const LibrarySet set = loadInstalledLibraries();
+    EXPECT_EQ(set.loaded.size(), 2U);
+    ASSERT_EQ(set.broken.size(), 1U);
+    EXPECT_THAT(set.broken[0].path.utf8(), testing::StartsWith(bonus));
 }
 
 }  // namespace

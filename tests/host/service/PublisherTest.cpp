@@ -238,6 +238,20 @@ TEST_F(Publisher, RefusesADamagedSite)
     EXPECT_THAT(test::reasonOf([&] { publish(); }), HasSubstr("is damaged"));
 }
 
+TEST_F(Publisher, RefusesASiteWithAnEmptyTag)
+{
+    test::writeCatalogFile(input(U"core/a.calib"), "A");
+    publish();
+    const fileString file = VelkHost::storedFile(site(), VelkHost::currentTable(site()));
+    std::string text = test::readFile(file);
+    const std::string tag = "\"tag\": \"" + table().libraries.at("a.calib").tag;
+    const std::size_t place = text.find(tag);
+    ASSERT_NE(place, std::string::npos) << text;
+    test::writeFile(file, text.replace(place, tag.size(), "\"tag\": \""));
+    EXPECT_THAT(test::reasonOf([&] { table(); }), HasSubstr("is damaged"));
+    EXPECT_THAT(test::reasonOf([&] { publish(); }), HasSubstr("is damaged"));
+}
+
 TEST_F(Publisher, WaitsForNoOtherPublisher)
 {
     test::writeCatalogFile(input(U"core/a.calib"), "A");

@@ -75,6 +75,22 @@ TEST_F(ServiceFolders, ThatCannotBeReadAreNotTakenForEmptyOnes)
     }
 }
 
+TEST_F(ServiceFolders, HaveNoFilesThatCannotBeRead)
+{
+    test::writeCatalogFile(input(U"core/a.calib"), "A");
+    test::writeFileDeep(input(U"logos/a.png"), "logo");
+    test::writePackedFile(input(U"bonus/b.calibz"), "B", {});
+    fs::permissions(folder().utf8(), fs::perms(0777));
+    for (const char32_t* const name : {U"logos/a.png", U"core/a.calib", U"bonus/b.calibz"})
+        fs::permissions(input(name).utf8(), fs::perms(0));
+    test::asOrdinaryUser([&] {
+        EXPECT_THAT(problems(),
+                    testing::UnorderedElementsAre("logos/a.png: cannot be read", "core/a.calib: cannot be read",
+                                                  "bonus/b.calibz: cannot be read"));
+        EXPECT_FALSE(site().pathExists()) << "nothing is published without a tag";
+    });
+}
+
 TEST_F(ServiceFolders, OfLogosAreNoLinks)
 {
     test::writeFileDeep(input(U"logos/doors/a.png"), "logo");

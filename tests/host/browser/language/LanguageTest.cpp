@@ -238,10 +238,10 @@ TEST_F(LanguageTexts, AreTheLibrarysToo)
 {
     speak("de");
     EXPECT_EQ(StringUtils::loadString(test::textNumber::downloading), "%1% wird heruntergeladen");
-    EXPECT_EQ(StringUtils::loadString(test::textNumber::checking), "Kataloge werden geprüft");
+    EXPECT_EQ(StringUtils::loadString(test::textNumber::checkingCatalogs), "Kataloge werden geprüft");
     EXPECT_EQ(StringUtils::loadString(test::textNumber::unknown), "");
     speak("fr");
-    EXPECT_EQ(StringUtils::loadString(test::textNumber::checking), "Vérification des catalogues");
+    EXPECT_EQ(StringUtils::loadString(test::textNumber::checkingCatalogs), "Vérification des catalogues");
 }
 
 TEST_F(LanguageTexts, WriteNumbersAsTheLanguageDoes)

@@ -4,6 +4,7 @@
 #include "host/installation/ManufacturerRefresh.h"
 #include "host/service/SiteService.h"
 #include "support/ScriptedServer.h"
+#include "support/SecretAddress.h"
 
 #include <VelkLibrary/Manufacturer/ManufacturerManager.h>
 
@@ -238,6 +239,20 @@ TEST_F(ManufacturerRefreshing, RefusesTextsThatAreNotAddresses)
     paneOf(0, {{}, "file:///etc/"});
     refresh();
     EXPECT_EQ(status().toStdString(), "The manufacturers are as they were: \"file:///etc/\" is not a web address");
+}
+
+TEST_F(ManufacturerRefreshing, ShowsNoPassword)
+{
+    const std::string before = "The manufacturers are as they were: ";
+    paneOf(0, {{}, test::withPassword("ftp://host/")});
+    refresh();
+    EXPECT_EQ(status().toStdString(), before + "\"ftp://host/\" is not a web address");
+    const std::string address = service_->address();
+    service_.reset();
+    paneOf(0, {{}, test::withPassword(address)});
+    refresh();
+    EXPECT_THAT(status().toStdString(), testing::AllOf(testing::StartsWith(before + address + "manufacturers: "),
+                                                       testing::Not(HasSubstr(test::password))));
 }
 
 TEST_F(ManufacturerRefreshing, CanBeStopped)

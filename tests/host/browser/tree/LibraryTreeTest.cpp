@@ -3,6 +3,7 @@
 #include "host/browser/tree/ItemDrag.h"
 #include "host/browser/tree/LibraryDelegate.h"
 
+#include <VelkCommon/Files/FileUtils.h>
 #include <VelkLibrary/UI/Chooser.h>
 #include <VelkLibrary/UI/TreeItemData.h>
 
@@ -133,6 +134,18 @@ TEST_F(LibraryTree, TellsWhichLibraryCannotBeRead)
     openWindow();
     EXPECT_EQ(texts(), QStringList(QStringLiteral("things")));
     EXPECT_EQ(message(), "“broken” is not a library catalog");
+}
+
+TEST_F(LibraryTree, TellsWhichFolderCannotBeRead)
+{
+    install(U"a.calib", mixedCatalog());
+    FileUtils::removeDirectoryAndFiles(folder() / U"bonus", FileUtils::noFlags);
+    test::writeFile(folder() / U"bonus", "a file in the folder's place");
+    openWindow();
+    EXPECT_EQ(texts(), QStringList(QStringLiteral("things"))) << "the others are shown";
+    const std::string bonus = (folder() / U"bonus").humanReadableString();
+    EXPECT_THAT(message(),
+                testing::AllOf(testing::StartsWith("“" + bonus), testing::HasSubstr(bonus + " is not a folder")));
 }
 
 TEST_F(LibraryTree, SaysWhatToDoWithoutLibraries)
