@@ -65,14 +65,14 @@ public:
         std::atomic<int> next = 0;
         onThreads(std::min<std::size_t>(threadCount(), 2), [&] {
             for (int half = next++; half < 2; half = next++)
-                half == 0 ? goUp(order_.size() / 2) : goDown(order_.size() / 2);
+                half == 0 ? ascend(order_.size() / 2) : descend(order_.size() / 2);
         });
     }
 
 private:
     using Places = std::array<std::size_t, IndexRating::priorityCount>;
 
-    void goUp(std::size_t end)
+    void ascend(std::size_t end)
     {
         Places places = begins_;
         for (std::size_t i = 0; i < end && !mustStop(i); ++i)
@@ -80,7 +80,7 @@ private:
                 hits_.entries[places[priority]++] = order_[i];
     }
 
-    void goDown(std::size_t begin)
+    void descend(std::size_t begin)
     {
         Places places = ends_;
         for (std::size_t i = order_.size(); i > begin && !mustStop(i); --i)
