@@ -155,6 +155,7 @@ public:
         return name;
     }
 
+    /// One with so many items at most, and a quarter as many folders.
     LoadedLibrary library(std::size_t most)
     {
         Catalog catalog;
@@ -162,7 +163,7 @@ public:
         catalog.kind = oneIn(2) ? LibraryKind::Core : LibraryKind::User;
         for (std::size_t i = below(most / 4 + 1); i > 0; --i)
             catalog.folders.push_back({Folder::noParent, name()});
-        for (std::size_t i = below(most); i > 0; --i)
+        for (std::size_t i = most - below(most > large ? most / 8 : most + 1); i > 0; --i)
             catalog.items.push_back({name(), 0, name(), oneIn(2) ? name() : "", "", {}});
         return {fileString(catalog.name), std::make_shared<const Catalog>(std::move(catalog))};
     }
@@ -184,6 +185,8 @@ public:
     }
 
 private:
+    static constexpr std::size_t large = 1'000;  // from here on a library is about as large as asked for
+
     std::mt19937 random_;
 };
 
