@@ -48,7 +48,7 @@ void SearchRunner::searchNow(const QString& text)
 void SearchRunner::release(std::shared_ptr<const void> data)
 {
     if (data != nullptr)
-        worker_.free(std::move(data));
+        worker_.release(std::move(data));
 }
 
 void SearchRunner::cancel()
