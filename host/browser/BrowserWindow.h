@@ -29,6 +29,7 @@ class DetailPane;
 class ManufacturerPane;
 class LibraryJobs;
 class SearchPane;
+struct SearchedLibraries;
 class ShownLibraries;
 class WindowState;
 

@@ -33,7 +33,7 @@ public:
 
     /// Frees something on the thread: what holds a million items takes its time.
     template <typename Data>
-    void free(Data data)
+    void release(Data data)
     {
         run([data = std::make_shared<Data>(std::move(data))]() mutable -> Arrival {
             data.reset();

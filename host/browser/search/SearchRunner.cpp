@@ -55,7 +55,7 @@ void SearchRunner::catchUp()
 void SearchRunner::release(std::shared_ptr<const void> data)
 {
     if (data != nullptr)
-        worker_.free(std::move(data));
+        worker_.release(std::move(data));
 }
 
 void SearchRunner::cancel()

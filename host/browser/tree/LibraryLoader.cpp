@@ -72,7 +72,7 @@ void LibraryLoader::endReading()
 void LibraryLoader::release(std::vector<BrowsedLibrary> libraries)
 {
     if (!libraries.empty())
-        worker_.free(std::move(libraries));
+        worker_.release(std::move(libraries));
 }
 
 // On the worker. The user sees the large libraries' categories before waiting for their items.
@@ -145,7 +145,7 @@ void LibraryLoader::deliver()
     const bool mayBeMore = arrivals.size() == mostAtOnce;
     if (!arrivals.empty()) {
         Q_EMIT arrived(arrivals);
-        worker_.free(std::move(arrivals));  // one may have replaced another
+        worker_.release(std::move(arrivals));  // one may have replaced another
         earliest_.front() = std::exchange(earliest_.back(), QDeadlineTimer(2 * gatherMilliseconds));
     }
     if (mayBeMore) {

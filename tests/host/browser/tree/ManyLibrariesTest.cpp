@@ -64,9 +64,10 @@ class ManyFiles : public test::TestHost
 protected:
     ManyFiles()
     {
+        const std::string bytes = test::catalogFileBytes(numbered(0));
         for (int i = 0; i < libraryCount; ++i) {
             files.push_back(folder() / U"core" / fileString(std::to_string(100 + i) + ".calib"));
-            test::writeFile(files.back(), test::catalogFileBytes(numbered(i)));
+            test::writeFile(files.back(), bytes);
         }
         QObject::connect(&loader, &VelkHost::LibraryLoader::arrived,
                          [this](const std::vector<LibraryArrival>& arrivals) { batches.push_back(arrivals); });
@@ -158,7 +159,7 @@ protected:
     ManyLibraries()
     {
         for (int i = 0; i < libraryCount; ++i)
-            paths.push_back(core(U"many") + fileString(std::to_string(100 + i) + ".calib"));
+            paths.push_back(core(fileString(std::to_string(100 + i) + ".calib").unicodeString()));
     }
 
     /// Hands all libraries to the model, made by a function from their paths and catalogs.
@@ -249,12 +250,13 @@ TEST_F(ManyLibraries, StartOneSearchHoweverManyArrive)
     openWindow();
     int asked = 0;
     runner().setSource([&asked] { return ++asked, VelkHost::SearchedLibraries(); });
-    QSignalSpy found(&runner(), &VelkHost::SearchRunner::found);
+    int found = 0;
+    QObject::connect(&runner(), &VelkHost::SearchRunner::found, &window(), [&found] { ++found; });
     runner().search(QStringLiteral("chair"));
-    test::eventually([&] { return found.size() == 1; });
+    test::eventually([&] { return found == 1; });
     for (int i = 0; i < libraryCount; ++i)
         runner().librariesChanged();
-    test::eventually([&] { return found.size() == 2; });
+    test::eventually([&] { return found == 2; });
     EXPECT_EQ(asked, 2);
 }
 
@@ -284,9 +286,9 @@ TEST_F(ManyLibraries, AreFreedOnAnotherThreadWhenAnOutcomeWasTheLastToHoldThem)
     const auto show = [this](const std::vector<VelkHost::LoadedLibrary>& libraries) {
         VelkHost::SearchIndex index;
         index.setLibraries(libraries);
-        auto outcome = std::make_shared<VelkHost::SearchOutcome>();
-        outcome->result.state = index.state();
-        Q_EMIT runner().found(std::move(outcome));
+        VelkHost::SearchOutcome outcome{{}, VelkHost::searchInfo({}), {}};
+        outcome.result.state = index.state();
+        Q_EMIT runner().found(std::make_shared<const VelkHost::SearchOutcome>(std::move(outcome)));
     };
     show({{paths[0], watched(freed)}});
     show({});
