@@ -130,8 +130,12 @@ void IndexRating::clearGaps(const Range& range)
 
 void IndexRating::count(const Range& range, Counts& counts) const
 {
-    for (std::size_t entry = range.begin; entry < range.end; ++entry)
-        ++counts[priorities_[entry] % priorityCount];
+    // Several tables, since counting twice in the same place waits for the first time.
+    std::array<Counts, 4> tables{};
+    forEachHit(range, [&](EntryNumber entry) { ++tables[entry % tables.size()][priorities_[entry] % priorityCount]; });
+    for (const Counts& table : tables)
+        for (std::size_t i = 0; i < counts.size(); ++i)
+            counts[i] += table[i];
 }
 
 }  // namespace VelkHost

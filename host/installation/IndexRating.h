@@ -5,9 +5,11 @@
 
 #include <VelkLibrary/LibraryResultCategorizer.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <mutex>
 #include <stop_token>
 #include <vector>
@@ -38,9 +40,7 @@ public:
     void forEachHit(Use use) const
     {
         for (const Range& range : ranges_)
-            for (std::size_t entry = range.begin; entry < range.end; ++entry)
-                if (priorities_[entry] != 0)
-                    use(static_cast<EntryNumber>(entry));
+            forEachHit(range, use);
     }
 
 private:
@@ -50,6 +50,23 @@ private:
         std::size_t begin = 0;
         std::size_t end = 0;
     };
+
+    /// Most searches have few hits: eight entries without one are passed over at once.
+    template <typename Use>
+    void forEachHit(const Range& range, Use use) const
+    {
+        constexpr std::size_t atOnce = sizeof(std::uint64_t);
+        for (std::size_t entry = range.begin; entry < range.end;) {
+            std::uint64_t next = 1;
+            const std::size_t end = std::min(entry + atOnce, range.end);
+            if (end - entry == atOnce)
+                std::memcpy(&next, &priorities_[entry], atOnce);
+            for (; next != 0 && entry < end; ++entry)
+                if (priorities_[entry] != 0)
+                    use(static_cast<EntryNumber>(entry));
+            entry = end;
+        }
+    }
 
     void findRanges();
     void addPart(std::size_t slot, std::size_t part);
