@@ -185,11 +185,14 @@ void BrowserWindow::buildJobs()
     auto* const drop = new LibraryDrop(*this);
     drop->coverWidget(searchBox_);
     connect(drop, &LibraryDrop::dropped, jobs_, &LibraryJobs::importFiles);
+    connect(jobs_, &LibraryJobs::runningChanged, this, &BrowserWindow::showImported);
     connect(jobs_, &LibraryJobs::runningChanged, drop, [drop](bool running) { drop->setEnabled(!running); });
     connect(jobs_, &LibraryJobs::libraryInstalled, this, [this](const fileString& library, bool imported) {
         thumbnails_.forget(library);
-        if (imported)
+        if (imported) {
             imported_ = library;
+            isImportedRead_ = false;
+        }
         loader_.read({library});
     });
 }
@@ -271,8 +274,8 @@ void BrowserWindow::takeLibraries(const std::vector<LibraryArrival>& arrivals)
     for (const auto& [library, failure] : arrivals)
         if (!failure.isEmpty())
             showMessage(tr("“%1” %2").arg(qtText(library.path.stem().utf8()), failure));
-    if (imported_ && paths.contains(*imported_))
-        showImported();
+    isImportedRead_ = isImportedRead_ || (imported_ && paths.contains(*imported_));
+    showImported();
 }
 
 // Folders are opened while the view has yet to see its new rows: it looks at them once, however many are opened.
@@ -293,8 +296,11 @@ void BrowserWindow::replaceLibraries(const std::vector<LibraryArrival>& arrivals
             state_->selectCurrent(path);
 }
 
+// What the job tells when it ends would take the place of what is told here.
 void BrowserWindow::showImported()
 {
+    if (!imported_ || !isImportedRead_ || jobs_->isRunning())
+        return;
     const BrowsedLibrary* const library = model_.library(*imported_);
     if (library == nullptr || library->order == nullptr)
         return;

@@ -111,7 +111,8 @@ private:
     QAction* showInTree_ = nullptr;
     std::unique_ptr<WindowState> state_;
     LibraryJobs* jobs_ = nullptr;
-    std::optional<fileString> imported_;  // to be shown when it is read
+    std::optional<fileString> imported_;  // to be shown when it is read and the job has told what it did
+    bool isImportedRead_ = false;
 };
 
 }  // namespace VelkHost

@@ -49,10 +49,9 @@ struct ManufacturerArguments
     bool json() const { return format == "json"; }
 };
 
-std::string titleOf(std::int32_t id)
+std::string titleOf(std::int32_t id, const std::u32string& manufacturer)
 {
-    const std::string name =
-        StringConvert::toStdUtf8String(cardWithId(installedManufacturers(), id).getManufacturerName());
+    const std::string name = StringConvert::toStdUtf8String(manufacturer);
     return "manufacturer " + std::to_string(id) + (name.empty() ? "" : " (" + printableUtf8(name) + ")");
 }
 
@@ -76,10 +75,11 @@ ExitCode showCard(const ManufacturerArguments& arguments, Output& output)
 
 void editFields(const ManufacturerArguments& arguments, Output& output)
 {
+    const EditedCard card = editCard(*arguments.id, arguments.edit);
     std::string fields;
-    for (const std::string& field : editCard(*arguments.id, arguments.edit))
+    for (const std::string& field : card.changed)
         fields += (fields.empty() ? "" : ", ") + field;
-    const std::string title = titleOf(*arguments.id);
+    const std::string title = titleOf(*arguments.id, card.name);
     if (arguments.edit.make)
         output.write("Made " + title + ".\n");
     else if (fields.empty())

@@ -169,7 +169,7 @@ const Manufacturer& cardWithId(const ManufacturerFile& file, long id)
     return found->second;
 }
 
-std::vector<std::string> editCard(long id, const CardEdit& edit)
+EditedCard editCard(long id, const CardEdit& edit)
 {
     const FileLock lock = lockManufacturers();
     const ManufacturerFile before = installedManufacturers();
@@ -183,10 +183,10 @@ std::vector<std::string> editCard(long id, const CardEdit& edit)
     const Manufacturer old = card;
     card = edited(card, edit);
     requireLogoName(card);
-    std::vector<std::string> changed = changedFields(old, card);
-    if (edit.make || !changed.empty())
+    EditedCard result{card.getManufacturerName(), changedFields(old, card)};
+    if (edit.make || !result.changed.empty())
         saveManufacturers(std::move(after), before);
-    return changed;
+    return result;
 }
 
 bool editDefaultText(const std::string& text)

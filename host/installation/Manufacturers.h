@@ -70,10 +70,18 @@ struct CardEdit
 
     bool empty() const { return texts.empty() && !deleted && !make; }
 };
-/// Changes a card, or makes one, and saves. Returns the names of the changed fields; if there are none, nothing is
-/// written. Throws DataError when the card to change is missing, when the card to make exists already, and for a
-/// logo's name that is not safe (see Library::isSafeLogoName()).
-std::vector<std::string> editCard(long id, const CardEdit& edit);
+
+/// What an edit did.
+struct EditedCard
+{
+    std::u32string name;               ///< of the manufacturer, now
+    std::vector<std::string> changed;  ///< the names of the fields that changed
+};
+
+/// Changes a card, or makes one, and saves. If no field changes, nothing is written. Throws DataError when the card to
+/// change is missing, when the card to make exists already, and for a logo's name that is not safe (see
+/// Library::isSafeLogoName()).
+EditedCard editCard(long id, const CardEdit& edit);
 
 /// Replaces the default text and saves; false when it is the same already.
 bool editDefaultText(const std::string& text);

@@ -92,6 +92,7 @@ void SearchRunner::take(std::shared_ptr<const SearchOutcome> outcome)
     Q_EMIT found(outcome);
     if (isOutdated_ && !pause_.isActive() && isAnswered_)
         pause_.start();
+    release(std::move(outcome));  // the receiver may have let go of it already
 }
 
 std::shared_ptr<const SearchedLibraries> SearchRunner::libraries()

@@ -123,8 +123,10 @@ TEST_F(ManyFiles, LeaveOtherEventsTheirTurn)
     loader.read(many);
     readAll();
     int turns = 0;
-    QObject::connect(&loader, &VelkHost::LibraryLoader::arrived, &loader,
-                     [&] { QTimer::singleShot(0, &loader, [&turns] { ++turns; }); });
+    QObject::connect(&loader, &VelkHost::LibraryLoader::arrived, &loader, [&] {
+        QMetaObject::invokeMethod(
+            &loader, [&turns] { ++turns; }, Qt::QueuedConnection);
+    });
     std::vector<int> turnsBefore;
     QObject::connect(&loader, &VelkHost::LibraryLoader::arrived, &loader, [&] { turnsBefore.push_back(turns); });
     takeEvents();
@@ -282,6 +284,8 @@ TEST_F(ManyLibraries, DoNotKeepAKeyFromItsAnswerWhileTheyArrive)
 TEST_F(ManyLibraries, AreFreedOnAnotherThreadWhenAnOutcomeWasTheLastToHoldThem)
 {
     openWindow();
+    named<QLineEdit>("searchBox")->setText(QStringLiteral("chair"));  // without a text, no outcome stays
+    test::eventually([this] { return test::hasSearched(window()); });
     std::promise<std::thread::id> freed;
     const auto show = [this](const std::vector<VelkHost::LoadedLibrary>& libraries) {
         VelkHost::SearchIndex index;
