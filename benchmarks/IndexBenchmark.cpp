@@ -201,10 +201,11 @@ int main(int argumentCount, char** arguments)
                     order == SearchIndex::Order::None ? "without an order" : "in order", millisecondsSince(begin));
     }
     index.setLibraries(one);
-    const bool good = printSearches(one, index);
-    std::printf("a search of 64 groups ends %.1f ms after it is stopped (gate 2)\n", stoppingTime(index));
+    const bool areSearchesGood = printSearches(one, index);
+    const double stopping = stoppingTime(index);
+    std::printf("a search of 64 groups ends %.1f ms after it is stopped (gate 2)\n", stopping);
     const std::vector<LoadedLibrary> many = libraries(entries, smallLibraries);
     for (const std::size_t batch : {smallLibraries, smallLibraries / 10, smallLibraries / 100})
         printChanges(many, batch);
-    return good ? 0 : 1;
+    return areSearchesGood && stopping <= 2 ? 0 : 1;
 }

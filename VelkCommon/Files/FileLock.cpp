@@ -15,6 +15,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 using Result = Platform::File::LockResult;
+using FolderLock = Platform::File::Lock;
 
 constexpr std::chrono::milliseconds retryPause{5};
 constexpr std::size_t longestPurpose = 500;  // bytes
@@ -68,7 +69,8 @@ FileLock FileLock::tryFile(const fileString& file, const std::string& purpose)
     if (lock.isBusy())
         return lock;
     auto folder = std::make_unique<Platform::File>();
-    const Result result = folder->lockFolder(Velk::detail::folderOf(file));
+    const Result result =
+        folder->lockFolder(Velk::detail::folderOf(file), lock ? FolderLock::shared : FolderLock::exclusive);
     if (lock && result != Result::held)
         return lock;
     FileLock folderLock;

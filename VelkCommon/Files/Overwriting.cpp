@@ -2,6 +2,8 @@
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/ReplacementFile.h>
+#include <VelkCommon/Files/SHA1.h>
+#include <VelkCommon/Files/detail/Folders.h>
 #include <VelkCommon/Files/detail/LockPatience.h>
 #include <VelkCommon/Platform/File.h>
 #include <VelkCommon/Platform/FileSystem.h>
@@ -63,6 +65,16 @@ bool recover(File& file, const fileString& backup)
 }
 
 }  // namespace
+
+fileString backupOf(const fileString& file, const fileString& folder)
+{
+    constexpr std::size_t digits = 16;
+    const auto place = Platform::fileStatus(detail::folderOf(file));
+    if (!place)
+        return {};
+    const std::string key = std::to_string(place->number) + '/' + file.stemWithExtension().utf8();
+    return folder / fileString("unfinished-" + SHA1::bytesToSHA1Hex(key).substr(0, digits) + ".backup");
+}
 
 bool overwriteFile(const fileString& file, std::string_view text, const fileString& backup)
 {

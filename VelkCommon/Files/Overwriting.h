@@ -5,8 +5,8 @@
 /// that is not. A kill or a power failure in the middle leaves neither the old content nor the new. So the file begins
 /// with a zero byte meanwhile, which no text does, and what was in it is kept elsewhere, to be put back.
 ///
-/// Both functions hold the file as LockingFStream does for writing, so that its readers see all of the old content or
-/// all of the new. They throw nothing but std::bad_alloc. Any thread.
+/// The functions that write hold the file as LockingFStream does for writing, so that its readers see all of the old
+/// content or all of the new. They throw nothing but std::bad_alloc. Any thread.
 
 #include <VelkCommon/Export.h>
 #include <VelkCommon/Files/fileString.h>
@@ -14,6 +14,10 @@
 #include <string_view>
 
 namespace Velk {
+
+/// The path in `folder`, which is this user's own, for the backup of `file`: the same however the path of `file` is
+/// written. Empty where there is no folder for it.
+VELKCOMMON_EXPORT fileString backupOf(const fileString& file, const fileString& folder);
 
 /// Gives `file` the content `text`, synced. `backup` names the file that holds the old content for as long as it takes.
 /// After a failure, `file` has its old content again; if even that failed, it is still marked, and `backup` is there.

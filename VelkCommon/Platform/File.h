@@ -38,9 +38,9 @@ public:
     static File open(const std::string& path, Mode mode) noexcept;
     /// Opens with a lock and without waiting; `held` when others hold the file at the moment.
     LockResult openLocked(const std::string& path, Lock lock) noexcept;
-    /// The same for a folder, which this user may only read: alone, among those who lock the folder itself. Locks of
-    /// the files in it are something else.
-    LockResult lockFolder(const std::string& folder) noexcept;
+    /// The same for a folder, which this user may only read: `exclusive` to be alone, `shared` to see that nobody is,
+    /// for a moment. Locks of the files in it are something else.
+    LockResult lockFolder(const std::string& folder, Lock lock) noexcept;
 
     bool isOpen() const noexcept { return handle_ != closed; }
     /// A second handle of the same open file, which keeps its lock when this one is closed. Not open where a lock

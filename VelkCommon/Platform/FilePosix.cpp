@@ -45,7 +45,10 @@ Descriptor openForLock(const std::string& path, File::Lock lock) noexcept
 {
     if (lock == File::Lock::shared)
         return openForReading(path);
-    Descriptor file = openFile(path, O_RDWR | O_CREAT | O_NOFOLLOW);
+    // Some systems let nobody ask for a file to be made where somebody else's is in a folder for everybody.
+    Descriptor file = openFile(path, O_RDWR | O_NOFOLLOW);
+    if (!file && errno == ENOENT)
+        file = openFile(path, O_RDWR | O_CREAT | O_NOFOLLOW);
     if (!file && errno == EACCES)
         file = openFile(path, (lock == File::Lock::marker ? O_RDONLY : O_WRONLY) | O_NOFOLLOW);
     return file;
@@ -90,12 +93,12 @@ File::LockResult File::openLocked(const std::string& path, Lock lock) noexcept
     return LockResult::locked;
 }
 
-File::LockResult File::lockFolder(const std::string& folder) noexcept
+File::LockResult File::lockFolder(const std::string& folder, Lock lock) noexcept
 {
     Descriptor opened = openPath(folder, O_RDONLY | O_DIRECTORY);
     if (!opened)
         return LockResult::failed;
-    if (!lockAtOnce(opened, LOCK_EX))
+    if (!lockAtOnce(opened, lock == Lock::shared ? LOCK_SH : LOCK_EX))
         return errno == EWOULDBLOCK ? LockResult::held : LockResult::failed;
     *this = File(opened.release());
     return LockResult::locked;

@@ -28,6 +28,8 @@ struct FileStatus
     long long size = 0;
     /// Seconds since 1970-01-01 UTC.
     long long modified = 0;
+    /// What tells it from all others on its volume, however its path is written.
+    std::uint64_t number = 0;
 };
 
 /// What is at `path`; for a link, its target. Empty when nothing is there.

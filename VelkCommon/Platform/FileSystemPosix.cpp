@@ -73,7 +73,7 @@ std::optional<FileStatus> fileStatus(const std::string& path) noexcept
     struct stat status = {};
     if (::stat(systemPath(path), &status) != 0)
         return std::nullopt;
-    return FileStatus{S_ISDIR(status.st_mode), status.st_size, status.st_mtim.tv_sec};
+    return FileStatus{S_ISDIR(status.st_mode), status.st_size, status.st_mtim.tv_sec, status.st_ino};
 }
 
 bool nameTaken(const std::string& path) noexcept

@@ -68,7 +68,8 @@ std::optional<FileStatus> fileStatus(const std::string& path) noexcept
             };
             const long long ticks = join(found.ftLastWriteTime.dwHighDateTime, found.ftLastWriteTime.dwLowDateTime);
             return FileStatus{isFolder(found.dwFileAttributes), join(found.nFileSizeHigh, found.nFileSizeLow),
-                              (ticks - epoch) / ticksPerSecond};
+                              (ticks - epoch) / ticksPerSecond,
+                              static_cast<std::uint64_t>(join(found.nFileIndexHigh, found.nFileIndexLow))};
         },
         std::optional<FileStatus>());
 }

@@ -60,20 +60,26 @@ File::LockResult File::openLocked(const std::string& path, Lock lock) noexcept
 
 // An open folder that is not shared could not be listed by anybody. So the lock is an object of the system that bears
 // the folder's identity, and exists for as long as somebody has a handle of it.
-File::LockResult File::lockFolder(const std::string& folder) noexcept
+File::LockResult File::lockFolder(const std::string& folder, Lock lock) noexcept
 {
     const std::wstring name = guarded([&] { return lockNameOf(folder); }, std::wstring());
     if (name.empty())
         return LockResult::failed;
+    // Another user's may not be opened, but says that it is there.
+    if (File existing(numberOf(::OpenEventW(SYNCHRONIZE, FALSE, name.c_str())));
+        existing.handle_ != 0 || ::GetLastError() == ERROR_ACCESS_DENIED)
+        return LockResult::held;
+    if (lock == Lock::shared)
+        return LockResult::locked;
     ::SetLastError(ERROR_SUCCESS);
     const HANDLE event = ::CreateEventW(nullptr, TRUE, FALSE, name.c_str());
-    const DWORD error = ::GetLastError();
-    if (event == nullptr)  // denied: it is another user's
-        return error == ERROR_ACCESS_DENIED ? LockResult::held : LockResult::failed;
-    File lock(numberOf(event));
-    if (error == ERROR_ALREADY_EXISTS)
+    if (event == nullptr)
+        return LockResult::failed;
+    const bool isNew = ::GetLastError() != ERROR_ALREADY_EXISTS;
+    File created(numberOf(event));
+    if (!isNew)
         return LockResult::held;
-    *this = std::move(lock);
+    *this = std::move(created);
     return LockResult::locked;
 }
 

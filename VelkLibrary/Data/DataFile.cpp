@@ -4,7 +4,6 @@
 #include <VelkCommon/Files/LockingFStream.h>
 #include <VelkCommon/Files/Overwriting.h>
 #include <VelkCommon/Files/PathUtils.h>
-#include <VelkCommon/Files/SHA1.h>
 #include <VelkCommon/Platform/Process.h>
 #include <VelkCommon/Reporting/MessagingSystem.h>
 #include <VelkCommon/Text/StringConvert.h>
@@ -57,8 +56,7 @@ std::string readWhole(const fileString& path)
 // do with it.
 fileString backupOf(const fileString& path)
 {
-    const std::string name = SHA1::bytesToSHA1Hex(path.utf8()).substr(0, 16);
-    return PathUtils::getObject().getUserDatabasePath() / fileString("unfinished-" + name + ".backup");
+    return Velk::backupOf(path, PathUtils::getObject().getUserDatabasePath());
 }
 
 // The file is in place by now. Where the system refuses these rights, other users cannot change the file, but

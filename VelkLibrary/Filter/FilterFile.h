@@ -8,8 +8,9 @@
 #include <cstddef>
 #include <vector>
 
-/// The content of a filter file, as LibraryFilterManager describes it: a plain value that touches no global
-/// state, for callers that want to know what a file holds or whether it was written.
+/// The content of a filter file, as LibraryFilterManager describes it: a plain value, for callers that want
+/// to know what a file holds or whether it was written. In a folder where nothing can be replaced, the file is written
+/// in place, with a backup in the host's folder of the user, from which read() puts back what a crash has torn.
 ///
 ///     FilterFile file;
 ///     if (const Library::DataFileResult result = file.read(path); !result)

@@ -10,8 +10,10 @@
 #include <map>
 #include <string>
 
-/// The content of a manufacturers' data file, as ManufacturerManager describes it: a plain value that touches
-/// no global state, for callers that want to know what a file holds or whether it was written.
+/// The content of a manufacturers' data file, as ManufacturerManager describes it: a plain value, for
+/// callers that want to know what a file holds or whether it was written. In a folder where nothing can be replaced,
+/// the file is written in place, with a backup in the host's folder of the user, from which read() puts back what a
+/// crash has torn.
 ///
 ///     ManufacturerFile file;
 ///     if (const Library::DataFileResult result = file.read(path); !result)

@@ -15,7 +15,7 @@ class NameBlock;
 }
 
 /// The names and keywords of many entries, made ready to be rated again and again, all at once, by
-/// LibraryResultCategorizer::categorize(). Holds them in lower case, in one block of memory: about a tenth more than
+/// LibraryResultCategorizer::categorize(). Holds them in lower case, in one block of memory: about a fifth more than
 /// the bytes of the texts, and 20 bytes for each entry.
 ///
 /// Names and keywords are UTF-8 of any content. Entries have numbers in the order in which they were added, from 0

@@ -87,6 +87,12 @@ void BrowserWindow::readLibraries()
     loader_.readInstalled();
 }
 
+void BrowserWindow::finishSaving()
+{
+    manufacturers_.finish();
+    shown_->filters().finish();
+}
+
 void BrowserWindow::buildTree()
 {
     tree_ = new QTreeView;

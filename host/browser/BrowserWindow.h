@@ -43,6 +43,9 @@ public:
     explicit BrowserWindow(BrowserOptions options = {}, QWidget* parent = nullptr);
     ~BrowserWindow() override;
 
+    /// Waits until what the user has entered is saved, for a window that was closed.
+    void finishSaving();
+
     /// Reads the installed libraries.
     void readLibraries();
 

@@ -26,6 +26,9 @@ public:
     /// more.
     ~Worker() override;
 
+    /// Waits as the destructor does.
+    void finish() { thread_.waitForDone(); }
+
     using Arrival = std::function<void()>;
     /// Runs a job, which must not throw, on the thread, and then what it returns, if anything, on this object's
     /// thread.

@@ -156,6 +156,7 @@ int main(int argumentCount, char** arguments)
         window.show();
         window.readLibraries();
         const int exitCode = QApplication::exec();
+        window.finishSaving();  // everything else may be cut off
         limit.start(exitCode, endingPatience);
         return exitCode;
     } catch (const VelkHost::FileError& error) {

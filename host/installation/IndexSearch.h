@@ -39,7 +39,8 @@ struct SearchResult
 
 /// Rates the entries that `request` covers against `info`, which searchInfo() made from it. `leftOut` tells for each of
 /// the libraries whether it is not searched; it may be empty. Several threads work on it. Any thread; once a stop is
-/// requested, it ends within two milliseconds, without hits. Throws std::bad_alloc.
+/// requested, it ends soon, without hits: for what people type, within two
+/// milliseconds. Throws std::bad_alloc.
 SearchResult searchIndex(const std::shared_ptr<const IndexState>& state, const SearchRequest& request,
                          const Library::Search::Info& info, const std::vector<bool>& leftOut = {},
                          const std::stop_token& stop = {});

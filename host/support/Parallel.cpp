@@ -4,6 +4,7 @@
 #include <atomic>
 #include <exception>
 #include <mutex>
+#include <new>
 #include <system_error>
 #include <thread>
 #include <vector>
@@ -55,6 +56,7 @@ void onThreads(std::size_t threads, const std::function<void()>& work)
         while (helpers.size() + 1 < threads)
             helpers.emplace_back([&] { failure.run(work); });
     } catch (const std::system_error&) {  // fewer will do
+    } catch (const std::bad_alloc&) {
     }
     failure.run(work);
     for (std::thread& helper : helpers)

@@ -20,7 +20,7 @@ class TermRows
 {
 public:
     /// For pieces of at most `mostEntries`, which is a multiple of 64. Those with more bytes than `mostBytes` take more
-    /// time. Memory is taken here and nowhere else.
+    /// time.
     TermRows(const CompiledSearch& search, const PlaceBytes& worths, std::size_t mostEntries, std::size_t mostBytes);
 
     /// Forgets what was known, for the next piece.

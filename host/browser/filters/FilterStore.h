@@ -48,6 +48,8 @@ public:
     void merge(const fileString& path);
 
     bool isBusy() const { return worker_.isBusy(); }
+    /// Waits until changes are saved.
+    void finish() { worker_.finish(); }
 
 Q_SIGNALS:
     /// The state has changed, or was confirmed.

@@ -109,6 +109,12 @@ ManufacturerStore::~ManufacturerStore()
     stop_.request_stop();
 }
 
+void ManufacturerStore::finish()
+{
+    stop_.request_stop();
+    worker_.finish();
+}
+
 void ManufacturerStore::read()
 {
     run([] {}, [] {}, [this](const QString& reason) { Q_EMIT failed(reason); });

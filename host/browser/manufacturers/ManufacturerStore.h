@@ -51,6 +51,8 @@ public:
     QImage logo(const ManufacturerCard& card, const QSize& atMost);
 
     bool isBusy() const { return worker_.isBusy(); }
+    /// Waits as the destructor does. No refresh is possible any more.
+    void finish();
 
 Q_SIGNALS:
     void changed();

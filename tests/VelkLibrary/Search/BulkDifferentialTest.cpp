@@ -240,7 +240,7 @@ TEST(BulkDifferential, AgreesOnLargeTexts)
 {
     Random random(12);
     std::vector<PreparedEntry> entries;
-    for (const std::size_t size : {50, 400, 455, 456, 457, 500, 912, 5000, 70000, 600000}) {
+    for (const std::size_t size : {50U, 400U, 455U, 456U, 457U, 500U, 912U, 5000U, 70000U, 600000U}) {
         const std::string text = repeated(wordsFor(random, 5) + ". ", size / 10).substr(0, size);
         entries.push_back(test::itemEntry(text + "zq", "b"));
         entries.push_back(test::itemEntry("chair", text + " zq"));
@@ -273,7 +273,7 @@ TEST(BulkDifferential, AgreesOnLongAndRepetitiveTerms)
     }
     const Library::Search::PreparedNames names = test::prepared(entries);
     for (const char32_t* const unit : {U"a", U"ab", U"a b", U"bac", U"c"}) {
-        for (const std::size_t size : {2, 7, 8, 9, 16, 17, 63, 64, 65, 100}) {
+        for (const std::size_t size : {2U, 7U, 8U, 9U, 16U, 17U, 63U, 64U, 65U, 100U}) {
             std::u32string term;
             while (term.size() < size)
                 term += unit;

@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <memory>
 #include <random>
 #include <stop_token>
@@ -311,7 +310,7 @@ TEST(SearchIndex, AgreesWithAPlainSearchInLargeAndSmallLibraries)
     Chance chance(1);
     SearchIndex index;
     std::vector<LoadedLibrary> libraries;
-    for (const std::size_t most : {80'000, 500, 40'000, 500, 20'000})
+    for (const std::size_t most : {80'000U, 500U, 40'000U, 500U, 20'000U})
         libraries.push_back(chance.library(most));
     index.setLibraries(libraries);
     for (int search = 0; search < 3; ++search)
@@ -342,16 +341,12 @@ TEST(SearchIndex, IsSearchedInOneStateWhileItChanges)
     for (int i = 0; i < 40; ++i)
         libraries.push_back(libraryOf(std::to_string(i), {"Chair", "Desk"}));
     SearchIndex index;
-    std::atomic<bool> done = false;
-    test::Thread searching([&] {
-        while (!done) {
-            const std::shared_ptr<const IndexState> state = index.state();
-            const SearchRequest request = requestFor("chair");
-            ASSERT_EQ(searchIndex(state, request, searchInfo(request)).size(), state->libraries().size());
-        }
+    const test::Repeatedly searching([&] {
+        const std::shared_ptr<const IndexState> state = index.state();
+        const SearchRequest request = requestFor("chair");
+        ASSERT_EQ(searchIndex(state, request, searchInfo(request)).size(), state->libraries().size());
     });
     for (int round = 0; round < 5; ++round)
         for (std::size_t count = 0; count <= libraries.size(); ++count)
             index.setLibraries({libraries.begin(), libraries.begin() + static_cast<std::ptrdiff_t>(count)});
-    done = true;
 }

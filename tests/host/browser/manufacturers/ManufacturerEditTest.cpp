@@ -1,10 +1,12 @@
 #include "ManufacturerWindow.h"
 
 #include "host/browser/manufacturers/ManufacturerEditor.h"
+#include "host/installation/DataLock.h"
 #include "host/installation/ManufacturerRefresh.h"
 #include "host/service/SiteService.h"
 #include "support/ScriptedServer.h"
 #include "support/SecretAddress.h"
+#include "support/Threads.h"
 
 #include <VelkLibrary/Manufacturer/ManufacturerManager.h>
 
@@ -17,6 +19,7 @@
 #include <QPushButton>
 #include <QTest>
 
+#include <optional>
 #include <stop_token>
 
 using testing::HasSubstr;
@@ -253,6 +256,18 @@ TEST_F(ManufacturerRefreshing, ShowsNoPassword)
     refresh();
     EXPECT_THAT(status().toStdString(), testing::AllOf(testing::StartsWith(before + address + "manufacturers: "),
                                                        testing::Not(HasSubstr(test::password))));
+}
+
+// Another program has the lock when the user saves a card and closes the window.
+TEST_F(ManufacturerRefreshing, DoesNotLoseAnEditOfAWindowThatIsClosed)
+{
+    haveCard(1, {{"name", "Acme"}});
+    paneOf(0);
+    std::optional<FileLock> lock = VelkHost::lockFile(data(U"manufacturer_data.json"), "a test");
+    window().manufacturers().edit(1, {{{"phone", "555 0123"}}, {}, false});
+    const test::Thread releasing([&lock] { lock.reset(); });
+    window().finishSaving();
+    EXPECT_EQ(VelkHost::installedManufacturers().cards.at(1).getManufacturerPhoneNumber(false), U"555 0123");
 }
 
 TEST_F(ManufacturerRefreshing, CanBeStopped)
