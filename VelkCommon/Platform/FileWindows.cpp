@@ -66,7 +66,7 @@ File::LockResult File::lockFolder(const std::string& folder, Lock lock) noexcept
     if (name.empty())
         return LockResult::failed;
     // Another user's may not be opened, but says that it is there.
-    if (File existing(numberOf(::OpenEventW(SYNCHRONIZE, FALSE, name.c_str())));
+    if (File existing(numberOf(::OpenEventW(READ_CONTROL, FALSE, name.c_str())));
         existing.handle_ != 0 || ::GetLastError() == ERROR_ACCESS_DENIED)
         return LockResult::held;
     if (lock == Lock::shared)
