@@ -2,15 +2,13 @@
 
 #include <VelkCommon/Platform/FolderEntries.h>
 
-#include <utility>
-
 namespace Velk {
 
 std::vector<FolderEntry> folderEntries(const fileString& folder, std::error_code& error)
 {
     std::vector<FolderEntry> entries;
-    for (Platform::FolderEntry& entry : Platform::folderEntries(folder.utf8(), error))
-        entries.push_back({fileString(std::move(entry.name)), entry.folder});
+    for (const Platform::FolderEntry& entry : Platform::folderEntries(folder.utf8(), error))
+        entries.push_back({fileString(entry.name), entry.folder});
     return entries;
 }
 

@@ -70,6 +70,7 @@ private:
 void replaceTogether(const std::vector<FilePlacement>& placements)
 {
     std::vector<std::unique_ptr<Placing>> placings;
+    placings.reserve(placements.size());
     for (const FilePlacement& placement : placements)
         placings.push_back(std::make_unique<Placing>(placement));
     for (const auto& placing : placings)

@@ -50,7 +50,7 @@ std::string catalogHash(const ArchiveReader& archive, const Entry& entry)
     } catch (const FileError& error) {
         archive.fail("its entry \"" + entry.name + "\" " + error.reason());
     }
-    const std::string hash = SHA1::fileContentsToSHA1Hex(path);
+    std::string hash = SHA1::fileContentsToSHA1Hex(path);
     if (hash.empty())
         archive.fail("cannot be unpacked to " + path.parentPath().humanReadableString());
     return hash;
