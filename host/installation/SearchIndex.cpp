@@ -6,6 +6,17 @@
 #include <utility>
 
 namespace VelkHost {
+namespace {
+
+bool holds(const IndexState& state, const std::vector<LoadedLibrary>& libraries)
+{
+    return std::equal(state.libraries().begin(), state.libraries().end(), libraries.begin(), libraries.end(),
+                      [](const std::shared_ptr<const LoadedLibrary>& held, const LoadedLibrary& library) {
+                          return held->catalog == library.catalog && held->path == library.path;
+                      });
+}
+
+}  // namespace
 
 std::uint64_t IndexState::beginningOf(EntryNumber entry) const
 {
@@ -36,7 +47,10 @@ SearchIndex::SearchIndex() : state_(std::make_shared<const IndexState>()) {}
 void SearchIndex::setLibraries(const std::vector<LoadedLibrary>& libraries, Order order)
 {
     const std::lock_guard turns(changing_);
-    std::shared_ptr<const IndexState> next = IndexBuilder(*state(), libraries, order).build();
+    const std::shared_ptr<const IndexState> now = state();
+    if (holds(*now, libraries) && (order == Order::None || now->order() != nullptr))
+        return;
+    std::shared_ptr<const IndexState> next = IndexBuilder(*now, libraries, order).build();
     const std::lock_guard lock(mutex_);
     state_.swap(next);
 }

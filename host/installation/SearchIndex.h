@@ -81,8 +81,9 @@ public:
     enum class Order { Kept, None };
 
     /// From now on the index holds these libraries, and `libraries` tells their order where names are equal. Only those
-    /// that it has not held before are made ready; the same catalog at the same path counts as the same. Throws
-    /// std::bad_alloc, and then holds what it held. Searches go on with the state that they began with.
+    /// that it has not held before are made ready, and nothing is done where it holds just these; the same catalog at
+    /// the same path counts as the same. Throws std::bad_alloc, and then holds what it held. Searches go on with the
+    /// state that they began with.
     void setLibraries(const std::vector<LoadedLibrary>& libraries, Order order = Order::Kept);
 
     /// What it holds now; never null.

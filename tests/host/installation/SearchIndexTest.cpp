@@ -274,6 +274,20 @@ TEST(SearchIndex, MakesNothingAgainThatItHolds)
     EXPECT_EQ(index.state()->libraries()[0], before->libraries()[0]);
 }
 
+// As it is told at each key.
+TEST(SearchIndex, StaysAsItIsWhereNothingChanged)
+{
+    SearchIndex index;
+    const std::vector<LoadedLibrary> libraries{libraryOf("a", {"Chair"}), libraryOf("b", {"Desk"})};
+    index.setLibraries(libraries, SearchIndex::Order::None);
+    const std::shared_ptr<const IndexState> unordered = index.state();
+    index.setLibraries(libraries);
+    const std::shared_ptr<const IndexState> ordered = index.state();
+    EXPECT_NE(ordered, unordered);
+    index.setLibraries(libraries);
+    EXPECT_EQ(index.state(), ordered);
+}
+
 TEST(SearchIndex, TakesThePlaceOfALibraryThatHasChanged)
 {
     SearchIndex index;
