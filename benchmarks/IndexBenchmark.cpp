@@ -2,6 +2,8 @@
 // takes to hold libraries. Beside it stands a search entry by entry, whose hits are sorted afterwards. Arguments:
 // folders to look for libraries in, instead of the system's.
 #include "LibraryNames.h"
+#include "ReadingMeasures.h"
+#include "TypedSearches.h"
 
 #include "host/installation/IndexSearch.h"
 #include "host/installation/SearchIndex.h"
@@ -76,44 +78,6 @@ std::size_t plainSearch(const std::vector<LoadedLibrary>& libraries, const Libra
     return hits.size();
 }
 
-struct Search
-{
-    std::string text;
-    bool legacy = false;
-    double gate = 30;  // ms
-};
-
-std::string joined(const std::vector<std::string>& words)
-{
-    std::string text;
-    for (const std::string& word : words)
-        text += (text.empty() ? "" : " OR ") + word;
-    return text;
-}
-
-std::vector<Search> searches()
-{
-    std::vector<Search> searches;
-    for (const std::string text : {"office chair", "chair", "usb connector", "a e"})
-        for (std::size_t length = 1; length <= text.size(); ++length)
-            if (text[length - 1] != ' ')
-                searches.push_back({text.substr(0, length)});
-    for (char letter = 'a'; letter <= 'z'; ++letter)
-        searches.push_back({std::string(1, letter)});
-    searches.push_back({joined({"lamp", "sofa", "resistor", "door", "plant"})});
-    searches.push_back({"\"office chair\""});
-    searches.push_back({"chair", true});
-    searches.push_back({"e -a", false, 60});
-    std::vector<std::string> words;
-    for (const char* word :
-         {"lamp",  "sofa",   "door",   "plant", "table",  "desk",    "bed",    "window",  "relay",   "diode", "led",
-          "usb",   "switch", "sensor", "motor", "filter", "crystal", "fuse",   "battery", "antenna", "audio", "memory",
-          "logic", "power",  "shelf",  "stool", "bench",  "mirror",  "carpet", "oven",    "sink",    "tree"})
-        words.emplace_back(word);
-    searches.push_back({joined(words), false, 60});
-    return searches;
-}
-
 double leastTime(const std::shared_ptr<const IndexState>& state, const SearchRequest& request,
                  const Library::Search::Info& info, SearchResult& result)
 {
@@ -132,7 +96,7 @@ bool printSearches(const std::vector<LoadedLibrary>& libraries, const SearchInde
 {
     bool good = true;
     std::printf("%-32s %9s %9s %9s %12s %6s\n", "search", "hits", "ready ms", "rating", "by entry ms", "gate");
-    for (const Search& search : searches()) {
+    for (const bench::TypedSearch& search : bench::typedSearches()) {
         SearchRequest request;
         request.text = search.text;
         request.legacy = search.legacy;
@@ -192,6 +156,7 @@ int main(int argumentCount, char** arguments)
     const std::vector<bench::Entry> entries =
         bench::combined(bench::readLibraries({arguments + 1, arguments + argumentCount}), million);
     const std::vector<LoadedLibrary> one = libraries(entries, 1);
+    const bool isReadingGood = bench::printReading(*one.front().catalog);
     SearchIndex index;
     for (const SearchIndex::Order order : {SearchIndex::Order::None, SearchIndex::Order::Kept}) {
         SearchIndex fresh;
@@ -207,5 +172,5 @@ int main(int argumentCount, char** arguments)
     const std::vector<LoadedLibrary> many = libraries(entries, smallLibraries);
     for (const std::size_t batch : {smallLibraries, smallLibraries / 10, smallLibraries / 100})
         printChanges(many, batch);
-    return areSearchesGood && stopping <= 2 ? 0 : 1;
+    return isReadingGood && areSearchesGood && stopping <= 2 ? 0 : 1;
 }

@@ -3,10 +3,10 @@
 // The input is a byte of flags, then pieces separated by the byte FE: as many texts of entries as the flags say, and
 // the terms. An item's keywords stand behind the byte FD in its text; a text that begins with "/" is a folder's name.
 // A term that begins with "-" is excluded, and one that begins with "|" opens a new group.
-#include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
 #include <VelkLibrary/LibraryResultCategorizer.h>
 
+#include "SearchInput.h"
 #include "VelkLibrary/Search/PreparedEntries.h"
 #include "VelkLibrary/Search/RatingOracle.h"
 
@@ -15,7 +15,6 @@
 #include <cstdlib>
 #include <iterator>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace {
@@ -27,19 +26,6 @@ test::PreparedEntry entryFrom(const std::string& text)
     const std::size_t end = text.find('\xFD');
     return end == std::string::npos ? test::itemEntry(text)
                                     : test::itemEntry(text.substr(0, end), text.substr(end + 1));
-}
-
-void addTerm(Library::Search::Info& info, std::string_view term)
-{
-    if (term.starts_with('|')) {
-        info.parseTree.groups.emplace_back();
-        term.remove_prefix(1);
-    }
-    const bool excluded = term.starts_with('-');
-    if (excluded)
-        term.remove_prefix(1);
-    auto& group = info.parseTree.groups.back();
-    (excluded ? group.excludedTerms : group.terms).push_back(StringConvert::toUnicode(term, StringConvert::Utf8));
 }
 
 /// Several times the same entries, so that there are enough of them for every way to look for a term.
@@ -65,11 +51,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::vector<test::PreparedEntry> entries;
     std::transform(pieces.begin(), pieces.begin() + static_cast<std::ptrdiff_t>(count), std::back_inserter(entries),
                    entryFrom);
-    Library::Search::Info info(std::set<libType>{});
-    info.legacySearch = (data[0] & 1) != 0;
-    info.parseTree.groups.emplace_back();
-    for (std::size_t i = count; i < pieces.size(); ++i)
-        addTerm(info, pieces[i]);
+    const Library::Search::Info info = fuzz::searchFor(pieces, count, (data[0] & 1) != 0);
     const std::size_t times = (data[0] & 2) != 0 ? 20 : 1;
     const LibraryResultCategorizer categorizer(info);
     const auto ratings = test::ratingsInBulk(categorizer, prepare(entries, times), 0, count * times);
