@@ -41,7 +41,7 @@ LoadedLibrary libraryOf(const std::string& name, const std::vector<bench::Entry>
                         std::size_t end)
 {
     Catalog catalog;
-    catalog.name = name;
+    catalog.id = catalog.name = name;
     for (std::size_t i = begin; i < end; ++i) {
         if (i % itemsInFolder == 0 || i == begin)
             catalog.folders.push_back({Folder::noParent, "Folder " + std::to_string(i)});

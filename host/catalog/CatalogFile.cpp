@@ -1,12 +1,17 @@
 #include "host/catalog/CatalogFile.h"
 
 #include "host/catalog/CatalogSchema.h"
+#include "host/catalog/ItemRows.h"
 #include "host/support/FileError.h"
+#include "host/support/Stages.h"
 
 #include <VelkCommon/Files/ReplacementFile.h>
 
+#include <algorithm>
 #include <limits>
+#include <optional>
 #include <unordered_map>
+#include <utility>
 
 namespace VelkHost {
 namespace {
@@ -73,7 +78,9 @@ void writeDatabase(const Catalog& catalog, const fileString& path)
 class CatalogReader
 {
 public:
-    CatalogReader(Database& database, CatalogContent content) : database_(database), content_(content) {}
+    CatalogReader(Database& database, std::uint64_t fileBytes, CatalogContent content)
+        : database_(database), fileBytes_(fileBytes), content_(content)
+    {}
 
     Catalog read()
     {
@@ -94,15 +101,15 @@ private:
         throw FileError(database_.path(), {"is damaged: %1", {reason}});
     }
 
-    std::string text(const Statement& row, int column)
+    std::string_view text(const Statement& row, int column)
     {
-        if (!row.isText(column))
+        const std::optional<std::string_view> bytes = row.text(column);
+        if (!bytes)
             fail("a text is missing");
-        const std::string_view bytes = row.bytes(column);
-        textBytes_ += bytes.size();
+        textBytes_ += bytes->size();
         if (textBytes_ > limits::textBytes)
             fail("it holds more text than a catalog can");
-        return std::string(bytes);
+        return *bytes;
     }
 
     /// The row's key. Keys that do not count up come from tables whose pages lead in circles.
@@ -153,23 +160,54 @@ private:
             if (depths.back() > limits::folderDepth || depths.size() > limits::folders)
                 fail("it has too many folders");
             folderIndexes_.emplace(key, catalog_.folders.size());
-            catalog_.folders.push_back({parent, text(row, 2)});
+            catalog_.folders.push_back({parent, std::string(text(row, 2))});
         }
     }
 
+    /// Room for all items, as far as their keys tell how many there are and the file can hold so many.
+    void makeRoom()
+    {
+        constexpr std::uint64_t leastBytes = 10;  // of a row
+        Statement row = database_.prepare("SELECT max(id) FROM item");
+        if (row.next() && row.integer(0) > 0)
+            catalog_.items.reserve(static_cast<std::size_t>(std::min<std::uint64_t>(
+                {static_cast<std::uint64_t>(row.integer(0)), fileBytes_ / leastBytes, limits::items})));
+    }
+
+    /// The folder of an item, which is most often that of the item before it.
+    std::size_t folderOf(const Statement& row, int column)
+    {
+        if (!lastFolder_ || lastFolder_->first != row.integer(column) || !row.isInteger(column))
+            lastFolder_ = {row.integer(column), lookUp(folderIndexes_, row, column)};
+        return lastFolder_->second;
+    }
+
+    /// One thread goes through the rows, and another one makes items of them, which takes as long.
     void readItems()
     {
+        makeRoom();
         Statement row =
             database_.prepare("SELECT id, unique_id, folder, name, keywords FROM item NOT INDEXED ORDER BY id");
-        for (std::int64_t key = beforeAllKeys; row.next();) {
+        std::int64_t key = beforeAllKeys;
+        Stages<ItemRows> stages([&](ItemRows& rows) { return readRows(row, key, rows); },
+                                [&](const ItemRows& rows) { rows.appendTo(catalog_.items); });
+        stages.run(fileBytes_ > largeFile ? 2 : 1);
+    }
+
+    /// Some rows from the one behind `key` on; false when there are no more.
+    bool readRows(Statement& row, std::int64_t& key, ItemRows& rows)
+    {
+        rows.clear();
+        while (rows.size() < rowsAtOnce && row.next()) {
             key = nextKey(row, key);
-            if (catalog_.items.size() == limits::items)
+            if (itemCount_ == limits::items)
                 fail("it has too many items");
             if (content_ == CatalogContent::Everything)
-                itemIndexes_.emplace(key, catalog_.items.size());
-            catalog_.items.push_back(
-                {text(row, 1), lookUp(folderIndexes_, row, 2), text(row, 3), text(row, 4), {}, {}});
+                itemIndexes_.emplace(key, itemCount_);
+            rows.add(folderOf(row, 2), text(row, 1), text(row, 3), text(row, 4));
+            ++itemCount_;
         }
+        return rows.size() > 0;
     }
 
     void readThumbnails()
@@ -197,17 +235,23 @@ private:
             const std::int64_t role = row.integer(2);
             if (role < 1 || role > 3)
                 fail("a file has an unknown role");
-            catalog_.items[lookUp(itemIndexes_, row, 1)].files.push_back({static_cast<FileRole>(role), text(row, 3)});
+            catalog_.items[lookUp(itemIndexes_, row, 1)].files.push_back(
+                {static_cast<FileRole>(role), std::string(text(row, 3))});
         }
     }
 
     static constexpr std::int64_t beforeAllKeys = std::numeric_limits<std::int64_t>::min();
+    static constexpr std::size_t rowsAtOnce = 1'000;
+    static constexpr std::uint64_t largeFile = 1'000'000;  // bytes; less is read before another thread has begun
 
     Database& database_;
+    std::uint64_t fileBytes_;
     CatalogContent content_;
     Catalog catalog_;
-    std::unordered_map<std::int64_t, std::size_t> folderIndexes_;  // by key
-    std::unordered_map<std::int64_t, std::size_t> itemIndexes_;    // by key
+    std::unordered_map<std::int64_t, std::size_t> folderIndexes_;     // by key
+    std::unordered_map<std::int64_t, std::size_t> itemIndexes_;       // by key
+    std::optional<std::pair<std::int64_t, std::size_t>> lastFolder_;  // key and index
+    std::size_t itemCount_ = 0;
     std::size_t textBytes_ = 0;
 };
 
@@ -232,7 +276,7 @@ Catalog readCatalog(const fileString& path, CatalogContent content)
     const std::uint64_t fileBytes = checkHeader(path);
     Database database = Database::openForReading(path, fileBytes, static_cast<int>(limits::thumbnailBytes) + 1'024);
     checkSchema(database);
-    return CatalogReader(database, content).read();
+    return CatalogReader(database, fileBytes, content).read();
 }
 
 }  // namespace VelkHost

@@ -38,6 +38,12 @@ int countDown(void* workLeft)
     return --*static_cast<std::int64_t*>(workLeft) < 0 ? 1 : 0;
 }
 
+std::string_view view(const void* data, int size)
+{
+    return data == nullptr ? std::string_view()
+                           : std::string_view(static_cast<const char*>(data), static_cast<std::size_t>(size));
+}
+
 Reason reasonOf(int code, const char* message)
 {
     switch (code & 0xFF) {
@@ -171,11 +177,6 @@ bool Statement::isInteger(int column) const
     return sqlite3_column_type(statement_.get(), column) == SQLITE_INTEGER;
 }
 
-bool Statement::isText(int column) const
-{
-    return sqlite3_column_type(statement_.get(), column) == SQLITE_TEXT;
-}
-
 bool Statement::isNull(int column) const
 {
     return sqlite3_column_type(statement_.get(), column) == SQLITE_NULL;
@@ -183,12 +184,19 @@ bool Statement::isNull(int column) const
 
 std::string_view Statement::bytes(int column) const
 {
-    const bool text = isText(column);
-    const void* data =
-        text ? sqlite3_column_text(statement_.get(), column) : sqlite3_column_blob(statement_.get(), column);
-    const int size = sqlite3_column_bytes(statement_.get(), column);
-    return data == nullptr ? std::string_view()
-                           : std::string_view(static_cast<const char*>(data), static_cast<std::size_t>(size));
+    if (const auto found = text(column))
+        return *found;
+    return view(sqlite3_column_blob(statement_.get(), column), sqlite3_column_bytes(statement_.get(), column));
+}
+
+std::optional<std::string_view> Statement::text(int column) const
+{
+    if (sqlite3_column_type(statement_.get(), column) != SQLITE_TEXT)
+        return std::nullopt;
+    const void* const data = sqlite3_column_text(statement_.get(), column);
+    if (data == nullptr)
+        throw std::bad_alloc();  // the one reason for a text to have no address
+    return view(data, sqlite3_column_bytes(statement_.get(), column));
 }
 
 Statement& Statement::set(int parameter, std::int64_t value)

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -64,10 +65,11 @@ public:
     bool next();
     std::int64_t integer(int column) const;
     bool isInteger(int column) const;
-    bool isText(int column) const;
     bool isNull(int column) const;
     /// The bytes of a text or blob; valid until the next call of next().
     std::string_view bytes(int column) const;
+    /// Those of a text, and nothing for any other value.
+    std::optional<std::string_view> text(int column) const;
 
     /// Sets parameters; the bytes are read during run() and must live until then.
     Statement& set(int parameter, std::int64_t value);

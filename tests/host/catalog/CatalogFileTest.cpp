@@ -230,6 +230,44 @@ TEST_P(ChangedFile, IsRefused)
 INSTANTIATE_TEST_SUITE_P(Changes, ChangedFile, testing::ValuesIn(changeCases),
                          [](const auto& row) { return std::string(row.param.name); });
 
+/// So large that two threads read it.
+Catalog largeCatalog()
+{
+    Catalog catalog = test::smallCatalog();
+    for (int i = 0; i < 20'000; ++i)
+        catalog.items.push_back({"more#" + std::to_string(i),
+                                 static_cast<std::size_t>(i) % catalog.folders.size(),
+                                 "Chair number " + std::to_string(i),
+                                 "oak, and some other words",
+                                 "",
+                                 {}});
+    return catalog;
+}
+
+TEST_F(CatalogFile, GivesBackAllOfALargeLibrary)
+{
+    const fileString file = written(largeCatalog());
+    ASSERT_GT(FileUtils::fileSize(file), 1'000'000);
+    EXPECT_EQ(readCatalog(file, CatalogContent::Everything), largeCatalog());
+}
+
+TEST_F(CatalogFile, RefusesALargeLibraryWithADamagedItem)
+{
+    test::runSql(written(largeCatalog()), "UPDATE item SET name = 5 WHERE id = 15000");
+    EXPECT_EQ(refusal(CatalogContent::Names), "is damaged: a text is missing");
+    test::runSql(written(largeCatalog()), "UPDATE item SET folder = 0 WHERE id = 15000");
+    EXPECT_EQ(refusal(CatalogContent::Names), "is damaged: an entry belongs to nothing");
+    // No item before it tells that there is no such folder.
+    test::runSql(written(), "UPDATE item SET folder = -9223372036854775807 - 1 WHERE id = 1");
+    EXPECT_EQ(refusal(CatalogContent::Names), "is damaged: an entry belongs to nothing");
+}
+
+TEST_F(CatalogFile, NeedsNoMoreMemoryForItemsThatOnlyTheirKeysPromise)
+{
+    test::runSql(written(), "UPDATE item SET id = 9223372036854775807 WHERE id = (SELECT max(id) FROM item)");
+    EXPECT_LT(readCatalog(path(), CatalogContent::Names).items.capacity(), 10'000U);
+}
+
 TEST_F(CatalogFile, TakesTextsAsTheyStand)
 {
     test::runSql(written(), "UPDATE item SET name = CAST(x'61ff001b62' AS TEXT) WHERE id = 1");

@@ -81,7 +81,7 @@ TEST_F(DatabaseTest, GivesBackTheValuesThatWereSet)
     EXPECT_EQ(statement.bytes(3), "");
     for (int column = 0; column < 4; ++column) {
         EXPECT_EQ(statement.isInteger(column), column == 0);
-        EXPECT_EQ(statement.isText(column), column == 1);
+        EXPECT_EQ(statement.text(column).has_value(), column == 1);
         EXPECT_EQ(statement.isNull(column), column == 3);
     }
     EXPECT_FALSE(statement.next());
