@@ -161,10 +161,13 @@ void Statement::check(int result) const
 
 bool Statement::next()
 {
+    if (isAtEnd_)
+        return false;  // another step would begin again
     const int result = sqlite3_step(statement_.get());
     if (result != SQLITE_ROW && result != SQLITE_DONE)
         database_.fail();
-    return result == SQLITE_ROW;
+    isAtEnd_ = result == SQLITE_DONE;
+    return !isAtEnd_;
 }
 
 std::int64_t Statement::integer(int column) const
@@ -229,6 +232,7 @@ void Statement::run()
 {
     static_cast<void>(next());
     check(sqlite3_reset(statement_.get()));
+    isAtEnd_ = false;
 }
 
 }  // namespace VelkHost

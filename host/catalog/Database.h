@@ -61,7 +61,7 @@ private:
 class Statement
 {
 public:
-    /// The next row; false at the end.
+    /// The next row; false at the end, and from then on.
     bool next();
     std::int64_t integer(int column) const;
     bool isInteger(int column) const;
@@ -92,6 +92,7 @@ private:
 
     const Database& database_;
     std::unique_ptr<sqlite3_stmt, Closer> statement_;
+    bool isAtEnd_ = false;
 };
 
 }  // namespace VelkHost

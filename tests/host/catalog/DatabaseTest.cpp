@@ -85,6 +85,7 @@ TEST_F(DatabaseTest, GivesBackTheValuesThatWereSet)
         EXPECT_EQ(statement.isNull(column), column == 3);
     }
     EXPECT_FALSE(statement.next());
+    EXPECT_FALSE(statement.next()) << "it must not begin again";
 }
 
 TEST_F(DatabaseTest, TellsEmptyValuesFromNone)
