@@ -253,7 +253,7 @@ TEST_F(CatalogFile, GivesBackAllOfALargeLibrary)
 
 TEST_F(CatalogFile, RefusesALargeLibraryWithADamagedItem)
 {
-    test::runSql(written(largeCatalog()), "UPDATE item SET name = 5 WHERE id = 15000");
+    test::runSql(written(largeCatalog()), "UPDATE item SET name = x'61' WHERE id = 15000");
     EXPECT_EQ(refusal(CatalogContent::Names), "is damaged: a text is missing");
     test::runSql(written(largeCatalog()), "UPDATE item SET folder = 0 WHERE id = 15000");
     EXPECT_EQ(refusal(CatalogContent::Names), "is damaged: an entry belongs to nothing");
