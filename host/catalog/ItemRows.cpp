@@ -19,13 +19,11 @@ void ItemRows::add(std::size_t folder, std::string_view uniqueId, std::string_vi
 
 void ItemRows::appendTo(std::vector<Item>& items) const
 {
+    const std::string_view texts = texts_;
+    const auto text = [&](std::size_t begin, std::size_t end) { return std::string(texts.substr(begin, end - begin)); };
     std::size_t begin = 0;
     for (const auto& [folder, ends] : rows_) {
-        Item& item = items.emplace_back();
-        item.folder = folder;
-        item.uniqueId.assign(texts_, begin, ends[0] - begin);
-        item.name.assign(texts_, ends[0], ends[1] - ends[0]);
-        item.keywords.assign(texts_, ends[1], ends[2] - ends[1]);
+        items.push_back({text(begin, ends[0]), folder, text(ends[0], ends[1]), text(ends[1], ends[2]), {}, {}});
         begin = ends[2];
     }
 }

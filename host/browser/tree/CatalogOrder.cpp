@@ -6,8 +6,35 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace VelkHost {
+namespace {
+
+/// Sorts one list after the other by name. The names that Qt compares take more memory than those of the catalog, so
+/// there are never those of more than one list.
+class NameSort
+{
+public:
+    template <typename Entry>
+    void operator()(const std::vector<Entry>& entries, std::span<std::uint32_t> list)
+    {
+        named_.clear();
+        for (const std::uint32_t entry : list)
+            named_.emplace_back(qtText(entries[entry].name), entry);
+        std::stable_sort(named_.begin(), named_.end(), [](const Named& left, const Named& right) {
+            return QString::compare(left.first, right.first, Qt::CaseInsensitive) < 0;
+        });
+        std::transform(named_.begin(), named_.end(), list.begin(), [](const Named& named) { return named.second; });
+    }
+
+private:
+    using Named = std::pair<QString, std::uint32_t>;
+
+    std::vector<Named> named_;
+};
+
+}  // namespace
 
 CatalogOrder::CatalogOrder(const Catalog& catalog)
     : folders_(sorted(catalog.folders, catalog.folders.size() + 1,
@@ -30,14 +57,9 @@ CatalogOrder::Lists CatalogOrder::sorted(const std::vector<Entry>& entries, std:
     for (std::size_t i = 0; i < entries.size(); ++i)
         lists.entries[ends[listOf(entries[i])]++] = static_cast<std::uint32_t>(i);
 
-    std::vector<QString> names(entries.size());
-    std::transform(entries.begin(), entries.end(), names.begin(),
-                   [](const Entry& entry) { return qtText(entry.name); });
+    NameSort sort;
     for (std::size_t i = 0; i < listCount; ++i)
-        std::stable_sort(lists.entries.begin() + lists.begins[i], lists.entries.begin() + lists.begins[i + 1],
-                         [&](std::uint32_t a, std::uint32_t b) {
-                             return QString::compare(names[a], names[b], Qt::CaseInsensitive) < 0;
-                         });
+        sort(entries, std::span(lists.entries).subspan(lists.begins[i], lists.begins[i + 1] - lists.begins[i]));
     return lists;
 }
 
