@@ -5,7 +5,6 @@ work itself more closely.
 """
 import runs
 from bench import Row
-from paths import PATHS
 
 GATE = "failed allocations"
 SHORT = 3
@@ -18,7 +17,7 @@ LEFT_OUT = {"catalog sample": "Qt's writer of PNG files crashes when the library
 
 def rows(bench):
     return [Row(f"{path.name}/allocation", GATE, lambda path=path: points(bench, path), LEFT_OUT.get(path.name, ""))
-            for path in PATHS]
+            for path in bench.paths(quick=False)]
 
 
 def points(bench, path):

@@ -14,7 +14,13 @@ KINDS = ("open", "read", "create", "write", "copy", "truncate", "sync", "rename"
 CHANGES = KINDS[KINDS.index("create") : KINDS.index("allocate")]
 
 KILLED = -9
+
+# Begins a command for the window.
+WINDOW = "velk-browser"
 SECONDS = 40
+
+# What Qt's platform without a screen always says.
+NOISE = "This plugin does not support propagateSizeHints()"
 
 # What a program must never say.
 CRASHES = ("terminate called", "what():", "Sanitizer", "runtime error:", "Assertion", "core dumped", "corrupted")
@@ -52,26 +58,39 @@ class Outcome:
         return next((f"said: {line}" for line in self.lines() if any(word in line for word in CRASHES)), None)
 
     def lines(self):
-        return [line for line in (self.said + self.reported).splitlines() if line.strip()]
+        return [line for line in (self.said + self.reported).splitlines() if line.strip() and line != NOISE]
 
     def last_line(self):
         return (self.lines() or ["(nothing was said)"])[-1]
 
 
 class Program:
-    """The program under test with the shim that goes before it."""
+    """The programs under test with the shim that goes before them.
 
-    def __init__(self, path, shim, work):
+    A command's first word may be WINDOW: then the rest is for the window with a hand in it, and otherwise for velk.
+    """
+
+    def __init__(self, path, window, shim, work):
         self.path = str(pathlib.Path(path).resolve())
+        self.window = str(pathlib.Path(window).resolve())
         self.shim = str(pathlib.Path(shim).resolve())
         self.work = pathlib.Path(work)
+        self._desktop = self.work / "desktop"
+        self._desktop.mkdir(mode=0o700)
         self._numbers = itertools.count()
 
     def environment(self, folder):
-        """Everything that a run may write lies below `folder`."""
+        """Everything that a run may write lies below `folder`, but for what the desktop's own libraries keep."""
         kept = {name: os.environ[name] for name in ("PATH", "LD_LIBRARY_PATH") if name in os.environ}
-        return kept | {"TMPDIR": f"{folder}/tmp", "HOME": f"{folder}/user", "VELK_HOME": f"{folder}/home",
-                       "LANG": "C.UTF-8", "LC_ALL": "C.UTF-8"}
+        desktop = {f"XDG_{name}": str(self._desktop)
+                   for name in ("CACHE_HOME", "CONFIG_HOME", "DATA_HOME", "RUNTIME_DIR")}
+        return kept | desktop | {"TMPDIR": f"{folder}/tmp", "HOME": f"{folder}/user", "VELK_HOME": f"{folder}/home",
+                                 "LANG": "C.UTF-8", "LC_ALL": "C.UTF-8", "QT_QPA_PLATFORM": "offscreen"}
+
+    def words(self, command):
+        """What starts the command's program."""
+        words = list(command)
+        return [self.window, *words[1:]] if words[:1] == [WINDOW] else [self.path, *words]
 
     def run(self, command, folder):
         """Runs `command` in `folder`, with nothing in between."""
@@ -89,7 +108,7 @@ class Program:
 
     def start(self, command, folder, before=()):
         """A process that is not waited for; `before` are words that start another one."""
-        return subprocess.Popen([*before, self.path, *command], cwd=folder, env=self.environment(folder),
+        return subprocess.Popen([*before, *self.words(command)], cwd=folder, env=self.environment(folder),
                                 stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
                                 errors="replace")
 
@@ -107,7 +126,7 @@ class Program:
         if variables:
             environment |= {"LD_PRELOAD": self.shim, "VELK_FAULT_BELOW": str(folder)}
         try:
-            run = subprocess.run([self.path, *command], cwd=folder, env=environment, stdin=subprocess.DEVNULL,
+            run = subprocess.run(self.words(command), cwd=folder, env=environment, stdin=subprocess.DEVNULL,
                                  capture_output=True, text=True, errors="replace", timeout=SECONDS)
         except subprocess.TimeoutExpired as late:
             return Outcome(None, _text(late.stdout), _text(late.stderr))
