@@ -62,10 +62,15 @@ void makeLinksReadable()
     QApplication::setPalette(palette);
 }
 
+void tell(const QString& failure)
+{
+    std::fprintf(stderr, "velk-browser: %s\n", failure.toUtf8().constData());
+}
+
 /// Tells why the window cannot open; the exit code.
 int failed(const std::exception& error)
 {
-    std::fprintf(stderr, "velk-browser: %s\n", failureText(error).toUtf8().constData());
+    tell(failureText(error));
     return EXIT_FAILURE;
 }
 
@@ -92,6 +97,8 @@ int runBrowser(int& argumentCount, char** arguments, ProgramOptions options,
         if (shown)
             shown(window);
         const int exitCode = QApplication::exec();
+        if (!window.unsaved().isEmpty())
+            tell(window.unsaved());
         window.finishSaving();  // everything else may be cut off
         limit.start(exitCode, endingPatience);
         return exitCode;

@@ -3,6 +3,7 @@
 #include "host/browser/DetailPane.h"
 #include "host/browser/StoredPreferences.h"
 #include "host/browser/WindowState.h"
+#include "host/browser/Worker.h"
 #include "host/browser/filters/FilterMenu.h"
 #include "host/browser/filters/HiddenNote.h"
 #include "host/browser/filters/KindMenu.h"
@@ -436,7 +437,7 @@ void BrowserWindow::fitPictures()
 
 void BrowserWindow::closeEvent(QCloseEvent* event)
 {
-    state_->save();
+    unsaved_ = failureOf([this] { state_->save(); });
     QMainWindow::closeEvent(event);
 }
 

@@ -1,6 +1,7 @@
 #include "host/browser/WindowState.h"
 
 #include "host/browser/BrowserWindow.h"
+#include "host/browser/SettingsFile.h"
 #include "host/browser/filters/KindMenu.h"
 #include "host/browser/filters/ShownLibraries.h"
 #include "host/browser/search/SearchPane.h"
@@ -99,14 +100,20 @@ void WindowState::selectCurrent(const fileString& library)
 
 void WindowState::save() const
 {
-    QSettings settings(file_, QSettings::IniFormat);
-    settings.setValue(QStringLiteral("window/geometry"), window_.saveGeometry());
-    settings.setValue(QStringLiteral("window/columns"), window_.columns()->saveState());
-    settings.setValue(QStringLiteral("search/explained"), window_.searchPane()->isExplained());
-    QStringList hidden;
-    for (const LibraryKind kind : window_.shownLibraries()->kindMenu()->hidden())
-        hidden.append(qtText(kindName(kind)));
-    settings.setValue(QStringLiteral("kinds/hidden"), hidden);
+    changeSettings(fileString(file_.toStdString()), [this](QSettings& settings) {
+        settings.setValue(QStringLiteral("window/geometry"), window_.saveGeometry());
+        settings.setValue(QStringLiteral("window/columns"), window_.columns()->saveState());
+        settings.setValue(QStringLiteral("search/explained"), window_.searchPane()->isExplained());
+        QStringList hidden;
+        for (const LibraryKind kind : window_.shownLibraries()->kindMenu()->hidden())
+            hidden.append(qtText(kindName(kind)));
+        settings.setValue(QStringLiteral("kinds/hidden"), hidden);
+        saveLibraries(settings);
+    });
+}
+
+void WindowState::saveLibraries(QSettings& settings) const
+{
     settings.remove(QStringLiteral("libraries"));
     settings.beginWriteArray(QStringLiteral("libraries"));
     int count = 0;

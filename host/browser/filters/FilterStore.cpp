@@ -69,17 +69,15 @@ void FilterStore::merge(const fileString& path)
 void FilterStore::run(const std::function<void()>& work, const std::function<void()>& succeeded)
 {
     worker_.run([this, work, succeeded]() -> Worker::Arrival {
-        FilterState state;
-        const QString failure = failureOf([&] {
-            work();
-            state = readFilterState();
-        });
-        if (!failure.isEmpty())
+        if (const QString failure = failureOf(work); !failure.isEmpty())
             return [this, failure] { Q_EMIT failed(failure); };
-        return [this, state, succeeded] {
-            state_ = state;
+        FilterState state;
+        const QString unread = failureOf([&] { state = readFilterState(); });
+        return [this, state, succeeded, unread] {
+            if (unread.isEmpty())
+                state_ = state;
             succeeded();
-            Q_EMIT changed();
+            unread.isEmpty() ? Q_EMIT changed() : Q_EMIT unreadable(unread);
         };
     });
 }

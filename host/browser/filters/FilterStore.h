@@ -38,7 +38,7 @@ public:
 
     const FilterState& state() const { return state_; }
 
-    // All of these end in changed() or failed().
+    // All of these end in changed(), failed() or unreadable().
     void read();
     /// Puts the filter of an entry in force.
     void setCurrentEntry(int entry);
@@ -56,6 +56,8 @@ Q_SIGNALS:
     void changed();
     /// Nothing was changed; `reason` is for people.
     void failed(const QString& reason);
+    /// The work is done, but its result could not be read, so the state is the one before.
+    void unreadable(const QString& reason);
     void merged(const VelkHost::FilterMerge& merge);
 
 private:

@@ -73,6 +73,10 @@ void ShownLibraries::connectFilters()
         showFilters();
         Q_EMIT told(tr("The filters are as they were: %1").arg(reason));
     });
+    connect(&filters_, &FilterStore::unreadable, this, [this](const QString& reason) {
+        showFilters();
+        Q_EMIT told(tr("The filters cannot be read: %1").arg(reason));
+    });
 }
 
 void ShownLibraries::showFilters()

@@ -117,7 +117,7 @@ void ManufacturerStore::finish()
 
 void ManufacturerStore::read()
 {
-    run([] {}, [] {}, [this](const QString& reason) { Q_EMIT failed(reason); });
+    run([] {}, [] {}, {});
 }
 
 void ManufacturerStore::edit(long id, const CardEdit& edit)
@@ -144,20 +144,25 @@ void ManufacturerStore::run(const std::function<void()>& work, const Outcome& su
                             const std::function<void(const QString&)>& failed)
 {
     worker_.run([this, work, succeeded, failed]() -> Worker::Arrival {
-        ManufacturerBook book;
-        const QString failure = failureOf([&] {
-            work();
-            book = readBook();
-        });
-        if (!failure.isEmpty())
+        if (const QString failure = failureOf(work); !failure.isEmpty())
             return [failure, failed] { failed(failure); };
-        return [this, book, succeeded] {
-            book_ = book;
-            logos_.clear();
-            Q_EMIT changed();
+        ManufacturerBook book;
+        const QString unread = failureOf([&] { book = readBook(); });
+        return [this, book, succeeded, unread] {
+            if (unread.isEmpty())
+                take(book);
             succeeded();
+            if (!unread.isEmpty())
+                Q_EMIT this->failed(unread);
         };
     });
+}
+
+void ManufacturerStore::take(const ManufacturerBook& book)
+{
+    book_ = book;
+    logos_.clear();
+    Q_EMIT changed();
 }
 
 QImage ManufacturerStore::logo(const ManufacturerCard& card, const QSize& atMost)

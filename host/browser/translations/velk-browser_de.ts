@@ -1131,6 +1131,10 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
         <translation>Die Filter bleiben unverändert: %1</translation>
     </message>
     <message>
+        <source>The filters cannot be read: %1</source>
+        <translation>Die Filter können nicht gelesen werden: %1</translation>
+    </message>
+    <message>
         <source>“%1” was imported; it is hidden by %2.</source>
         <translation>„%1“ wurde importiert, ist aber durch %2 ausgeblendet.</translation>
     </message>

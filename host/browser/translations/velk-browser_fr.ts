@@ -1131,6 +1131,10 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
         <translation>Les filtres restent inchangés&#xa0;: %1</translation>
     </message>
     <message>
+        <source>The filters cannot be read: %1</source>
+        <translation>Impossible de lire les filtres&#xa0;: %1</translation>
+    </message>
+    <message>
         <source>“%1” was imported; it is hidden by %2.</source>
         <translation>«&#xa0;%1&#xa0;» a été importée, mais elle est masquée par %2.</translation>
     </message>

@@ -31,6 +31,7 @@ namespace {
 
 constexpr int patience = 20'000;  // milliseconds; for a busy machine
 constexpr int narrow = 450;       // of the tree, in pixels
+constexpr QRect frame(40, 40, 900, 600);
 
 // The whole texts with which the window tells that it has done what it was asked for.
 constexpr const char* imported = "“.*” was imported\\.";
@@ -83,6 +84,7 @@ Verdict Hand::work(const QStringList& words)
         const auto found = works.find(words.value(0));
         if (found == works.end())
             throw Unable("there is no such work");
+        before_ = said_.size();
         verdict = found->second();
         settle();
     } catch (const Unable& reason) {
@@ -140,8 +142,8 @@ Verdict Hand::addFilter(const QString& name, const QString& library)
     if (rows.isEmpty())
         throw Unable("there is no such library");
     libraries.setData(rows.front(), Qt::Checked, Qt::CheckStateRole);
-    const Verdict verdict = acceptFilters(editor);
-    return verdict == Verdict::Done && !lists(name) ? Verdict::Silent : verdict;
+    acceptFilters(editor);
+    return verdictOfFilters([&] { return lists(name); });
 }
 
 Verdict Hand::removeFilter(const QString& name)
@@ -157,8 +159,8 @@ Verdict Hand::removeFilter(const QString& name)
     }
     list.setCurrentItem(there.front());
     find<QPushButton>("removeFilterButton", &editor).click();
-    const Verdict verdict = acceptFilters(editor);
-    return verdict == Verdict::Done && lists(name) ? Verdict::Silent : verdict;
+    acceptFilters(editor);
+    return verdictOfFilters([&] { return !lists(name); });
 }
 
 Verdict Hand::useFilter(const QString& name)
@@ -170,10 +172,7 @@ Verdict Hand::useFilter(const QString& name)
     const std::string action = "filterAction" + std::to_string(entry);
     triggerAction(action.c_str());
     settle();
-    const Verdict verdict = verdictOf("");
-    if (verdict == Verdict::Silent && box.currentText() == name)
-        return Verdict::Done;
-    return verdict;
+    return verdictOfFilters([&] { return box.currentText() == name; });
 }
 
 Verdict Hand::mergeFilters(const QString& file)
@@ -213,6 +212,8 @@ Verdict Hand::updateCards()
 
 Verdict Hand::changeSettings()
 {
+    window_.setGeometry(frame);
+    settle();
     window_.tree()->expand(window_.tree()->model()->index(0, 0));
     QWidget* const handle = window_.columns()->handle(1);
     const QPoint grip = handle->rect().center();
@@ -220,7 +221,9 @@ Verdict Hand::changeSettings()
     press(*handle, QEvent::MouseButtonPress, grip);
     press(*handle, QEvent::MouseMove, target);
     press(*handle, QEvent::MouseButtonRelease, grip);
-    return close() ? Verdict::Done : Verdict::Unusable;
+    if (!close())
+        return Verdict::Unusable;
+    return window_.unsaved().isEmpty() ? Verdict::Done : Verdict::Failed;
 }
 
 // ---- How it is done --------------------------------------------------------------------------------
@@ -262,25 +265,37 @@ void Hand::selectItemOf(const QString& manufacturer)
     throw Unable("no item shows that manufacturer");
 }
 
-Verdict Hand::acceptFilters(QWidget& editor)
+void Hand::acceptFilters(QWidget& editor)
 {
     auto* const button = find<QDialogButtonBox>("filterButtons", &editor).button(QDialogButtonBox::Ok);
     if (!button->isEnabled())
         throw Unable(find<QLabel>("filterProblem", &editor).text().toStdString());
     button->click();
     settle();
-    const Verdict verdict = verdictOf("");
-    return verdict == Verdict::Silent ? Verdict::Done : verdict;
 }
 
-/// By what was said since the window was quiet at first. Filters and settings are saved without a word.
+/// Whether such a text was said since the work began.
+bool Hand::wasSaid(const char* pattern) const
+{
+    const QRegularExpression text(QRegularExpression::anchoredPattern(QString::fromUtf8(pattern)));
+    return said_.indexOf(text, before_) >= 0;
+}
+
 Verdict Hand::verdictOf(const char* done) const
 {
-    const QRegularExpression text(QRegularExpression::anchoredPattern(QString::fromUtf8(done)));
-    for (auto said = said_.rbegin(); said != said_.rend(); ++said)
-        if (text.match(*said).hasMatch())
-            return Verdict::Done;
-    return said_.isEmpty() ? Verdict::Silent : Verdict::Failed;
+    if (wasSaid(done))
+        return Verdict::Done;
+    return said_.size() == before_ ? Verdict::Silent : Verdict::Failed;
+}
+
+/// Filters are saved without a word and then shown. When they are saved and cannot be read any more, the window says
+/// so.
+Verdict Hand::verdictOfFilters(const std::function<bool()>& isShown) const
+{
+    if (wasSaid("The filters cannot be read: .*"))
+        return Verdict::Done;
+    const Verdict verdict = verdictOf("");
+    return verdict == Verdict::Silent && isShown() ? Verdict::Done : verdict;
 }
 
 bool Hand::lists(const QString& filter) const
@@ -293,7 +308,8 @@ bool Hand::close()
 {
     for (QDialog* const open : window_.findChildren<QDialog*>())
         open->reject();
-    window_.close();
+    if (window_.isVisible())
+        window_.close();
     return QTest::qWaitFor([this] { return !window_.isVisible(); }, patience);
 }
 

@@ -54,8 +54,10 @@ private:
     void waitFor(const std::function<bool()>& condition, const char* what);
     void triggerAction(const char* objectName);
     void selectItemOf(const QString& manufacturer);
-    Verdict acceptFilters(QWidget& editor);
+    void acceptFilters(QWidget& editor);
+    bool wasSaid(const char* pattern) const;
     Verdict verdictOf(const char* done) const;
+    Verdict verdictOfFilters(const std::function<bool()>& isShown) const;
     bool lists(const QString& filter) const;
     bool close();
 
@@ -83,6 +85,7 @@ private:
 
     VelkHost::BrowserWindow& window_;
     QStringList said_;
+    int before_ = 0;  // the work began
 };
 
 }  // namespace faults

@@ -242,6 +242,7 @@ TEST_F(FilterPane, OpensBesideADamagedFilterFile)
     test::writeFile(folder() / U"core" / U"catalog_filters.json", "no filters");
     open();
     EXPECT_EQ(shown(), everything);
+    EXPECT_THAT(text(status()), HasSubstr("The filters cannot be read: "));
     EXPECT_THAT(text(status()), HasSubstr("is not a filter file"));
 }
 
