@@ -124,6 +124,8 @@ void BrowserWindow::buildSearch()
             search_->view()->setFocus();
     });
     search_->runner().setSource([this] { return searchedLibraries(); });
+    connect(&search_->runner(), &SearchRunner::ranOut, this,
+            [this] { showMessage(tr("There is too little memory for the search.")); });
     connect(search_, &SearchPane::shown, this, &BrowserWindow::showPage);
     connect(search_, &SearchPane::selected, this, &BrowserWindow::showPlace);
     connect(search_, &SearchPane::activated, this,

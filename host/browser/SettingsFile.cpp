@@ -39,6 +39,14 @@ fileString copyToChange(const std::string& bytes, const fileString& folder, cons
     return first.status() == QSettings::NoError ? copy : folder / U"new.ini";
 }
 
+/// Whether a file has these settings to its end. On a full disk QSettings may write less, and take that for all.
+bool isWhole(const fileString& file, const QStringList& keys)
+{
+    const std::string bytes = readWhole(file, mostBytes);
+    return bytes.empty() ? keys.isEmpty()
+                         : bytes.back() == '\n' && QSettings(nameOf(file), QSettings::IniFormat).allKeys() == keys;
+}
+
 }  // namespace
 
 // Not by QSettings alone: its lock, where it was killed, holds up the next program for half a minute, and what it was
@@ -52,14 +60,13 @@ void changeSettings(const fileString& file, const std::function<void(QSettings&)
         throw FileError(file, "cannot be written");
     const std::string bytes = file.pathExists() ? readWhole(file, mostBytes) : std::string();
     const fileString copy = copyToChange(bytes, work.path(), file);
-    {
-        QSettings settings(nameOf(copy), QSettings::IniFormat);
-        change(settings);
-        settings.sync();
-        if (settings.status() != QSettings::NoError)
-            throw FileError(file, "cannot be written");
-    }
-    if (!FileUtils::moveFile(copy, file, true))
+    QSettings settings(nameOf(copy), QSettings::IniFormat);
+    change(settings);
+    settings.sync();
+    const fileString written = work.path() / U"written.ini";  // QSettings would know the old name from memory
+    const bool isWritten = settings.status() == QSettings::NoError && FileUtils::renameFile(copy, written) &&
+                           isWhole(written, settings.allKeys());
+    if (!isWritten || !FileUtils::moveFile(written, file, true))
         throw FileError(file, "cannot be written");
 }
 

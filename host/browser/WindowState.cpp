@@ -114,11 +114,16 @@ void WindowState::save() const
 
 void WindowState::saveLibraries(QSettings& settings) const
 {
+    std::map<fileString, LibraryState> states;
+    for (const auto& [path, library] : window_.model().libraries())
+        states.emplace(path, stateOf(path));
+    for (const auto& [path, state] : libraries_)  // those that could not be read this time
+        if (path.pathExists())
+            states.emplace(path, state);
     settings.remove(QStringLiteral("libraries"));
     settings.beginWriteArray(QStringLiteral("libraries"));
     int count = 0;
-    for (const auto& [path, library] : window_.model().libraries()) {
-        const LibraryState state = stateOf(path);
+    for (const auto& [path, state] : states) {
         if (state.openFolders.isEmpty() && state.current.isEmpty())
             continue;
         settings.setArrayIndex(count++);

@@ -2,6 +2,10 @@
 
 Most of a program's allocations happen before it does anything, so those are tried here and there, and those of the
 work itself more closely.
+
+Of the window, only what its workers allocate fails. Its first thread opens, lays out and paints widgets, and there the
+libraries below Qt end by a signal where they get no memory: fontconfig while it reads its configuration, and the font
+engines whenever a text is drawn that needs another one.
 """
 import runs
 from bench import Row

@@ -216,7 +216,6 @@ def imported_before(workshop, folder):
 
 def settings_before(workshop, folder):
     """What a window kept when it was closed, and something of another version's."""
-    installed("Garden")(workshop, folder)
     workshop.velk(WINDOW, "look", folder=folder)
     with (folder / SETTINGS).open("a") as settings:
         settings.write("\n[later]\nkept=something\n")
@@ -296,6 +295,6 @@ PATHS = (
                 installed("Garden", prepare=after("manufacturer edit 7 --new --name seat")), in_short=True),
     window_path("cards update", ("update cards", "--service", "{service}"), older_cards, whole=False,
                 missing=("home/manufacturer-data/acme.png",)),
-    window_path("settings", ("settings",), installed("Garden"), aside=()),
+    window_path("settings", ("settings",), nothing, aside=()),
     window_path("settings over", ("settings",), settings_before, aside=(), in_short=True),
 )

@@ -15,6 +15,9 @@ CHANGES = KINDS[KINDS.index("create") : KINDS.index("allocate")]
 
 KILLED = -9
 
+# The window said neither that it was done nor what went wrong.
+SILENT = 14
+
 # Begins a command for the window.
 WINDOW = "velk-browser"
 SECONDS = 40
@@ -55,6 +58,8 @@ class Outcome:
             return f"did not end within {self.seconds} seconds"
         if self.code < 0:
             return f"ended by signal {-self.code}: {self.last_line()}"
+        if self.code == SILENT:
+            return f"the window said neither that it was done nor what failed: {self.last_line()}"
         return next((f"said: {line}" for line in self.lines() if any(word in line for word in CRASHES)), None)
 
     def lines(self):
@@ -80,12 +85,14 @@ class Program:
         self._numbers = itertools.count()
 
     def environment(self, folder):
-        """Everything that a run may write lies below `folder`, but for what the desktop's own libraries keep."""
+        """Everything that a run may write lies below `folder`, but for what the desktop's own libraries keep. Qt does
+        without GLib, which ends the program by itself where it gets no memory.
+        """
         kept = {name: os.environ[name] for name in ("PATH", "LD_LIBRARY_PATH") if name in os.environ}
         desktop = {f"XDG_{name}": str(self._desktop)
                    for name in ("CACHE_HOME", "CONFIG_HOME", "DATA_HOME", "RUNTIME_DIR")}
         return kept | desktop | {"TMPDIR": f"{folder}/tmp", "HOME": f"{folder}/user", "VELK_HOME": f"{folder}/home",
-                                 "LANG": "C.UTF-8", "LC_ALL": "C.UTF-8", "QT_QPA_PLATFORM": "offscreen"}
+                                 "LANG": "C.UTF-8", "LC_ALL": "C.UTF-8", "QT_QPA_PLATFORM": "offscreen", "QT_NO_GLIB": "1"}
 
     def words(self, command):
         """What starts the command's program."""
@@ -101,6 +108,8 @@ class Program:
         counts = self.work / f"counts-{next(self._numbers)}"
         counts.write_bytes(bytes(4 * len(KINDS)))
         variables = {"VELK_FAULT_COUNTS": str(counts)} | ({} if fault is None else {"VELK_FAULT": str(fault)})
+        # Qt's painting does not survive a lack of memory; see allocations.py.
+        variables |= {"VELK_FAULT_MEMORY": "workers"} if command[0] == WINDOW else {}
         outcome = self._run(command, folder, variables)
         outcome.counts = dict(zip(KINDS, struct.unpack(f"={len(KINDS)}I", counts.read_bytes())))
         counts.unlink()

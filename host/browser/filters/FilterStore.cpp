@@ -1,5 +1,6 @@
 #include "host/browser/filters/FilterStore.h"
 
+#include "host/browser/language/Reasons.h"
 #include "host/support/QtText.h"
 
 #include <VelkLibrary/LibraryFilterManager.h>
@@ -66,20 +67,31 @@ void FilterStore::merge(const fileString& path)
     run([path, came] { *came = mergeFilterFile(path); }, [this, came] { Q_EMIT merged(*came); });
 }
 
+// What is to arrive is made before the work, so that work that was done is not told as failed for want of memory.
 void FilterStore::run(const std::function<void()>& work, const std::function<void()>& succeeded)
 {
-    worker_.run([this, work, succeeded]() -> Worker::Arrival {
-        if (const QString failure = failureOf(work); !failure.isEmpty())
-            return [this, failure] { Q_EMIT failed(failure); };
+    struct Result
+    {
+        QString failure;
+        QString unread;
         FilterState state;
-        const QString unread = failureOf([&] { state = readFilterState(); });
-        return [this, state, succeeded, unread] {
-            if (unread.isEmpty())
-                state_ = state;
+    };
+    auto job = [this, work, succeeded]() -> Worker::Arrival {
+        const auto result = std::make_shared<Result>();
+        Worker::Arrival arrival = [this, result, succeeded] {
+            if (!result->failure.isEmpty())
+                return Q_EMIT failed(result->failure);
+            if (result->unread.isEmpty())
+                state_ = result->state;
             succeeded();
-            unread.isEmpty() ? Q_EMIT changed() : Q_EMIT unreadable(unread);
+            result->unread.isEmpty() ? Q_EMIT changed() : Q_EMIT unreadable(result->unread);
         };
-    });
+        result->failure = failureOf(work);
+        if (result->failure.isEmpty())
+            result->unread = failureOf([&] { result->state = readFilterState(); });
+        return arrival;
+    };
+    worker_.run(std::move(job), [this] { Q_EMIT failed(tooLittleMemory()); });
 }
 
 }  // namespace VelkHost

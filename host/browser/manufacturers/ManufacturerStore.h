@@ -39,7 +39,7 @@ public:
 
     const ManufacturerBook& book() const { return book_; }
 
-    /// Ends in changed() or failed().
+    /// Ends in changed() or unreadable().
     void read();
     /// Changes a card; ends in edited(), or in editFailed().
     void edit(long id, const CardEdit& edit);
@@ -58,7 +58,7 @@ Q_SIGNALS:
     /// The cards were read; comes before what tells of an edit or a refresh.
     void changed();
     /// The cards cannot be read, so they are known as they were; comes after what tells of an edit or a refresh.
-    void failed(const QString& reason);
+    void unreadable(const QString& reason);
     void edited();
     void editFailed(const QString& reason);
     void refreshed(const VelkHost::ManufacturerRefresh& refresh);

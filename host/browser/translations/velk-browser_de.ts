@@ -540,6 +540,10 @@
         <translation>Suche</translation>
     </message>
     <message>
+        <source>There is too little memory for the search.</source>
+        <translation>Der Arbeitsspeicher reicht für die Suche nicht aus.</translation>
+    </message>
+    <message>
         <source>&amp;File</source>
         <translation>&amp;Datei</translation>
     </message>

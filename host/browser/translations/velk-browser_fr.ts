@@ -540,6 +540,10 @@
         <translation>Recherche</translation>
     </message>
     <message>
+        <source>There is too little memory for the search.</source>
+        <translation>La mémoire est insuffisante pour la recherche.</translation>
+    </message>
+    <message>
         <source>&amp;File</source>
         <translation>&amp;Fichier</translation>
     </message>

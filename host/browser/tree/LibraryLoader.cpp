@@ -21,8 +21,8 @@ namespace {
 constexpr int gatherMilliseconds = 50;
 constexpr int smallLibraryBytes = 256 * 1024;
 
-/// A library that there was too little memory for.
-QString tooLittleMemory()
+/// Why a library was not read that there was too little memory for.
+QString unreadWithoutMemory()
 {
     return translated({"cannot be read: %1", {Reason("there is too little memory")}});
 }
@@ -51,17 +51,17 @@ LibraryLoader::~LibraryLoader()
 void LibraryLoader::read(std::vector<fileString> files)
 {
     ++readings_;
-    const auto job = [this, files = std::move(files)]() -> Worker::Arrival {
+    auto job = [this, files = std::move(files)]() -> Worker::Arrival {
         readAll(files);
         return [this] { endReading(); };
     };
-    worker_.run(job, [this] { endReading(); });
+    worker_.run(std::move(job), [this] { endReading(); });
 }
 
 void LibraryLoader::readInstalled()
 {
     ++readings_;
-    const auto job = [this]() -> Worker::Arrival {
+    auto job = [this]() -> Worker::Arrival {
         InstalledLibraryFiles installed = installedLibraryFiles();
         readAll(installed.files);
         return [this, unreadable = std::move(installed.unreadable)] {
@@ -70,8 +70,8 @@ void LibraryLoader::readInstalled()
             endReading();
         };
     };
-    worker_.run(job, [this] {
-        Q_EMIT folderFailed(PathUtils::getObject().getUserDatabasePath(), tooLittleMemory());
+    worker_.run(std::move(job), [this] {
+        Q_EMIT folderFailed(PathUtils::getObject().getUserDatabasePath(), unreadWithoutMemory());
         endReading();
     });
 }
@@ -121,7 +121,7 @@ bool LibraryLoader::readOne(const fileString& path, bool complete)
         put({{path, nullptr, nullptr}, translated(error.why())});
         return true;
     } catch (const std::bad_alloc&) {
-        put({{path, nullptr, nullptr}, tooLittleMemory()});
+        put({{path, nullptr, nullptr}, unreadWithoutMemory()});
         return true;
     }
 }

@@ -98,7 +98,7 @@ void ThumbnailCache::readNext()
     reading_ = !requests.empty();
     if (!reading_)
         return;
-    const auto job = [this, requests]() -> Worker::Arrival {
+    auto job = [this, requests]() -> Worker::Arrival {
         return [this, pictures = read(requests)] {
             for (const Picture& picture : pictures)
                 asked_.remove(picture.request.key.text());
@@ -107,7 +107,7 @@ void ThumbnailCache::readNext()
             Q_EMIT changed();
         };
     };
-    worker_.run(job, [this] { readNext(); });  // those without a picture stay so
+    worker_.run(std::move(job), [this] { readNext(); });  // those without a picture stay so
 }
 
 void ThumbnailCache::take(const std::vector<Picture>& pictures)

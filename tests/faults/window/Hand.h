@@ -15,11 +15,10 @@ namespace faults {
 
 /// How the program ends.
 enum class Verdict {
-    Done = 0,      ///< the window says that all is done
-    Failed = 3,    ///< the window says what went wrong
-    Silent = 4,    ///< the window says neither, or nothing in time
-    NoSuch = 9,    ///< there is no such filter
-    Unusable = 10  ///< the window has not what the hand looks for
+    Done = 0,     ///< the window says that all is done
+    Failed = 3,   ///< the window says what went wrong
+    NoSuch = 9,   ///< there is no such filter
+    Silent = 14,  ///< the window says neither, or nothing in time
 };
 
 /// Does in the window what a user does, and reads what the user sees. A hand that cannot go on throws Unable.
@@ -29,6 +28,11 @@ public:
     struct Unable : std::runtime_error
     {
         using std::runtime_error::runtime_error;
+    };
+    /// Thrown when something that was begun does not end.
+    struct WaitedInVain : Unable
+    {
+        using Unable::Unable;
     };
 
     explicit Hand(VelkHost::BrowserWindow& window);

@@ -7,6 +7,8 @@
 
 #include "host/browser/BrowserProgram.h"
 
+#include <VelkCommon/Files/SHA1.h>
+
 #include <QApplication>
 #include <QTimer>
 
@@ -38,6 +40,8 @@ int main(int argumentCount, char** arguments)
 {
     VelkHost::ProgramOptions options;
     const QStringList words = takeWords(argumentCount, arguments, options);
+    static_cast<void>(
+        SHA1::bytesToSHA1Hex({}));  // OpenSSL makes itself ready, which it does not survive without memory
     std::optional<faults::Hand> hand;
     const auto shown = [&](VelkHost::BrowserWindow& window) {
         hand.emplace(window);

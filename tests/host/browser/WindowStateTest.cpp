@@ -9,6 +9,8 @@
 #include <VelkCommon/HostServices.h>
 #include <VelkCommon/Reporting/PreferenceEngine.h>
 
+#include <gmock/gmock.h>
+
 #include <QFile>
 #include <QSettings>
 #include <QSplitter>
@@ -46,6 +48,22 @@ TEST_F(KeptWindow, OpensTheSameFoldersAndSelectsTheSameItem)
     EXPECT_EQ(currentId(), "chair#7");
     EXPECT_TRUE(tree().isExpanded(folderIndex(library, names("Furniture/Seating/Chairs"))));
     EXPECT_FALSE(tree().isExpanded(folderIndex(library, names("Furniture/Tables"))));
+}
+
+TEST_F(KeptWindow, KeepsTheStateOfALibraryThatCouldNotBeRead)
+{
+    openWindow();
+    tree().expand(folderIndex(library, names("Furniture")));
+    window().close();
+    closeWindow();
+    const std::string bytes = test::readFile(library);
+    test::writeFile(library, "no library");
+    openWindow();
+    window().close();
+    closeWindow();
+    test::writeFile(library, bytes);
+    openWindow();
+    EXPECT_TRUE(tree().isExpanded(folderIndex(library, names("Furniture"))));
 }
 
 TEST_F(KeptWindow, KeepsItsSizeSplitterKindsAndExplanation)
