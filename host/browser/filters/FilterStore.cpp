@@ -81,10 +81,11 @@ void FilterStore::run(const std::function<void()>& work, const std::function<voi
         Worker::Arrival arrival = [this, result, succeeded] {
             if (!result->failure.isEmpty())
                 return Q_EMIT failed(result->failure);
-            if (result->unread.isEmpty())
+            isKnown_ = result->unread.isEmpty();
+            if (isKnown_)
                 state_ = result->state;
             succeeded();
-            result->unread.isEmpty() ? Q_EMIT changed() : Q_EMIT unreadable(result->unread);
+            isKnown_ ? Q_EMIT changed() : Q_EMIT unreadable(result->unread);
         };
         result->failure = failureOf(work);
         if (result->failure.isEmpty())

@@ -37,6 +37,8 @@ public:
     explicit FilterStore(QObject* parent = nullptr);
 
     const FilterState& state() const { return state_; }
+    /// Whether the state was read, and is not one before filters that cannot be read.
+    bool isKnown() const { return isKnown_; }
 
     // All of these end in changed(), failed() or unreadable().
     void read();
@@ -64,6 +66,7 @@ private:
     void run(const std::function<void()>& work, const std::function<void()>& succeeded);
 
     FilterState state_;
+    bool isKnown_ = false;
     Worker worker_;
 };
 

@@ -75,13 +75,13 @@ private:
         return *found;
     }
 
-    /// The dialog of that name, once it is open.
+    /// The dialog of that name, once it is open, or something else was said.
     template <typename Dialog>
     Dialog& dialog(const char* objectName)
     {
         const auto isOpen = [&] {
             const auto* const found = window_.findChild<Dialog*>(QString::fromLatin1(objectName));
-            return found != nullptr && found->isVisible();
+            return (found != nullptr && found->isVisible()) || said_.size() > before_;
         };
         waitFor(isOpen, objectName);
         return find<Dialog>(objectName);
