@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Lets everything go wrong that can, and looks what is left.
 
-    faults.py --program velk --window velk_driven_window --shim libvelk_fault_shim.so [--short] [--only PATTERN] [--point N]
+    faults.py --program velk --window velk_driven_window --shim libvelk_fault_shim.so
+              [--short] [--only PATTERN] [--point N]
 
 Each row of the report is a write path of the program (paths.py) under a class of faults (kills.py, errors.py and so
 on). A path first runs without a fault, which shows its old state, its new state, and its calls. Then it runs once

@@ -91,8 +91,9 @@ class Program:
         kept = {name: os.environ[name] for name in ("PATH", "LD_LIBRARY_PATH") if name in os.environ}
         desktop = {f"XDG_{name}": str(self._desktop)
                    for name in ("CACHE_HOME", "CONFIG_HOME", "DATA_HOME", "RUNTIME_DIR")}
+        desktop |= {"QT_QPA_PLATFORM": "offscreen", "QT_NO_GLIB": "1"}
         return kept | desktop | {"TMPDIR": f"{folder}/tmp", "HOME": f"{folder}/user", "VELK_HOME": f"{folder}/home",
-                                 "LANG": "C.UTF-8", "LC_ALL": "C.UTF-8", "QT_QPA_PLATFORM": "offscreen", "QT_NO_GLIB": "1"}
+                                 "LANG": "C.UTF-8", "LC_ALL": "C.UTF-8"}
 
     def words(self, command):
         """What starts the command's program."""
