@@ -84,6 +84,7 @@ Verdict Hand::work(const QStringList& words)
         const auto found = works.find(words.value(0));
         if (found == works.end())
             throw Unable("there is no such work");
+        window_.statusBar()->clearMessage();  // it would not tell the same again
         before_ = said_.size();
         verdict = found->second();
         settle();
