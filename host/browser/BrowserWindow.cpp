@@ -3,6 +3,7 @@
 #include "host/browser/DetailPane.h"
 #include "host/browser/StoredPreferences.h"
 #include "host/browser/WindowState.h"
+#include "host/browser/Worker.h"
 #include "host/browser/filters/FilterMenu.h"
 #include "host/browser/filters/HiddenNote.h"
 #include "host/browser/filters/KindMenu.h"
@@ -123,6 +124,8 @@ void BrowserWindow::buildSearch()
             search_->view()->setFocus();
     });
     search_->runner().setSource([this] { return searchedLibraries(); });
+    connect(&search_->runner(), &SearchRunner::ranOut, this,
+            [this] { showMessage(tr("There is too little memory for the search.")); });
     connect(search_, &SearchPane::shown, this, &BrowserWindow::showPage);
     connect(search_, &SearchPane::selected, this, &BrowserWindow::showPlace);
     connect(search_, &SearchPane::activated, this,
@@ -436,7 +439,7 @@ void BrowserWindow::fitPictures()
 
 void BrowserWindow::closeEvent(QCloseEvent* event)
 {
-    state_->save();
+    unsaved_ = failureOf([this] { state_->save(); });
     QMainWindow::closeEvent(event);
 }
 

@@ -45,6 +45,8 @@ public:
 
     /// Waits until what the user has entered is saved, for a window that was closed.
     void finishSaving();
+    /// Why the window's own state could not be kept when it was closed, a text for people; empty when it was.
+    const QString& unsaved() const { return unsaved_; }
 
     /// Reads the installed libraries.
     void readLibraries();
@@ -113,6 +115,7 @@ private:
     QSplitter* mainSplitter_ = nullptr;
     QAction* showInTree_ = nullptr;
     std::unique_ptr<WindowState> state_;
+    QString unsaved_;
     LibraryJobs* jobs_ = nullptr;
     std::optional<fileString> imported_;  // to be shown when it is read and the job has told what it did
     bool isImportedRead_ = false;

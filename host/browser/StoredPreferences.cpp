@@ -1,7 +1,10 @@
 #include "host/browser/StoredPreferences.h"
 
+#include "host/browser/SettingsFile.h"
+#include "host/browser/Worker.h"
 #include "host/support/LibraryPreference.h"
 #include "host/support/QtText.h"
+#include "host/support/System.h"
 
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Reporting/PreferenceNumbers.h>
@@ -54,6 +57,16 @@ QVariant storable(const std::any& value)
     return {};
 }
 
+/// Nobody waits for this, so a failure is told where it disturbs nobody.
+void keep(const QString& file, const QString& key, const QVariant& value)
+{
+    const QString failure = failureOf([&] {
+        changeSettings(fileString(file.toStdString()), [&](QSettings& settings) { settings.setValue(key, value); });
+    });
+    if (!failure.isEmpty())
+        writeToError("velk-browser: " + failure.toStdString() + "\n");
+}
+
 }  // namespace
 
 QString settingsFile()
@@ -76,7 +89,7 @@ void keepPreferences(Velk::HostServices& services, const QString& file)
         const QVariant stored = storable(value);
         const std::lock_guard lock(*mutex);
         if (stored.isValid())
-            QSettings(file, QSettings::IniFormat).setValue(keyOf(number), stored);
+            keep(file, keyOf(number), stored);
     };
 }
 

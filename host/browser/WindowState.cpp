@@ -1,6 +1,7 @@
 #include "host/browser/WindowState.h"
 
 #include "host/browser/BrowserWindow.h"
+#include "host/browser/SettingsFile.h"
 #include "host/browser/filters/KindMenu.h"
 #include "host/browser/filters/ShownLibraries.h"
 #include "host/browser/search/SearchPane.h"
@@ -99,19 +100,30 @@ void WindowState::selectCurrent(const fileString& library)
 
 void WindowState::save() const
 {
-    QSettings settings(file_, QSettings::IniFormat);
-    settings.setValue(QStringLiteral("window/geometry"), window_.saveGeometry());
-    settings.setValue(QStringLiteral("window/columns"), window_.columns()->saveState());
-    settings.setValue(QStringLiteral("search/explained"), window_.searchPane()->isExplained());
-    QStringList hidden;
-    for (const LibraryKind kind : window_.shownLibraries()->kindMenu()->hidden())
-        hidden.append(qtText(kindName(kind)));
-    settings.setValue(QStringLiteral("kinds/hidden"), hidden);
+    changeSettings(fileString(file_.toStdString()), [this](QSettings& settings) {
+        settings.setValue(QStringLiteral("window/geometry"), window_.saveGeometry());
+        settings.setValue(QStringLiteral("window/columns"), window_.columns()->saveState());
+        settings.setValue(QStringLiteral("search/explained"), window_.searchPane()->isExplained());
+        QStringList hidden;
+        for (const LibraryKind kind : window_.shownLibraries()->kindMenu()->hidden())
+            hidden.append(qtText(kindName(kind)));
+        settings.setValue(QStringLiteral("kinds/hidden"), hidden);
+        saveLibraries(settings);
+    });
+}
+
+void WindowState::saveLibraries(QSettings& settings) const
+{
+    std::map<fileString, LibraryState> states;
+    for (const auto& [path, library] : window_.model().libraries())
+        states.emplace(path, stateOf(path));
+    for (const auto& [path, state] : libraries_)  // those that could not be read this time
+        if (path.pathExists())
+            states.emplace(path, state);
     settings.remove(QStringLiteral("libraries"));
     settings.beginWriteArray(QStringLiteral("libraries"));
     int count = 0;
-    for (const auto& [path, library] : window_.model().libraries()) {
-        const LibraryState state = stateOf(path);
+    for (const auto& [path, state] : states) {
         if (state.openFolders.isEmpty() && state.current.isEmpty())
             continue;
         settings.setArrayIndex(count++);

@@ -7,6 +7,8 @@
 
 #include <map>
 
+class QSettings;
+
 namespace VelkHost {
 
 class BrowserWindow;
@@ -26,7 +28,7 @@ public:
     /// Selects in a library what was selected before, and forgets what was open and selected there.
     void selectCurrent(const fileString& library);
 
-    /// Writes the state that the window is in.
+    /// Writes the state that the window is in. Throws what changeSettings() throws.
     void save() const;
 
 private:
@@ -37,6 +39,7 @@ private:
         QString current;          // "item:" and its unique id, or "folder:" and its names; or empty
     };
 
+    void saveLibraries(QSettings& settings) const;
     LibraryState stateOf(const fileString& library) const;
 
     BrowserWindow& window_;

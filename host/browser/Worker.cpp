@@ -3,9 +3,22 @@
 #include "host/browser/language/Reasons.h"
 
 #include <exception>
+#include <new>
 #include <utility>
 
 namespace VelkHost {
+namespace {
+
+Worker::Arrival arrivalOf(const std::function<Worker::Arrival()>& job, const Worker::Arrival& ranOut)
+{
+    try {
+        return job();
+    } catch (const std::bad_alloc&) {
+        return ranOut;
+    }
+}
+
+}  // namespace
 
 QString failureOf(const std::function<void()>& work)
 {
@@ -27,11 +40,11 @@ Worker::~Worker()
     thread_.waitForDone();
 }
 
-void Worker::run(std::function<Arrival()> job)
+void Worker::run(std::function<Arrival()> job, Arrival ranOut)
 {
     ++underWay_;
-    thread_.start([this, job = std::move(job), drops = drops_.load()] {
-        const auto arrive = [this, arrival = drops == drops_ ? job() : Arrival()] {
+    thread_.start([this, job = std::move(job), ranOut = std::move(ranOut), drops = drops_.load()] {
+        const auto arrive = [this, arrival = drops == drops_ ? arrivalOf(job, ranOut) : Arrival()] {
             --underWay_;
             if (arrival)
                 arrival();

@@ -2,10 +2,13 @@
 
 Most of a program's allocations happen before it does anything, so those are tried here and there, and those of the
 work itself more closely.
+
+Of the window, only what its workers allocate fails. Its first thread opens, lays out and paints widgets, and there the
+libraries below Qt end by a signal where they get no memory: fontconfig while it reads its configuration, and the font
+engines whenever a text is drawn that needs another one.
 """
 import runs
 from bench import Row
-from paths import PATHS
 
 GATE = "failed allocations"
 SHORT = 3
@@ -18,7 +21,7 @@ LEFT_OUT = {"catalog sample": "Qt's writer of PNG files crashes when the library
 
 def rows(bench):
     return [Row(f"{path.name}/allocation", GATE, lambda path=path: points(bench, path), LEFT_OUT.get(path.name, ""))
-            for path in PATHS]
+            for path in bench.paths(quick=False)]
 
 
 def points(bench, path):

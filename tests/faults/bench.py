@@ -8,6 +8,7 @@ from dataclasses import dataclass, field
 
 import runs
 import states
+from paths import PATHS
 
 
 # What the run of a point returns when there was no such call this time. Threads make that differ.
@@ -46,18 +47,24 @@ class Known:
 class Bench:
     """The program, the workshop and the folders, shared by all rows."""
 
-    def __init__(self, program, workshop, work, long, own_mounts):
+    def __init__(self, program, workshop, work, arguments, own_mounts):
         self.program = program
         self.workshop = workshop
         self.work = work
         self.folders = runs.Folders(work)
-        self.long = long
+        self.long = not arguments.short
+        self.thorough = arguments.thorough
         self.own_mounts = own_mounts
         self._known = {}
         self._locks = collections.defaultdict(threading.Lock)
 
     def command_of(self, path):
         return [word.format(**self.workshop.addresses()) for word in path.command]
+
+    def paths(self, quick=True):
+        """The paths of a class of faults. The short form has the quick ones, and of the slow ones those that stand for
+        the others, but not under each class (`quick`)."""
+        return [path for path in PATHS if self.long or not path.is_window or (quick and path.in_short)]
 
     def known(self, path):
         """The states before and after a path, and its calls; measured once."""
@@ -67,11 +74,12 @@ class Bench:
             return self._known[path.name]
 
     def state(self, path, folder):
-        return states.state_of(folder) if path.keeps_old else states.names_of(folder)
+        state = states.state_of(folder) if path.keeps_old else states.names_of(folder)
+        return {name: content for name, content in state.items() if name not in path.aside}
 
     def sample(self, points, short, seed, most=None):
         """All points in the long form, or the `most` of a slow path; in the short form some, the same each time."""
-        count = (most or len(points)) if self.long else short
+        count = short if not self.long else len(points) if most is None or self.thorough else most
         if len(points) <= count:
             return points
         chosen = random.Random(seed).sample(range(len(points)), count)

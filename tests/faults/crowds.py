@@ -7,7 +7,8 @@ from dataclasses import dataclass
 
 import states
 from bench import Point, Row
-from paths import PATHS, after
+from paths import PATHS, SETTINGS, after, installed
+from runs import WINDOW
 
 GATE = "rounds of processes side by side"
 CROWD = range(16)
@@ -117,6 +118,11 @@ def lost_cards(bench, folder):
     return difference([one["name"] for one in found["manufacturers"]], [f"Maker {number}" for number in CROWD])
 
 
+def lost_numbers(bench, folder):
+    found = listed(bench, folder, "manufacturer", "list") or {"manufacturers": []}
+    return difference([one["phone"] for one in found["manufacturers"]], [f"555 {number}" for number in CROWD])
+
+
 def lost_textures(bench, folder):
     try:
         with zipfile.ZipFile(folder / "textures/House.zip") as archive:
@@ -170,6 +176,22 @@ def merging(number):
     return ("textures", "merge", f"source-{number}.zip", "textures/House.zip")
 
 
+def shown_makers(workshop, folder):
+    """Cards of makers, and a library with an item of each, by which a window shows them."""
+    core = folder / "home/core"
+    core.mkdir(parents=True)
+    (folder / "Makers.csv").write_text("name;category;keywords\n" + "".join(
+        f"chair {number};Seats;Maker-{number}\n" for number in CROWD))
+    workshop.velk("catalog", "build", "Makers.csv", "-o", "home/core/Makers.calib", "--type", "core", "--id", "makers",
+                  folder=folder)
+    after(*(f"manufacturer edit {number + 1} --new --name Maker-{number}" for number in CROWD))(workshop, folder)
+
+
+def mixed(window, command):
+    """Four windows among twelve commands, all of the same work."""
+    return lambda number: (WINDOW, *window(number)) if number % 4 == 0 else command(number)
+
+
 FAILED_UPDATE = 6
 NOT_PUBLISHED = 8
 
@@ -180,6 +202,14 @@ CROWDS = (
           lost_libraries, results=("home/core/catalog_filters.json",)),
     Crowd("cards of one home", lambda number: ("manufacturer", "edit", str(number + 1), "--name", f"Maker {number}"),
           lost_cards, after(*(f"manufacturer edit {number + 1} --new --name New" for number in CROWD))),
+    Crowd("window and command: filters",
+          mixed(lambda number: ("add filter", f"Filter {number}", "lib-Kitchen"),
+                lambda number: ("filter", "add", f"Filter {number}", "--id", "lib-Kitchen")),
+          lost_filters, installed("Kitchen"), ("home/core/catalog_filters.json", SETTINGS)),
+    Crowd("window and command: cards",
+          mixed(lambda number: ("edit card", f"Maker-{number}", "cardPhone", f"555 {number}"),
+                lambda number: ("manufacturer", "edit", str(number + 1), "--phone", f"555 {number}")),
+          lost_numbers, shown_makers, (SETTINGS,)),
     Crowd("textures of one archive", merging, lost_textures, sources_and_target),
     Crowd("textures of a new archive", merging, lost_textures, sources, ("textures/House.zip",)),
     Crowd("editions of one library",

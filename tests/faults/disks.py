@@ -5,7 +5,6 @@ import shutil
 import subprocess
 
 from bench import Point, Row
-from paths import PATHS
 
 GATE = "full disks"
 SHORT = 1
@@ -20,7 +19,7 @@ PAGES = (*range(0, 12), *range(12, 40, 4), 60, 100)
 
 def rows(bench):
     reason = "" if bench.own_mounts else "this machine lets the harness mount nothing (unshare -rm)"
-    return [Row(f"{path.name}/disk", GATE, lambda path=path: points(bench, path), reason) for path in PATHS]
+    return [Row(f"{path.name}/disk", GATE, lambda path=path: points(bench, path), reason) for path in bench.paths(quick=False)]
 
 
 def points(bench, path):

@@ -1,7 +1,6 @@
 """Injected errors: each call on a file fails, once and from then on, with each error that such a call may have."""
 import runs
 from bench import Row
-from paths import PATHS
 
 GATE = "injected errors"
 SHORT = 4
@@ -27,7 +26,7 @@ INTERRUPTED = ("open", "read", "create", "write", "copy", "truncate", "sync", "l
 
 
 def rows(bench):
-    return [Row(f"{path.name}/error", GATE, lambda path=path: points(bench, path)) for path in PATHS]
+    return [Row(f"{path.name}/error", GATE, lambda path=path: points(bench, path)) for path in bench.paths()]
 
 
 def points(bench, path):

@@ -1,14 +1,13 @@
 """Kills: the program dies before and after each call that changes a file, and in the middle of what it writes."""
 import runs
 from bench import Row
-from paths import PATHS
 
 GATE = "kill points"
 SHORT = 4
 
 
 def rows(bench):
-    return [Row(f"{path.name}/kill", GATE, lambda path=path: points(bench, path)) for path in PATHS]
+    return [Row(f"{path.name}/kill", GATE, lambda path=path: points(bench, path)) for path in bench.paths()]
 
 
 def points(bench, path):

@@ -3,7 +3,6 @@ import shutil
 
 import states
 from bench import Point, Row
-from paths import PATHS
 
 GATE = "obstacles"
 SHORT = 1
@@ -11,7 +10,7 @@ SHORT = 1
 
 def rows(bench):
     return [Row(f"{path.name}/obstacle", GATE, lambda path=path: points(bench, path))
-            for path in PATHS if path.keeps_old]
+            for path in bench.paths(quick=False) if path.keeps_old]
 
 
 def points(bench, path):

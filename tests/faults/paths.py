@@ -7,6 +7,8 @@ import threading
 from collections.abc import Callable
 from dataclasses import dataclass
 
+from runs import WINDOW
+
 CATALOG = "name;category;keywords;files\n" + "".join(
     f"{{edition}} chair {number};Seats;oak, seat;wood-{number}.png\n" for number in range(3))
 
@@ -103,6 +105,10 @@ class FileService(http.server.ThreadingHTTPServer):
         threading.Thread(target=self.serve_forever, daemon=True).start()
 
 
+def nothing(workshop, folder):
+    """The preparation of a path that begins with an empty folder."""
+
+
 @dataclass(frozen=True)
 class WritePath:
     """One way to change files: the state before it, and the command, which runs in the folder of that state.
@@ -112,16 +118,32 @@ class WritePath:
     the time, so that only their names can be compared (`keeps_old`). A logo is removed before a new one is asked for,
     and may be `missing` for a while. Where a command does several things, it may have done some of them when it fails
     (`whole`). Of a slow path, `most` points of each class are enough.
+
+    A command that begins with WINDOW is done by a hand in the window. The window also keeps its settings when it is
+    closed, which have paths of their own: in the others they are `aside`. As a window takes its time to open, most of
+    its paths are not `in_short`.
     """
 
     name: str
     command: tuple
-    prepare: Callable = lambda workshop, folder: None
+    prepare: Callable = nothing
     done_codes: tuple = (0,)
     keeps_old: bool = True
     whole: bool = True
     missing: tuple = ()
     most: int | None = None
+    aside: tuple = ()
+    in_short: bool = True
+
+    @property
+    def is_window(self):
+        return self.command[0] == WINDOW
+
+
+def window_path(name, command, prepare, **traits):
+    """A path of the window."""
+    traits = {"most": 12, "aside": (SETTINGS,), "in_short": False} | traits
+    return WritePath(f"window {name}", (WINDOW, *command), prepare, **traits)
 
 
 def take(*names, edition="new"):
@@ -172,6 +194,33 @@ def content_folder(workshop, folder):
     shutil.copytree(workshop.folder / "new/content", folder / "content")
 
 
+def installed(*libraries, prepare=None):
+    """Libraries that a window shows, after other preparations."""
+    def prepared(workshop, folder):
+        if prepare is not None:
+            prepare(workshop, folder)
+        core = folder / "home/core"
+        core.mkdir(parents=True, exist_ok=True)
+        for library in libraries:
+            shutil.copy2(workshop.folder / "new" / f"{library}.calib", core)
+    return prepared
+
+
+def imported_before(workshop, folder):
+    """An older edition of the library that is imported, with its textures, and the packed library to import."""
+    take("Garden.calibz")(workshop, folder)
+    for kind, name in (("user", "Garden.calib"), ("textures", "Garden.zip")):
+        (folder / "home" / kind).mkdir(parents=True)
+        shutil.copy2(workshop.folder / "old" / name, folder / "home" / kind)
+
+
+def settings_before(workshop, folder):
+    """What a window kept when it was closed, and something of another version's."""
+    workshop.velk(WINDOW, "look", folder=folder)
+    with (folder / SETTINGS).open("a") as settings:
+        settings.write("\n[later]\nkept=something\n")
+
+
 def two_filters(workshop, folder):
     after("filter add Kitchens --id lib-Kitchen", "filter add Gardens --id lib-Garden --id lib-Acme")(workshop, folder)
     shutil.copy2(workshop.folder / "colleague/core/catalog_filters.json", folder / "colleague.json")
@@ -189,6 +238,7 @@ UPDATE_ALL = ("update", "--service", "{service}", "--bonus", "Garden", "--manufa
 OLDER_UPDATE = "update --service {old} --bonus Garden --manufacturer Acme"
 REFRESH = ("manufacturer", "update", "--data-url", "{service}manufacturers", "--logo-url", "{service}logo?v=1")
 NO_SUCH = 9
+SETTINGS = "home/user/browser.ini"
 
 PATHS = (
     WritePath("unpack", ("unpack", "Garden.calibz", "-o", "out"), take("Garden.calibz")),
@@ -230,4 +280,21 @@ PATHS = (
     WritePath("publish over", ("publish", "content", "-o", "site", "--nginx", "nginx"), two_editions,
               whole=False),
     WritePath("tour", ("tour", "--sample", "-o", "tour"), keeps_old=False, whole=False, most=50),
+    window_path("import", ("import", "Garden.calibz"), take("Garden.calibz")),
+    window_path("import over", ("import", "Garden.calibz"), imported_before, in_short=True),
+    window_path("update", ("update", "--service", "{service}"), nothing, whole=False),
+    window_path("update over", ("update", "--service", "{service}"), after(OLDER_UPDATE), whole=False, in_short=True),
+    window_path("filter new", ("add filter", "Kitchens", "lib-Kitchen"), installed("Kitchen")),
+    window_path("filter add", ("add filter", "Kitchens", "lib-Garden"), installed("Garden", prepare=two_filters),
+                in_short=True),
+    window_path("filter remove", ("remove filter", "Kitchens"), installed("Garden", prepare=two_filters),
+                done_codes=(0, NO_SUCH)),
+    window_path("filter use", ("use filter", "Gardens"), installed("Garden", prepare=two_filters)),
+    window_path("filter merge", ("merge filters", "colleague.json"), installed("Garden", prepare=two_filters)),
+    window_path("card", ("edit card", "seat", "cardPhone", "555 0123"),
+                installed("Garden", prepare=after("manufacturer edit 7 --new --name seat")), in_short=True),
+    window_path("cards update", ("update cards", "--service", "{service}"), older_cards, whole=False,
+                missing=("home/manufacturer-data/acme.png",)),
+    window_path("settings", ("settings",), nothing, aside=()),
+    window_path("settings over", ("settings",), settings_before, aside=(), in_short=True),
 )

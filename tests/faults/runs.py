@@ -14,7 +14,16 @@ KINDS = ("open", "read", "create", "write", "copy", "truncate", "sync", "rename"
 CHANGES = KINDS[KINDS.index("create") : KINDS.index("allocate")]
 
 KILLED = -9
+
+# The window said neither that it was done nor what went wrong.
+SILENT = 14
+
+# Begins a command for the window.
+WINDOW = "velk-browser"
 SECONDS = 40
+
+# What Qt's platform without a screen always says.
+NOISE = "This plugin does not support propagateSizeHints()"
 
 # What a program must never say.
 CRASHES = ("terminate called", "what():", "Sanitizer", "runtime error:", "Assertion", "core dumped", "corrupted")
@@ -49,29 +58,47 @@ class Outcome:
             return f"did not end within {self.seconds} seconds"
         if self.code < 0:
             return f"ended by signal {-self.code}: {self.last_line()}"
+        if self.code == SILENT:
+            return f"the window said neither that it was done nor what failed: {self.last_line()}"
         return next((f"said: {line}" for line in self.lines() if any(word in line for word in CRASHES)), None)
 
     def lines(self):
-        return [line for line in (self.said + self.reported).splitlines() if line.strip()]
+        return [line for line in (self.said + self.reported).splitlines() if line.strip() and line != NOISE]
 
     def last_line(self):
         return (self.lines() or ["(nothing was said)"])[-1]
 
 
 class Program:
-    """The program under test with the shim that goes before it."""
+    """The programs under test with the shim that goes before them.
 
-    def __init__(self, path, shim, work):
+    A command's first word may be WINDOW: then the rest is for the window with a hand in it, and otherwise for velk.
+    """
+
+    def __init__(self, path, window, shim, work):
         self.path = str(pathlib.Path(path).resolve())
+        self.window = str(pathlib.Path(window).resolve())
         self.shim = str(pathlib.Path(shim).resolve())
         self.work = pathlib.Path(work)
+        self._desktop = self.work / "desktop"
+        self._desktop.mkdir(mode=0o700)
         self._numbers = itertools.count()
 
     def environment(self, folder):
-        """Everything that a run may write lies below `folder`."""
+        """Everything that a run may write lies below `folder`, but for what the desktop's own libraries keep. Qt does
+        without GLib, which ends the program by itself where it gets no memory.
+        """
         kept = {name: os.environ[name] for name in ("PATH", "LD_LIBRARY_PATH") if name in os.environ}
-        return kept | {"TMPDIR": f"{folder}/tmp", "HOME": f"{folder}/user", "VELK_HOME": f"{folder}/home",
-                       "LANG": "C.UTF-8", "LC_ALL": "C.UTF-8"}
+        desktop = {f"XDG_{name}": str(self._desktop)
+                   for name in ("CACHE_HOME", "CONFIG_HOME", "DATA_HOME", "RUNTIME_DIR")}
+        desktop |= {"QT_QPA_PLATFORM": "offscreen", "QT_NO_GLIB": "1"}
+        return kept | desktop | {"TMPDIR": f"{folder}/tmp", "HOME": f"{folder}/user", "VELK_HOME": f"{folder}/home",
+                                 "LANG": "C.UTF-8", "LC_ALL": "C.UTF-8"}
+
+    def words(self, command):
+        """What starts the command's program."""
+        words = list(command)
+        return [self.window, *words[1:]] if words[:1] == [WINDOW] else [self.path, *words]
 
     def run(self, command, folder):
         """Runs `command` in `folder`, with nothing in between."""
@@ -82,6 +109,8 @@ class Program:
         counts = self.work / f"counts-{next(self._numbers)}"
         counts.write_bytes(bytes(4 * len(KINDS)))
         variables = {"VELK_FAULT_COUNTS": str(counts)} | ({} if fault is None else {"VELK_FAULT": str(fault)})
+        # Qt's painting does not survive a lack of memory; see allocations.py.
+        variables |= {"VELK_FAULT_MEMORY": "workers"} if command[0] == WINDOW else {}
         outcome = self._run(command, folder, variables)
         outcome.counts = dict(zip(KINDS, struct.unpack(f"={len(KINDS)}I", counts.read_bytes())))
         counts.unlink()
@@ -89,7 +118,7 @@ class Program:
 
     def start(self, command, folder, before=()):
         """A process that is not waited for; `before` are words that start another one."""
-        return subprocess.Popen([*before, self.path, *command], cwd=folder, env=self.environment(folder),
+        return subprocess.Popen([*before, *self.words(command)], cwd=folder, env=self.environment(folder),
                                 stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
                                 errors="replace")
 
@@ -107,7 +136,7 @@ class Program:
         if variables:
             environment |= {"LD_PRELOAD": self.shim, "VELK_FAULT_BELOW": str(folder)}
         try:
-            run = subprocess.run([self.path, *command], cwd=folder, env=environment, stdin=subprocess.DEVNULL,
+            run = subprocess.run(self.words(command), cwd=folder, env=environment, stdin=subprocess.DEVNULL,
                                  capture_output=True, text=True, errors="replace", timeout=SECONDS)
         except subprocess.TimeoutExpired as late:
             return Outcome(None, _text(late.stdout), _text(late.stderr))

@@ -1,5 +1,6 @@
 #include "host/browser/filters/FilterStore.h"
 
+#include "host/browser/language/Reasons.h"
 #include "host/support/QtText.h"
 
 #include <VelkLibrary/LibraryFilterManager.h>
@@ -66,22 +67,32 @@ void FilterStore::merge(const fileString& path)
     run([path, came] { *came = mergeFilterFile(path); }, [this, came] { Q_EMIT merged(*came); });
 }
 
+// What is to arrive is made before the work, so that work that was done is not told as failed for want of memory.
 void FilterStore::run(const std::function<void()>& work, const std::function<void()>& succeeded)
 {
-    worker_.run([this, work, succeeded]() -> Worker::Arrival {
+    struct Result
+    {
+        QString failure;
+        QString unread;
         FilterState state;
-        const QString failure = failureOf([&] {
-            work();
-            state = readFilterState();
-        });
-        if (!failure.isEmpty())
-            return [this, failure] { Q_EMIT failed(failure); };
-        return [this, state, succeeded] {
-            state_ = state;
+    };
+    auto job = [this, work, succeeded]() -> Worker::Arrival {
+        const auto result = std::make_shared<Result>();
+        Worker::Arrival arrival = [this, result, succeeded] {
+            if (!result->failure.isEmpty())
+                return Q_EMIT failed(result->failure);
+            isKnown_ = result->unread.isEmpty();
+            if (isKnown_)
+                state_ = result->state;
             succeeded();
-            Q_EMIT changed();
+            isKnown_ ? Q_EMIT changed() : Q_EMIT unreadable(result->unread);
         };
-    });
+        result->failure = failureOf(work);
+        if (result->failure.isEmpty())
+            result->unread = failureOf([&] { result->state = readFilterState(); });
+        return arrival;
+    };
+    worker_.run(std::move(job), [this] { Q_EMIT failed(tooLittleMemory()); });
 }
 
 }  // namespace VelkHost

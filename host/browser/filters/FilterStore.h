@@ -37,8 +37,10 @@ public:
     explicit FilterStore(QObject* parent = nullptr);
 
     const FilterState& state() const { return state_; }
+    /// Whether the state was read, and is not one before filters that cannot be read.
+    bool isKnown() const { return isKnown_; }
 
-    // All of these end in changed() or failed().
+    // All of these end in changed(), failed() or unreadable().
     void read();
     /// Puts the filter of an entry in force.
     void setCurrentEntry(int entry);
@@ -56,12 +58,15 @@ Q_SIGNALS:
     void changed();
     /// Nothing was changed; `reason` is for people.
     void failed(const QString& reason);
+    /// The work is done, but its result could not be read, so the state is the one before.
+    void unreadable(const QString& reason);
     void merged(const VelkHost::FilterMerge& merge);
 
 private:
     void run(const std::function<void()>& work, const std::function<void()>& succeeded);
 
     FilterState state_;
+    bool isKnown_ = false;
     Worker worker_;
 };
 

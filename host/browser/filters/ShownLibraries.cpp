@@ -12,6 +12,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 
 namespace VelkHost {
 namespace {
@@ -67,11 +68,18 @@ void ShownLibraries::connectFilters()
     connect(&filters_, &FilterStore::changed, this, [this] {
         showFilters();
         apply();
+        if (std::exchange(wantsEditor_, false))
+            openEditor();
     });
     connect(&filters_, &FilterStore::merged, this, &ShownLibraries::tellMerge);
     connect(&filters_, &FilterStore::failed, this, [this](const QString& reason) {
         showFilters();
         Q_EMIT told(tr("The filters are as they were: %1").arg(reason));
+    });
+    connect(&filters_, &FilterStore::unreadable, this, [this](const QString& reason) {
+        wantsEditor_ = false;
+        showFilters();
+        Q_EMIT told(tr("The filters cannot be read: %1").arg(reason));
     });
 }
 
@@ -138,7 +146,16 @@ void ShownLibraries::showAll()
         filters_.setCurrentEntry(0);
 }
 
+// Who edits filters that are not known would add to those that are there, and not see them.
 void ShownLibraries::editFilters()
+{
+    if (filters_.isKnown())
+        return openEditor();
+    wantsEditor_ = true;
+    filters_.read();
+}
+
+void ShownLibraries::openEditor()
 {
     auto* const editor = new FilterEditor(filters_.state(), model_.libraries(), window_);
     editor->setAttribute(Qt::WA_DeleteOnClose);

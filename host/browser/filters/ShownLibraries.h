@@ -43,6 +43,7 @@ public:
 
     /// Puts no filter in force, and shows every kind.
     void showAll();
+    /// Opens the editor; before that reads the filters, where they are not known.
     void editFilters();
     void askForFilterFile();
 
@@ -55,6 +56,7 @@ Q_SIGNALS:
 private:
     void connectFilters();
     void showFilters();
+    void openEditor();
     void apply();
     void tellMerge(const FilterMerge& merge);
     bool hidesSome() const;
@@ -70,6 +72,7 @@ private:
     HiddenNote* const page_;
     HiddenNote* const strip_;
     bool searchInVain_ = false;
+    bool wantsEditor_ = false;  // when the filters are known
 };
 
 }  // namespace VelkHost

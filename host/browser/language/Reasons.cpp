@@ -155,8 +155,13 @@ QString failureText(const std::exception& error)
     if (const auto* const data = dynamic_cast<const DataError*>(&error))
         return translated(data->why());
     if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr)
-        return translated("there is too little memory");
+        return tooLittleMemory();
     return qtText(error.what());
+}
+
+QString tooLittleMemory()
+{
+    return translated("there is too little memory");
 }
 
 }  // namespace VelkHost

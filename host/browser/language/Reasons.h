@@ -14,4 +14,7 @@ QString translated(const Reason& reason);
 /// Why an operation threw, as translated(); with the path of a FileError or the address of a ServiceError in front.
 QString failureText(const std::exception& error);
 
+/// Why an operation failed for want of memory, as translated().
+QString tooLittleMemory();
+
 }  // namespace VelkHost

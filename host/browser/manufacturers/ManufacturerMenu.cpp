@@ -34,7 +34,7 @@ ManufacturerMenu::ManufacturerMenu(ManufacturerStore& store, ManufacturerPane& p
         refresh_->setEnabled(true);
         Q_EMIT told(tr("The manufacturers are as they were: %1").arg(reason));
     });
-    connect(&store_, &ManufacturerStore::failed, this,
+    connect(&store_, &ManufacturerStore::unreadable, this,
             [this](const QString& reason) { Q_EMIT told(tr("The manufacturers cannot be read: %1").arg(reason)); });
     retranslate();
 }

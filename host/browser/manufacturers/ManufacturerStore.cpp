@@ -1,5 +1,6 @@
 #include "host/browser/manufacturers/ManufacturerStore.h"
 
+#include "host/browser/language/Reasons.h"
 #include "host/installation/DataError.h"
 #include "host/support/QtText.h"
 #include "host/support/WholeFile.h"
@@ -17,6 +18,7 @@
 #include <QUrl>
 
 #include <memory>
+#include <utility>
 
 namespace VelkHost {
 namespace {
@@ -117,7 +119,7 @@ void ManufacturerStore::finish()
 
 void ManufacturerStore::read()
 {
-    run([] {}, [] {}, [this](const QString& reason) { Q_EMIT failed(reason); });
+    run([] {}, [] {}, [this](const QString& reason) { Q_EMIT unreadable(reason); });
 }
 
 void ManufacturerStore::edit(long id, const CardEdit& edit)
@@ -140,24 +142,40 @@ void ManufacturerStore::refresh(const std::string& service)
         [this](const QString& reason) { Q_EMIT refreshFailed(reason); });
 }
 
+// What is to arrive is made before the work, so that work that was done is not told as failed for want of memory.
 void ManufacturerStore::run(const std::function<void()>& work, const Outcome& succeeded,
                             const std::function<void(const QString&)>& failed)
 {
-    worker_.run([this, work, succeeded, failed]() -> Worker::Arrival {
+    struct Result
+    {
+        QString failure;
+        QString unread;
         ManufacturerBook book;
-        const QString failure = failureOf([&] {
-            work();
-            book = readBook();
-        });
-        if (!failure.isEmpty())
-            return [failure, failed] { failed(failure); };
-        return [this, book, succeeded] {
-            book_ = book;
-            logos_.clear();
-            Q_EMIT changed();
+    };
+    auto job = [this, work, succeeded, failed]() -> Worker::Arrival {
+        const auto result = std::make_shared<Result>();
+        Worker::Arrival arrival = [this, result, succeeded, failed] {
+            if (!result->failure.isEmpty())
+                return failed(result->failure);
+            if (result->unread.isEmpty())
+                take(result->book);
             succeeded();
+            if (!result->unread.isEmpty())
+                Q_EMIT unreadable(result->unread);
         };
-    });
+        result->failure = failureOf(work);
+        if (result->failure.isEmpty())
+            result->unread = failureOf([&] { result->book = readBook(); });
+        return arrival;
+    };
+    worker_.run(std::move(job), [failed] { failed(tooLittleMemory()); });
+}
+
+void ManufacturerStore::take(const ManufacturerBook& book)
+{
+    book_ = book;
+    logos_.clear();
+    Q_EMIT changed();
 }
 
 QImage ManufacturerStore::logo(const ManufacturerCard& card, const QSize& atMost)

@@ -39,11 +39,11 @@ public:
 
     const ManufacturerBook& book() const { return book_; }
 
-    /// Ends in changed() or failed().
+    /// Ends in changed() or unreadable().
     void read();
-    /// Changes a card; ends in edited() after changed(), or in editFailed().
+    /// Changes a card; ends in edited(), or in editFailed().
     void edit(long id, const CardEdit& edit);
-    /// Ends in refreshed() after changed(), or in refreshFailed().
+    /// Ends in refreshed(), or in refreshFailed().
     void refresh(const std::string& service);
 
     /// The logo of a card, at most of this size in pixels; null when the card has none. It is also null while the
@@ -55,8 +55,10 @@ public:
     void finish();
 
 Q_SIGNALS:
+    /// The cards were read; comes before what tells of an edit or a refresh.
     void changed();
-    void failed(const QString& reason);
+    /// The cards cannot be read, so they are known as they were; comes after what tells of an edit or a refresh.
+    void unreadable(const QString& reason);
     void edited();
     void editFailed(const QString& reason);
     void refreshed(const VelkHost::ManufacturerRefresh& refresh);
@@ -65,6 +67,7 @@ Q_SIGNALS:
 
 private:
     using Outcome = std::function<void()>;
+    void take(const ManufacturerBook& book);
     void run(const std::function<void()>& work, const Outcome& succeeded,
              const std::function<void(const QString&)>& failed);
 

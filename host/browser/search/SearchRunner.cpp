@@ -70,7 +70,7 @@ void SearchRunner::start()
     cancel();
     stop_ = std::stop_source();
     isOutdated_ = false;
-    worker_.run([this, text = text_, libraries = libraries(), stop = stop_.get_token()]() -> Worker::Arrival {
+    auto job = [this, text = text_, libraries = libraries(), stop = stop_.get_token()]() -> Worker::Arrival {
         SearchRequest request;
         request.text = text.toStdString();
         Library::Search::Info info = searchInfo(request);
@@ -83,6 +83,12 @@ void SearchRunner::start()
             else
                 take(std::move(outcome));
         };
+    };
+    worker_.run(std::move(job), [this, stop = stop_.get_token()] {
+        if (stop.stop_requested())
+            return;
+        isAnswered_ = true;
+        Q_EMIT ranOut();
     });
 }
 

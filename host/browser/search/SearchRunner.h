@@ -63,6 +63,9 @@ Q_SIGNALS:
     /// The search for the last text has ended.
     void found(const std::shared_ptr<const VelkHost::SearchOutcome>& outcome);
 
+    /// There was too little memory for the search for the last text.
+    void ranOut();
+
 private:
     void cancel();
     void start();

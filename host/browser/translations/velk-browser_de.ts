@@ -540,6 +540,10 @@
         <translation>Suche</translation>
     </message>
     <message>
+        <source>There is too little memory for the search.</source>
+        <translation>Der Arbeitsspeicher reicht für die Suche nicht aus.</translation>
+    </message>
+    <message>
         <source>&amp;File</source>
         <translation>&amp;Datei</translation>
     </message>
@@ -1129,6 +1133,10 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
     <message>
         <source>The filters are as they were: %1</source>
         <translation>Die Filter bleiben unverändert: %1</translation>
+    </message>
+    <message>
+        <source>The filters cannot be read: %1</source>
+        <translation>Die Filter können nicht gelesen werden: %1</translation>
     </message>
     <message>
         <source>“%1” was imported; it is hidden by %2.</source>

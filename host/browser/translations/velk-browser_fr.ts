@@ -540,6 +540,10 @@
         <translation>Recherche</translation>
     </message>
     <message>
+        <source>There is too little memory for the search.</source>
+        <translation>La mémoire est insuffisante pour la recherche.</translation>
+    </message>
+    <message>
         <source>&amp;File</source>
         <translation>&amp;Fichier</translation>
     </message>
@@ -1129,6 +1133,10 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
     <message>
         <source>The filters are as they were: %1</source>
         <translation>Les filtres restent inchangés&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>The filters cannot be read: %1</source>
+        <translation>Impossible de lire les filtres&#xa0;: %1</translation>
     </message>
     <message>
         <source>“%1” was imported; it is hidden by %2.</source>

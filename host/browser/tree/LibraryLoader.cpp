@@ -7,9 +7,11 @@
 #include "host/support/FileError.h"
 
 #include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Files/PathUtils.h>
 
 #include <algorithm>
 #include <iterator>
+#include <new>
 #include <shared_mutex>
 #include <utility>
 
@@ -18,6 +20,12 @@ namespace {
 
 constexpr int gatherMilliseconds = 50;
 constexpr int smallLibraryBytes = 256 * 1024;
+
+/// Why a library was not read that there was too little memory for.
+QString unreadWithoutMemory()
+{
+    return translated({"cannot be read: %1", {Reason("there is too little memory")}});
+}
 
 /// Whether reading all names of a library takes hardly longer than reading its outline.
 bool isSmall(const fileString& library)
@@ -43,16 +51,17 @@ LibraryLoader::~LibraryLoader()
 void LibraryLoader::read(std::vector<fileString> files)
 {
     ++readings_;
-    worker_.run([this, files = std::move(files)]() -> Worker::Arrival {
+    auto job = [this, files = std::move(files)]() -> Worker::Arrival {
         readAll(files);
         return [this] { endReading(); };
-    });
+    };
+    worker_.run(std::move(job), [this] { endReading(); });
 }
 
 void LibraryLoader::readInstalled()
 {
     ++readings_;
-    worker_.run([this]() -> Worker::Arrival {
+    auto job = [this]() -> Worker::Arrival {
         InstalledLibraryFiles installed = installedLibraryFiles();
         readAll(installed.files);
         return [this, unreadable = std::move(installed.unreadable)] {
@@ -60,6 +69,10 @@ void LibraryLoader::readInstalled()
                 Q_EMIT folderFailed(error.path(), translated(error.why()));
             endReading();
         };
+    };
+    worker_.run(std::move(job), [this] {
+        Q_EMIT folderFailed(PathUtils::getObject().getUserDatabasePath(), unreadWithoutMemory());
+        endReading();
     });
 }
 
@@ -106,6 +119,9 @@ bool LibraryLoader::readOne(const fileString& path, bool complete)
         return complete;
     } catch (const FileError& error) {
         put({{path, nullptr, nullptr}, translated(error.why())});
+        return true;
+    } catch (const std::bad_alloc&) {
+        put({{path, nullptr, nullptr}, unreadWithoutMemory()});
         return true;
     }
 }

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <iterator>
 #include <memory>
+#include <new>
 #include <shared_mutex>
 #include <utility>
 
@@ -97,7 +98,7 @@ void ThumbnailCache::readNext()
     reading_ = !requests.empty();
     if (!reading_)
         return;
-    worker_.run([this, requests]() -> Worker::Arrival {
+    auto job = [this, requests]() -> Worker::Arrival {
         return [this, pictures = read(requests)] {
             for (const Picture& picture : pictures)
                 asked_.remove(picture.request.key.text());
@@ -105,7 +106,8 @@ void ThumbnailCache::readNext()
             readNext();
             Q_EMIT changed();
         };
-    });
+    };
+    worker_.run(std::move(job), [this] { readNext(); });  // those without a picture stay so
 }
 
 void ThumbnailCache::take(const std::vector<Picture>& pictures)
@@ -136,6 +138,8 @@ std::vector<ThumbnailCache::Picture> ThumbnailCache::read(const std::vector<Requ
             picture.image = decoded(open->png(key.uniqueId), key.side);
         } catch (const FileError&) {
             open.reset();  // an item without a picture
+        } catch (const std::bad_alloc&) {
+            open.reset();
         }
     }
     return pictures;

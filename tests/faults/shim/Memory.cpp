@@ -16,7 +16,7 @@ namespace {
 template <typename Call>
 void* faultyMemory(Call call)
 {
-    if (faults::isArmed() && faults::meet(faults::Kind::allocate).error != 0) {
+    if (faults::countsMemory() && faults::meet(faults::Kind::allocate).error != 0) {
         errno = ENOMEM;
         return nullptr;
     }

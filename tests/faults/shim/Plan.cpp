@@ -48,6 +48,7 @@ struct Plan
 // Memory is asked for before anything is constructed, so all of this is there from the beginning.
 constinit Plan plan;
 constinit std::atomic<bool> armed{false};
+constinit long exemptThread = 0;  // no thread's number
 constinit std::array<std::uint32_t, kinds> unsharedCounts{};
 constinit std::uint32_t* counts = unsharedCounts.data();
 
@@ -128,8 +129,15 @@ bool isArmed()
     return armed;
 }
 
+bool countsMemory()
+{
+    return isArmed() && (exemptThread == 0 || ::syscall(SYS_gettid) != exemptThread);
+}
+
 void begin()
 {
+    if (const char* const whose = std::getenv("VELK_FAULT_MEMORY"); whose != nullptr && whose == "workers"sv)
+        exemptThread = ::syscall(SYS_gettid);
     if (const char* const text = std::getenv("VELK_FAULT"))
         readPlan(text);
     if (const char* const path = std::getenv("VELK_FAULT_COUNTS"))

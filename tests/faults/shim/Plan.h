@@ -6,6 +6,7 @@
 ///
 ///     VELK_FAULT         KIND:NUMBER:EFFECT:TIMES, such as write:17:ENOSPC:once
 ///     VELK_FAULT_BELOW   the folder; calls on files elsewhere are left alone and not counted
+///     VELK_FAULT_MEMORY  "workers" for the allocations of all threads but the first, which otherwise count as well
 ///     VELK_FAULT_COUNTS  a file of one 32-bit number per kind, in the order of `Kind`, that is counted up
 ///
 /// KIND is a name in `kindNames`. EFFECT is the name of an error, "half" (a call that takes bytes takes half of
@@ -57,6 +58,9 @@ void begin();
 
 /// Whether calls count already.
 bool isArmed();
+
+/// Whether the allocations of this thread count.
+bool countsMemory();
 
 /// Counts a call of a kind that the program makes, and says what it is to meet.
 Effect meet(Kind kind);

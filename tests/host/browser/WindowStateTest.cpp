@@ -9,6 +9,10 @@
 #include <VelkCommon/HostServices.h>
 #include <VelkCommon/Reporting/PreferenceEngine.h>
 
+#include <gmock/gmock.h>
+
+#include <QFile>
+#include <QSettings>
 #include <QSplitter>
 #include <QTreeView>
 
@@ -46,6 +50,22 @@ TEST_F(KeptWindow, OpensTheSameFoldersAndSelectsTheSameItem)
     EXPECT_FALSE(tree().isExpanded(folderIndex(library, names("Furniture/Tables"))));
 }
 
+TEST_F(KeptWindow, KeepsTheStateOfALibraryThatCouldNotBeRead)
+{
+    openWindow();
+    tree().expand(folderIndex(library, names("Furniture")));
+    window().close();
+    closeWindow();
+    const std::string bytes = test::readFile(library);
+    test::writeFile(library, "no library");
+    openWindow();
+    window().close();
+    closeWindow();
+    test::writeFile(library, bytes);
+    openWindow();
+    EXPECT_TRUE(tree().isExpanded(folderIndex(library, names("Furniture"))));
+}
+
 TEST_F(KeptWindow, KeepsItsSizeSplitterKindsAndExplanation)
 {
     openWindow();
@@ -66,6 +86,36 @@ TEST_F(KeptWindow, OpensWithAnyFileOfSettings)
         "[window]\ngeometry=@ByteArray(nonsense)\ncolumns=7\n[libraries]\nsize=3\n1\\path=x\n2\\open=@Invalid()\n");
     openWindow();
     EXPECT_EQ(model().rowCount(), 1);
+}
+
+TEST_F(KeptWindow, LeavesOtherSettingsAsTheyAre)
+{
+    test::writeFile(user(U"browser.ini"), "[later]\nkept=something\n");
+    openWindow();
+    restart();
+    const QSettings settings(VelkHost::settingsFile(), QSettings::IniFormat);
+    EXPECT_EQ(settings.value(QStringLiteral("later/kept")).toString(), QStringLiteral("something"));
+    EXPECT_TRUE(settings.contains(QStringLiteral("window/columns")));
+}
+
+TEST_F(KeptWindow, SaysWhyItsStateCannotBeKept)
+{
+    test::writeFileDeep(user(U"browser.ini/kept.txt"), "kept");
+    openWindow();
+    window().close();
+    EXPECT_THAT(window().unsaved().toStdString(), testing::EndsWith("browser.ini: is a folder, not a file"));
+    EXPECT_EQ(test::readFile(user(U"browser.ini/kept.txt")), "kept");
+}
+
+// The lock stays behind, empty, where QSettings is killed while it takes it.
+TEST_F(KeptWindow, IsNotHeldUpByALockThatWasLeftBehind)
+{
+    openWindow();
+    test::writeFile(user(U"browser.ini.lock"), "");
+    window().close();
+    EXPECT_EQ(window().unsaved(), QString());
+    EXPECT_TRUE(QFile::exists(VelkHost::settingsFile()));
+    EXPECT_FALSE(QFile::exists(VelkHost::settingsFile() + QStringLiteral(".lock")));
 }
 
 class KeptPreferences : public test::TestHost

@@ -1,6 +1,7 @@
 // The user-interface thread reads no library: while nobody may read one, the window still answers.
 #include "DrivenWindow.h"
 
+#include "host/browser/Worker.h"
 #include "host/browser/jobs/InstalledFiles.h"
 
 #include <QLabel>
@@ -9,6 +10,7 @@
 #include <QTreeView>
 
 #include <mutex>
+#include <new>
 #include <shared_mutex>
 
 namespace {
@@ -65,6 +67,18 @@ TEST_F(WhileFilesAreHeld, ItemsAreLookedAtAndFound)
     EXPECT_FALSE(showsPicture("detailPicture"));
     release();
     eventually([this] { return showsPicture("detailPicture"); });
+}
+
+TEST(Worker, TellsWhenAJobHadTooLittleMemory)
+{
+    VelkHost::Worker worker;
+    bool hasArrived = false;
+    bool ranOut = false;
+    worker.run([]() -> VelkHost::Worker::Arrival { throw std::bad_alloc(); }, [&] { ranOut = true; });
+    worker.run([&]() -> VelkHost::Worker::Arrival { return [&] { hasArrived = true; }; });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return hasArrived; }, 60'000));
+    EXPECT_TRUE(ranOut);
+    EXPECT_FALSE(worker.isBusy());
 }
 
 }  // namespace

@@ -11,9 +11,11 @@
 #include <QAbstractItemView>
 #include <QAction>
 #include <QComboBox>
+#include <QDialog>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
@@ -242,7 +244,25 @@ TEST_F(FilterPane, OpensBesideADamagedFilterFile)
     test::writeFile(folder() / U"core" / U"catalog_filters.json", "no filters");
     open();
     EXPECT_EQ(shown(), everything);
+    EXPECT_THAT(text(status()), HasSubstr("The filters cannot be read: "));
     EXPECT_THAT(text(status()), HasSubstr("is not a filter file"));
+}
+
+TEST_F(FilterPane, EditsNoFiltersThatItCouldNotRead)
+{
+    const fileString file = folder() / U"core" / U"catalog_filters.json";
+    haveFilter("Green", {"Garden"});
+    const std::string bytes = test::readFile(file);
+    test::writeFile(file, "no filters");
+    open();
+    action("editFiltersAction")->trigger();
+    settle();
+    EXPECT_EQ(window().findChild<QDialog*>(QStringLiteral("filterEditor")), nullptr);
+    EXPECT_THAT(text(status()), HasSubstr("The filters cannot be read: "));
+    test::writeFile(file, bytes);
+    action("editFiltersAction")->trigger();
+    auto* const names = find<QListWidget>("filterList", dialog<QDialog>("filterEditor"));
+    EXPECT_EQ(names->findItems(QStringLiteral("Green"), Qt::MatchExactly).size(), 1);
 }
 
 // ---- Merging -------------------------------------------------------------------------------------
