@@ -74,7 +74,7 @@ private:
     void searchInLinearTime(Places& places, std::size_t from) const noexcept;
 
     std::string term_;
-    std::size_t firstBreak_;  // npos: none
+    std::size_t firstBreak_ = std::string::npos;  // npos: none
     PlainPart plainPart_;
     std::size_t criticalPlace_ = 0;  // of the two-way search, for long terms
     std::size_t period_ = 0;
