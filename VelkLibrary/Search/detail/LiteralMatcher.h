@@ -60,6 +60,8 @@ public:
     /// The places of two bytes of the term, which is not empty, that are rare in names. They are the same place in a
     /// term of one byte.
     std::size_t probe(std::size_t which) const noexcept { return probes_[which]; }
+    /// The numbers of the pairs of bytes with the probes, of a term of at least two bytes.
+    std::uint16_t pair(std::size_t which) const noexcept { return pairs_[which]; }
     bool beginsInWord() const noexcept { return beginsInWord_; }
     bool endsInWord() const noexcept { return endsInWord_; }
 
