@@ -32,7 +32,7 @@ constexpr PlaceBytes wholeWordBytes(itemWorths.wholeWords);
 /// How many entries a piece has, so that all rows of a search with many terms stay in the cache, too.
 std::size_t pieceSize(const CompiledSearch& search, const SearchPlan& plan, std::size_t wanted)
 {
-    const std::size_t bytesPer64 = search.terms.size() * (64 + 3 * 8) + plan.nodes().size() * 2 * 8;
+    const std::size_t bytesPer64 = search.terms.size() * (64 + 4 * 8) + plan.nodeCount() * 2 * 8;
     const std::size_t most = std::clamp<std::size_t>(mostRowBytes / bytesPer64 * 64, 64, mostEntries);
     return std::min(most, (wanted + 63) / 64 * 64);
 }
@@ -40,9 +40,9 @@ std::size_t pieceSize(const CompiledSearch& search, const SearchPlan& plan, std:
 using Set = std::uint64_t*;
 using ConstSet = const std::uint64_t*;
 
-/// Rates piece after piece. In each, the nodes of the plan are gone through from the rarest terms to the most frequent
-/// ones: which entries hold all terms up to a node. At its leaf a group's exclusions are taken off; what is left goes
-/// back up the tree, so that in the end each term knows the entries in which it counts.
+/// Rates piece after piece. In each, the steps of the plan are gone through: which entries come to which node. Those
+/// that come to an end are rated, without the group's exclusions. Then the steps are gone through backwards: which
+/// entries come from which node to an end; so each term knows the entries in whose ratings it takes part.
 class BulkRating
 {
 public:
@@ -52,9 +52,10 @@ public:
           entries_(pieceSize(search, plan, wanted)),
           words_(entries_ / 64),
           terms_(search, search.wordMatchesOnly ? wholeWordBytes : anyMatchBytes, entries_, mostBytes),
-          reached_(plan.nodes().size() * words_),
-          rated_(plan.nodes().size() * words_),
+          reached_(plan.nodeCount() * words_),
+          rated_(plan.nodeCount() * words_),
           counting_(search.terms.size() * words_),
+          wholeWords_(search.wordMatchesOnly ? search.terms.size() * words_ : 0),
           set_(words_),
           exactCandidates_(words_),
           best_(entries_)
@@ -86,106 +87,108 @@ private:
         std::fill(counting_.begin(), counting_.end(), 0);
         std::fill(exactCandidates_.begin(), exactCandidates_.end(), 0);
         terms_.lookForTogether(plan_.firstTerms(), piece);
-        for (std::size_t node = 0; node < plan_.nodes().size();)
-            node = reach(piece, node);
-        for (std::size_t group = 0; group < search_.groups.size(); ++group)
-            rateGroup(piece, group);
-        for (std::size_t node = plan_.nodes().size(); node > 0; --node)
-            passUp(piece, node - 1);
+        begin(piece);
+        for (std::size_t step = 0; step < plan_.steps().size();)
+            step = goOn(piece, step);
+        for (const SearchPlan::End& end : plan_.ends())
+            rateEnd(piece, end);
+        if (search_.wordMatchesOnly)
+            keepWholeWords(piece);
+        for (std::size_t step = plan_.steps().size(); step > 0; --step)
+            goBack(piece, plan_.steps()[step - 1]);
         write(piece, priorities);
     }
 
     Set reached(std::size_t node) { return reached_.data() + node * words_; }
     Set rated(std::size_t node) { return rated_.data() + node * words_; }
     Set counting(std::size_t term) { return counting_.data() + term * words_; }
+    Set wholeWords(std::size_t term) { return wholeWords_.data() + term * words_; }
 
-    /// Fills the rows of all nodes with the term of this one. Returns the node behind them.
-    std::size_t reach(const Piece& piece, std::size_t node)
+    /// All entries are at the first node.
+    void begin(const Piece& piece)
     {
-        const std::uint32_t term = plan_.nodes()[node].term;
-        std::size_t end = node;
+        std::fill(reached_.begin(), reached_.end(), 0);
+        std::fill_n(reached(0), piece.words(), ~std::uint64_t{0});
+        if (piece.count % 64 != 0)
+            reached(0)[piece.words() - 1] = (std::uint64_t{1} << piece.count % 64) - 1;
+    }
+
+    /// Goes on by all steps with the term of this one. Returns the step behind them.
+    std::size_t goOn(const Piece& piece, std::size_t step)
+    {
+        const std::vector<SearchPlan::Step>& steps = plan_.steps();
+        const std::uint32_t term = steps[step].term;
+        std::size_t end = step;
         std::fill(set_.begin(), set_.end(), 0);
-        for (; end < plan_.nodes().size() && plan_.nodes()[end].term == term; ++end)
-            addParent(piece, plan_.nodes()[end].parent);
+        for (; end < steps.size() && steps[end].term == term; ++end)
+            addTo(set_.data(), piece, reached(steps[end].from));
         terms_.lookFor(term, piece, set_.data());
-        const ConstSet holders = terms_.holders(term);
-        for (; node < end; ++node) {
-            const std::uint32_t parent = plan_.nodes()[node].parent;
-            const Set row = reached(node);
-            if (parent == SearchPlan::none) {
-                std::copy_n(holders, piece.words(), row);
-                continue;
-            }
-            const ConstSet before = reached(parent);
-            for (std::size_t word = 0; word < piece.words(); ++word)
-                row[word] = before[word] & holders[word];
-        }
+        for (; step < end; ++step)
+            addTo(reached(steps[step].to), piece, reached(steps[step].from), terms_.holders(term));
         return end;
     }
 
-    /// Adds the entries that have what comes before a node to the set.
-    void addParent(const Piece& piece, std::uint32_t parent)
+    static void addTo(Set sum, const Piece& piece, ConstSet set)
     {
-        if (parent == SearchPlan::none) {
-            for (std::size_t word = 0; word < piece.words(); ++word)
-                set_[word] = ~std::uint64_t{0};
-            if (piece.count % 64 != 0)
-                set_[piece.words() - 1] = (std::uint64_t{1} << piece.count % 64) - 1;
-            return;
-        }
-        const ConstSet row = reached(parent);
         for (std::size_t word = 0; word < piece.words(); ++word)
-            set_[word] |= row[word];
+            sum[word] |= set[word];
     }
 
-    /// Takes the excluded entries off those that have all terms of the group. An exact name counts although its terms
-    /// may not be whole words.
-    void rateGroup(const Piece& piece, std::size_t group)
+    /// Adds what is in both sets.
+    static void addTo(Set sum, const Piece& piece, ConstSet a, ConstSet b)
     {
-        const ConstSet row = reached(plan_.leaf(group));
+        for (std::size_t word = 0; word < piece.words(); ++word)
+            sum[word] |= a[word] & b[word];
+    }
+
+    /// Takes the excluded entries off those that have come to an end. An exact name counts although its terms may not
+    /// be whole words.
+    void rateEnd(const Piece& piece, const SearchPlan::End& end)
+    {
+        const ConstSet row = reached(end.node);
         std::uint64_t all = 0;
         for (std::size_t word = 0; word < piece.words(); ++word)
             all |= set_[word] = row[word];
         if (all == 0)
             return;
-        for (const std::uint32_t term : search_.excluded(search_.groups[group])) {
+        for (const std::uint32_t term : search_.excluded(search_.groups[end.group])) {
             terms_.lookFor(term, piece, set_.data());
             const ConstSet holders = terms_.holders(term);
             for (std::size_t word = 0; word < piece.words(); ++word)
                 set_[word] &= ~holders[word];
         }
-        for (std::size_t word = 0; word < piece.words(); ++word)
-            exactCandidates_[word] |= set_[word];
-        if (search_.wordMatchesOnly)
-            keepWholeWords(piece, group);
-        const Set sum = rated(plan_.leaf(group));
-        for (std::size_t word = 0; word < piece.words(); ++word)
-            sum[word] |= set_[word];
+        addTo(exactCandidates_.data(), piece, set_.data());
+        addTo(rated(end.node), piece, set_.data());
     }
 
-    void keepWholeWords(const Piece& piece, std::size_t group)
+    /// From now on only whole words lead from node to node.
+    void keepWholeWords(const Piece& piece)
     {
-        for (const std::uint32_t term : search_.required(search_.groups[group])) {
-            const std::uint8_t* const worths = terms_.worths(term);
-            forEachEntry(set_.data(), piece.words(), [&](std::size_t number) {
-                if (worths[number] == noWorthByte)
-                    set_[number / 64] &= ~(std::uint64_t{1} << number % 64);
+        std::fill(wholeWords_.begin(), wholeWords_.end(), 0);
+        begin(piece);
+        for (const SearchPlan::Step& step : plan_.steps()) {
+            const Set row = wholeWords(step.term);
+            const std::uint8_t* const worths = terms_.worths(step.term);
+            forEachEntry(terms_.holders(step.term), piece.words(), [&](std::size_t number) {
+                row[number / 64] |= std::uint64_t{worths[number] != noWorthByte} << number % 64;
             });
+            addTo(reached(step.to), piece, reached(step.from), row);
         }
     }
 
-    void passUp(const Piece& piece, std::size_t node)
+    /// Goes back from node to node with the entries that are rated.
+    void goBack(const Piece& piece, const SearchPlan::Step& step)
     {
-        const SearchPlan::Node& place = plan_.nodes()[node];
-        const ConstSet row = rated(node);
-        const Set term = counting(place.term);
-        for (std::size_t word = 0; word < piece.words(); ++word)
-            term[word] |= row[word];
-        if (place.parent == SearchPlan::none)
-            return;
-        const Set parent = rated(place.parent);
-        for (std::size_t word = 0; word < piece.words(); ++word)
-            parent[word] |= row[word];
+        const ConstSet holders = search_.wordMatchesOnly ? wholeWords(step.term) : terms_.holders(step.term);
+        const ConstSet before = reached(step.from);
+        const ConstSet behind = rated(step.to);
+        const Set sum = rated(step.from);
+        const Set term = counting(step.term);
+        for (std::size_t word = 0; word < piece.words(); ++word) {
+            const std::uint64_t entries = before[word] & holders[word] & behind[word];
+            sum[word] |= entries;
+            term[word] |= entries;
+        }
     }
 
     /// The best worths of all terms that count in each entry.
@@ -232,9 +235,10 @@ private:
     const std::size_t entries_;  // of a piece, at most
     const std::size_t words_;
     TermRows terms_;
-    std::vector<std::uint64_t> reached_;   // a row per node: the entries that hold all terms up to it
-    std::vector<std::uint64_t> rated_;     // a row per node: the entries that some group from it on rates
-    std::vector<std::uint64_t> counting_;  // a row per term: the entries in whose ratings it takes part
+    std::vector<std::uint64_t> reached_;     // a row per node: the entries that come to it from the first
+    std::vector<std::uint64_t> rated_;       // a row per node: those that come from it to an end
+    std::vector<std::uint64_t> counting_;    // a row per term: the entries in whose ratings it takes part
+    std::vector<std::uint64_t> wholeWords_;  // a row per term: the entries that have it as a word, if only words count
     std::vector<std::uint64_t> set_;
     std::vector<std::uint64_t> exactCandidates_;
     std::vector<std::uint8_t> best_;

@@ -7,6 +7,7 @@
 #include <VelkLibrary/Search/detail/NameBlock.h>
 #include <VelkLibrary/Search/detail/NameWorths.h>
 #include <VelkLibrary/Search/detail/SearchPlan.h>
+#include <VelkLibrary/Search/detail/TermPairs.h>
 
 #include <algorithm>
 #include <atomic>
@@ -30,6 +31,7 @@ using Library::Search::detail::noWorth;
 using Library::Search::detail::PlaceWorths;
 using Library::Search::detail::PlainPart;
 using Library::Search::detail::SearchPlan;
+using Library::Search::detail::TermPairs;
 using Library::Search::detail::Worth;
 
 namespace {
@@ -103,6 +105,8 @@ private:
 
     bool mayMatch(std::string_view name, std::string_view keywords) const;
 
+    std::unique_ptr<const TermPairs> termPairs_;  // null for few terms and for very many
+
     // Made for the first rating in bulk: most searches see none.
     mutable std::atomic<const SearchPlan*> plan_ = nullptr;
 };
@@ -121,7 +125,11 @@ public:
         if (matchers.terms.size() < fewestTermsForPairs)
             return;
         texts.lowerKeywords();
-        if (texts.size() <= BytePairs::largestUseful)
+        if (texts.size() > BytePairs::largestUseful)
+            return;
+        if (matchers.termPairs_)
+            terms_ = matchers.termPairs_->termsIn(texts);
+        else
             pairs_.emplace(texts);
     }
 
@@ -129,7 +137,10 @@ public:
     Worth best()
     {
         Worth best = noWorth;
-        for (const Group& group : matchers_.groups) {
+        for (std::size_t i = 0; i < matchers_.groups.size(); ++i) {
+            const Group& group = matchers_.groups[i];
+            if (matchers_.termPairs_ && (matchers_.termPairs_->required(i) & ~terms_) != 0)
+                continue;
             const Worth worth = worthOf(group);
             if (worth < best && !isExcluded(group))
                 best = worth;
@@ -149,7 +160,7 @@ private:
         for (const std::uint32_t term : matchers_.required(group)) {
             Worth& worth = states_[term].worth;
             if (worth == TermState::unknown)
-                worth = bestOf(matchers_.terms[term], worths_);
+                worth = bestOf(term, worths_);
             if (worth == noWorth)
                 return noWorth;
             best = std::min(best, worth);
@@ -162,21 +173,24 @@ private:
         for (const std::uint32_t term : matchers_.excluded(group)) {
             Worth& worth = states_[term].anywhere;
             if (worth == TermState::unknown)
-                worth = bestOf(matchers_.terms[term], anywhere);
+                worth = bestOf(term, anywhere);
             if (worth != noWorth)
                 return true;
         }
         return false;
     }
 
-    Worth bestOf(const LiteralMatcher& term, const PlaceWorths& worths) const
+    Worth bestOf(std::uint32_t number, const PlaceWorths& worths) const
     {
-        return pairs_ && !term.mayStandIn(*pairs_) ? noWorth : term.best(texts_, worths);
+        const LiteralMatcher& term = matchers_.terms[number];
+        const bool mayStand = matchers_.termPairs_ ? (terms_ >> number & 1) != 0 : !pairs_ || term.mayStandIn(*pairs_);
+        return mayStand ? term.best(texts_, worths) : noWorth;
     }
 
     const Matchers& matchers_;
     LoweredTexts& texts_;
     std::optional<BytePairs> pairs_;
+    TermPairs::Terms terms_ = ~TermPairs::Terms{0};  // that may stand in the texts, as far as termPairs_ can tell
     TermState* const states_;
     const Worth exact_;
     const PlaceWorths& worths_;
@@ -185,6 +199,8 @@ private:
 LibraryResultCategorizer::Matchers::Matchers(const Library::Search::Info& info)
     : CompiledSearch(info), textSearch(info.textSearch)
 {
+    if (terms.size() >= fewestTermsForPairs && terms.size() <= TermPairs::mostTerms)
+        termPairs_ = std::make_unique<const TermPairs>(*this);
     looksAtGivenTexts =
         terms.size() < fewestTermsForPairs && std::all_of(groups.begin(), groups.end(), [this](const Group& group) {
             return group.requiredBegin < group.excludedBegin &&

@@ -115,9 +115,11 @@ private:
     bool onlyWords_ = false;
 };
 
-LiteralMatcher::LiteralMatcher(std::string term)
-    : term_(std::move(term)), firstBreak_(term_.find_first_of("\n\r")), plainPart_(term_)
+LiteralMatcher::LiteralMatcher(std::string term) : term_(std::move(term)), plainPart_(term_)
 {
+    const auto firstBreak = std::find_if(term_.begin(), term_.end(), isBreak);
+    if (firstBreak != term_.end())
+        firstBreak_ = static_cast<std::size_t>(firstBreak - term_.begin());
     if (term_.empty())
         return;
     beginsInWord_ = isWord(term_.front());

@@ -73,11 +73,10 @@ void PlaceMarker::found(std::size_t place)
     const char* const bytes = piece_.names.bytes() + place;
     const bool left = isWord(bytes[-1]) != term_.beginsInWord();
     const bool right = isWord(bytes[term_.term().size()]) != term_.endsInWord();
-    std::uint8_t worth = worths_.keywords[left][right];
-    if (place == piece_.names.cell(entry_) * NameBlock::cellSize)
+    const bool inName = place / NameBlock::cellSize < piece_.names.keywordsCell(entry_);
+    std::uint8_t worth = (inName ? worths_.name : worths_.keywords)[left][right];
+    if (inName && place == piece_.names.cell(entry_) * NameBlock::cellSize)
         worth = worths_.begin[right];
-    else if (place / NameBlock::cellSize < piece_.names.keywordsCell(entry_))
-        worth = worths_.name[left][right];
     const std::size_t number = entry_ - piece_.first;
     const std::uint64_t bit = std::uint64_t{1} << number % 64;
     std::uint64_t& holders = marks_.holds[number / 64];
@@ -86,18 +85,18 @@ void PlaceMarker::found(std::size_t place)
     holders |= bit;
 }
 
-// Goes on to the entry with this cell, in steps that grow: it is most often near.
+// Goes on to the entry with this cell: in leaps, then by counting the entries in the last one. How far it is cannot be
+// guessed, so a search with a branch on each comparison would take several times as long.
 void PlaceMarker::goTo(std::size_t cell)
 {
+    constexpr std::size_t leap = 16;
     const std::uint32_t* const cells = piece_.names.cells();
-    std::size_t known = entry_;
-    std::size_t leap = 1;
-    while (known + leap < end_ && cells[known + leap] <= cell) {
-        known += leap;
-        leap *= 2;
-    }
-    const std::uint32_t* const limit = cells + std::min(known + leap, end_);
-    entry_ = static_cast<std::size_t>(std::upper_bound(cells + known + 1, limit, cell) - cells) - 1;
+    while (entry_ + leap < end_ && cells[entry_ + leap] <= cell)
+        entry_ += leap;
+    const std::size_t most = std::min(leap, end_ - entry_);
+    const std::uint32_t* const known = cells + entry_;
+    for (std::size_t i = 1; i < most; ++i)
+        entry_ += known[i] <= cell ? 1 : 0;
 }
 
 }  // namespace Library::Search::detail

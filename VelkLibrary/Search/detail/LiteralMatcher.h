@@ -60,6 +60,8 @@ public:
     /// The places of two bytes of the term, which is not empty, that are rare in names. They are the same place in a
     /// term of one byte.
     std::size_t probe(std::size_t which) const noexcept { return probes_[which]; }
+    /// The numbers of the pairs of bytes with the probes, of a term of at least two bytes.
+    std::uint16_t pair(std::size_t which) const noexcept { return pairs_[which]; }
     bool beginsInWord() const noexcept { return beginsInWord_; }
     bool endsInWord() const noexcept { return endsInWord_; }
 
@@ -74,7 +76,7 @@ private:
     void searchInLinearTime(Places& places, std::size_t from) const noexcept;
 
     std::string term_;
-    std::size_t firstBreak_;  // npos: none
+    std::size_t firstBreak_ = std::string::npos;  // npos: none
     PlainPart plainPart_;
     std::size_t criticalPlace_ = 0;  // of the two-way search, for long terms
     std::size_t period_ = 0;

@@ -88,13 +88,16 @@ public:
 
     explicit BytePairs(const LoweredTexts& texts) noexcept;
 
+    /// How many numbers there are.
+    static constexpr std::size_t count = 1024;
+
     bool mayHold(std::uint16_t number) const noexcept { return held_[number]; }
 
     /// Texts larger than this hold nearly all pairs.
     static constexpr std::size_t largestUseful = 1024;
 
 private:
-    bool held_[1024] = {};
+    bool held_[count] = {};
 };
 
 }  // namespace Library::Search::detail

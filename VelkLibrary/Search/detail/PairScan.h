@@ -42,16 +42,23 @@ private:
     struct Probe
     {
         Pair pair;
-        std::uint8_t place;   ///< of the pair in the term
-        std::uint32_t index;  ///< of the term
+        std::uint8_t place;          ///< of the pair in the term
+        std::uint32_t index;         ///< of the term
+        std::uint64_t head = 0;      ///< the first eight bytes of the term
+        std::uint64_t headBits = 0;  ///< those that it has
     };
 
+    struct Places;
+
     void addProbe(const LiteralMatcher& term, std::size_t parity);
-    void tryTerms(std::size_t at, Pair pair, std::size_t begin, std::vector<PlaceMarker>& markers) const;
+    void gatherBlocks(const char* bytes, Places& places) const;
+    void gatherPairs(const char* bytes, Places& places) const;
+    void tryTerms(std::size_t at, const Piece& piece, std::vector<PlaceMarker>& markers) const;
 
     std::vector<std::uint32_t> numbers_;
-    std::vector<Probe> probes_;         // in the order of their pairs
-    std::vector<std::uint16_t> first_;  // by pair: the number of its first probe, counted from 1; 0 if it has none
+    std::vector<Probe> probes_;          // in the order of their pairs
+    std::vector<std::uint8_t> isProbe_;  // by pair: 1 if it is one of them; this much stays in the cache
+    std::vector<std::uint16_t> first_;   // by pair: the place of its first probe, if it has one
 };
 
 }  // namespace Library::Search::detail

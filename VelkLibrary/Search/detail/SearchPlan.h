@@ -12,19 +12,25 @@ struct CompiledSearch;
 /// How a search goes about many entries at once: in which order its terms are looked for, and what groups have in
 /// common. Immutable.
 ///
-/// The required terms of the groups form trees: a node stands for the terms on the way to it from its tree's root. So
-/// what groups have in common at their beginnings is done once: the product of ten pairs of alternatives has 10,240
-/// terms in 1,024 groups, and a few thousand nodes.
+/// The required terms of a group are a way through a graph without cycles, from its first node to one where the group
+/// ends; every step needs a term. Groups share their beginnings and their ends: the product of ten pairs of
+/// alternatives has 10,240 terms in 1,024 groups, and 20 steps.
 class SearchPlan
 {
 public:
-    static constexpr std::uint32_t none = UINT32_MAX;
-
-    /// A term as the last of several that must all occur.
-    struct Node
+    /// From one node to another, for entries that hold a term.
+    struct Step
     {
         std::uint32_t term;
-        std::uint32_t parent;  ///< the node of the terms before it; `none` if it is the first
+        std::uint32_t from;
+        std::uint32_t to;
+    };
+
+    /// A node where groups with the same excluded terms end: this one and maybe others.
+    struct End
+    {
+        std::uint32_t node;
+        std::uint32_t group;
     };
 
     /// A name that is the whole text of a group.
@@ -44,14 +50,16 @@ public:
     /// a line break, or a group requires no term.
     bool oneByOne() const noexcept { return oneByOne_; }
 
-    /// The nodes of a term stand together, and behind those of all terms that are rarer.
-    const std::vector<Node>& nodes() const noexcept { return nodes_; }
+    /// The first node is number 0.
+    std::size_t nodeCount() const noexcept { return nodeCount_; }
 
-    /// The terms of the nodes without a parent, which are looked for in all entries.
+    /// The steps of a term stand together, and behind those of all terms that come before it in some group.
+    const std::vector<Step>& steps() const noexcept { return steps_; }
+
+    const std::vector<End>& ends() const noexcept { return ends_; }
+
+    /// The terms of the steps from the first node, which are looked for in all entries.
     const std::vector<std::uint32_t>& firstTerms() const noexcept { return firstTerms_; }
-
-    /// The node of all required terms of a group.
-    std::uint32_t leaf(std::size_t group) const noexcept { return leaves_[group]; }
 
     /// The groups whose whole text this is.
     std::span<const ExactText> groupsWithText(std::string_view text) const noexcept;
@@ -60,13 +68,13 @@ public:
     bool mayBeText(std::size_t size) const noexcept { return (textSizes_ >> size % 64 & 1) != 0; }
 
 private:
-    void growTrees(const CompiledSearch& search);
-    void orderNodes(const CompiledSearch& search);
+    class Builder;
 
     bool oneByOne_;
-    std::vector<Node> nodes_;
+    std::size_t nodeCount_ = 0;
+    std::vector<Step> steps_;
+    std::vector<End> ends_;
     std::vector<std::uint32_t> firstTerms_;
-    std::vector<std::uint32_t> leaves_;
     std::vector<ExactText> exactTexts_;  // in the order of the texts
     std::uint64_t textSizes_ = 0;        // bit n: a text has that size, modulo 64
 };

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -169,6 +170,57 @@ TEST(BulkDifferential, AgreesForManyGroups)
         U"(a|e) (o|chair) (of|3) (т|é) (-|r) (in|led) (b|ü) (table|sofa) (lamp|x) (l|s)");
     ASSERT_EQ(pairs.parseTree.groups.size(), 1024U);
     EXPECT_GT(compareWithCalls(pairs, entries, names), 10U);
+}
+
+std::vector<std::u32string> oneOrTwoParts(Random& random)
+{
+    std::vector<std::u32string> parts(1 + below(random, 8) / 6);
+    std::generate(parts.begin(), parts.end(), [&] { return partOfWord(random); });
+    return parts;
+}
+
+void append(std::vector<std::u32string>& terms, const std::vector<std::u32string>& more)
+{
+    terms.insert(terms.end(), more.begin(), more.end());
+}
+
+/// All groups with one of up to three alternatives in addition.
+std::vector<ORGroup> multiplied(Random& random, const std::vector<ORGroup>& groups)
+{
+    std::vector<ORGroup> product;
+    for (std::size_t alternatives = 1 + below(random, 3); alternatives > 0; --alternatives) {
+        ORGroup alternative;
+        alternative.terms = oneOrTwoParts(random);
+        if (below(random, 5) == 0)
+            alternative.excludedTerms = oneOrTwoParts(random);
+        for (const ORGroup& group : groups) {
+            product.push_back(group);
+            append(product.back().terms, alternative.terms);
+            append(product.back().excludedTerms, alternative.excludedTerms);
+        }
+    }
+    return product;
+}
+
+// Groups that share their beginnings and their ends, with exclusions that they share or do not.
+TEST(BulkDifferential, AgreesOnProductsOfAlternatives)
+{
+    Random random(15);
+    std::vector<PreparedEntry> entries;
+    for (int i = 0; i < 3000; ++i)
+        entries.push_back(entryOfWords(random));
+    const Library::Search::PreparedNames names = test::prepared(entries);
+    std::size_t matches = 0;
+    for (int i = 0; i < 60 && !HasFailure(); ++i) {
+        std::vector<ORGroup> groups(1);
+        for (std::size_t factors = 1 + below(random, 4); factors > 0; --factors)
+            groups = multiplied(random, groups);
+        Info info(std::set<libType>{});
+        info.parseTree.groups = std::move(groups);
+        info.legacySearch = i % 4 == 0;
+        matches += compareWithCalls(info, entries, names);
+    }
+    EXPECT_GT(matches, 20000U);
 }
 
 std::u32string partOfAnyText(Random& random, const std::vector<PreparedEntry>& entries)

@@ -60,6 +60,28 @@ TEST_P(AgreesWithPatterns, OnRandomSearchesAndTexts)
     EXPECT_GT(matches, searches) << "random texts that never match prove nothing";
 }
 
+// Of several terms, those that a text may hold are found out first; of some dozens and of more in different ways.
+TEST_P(AgreesWithPatterns, OnSearchesForManyTerms)
+{
+    Pool pool(GetParam(), 23);
+    int matches = 0;
+    for (std::size_t i = 0; i < 200; ++i) {
+        Info info = pool.search();
+        for (std::size_t more = 2 + i % 20; more > 0; --more) {
+            const std::vector<ORGroup> groups = pool.search().parseTree.groups;
+            info.parseTree.groups.insert(info.parseTree.groups.end(), groups.begin(), groups.end());
+        }
+        const LibraryResultCategorizer categorizer(info);
+        const test::PlainOracle oracle(info);
+        for (int j = 0; j < 40; ++j) {
+            const std::string& name = pool.text();
+            ASSERT_NO_FATAL_FAILURE(expectSame(info, categorizer, oracle, name, pool.text()));
+            matches += categorizer.categorizeItemResult(name) == Invalid ? 1 : 0;
+        }
+    }
+    EXPECT_GT(matches, 100) << "texts that always match prove nothing";
+}
+
 INSTANTIATE_TEST_SUITE_P(Categorizer, AgreesWithPatterns, testing::ValuesIn(alphabets),
                          [](const auto& row) { return std::string(row.param.name); });
 
