@@ -1,9 +1,9 @@
 #include <VelkCommon/Text/StringConvert.h>
 
+#include <VelkCommon/Platform/Bytes16.h>
 #include <VelkCommon/Text/Utf16.h>
 #include <VelkCommon/detail/Utf8.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <new>
@@ -19,6 +19,19 @@ using Velk::detail::replacementCharacter;
 constexpr char32_t validOrReplacement(char32_t value)
 {
     return value > lastCodePoint || Utf16::isLead(value) || Utf16::isTrail(value) ? replacementCharacter : value;
+}
+
+// How many bytes of ASCII the text begins with. Most texts are ASCII to the end.
+std::size_t asciiLength(std::string_view text) noexcept
+{
+    using Velk::Platform::Bytes16;
+    std::size_t place = 0;
+    for (; text.size() - place >= Bytes16::size; place += Bytes16::size)
+        if (const std::uint32_t others = Bytes16::load(text.data() + place).mask(); others != 0)
+            return place + Velk::Platform::lowestBit(others);
+    const std::size_t left = text.size() - place;
+    const std::uint32_t others = Bytes16::loadPart(text.data() + place, left).mask();
+    return place + (others != 0 ? Velk::Platform::lowestBit(others) : left);
 }
 
 template <typename Unit>
@@ -112,11 +125,9 @@ std::vector<std::u32string> toUnicode(const std::vector<std::string>& texts, Met
 
 std::u32string toUnicodeFromUtf8(std::string_view text, bool* ok)
 {
-    // Most texts are ASCII to the end.
-    const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
-    const auto asciiEnd = std::find_if_not(text.begin(), text.end(), isAscii);
-    std::u32string result(text.begin(), asciiEnd);
-    text.remove_prefix(result.size());
+    const std::string_view ascii = text.substr(0, asciiLength(text));
+    std::u32string result(ascii.begin(), ascii.end());
+    text.remove_prefix(ascii.size());
     result.reserve(result.size() + text.size());
     bool wellFormed = true;
     while (!text.empty()) {
@@ -132,6 +143,7 @@ std::u32string toUnicodeFromUtf8(std::string_view text, bool* ok)
 
 bool isUtf8(std::string_view text) noexcept
 {
+    text.remove_prefix(asciiLength(text));
     while (!text.empty()) {
         const auto decoded = Velk::detail::decodeUtf8(text, Velk::detail::Surrogates::malformed);
         if (!decoded.wellFormed)

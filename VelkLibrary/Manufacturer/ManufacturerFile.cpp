@@ -55,6 +55,12 @@ public:
     // Empty for a null `text`.
     std::u32string decode(const std::string* text) const { return text != nullptr ? decode(*text) : std::u32string(); }
 
+    // The same as a path, which is UTF-8 itself.
+    fileString decodePath(const std::string* text) const
+    {
+        return text != nullptr && utf8_ && StringConvert::isUtf8(*text) ? fileString(*text) : fileString(decode(text));
+    }
+
 private:
     bool utf8_;
 };
@@ -126,7 +132,7 @@ void readCard(std::string_view key, const JsonNode& node, const TextDecoder& tex
     if (place != cards.end() && place->first == *id)
         place = cards.erase(place);
     cards.try_emplace(place, *id, text(Member::name), text(Member::url), text(Member::phone), text(Member::fax),
-                      fileString(text(Member::logo)), text(Member::email), deleted != nullptr && *deleted,
+                      texts.decodePath(members.text(Member::logo)), text(Member::email), deleted != nullptr && *deleted,
                       cardTime(members));
 }
 

@@ -293,4 +293,21 @@ TEST(StringConvert, TakesEveryKindOfUtf32Text)
     EXPECT_EQ(StringConvert::toStdUtf8String(text.c_str()), "\xC3\xBC");
 }
 
+// ASCII is passed over in blocks, so what is none stands at each place of a block here.
+TEST(StringConvert, FindsWhatIsNotAsciiWhereverItStands)
+{
+    for (std::size_t length = 0; length < 40; ++length) {
+        const std::string before(length, 'x');
+        const std::u32string wide(length, U'x');
+        bool ok = false;
+        EXPECT_TRUE(StringConvert::toUnicodeFromUtf8(before + "\xC3\xA9y", &ok) == wide + U"\u00E9y");
+        EXPECT_TRUE(ok);
+        EXPECT_TRUE(StringConvert::isUtf8(before + "\xC3\xA9y"));
+        EXPECT_TRUE(StringConvert::toUnicodeFromUtf8(before + "\xE9", &ok) == wide + U"\uFFFD");
+        EXPECT_FALSE(ok);
+        EXPECT_FALSE(StringConvert::isUtf8(before + "\xE9"));
+        EXPECT_TRUE(StringConvert::toUnicodeFromUtf8(before) == wide);
+    }
+}
+
 }  // namespace

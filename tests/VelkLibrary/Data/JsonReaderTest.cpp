@@ -224,6 +224,28 @@ TEST(JsonReader, StopsAtTheEndOfTheText)
     EXPECT_EQ(read(std::string_view("true").substr(0, 3)), "nothing");
 }
 
+// Strings are looked at in blocks, so what ends them stands at each place of a block here.
+TEST(JsonReader, FindsQuotesAndEscapesWhereverTheyStand)
+{
+    for (std::size_t length = 0; length < 40; ++length) {
+        const std::string before(length, 'x');
+        for (const std::size_t more : {0U, 1U, 15U, 16U, 17U}) {
+            const std::string behind(more, 'y');
+            EXPECT_EQ(read('"' + before + behind + '"'), '\'' + before + behind + '\'');
+            EXPECT_EQ(read('"' + before + "\\/" + behind + '"'), '\'' + before + '/' + behind + '\'');
+            EXPECT_EQ(read('"' + before + "\"y" + behind), "nothing");
+            EXPECT_EQ(read('"' + before + "\\x" + behind + '"'), "nothing");
+        }
+        EXPECT_EQ(read('"' + before), "nothing");
+        EXPECT_EQ(read('"' + before + '\\'), "nothing");
+    }
+}
+
+TEST(JsonReader, SortsEmptyKeysAndBytesBeyondAscii)
+{
+    EXPECT_EQ(read("{\"\":1,\"\xC3\xA9\":2,\"z\":3,\"\":4}"), "{'': 4, '': 1, 'z': 3, '<c3><a9>': 2}");
+}
+
 // Members of many objects, in any order and with many equal keys, compared with a plain model.
 TEST(JsonReader, KeepsTheOrderOfMembersWhateverTheirKeysAre)
 {
