@@ -185,13 +185,15 @@ private:
     /// One thread goes through the rows, and another one makes items of them, which takes as long.
     void readItems()
     {
-        makeRoom();
+        const bool isLarge = fileBytes_ > largeFile;
+        if (isLarge)
+            makeRoom();
         Statement row =
             database_.prepare("SELECT id, unique_id, folder, name, keywords FROM item NOT INDEXED ORDER BY id");
         std::int64_t key = beforeAllKeys;
         Stages<ItemRows> stages([&](ItemRows& rows) { return readRows(row, key, rows); },
                                 [&](const ItemRows& rows) { rows.appendTo(catalog_.items); });
-        stages.run(fileBytes_ > largeFile ? 2 : 1);
+        stages.run(isLarge ? 2 : 1);
     }
 
     /// Some rows from the one behind `key` on; false when there are no more.

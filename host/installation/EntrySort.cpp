@@ -3,7 +3,10 @@
 #include "host/support/Parallel.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
+#include <cstdint>
+#include <span>
 #include <utility>
 
 namespace VelkHost {
@@ -36,20 +39,87 @@ private:
 
 using Keys = std::vector<SortKey>;
 
-/// Each thread sorts a run; then pairs of runs are merged until one is left.
-void sortKeys(Keys& keys, const KeyOrder& order)
+/// Sorts by eight bytes of the names at a time, since comparing numbers is much quicker than looking for the names in
+/// memory.
+class NameSort
 {
-    std::size_t runs = 1;
-    while (runs * 2 <= threadCount() && keys.size() / (runs * 2) >= worthAThread)
-        runs *= 2;
-    const auto border = [&](std::size_t run, std::size_t count) {
-        return keys.begin() + static_cast<std::ptrdiff_t>(keys.size() * run / count);
-    };
-    forEachInParallel(runs, [&](std::size_t run) { std::sort(border(run, runs), border(run + 1, runs), order); });
-    for (; runs > 1; runs /= 2)
-        forEachInParallel(runs / 2, [&](std::size_t pair) {
-            std::inplace_merge(border(2 * pair, runs), border(2 * pair + 1, runs), border(2 * pair + 2, runs), order);
+public:
+    explicit NameSort(const IndexState& state) : state_(state) {}
+
+    /// The keys' beginnings are those of the names from `depth` on, before which all names are equal.
+    void sort(std::span<SortKey> keys, std::size_t depth = 0) const
+    {
+        std::sort(keys.begin(), keys.end(),
+                  [](const SortKey& left, const SortKey& right) { return left.beginning < right.beginning; });
+        for (auto begin = keys.begin(); begin != keys.end();) {
+            const auto end =
+                std::find_if(begin, keys.end(), [&](const SortKey& key) { return key.beginning != begin->beginning; });
+            if (end - begin > 1)
+                sortEqual({begin, end}, depth);
+            begin = end;
+        }
+    }
+
+private:
+    static constexpr std::size_t step = sizeof(SortKey::beginning);
+    static constexpr std::size_t deepest = 64;
+    static constexpr std::ptrdiff_t few = 8;
+
+    /// Keys with equal beginnings. Names that end in them stand before those that go on.
+    void sortEqual(std::span<SortKey> keys, std::size_t depth) const
+    {
+        const std::uint64_t beginning = keys.front().beginning;
+        const auto longer = std::partition(keys.begin(), keys.end(), [&](const SortKey& key) {
+            return state_.lowerName(key.entry).size() <= depth + step;
         });
+        const auto isBefore = [this](const SortKey& left, const SortKey& right) {
+            return state_.isBefore(left.entry, right.entry);
+        };
+        std::sort(keys.begin(), longer, isBefore);
+        if (keys.end() - longer <= few || depth >= deepest) {
+            std::sort(longer, keys.end(), isBefore);
+            return;
+        }
+        const std::span<SortKey> rest(longer, keys.end());
+        for (SortKey& key : rest)
+            key.beginning = state_.beginningOf(key.entry, depth + step);
+        sort(rest, depth + step);
+        for (SortKey& key : rest)
+            key.beginning = beginning;
+    }
+
+    const IndexState& state_;
+};
+
+/// The keys below the middle one of a sample, and the others.
+std::array<std::span<SortKey>, 2> halves(std::span<SortKey> keys)
+{
+    constexpr std::size_t sampleSize = 255;
+    if (keys.size() < worthAThread)
+        return {keys, {}};
+    std::array<std::uint64_t, sampleSize> sample{};
+    for (std::size_t i = 0; i < sampleSize; ++i)
+        sample[i] = keys[keys.size() * i / sampleSize].beginning;
+    std::nth_element(sample.begin(), sample.begin() + sampleSize / 2, sample.end());
+    const auto middle = std::partition(keys.begin(), keys.end(),
+                                       [&](const SortKey& key) { return key.beginning < sample[sampleSize / 2]; });
+    return {std::span(keys.begin(), middle), std::span(middle, keys.end())};
+}
+
+/// The threads split the keys until there are enough ranges for all of them, and then sort each range.
+void sortKeys(Keys& keys, const IndexState& state)
+{
+    std::vector<std::span<SortKey>> ranges{keys};
+    while (ranges.size() < 4 * threadCount() && keys.size() >= worthAThread * ranges.size()) {
+        std::vector<std::span<SortKey>> split(2 * ranges.size());
+        forEachInParallel(ranges.size(), [&](std::size_t i) {
+            const auto both = halves(ranges[i]);
+            std::copy(both.begin(), both.end(), split.begin() + static_cast<std::ptrdiff_t>(2 * i));
+        });
+        ranges.swap(split);
+    }
+    const NameSort sort(state);
+    forEachInParallel(ranges.size(), [&](std::size_t i) { sort.sort(ranges[i]); });
 }
 
 SortKey keyAt(const EntryOrder& order, std::size_t place)
@@ -97,9 +167,9 @@ EntryOrder sortedEntries(const IndexState& state, const std::vector<EntryNumber>
     forEachInParallel(pieces, [&](std::size_t piece) {
         const std::size_t end = entries.size() * (piece + 1) / pieces;
         for (std::size_t i = entries.size() * piece / pieces; i < end; ++i)
-            keys[i] = {state.beginningOf(entries[i]), entries[i]};
+            keys[i] = {state.beginningOf(entries[i], 0), entries[i]};
     });
-    sortKeys(keys, KeyOrder(state));
+    sortKeys(keys, state);
     EntryOrder order;
     order.entries.reserve(keys.size());
     order.beginnings.reserve(keys.size());

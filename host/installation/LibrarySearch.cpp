@@ -3,6 +3,7 @@
 #include "host/catalog/CatalogFile.h"
 #include "host/support/FileError.h"
 #include "host/support/Folders.h"
+#include "host/support/Parallel.h"
 
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Text/StringConvert.h>
@@ -10,7 +11,11 @@
 
 #include <algorithm>
 #include <chrono>
+#include <memory>
+#include <optional>
+#include <set>
 #include <sstream>
+#include <utility>
 
 namespace VelkHost {
 namespace {
@@ -38,12 +43,39 @@ std::vector<fileString> libraryFiles(const fileString& path)
     return files;
 }
 
-void loadLibrary(LibrarySet& libraries, const fileString& path)
+/// A library that is to be loaded, and what came of it.
+struct Loading
 {
+    fileString path;
+    std::shared_ptr<const Catalog> catalog;
+    std::optional<BrokenLibrary> broken;
+};
+
+/// Each file once, and the paths that name none.
+std::vector<Loading> loadingsOf(const std::vector<fileString>& paths)
+{
+    std::vector<Loading> loadings;
+    std::set<fileString> seen;
+    for (const fileString& path : paths) {
+        try {
+            for (const fileString& file : libraryFiles(path))
+                if (seen.insert(file).second)
+                    loadings.push_back({file, nullptr, std::nullopt});
+        } catch (const FileError& error) {
+            loadings.push_back({path, nullptr, BrokenLibrary{error.path(), error.reason()}});
+        }
+    }
+    return loadings;
+}
+
+void load(Loading& loading)
+{
+    if (loading.broken)
+        return;
     try {
-        libraries.loaded.push_back({path, std::make_shared<const Catalog>(readCatalog(path, CatalogContent::Names))});
+        loading.catalog = std::make_shared<const Catalog>(readCatalog(loading.path, CatalogContent::Names));
     } catch (const FileError& error) {
-        libraries.broken.push_back({error.path(), error.reason()});
+        loading.broken = BrokenLibrary{error.path(), error.reason()};
     }
 }
 
@@ -62,16 +94,14 @@ std::vector<std::string> words(const std::string& text)
 LibrarySet loadLibraries(const std::vector<fileString>& paths)
 {
     const Stopwatch watch;
+    std::vector<Loading> loadings = loadingsOf(paths);
+    forEachInParallel(loadings.size(), [&](std::size_t i) { load(loadings[i]); });
     LibrarySet libraries;
-    std::set<fileString> seen;
-    for (const fileString& path : paths) {
-        try {
-            for (const fileString& file : libraryFiles(path))
-                if (seen.insert(file).second)
-                    loadLibrary(libraries, file);
-        } catch (const FileError& error) {
-            libraries.broken.push_back({error.path(), error.reason()});
-        }
+    for (Loading& loading : loadings) {
+        if (loading.broken)
+            libraries.broken.push_back(std::move(*loading.broken));
+        else
+            libraries.loaded.push_back({loading.path, std::move(loading.catalog)});
     }
     libraries.milliseconds = watch.milliseconds();
     return libraries;

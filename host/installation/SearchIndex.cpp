@@ -18,9 +18,10 @@ bool holds(const IndexState& state, const std::vector<LoadedLibrary>& libraries)
 
 }  // namespace
 
-std::uint64_t IndexState::beginningOf(EntryNumber entry) const
+std::uint64_t IndexState::beginningOf(EntryNumber entry, std::size_t from) const
 {
-    const std::string_view name = lowerName(entry);
+    std::string_view name = lowerName(entry);
+    name.remove_prefix(std::min(from, name.size()));
     std::uint64_t beginning = 0;
     for (std::size_t i = 0; i < sizeof(beginning); ++i)
         beginning = beginning << 8 | (i < name.size() ? static_cast<unsigned char>(name[i]) : 0U);

@@ -48,8 +48,8 @@ public:
     {
         return slots_[entry / IndexBlock::most].block->names().lowerName(entry % IndexBlock::most);
     }
-    /// The first bytes of the name, to be compared before whole names are.
-    std::uint64_t beginningOf(EntryNumber entry) const;
+    /// Eight bytes of the name from a place in it on, to be compared before whole names are; zeros behind its end.
+    std::uint64_t beginningOf(EntryNumber entry, std::size_t from) const;
     /// Whether an entry stands before another one in the order.
     bool isBefore(EntryNumber left, EntryNumber right) const;
 

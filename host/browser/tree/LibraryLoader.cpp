@@ -5,6 +5,7 @@
 #include "host/catalog/CatalogFile.h"
 #include "host/installation/LibrarySearch.h"
 #include "host/support/FileError.h"
+#include "host/support/Parallel.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/PathUtils.h>
@@ -20,6 +21,7 @@ namespace {
 
 constexpr int gatherMilliseconds = 50;
 constexpr int smallLibraryBytes = 256 * 1024;
+constexpr std::size_t sideBySide = 64;  // libraries that several threads share at a time
 
 /// Why a library was not read that there was too little memory for.
 QString unreadWithoutMemory()
@@ -32,6 +34,36 @@ bool isSmall(const fileString& library)
 {
     const std::shared_lock reading(installedFiles());
     return FileUtils::fileSize(library) <= smallLibraryBytes;
+}
+
+BrowsedLibrary browsedLibrary(const fileString& path, bool complete)
+{
+    BrowsedLibrary library{path, nullptr, nullptr};
+    {
+        const std::shared_lock reading(installedFiles());
+        library.catalog = std::make_shared<const Catalog>(
+            readCatalog(path, complete ? CatalogContent::Names : CatalogContent::Outline));
+    }
+    if (complete)
+        library.order = std::make_shared<const CatalogOrder>(*library.catalog);
+    return library;
+}
+
+LibraryArrival readLibrary(const fileString& path, bool complete)
+{
+    try {
+        return {browsedLibrary(path, complete), {}};
+    } catch (const FileError& error) {
+        return {{path, nullptr, nullptr}, translated(error.why())};
+    } catch (const std::bad_alloc&) {
+        return {{path, nullptr, nullptr}, unreadWithoutMemory()};
+    }
+}
+
+/// Whether there is more to be had of the library.
+bool isOutline(const LibraryArrival& arrival)
+{
+    return arrival.library.catalog != nullptr && arrival.library.order == nullptr;
 }
 
 }  // namespace
@@ -92,38 +124,31 @@ void LibraryLoader::release(std::vector<BrowsedLibrary> libraries)
 void LibraryLoader::readAll(const std::vector<fileString>& files)
 {
     std::vector<fileString> large;
-    for (const fileString& file : files)
-        if (!isStopped_ && !readOne(file, isSmall(file)))
-            large.push_back(file);
+    const std::span<const fileString> all(files);
+    for (std::size_t begin = 0; begin < all.size(); begin += sideBySide)
+        for (LibraryArrival& arrival : readSome(all.subspan(begin, std::min(sideBySide, all.size() - begin)))) {
+            if (isOutline(arrival))
+                large.push_back(arrival.library.path);
+            put(std::move(arrival));
+        }
     if (large.empty())
         return;
     QMetaObject::invokeMethod(this, &LibraryLoader::hurry, Qt::QueuedConnection);
     for (const fileString& file : large)
         if (!isStopped_)
-            readOne(file, true);
+            put(readLibrary(file, true));
 }
 
-/// Whether that was all to be had of the library.
-bool LibraryLoader::readOne(const fileString& path, bool complete)
+/// Several threads read them, until the loader is stopped.
+std::vector<LibraryArrival> LibraryLoader::readSome(std::span<const fileString> files) const
 {
-    try {
-        BrowsedLibrary library{path, nullptr, nullptr};
-        {
-            const std::shared_lock reading(installedFiles());
-            library.catalog = std::make_shared<const Catalog>(
-                readCatalog(path, complete ? CatalogContent::Names : CatalogContent::Outline));
-        }
-        if (complete)
-            library.order = std::make_shared<const CatalogOrder>(*library.catalog);
-        put({std::move(library), {}});
-        return complete;
-    } catch (const FileError& error) {
-        put({{path, nullptr, nullptr}, translated(error.why())});
-        return true;
-    } catch (const std::bad_alloc&) {
-        put({{path, nullptr, nullptr}, unreadWithoutMemory()});
-        return true;
-    }
+    std::vector<LibraryArrival> arrivals(files.size());
+    forEachInParallel(files.size(), [&](std::size_t i) {
+        if (!isStopped_)
+            arrivals[i] = readLibrary(files[i], isSmall(files[i]));
+    });
+    std::erase_if(arrivals, [](const LibraryArrival& arrival) { return arrival.library.path.empty(); });
+    return arrivals;
 }
 
 void LibraryLoader::put(LibraryArrival arrival)

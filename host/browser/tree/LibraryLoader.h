@@ -16,6 +16,7 @@
 #include <cstddef>
 #include <memory>
 #include <mutex>
+#include <span>
 #include <vector>
 
 namespace VelkHost {
@@ -75,7 +76,7 @@ Q_SIGNALS:
 private:
     void endReading();
     void readAll(const std::vector<fileString>& files);
-    bool readOne(const fileString& path, bool complete);
+    std::vector<LibraryArrival> readSome(std::span<const fileString> files) const;
     void put(LibraryArrival arrival);
     void gather();
     void hurry();

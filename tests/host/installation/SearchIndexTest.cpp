@@ -144,8 +144,14 @@ public:
     /// Few letters and common beginnings, so that many names are equal or share a long beginning.
     std::string name()
     {
-        static const std::vector<std::string> beginnings{"", "chair ", "Chair number ", "Chair number 000000",
-                                                         "STUHL \u00C4"};
+        static const std::vector<std::string> beginnings{"",
+                                                         "chair ",
+                                                         "Chair number ",
+                                                         "Chair number 000000",
+                                                         "STUHL \u00C4",
+                                                         "eight ch",
+                                                         "twice eight char",
+                                                         "Chair " + std::string(70, 'r')};
         static const std::vector<std::string> letters{"a",    "A",      "b", std::string(1, '\0'), "\u00FC", "\u00DC",
                                                       "\xFF", "\u6905", "\n"};
         std::string name = beginnings[below(beginnings.size())];
