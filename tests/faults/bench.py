@@ -97,7 +97,8 @@ class Bench:
             outcome = self.program.run_counted(known.command, folder, fault)
             killed = fault.effect.startswith("kill")
             wrong = (self.fault_of_outcome(outcome, killed) or
-                     self.fault_of_state(path, folder, outcome, told_late=fault.kind == "allocate") or
+                     self.fault_of_state(path, folder, outcome, told_late=fault.kind == "allocate",
+                                         may_be_torn=path.in_place and (killed or fault.times == "on")) or
                      self.fault_of_repetition(path, folder))
             return wrong or (None if outcome.counts[fault.kind] >= fault.number else NOT_MET)
 
@@ -111,7 +112,7 @@ class Bench:
             return f"ended with {outcome.code} without a word"
         return None
 
-    def fault_of_state(self, path, folder, outcome, told_late=False):
+    def fault_of_state(self, path, folder, outcome, told_late=False, may_be_torn=False):
         """Each file is as it was or as it is to be, and all of them are as they are to be when the program says so.
 
         With `told_late` a failure may come after the deed, when only its report is missing.
@@ -119,7 +120,7 @@ class Bench:
         known = self.known(path)
         now = self.state(path, folder)
         torn = [name for name in states.torn(now, known.old, known.new) if name in now or name not in path.missing]
-        if path.keeps_old and torn:
+        if path.keeps_old and torn and not (may_be_torn and outcome.code != 0):
             return f"neither old nor new: {', '.join(torn)} ({outcome.last_line()})"
         done = told_late and not states.missing(now, known.old, known.new)
         if path.whole and not done and outcome.code not in (0, runs.KILLED) and \

@@ -7,7 +7,7 @@ import threading
 from collections.abc import Callable
 from dataclasses import dataclass
 
-from runs import WINDOW
+from runs import HUMBLE, WINDOW
 
 CATALOG = "name;category;keywords;files\n" + "".join(
     f"{{edition}} chair {number};Seats;oak, seat;wood-{number}.png\n" for number in range(3))
@@ -122,6 +122,9 @@ class WritePath:
     A command that begins with WINDOW is done by a hand in the window. The window also keeps its settings when it is
     closed, which have paths of their own: in the others they are `aside`. As a window takes its time to open, most of
     its paths are not `in_short`.
+
+    A file that may be written, but not replaced, is written `in_place`: who cuts that short may leave it torn, until
+    the next command puts back what was in it.
     """
 
     name: str
@@ -134,6 +137,7 @@ class WritePath:
     most: int | None = None
     aside: tuple = ()
     in_short: bool = True
+    in_place: bool = False
 
     @property
     def is_window(self):
@@ -234,6 +238,15 @@ def older_cards(workshop, folder):
         shutil.copy2(workshop.folder / "old/content" / name, data)
 
 
+def closed_folder(file, prepare):
+    """A file that everybody may write in a folder that nobody may change."""
+    def prepared(workshop, folder):
+        prepare(workshop, folder)
+        (folder / file).chmod(0o666)
+        (folder / file).parent.chmod(0o555)
+    return prepared
+
+
 UPDATE_ALL = ("update", "--service", "{service}", "--bonus", "Garden", "--manufacturer", "Acme")
 OLDER_UPDATE = "update --service {old} --bonus Garden --manufacturer Acme"
 REFRESH = ("manufacturer", "update", "--data-url", "{service}manufacturers", "--logo-url", "{service}logo?v=1")
@@ -261,6 +274,11 @@ PATHS = (
               done_codes=(0, NO_SUCH)),
     WritePath("filter merge", ("filter", "merge", "colleague.json"), two_filters),
     WritePath("filter use", ("filter", "current", "Gardens"), two_filters),
+    WritePath("filter in place", (HUMBLE, "filter", "add", "Kitchens", "--id", "lib-Garden"),
+              closed_folder("home/core/catalog_filters.json", two_filters), in_place=True),
+    WritePath("manufacturer in place", (HUMBLE, "manufacturer", "edit", "7", "--phone", "555 0123"),
+              closed_folder("home/manufacturer-data/manufacturer_data.json",
+                            after("manufacturer edit 7 --new --name Acme")), in_place=True),
     WritePath("manufacturer set", ("manufacturer", "edit", "7", "--phone", "555 0123"),
               after("manufacturer edit 7 --new --name Acme")),
     WritePath("manufacturer text", ("manufacturer", "edit", "--default-text", "Ask the shop"),

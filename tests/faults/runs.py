@@ -20,6 +20,10 @@ SILENT = 14
 
 # Begins a command for the window.
 WINDOW = "velk-browser"
+
+# Begins a command for velk that even root runs with no more than a user's right to write.
+HUMBLE = "humble"
+USERS_RIGHTS = ("setpriv", "--bounding-set=-dac_override,-dac_read_search")
 SECONDS = 40
 
 # What Qt's platform without a screen always says.
@@ -72,7 +76,8 @@ class Outcome:
 class Program:
     """The programs under test with the shim that goes before them.
 
-    A command's first word may be WINDOW: then the rest is for the window with a hand in it, and otherwise for velk.
+    A command's first word may be WINDOW: then the rest is for the window with a hand in it. Otherwise it is for velk,
+    without the first word if that is HUMBLE.
     """
 
     def __init__(self, path, window, shim, work):
@@ -97,8 +102,12 @@ class Program:
 
     def words(self, command):
         """What starts the command's program."""
-        words = list(command)
-        return [self.window, *words[1:]] if words[:1] == [WINDOW] else [self.path, *words]
+        first, *words = command
+        if first == WINDOW:
+            return [self.window, *words]
+        if first == HUMBLE:
+            return [*(USERS_RIGHTS if os.geteuid() == 0 else ()), self.path, *words]
+        return [self.path, *command]
 
     def run(self, command, folder):
         """Runs `command` in `folder`, with nothing in between."""
