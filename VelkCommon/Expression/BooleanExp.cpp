@@ -125,9 +125,3 @@ void BooleanExp::convertToDisjunctiveNormalForm()
     if (root)
         Velk::detail::makeNormalForm(*root);
 }
-
-void BooleanExp::forEachAlternative(const std::function<void(std::span<const Literal>)>& f)
-{
-    if (root)
-        Velk::detail::forEachAlternative(*root, f);
-}

@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -115,17 +114,4 @@ public:
     /// std::invalid_argument when the result needs two copies of a leaf that is not a term. After any exception
     /// the expression is unchanged.
     void convertToDisjunctiveNormalForm();
-
-    /// A leaf of the expression, in one of the alternatives that it stands for.
-    struct Literal
-    {
-        Node* leaf;    ///< part of the expression
-        bool negated;  ///< in the alternative, whatever the leaf itself says
-        bool isLast;   ///< no later literal has this leaf, so its text may be moved out of it
-    };
-
-    /// Calls `f` with each of the alternatives that convertToDisjunctiveNormalForm() would make, in their order. Takes
-    /// a fraction of its time, because nothing is built, and the expression is left as it is. The literals are valid
-    /// during the call. Throws std::length_error as that operation does, before the first call; and what `f` throws.
-    void forEachAlternative(const std::function<void(std::span<const Literal>)>& f);
 };

@@ -3,54 +3,59 @@
 #include <VelkCommon/Reporting/Assertions.h>
 #include <VelkLibrary/detail/ReportPlaces.h>
 
-#include <algorithm>
 #include <cstddef>
-#include <functional>
-#include <span>
-#include <string>
 #include <utility>
-#include <vector>
 
 namespace Library::Search::detail {
 namespace {
 
-using Literal = BooleanExp::Literal;
+void addNode(ParseTree& tree, BooleanExp::Node& node);
 
-/// Adds the text of a literal to the group. The expression has no further use for a text after its last literal.
-void addLiteral(ORGroup& group, const Literal& literal)
+/// Drops the empty texts of the last group, then the group itself when it requires nothing.
+void closeGroup(ParseTree& tree)
 {
-    BooleanExp::Term* const term = literal.leaf->asTerm();
-    if (term == nullptr)
-        return Velk::assertionFailed(Library::detail::places::unknownNode, "Unhandled type");
-    std::vector<std::u32string>& list = literal.negated ? group.excludedTerms : group.terms;
-    if (literal.isLast)
-        list.push_back(std::move(term->text));
-    else
-        list.push_back(term->text);
+    tree.groups.back().removeInvalidTerms();
+    if (tree.groups.back().terms.empty())
+        tree.groups.pop_back();
 }
 
-ORGroup groupOf(std::span<const Literal> alternative)
+/// Adds the operands of `group` to the last group of the tree; each Or starts a new one.
+void addGroup(ParseTree& tree, const BooleanExp::Group& group)
 {
-    ORGroup group;
-    const auto excluded = std::count_if(alternative.begin(), alternative.end(), std::mem_fn(&Literal::negated));
-    group.excludedTerms.reserve(static_cast<std::size_t>(excluded));
-    group.terms.reserve(alternative.size() - static_cast<std::size_t>(excluded));
-    for (const Literal& literal : alternative)
-        addLiteral(group, literal);
-    group.removeInvalidTerms();
-    return group;
+    if (group.first)
+        addNode(tree, *group.first);
+    group.forEachConjoinedTerm([&tree](const BooleanExp::Group::ConjoinedTerm& term) {
+        if (term.conjunction == BooleanExp::Conjunction::Or) {
+            const std::size_t terms = tree.groups.back().terms.size();
+            closeGroup(tree);
+            tree.groups.emplace_back().terms.reserve(terms);  // the groups of a product are equally long
+        }
+        if (term.expression)
+            addNode(tree, *term.expression);
+    });
+}
+
+/// Moves the text of a term into the last group; the expression has no further use for it.
+void addNode(ParseTree& tree, BooleanExp::Node& node)
+{
+    if (const BooleanExp::Group* group = node.asGroup()) {
+        addGroup(tree, *group);
+    } else if (BooleanExp::Term* term = node.asTerm()) {
+        ORGroup& last = tree.groups.back();
+        (term->negated ? last.excludedTerms : last.terms).push_back(std::move(term->text));
+    } else {
+        Velk::assertionFailed(Library::detail::places::unknownNode, "Unhandled type");
+    }
 }
 
 }  // namespace
 
-ParseTree alternativesOf(BooleanExp& expression)
+ParseTree alternativesOf(const BooleanExp::Group& root)
 {
     ParseTree tree;
-    expression.forEachAlternative([&tree](std::span<const Literal> alternative) {
-        ORGroup group = groupOf(alternative);
-        if (!group.terms.empty())
-            tree.groups.push_back(std::move(group));
-    });
+    tree.groups.emplace_back();
+    addGroup(tree, root);
+    closeGroup(tree);
     return tree;
 }
 

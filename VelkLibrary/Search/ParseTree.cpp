@@ -9,6 +9,19 @@
 namespace Library::Search {
 namespace {
 
+/// The normal form of what `text` stands for; null when it stands for nothing or is rejected.
+std::unique_ptr<BooleanExp> normalFormOf(const std::u32string& text)
+{
+    try {
+        std::unique_ptr<BooleanExp> expression = BooleanExp::parse(text);
+        if (expression)
+            expression->convertToDisjunctiveNormalForm();
+        return expression;
+    } catch (const std::length_error&) {
+        return nullptr;
+    }
+}
+
 bool isEmptyText(const std::u32string& text)
 {
     return text.empty();
@@ -44,12 +57,10 @@ void ParseTree::forEachTerm(const std::function<void(std::u32string&)>& f)
 
 ParseTree parseSearchTerms(const std::u32string& text)
 {
-    try {
-        const std::unique_ptr<BooleanExp> expression = BooleanExp::parse(text);
-        return expression ? detail::alternativesOf(*expression) : ParseTree();
-    } catch (const std::length_error&) {
+    const std::unique_ptr<BooleanExp> expression = normalFormOf(text);
+    if (!expression || !expression->root)
         return {};
-    }
+    return detail::alternativesOf(*expression->root);
 }
 
 }  // namespace Library::Search

@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory>
-#include <span>
 #include <stdexcept>
 #include <utility>
 #include <vector>
@@ -133,7 +131,7 @@ public:
         std::size_t uses = 0;
     };
 
-    /// `extent` is that of the normal form of `root`.
+    /// `extent` is that of `root`.
     Expansion(Group& root, Extent extent);
 
     std::vector<Leaf>& leaves() { return leaves_; }
@@ -245,13 +243,6 @@ bool Expansion::nextChoice(std::size_t firstFactor)
     return false;
 }
 
-Expansion expansionOf(Group& root)
-{
-    const Extent extent = extentOf(root, root.negated, 0);
-    requireWithinLimits(extent);
-    return {root, extent};
-}
-
 Slot& operandAt(Group& flat, std::size_t index)
 {
     return index == 0 ? flat.first : flat.conjoinedTerms[index - 1].expression;
@@ -308,27 +299,14 @@ void makeNormalForm(BooleanExp::Group& root)
         requireWithinLimits(extent);
         return;
     }
-    Expansion expansion = expansionOf(root);
+    const Extent extent = extentOf(root, root.negated, 0);
+    requireWithinLimits(extent);
+    Expansion expansion(root, extent);
     const std::unique_ptr<Group> flat = flatGroupOf(expansion);
     moveLeaves(expansion, *flat);
     std::swap(root.first, flat->first);
     std::swap(root.conjoinedTerms, flat->conjoinedTerms);
     root.negated = false;
-}
-
-void forEachAlternative(Group& root, const std::function<void(std::span<const BooleanExp::Literal>)>& f)
-{
-    Expansion expansion = expansionOf(root);
-    std::vector<BooleanExp::Literal> alternative;
-    std::uint32_t next = 0;
-    for (const std::uint32_t end : expansion.ends()) {
-        alternative.clear();
-        for (; next < end; ++next) {
-            Expansion::Leaf& leaf = expansion.leaves()[expansion.literals()[next]];
-            alternative.push_back({leaf.slot->get(), leaf.negated, --leaf.uses == 0});
-        }
-        f(alternative);
-    }
 }
 
 }  // namespace Velk::detail

@@ -6,9 +6,9 @@
 
 namespace Library::Search::detail {
 
-/// The alternatives of an expression, without those that require nothing. Moves the texts out of the terms. Also takes
-/// expressions that no search text leads to: a node that is neither term nor group is reported as an assertion and
-/// left out. Throws std::length_error as BooleanExp::forEachAlternative() does.
-VELKLIBRARY_EXPORT ParseTree alternativesOf(BooleanExp& expression);
+/// The alternatives of an expression in normal form, of which `root` is the whole; without those that require
+/// nothing. Also takes trees that no search text leads to: a group within a group is read in its place, and a node
+/// that is neither term nor group is reported as an assertion and left out. Moves the texts out of the terms.
+VELKLIBRARY_EXPORT ParseTree alternativesOf(const BooleanExp::Group& root);
 
 }  // namespace Library::Search::detail

@@ -1,5 +1,4 @@
 #include <VelkCommon/Expression/BooleanExp.h>
-#include <VelkCommon/Text/StringConvert.h>
 
 #include "ExpressionText.h"
 
@@ -7,7 +6,6 @@
 
 #include <ostream>
 #include <random>
-#include <span>
 #include <stdexcept>
 
 namespace {
@@ -92,29 +90,6 @@ TEST_P(NormalForm, StaysOnceReached)
     EXPECT_EQ(describe(expression), GetParam().normalForm);
 }
 
-/// The alternatives in the notation of a normal form.
-std::string describeAlternatives(BooleanExp& expression)
-{
-    std::string text;
-    expression.forEachAlternative([&text](std::span<const BooleanExp::Literal> alternative) {
-        text += text.empty() ? "" : " | ";
-        for (const BooleanExp::Literal& literal : alternative) {
-            const BooleanExp::Term* term = literal.leaf->asTerm();
-            text += &literal == &alternative.front() ? "" : " & ";
-            text += literal.negated ? "!" : "";
-            text += term == nullptr ? "?" : StringConvert::toStdUtf8String(term->text);
-        }
-    });
-    return text;
-}
-
-TEST_P(NormalForm, HasTheAlternatives)
-{
-    BooleanExp expression = build(GetParam().tree);
-    EXPECT_EQ(describeAlternatives(expression), GetParam().normalForm);
-    EXPECT_EQ(describe(expression), GetParam().tree);
-}
-
 INSTANTIATE_TEST_SUITE_P(BooleanExp, NormalForm, testing::ValuesIn(normalFormCases),
                          [](const auto& row) { return std::string(row.param.name); });
 
@@ -129,30 +104,9 @@ TEST(BooleanExpNormalForm, NegatesTheRoot)
     }
 }
 
-TEST(BooleanExpAlternatives, ShareUnknownNodes)
-{
-    BooleanExp expression = build("(a | b) & ?");
-    EXPECT_EQ(describeAlternatives(expression), "a & ? | b & ?");
-}
-
-TEST(BooleanExpAlternatives, TellTheLastUseOfALeaf)
-{
-    BooleanExp expression = build("(a | b) & !(c | d)");
-    std::string lasts;
-    expression.forEachAlternative([&lasts](std::span<const BooleanExp::Literal> alternative) {
-        for (const BooleanExp::Literal& literal : alternative) {
-            const char32_t letter = literal.leaf->asTerm()->text[0];
-            lasts += literal.isLast ? static_cast<char>(letter) : '-';
-        }
-        lasts += ' ';
-    });
-    EXPECT_EQ(lasts, "a-- bcd ");
-}
-
 TEST(BooleanExpNormalForm, NeedsNoRoot)
 {
     BooleanExp expression;
-    EXPECT_EQ(describeAlternatives(expression), "");
     expression.convertToDisjunctiveNormalForm();
     EXPECT_EQ(expression.root, nullptr);
 }
@@ -198,7 +152,6 @@ TEST(BooleanExpNormalForm, LeavesWhatIsTooLarge)
     for (const std::size_t count : {11U, 30U, 64U, 200U}) {
         BooleanExp expression = build(pairs(count));
         EXPECT_THROW(expression.convertToDisjunctiveNormalForm(), std::length_error) << count;
-        EXPECT_THROW(expression.forEachAlternative([](auto) { FAIL(); }), std::length_error) << count;
         EXPECT_EQ(describe(expression), pairs(count));
     }
 }
@@ -227,7 +180,6 @@ TEST(BooleanExpNormalForm, LimitsFlatExpressionsToo)
     EXPECT_NO_THROW(largest.convertToDisjunctiveNormalForm());
     BooleanExp tooLarge = flat(16'385);
     EXPECT_THROW(tooLarge.convertToDisjunctiveNormalForm(), std::length_error);
-    EXPECT_THROW(tooLarge.forEachAlternative([](auto) { FAIL(); }), std::length_error);
 }
 
 TEST(BooleanExpNormalForm, TakesExactlyTheLimit)
@@ -344,11 +296,9 @@ TEST(BooleanExpNormalForm, IsEquivalentToTheExpression)
         const std::uint64_t value = valueOf(*expression.root);
         const std::string text = describe(expression);
         try {
-            const std::string alternatives = describeAlternatives(expression);
             expression.convertToDisjunctiveNormalForm();
             ++converted;
             ASSERT_TRUE(isFlat(*expression.root)) << text;
-            ASSERT_EQ(describe(expression), alternatives) << text;
         } catch (const std::length_error&) {
             ASSERT_EQ(describe(expression), text);
         }
