@@ -23,6 +23,7 @@ namespace {
 using bench::Cost;
 
 constexpr int repetitions = 5;
+constexpr int largeRounds = 3;
 constexpr std::uint64_t largeDatabase = 2'700'000'000;
 constexpr std::uint64_t largeEntry = 4'800'000'000;
 
@@ -225,10 +226,20 @@ private:
         const Library library(folder_ / "large.calibz");
         const std::uint64_t size = bench::packLargeDatabase(sources_.back(), library.archive, largeDatabase);
         Costs costs;
-        costs.libzip = bench::costOf("libzip", [&] { return libzip(library); });
-        const std::string expected = SHA1::fileContentsToSHA1Hex(library.database);
-        library.removeParts();
-        costs.own = bench::costOf("the import", [&] { return own(library); });
+        std::string expected;
+        const auto measure = [&](const char* name, const Split& work, Cost& cost, int round) {
+            library.removeParts();
+            const Cost once = bench::costOf(name, [&] { return work(library); });
+            cost = round == 0 ? once : bench::least(cost, once);
+        };
+        // A single time says little: writing so much takes the system up to twice as long when it has to look for
+        // memory first.
+        for (int round = 0; round < largeRounds; ++round) {
+            measure("libzip", libzip, costs.libzip, round);
+            if (round == 0)
+                expected = SHA1::fileContentsToSHA1Hex(library.database);
+            measure("the import", own, costs.own, round);
+        }
         print("a database of 2.7 GB", costs);
         const bool right = FileUtils::fileSize(library.database) == static_cast<long long>(size) &&
                            SHA1::fileContentsToSHA1Hex(library.database) == expected;

@@ -1,6 +1,5 @@
 #include <VelkLibrary/JsonReader.h>
 
-#include <VelkCommon/Platform/Bytes16.h>
 #include <VelkCommon/Text/Ascii.h>
 #include <VelkCommon/Text/Hexadecimal.h>
 #include <VelkCommon/detail/Utf8.h>
@@ -12,6 +11,7 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <optional>
 #include <system_error>
@@ -57,33 +57,20 @@ const char* endOfEscape(const char* first, const char* last)
                                                                                                           : nullptr;
 }
 
-// The first quote or backslash; `last` when there is none.
-const char* findMark(const char* first, const char* last)
-{
-    using Velk::Platform::Bytes16;
-    const auto marksIn = [](Bytes16 bytes) {
-        return (equal(bytes, Bytes16('"')) | equal(bytes, Bytes16('\\'))).mask();
-    };
-    auto left = static_cast<std::size_t>(last - first);
-    for (; left >= Bytes16::size; left -= Bytes16::size, first += Bytes16::size)
-        if (const std::uint32_t marks = marksIn(Bytes16::load(first)); marks != 0)
-            return first + Velk::Platform::lowestBit(marks);
-    const std::uint32_t marks = marksIn(Bytes16::loadPart(first, left));
-    return marks != 0 ? first + Velk::Platform::lowestBit(marks) : last;
-}
-
 // The end of the string that begins at `first`; null when there is none.
 const char* endOfString(const char* first, const char* last)
 {
     if (first == last || *first != '"')
         return nullptr;
-    for (++first; first != nullptr;) {
-        const char* const mark = findMark(first, last);
-        if (mark == last)
-            return nullptr;
-        if (*mark == '"')
-            return mark + 1;
-        first = endOfEscape(mark + 1, last);
+    for (++first; first != last;) {
+        const char character = *first++;
+        if (character == '"')
+            return first;
+        if (character == '\\') {
+            first = endOfEscape(first, last);
+            if (first == nullptr)
+                return nullptr;
+        }
     }
     return nullptr;
 }
@@ -120,23 +107,22 @@ const char* decodeEscape(const char* first, std::string& text)
     return first + 1 + unicodeDigits;
 }
 
-// Makes `text` the text between the quotes of a string token. Where it has no room yet, it gets as much as is needed:
-// std::string::assign() makes more.
-void decode(const char* first, const char* last, std::string& text)
+// The text between the quotes of a string token.
+std::string decoded(const char* first, const char* last)
 {
-    const auto size = static_cast<std::size_t>(last - first);
-    const char* escape = findMark(first, last);
-    if (escape == last && size > text.capacity()) {
-        text = std::string(first, last);
-        return;
-    }
-    text.clear();
-    text.reserve(size);
-    for (; escape != last; escape = findMark(first, last)) {
+    const auto backslash = [&] {
+        return static_cast<const char*>(std::memchr(first, '\\', static_cast<std::size_t>(last - first)));
+    };
+    const char* escape = backslash();
+    if (escape == nullptr)
+        return std::string(first, last);
+    std::string text;
+    text.reserve(static_cast<std::size_t>(last - first));
+    for (; escape != nullptr; escape = backslash()) {
         text.append(first, escape);
         first = decodeEscape(escape + 1, text);
     }
-    text.append(first, last);
+    return text.append(first, last);
 }
 
 // ---- Numbers -------------------------------------------------------------------------------------
@@ -319,12 +305,16 @@ value_type pop(stack_type& values)
     return value;
 }
 
-// A node with an empty `Value`: a spare one when there is one. All spare nodes hold a `Value` from which something was
-// moved.
+// Pushes a node that holds `value`, a spare one when there is one; all spare nodes hold a `Value`.
 template <typename Value>
-value_type emptyNode(stack_type* spares)
+void pushOnSpare(stack_type& values, stack_type* spares, Value value)
 {
-    return spares == nullptr || spares->empty() ? std::make_shared<boost::any>(Value()) : pop(*spares);
+    if (spares == nullptr || spares->empty()) {
+        push(values, std::move(value));
+        return;
+    }
+    values.push_back(pop(*spares));
+    *boost::any_cast<Value>(values.back().get()) = std::move(value);
 }
 
 void keepSpare(stack_type* spares, value_type&& node)
@@ -341,59 +331,18 @@ stack_type::iterator beginAbove(stack_type& values)
     return std::find_if(values.rbegin(), values.rend(), isDelimiter).base();
 }
 
-// Fills an object with members that come one after the other, each behind those of its key that are already there.
-// They are sorted beforehand, a few at a time, because that takes less than looking for their places in the object.
-class ObjectFiller
+// Inserts behind equal keys that are already there. `near` is where the last member went: documents list their
+// members in some order, so the next one is often its neighbour.
+object_type::iterator insertNear(object_type& object, object_type::iterator near, pair_type&& member)
 {
-public:
-    // `object` must be empty and outlive the filler.
-    explicit ObjectFiller(object_type& object) : object_(&object), next_(object.end()) {}
-
-    // `member` must stay where it is until flush().
-    void add(pair_type& member)
-    {
-        if (count_ == waiting_.size())
-            flush();
-        const auto end = waiting_.begin() + static_cast<std::ptrdiff_t>(count_++);
-        const auto place = std::upper_bound(waiting_.begin(), end, &member, isLess);
-        std::copy_backward(place, end, end + 1);
-        *place = &member;
-    }
-
-    void flush()
-    {
-        for (std::size_t i = 0; i < count_; ++i)
-            next_ = std::next(insert(std::move(*waiting_[i])));
-        count_ = 0;
-    }
-
-private:
-    // The first bytes tell nearly always, and sooner than a call.
-    static bool isLess(const pair_type* one, const pair_type* other)
-    {
-        const auto first = static_cast<unsigned char>(one->first[0]);
-        const auto otherFirst = static_cast<unsigned char>(other->first[0]);
-        return first != otherFirst ? first < otherFirst : one->first < other->first;
-    }
-
-    object_type::iterator insert(pair_type&& member)
-    {
-        // Here the object looks for the place itself if the hint is wrong.
-        if (next_ == object_->end() || belongsBefore(next_, member.first))
-            return object_->emplace_hint(next_, std::move(member));
-        return object_->insert(std::move(member));
-    }
-
-    bool belongsBefore(object_type::iterator place, const std::string& key) const
-    {
-        return key < place->first && (place == object_->begin() || !(key < std::prev(place)->first));
-    }
-
-    object_type* object_;
-    object_type::iterator next_;  // behind the member that went in last: documents list their members in some order
-    std::array<pair_type*, 16> waiting_{};
-    std::size_t count_ = 0;
-};
+    const auto belongsBefore = [&](object_type::iterator place) {
+        return (place == object.end() || member.first < place->first) &&
+               (place == object.begin() || !(member.first < std::prev(place)->first));
+    };
+    if (belongsBefore(near))
+        return object.emplace_hint(near, std::move(member));
+    return object.insert(std::move(member));
+}
 
 }  // namespace
 
@@ -401,9 +350,7 @@ private:
 
 void grammar<char>::push_string::operator()(const char* first, const char* last) const
 {
-    value_type node = emptyNode<std::string>(spares_ != nullptr ? &spares_->strings : nullptr);
-    decode(first + 1, last - 1, *boost::any_cast<std::string>(node.get()));
-    values_->push_back(std::move(node));
+    pushOnSpare(*values_, spares_ != nullptr ? &spares_->strings : nullptr, decoded(first + 1, last - 1));
 }
 
 void grammar<char>::push_int::operator()(int value) const
@@ -450,22 +397,20 @@ void grammar<char>::begin_object::operator()(char) const
 
 void grammar<char>::create_pair::operator()(const char*, const char*) const
 {
-    value_type node = emptyNode<pair_type>(spares_ != nullptr ? &spares_->pairs : nullptr);
-    auto& [key, value] = *boost::any_cast<pair_type>(node.get());
-    value = pop(*values_);
-    key = std::move(*boost::any_cast<std::string>(values_->back().get()));
-    values_->back().swap(node);
-    keepSpare(spares_ != nullptr ? &spares_->strings : nullptr, std::move(node));
+    value_type value = pop(*values_);
+    value_type key = pop(*values_);
+    pair_type pair(std::move(*boost::any_cast<std::string>(key.get())), std::move(value));
+    pushOnSpare(*values_, spares_ != nullptr ? &spares_->pairs : nullptr, std::move(pair));
+    keepSpare(spares_ != nullptr ? &spares_->strings : nullptr, std::move(key));
 }
 
 void grammar<char>::end_object::operator()(char) const
 {
     object_type object;
-    ObjectFiller filler(object);
+    auto near = object.end();
     auto entry = values_->rbegin();
     for (; pair_type* const member = boost::any_cast<pair_type>(entry->get()); ++entry)
-        filler.add(*member);
-    filler.flush();
+        near = insertNear(object, near, std::move(*member));
     // This waits until now because an allocator is slower when it has to give and take by turns.
     for (auto pair = entry.base(); pair != values_->end(); ++pair)
         keepSpare(spares_ != nullptr ? &spares_->pairs : nullptr, std::move(*pair));
