@@ -48,7 +48,7 @@ TEST_F(NoMemory, TheBlockReaderTakesOver)
 TEST_F(NoMemory, NotEvenForABlock)
 {
     pack(std::string(60'000'000, 'x'));
-    test::largestAllocation = 500'000;
+    test::largestAllocation = 100'000;
     EXPECT_THROW(LibraryImport::unpack(archive_, false, nullptr), std::bad_alloc);
     test::largestAllocation = SIZE_MAX;
     EXPECT_EQ(test::refusedAllocations, 2U);

@@ -359,11 +359,11 @@ TEST_F(Unpack, ALargeCatalogFileStopsAtTheDisksReserve)
 {
     ZipBuilder().add(deflatedItem("library.calib", std::string(80'000'000, 'x'))).writeTo(archive_);
     {
-        const test::SmallDisk disk((1 << 20) - 1);
+        const test::SmallDisk disk((1 << 17) - 1);
         EXPECT_FALSE(unpack().first);
     }
     EXPECT_THAT(names(), ElementsAre("lib.calibz"));
-    const test::SmallDisk disk(1 << 20);
+    const test::SmallDisk disk(1 << 17);
     EXPECT_EQ(unpack().first, database_);
 }
 
