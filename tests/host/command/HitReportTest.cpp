@@ -72,8 +72,8 @@ TEST_F(HitReport, AlignsItsColumns)
 TEST_F(HitReport, HasFigures)
 {
     EXPECT_THAT(table("chair"),
-                testing::ContainsRegex("\n\n4 hits\\. Rated 4 items and 4 folders of 1 library in [0-9.]+ ms "
-                                       "\\([0-9.]+ \u00B5s each\\); loading took [0-9.]+ ms\\.\n$"));
+                testing::ContainsRegex("\n\n4 hits\\. Rated 4 items and 4 folders of 1 library in [0-9.,]+ ms "
+                                       "\\([0-9.,]+ \u00B5s each\\); loading took [0-9.,]+ ms\\.\n$"));
     EXPECT_THAT(table("nothing"), testing::StartsWith("0 hits. Rated 4 items and 4 folders of 1 library in "));
 }
 
