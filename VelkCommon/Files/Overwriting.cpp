@@ -3,6 +3,7 @@
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/ReplacementFile.h>
 #include <VelkCommon/Files/SHA1.h>
+#include <VelkCommon/Files/WorkFolder.h>
 #include <VelkCommon/Files/detail/Folders.h>
 #include <VelkCommon/Files/detail/LockPatience.h>
 #include <VelkCommon/Platform/File.h>
@@ -83,6 +84,7 @@ bool overwriteFile(const fileString& file, std::string_view text, const fileStri
         return false;
     const std::optional<std::string> old = contentOf(opened);
     FileUtils::createDirectoriesWithPerm(backup.parentPath());
+    WorkFolder::removeLeftovers(backup.parentPath());  // of one that was killed here
     ReplacementFile copy(backup);
     if (!old || !copy.write(*old) || !copy.commit())
         return false;
