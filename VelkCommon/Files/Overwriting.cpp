@@ -74,7 +74,8 @@ fileString backupOf(const fileString& file, const fileString& folder)
     if (!place)
         return {};
     const std::string key = std::to_string(place->number) + '/' + file.stemWithExtension().utf8();
-    return folder / fileString("unfinished-" + SHA1::bytesToSHA1Hex(key).substr(0, digits) + ".backup");
+    const std::string hash = SHA1::bytesToSHA1Hex(key);
+    return hash.empty() ? fileString() : folder / fileString("unfinished-" + hash.substr(0, digits) + ".backup");
 }
 
 bool overwriteFile(const fileString& file, std::string_view text, const fileString& backup)

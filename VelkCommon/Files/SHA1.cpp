@@ -3,9 +3,11 @@
 #include <VelkCommon/Platform/File.h>
 #include <VelkCommon/Text/Hexadecimal.h>
 
+#include <openssl/crypto.h>
 #include <openssl/evp.h>
 
 #include <array>
+#include <atomic>
 #include <memory>
 #include <vector>
 
@@ -16,11 +18,20 @@ constexpr std::size_t blockSize = std::size_t{1} << 18;
 using Context = std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)>;
 
 // Looked up once, because the look-up by name takes longer than hashing a small file. Never freed, because the
-// crypto library may be gone first when the process ends.
+// crypto library may be gone first when the process ends. Where its set-up ran out of memory, a look-up would crash.
 const EVP_MD* algorithm()
 {
-    static const EVP_MD* const fetched = EVP_MD_fetch(nullptr, "SHA1", nullptr);
-    return fetched;
+    static std::atomic<const EVP_MD*> known = nullptr;
+    if (const EVP_MD* const found = known)
+        return found;
+    if (OSSL_LIB_CTX_get0_global_default() == nullptr)
+        return nullptr;
+    EVP_MD* const fetched = EVP_MD_fetch(nullptr, "SHA1", nullptr);
+    const EVP_MD* none = nullptr;
+    if (known.compare_exchange_strong(none, fetched))
+        return fetched;
+    EVP_MD_free(fetched);  // another thread has looked it up meanwhile
+    return none;
 }
 
 /// The digest of all bytes that `addAll` adds to the context that it is given; empty when `addAll` or the

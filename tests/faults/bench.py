@@ -115,12 +115,15 @@ class Bench:
     def fault_of_state(self, path, folder, outcome, told_late=False, may_be_torn=False):
         """Each file is as it was or as it is to be, and all of them are as they are to be when the program says so.
 
-        With `told_late` a failure may come after the deed, when only its report is missing.
+        With `told_late` a failure may come after the deed, when only its report is missing. With `may_be_torn`, what
+        is left of a failure says nothing: the repetition tells whether all of it was kept.
         """
         known = self.known(path)
         now = self.state(path, folder)
         torn = [name for name in states.torn(now, known.old, known.new) if name in now or name not in path.missing]
-        if path.keeps_old and torn and not (may_be_torn and outcome.code != 0):
+        if may_be_torn and outcome.code != 0:
+            return None
+        if path.keeps_old and torn:
             return f"neither old nor new: {', '.join(torn)} ({outcome.last_line()})"
         done = told_late and not states.missing(now, known.old, known.new)
         if path.whole and not done and outcome.code not in (0, runs.KILLED) and \
