@@ -1,5 +1,7 @@
 #include "host/support/TemporaryFiles.h"
 
+#include "host/support/FileError.h"
+
 #include <VelkCommon/Files/PathUtils.h>
 
 #include <exception>
@@ -17,6 +19,8 @@ TemporaryFiles::TemporaryFiles(Velk::HostServices services, const fileString& pa
 {
     Velk::installHost(*services_);
     useFolderIn(parent);
+    if (folder_->path().empty())
+        throw FileError(parent, "cannot be written");
 }
 
 fileString TemporaryFiles::path() const

@@ -14,7 +14,7 @@ class TemporaryFiles
 public:
     /// Installs the services with such a folder. They keep their own where none can be made.
     explicit TemporaryFiles(Velk::HostServices services);
-    /// The same with a folder in `parent`, for files that will be moved there.
+    /// The same with a folder in `parent`, for files that will be moved there. Throws FileError where none can be made.
     TemporaryFiles(Velk::HostServices services, const fileString& parent);
     /// Installs the services as they were given.
     ~TemporaryFiles();
