@@ -16,7 +16,7 @@ namespace VelkHost {
 class Statement;
 
 /// An open SQLite database. Every operation throws FileError, with the database's path and a sentence
-/// for people. One thread at a time; statements must not outlive it.
+/// for people, and std::bad_alloc. One thread at a time; statements must not outlive it.
 class Database
 {
 public:

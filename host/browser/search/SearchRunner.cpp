@@ -89,6 +89,7 @@ void SearchRunner::start()
             return;
         isAnswered_ = true;
         Q_EMIT ranOut();
+        followLibraries();
     });
 }
 
@@ -96,9 +97,16 @@ void SearchRunner::take(std::shared_ptr<const SearchOutcome> outcome)
 {
     isAnswered_ = true;
     Q_EMIT found(outcome);
+    followLibraries();
+    release(std::move(outcome));  // the receiver may have let go of it already
+}
+
+/// Lets the last text be searched for again where libraries have changed since; the receiver of its answer may have
+/// asked for another one.
+void SearchRunner::followLibraries()
+{
     if (isOutdated_ && !pause_.isActive() && isAnswered_)
         pause_.start();
-    release(std::move(outcome));  // the receiver may have let go of it already
 }
 
 std::shared_ptr<const SearchedLibraries> SearchRunner::libraries()

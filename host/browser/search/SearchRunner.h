@@ -71,6 +71,7 @@ private:
     void start();
     void catchUp();
     void take(std::shared_ptr<const SearchOutcome> outcome);
+    void followLibraries();
     std::shared_ptr<const SearchedLibraries> libraries();
 
     Source source_;

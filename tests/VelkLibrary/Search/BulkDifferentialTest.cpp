@@ -120,6 +120,14 @@ PreparedEntry entryOfWords(Random& random)
     return below(random, 6) == 0 ? test::folderEntry(name) : test::itemEntry(name, wordsFor(random, 12));
 }
 
+std::vector<PreparedEntry> entriesOfWords(Random& random, std::size_t count)
+{
+    std::vector<PreparedEntry> entries;
+    while (entries.size() < count)
+        entries.push_back(entryOfWords(random));
+    return entries;
+}
+
 std::u32string partOfWord(Random& random)
 {
     static const std::vector<std::u32string> parts = {U"a",   U"e",     U"o",  U"chair", U"CHAIR", U"of", U"ffice",
@@ -146,9 +154,7 @@ Info searchOfWords(Random& random, std::size_t mostGroups, std::size_t mostTerms
 TEST(BulkDifferential, AgreesWhereTermsAreFrequentOrRare)
 {
     Random random(9);
-    std::vector<PreparedEntry> entries;
-    for (int i = 0; i < 6000; ++i)
-        entries.push_back(entryOfWords(random));
+    const std::vector<PreparedEntry> entries = entriesOfWords(random, 6000);
     const Library::Search::PreparedNames names = test::prepared(entries);
     std::size_t matches = 0;
     for (int i = 0; i < 60 && !HasFailure(); ++i)
@@ -159,9 +165,7 @@ TEST(BulkDifferential, AgreesWhereTermsAreFrequentOrRare)
 TEST(BulkDifferential, AgreesForManyGroups)
 {
     Random random(10);
-    std::vector<PreparedEntry> entries;
-    for (int i = 0; i < 1000; ++i)
-        entries.push_back(entryOfWords(random));
+    const std::vector<PreparedEntry> entries = entriesOfWords(random, 1000);
     const Library::Search::PreparedNames names = test::prepared(entries);
     for (int i = 0; i < 8 && !HasFailure(); ++i)
         compareWithCalls(searchOfWords(random, 300, 6), entries, names);
@@ -206,9 +210,7 @@ std::vector<ORGroup> multiplied(Random& random, const std::vector<ORGroup>& grou
 TEST(BulkDifferential, AgreesOnProductsOfAlternatives)
 {
     Random random(15);
-    std::vector<PreparedEntry> entries;
-    for (int i = 0; i < 3000; ++i)
-        entries.push_back(entryOfWords(random));
+    const std::vector<PreparedEntry> entries = entriesOfWords(random, 3000);
     const Library::Search::PreparedNames names = test::prepared(entries);
     std::size_t matches = 0;
     for (int i = 0; i < 60 && !HasFailure(); ++i) {
@@ -239,9 +241,7 @@ std::u32string partOfAnyText(Random& random, const std::vector<PreparedEntry>& e
 TEST(BulkDifferential, AgreesForManyLongTerms)
 {
     Random random(14);
-    std::vector<PreparedEntry> entries;
-    for (int i = 0; i < 5000; ++i)
-        entries.push_back(entryOfWords(random));
+    const std::vector<PreparedEntry> entries = entriesOfWords(random, 5000);
     const Library::Search::PreparedNames names = test::prepared(entries);
     std::size_t matches = 0;
     for (int i = 0; i < 20 && !HasFailure(); ++i) {
@@ -263,9 +263,7 @@ TEST(BulkDifferential, AgreesForManyLongTerms)
 TEST(BulkDifferential, AgreesOnAnyRange)
 {
     Random random(11);
-    std::vector<PreparedEntry> entries;
-    for (int i = 0; i < 2500; ++i)
-        entries.push_back(entryOfWords(random));
+    const std::vector<PreparedEntry> entries = entriesOfWords(random, 2500);
     const Library::Search::PreparedNames names = test::prepared(entries);
     for (int i = 0; i < 60; ++i) {
         const LibraryResultCategorizer categorizer(searchOfWords(random, 2, 2));
