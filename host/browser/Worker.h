@@ -30,8 +30,8 @@ public:
     void finish() { thread_.waitForDone(); }
 
     using Arrival = std::function<void()>;
-    /// Runs a job, which must not throw, on the thread, and then what it returns, if anything, on this object's
-    /// thread.
+    /// Runs a job on the thread, and then what it returns, if anything, on this object's thread. A job should not
+    /// throw: what it throws goes to the error log, and nothing arrives.
     void run(std::function<Arrival()> job);
 
     /// Frees something on the thread, in its turn: what holds a million items takes its time. It is never dropped.

@@ -1,7 +1,12 @@
 // The user-interface thread reads no library: while nobody may read one, the window still answers.
 #include "DrivenWindow.h"
 
+#include "host/browser/Worker.h"
 #include "host/browser/jobs/InstalledFiles.h"
+
+#include <VelkLibrary/ErrorLog.h>
+
+#include "support/Eventually.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -10,6 +15,7 @@
 
 #include <mutex>
 #include <shared_mutex>
+#include <stdexcept>
 
 namespace {
 
@@ -65,6 +71,20 @@ TEST_F(WhileFilesAreHeld, ItemsAreLookedAtAndFound)
     EXPECT_FALSE(showsPicture("detailPicture"));
     release();
     eventually([this] { return showsPicture("detailPicture"); });
+}
+
+class WorkerJob : public test::TestHost
+{};
+
+TEST_F(WorkerJob, WhatItThrowsGoesToTheErrorLog)
+{
+    VelkHost::Worker worker;
+    bool nextArrived = false;
+    worker.run([]() -> VelkHost::Worker::Arrival { throw std::runtime_error("out of chairs"); });
+    worker.run([&]() -> VelkHost::Worker::Arrival { return [&] { nextArrived = true; }; });
+    test::eventually([&] { return nextArrived; });
+    EXPECT_FALSE(worker.isBusy());
+    EXPECT_THAT(test::readFile(Library::ErrorLog::file()), testing::HasSubstr("out of chairs"));
 }
 
 }  // namespace
