@@ -90,8 +90,7 @@ Renamed renameAsPosix(const std::wstring& source, const std::wstring& target, bo
     std::memcpy(bytes.data() + offsetof(Renaming, name), full.c_str(), renaming.nameBytes + sizeof(wchar_t));
     // What is written through a handle with this flag, a name as well, lasts when the call returns.
     constexpr DWORD flags = FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT | FILE_FLAG_WRITE_THROUGH;
-    const Handle file(
-        ::CreateFileW(source.c_str(), DELETE | SYNCHRONIZE, shareAll, nullptr, OPEN_EXISTING, flags, nullptr));
+    const Handle file(::CreateFileW(source.c_str(), DELETE, shareAll, nullptr, OPEN_EXISTING, flags, nullptr));
     if (!file)
         return Renamed::no;
     if (::SetFileInformationByHandle(file.get(), renamingWithFlags, bytes.data(), static_cast<DWORD>(bytes.size())) !=
