@@ -102,12 +102,12 @@ TEST_F(PublishFolder, HasEveryInstalledNameOnce)
             StartsWith("core/T\u00FCr.calib: would be installed under the same name as \"core/T\u00DCR.calib\""));
         found.erase(found.begin());
     }
-    EXPECT_THAT(
-        found,
-        ElementsAre(
-            StartsWith("bonus/oak.calibz: would be installed under the same name as \"referenced/Oak.zip\""),
-            StartsWith("manufacturer/elm.calibz: would be installed under the same name as \"bonus/elm.calibz\""),
-            StartsWith("manufacturer/t\u00FCr.calibz: would be installed under the same name as")));
+    EXPECT_THAT(found,
+                ElementsAre(StartsWith("bonus/oak.calibz: would be installed under the same name as \"" +
+                                       test::shown("referenced/Oak.zip\"")),
+                            StartsWith("manufacturer/elm.calibz: would be installed under the same name as \"" +
+                                       test::shown("bonus/elm.calibz\"")),
+                            StartsWith("manufacturer/t\u00FCr.calibz: would be installed under the same name as")));
 }
 
 TEST_F(PublishFolder, AllowsACoreCatalogWithItsReferencedFiles)
