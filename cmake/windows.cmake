@@ -35,17 +35,23 @@ set(OPENSSL_USE_STATIC_LIBS ON)
 # Links to these folders alone: the machine's whole include folder would bring its C library.
 get_property(trying GLOBAL PROPERTY IN_TRY_COMPILE)
 if(NOT trying)
-    foreach(folder boost CLI)
+    foreach(folder boost CLI nlohmann)
         if(EXISTS /usr/include/${folder} AND NOT EXISTS ${VELK_WINDOWS_PREFIX}/include/${folder})
             file(MAKE_DIRECTORY ${machine_headers}/include)
             file(CREATE_LINK /usr/include/${folder} ${machine_headers}/include/${folder} SYMBOLIC)
         endif()
     endforeach()
-    # Looks for its headers from where it lies, so it is copied.
-    if(EXISTS ${machine_headers}/include/CLI)
-        file(COPY /usr/share/cmake/CLI11 DESTINATION ${machine_headers}/share/cmake)
-    endif()
+    # They look for their headers from where they lie, so they are copied.
+    foreach(configuration CLI11 nlohmann_json)
+        if(EXISTS /usr/share/cmake/${configuration})
+            file(COPY /usr/share/cmake/${configuration} DESTINATION ${machine_headers}/share/cmake)
+        endif()
+    endforeach()
 endif()
+
+# What is built here runs under Wine, with the same libraries.
+set(CMAKE_CROSSCOMPILING_EMULATOR
+    env VELK_WINDOWS_PREFIX=${VELK_WINDOWS_PREFIX} ${CMAKE_CURRENT_LIST_DIR}/../tools/windows/under-wine.sh)
 
 # Windows 10.
 add_compile_definitions(_WIN32_WINNT=0x0A00 WINVER=0x0A00)

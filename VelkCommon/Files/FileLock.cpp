@@ -114,9 +114,11 @@ void FileLock::release() noexcept
         file_.reset();
         return;
     }
-    if (!Platform::removeFile(path_.utf8(), false)) {
-        file_->close();
+    if constexpr (Platform::openFilesCanBeRemoved) {
         Platform::removeFile(path_.utf8(), false);
+        file_.reset();
+    } else {
+        file_.reset();
+        Platform::removeUnheldFile(path_.utf8());
     }
-    file_.reset();
 }

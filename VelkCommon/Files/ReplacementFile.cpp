@@ -4,6 +4,7 @@
 #include <VelkCommon/Files/detail/Leftovers.h>
 #include <VelkCommon/Platform/File.h>
 #include <VelkCommon/Platform/FileSystem.h>
+#include <VelkCommon/Platform/Process.h>
 
 #include <string>
 #include <utility>
@@ -30,7 +31,7 @@ ReplacementFile::ReplacementFile(const fileString& target, Existing existing) no
             sibling = target.parentPath() / Velk::detail::temporaryName();
             *file_ = Platform::File::open(sibling.utf8(), Platform::File::Mode::create);
         }
-        if (!isOpen())
+        if (!noted(isOpen()))
             return;
         path_ = std::move(sibling);
         static_cast<void>(file_->copyPermissionsFrom(target.utf8()));
@@ -53,7 +54,7 @@ bool ReplacementFile::write(std::string_view bytes) noexcept
 {
     if (!isOpen() || failed_)
         return false;
-    failed_ = !file_->write(bytes.data(), bytes.size());
+    failed_ = !noted(file_->write(bytes.data(), bytes.size()));
     return !failed_;
 }
 
@@ -62,7 +63,7 @@ bool ReplacementFile::copyFrom(Platform::File& source) noexcept
     if (!isOpen() || failed_)
         return false;
     try {
-        failed_ = !file_->copyFrom(source);
+        failed_ = !noted(file_->copyFrom(source));
     } catch (...) {
         failed_ = true;
     }
@@ -74,7 +75,7 @@ bool ReplacementFile::copyRange(Platform::File& source, long long offset, long l
     if (!isOpen() || failed_)
         return false;
     try {
-        failed_ = !file_->copyRange(source, offset, size);
+        failed_ = !noted(file_->copyRange(source, offset, size));
     } catch (...) {
         failed_ = true;
     }
@@ -102,16 +103,29 @@ bool ReplacementFile::commit() noexcept
 
 bool ReplacementFile::finish()
 {
-    const bool synced = !failed_ && file_->sync();
+    const bool synced = !failed_ && noted(file_->sync());
     const Platform::File lock = file_->duplicate();  // until the file has its name, it must not look like a leftover
-    const bool complete = file_->close() && synced;
+    const bool complete = noted(file_->close()) && synced;
     const bool replace = existing_ == Existing::replace;
     const std::string folder = Velk::detail::folderOf(target_);  // before the move: afterwards nothing may fail
-    if (!complete || Platform::move(path_.utf8(), target_.utf8(), replace) != Platform::MoveResult::moved)
+    if (!complete || !noted(Platform::move(path_.utf8(), target_.utf8(), replace) == Platform::MoveResult::moved))
         return false;
     path_ = {};
     Platform::syncFolder(folder);
     return true;
+}
+
+// Passes on whether a call of the system succeeded. Right behind the call: the next one may have another reason.
+bool ReplacementFile::noted(bool success) noexcept
+{
+    if (!success && failure_.empty()) {
+        try {
+            failure_ = Platform::lastErrorText();
+        } catch (...) {
+            // Without memory the failure itself must do.
+        }
+    }
+    return success;
 }
 
 void ReplacementFile::discard() noexcept

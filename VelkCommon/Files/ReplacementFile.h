@@ -4,6 +4,7 @@
 #include <VelkCommon/Files/fileString.h>
 
 #include <memory>
+#include <string>
 #include <string_view>
 
 namespace Velk::Platform {
@@ -46,6 +47,10 @@ public:
     /// Copies the access rights of `source`, on systems where each file has its own.
     bool copyPermissionsFrom(const fileString& source) noexcept;
 
+    /// Why the first call that failed did so: UTF-8, in the system's words. Empty when nothing failed, and when no
+    /// memory was left to say it.
+    const std::string& failure() const noexcept { return failure_; }
+
     /// Syncs the fresh file, closes it and renames it over the target. False on any failure, when an earlier
     /// write failed, and when the target exists and is to be kept; then the fresh file is removed. A second
     /// call returns false.
@@ -53,6 +58,7 @@ public:
 
 private:
     bool finish();
+    bool noted(bool success) noexcept;
     void discard() noexcept;
 
     fileString target_;
@@ -60,4 +66,5 @@ private:
     std::unique_ptr<Velk::Platform::File> file_;
     Existing existing_;
     bool failed_ = false;
+    std::string failure_;
 };

@@ -121,7 +121,7 @@ std::wstring fileString::toNativeString() const
 
 std::string fileString::humanReadableString() const
 {
-    return text_;
+    return Velk::Platform::shownPath(text_);
 }
 
 fileString& fileString::generateAsTempName(const fileString& extension)
@@ -167,5 +167,5 @@ fileString operator/(const fileString& folder, const std::u32string& name)
 
 std::ostream& operator<<(std::ostream& out, const fileString& path)
 {
-    return out << path.text_;
+    return out << path.humanReadableString();
 }

@@ -22,14 +22,27 @@ inline constexpr bool linesEndWithCarriageReturn = true;
 inline constexpr bool linesEndWithCarriageReturn = false;
 #endif
 
+/// Whether a file that is open can lose its name.
+#ifdef _WIN32
+inline constexpr bool openFilesCanBeRemoved = false;
+#else
+inline constexpr bool openFilesCanBeRemoved = true;
+#endif
+
 struct FileStatus
 {
     bool folder = false;
+    /// Neither a folder nor a device, a pipe or the like.
+    bool file = false;
     long long size = 0;
     /// Seconds since 1970-01-01 UTC.
     long long modified = 0;
     /// What tells it from all others on its volume, however its path is written.
     std::uint64_t number = 0;
+    /// What tells the volume from all others.
+    std::uint64_t volume = 0;
+    /// The same moment as `modified`, in nanoseconds and as exactly as the file system knows it.
+    long long modifiedNanoseconds = 0;
 };
 
 /// What is at `path`; for a link, its target. Empty when nothing is there.
@@ -39,6 +52,14 @@ VELKCOMMON_EXPORT bool nameTaken(const std::string& path) noexcept;
 /// Whether a link stands at `path`, wherever it leads; on Windows also any other reparse point, such as a junction.
 VELKCOMMON_EXPORT bool linkAt(const std::string& path) noexcept;
 
+/// The path from the root; `path` itself when it is empty, or when the system cannot tell the current folder. Throws
+/// only when memory runs out.
+VELKCOMMON_EXPORT std::string absolutePath(const std::string& path);
+
+/// Creates one folder as the process's defaults have it. True as well when the folder already exists.
+VELKCOMMON_EXPORT bool createFolder(const std::string& path) noexcept;
+/// Deletes a folder that is empty; false for a link.
+VELKCOMMON_EXPORT bool removeEmptyFolder(const std::string& path) noexcept;
 /// Creates one folder that every user may write to, whatever the process's defaults are. True as well when
 /// the folder already exists; then nothing changes.
 VELKCOMMON_EXPORT bool createSharedFolder(const std::string& path) noexcept;

@@ -73,7 +73,14 @@ std::optional<FileStatus> fileStatus(const std::string& path) noexcept
     struct stat status = {};
     if (::stat(systemPath(path), &status) != 0)
         return std::nullopt;
-    return FileStatus{S_ISDIR(status.st_mode), status.st_size, status.st_mtim.tv_sec, status.st_ino};
+    constexpr long long second = 1'000'000'000;
+    return FileStatus{S_ISDIR(status.st_mode),
+                      S_ISREG(status.st_mode),
+                      status.st_size,
+                      status.st_mtim.tv_sec,
+                      status.st_ino,
+                      status.st_dev,
+                      status.st_mtim.tv_sec * second + status.st_mtim.tv_nsec};
 }
 
 bool nameTaken(const std::string& path) noexcept
@@ -86,6 +93,35 @@ bool linkAt(const std::string& path) noexcept
 {
     struct stat status = {};
     return linkStatus(path, status) && S_ISLNK(status.st_mode);
+}
+
+std::string absolutePath(const std::string& path)
+{
+    if (path.empty() || path.front() == '/')
+        return path;
+    std::string folder(256, '\0');
+    while (::getcwd(folder.data(), folder.size()) == nullptr) {
+        if (errno != ERANGE)
+            return path;
+        folder.resize(2 * folder.size());
+    }
+    folder.resize(folder.find('\0'));
+    return folder + (folder.ends_with('/') ? "" : "/") + path;
+}
+
+bool createFolder(const std::string& path) noexcept
+{
+    if (::mkdir(systemPath(path), allBits) == 0)
+        return true;
+    const int error = errno;
+    const auto status = error == EEXIST ? fileStatus(path) : std::nullopt;
+    errno = error;
+    return status && status->folder;
+}
+
+bool removeEmptyFolder(const std::string& path) noexcept
+{
+    return ::rmdir(systemPath(path)) == 0;
 }
 
 bool createSharedFolder(const std::string& path) noexcept

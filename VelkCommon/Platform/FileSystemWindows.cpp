@@ -4,12 +4,17 @@
 
 #include <aclapi.h>
 
+#include <cstddef>
+#include <cstring>
+#include <vector>
+
 namespace Velk::Platform {
 namespace {
 
 // 1601-01-01 to 1970-01-01, in units of 100 ns.
 constexpr long long epoch = 116444736000000000LL;
 constexpr long long ticksPerSecond = 10000000LL;
+constexpr long long nanosecondsPerTick = 100;
 
 bool setAccessList(const std::wstring& path)
 {
@@ -51,6 +56,73 @@ bool isOrdinary(const Handle& file) noexcept
     return false;
 }
 
+// What SetFileInformationByHandle() takes for a renaming. Not every version of the system's headers has the flags.
+struct Renaming
+{
+    DWORD flags;
+    HANDLE folder;
+    DWORD nameBytes;
+    wchar_t name[1];
+};
+
+constexpr auto renamingWithFlags = static_cast<FILE_INFO_BY_HANDLE_CLASS>(22);
+constexpr DWORD replaceExisting = 0x1;
+constexpr DWORD posixSemantics = 0x2;
+constexpr DWORD ignoreReadOnly = 0x40;
+
+enum class Renamed { yes, no, unknownHere };
+
+bool isUnknownRequest(DWORD error) noexcept
+{
+    return error == ERROR_INVALID_PARAMETER || error == ERROR_INVALID_FUNCTION || error == ERROR_NOT_SUPPORTED;
+}
+
+// Renames as POSIX does: the new file takes the name at once, also from one that is read meanwhile or that is
+// read-only. Whoever has the old one open goes on with it. Older systems, and file systems of other kinds, cannot.
+Renamed renameAsPosix(const std::wstring& source, const std::wstring& target, bool replace)
+{
+    const std::wstring full = fullPath(target);
+    std::vector<std::byte> bytes(sizeof(Renaming) + full.size() * sizeof(wchar_t));
+    Renaming renaming = {};
+    renaming.flags = posixSemantics | (replace ? replaceExisting | ignoreReadOnly : 0U);
+    renaming.nameBytes = static_cast<DWORD>(full.size() * sizeof(wchar_t));
+    std::memcpy(bytes.data(), &renaming, sizeof renaming);
+    std::memcpy(bytes.data() + offsetof(Renaming, name), full.c_str(), renaming.nameBytes + sizeof(wchar_t));
+    // What is written through a handle with this flag, a name as well, lasts when the call returns.
+    constexpr DWORD flags = FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT | FILE_FLAG_WRITE_THROUGH;
+    const Handle file(::CreateFileW(source.c_str(), DELETE, shareAll, nullptr, OPEN_EXISTING, flags, nullptr));
+    if (!file)
+        return Renamed::no;
+    if (::SetFileInformationByHandle(file.get(), renamingWithFlags, bytes.data(), static_cast<DWORD>(bytes.size())) !=
+        0)
+        return Renamed::yes;
+    return isUnknownRequest(::GetLastError()) ? Renamed::unknownHere : Renamed::no;
+}
+
+// A read-only target is made writable only when it is really replaced: by then nothing else was in the way.
+bool renameInTheOldWay(const std::wstring& source, const std::wstring& target, bool replace)
+{
+    const DWORD flags = MOVEFILE_WRITE_THROUGH | (replace ? DWORD{MOVEFILE_REPLACE_EXISTING} : DWORD{0});
+    if (::MoveFileExW(source.c_str(), target.c_str(), flags) != 0)
+        return true;
+    const DWORD error = ::GetLastError();
+    const DWORD attributes = replace ? attributesOf(target) : INVALID_FILE_ATTRIBUTES;
+    const bool isReadOnly = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+    if (error == ERROR_ACCESS_DENIED && isReadOnly && !isFolder(attributes) && clearReadOnly(target, attributes)) {
+        if (::MoveFileExW(source.c_str(), target.c_str(), flags) != 0)
+            return true;
+        ::SetFileAttributesW(target.c_str(), attributes);
+    }
+    ::SetLastError(error);
+    return false;
+}
+
+bool renameOnce(const std::wstring& source, const std::wstring& target, bool replace)
+{
+    const Renamed renamed = renameAsPosix(source, target, replace);
+    return renamed == Renamed::unknownHere ? renameInTheOldWay(source, target, replace) : renamed == Renamed::yes;
+}
+
 }  // namespace
 
 std::optional<FileStatus> fileStatus(const std::string& path) noexcept
@@ -61,15 +133,24 @@ std::optional<FileStatus> fileStatus(const std::string& path) noexcept
             const Handle file(::CreateFileW(systemPath(path).c_str(), 0, shareAll, nullptr, OPEN_EXISTING,
                                             FILE_FLAG_BACKUP_SEMANTICS, nullptr));
             BY_HANDLE_FILE_INFORMATION found = {};
-            if (!file || ::GetFileInformationByHandle(file.get(), &found) == 0)
+            if (!file)
+                return std::nullopt;
+            // A device, such as the console, has nothing more to tell.
+            if (::GetFileType(file.get()) != FILE_TYPE_DISK)
+                return FileStatus();
+            if (::GetFileInformationByHandle(file.get(), &found) == 0)
                 return std::nullopt;
             const auto join = [](DWORD high, DWORD low) {
                 return static_cast<long long>(static_cast<unsigned long long>(high) << 32U | low);
             };
             const long long ticks = join(found.ftLastWriteTime.dwHighDateTime, found.ftLastWriteTime.dwLowDateTime);
-            return FileStatus{isFolder(found.dwFileAttributes), join(found.nFileSizeHigh, found.nFileSizeLow),
+            return FileStatus{isFolder(found.dwFileAttributes),
+                              !isFolder(found.dwFileAttributes),
+                              join(found.nFileSizeHigh, found.nFileSizeLow),
                               (ticks - epoch) / ticksPerSecond,
-                              static_cast<std::uint64_t>(join(found.nFileIndexHigh, found.nFileIndexLow))};
+                              static_cast<std::uint64_t>(join(found.nFileIndexHigh, found.nFileIndexLow)),
+                              found.dwVolumeSerialNumber,
+                              (ticks - epoch) * nanosecondsPerTick};
         },
         std::optional<FileStatus>());
 }
@@ -85,6 +166,38 @@ bool linkAt(const std::string& path) noexcept
         [&] {
             const DWORD attributes = attributesOf(systemPath(path));
             return attributes != INVALID_FILE_ATTRIBUTES && isLink(attributes);
+        },
+        false);
+}
+
+std::string absolutePath(const std::string& path)
+{
+    const std::wstring native = systemPath(path);
+    return native.empty() || isAbsolute(path) ? path : fromNativePath(fullPath(native));
+}
+
+bool createFolder(const std::string& path) noexcept
+{
+    return guarded(
+        [&] {
+            if (::CreateDirectoryW(systemPath(path).c_str(), nullptr) != 0)
+                return true;
+            const DWORD error = ::GetLastError();
+            const auto status = fileStatus(path);
+            ::SetLastError(error);
+            return status && status->folder;
+        },
+        false);
+}
+
+bool removeEmptyFolder(const std::string& path) noexcept
+{
+    return guarded(
+        [&] {
+            const std::wstring name = systemPath(path);
+            const DWORD attributes = attributesOf(name);
+            return attributes != INVALID_FILE_ATTRIBUTES && isFolder(attributes) && !isLink(attributes) &&
+                   ::RemoveDirectoryW(name.c_str()) != 0;
         },
         false);
 }
@@ -162,8 +275,13 @@ MoveResult move(const std::string& from, const std::string& to, bool replace) no
             if (attributes == INVALID_FILE_ATTRIBUTES || target.empty())
                 return MoveResult::failed;
             const bool mayReplace = replace && !isFolder(attributes);
-            const DWORD flags = MOVEFILE_WRITE_THROUGH | (mayReplace ? DWORD{MOVEFILE_REPLACE_EXISTING} : DWORD{0});
-            if (patiently([&] { return ::MoveFileExW(source.c_str(), target.c_str(), flags) != 0; }))
+            // A folder in the way is refused for good, in the same words as a file that is read for the moment.
+            const DWORD there = attributesOf(target);
+            if (there != INVALID_FILE_ATTRIBUTES && isFolder(there) && mayReplace) {
+                ::SetLastError(ERROR_ACCESS_DENIED);
+                return MoveResult::failed;
+            }
+            if (patiently(readAttempts, [&] { return renameOnce(source, target, mayReplace); }))
                 return MoveResult::moved;
             return ::GetLastError() == ERROR_NOT_SAME_DEVICE ? MoveResult::otherVolume : MoveResult::failed;
         },
@@ -172,7 +290,7 @@ MoveResult move(const std::string& from, const std::string& to, bool replace) no
 
 void syncFolder(const std::string&) noexcept
 {
-    // Nothing to do: MOVEFILE_WRITE_THROUGH has already made the names last.
+    // Nothing to do: move() has already made the names last.
 }
 
 std::optional<std::uint64_t> freeSpace(const std::string& folder) noexcept

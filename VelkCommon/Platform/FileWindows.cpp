@@ -47,7 +47,10 @@ File File::open(const std::string& path, Mode mode) noexcept
 File::LockResult File::openLocked(const std::string& path, Lock lock) noexcept
 {
     // An open file is locked here: nobody else may open it in a way that it is not shared for.
-    const DWORD share = lock == Lock::exclusive ? 0 : FILE_SHARE_READ;
+    // A file that is only read may be replaced meanwhile: the reader goes on with the old one.
+    const DWORD share = lock == Lock::exclusive ? 0
+                        : lock == Lock::shared  ? FILE_SHARE_READ | FILE_SHARE_DELETE
+                                                : FILE_SHARE_READ;
     File file(numberOf(lock == Lock::shared ? openForReading(path, share)
                                             : openFile(path, GENERIC_READ | GENERIC_WRITE, share, OPEN_ALWAYS)));
     if (!file.isOpen() && lock != Lock::shared && ::GetLastError() == ERROR_ACCESS_DENIED)

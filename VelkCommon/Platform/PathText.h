@@ -35,6 +35,8 @@ VELKCOMMON_EXPORT bool isAbsolute(std::string_view path) noexcept;
 VELKCOMMON_EXPORT std::u32string toUnicodePath(std::string_view path);
 /// The reverse of toUnicodePath(). A value above U+10FFFF becomes U+FFFD.
 VELKCOMMON_EXPORT std::string fromUnicodePath(std::u32string_view points);
+/// The path as people on this system write it: on Windows with "\" between its parts throughout.
+VELKCOMMON_EXPORT std::string shownPath(std::string_view path);
 /// The form that the system's calls take, see fileString::toNativeString(). Lone surrogates stay, and odd bytes
 /// are represented as in toUnicodePath().
 VELKCOMMON_EXPORT std::wstring toNativePath(std::string_view path);

@@ -14,6 +14,11 @@ bool isAbsolute(std::string_view path) noexcept
     return path.starts_with('/');
 }
 
+std::string shownPath(std::string_view path)
+{
+    return std::string(path);
+}
+
 std::wstring toNativePath(std::string_view path)
 {
     const std::u32string points = toUnicodePath(path);

@@ -7,9 +7,6 @@
 namespace Velk::Platform {
 namespace {
 
-// The limit for files is 259 characters; that for folders is 12 less.
-constexpr std::size_t longestPlainPath = 247;
-
 bool isDriveLetter(char letter) noexcept
 {
     return (letter >= 'A' && letter <= 'Z') || (letter >= 'a' && letter <= 'z');
@@ -72,6 +69,16 @@ bool isAbsolute(std::string_view path) noexcept
 {
     const std::size_t root = rootLength(path);
     return root >= 3 && (path[1] == ':' || isSeparator(path[1]));
+}
+
+std::string shownPath(std::string_view path)
+{
+    std::string shown(path);
+    // What may be a path or an address, and is an address.
+    if (path.find("://") != std::string_view::npos)
+        return shown;
+    std::replace(shown.begin(), shown.end(), '/', '\\');
+    return shown;
 }
 
 std::wstring toNativePath(std::string_view path)

@@ -15,6 +15,9 @@ namespace Velk::Platform {
 /// The text of the calling thread's last system error, UTF-8, without line break. Ask for it before
 /// anything else runs.
 VELKCOMMON_EXPORT std::string lastErrorText();
+/// Whether that error says that the path names nothing, so that something could be made there or a folder above is
+/// missing. Other errors leave open what is there.
+VELKCOMMON_EXPORT bool lastErrorIsNotFound() noexcept;
 /// Whether that error is lack of memory. A file that cannot be looked at for this reason is neither missing nor
 /// damaged.
 VELKCOMMON_EXPORT bool lastErrorIsLackOfMemory() noexcept;

@@ -16,6 +16,11 @@ std::string lastErrorText()
     return std::strerror(errno);
 }
 
+bool lastErrorIsNotFound() noexcept
+{
+    return errno == ENOENT || errno == ENOTDIR;
+}
+
 bool lastErrorIsLackOfMemory() noexcept
 {
     return errno == ENOMEM;

@@ -21,6 +21,13 @@ std::string lastErrorText()
     return text.empty() ? "error " + std::to_string(error) : fromNativePath(text);
 }
 
+bool lastErrorIsNotFound() noexcept
+{
+    const DWORD error = ::GetLastError();
+    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND || error == ERROR_INVALID_NAME ||
+           error == ERROR_BAD_NETPATH || error == ERROR_BAD_PATHNAME || error == ERROR_INVALID_DRIVE;
+}
+
 bool lastErrorIsLackOfMemory() noexcept
 {
     const DWORD error = ::GetLastError();

@@ -112,11 +112,11 @@ bool removeTree(const std::string& path, bool overrideReadOnly)
 {
     const std::wstring name = systemPath(path);
     const DWORD attributes = attributesOf(name);
-    if (attributes == INVALID_FILE_ATTRIBUTES || !isAbsolute(path))
+    if (attributes == INVALID_FILE_ATTRIBUTES)
         return false;
     if (isLink(attributes))
         return removeOne(name, attributes, overrideReadOnly);
-    return isFolder(attributes) && TreeRemover(overrideReadOnly).remove(withLongPrefix(name));
+    return isFolder(attributes) && TreeRemover(overrideReadOnly).remove(withLongPrefix(fullPath(name)));
 }
 
 }  // namespace Velk::Platform

@@ -69,13 +69,21 @@ std::string groupByThousands(const std::string& whole, const std::string& separa
     return grouped;
 }
 
+/// Not by std::round(): some standard libraries add a half, which makes 1 out of the number just below 0.5. The
+/// difference is exact here.
+double nearestWhole(double value)
+{
+    const double towardsZero = std::trunc(value);
+    return std::abs(value - towardsZero) < 0.5 ? towardsZero : towardsZero + std::copysign(1.0, value);
+}
+
 /// Rounds halves away from zero and limits the result to the range of `T`.
 template <typename T>
 T rounded(double value)
 {
     if (std::isnan(value))
         return 0;
-    const double whole = std::round(value);
+    const double whole = nearestWhole(value);
     if (whole <= static_cast<double>(std::numeric_limits<T>::min()))
         return std::numeric_limits<T>::min();
     if (whole >= static_cast<double>(std::numeric_limits<T>::max()))

@@ -23,19 +23,28 @@ bool equalsIgnoringCase(std::string_view text, std::string_view upperCase)
                       [](char left, char right) { return upper(left) == right; });
 }
 
+// A digit from 1 on; of the superscript ones, only those that old code pages have count.
+bool isDeviceNumber(std::string_view text)
+{
+    constexpr std::array<std::string_view, 3> superscripts{"\u00B9", "\u00B2", "\u00B3"};
+    if (text.size() == 1)
+        return text[0] >= '1' && text[0] <= '9';
+    return std::find(superscripts.begin(), superscripts.end(), text) != superscripts.end();
+}
+
 // "CON", "nul.txt", "Com1.tar.gz": Windows opens the device, whatever the extension.
 bool namesDevice(std::string_view name)
 {
-    constexpr std::array<std::string_view, 4> devices{"CON", "PRN", "AUX", "NUL"};
+    constexpr std::array<std::string_view, 6> devices{"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$"};
     constexpr std::array<std::string_view, 2> numbered{"COM", "LPT"};
     std::string_view base = name.substr(0, name.find('.'));
     base = base.substr(0, base.find_last_not_of(' ') + 1);
     const auto isBase = [&](std::string_view device) { return equalsIgnoringCase(base, device); };
     if (std::any_of(devices.begin(), devices.end(), isBase))
         return true;
-    if (base.size() != 4 || base[3] < '1' || base[3] > '9')
+    if (base.size() <= 3 || !isDeviceNumber(base.substr(3)))
         return false;
-    base.remove_suffix(1);
+    base = base.substr(0, 3);
     return std::any_of(numbered.begin(), numbered.end(), isBase);
 }
 

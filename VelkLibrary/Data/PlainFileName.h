@@ -15,7 +15,8 @@ namespace Library {
 ///
 /// A plain name is 1 to 255 bytes long and does not end with a dot or a blank. It has none of the characters
 /// / \ : * ? " < > | and no control character (see holdsControlCharacter()). And it is not the name of a device
-/// (CON, PRN, AUX, NUL, COM1 to COM9, LPT1 to LPT9, in any letter case), neither alone nor with an extension.
+/// (CON, PRN, AUX, NUL, CONIN$, CONOUT$, COM1 to COM9, LPT1 to LPT9, in any letter case, and COM and LPT with a
+/// superscript 1, 2 or 3), neither alone nor with an extension.
 /// Examples: "Küche 2.calib" and ".hidden" are plain; "..", "a/b", "nul.txt" and "name." are not. Bytes that are not
 /// UTF-8 do not count against a name.
 VELKLIBRARY_EXPORT bool isPlainFileName(std::string_view name) noexcept;

@@ -3,6 +3,7 @@
 #include <VelkCommon/Archive/ZipUtils.h>
 #include <VelkCommon/Files/FileReaper.h>
 #include <VelkCommon/Files/FileSearch.h>
+#include <VelkCommon/Files/FileState.h>
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/LockingFStream.h>
 #include <VelkCommon/Files/PathUtils.h>
@@ -13,12 +14,10 @@
 #include <VelkCommon/Text/xl8.h>
 #include <VelkLibrary/Data/FileExtensions.h>
 
-#include <filesystem>
 #include <functional>
 #include <new>
 #include <set>
 #include <string>
-#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -241,16 +240,6 @@ bool putInPlace(const fileString& source, const fileString& destination, Progres
     return merge(source, destination, progress != nullptr ? *progress : unwatched);
 }
 
-// By the file, as a path has several spellings: "./", linked folders, letter case where it does not count.
-bool isSameFile(const fileString& one, const fileString& other)
-{
-    const auto systemPath = [](const fileString& path) {
-        return std::filesystem::path(std::u8string(path.utf8().begin(), path.utf8().end()));
-    };
-    std::error_code notThere;
-    return std::filesystem::equivalent(systemPath(one), systemPath(other), notThere);
-}
-
 }  // namespace
 
 namespace LibraryImport {
@@ -299,7 +288,7 @@ fileString getArchivedTexturePath(const fileString& library, bool referenced)
 
 bool moveArchivedTextures(const fileString& source, const fileString& destination, ProgressSubject* progress)
 {
-    if (!FileUtils::pathExists(source) || isSameFile(source, destination))
+    if (!FileUtils::pathExists(source) || Velk::isSameFile(source, destination))
         return true;
     const bool placed = putInPlace(source, destination, progress);
     if (placed)

@@ -22,7 +22,7 @@ void readHashes(const fileString& hashFile, CatalogTable& catalogs, std::uint32_
     if (FileUtils::fileSize(hashFile) > largestHashFile)
         return;
     const fileString folder = hashFile.parentPath();
-    LockingFStream file(hashFile, LockingFStream::in);
+    LockingFStream file(hashFile, LockingFStream::in | LockingFStream::binary);  // lines end as the parser has it
     for (std::string line; std::getline(file, line);) {
         auto entry = detail::parseHashLine(line);
         if (!entry || !(folder / fileString(entry->first)).pathExists())
@@ -42,7 +42,7 @@ std::string hashText(const CatalogTable& catalogs, std::uint32_t kind)
         const std::string& hash = record.updated ? record.remoteHash : record.localHash;
         if (record.kind != kind || hash.empty())
             continue;
-        const std::string line = name.humanReadableString() + ":" + hash;
+        const std::string line = name.utf8() + ":" + hash;
         if (!holdsControlCharacter(line))
             text += line + "\n";
     }

@@ -2,23 +2,13 @@
 
 #include "host/browser/language/Reasons.h"
 
+#include <VelkLibrary/ErrorLog.h>
+
 #include <exception>
 #include <new>
 #include <utility>
 
 namespace VelkHost {
-namespace {
-
-Worker::Arrival arrivalOf(const std::function<Worker::Arrival()>& job, const Worker::Arrival& ranOut)
-{
-    try {
-        return job();
-    } catch (const std::bad_alloc&) {
-        return ranOut;
-    }
-}
-
-}  // namespace
 
 QString failureOf(const std::function<void()>& work)
 {
@@ -29,6 +19,24 @@ QString failureOf(const std::function<void()>& work)
         return failureText(error);
     }
 }
+
+namespace {
+
+/// An exception that left the thread would end the program. Lack of memory has an outcome of its own; any other failure
+/// is one that nobody foresaw.
+Worker::Arrival arrivalOf(const std::function<Worker::Arrival()>& job, const Worker::Arrival& ranOut)
+{
+    try {
+        return job();
+    } catch (const std::bad_alloc&) {
+        return ranOut;
+    } catch (const std::exception& error) {
+        Library::ErrorLog() << "Unexpected failure:  " << failureText(error).toStdString() << "\n";
+        return {};
+    }
+}
+
+}  // namespace
 
 Worker::Worker(QObject* parent) : QObject(parent)
 {

@@ -30,8 +30,9 @@ public:
     void finish() { thread_.waitForDone(); }
 
     using Arrival = std::function<void()>;
-    /// Runs a job on the thread, and then what it returns, if anything, on this object's thread. The job throws nothing
-    /// but std::bad_alloc; then `ranOut` takes the place of what it would return.
+    /// Runs a job on the thread, and then what it returns, if anything, on this object's thread. Where the job throws
+    /// std::bad_alloc, `ranOut` takes the place of what it would return; what else it throws goes to the error log, and
+    /// nothing arrives.
     void run(std::function<Arrival()> job, Arrival ranOut = {});
 
     /// Frees something on the thread, in its turn: what holds a million items takes its time. It is never dropped.

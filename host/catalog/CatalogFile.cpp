@@ -270,7 +270,7 @@ void writeCatalog(const Catalog& catalog, const fileString& path)
         throw FileError(path, error.why());
     }
     if (!file.commit())
-        throw FileError(path, "cannot be written completely; is the disk full, or the file in use?");
+        throw FileError(path, {"cannot be written: %1", {file.failure()}});
 }
 
 Catalog readCatalog(const fileString& path, CatalogContent content)

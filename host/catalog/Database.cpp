@@ -1,14 +1,13 @@
 #include "host/catalog/Database.h"
 
 #include "host/support/FileError.h"
-#include "host/support/SystemPath.h"
+#include "host/support/System.h"
 
 #include <VelkCommon/Text/Ascii.h>
 #include <VelkCommon/Text/PercentEncoding.h>
 
 #include <sqlite3.h>
 
-#include <filesystem>
 #include <new>
 #include <utility>
 
@@ -20,17 +19,15 @@ constexpr std::int64_t baseWork = 10'000'000;  // instructions allowed for any f
 constexpr std::int64_t workPerByte = 8;  // and for each of its bytes; a row takes some 15 bytes and 20 instructions
 
 /// The file as a URI that asks for a read without locks and journals. An absolute path gets an empty authority, so that
-/// one that begins with "//" is not read as a host's name; a drive stands behind a "/".
+/// one that begins with "//" is not read as a host's name.
 std::string immutableUri(const fileString& file)
 {
     const auto isUnreserved = [](char c) {
         return Velk::Ascii::isLetter(c) || Velk::Ascii::isDigit(c) ||
                std::string_view("-._~/").find(c) != std::string_view::npos;
     };
-    const std::filesystem::path native = systemPath(file);
-    const std::string path = fromSystemPath(native).utf8();
-    const char* const scheme = path.starts_with('/') ? "file://" : native.has_root_name() ? "file:///" : "file:";
-    return scheme + Velk::percentEncoded(path, isUnreserved) + "?immutable=1";
+    const std::string path = pathForLibraries(file);
+    return (path.starts_with('/') ? "file://" : "file:") + Velk::percentEncoded(path, isUnreserved) + "?immutable=1";
 }
 
 int countDown(void* workLeft)
@@ -93,7 +90,7 @@ Database Database::openForReading(const fileString& path, std::uint64_t fileByte
 
 Database Database::openForWriting(const fileString& path)
 {
-    Database database(path, path.utf8(), SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    Database database(path, pathForLibraries(path), SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
     database.execute("PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF; PRAGMA locking_mode = EXCLUSIVE");
     return database;
 }

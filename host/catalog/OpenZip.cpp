@@ -1,6 +1,7 @@
 #include "host/catalog/OpenZip.h"
 
 #include "host/support/FileError.h"
+#include "host/support/System.h"
 
 #include <zip.h>
 
@@ -19,7 +20,7 @@ void ZipEntryCloser::operator()(zip_file* entry) const
 OpenZip openZip(const fileString& path, bool checked)
 {
     int code = 0;
-    OpenZip archive(zip_open(path.utf8().c_str(), ZIP_RDONLY | (checked ? ZIP_CHECKCONS : 0), &code));
+    OpenZip archive(zip_open(pathForLibraries(path).c_str(), ZIP_RDONLY | (checked ? ZIP_CHECKCONS : 0), &code));
     if (archive)
         return archive;
     zip_error_t error;

@@ -3,6 +3,7 @@
 #include "host/catalog/ArchiveReader.h"
 #include "host/support/FileError.h"
 #include "host/support/Folders.h"
+#include "host/support/System.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 
@@ -15,7 +16,8 @@ NewArchive::NewArchive(const fileString& target)
     : target_(absolutePath(target)),
       folder_(target_.parentPath()),
       made_(folder_.path() / U"new.zip"),
-      archive_(folder_.path().empty() ? nullptr : zip_open(made_.utf8().c_str(), ZIP_CREATE | ZIP_TRUNCATE, nullptr))
+      archive_(folder_.path().empty() ? nullptr
+                                      : zip_open(pathForLibraries(made_).c_str(), ZIP_CREATE | ZIP_TRUNCATE, nullptr))
 {
     WorkFolder::removeLeftovers(target_.parentPath());
     if (archive_ == nullptr)
@@ -30,7 +32,7 @@ NewArchive::~NewArchive()
 
 void NewArchive::addFile(const std::string& name, const fileString& path)
 {
-    zip_source_t* const source = zip_source_file(archive_, path.utf8().c_str(), 0, -1);
+    zip_source_t* const source = zip_source_file(archive_, pathForLibraries(path).c_str(), 0, -1);
     if (source == nullptr)
         throw FileError(path, std::string("cannot be read (") + zip_strerror(archive_) + ")");
     sizes_[name] = static_cast<std::uint64_t>(std::max(FileUtils::fileSize(path), 0LL));

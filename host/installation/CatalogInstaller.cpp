@@ -3,6 +3,7 @@
 #include "host/catalog/CatalogFile.h"
 #include "host/support/FileError.h"
 
+#include <VelkCommon/Files/FileState.h>
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkLibrary/CatalogDownloadProtocol.h>
@@ -142,9 +143,14 @@ void CatalogInstaller::putInPlace(const LibraryReport& library) const
     if (!FileUtils::createDirectoriesWithPerm(library.installedPath.parentPath()))
         throw FileError(library.installedPath, "its folder cannot be made");
     bool moved = false;
-    whileUnused_([&] { moved = FileUtils::moveFile(library.database.path, library.installedPath, true); });
+    std::string why;
+    whileUnused_([&] {
+        moved = FileUtils::moveFile(library.database.path, library.installedPath, true);
+        if (!moved)
+            why = Velk::lastFileFailure();
+    });
     if (!moved)
-        throw FileError(library.installedPath, "it cannot be replaced; is it open elsewhere, or the disk full?");
+        throw FileError(library.installedPath, {"it cannot be replaced: %1", {why}});
 }
 
 // Only now, when everything is in place. The archive of a core library is compared with its tag by every update, so it

@@ -4,20 +4,18 @@
 #include "host/support/SystemPath.h"
 #include "host/support/WholeFile.h"
 
+#include <VelkCommon/Files/FileState.h>
 #include <VelkCommon/Files/PathUtils.h>
 #include <VelkCommon/Files/SHA1.h>
 #include <VelkCommon/Text/StringUtils.h>
 #include <VelkLibrary/Data/PlainFileName.h>
 
 #include <charconv>
-#include <filesystem>
 #include <fstream>
 #include <vector>
 
 namespace VelkHost {
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr const char32_t* recordName = U"installed.record";
 constexpr std::string_view firstLine = "velk installed libraries 1";
@@ -73,16 +71,12 @@ bool isWorthKeeping(const InstalledLibrary& library)
 
 std::optional<InstalledFile> stateOf(const fileString& path, const std::optional<InstalledFile>& before)
 {
-    std::error_code error;
+    const Velk::FileState found = Velk::fileState(path);
+    if (found.kind != Velk::FileState::Kind::file)
+        return std::nullopt;
     InstalledFile state;
-    if (!fs::is_regular_file(systemPath(path), error) || error)
-        return std::nullopt;
-    state.size = fs::file_size(systemPath(path), error);
-    if (error)
-        return std::nullopt;
-    state.modified = fs::last_write_time(systemPath(path), error).time_since_epoch().count();
-    if (error)
-        return std::nullopt;
+    state.size = found.size;
+    state.modified = found.modified;
     if (before && before->size == state.size && before->modified == state.modified)
         return before;
     state.sha1 = SHA1::fileContentsToSHA1Hex(path);
@@ -98,7 +92,7 @@ fileString InstalledRecord::path()
 
 InstalledRecord::InstalledRecord()
 {
-    std::ifstream file(systemPath(path()), std::ios::binary);
+    std::ifstream file(streamPath(path()), std::ios::binary);
     std::string line;
     if (!std::getline(file, line) || line != firstLine)
         return;
@@ -126,7 +120,7 @@ void InstalledRecord::set(const Key& key, const InstalledLibrary& library)
         lines_ = libraries_.size();
         return;
     }
-    std::ofstream file(systemPath(path()), std::ios::binary | std::ios::app);
+    std::ofstream file(streamPath(path()), std::ios::binary | std::ios::app);
     file << '\n' + lineOf(key, library) + '\n';
     file.close();
     if (!file)

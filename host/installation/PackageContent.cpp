@@ -5,14 +5,13 @@
 #include "host/support/SystemPath.h"
 
 #include <VelkCommon/Archive/ZipUtils.h>
+#include <VelkCommon/Files/FileState.h>
 #include <VelkLibrary/Data/FileExtensions.h>
 
 #include <zlib.h>
 
-#include <filesystem>
 #include <fstream>
 #include <optional>
-#include <system_error>
 #include <vector>
 
 namespace VelkHost {
@@ -23,7 +22,7 @@ constexpr std::size_t checkedBlock = std::size_t{1} << 20;  // bytes
 /// The checksum that archives keep, of a whole file; nothing when it cannot be read.
 std::optional<std::uint32_t> checksumOf(const fileString& path, const std::function<void()>& betweenBlocks)
 {
-    std::ifstream file(systemPath(path), std::ios::binary);
+    std::ifstream file(streamPath(path), std::ios::binary);
     std::vector<char> block(checkedBlock);
     uLong checksum = crc32(0, nullptr, 0);
     while (file.read(block.data(), static_cast<std::streamsize>(block.size())) || file.gcount() > 0) {
@@ -81,9 +80,9 @@ PackageContent::PackageContent(const fileString& archive) : archive_(archive)
 void PackageContent::requireUnpacked(const fileString& database, const fileString& others,
                                      const std::function<void()>& betweenBlocks) const
 {
-    std::error_code error;
-    const std::uintmax_t size = std::filesystem::file_size(systemPath(database), error);
-    if (error || size != database_.size || checksumOf(database, betweenBlocks) != database_.checksum)
+    const Velk::FileState state = Velk::fileState(database);
+    if (state.kind != Velk::FileState::Kind::file || state.size != database_.size ||
+        checksumOf(database, betweenBlocks) != database_.checksum)
         throw FileError(archive_, "its catalog file could not be unpacked; is it damaged, or the disk full?");
     if (hasOthers())
         requireOthers(others, betweenBlocks);

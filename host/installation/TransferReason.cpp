@@ -1,10 +1,9 @@
 #include "host/installation/TransferReason.h"
 
-#include "host/support/SystemPath.h"
+#include <VelkCommon/Files/FileState.h>
 
 #include <cstdint>
-#include <filesystem>
-#include <system_error>
+#include <optional>
 
 namespace VelkHost {
 namespace {
@@ -23,13 +22,12 @@ enum Code : unsigned int {
 };
 
 /// What a download leaves free on a disk.
-constexpr std::uintmax_t diskReserve = std::uintmax_t{256} << 20;
+constexpr std::uint64_t diskReserve = std::uint64_t{256} << 20;
 
 bool isDiskFull(const fileString& folder)
 {
-    std::error_code error;
-    const std::filesystem::space_info space = std::filesystem::space(systemPath(folder), error);
-    return !error && space.available < 2 * diskReserve;
+    const std::optional<std::uint64_t> space = Velk::freeSpace(folder);
+    return space && *space < 2 * diskReserve;
 }
 
 }  // namespace

@@ -4,9 +4,9 @@
 #include "host/service/SiteAnswer.h"
 #include "host/support/FileError.h"
 #include "host/support/Folders.h"
-#include "host/support/SystemPath.h"
 #include "host/support/WholeFile.h"
 
+#include <VelkCommon/Files/FileState.h>
 #include <VelkCommon/Files/WorkFolder.h>
 #include <VelkCommon/Text/Ascii.h>
 
@@ -156,10 +156,12 @@ std::string locations(const std::string& site)
 /// A relative path would depend on the folder that nginx is started in.
 std::string absolute(const fileString& site)
 {
-    std::error_code error;
-    const std::filesystem::path path = std::filesystem::absolute(systemPath(site), error);
-    std::string result = fromSystemPath(path.lexically_normal()).utf8();
-    if (error || std::any_of(result.begin(), result.end(), Velk::Ascii::isControl<char>))
+    // Its configuration has "/" on every system. This is about text; the disk is not looked at.
+    const std::string path = Velk::absolutePath(site).utf8();
+    const std::u8string normal =
+        std::filesystem::path(std::u8string(path.begin(), path.end())).lexically_normal().generic_u8string();
+    std::string result(normal.begin(), normal.end());
+    if (std::any_of(result.begin(), result.end(), Velk::Ascii::isControl<char>))
         throw FileError(site, "has a path that cannot stand in a configuration");
     return result;
 }

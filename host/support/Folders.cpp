@@ -1,26 +1,26 @@
 #include "host/support/Folders.h"
 
 #include "host/support/FileError.h"
-#include "host/support/SystemPath.h"
+
+#include <VelkCommon/Files/FileState.h>
+#include <VelkCommon/Files/FileUtils.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <system_error>
-
-namespace fs = std::filesystem;
 
 namespace VelkHost {
 namespace {
 
+using Kind = Velk::FileState::Kind;
+
 /// The nearest thing above a path that is not a folder, so that nothing can be below it; empty without one.
-fs::path fileAbove(const fs::path& path)
+fileString fileAbove(const fileString& path)
 {
-    std::error_code ignored;
-    for (fs::path above = path.parent_path(); !above.empty(); above = above.parent_path()) {
-        const fs::file_status status = fs::status(above, ignored);
-        if (fs::exists(status))
-            return fs::is_directory(status) ? fs::path() : above;
-        if (above == above.parent_path())
+    for (fileString above = path.parentPath(); !above.empty(); above = above.parentPath()) {
+        const Kind kind = Velk::fileState(above).kind;
+        if (kind != Kind::nothing && kind != Kind::unknown)
+            return kind == Kind::folder ? fileString() : above;
+        if (above == above.parentPath())
             break;
     }
     return {};
@@ -28,45 +28,29 @@ fs::path fileAbove(const fs::path& path)
 
 }  // namespace
 
-fileString absolutePath(const fileString& path)
-{
-    std::error_code error;
-    const fs::path absolute = fs::absolute(systemPath(path), error);
-    return error ? path : fromSystemPath(absolute);
-}
-
 bool isFolder(const fileString& path)
 {
-    std::error_code ignored;
-    return !path.empty() && fs::is_directory(systemPath(path), ignored);
+    return Velk::fileState(path).kind == Kind::folder;
 }
 
 std::optional<Absence> absenceOf(const fileString& path)
 {
-    const fs::path native = systemPath(path);
-    std::error_code error;
-    const fs::file_status status = fs::status(native, error);
-    if (fs::exists(status))
+    const Velk::FileState state = Velk::fileState(path);
+    if (state.kind != Kind::nothing && state.kind != Kind::unknown)
         return std::nullopt;
-    std::error_code ignored;
-    if (fs::is_symlink(fs::symlink_status(native, ignored)))
+    if (FileUtils::isLink(path))
         return Absence{false, "is a link to something that cannot be found"};
-    if (const fs::path file = fileAbove(native); !file.empty())
-        return Absence{false, {"does not exist: %1 is not a folder", {fromSystemPath(file).humanReadableString()}}};
-    if (status.type() == fs::file_type::not_found)
+    if (const fileString file = fileAbove(path); !file.empty())
+        return Absence{false, {"does not exist: %1 is not a folder", {file.humanReadableString()}}};
+    if (state.kind == Kind::nothing)
         return Absence{true, "does not exist"};
-    return Absence{false, {"cannot be read: %1", {error.message()}}};
+    return Absence{false, {"cannot be read: %1", {state.why}}};
 }
 
 void makeFolder(const fileString& path)
 {
-    std::error_code error;
-    fs::create_directories(systemPath(path), error);
-    if (isFolder(path))
-        return;
-    if (error)
-        throw FileError(path, {"cannot be created as a folder: %1", {error.message()}});
-    throw FileError(path, "cannot be created as a folder");
+    if (const std::optional<std::string> why = Velk::makeFolders(path))
+        throw FileError(path, {"cannot be created as a folder: %1", {*why}});
 }
 
 std::vector<fileString> filesInFolder(const fileString& folder, std::string_view extension)

@@ -2,6 +2,7 @@
 
 #include "host/support/Reason.h"
 
+#include <VelkCommon/Files/FileState.h>
 #include <VelkCommon/Files/FolderListing.h>
 #include <VelkCommon/Files/fileString.h>
 
@@ -11,8 +12,7 @@
 
 namespace VelkHost {
 
-/// A relative path, counted from the current folder; any other path unchanged.
-fileString absolutePath(const fileString& path);
+using Velk::absolutePath;
 
 /// Whether a folder stands at `path`; a link counts by its target.
 bool isFolder(const fileString& path);

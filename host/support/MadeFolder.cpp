@@ -1,10 +1,8 @@
 #include "host/support/MadeFolder.h"
 
 #include "host/support/Folders.h"
-#include "host/support/SystemPath.h"
 
-#include <filesystem>
-#include <system_error>
+#include <VelkCommon/Files/FileState.h>
 
 namespace VelkHost {
 
@@ -17,9 +15,8 @@ MadeFolder::MadeFolder(const fileString& path)
 
 MadeFolder::~MadeFolder()
 {
-    std::error_code notEmpty;
     for (const fileString& folder : made_)
-        std::filesystem::remove(systemPath(folder), notEmpty);
+        Velk::removeEmptyFolder(folder);
 }
 
 }  // namespace VelkHost

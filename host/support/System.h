@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VelkCommon/Files/fileString.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -41,6 +43,9 @@ void writeToError(std::string_view text) noexcept;
 void watchInterrupts();
 /// Whether Ctrl-C was pressed since then. Any thread.
 bool interrupted() noexcept;
+
+/// The path for libraries that open files by names in UTF-8: on Windows in a form that may be of any length.
+std::string pathForLibraries(const fileString& path);
 
 /// `text` quoted for the system's shell; unchanged where it needs no quotes.
 std::string shellQuoted(const std::string& text);

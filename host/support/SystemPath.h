@@ -1,26 +1,25 @@
 #pragma once
 
+#include <VelkCommon/Files/FileState.h>
 #include <VelkCommon/Files/fileString.h>
 
 #include <filesystem>
 #include <string>
 
 /// @file
-/// Paths for the standard library's file operations. By way of UTF-8, which keeps names on Linux that are not
-/// valid text, and is exact on Windows.
+/// Paths for the standard library's streams.
 
 namespace VelkHost {
 
-inline std::filesystem::path systemPath(const fileString& path)
+/// The path for a stream, and for nothing else: on Windows the standard library's other operations do not know the form
+/// that long paths have there. Elsewhere it is made of bytes, which keeps names that are not valid text.
+inline std::filesystem::path streamPath(const fileString& path)
 {
-    return std::filesystem::path(std::u8string(path.utf8().begin(), path.utf8().end()));
-}
-
-/// The path with "/" between its parts.
-inline fileString fromSystemPath(const std::filesystem::path& path)
-{
-    const std::u8string text = path.generic_u8string();
-    return fileString(std::string(text.begin(), text.end()));
+#ifdef _WIN32
+    return Velk::absolutePath(path).toNativeString();
+#else
+    return path.utf8();
+#endif
 }
 
 }  // namespace VelkHost

@@ -79,6 +79,11 @@ bool interrupted() noexcept
     return interruptSeen != 0;
 }
 
+std::string pathForLibraries(const fileString& path)
+{
+    return path.utf8();
+}
+
 std::string shellQuoted(const std::string& text)
 {
     constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_./=:,+@%";

@@ -1,6 +1,6 @@
 #include "host/support/System.h"
 
-#include <VelkCommon/Files/fileString.h>
+#include <VelkCommon/Files/FileState.h>
 #include <VelkCommon/Text/StringConvert.h>
 
 #include <algorithm>
@@ -106,6 +106,11 @@ void watchInterrupts()
 bool interrupted() noexcept
 {
     return interruptSeen;
+}
+
+std::string pathForLibraries(const fileString& path)
+{
+    return utf8(Velk::absolutePath(path).toNativeString().c_str());
 }
 
 std::string shellQuoted(const std::string& text)

@@ -2,14 +2,10 @@
 
 #include "host/support/FileError.h"
 #include "host/support/Folders.h"
-#include "host/support/SystemPath.h"
 
+#include <VelkCommon/Files/FileState.h>
 #include <VelkCommon/Files/LockingFStream.h>
 #include <VelkCommon/Files/ReplacementFile.h>
-
-#include <filesystem>
-
-namespace fs = std::filesystem;
 
 namespace VelkHost {
 namespace {
@@ -26,19 +22,17 @@ std::uint64_t requireFile(const fileString& path, std::uint64_t maximumBytes)
     const std::string& text = path.utf8();
     if (text.empty() || text.find('\0') != std::string::npos)
         throw FileError(path, "is not a path");
-    std::error_code error;
-    const fs::path native = systemPath(path);
+    using Kind = Velk::FileState::Kind;
     if (const std::optional<Absence> absence = absenceOf(path))
         throw FileError(path, absence->why);
-    const fs::file_status status = fs::status(native, error);
-    if (!fs::is_regular_file(status))
-        throw FileError(path, fs::is_directory(status) ? "is a folder, not a file" : "is not a file");
-    const std::uintmax_t size = fs::file_size(native, error);
-    if (error)
-        throw FileError(path, {"cannot be read: %1", {error.message()}});
-    if (size > maximumBytes)
+    const Velk::FileState state = Velk::fileState(path);
+    if (state.kind == Kind::unknown)
+        throw FileError(path, {"cannot be read: %1", {state.why}});
+    if (state.kind != Kind::file)
+        throw FileError(path, state.kind == Kind::folder ? "is a folder, not a file" : "is not a file");
+    if (state.size > maximumBytes)
         throw FileError(path, {"is larger than %1", {inMebibytes(maximumBytes)}});
-    return size;
+    return state.size;
 }
 
 std::string readBeginning(const fileString& path, std::size_t count)
@@ -63,7 +57,7 @@ void writeWhole(const fileString& path, const std::string& bytes)
 {
     ReplacementFile file(path);
     if (!file.write(bytes) || !file.commit())
-        throw FileError(path, "cannot be written; is the disk full?");
+        throw FileError(path, {"cannot be written: %1", {file.failure()}});
 }
 
 }  // namespace VelkHost

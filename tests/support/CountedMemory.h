@@ -59,3 +59,20 @@ void operator delete(void* memory, std::size_t) noexcept
 {
     std::free(memory);
 }
+
+#ifdef _WIN32
+
+#include "support/Imports.h"
+
+namespace test {
+
+// On Windows a program's functions do not take the place of those that a library has found elsewhere. What the standard
+// library itself takes for its own functions stays uncounted there.
+inline const bool librariesCount = [] {
+    redirectImports("_Znwy", reinterpret_cast<void (*)()>(static_cast<void* (*)(std::size_t)>(&::operator new)));
+    return true;
+}();
+
+}  // namespace test
+
+#endif

@@ -87,8 +87,14 @@ public:
         const std::lock_guard lock(mutex_);
         if (socket_ == nullptr)
             return;
+#ifdef _WIN32
+        // Nothing else wakes a thread there that waits for bytes. It finds the object closed then.
+        error_code ignored;
+        socket_->close(ignored);
+#else
         // The native call: the thread of the connection uses the object at the same time.
         ::shutdown(socket_->native_handle(), 2);
+#endif
     }
     void close(bool inOrder)
     {

@@ -113,7 +113,9 @@ Certificate TestAuthority::issue(const std::string& host, int daysLeft) const
     const X509Certificate certificate = newCertificate(host, key.get(), daysLeft);
     X509* const issuer = keys_->certificate.get();
     X509_set_issuer_name(certificate.get(), X509_get_subject_name(issuer));
-    extend(certificate.get(), issuer, NID_subject_alt_name, (isAddress(host) ? "IP:" : "DNS:") + host);
+    // Windows' own TLS looks for an address among the names.
+    extend(certificate.get(), issuer, NID_subject_alt_name,
+           (isAddress(host) ? "IP:" + host + "," : "") + "DNS:" + host);
     need(X509_sign(certificate.get(), keys_->key.get(), EVP_sha256()) > 0);
     return {pemOf(certificate.get()), pem([&](BIO* out) {
                 return PEM_write_bio_PrivateKey(out, key.get(), nullptr, nullptr, 0, nullptr, nullptr);

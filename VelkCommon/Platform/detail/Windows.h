@@ -22,18 +22,43 @@ inline constexpr std::size_t requestLimit = std::size_t{1} << 30;
 inline constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 inline constexpr std::wstring_view longPrefix = L"\\\\?\\";
 inline constexpr std::wstring_view longShare = L"\\\\?\\UNC\\";
+/// The limit for files is 259 characters; that for folders is 12 less.
+inline constexpr std::size_t longestPlainPath = 247;
 /// How often to try, because programs that inspect every new file hold it open for a moment.
 inline constexpr int busyAttempts = 10;
+/// The same for what takes the place of a file that may be read just now: two seconds, as long as a reader waits for a
+/// writer.
+inline constexpr int readAttempts = 100;
 inline constexpr DWORD busyPause = 20;
 
+/// The form of a path that counts from the current folder or drive in which it does not; an absolute path with "." and
+/// ".." resolved. `path` itself where the system cannot tell.
+inline std::wstring fullPath(const std::wstring& path)
+{
+    std::wstring full(path.size() + MAX_PATH, L'\0');
+    for (;;) {
+        const DWORD size = ::GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+        if (size == 0)
+            return path;
+        const bool fits = size < full.size();
+        full.resize(size);
+        if (fits)
+            return full;
+    }
+}
+
 /// The path as system calls take it; one with a zero byte would name another file, so it becomes the
-/// empty path, which names nothing. An exception leaves lack of memory as the last error, as a call does that could
-/// not get any.
+/// empty path, which names nothing. A path from the current folder gets the long form, too, where the whole is too long
+/// for the plain one. An exception leaves lack of memory as the last error, as a call does that could not get any.
 inline std::wstring systemPath(const std::string& path)
 try {
-    if (path.find('\0') != std::string::npos)
+    if (path.empty() || path.find('\0') != std::string::npos)
         return {};
-    return toNativePath(path);
+    std::wstring native = toNativePath(path);
+    if (isAbsolute(path) || native.starts_with(longPrefix))
+        return native;
+    const std::wstring full = fullPath(native);
+    return full.size() > longestPlainPath ? toNativePath(fromNativePath(full)) : native;
 } catch (...) {
     ::SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     throw;
@@ -87,14 +112,14 @@ inline bool isBusy(DWORD error) noexcept
     return error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED || error == ERROR_LOCK_VIOLATION;
 }
 
-/// Tries the call again while another program holds the file.
+/// Tries the call again, so many times in all, while another program holds the file.
 template <typename Call>
-bool patiently(Call call)
+bool patiently(int attempts, Call call)
 {
     for (int attempt = 1;; ++attempt) {
         if (call())
             return true;
-        if (attempt == busyAttempts || !isBusy(::GetLastError()))
+        if (attempt == attempts || !isBusy(::GetLastError()))
             return false;
         ::Sleep(busyPause);
     }
@@ -127,8 +152,12 @@ inline bool removeOne(const std::wstring& path, DWORD attributes, bool overrideR
 {
     if (overrideReadOnly && !clearReadOnly(path, attributes))
         return false;
-    return patiently(
-        [&] { return (isFolder(attributes) ? ::RemoveDirectoryW(path.c_str()) : ::DeleteFileW(path.c_str())) != 0; });
+    const auto remove = [&] {
+        return (isFolder(attributes) ? ::RemoveDirectoryW(path.c_str()) : ::DeleteFileW(path.c_str())) != 0;
+    };
+    // What is read-only is refused for good, in the same words as a file that is in use for the moment.
+    const bool staysReadOnly = !overrideReadOnly && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+    return staysReadOnly ? remove() : patiently(busyAttempts, remove);
 }
 
 /// The pieces of a path joined, with "." and ".." resolved; the system does not resolve them after the

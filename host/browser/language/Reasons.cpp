@@ -28,7 +28,7 @@ namespace {
     QT_TRANSLATE_NOOP("Reason", "cannot be read"),
     QT_TRANSLATE_NOOP("Reason", "cannot be read: %1"),
     QT_TRANSLATE_NOOP("Reason", "cannot be written"),
-    QT_TRANSLATE_NOOP("Reason", "cannot be created as a folder"),
+    QT_TRANSLATE_NOOP("Reason", "cannot be written: %1"),
     QT_TRANSLATE_NOOP("Reason", "cannot be created as a folder: %1"),
     QT_TRANSLATE_NOOP("Reason", "already exists"),
     // Libraries
@@ -103,7 +103,7 @@ namespace {
     QT_TRANSLATE_NOOP("Reason", "what the service sent %1"),
     QT_TRANSLATE_NOOP("Reason", "what the service sent is not what it announced"),
     QT_TRANSLATE_NOOP("Reason", "its folder cannot be made"),
-    QT_TRANSLATE_NOOP("Reason", "it cannot be replaced; is it open elsewhere, or the disk full?"),
+    QT_TRANSLATE_NOOP("Reason", "it cannot be replaced: %1"),
     QT_TRANSLATE_NOOP("Reason", "is not what was written"),
     QT_TRANSLATE_NOOP("Reason", "its files are missing or damaged, and could not be fetched again"),
     QT_TRANSLATE_NOOP("Reason", "something failed; the error log tells what"),

@@ -167,8 +167,8 @@
         <translation>Das Schreiben ist nicht möglich</translation>
     </message>
     <message>
-        <source>cannot be created as a folder</source>
-        <translation>Der Ordner kann nicht angelegt werden</translation>
+        <source>cannot be written: %1</source>
+        <translation>Das Schreiben ist nicht möglich: %1</translation>
     </message>
     <message>
         <source>cannot be created as a folder: %1</source>
@@ -451,8 +451,8 @@
         <translation>ihr Ordner kann nicht angelegt werden</translation>
     </message>
     <message>
-        <source>it cannot be replaced; is it open elsewhere, or the disk full?</source>
-        <translation>sie kann nicht ersetzt werden; ist sie anderswo geöffnet, oder der Datenträger voll?</translation>
+        <source>it cannot be replaced: %1</source>
+        <translation>sie kann nicht ersetzt werden: %1</translation>
     </message>
     <message>
         <source>is not what was written</source>

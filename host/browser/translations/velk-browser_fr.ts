@@ -167,8 +167,8 @@
         <translation>écriture impossible</translation>
     </message>
     <message>
-        <source>cannot be created as a folder</source>
-        <translation>impossible de créer le dossier</translation>
+        <source>cannot be written: %1</source>
+        <translation>écriture impossible&#xa0;: %1</translation>
     </message>
     <message>
         <source>cannot be created as a folder: %1</source>
@@ -451,8 +451,8 @@
         <translation>son dossier ne peut pas être créé</translation>
     </message>
     <message>
-        <source>it cannot be replaced; is it open elsewhere, or the disk full?</source>
-        <translation>elle ne peut pas être remplacée ; est-elle ouverte ailleurs, ou le disque est-il plein ?</translation>
+        <source>it cannot be replaced: %1</source>
+        <translation>elle ne peut pas être remplacée&#xa0;: %1</translation>
     </message>
     <message>
         <source>is not what was written</source>

@@ -1,5 +1,7 @@
 #include "ZipWalk.h"
 
+#include "support/Names.h"
+
 #include <gmock/gmock.h>
 
 #include <new>
@@ -266,8 +268,10 @@ TEST_F(ZipReading, ACombinedPathNamesNoFile)
 
 TEST_F(ZipReading, OddPathsOfArchives)
 {
-    for (const char32_t* name :
-         {U"a|b.zip", U"a::b.zip", U"blank blank.zip", U"K\u00FCche \u6905.zip", U"a#b%20&c+d.zip"}) {
+    std::vector<std::u32string> names = {U"blank blank.zip", U"K\u00FCche \u6905.zip", U"a#b%20&c+d.zip"};
+    if constexpr (test::namesMayHoldAnything)
+        names.insert(names.end(), {U"a|b.zip", U"a::b.zip"});
+    for (const std::u32string& name : names) {
         const fileString path = at(name);
         ZipBuilder().add("x|y::z", "data").writeTo(path);
         EXPECT_EQ(dataOf(path, "x|y::z"), "data") << path;

@@ -1,6 +1,10 @@
 #include <VelkCommon/Files/ReplacementFile.h>
 
+#include <VelkCommon/Files/FileUtils.h>
+#include <VelkCommon/Files/LockingFStream.h>
+
 #include "support/TestHost.h"
+#include "support/Threads.h"
 
 #include <gmock/gmock.h>
 
@@ -15,6 +19,13 @@ using testing::IsEmpty;
 class ReplacementFileTest : public testing::Test
 {
 protected:
+    static void makeReadOnly(const fileString& path)
+    {
+        using std::filesystem::perms;
+        std::filesystem::permissions(path.utf8(), perms::owner_write | perms::group_write | perms::others_write,
+                                     std::filesystem::perm_options::remove);
+    }
+
     std::vector<std::string> names() const { return test::listFolder(root_.path()); }
 
     test::TemporaryFolder root_;
@@ -35,6 +46,54 @@ TEST_F(ReplacementFileTest, ReplacesAtCommit)
     EXPECT_FALSE(file.isOpen());
     EXPECT_FALSE(file.commit()) << "it is done";
     EXPECT_FALSE(file.write("more"));
+}
+
+TEST_F(ReplacementFileTest, ReplacesAFileThatIsRead)
+{
+    test::writeFile(target_, "old text");
+    LockingFStream reader(target_, LockingFStream::in);
+    std::string word;
+    reader >> word;
+    ReplacementFile file(target_);
+    EXPECT_TRUE(file.write("new") && file.commit()) << file.failure();
+    EXPECT_EQ(test::readFile(target_), "new");
+    reader >> word;
+    EXPECT_EQ(word, "text") << "whoever reads the old one goes on with it";
+}
+
+TEST_F(ReplacementFileTest, ReplacesAFileAsSoonAsItIsNotReadAnyMore)
+{
+    test::writeFile(target_, "old");
+    LockingFStream reader(target_, LockingFStream::in);
+    ReplacementFile file(target_);
+    test::Thread replacing([&] { EXPECT_TRUE(file.write("new") && file.commit()) << file.failure(); });
+    reader.close();
+    replacing.join();
+    EXPECT_EQ(test::readFile(target_), "new");
+}
+
+TEST_F(ReplacementFileTest, ReplacesAReadOnlyFile)
+{
+    test::writeFile(target_, "old");
+    makeReadOnly(target_);
+    ReplacementFile file(target_);
+    EXPECT_TRUE(file.write("new") && file.commit()) << file.failure();
+    EXPECT_EQ(test::readFile(target_), "new");
+    EXPECT_TRUE(FileUtils::makeFileWritable(target_));
+}
+
+TEST_F(ReplacementFileTest, TellsWhyItFailed)
+{
+    std::filesystem::create_directory(target_.utf8());
+    test::writeFile(target_ / U"below", "");
+    ReplacementFile onAFolder(target_);
+    EXPECT_EQ(onAFolder.failure(), "");
+    EXPECT_FALSE(onAFolder.write("new") && onAFolder.commit());
+    EXPECT_NE(onAFolder.failure(), "");
+    const ReplacementFile nowhere(root_ / U"none" / U"target");
+    EXPECT_FALSE(nowhere.isOpen());
+    EXPECT_NE(nowhere.failure(), "");
+    EXPECT_NE(nowhere.failure(), onAFolder.failure());
 }
 
 TEST_F(ReplacementFileTest, MakesAMissingTarget)

@@ -63,9 +63,11 @@ INSTANTIATE_TEST_SUITE_P(Used, EnglishTexts, testing::ValuesIn(usedTexts),
 
 TEST(EnglishTextsTest, NoOtherNumberHasOne)
 {
-    for (const long id : {-1L, 0L, 1L, textNumber::percentage - 1L, textNumber::percentageToolTip + 1L,
-                          textNumber::downloading - 1L, textNumber::firstStyle - 1L, textNumber::lastStyle + 1L,
-                          static_cast<long>(textNumber::unknown), messageId::fileUnwritable - 1, 2147483647L})
+    const auto next = [](auto number, long distance) { return static_cast<long>(number) + distance; };
+    for (const long id :
+         {-1L, 0L, 1L, next(textNumber::percentage, -1), next(textNumber::percentageToolTip, 1),
+          next(textNumber::downloading, -1), next(textNumber::firstStyle, -1), next(textNumber::lastStyle, 1),
+          next(textNumber::unknown, 0), next(messageId::fileUnwritable, -1), 2147483647L})
         EXPECT_FALSE(Velk::englishText(id).has_value()) << id;
 }
 
@@ -77,7 +79,7 @@ TEST(EnglishTextsTest, ThePrefixBeforeAFileNameEndsWithABlank)
 TEST(EnglishTextsTest, TheStylesHaveDifferentNames)
 {
     std::set<std::string_view> names;
-    for (long id = textNumber::firstStyle; id <= textNumber::lastStyle; ++id) {
+    for (long id = textNumber::firstStyle; id <= static_cast<long>(textNumber::lastStyle); ++id) {
         EXPECT_FALSE(Velk::englishText(id).value_or("").empty()) << id;
         EXPECT_EQ(count(Velk::englishText(id).value_or(""), "%"), 0) << id;
         names.insert(Velk::englishText(id).value_or(""));

@@ -20,7 +20,8 @@ TEST_P(PlainName, IsAccepted)
 INSTANTIATE_TEST_SUITE_P(Names, PlainName,
                          testing::Values("a", "plants.calib", "Küche 2.calib", "図書館.zip", "a & b # c % d + e.calibz",
                                          ".hidden", "..a", "a..b", " leading blank", "console.calib", "com.calib",
-                                         "com0.txt", "com10.txt", "lpt.txt", "xcon", "con-1.calib", "nulls",
+                                         "com0.txt", "com10.txt", "lpt.txt", "xcon", "con-1.calib", "nulls", "conin",
+                                         "CONIN$1", "com\u2074.calib", "lpt\u00B9\u00B2.zip", "com\u00BA",
                                          "{}[]()',;=!~$@^`", std::string(255, 'x'),
                                          std::string("odd \xFF byte.calib")));
 
@@ -41,7 +42,9 @@ INSTANTIATE_TEST_SUITE_P(Characters, UnsafeName,
                                          std::string(256, 'x')));
 INSTANTIATE_TEST_SUITE_P(Devices, UnsafeName,
                          testing::Values("CON", "con", "Prn", "AUX", "nul", "NUL.calib", "con.tar.gz", "com1",
-                                         "COM9.zip", "lpt1", "LPT9.calib", "aux .calib"));
+                                         "COM9.zip", "lpt1", "LPT9.calib", "aux .calib", "CONIN$", "conout$.txt",
+                                         "COM\u00B9", "com\u00B2.calib", "Com\u00B3 .tar.gz", "LPT\u00B9.zip",
+                                         "lpt\u00B2", "lpt\u00B3.calib"));
 
 TEST(ControlCharacters, AreThoseOfAscii)
 {

@@ -71,7 +71,9 @@ TEST_F(ObjectStyles, AnUnknownNumberHasTheEmptyName)
     const ObjectStyleManager& styles = ObjectStyleManager::getObjectStyleManager();
     constexpr long lowest = std::numeric_limits<long>::min();
     constexpr long highest = std::numeric_limits<long>::max();
-    for (const long number : {firstStyle - 1L, lastStyle + 1L, 0L, -1L, -10000L, lowest, highest})
+    constexpr long below = static_cast<long>(firstStyle) - 1;
+    constexpr long above = static_cast<long>(lastStyle) + 1;
+    for (const long number : {below, above, 0L, -1L, -10000L, lowest, highest})
         EXPECT_EQ(styles.getStyleName(number), U"") << number;
     if constexpr (sizeof(long) > 4) {  // not cut off to 32 bits
         EXPECT_EQ(styles.getStyleName(static_cast<long>(4294967296LL + firstStyle)), U"");

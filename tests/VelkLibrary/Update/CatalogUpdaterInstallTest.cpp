@@ -1,4 +1,5 @@
 #include "VelkLibrary/Update/UpdateTest.h"
+#include "support/Names.h"
 #include "support/Numbers.h"
 #include "support/OpenModes.h"
 
@@ -88,7 +89,7 @@ TEST_F(UpdaterInstall, UnpacksBonusAndManufacturerCatalogs)
     EXPECT_EQ(handedOver()["m.calib"], databaseBytes('m'));
     EXPECT_THAT(test::listFolder(referencedFolder()), ElementsAre("b.zip", "m.zip"));
     EXPECT_THAT(test::listFolder(downloads(U"bonus")), ElementsAre("b.calib")) << "the archive is removed";
-    EXPECT_EQ(resets, std::vector<std::string>(2, (referencedFolder().utf8() + "/")));
+    EXPECT_EQ(resets, std::vector<std::string>(2, (referencedFolder().utf8() + test::separator)));
     EXPECT_EQ(hashFile(bonusFolder()), "b.calib:edition2\n");
     EXPECT_EQ(hashFile(manufacturerFolder()), "m.calib:edition2\n");
     EXPECT_THAT(log(), IsEmpty());

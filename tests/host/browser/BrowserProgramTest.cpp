@@ -47,6 +47,13 @@ TEST_F(BrowserProgram, TakesArgumentsAsTheyWereTyped)
                 HasSubstr("[none, here]: is not a published site"));
 }
 
+TEST_F(BrowserProgram, TakesNamesInEveryAlphabet)
+{
+    const std::string name = "K\u00FCche \u6905 \u03C0";
+    EXPECT_THAT(run({}, QStringLiteral("C"), QString::fromStdString(name)).errors,
+                HasSubstr(name + ": is not a published site"));
+}
+
 class LanguageOption : public BrowserProgram
 {};
 

@@ -4,6 +4,10 @@
 #include "host/browser/Worker.h"
 #include "host/browser/jobs/InstalledFiles.h"
 
+#include <VelkLibrary/ErrorLog.h>
+
+#include "support/Eventually.h"
+
 #include <QLabel>
 #include <QLineEdit>
 #include <QSignalSpy>
@@ -12,6 +16,7 @@
 #include <mutex>
 #include <new>
 #include <shared_mutex>
+#include <stdexcept>
 
 namespace {
 
@@ -79,6 +84,20 @@ TEST(Worker, TellsWhenAJobHadTooLittleMemory)
     EXPECT_TRUE(QTest::qWaitFor([&] { return hasArrived; }, 60'000));
     EXPECT_TRUE(ranOut);
     EXPECT_FALSE(worker.isBusy());
+}
+
+class WorkerJob : public test::TestHost
+{};
+
+TEST_F(WorkerJob, WhatItThrowsGoesToTheErrorLog)
+{
+    VelkHost::Worker worker;
+    bool nextArrived = false;
+    worker.run([]() -> VelkHost::Worker::Arrival { throw std::runtime_error("out of chairs"); });
+    worker.run([&]() -> VelkHost::Worker::Arrival { return [&] { nextArrived = true; }; });
+    test::eventually([&] { return nextArrived; });
+    EXPECT_FALSE(worker.isBusy());
+    EXPECT_THAT(test::readFile(Library::ErrorLog::file()), testing::HasSubstr("out of chairs"));
 }
 
 }  // namespace

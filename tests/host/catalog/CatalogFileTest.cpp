@@ -1,6 +1,7 @@
 #include "host/catalog/CatalogFile.h"
 
 #include "host/fixtures/Fixtures.h"
+#include "support/Names.h"
 #include "support/ZipFormat.h"
 
 #include <VelkCommon/Files/FileUtils.h>
@@ -64,13 +65,19 @@ TEST_F(CatalogFile, KnowsItsKindAndVersion)
 
 TEST_F(CatalogFile, FindsOddPaths)
 {
-    for (const char32_t* name :
-         {U"a b.calib", U"100%?#.calib", U"caf\u00E9 \u6905.calib", U"a;b&c=d.calib", U"%41.calib"}) {
+    std::vector<const char32_t*> names = {U"a b.calib", U"100%#.calib", U"caf\u00E9 \u6905.calib", U"a;b&c=d.calib",
+                                          U"%41.calib"};
+    if constexpr (test::namesMayHoldAnything)
+        names.push_back(U"100%?#.calib");
+    for (const char32_t* name : names) {
         writeCatalog(test::smallCatalog(), path(name));
         EXPECT_EQ(readCatalog(path(name), CatalogContent::Names).id, "test-library") << path(name);
         EXPECT_TRUE(FileUtils::pathExists(path(name))) << path(name);
     }
-    EXPECT_EQ(readCatalog(fileString(std::string("/")) + path(U"a b.calib"), CatalogContent::Names).id, "test-library");
+    if constexpr (test::separator == '/') {
+        EXPECT_EQ(readCatalog(fileString(std::string("/")) + path(U"a b.calib"), CatalogContent::Names).id,
+                  "test-library");
+    }
 }
 
 TEST_F(CatalogFile, LeavesNothingBesideIt)

@@ -7,6 +7,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <regex>
+
 using namespace VelkHost;
 
 namespace {
@@ -71,9 +73,11 @@ TEST_F(HitReport, AlignsItsColumns)
 
 TEST_F(HitReport, HasFigures)
 {
-    EXPECT_THAT(table("chair"),
-                testing::ContainsRegex("\n\n4 hits\\. Rated 4 items and 4 folders of 1 library in [0-9.,]+ ms "
-                                       "\\([0-9.,]+ \u00B5s each\\); loading took [0-9.,]+ ms\\.\n$"));
+    const std::string found = table("chair");
+    EXPECT_TRUE(
+        std::regex_search(found, std::regex("\n\n4 hits\\. Rated 4 items and 4 folders of 1 library in [0-9.,]+ ms "
+                                            "\\([0-9.,]+ \u00B5s each\\); loading took [0-9.,]+ ms\\.\n$")))
+        << found;
     EXPECT_THAT(table("nothing"), testing::StartsWith("0 hits. Rated 4 items and 4 folders of 1 library in "));
 }
 

@@ -3,6 +3,7 @@
 #include "host/fixtures/ProgramRun.h"
 
 #include "host/catalog/CatalogFile.h"
+#include "host/support/System.h"
 
 #include <VelkCommon/Archive/ZipUtils.h>
 #include <VelkCommon/Files/FileUtils.h>
@@ -50,7 +51,7 @@ TEST_F(Tour, TellsTheStoryOfTheSample)
                                 "\n9. Search again", "\n10. Update once more", "\n11. Now your own"})
         EXPECT_THAT(run.output, HasSubstr(chapter));
     EXPECT_THAT(run.output, HasSubstr("(door OR window) -garage"));
-    EXPECT_THAT(run.output, HasSubstr("--legacy 'dining table'"));
+    EXPECT_THAT(run.output, HasSubstr("--legacy " + VelkHost::shellQuoted("dining table")));
     EXPECT_THAT(run.output, Not(HasSubstr("\n0 hits")));
     EXPECT_THAT(run.output, HasSubstr("Everything is up to date."));
     EXPECT_EQ(installed(U"my tour/home/core/Sample house.calib").language, "de");

@@ -1,4 +1,5 @@
 #include "host/fixtures/PublishFixtures.h"
+#include "support/Names.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 
@@ -52,13 +53,17 @@ TEST_F(PublishFolder, HasLogosThatClientsTake)
     test::writeFileDeep(input(U"logos/catalog_hash.txt"), "logo");
     test::writeFileDeep(input(U"logos/Acme.png"), "logo");
     test::writeFileDeep(input(U"logos/acme.png"), "logo");
-    EXPECT_THAT(
-        problems(),
-        ElementsAre(StartsWith("logos/acme.png: differs from another logo, or a folder of logos, in letter case"),
-                    StartsWith("logos/catalog_hash.txt: has the name of one of a client's own"),
-                    StartsWith("logos/d&r: holds the character \"&\""),
-                    StartsWith("logos/errors.log: has the name of one of a client's own"),
-                    StartsWith("logos/doors/errors.log: has the name of one of a client's own")));
+    std::vector<std::string> found = problems();
+    if constexpr (test::letterCaseCounts) {
+        ASSERT_FALSE(found.empty());
+        EXPECT_THAT(found.front(),
+                    StartsWith("logos/acme.png: differs from another logo, or a folder of logos, in letter case"));
+        found.erase(found.begin());
+    }
+    EXPECT_THAT(found, ElementsAre(StartsWith("logos/catalog_hash.txt: has the name of one of a client's own"),
+                                   StartsWith("logos/d&r: holds the character \"&\""),
+                                   StartsWith("logos/errors.log: has the name of one of a client's own"),
+                                   StartsWith("logos/doors/errors.log: has the name of one of a client's own")));
 }
 
 TEST_F(PublishFolder, MayHaveLogosInFolders)
@@ -89,14 +94,20 @@ TEST_F(PublishFolder, HasEveryInstalledNameOnce)
     test::writePackedFile(input(U"bonus/elm.calibz"), "A", {});
     test::writePackedFile(input(U"manufacturer/elm.calibz"), "A", {});
     test::writePackedFile(input(U"manufacturer/t\u00FCr.calibz"), "A", {});
-    const std::vector<std::string> found = problems();
-    EXPECT_THAT(
-        found,
-        ElementsAre(
-            StartsWith("core/T\u00FCr.calib: would be installed under the same name as \"core/T\u00DCR.calib\""),
-            StartsWith("bonus/oak.calibz: would be installed under the same name as \"referenced/Oak.zip\""),
-            StartsWith("manufacturer/elm.calibz: would be installed under the same name as \"bonus/elm.calibz\""),
-            StartsWith("manufacturer/t\u00FCr.calibz: would be installed under the same name as")));
+    std::vector<std::string> found = problems();
+    if constexpr (test::letterCaseCounts) {
+        ASSERT_FALSE(found.empty());
+        EXPECT_THAT(
+            found.front(),
+            StartsWith("core/T\u00FCr.calib: would be installed under the same name as \"core/T\u00DCR.calib\""));
+        found.erase(found.begin());
+    }
+    EXPECT_THAT(found,
+                ElementsAre(StartsWith("bonus/oak.calibz: would be installed under the same name as \"" +
+                                       test::shown("referenced/Oak.zip\"")),
+                            StartsWith("manufacturer/elm.calibz: would be installed under the same name as \"" +
+                                       test::shown("bonus/elm.calibz\"")),
+                            StartsWith("manufacturer/t\u00FCr.calibz: would be installed under the same name as")));
 }
 
 TEST_F(PublishFolder, AllowsACoreCatalogWithItsReferencedFiles)

@@ -38,8 +38,17 @@ TEST_F(WholeFile, IsWrittenInPlaceOfTheOldOne)
     writeWhole(path_, "new");
     EXPECT_EQ(test::readFile(path_), "new");
     EXPECT_EQ(test::listFolder(folder()), before) << "nothing is left beside it";
-    EXPECT_EQ(test::reasonOf([&] { writeWhole(folder() / U"none/file", "new"); }),
-              "cannot be written; is the disk full?");
+}
+
+TEST_F(WholeFile, ThatCannotBeWrittenSaysWhy)
+{
+    const std::string noFolder = test::reasonOf([&] { writeWhole(folder() / U"none/file", "new"); });
+    const std::string aFolder = test::reasonOf([&] { writeWhole(folder(), "new"); });
+    for (const std::string& reason : {noFolder, aFolder}) {
+        EXPECT_THAT(reason, testing::StartsWith("cannot be written: "));
+        EXPECT_GT(reason.size(), std::string("cannot be written: ").size());
+    }
+    EXPECT_NE(noFolder, aFolder);
 }
 
 TEST_F(WholeFile, NamesThePathInItsError)

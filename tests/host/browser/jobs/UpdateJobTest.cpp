@@ -160,7 +160,7 @@ TEST_F(UpdateJobTrouble, LeadsToTheErrorLogWhenTheServiceIsGone)
     OpenedUrls opened;
     QTest::mouseClick(log, Qt::LeftButton);
     ASSERT_EQ(opened.urls.size(), 1);
-    EXPECT_EQ(opened.urls[0].toLocalFile(), qtPath(Library::ErrorLog::file()));
+    EXPECT_EQ(opened.urls[0], QUrl::fromLocalFile(qtPath(Library::ErrorLog::file())));
     EXPECT_THAT(test::readFile(Library::ErrorLog::file()), HasSubstr("Unable to determine api endpoint"));
 }
 

@@ -10,6 +10,7 @@
 #include "host/service/ServiceError.h"
 #include "host/support/FileError.h"
 #include "support/Eventually.h"
+#include "support/Names.h"
 #include "support/Numbers.h"
 
 #include <VelkCommon/Text/StringUtils.h>
@@ -279,7 +280,7 @@ TEST_F(ReasonInGerman, HasItsPartsInTheirPlaces)
     EXPECT_EQ(told(FileError(fileString(std::string("/a.calib")),
                              {"is damaged: it is cut off after %1 of %2 bytes",
                               {VelkHost::Reason::amount(1'000), VelkHost::Reason::amount(20'000)}})),
-              "/a.calib: Die Datei ist beschädigt: Sie bricht nach 1.000 von 20.000 Bytes ab");
+              test::shown("/a.calib") + ": Die Datei ist beschädigt: Sie bricht nach 1.000 von 20.000 Bytes ab");
 }
 
 TEST_F(ReasonInGerman, NamesTheAddressOfAService)

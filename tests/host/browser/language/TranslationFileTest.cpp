@@ -174,7 +174,7 @@ TEST(TranslationFiles, HaveTheReasonsThatThePartsOfTheHostGive)
 TEST(TranslationFiles, HaveEveryTextOfTheLibrary)
 {
     const TranslatedTexts texts = test::readTranslations(test::translationFile(QStringLiteral("fr")));
-    long count = 0;
+    std::ptrdiff_t count = 0;
     const auto check = [&](long first, long last) {
         for (long id = first; id <= last; ++id)
             if (const auto english = Velk::englishText(id)) {
@@ -185,7 +185,7 @@ TEST(TranslationFiles, HaveEveryTextOfTheLibrary)
     };
     check(0, 20'000);
     check(272'032'000, 272'033'000);
-    const long known = std::count_if(texts.begin(), texts.end(),
+    const auto known = std::count_if(texts.begin(), texts.end(),
                                      [](const auto& entry) { return entry.first.first == QLatin1String("Library"); });
     EXPECT_EQ(count, known);
 }
