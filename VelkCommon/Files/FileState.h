@@ -17,18 +17,19 @@ namespace Velk {
 /// What is at a path.
 struct FileState
 {
+    /// What sort of thing a path leads to.
     enum class Kind {
         nothing,  ///< nothing has that name, or a link leads nowhere
-        file,
-        folder,
-        other,   ///< a device, a pipe or the like
-        unknown  ///< it cannot be looked at
+        file,     ///< a file with bytes in it
+        folder,   ///< a folder
+        other,    ///< a device, a pipe or the like
+        unknown   ///< it cannot be looked at
     };
 
-    Kind kind = Kind::unknown;
-    std::uint64_t size = 0;  ///< bytes of a file
-    long long modified = 0;  ///< nanoseconds since 1970-01-01 UTC, as exactly as the file system knows them
-    std::string why;         ///< why it is unknown: UTF-8, in the system's words
+    Kind kind = Kind::unknown;  ///< what is there
+    std::uint64_t size = 0;     ///< bytes of a file
+    long long modified = 0;     ///< nanoseconds since 1970-01-01 UTC, as exactly as the file system knows them
+    std::string why;            ///< why it is unknown: UTF-8, in the system's words
 };
 
 /// What is at `path`; a link counts by its target. The empty path names nothing.

@@ -34,7 +34,7 @@ public:
         if (!placed_)
             return;
         if (hadOld_)
-            FileUtils::moveFile(old_, target_, true);
+            putOldBack();
         else
             FileUtils::removePath(target_, FileUtils::overrideReadOnly);
     }
@@ -52,6 +52,15 @@ public:
     void keepNew() noexcept { placed_ = false; }
 
 private:
+    /// What has just failed may have been the renaming itself, and then no other one works either: the old file gets
+    /// its name back as a link, where links are seen to work before the new file goes.
+    void putOldBack() const
+    {
+        if (!FileUtils::moveFile(old_, target_, true) && FileUtils::linkFile(old_, folder_.path() / U"link") &&
+            FileUtils::removePath(target_, FileUtils::overrideReadOnly))
+            FileUtils::linkFile(old_, target_);
+    }
+
     bool keepOld() const
     {
         return !hadOld_ || FileUtils::linkFile(target_, old_) || FileUtils::copyFile(target_, old_, false);
