@@ -49,33 +49,42 @@ void TermRows::begin()
     std::fill(holds_.begin(), holds_.end(), 0);
 }
 
-// Those that are long enough and have not turned out to be frequent.
 void TermRows::chooseTogether(std::span<const std::uint32_t> terms)
 {
     isChosen_ = true;
-    if (together_)
-        together_->clear();
+    together_ = nullptr;
+    if (!Velk::Platform::BytePatterns::isQuick() || !lookWith(fewTerms_, terms))
+        lookWith(manyTerms_, terms);
+}
+
+// Takes the terms that are long enough and have not turned out to be frequent, if their number suits this way.
+template <typename Scan>
+bool TermRows::lookWith(std::unique_ptr<Scan>& scan, std::span<const std::uint32_t> terms)
+{
     const auto isFit = [&](std::uint32_t term) {
-        return PairScan::canFind(search_.terms[term]) && !frequencies_[term].isHigh;
+        return Scan::canFind(search_.terms[term]) && !frequencies_[term].isHigh;
     };
     const auto count = static_cast<std::size_t>(std::count_if(terms.begin(), terms.end(), isFit));
-    if (count < PairScan::fewestTerms || count > PairScan::mostTerms)
-        return together_.reset();
-    if (!together_)
-        together_ = std::make_unique<PairScan>();
+    if (count < Scan::fewestTerms || count > Scan::mostTerms)
+        return false;
+    if (!scan)
+        scan = std::make_unique<Scan>();
+    scan->clear();
     for (const std::uint32_t term : terms) {
         if (isFit(term))
-            together_->add(term, search_.terms[term]);
+            scan->add(term, search_.terms[term]);
     }
-    together_->close();
+    scan->close();
     markers_.reserve(count);
+    together_ = scan.get();
+    return true;
 }
 
 void TermRows::lookForTogether(std::span<const std::uint32_t> terms, const Piece& piece)
 {
     if (!isChosen_)
         chooseTogether(terms);
-    if (!together_)
+    if (together_ == nullptr)
         return;
     markers_.clear();
     for (const std::uint32_t term : together_->numbers()) {

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <VelkLibrary/Search/detail/LiteralMatcher.h>
-#include <VelkLibrary/Search/detail/Piece.h>
-#include <VelkLibrary/Search/detail/PlaceMarker.h>
+#include <VelkLibrary/Search/detail/TermScan.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -13,7 +11,7 @@ namespace Library::Search::detail {
 /// Looks for many rare terms at once, such as a list of article numbers: goes through the texts in steps of two bytes,
 /// and looks up the pair of bytes at each step. Of each term two rare pairs are known, one at an even and one at an
 /// odd place of the term, so that the steps meet one of them wherever the term stands.
-class PairScan
+class PairScan : public TermScan
 {
 public:
     /// With fewer terms it takes less time to look for one after the other.
@@ -24,17 +22,10 @@ public:
 
     PairScan();
 
-    /// Adds a term that canFind() is true of.
-    void add(std::uint32_t number, const LiteralMatcher& term);
-    /// Afterwards terms can be looked for, and no more added until clear().
-    void close();
-    void clear() noexcept;
-
-    /// The numbers of the terms, in the order in which they were added.
-    const std::vector<std::uint32_t>& numbers() const noexcept { return numbers_; }
-
-    /// Marks where the terms stand in a piece. Takes a marker for each term, in their order.
-    void mark(const Piece& piece, std::vector<PlaceMarker>& markers) const;
+    void add(std::uint32_t number, const LiteralMatcher& term) override;
+    void close() override;
+    void clear() noexcept override;
+    void mark(const Piece& piece, std::vector<PlaceMarker>& markers) const override;
 
 private:
     using Pair = std::uint16_t;
@@ -55,7 +46,6 @@ private:
     void gatherPairs(const char* bytes, Places& places) const;
     void tryTerms(std::size_t at, const Piece& piece, std::vector<PlaceMarker>& markers) const;
 
-    std::vector<std::uint32_t> numbers_;
     std::vector<Probe> probes_;          // in the order of their pairs
     std::vector<std::uint8_t> isProbe_;  // by pair: 1 if it is one of them; this much stays in the cache
     std::vector<std::uint16_t> first_;   // by pair: the place of its first probe, if it has one

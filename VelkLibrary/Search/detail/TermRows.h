@@ -3,6 +3,7 @@
 #include <VelkLibrary/Search/detail/CompiledSearch.h>
 #include <VelkLibrary/Search/detail/MaskMarker.h>
 #include <VelkLibrary/Search/detail/PairScan.h>
+#include <VelkLibrary/Search/detail/PatternScan.h>
 #include <VelkLibrary/Search/detail/Piece.h>
 #include <VelkLibrary/Search/detail/PlaceMarker.h>
 
@@ -47,6 +48,8 @@ private:
     };
 
     void chooseTogether(std::span<const std::uint32_t> terms);
+    template <typename Scan>
+    bool lookWith(std::unique_ptr<Scan>& scan, std::span<const std::uint32_t> terms);
     void lookEverywhere(std::uint32_t term, const Piece& piece);
     void lookOneByOne(std::uint32_t term, const Piece& piece, const std::uint64_t* entries);
     TermMarks marks(std::uint32_t term) noexcept
@@ -63,7 +66,9 @@ private:
     std::vector<std::uint8_t> worths_;
     std::vector<Frequency> frequencies_;
     CellRows cellRows_;
-    std::unique_ptr<PairScan> together_;  // null if no terms are looked for together
+    std::unique_ptr<PatternScan> fewTerms_;  // made when they are first needed
+    std::unique_ptr<PairScan> manyTerms_;
+    TermScan* together_ = nullptr;  // one of them; null if no terms are looked for together
     std::vector<PlaceMarker> markers_;
     bool isChosen_ = false;  // what together_ looks for
 };
