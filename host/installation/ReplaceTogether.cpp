@@ -2,11 +2,14 @@
 
 #include "host/support/FileError.h"
 #include "host/support/Folders.h"
+#include "host/support/SystemPath.h"
 
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/WorkFolder.h>
 
+#include <fstream>
 #include <memory>
+#include <new>
 
 namespace VelkHost {
 namespace {
@@ -52,13 +55,24 @@ public:
     void keepNew() noexcept { placed_ = false; }
 
 private:
-    /// What has just failed may have been the renaming itself, and then no other one works either: the old file gets
-    /// its name back as a link, where links are seen to work before the new file goes.
-    void putOldBack() const
+    void putOldBack() const noexcept
+    try {
+        if (!FileUtils::moveFile(old_, target_, true))
+            overwriteWithOld();
+    } catch (const std::bad_alloc&) {
+        // The new file stays, whole, until the whole is done again.
+    }
+
+    /// What failed may have been the renaming itself, and then no other one works either. What is left is to write the
+    /// old bytes into the new file.
+    void overwriteWithOld() const
     {
-        if (!FileUtils::moveFile(old_, target_, true) && FileUtils::linkFile(old_, folder_.path() / U"link") &&
-            FileUtils::removePath(target_, FileUtils::overrideReadOnly))
-            FileUtils::linkFile(old_, target_);
+        std::ifstream old(streamPath(old_), std::ios::binary);
+        if (!old)
+            return;
+        std::ofstream target(streamPath(target_), std::ios::binary | std::ios::trunc);
+        if (old.peek() != std::ifstream::traits_type::eof())  // a stream that inserts no bytes counts as failed
+            target << old.rdbuf();
     }
 
     bool keepOld() const
