@@ -277,10 +277,7 @@ void measure(const std::vector<Entry>& libraries, std::size_t count, std::vector
 int main(int argumentCount, char** arguments)
 {
     ::setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    std::vector<std::string> folders(arguments + 1, arguments + argumentCount);
-    if (folders.empty())
-        folders = {"/usr/share/sweethome3d/furniture", "/usr/share/kicad/symbols"};
-    const std::vector<Entry> libraries = bench::readLibraries(folders);
+    const std::vector<Entry> libraries = bench::readLibraries({arguments + 1, arguments + argumentCount});
     if (libraries.empty()) {
         std::fprintf(stderr, "There are no libraries in these folders.\n");
         return EXIT_FAILURE;

@@ -153,8 +153,12 @@ void printChanges(const std::vector<LoadedLibrary>& libraries, std::size_t batch
 
 int main(int argumentCount, char** arguments)
 {
-    const std::vector<bench::Entry> entries =
-        bench::combined(bench::readLibraries({arguments + 1, arguments + argumentCount}), million);
+    const std::vector<bench::Entry> real = bench::readLibraries({arguments + 1, arguments + argumentCount});
+    if (real.empty()) {
+        std::fprintf(stderr, "There are no libraries in these folders.\n");
+        return 1;
+    }
+    const std::vector<bench::Entry> entries = bench::combined(real, million);
     const std::vector<LoadedLibrary> one = libraries(entries, 1);
     const bool isReadingGood = bench::printReading(*one.front().catalog);
     SearchIndex index;

@@ -146,8 +146,10 @@ std::vector<std::string> wordsOf(const std::string& text)
 
 std::vector<Entry> readLibraries(const std::vector<std::string>& folders)
 {
+    static const std::vector<std::string> systemFolders = {"/usr/share/sweethome3d/furniture",
+                                                           "/usr/share/kicad/symbols"};
     std::vector<Entry> all;
-    for (const fs::path& file : filesIn(folders)) {
+    for (const fs::path& file : filesIn(folders.empty() ? systemFolders : folders)) {
         if (file.extension() == ".sh3f")
             readFurniture(file, all);
         else if (file.extension() == ".kicad_sym")

@@ -437,8 +437,6 @@ std::vector<std::string> foldersFrom(int argumentCount, char** arguments)
         if (arguments[i][0] != '-')
             folders.emplace_back(arguments[i]);
     }
-    if (folders.empty())
-        folders = {"/usr/share/sweethome3d/furniture", "/usr/share/kicad/symbols"};
     return folders;
 }
 

@@ -99,6 +99,10 @@ fileString PathUtils::getTempPath() const
     const fileString chosen = Velk::host()->folders.temp;
     if (chosen.empty())
         return withSeparator(ownTemporaryFolder());
-    static_cast<void>(Velk::detail::createMissingFolders(chosen, &Platform::createPrivateFolder));
+    // A folder above that could not be looked at is there all the same.
+    Velk::detail::createMissingFolders(chosen, [](const std::string& folder) {
+        static_cast<void>(Platform::createPrivateFolder(folder));
+        return true;
+    });
     return withSeparator(chosen);
 }

@@ -227,8 +227,12 @@ bool merge(const fileString& source, const fileString& destination, ProgressSubj
     const auto add = [&](const fileString& name, const Handle& handle, ZipUtils::ZipRawDataInfo* entry) {
         return ZipUtils::writeFileToArchiveRaw(merged, name, handle, false, entry);
     };
-    return copyArchivedFile(destination, progress, namesIn(source), check) &&
-           copyArchivedFile(source, progress, namesIn(merged), add) && FileUtils::moveFile(merged, destination, true);
+    if (!copyArchivedFile(destination, progress, namesIn(source), check))
+        return false;
+    // Names that could not be read look like none, and the source's entries would replace those of the destination.
+    const std::set<fileString> present = namesIn(merged);
+    return (!present.empty() || ZipUtils::getSizeOfArchive(merged) == 0) &&
+           copyArchivedFile(source, progress, present, add) && FileUtils::moveFile(merged, destination, true);
 }
 
 bool putInPlace(const fileString& source, const fileString& destination, ProgressSubject* progress)

@@ -86,7 +86,7 @@ int runBrowser(int& argumentCount, char** arguments, ProgramOptions options,
     makeLinksReadable();
     ExitLimit limit;  // first, since all that may end late is made after it
     const Translations translations(QString::fromStdString(options.language));
-    const TemporaryFiles temporaryFiles(windowServices(options.window.home));
+    const TemporaryFiles temporaryFiles(windowServices(options.window.home), TemporaryFiles::Need::ifPossible);
     try {
         const std::unique_ptr<SiteService> service = startedService(options.site);
         if (service != nullptr)

@@ -115,7 +115,9 @@ ExitCode showCurrent(const FilterArguments& arguments, Output& output)
         setCurrentFilter(noFilterId);
     else if (!arguments.name.empty())
         setCurrentFilter(filterNamed(fromParser(arguments.name)).getFilterId());
-    const LibraryFilterManager& manager = installedFilters();
+    else
+        installedFilters();
+    const LibraryFilterManager& manager = LibraryFilterManager::getLibraryFilterManager();
     const LibraryFilter filter =
         LibraryFilterManager::getLibraryFilterFromId(manager.getCurrentFilterId(), manager.getLibraryFilters());
     if (arguments.format == "json")

@@ -46,8 +46,8 @@ struct PublishArguments
 int runPublish(const PublishArguments& arguments, Output& output)
 {
     const fileString site(fromParser(arguments.site));
-    const TemporaryFiles temporaryFiles(*Velk::host());
     try {
+        const TemporaryFiles temporaryFiles(*Velk::host());
         output.write(publishReportText(publish(fileString(fromParser(arguments.folder)), site), site));
         if (!arguments.nginx.empty()) {
             const fileString folder(fromParser(arguments.nginx));

@@ -61,7 +61,11 @@ std::string publishReportText(const PublishReport& report, const fileString& sit
             (libraries == 1 ? " library, " : " libraries, ") + byteText(bytes);
     if (report.manufacturers)
         text += ", manufacturers' data and " + std::to_string(report.logos) + (report.logos == 1 ? " logo" : " logos");
-    return text + "\n";
+    text += "\n";
+    if (report.left > 0)
+        text += std::to_string(report.left) + (report.left == 1 ? " file" : " files") +
+                " of earlier editions could not be removed; the next publication tries again.\n";
+    return text;
 }
 
 }  // namespace VelkHost

@@ -210,8 +210,8 @@ int update(const UpdateArguments& arguments, Output& output)
     char* programArguments[] = {name, nullptr};
     const QCoreApplication application(argumentCount, programArguments);
     const UpdateRequest request = requestOf(arguments, kindsOf(arguments.kinds));
-    const TemporaryFiles temporaryFiles(servicesFor(arguments, request));
     try {
+        const TemporaryFiles temporaryFiles(servicesFor(arguments, request));
         Update update(request, output);
         const UpdateResult result = update.run();
         writeUpdateReport(output, result, update.kilobytes(), arguments.format == "json");

@@ -33,8 +33,8 @@ std::vector<bool> searchedLibraries(const IndexState& state, const Library::Sear
     return searched;
 }
 
-/// One after the other from the best priority on.
-void makeGroups(const IndexRating::Counts& counts, SearchResult& hits)
+/// One after the other from the best priority on. Returns the number of hits.
+std::size_t makeGroups(const IndexRating::Counts& counts, SearchResult& hits)
 {
     std::size_t end = 0;
     for (std::size_t priority = 1; priority < counts.size(); ++priority) {
@@ -43,7 +43,7 @@ void makeGroups(const IndexRating::Counts& counts, SearchResult& hits)
         hits.groups.push_back({static_cast<SearchPriority>(priority), end, end + counts[priority]});
         end += counts[priority];
     }
-    hits.entries.resize(end);
+    return end;
 }
 
 /// Goes through the order once: entries that are hits go to the next place in their group.
@@ -60,32 +60,46 @@ public:
     }
 
     /// One thread goes up from the first entry, another one down from the last, until they meet in the middle.
-    void run()
+    void run(std::size_t hitCount)
     {
+        hits_.entries.resize(hitCount + 2);
         std::atomic<int> next = 0;
         onThreads(std::min<std::size_t>(threadCount(), 2), [&] {
             for (int half = next++; half < 2; half = next++)
                 half == 0 ? ascend(order_.size() / 2) : descend(order_.size() / 2);
         });
+        hits_.entries.resize(hitCount);
     }
 
 private:
     using Places = std::array<std::size_t, IndexRating::priorityCount>;
 
+    // Whether an entry is a hit cannot be guessed, so there is no branch on it: one that is none goes to the spare
+    // place that the thread has behind all hits.
     void ascend(std::size_t end)
     {
         Places places = begins_;
-        for (std::size_t i = 0; i < end && !mustStop(i); ++i)
-            if (const std::uint8_t priority = priorities_[order_[i]]; priority != 0)
-                hits_.entries[places[priority]++] = order_[i];
+        places[Invalid] = hits_.entries.size() - 1;
+        EntryNumber* const entries = hits_.entries.data();
+        for (std::size_t i = 0; i < end && !mustStop(i); ++i) {
+            const std::uint8_t priority = priorities_[order_[i]];
+            std::size_t& place = places[priority];
+            entries[place] = order_[i];
+            place += priority != Invalid ? 1 : 0;
+        }
     }
 
     void descend(std::size_t begin)
     {
         Places places = ends_;
-        for (std::size_t i = order_.size(); i > begin && !mustStop(i); --i)
-            if (const std::uint8_t priority = priorities_[order_[i - 1]]; priority != 0)
-                hits_.entries[--places[priority]] = order_[i - 1];
+        places[Invalid] = hits_.entries.size() - 2;
+        EntryNumber* const entries = hits_.entries.data();
+        for (std::size_t i = order_.size(); i > begin && !mustStop(i); --i) {
+            const std::uint8_t priority = priorities_[order_[i - 1]];
+            std::size_t& place = places[priority];
+            place -= priority != Invalid ? 1 : 0;
+            entries[place] = order_[i - 1];
+        }
     }
 
     bool mustStop(std::size_t entry) const { return entry % placedAtOnce == 0 && stop_.stop_requested(); }
@@ -99,8 +113,9 @@ private:
 };
 
 /// Puts the hits into their groups, and sorts each group.
-void sortHits(const IndexRating& rating, SearchResult& hits)
+void sortHits(const IndexRating& rating, std::size_t hitCount, SearchResult& hits)
 {
+    hits.entries.resize(hitCount);
     std::array<std::vector<EntryNumber>, IndexRating::priorityCount> found;
     rating.forEachHit([&](EntryNumber entry) { found[rating.priorities()[entry]].push_back(entry); });
     for (const SearchResult::Group& group : hits.groups) {
@@ -146,12 +161,12 @@ void rate(const SearchRequest& request, const Library::Search::Info& info, const
     hits.ratedItems = rating.ratedItems();
     if (!ended)
         return;
-    makeGroups(rating.counts(), hits);
+    const std::size_t hitCount = makeGroups(rating.counts(), hits);
     const EntryOrder* const order = hits.state->order();
-    if (order == nullptr || hits.entries.size() < order->entries.size() / fewHits)
-        sortHits(rating, hits);
+    if (order == nullptr || hitCount < order->entries.size() / fewHits)
+        sortHits(rating, hitCount, hits);
     else
-        HitPlacing(*order, rating, hits, stop).run();
+        HitPlacing(*order, rating, hits, stop).run(hitCount);
 }
 
 }  // namespace

@@ -57,7 +57,8 @@ public:
 private:
     void putOldBack() const noexcept
     try {
-        if (!FileUtils::moveFile(old_, target_, true))
+        // Without memory only the mere renaming is left.
+        if (!FileUtils::moveFile(old_, target_, true) && !FileUtils::renameFile(old_, target_))
             overwriteWithOld();
     } catch (const std::bad_alloc&) {
         // The new file stays, whole, until the whole is done again.

@@ -11,15 +11,15 @@
 namespace VelkHost {
 namespace {
 
-/// The names of an archive's entries. Throws FileError for one that cannot be read, which would otherwise look as if it
-/// were empty.
-std::set<std::string> namesIn(const fileString& archive)
+/// The names and checksums of an archive's entries. Throws FileError for one that cannot be read, which would otherwise
+/// look as if it were empty.
+std::map<std::string, std::uint32_t> contentOf(const fileString& archive)
 {
-    std::set<std::string> names;
+    std::map<std::string, std::uint32_t> content;
     const ArchiveReader reader(archive, ArchiveReader::Directory::readable);
     for (const ArchiveReader::Entry& entry : reader.entries())
-        names.insert(entry.name);
-    return names;
+        content.emplace(entry.name, entry.checksum);
+    return content;
 }
 
 void requireSound(const fileString& archive)
@@ -43,7 +43,7 @@ TextureMerge::TextureMerge(const fileString& archive, const std::string& purpose
         throw FileError(archive_, "cannot be written");
     if (!hadOld_)
         return;
-    names_ = namesIn(archive_);
+    content_ = contentOf(archive_);
     if (!FileUtils::linkFile(archive_, old_) && !FileUtils::copyFile(archive_, old_, false))
         throw FileError(archive_, "cannot be written");
 }
@@ -61,9 +61,10 @@ TextureMerge::~TextureMerge()
 void TextureMerge::add(const fileString& others, ProgressSubject& progress)
 {
     requireSound(others);
-    names_.merge(namesIn(others));
+    std::map<std::string, std::uint32_t> added = contentOf(others);
+    content_.merge(added);  // what is there already stays
     changed_ = true;
-    if (!LibraryImport::moveArchivedTextures(others, archive_, &progress) || namesIn(archive_) != names_)
+    if (!LibraryImport::moveArchivedTextures(others, archive_, &progress) || contentOf(archive_) != content_)
         throw FileError(archive_, "cannot be written");
 }
 

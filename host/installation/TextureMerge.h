@@ -4,7 +4,8 @@
 #include <VelkCommon/Files/WorkFolder.h>
 #include <VelkCommon/Files/fileString.h>
 
-#include <set>
+#include <cstdint>
+#include <map>
 #include <string>
 
 class ProgressSubject;
@@ -24,7 +25,7 @@ public:
     TextureMerge& operator=(const TextureMerge&) = delete;
 
     /// Adds the entries of the archive `others`, which must be sound and is removed, and sees to it that all of them
-    /// are there, and all that were there before.
+    /// are there, and all that were there before as they were.
     void add(const fileString& others, ProgressSubject& progress);
 
     /// What was added stays.
@@ -36,7 +37,7 @@ private:
     WorkFolder folder_;
     fileString old_;
     bool hadOld_;
-    std::set<std::string> names_;  // of the entries that the archive must have
+    std::map<std::string, std::uint32_t> content_;  // the names and checksums that the archive must have
     bool changed_ = false;
 };
 

@@ -58,7 +58,7 @@ public:
         if (!oldName_.empty() && new_.sameContent(old_)) {
             report.edition = old_.edition;
             if (const std::optional<SiteTable> earlier = edition(old_.previous))
-                removeUnused({oldName_, old_.previous}, {&*earlier, &old_});
+                report.left = removeUnused({oldName_, old_.previous}, {&*earlier, &old_});
             return report;
         }
         report.changed = true;
@@ -69,7 +69,7 @@ public:
         const std::string name = SHA1::bytesToSHA1Hex(text) + ".json";
         writeWhole(storedFile(site_, name), text);
         writeWhole(site_ / U"current", name + "\n");
-        removeUnused({name, oldName_}, {&old_, &new_});
+        report.left = removeUnused({name, oldName_}, {&old_, &new_});
         return report;
     }
 
@@ -179,8 +179,8 @@ private:
     }
 
     /// Clients may still read files of the previous edition. What cannot be removed now, or was left by a publication
-    /// that was killed, is removed next time.
-    void removeUnused(std::set<std::string> kept, const std::vector<const SiteTable*>& tables) const
+    /// that was killed, is removed next time. Returns how many files are left.
+    std::size_t removeUnused(std::set<std::string> kept, const std::vector<const SiteTable*>& tables) const
     {
         for (const SiteTable* table : tables) {
             for (const auto& [name, file] : table->libraries)
@@ -190,9 +190,12 @@ private:
             if (table->manufacturers)
                 kept.insert(table->manufacturers->stored);
         }
+        std::size_t left = 0;
         for (const FolderEntry& entry : folderEntries(site_ / U"files"))
-            if (!kept.contains(entry.name.utf8()))
-                FileUtils::removePath(site_ / U"files" / entry.name, FileUtils::overrideReadOnly);
+            if (!kept.contains(entry.name.utf8()) &&
+                !FileUtils::removePath(site_ / U"files" / entry.name, FileUtils::overrideReadOnly))
+                ++left;
+        return left;
     }
 
     PublishContent content_;

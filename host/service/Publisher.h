@@ -29,6 +29,7 @@ struct PublishReport
     std::vector<PublishedLibrary> libraries;
     std::size_t logos = 0;
     bool manufacturers = false;
+    std::size_t left = 0;  ///< files of earlier editions that could not be removed; the next publication tries again
 };
 
 /// Publishes the folder (PublishFolder.h) as the next edition of `site`, which is made when missing.

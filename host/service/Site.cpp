@@ -12,6 +12,8 @@
 #include <QJsonObject>
 
 #include <algorithm>
+#include <new>
+#include <optional>
 #include <tuple>
 
 namespace VelkHost {
@@ -60,6 +62,28 @@ public:
     SiteTable read() const
     {
         const std::string text = readWhole(path_, tableBytes);
+        const std::optional<SiteTable> table = parse(text);
+        // Qt leaves out what it has no memory for, and says nothing.
+        if (table != parse(text))
+            throw std::bad_alloc();
+        if (!table)
+            fail();
+        return *table;
+    }
+
+    /// Empty for a text that is no table.
+    std::optional<SiteTable> parse(const std::string& text) const
+    {
+        try {
+            return tableIn(text);
+        } catch (const FileError&) {
+            return std::nullopt;
+        }
+    }
+
+private:
+    SiteTable tableIn(const std::string& text) const
+    {
         const QJsonDocument document = QJsonDocument::fromJson(QByteArray::fromStdString(text));
         if (!document.isObject())
             fail();
@@ -79,7 +103,6 @@ public:
         return table;
     }
 
-private:
     [[noreturn]] void fail() const { throw FileError(path_, "is not a table of a site, or is damaged"); }
 
     std::uint64_t number(const QJsonValue& value) const
@@ -138,6 +161,24 @@ void requireReadable(const fileString& site)
     }
 }
 
+std::string jsonText(const SiteTable& table)
+{
+    QJsonObject root{{QStringLiteral("edition"), static_cast<double>(table.edition)},
+                     {QStringLiteral("published"), qtText(table.published)},
+                     {QStringLiteral("libraries"), toJson(table.libraries)},
+                     {QStringLiteral("logos"), toJson(table.logos)},
+                     {QStringLiteral("withdrawn"), toJson(table.withdrawn)}};
+    if (!table.previous.empty())
+        root.insert(QStringLiteral("previous"), qtText(table.previous));
+    if (table.manufacturers)
+        root.insert(QStringLiteral("manufacturers"), toJson(*table.manufacturers));
+    QJsonObject companions;
+    for (const auto& [name, digests] : table.companions)
+        companions.insert(qtText(name), toJson(digests));
+    root.insert(QStringLiteral("companions"), companions);
+    return QJsonDocument(root).toJson(QJsonDocument::Indented).toStdString();
+}
+
 }  // namespace
 
 bool SiteTable::sameContent(const SiteTable& other) const
@@ -182,20 +223,10 @@ SiteTable readTable(const fileString& site, const std::string& name)
 
 std::string tableText(const SiteTable& table)
 {
-    QJsonObject root{{QStringLiteral("edition"), static_cast<double>(table.edition)},
-                     {QStringLiteral("published"), qtText(table.published)},
-                     {QStringLiteral("libraries"), toJson(table.libraries)},
-                     {QStringLiteral("logos"), toJson(table.logos)},
-                     {QStringLiteral("withdrawn"), toJson(table.withdrawn)}};
-    if (!table.previous.empty())
-        root.insert(QStringLiteral("previous"), qtText(table.previous));
-    if (table.manufacturers)
-        root.insert(QStringLiteral("manufacturers"), toJson(*table.manufacturers));
-    QJsonObject companions;
-    for (const auto& [name, digests] : table.companions)
-        companions.insert(qtText(name), toJson(digests));
-    root.insert(QStringLiteral("companions"), companions);
-    return QJsonDocument(root).toJson(QJsonDocument::Indented).toStdString();
+    std::string text = jsonText(table);
+    if (text != jsonText(table))  // Qt has left out what it had no memory for
+        throw std::bad_alloc();
+    return text;
 }
 
 }  // namespace VelkHost

@@ -41,6 +41,8 @@ struct SiteTable
 
     /// The same for clients, whatever the number and the time.
     bool sameContent(const SiteTable& other) const;
+
+    bool operator==(const SiteTable&) const = default;
 };
 
 /// The path of a file in SITE/files.
@@ -53,10 +55,10 @@ bool isStoredName(std::string_view name);
 /// switch cannot be read.
 std::string currentTable(const fileString& site);
 
-/// Reads the table of that name. Throws FileError for one that is missing or damaged.
+/// Reads the table of that name. Throws FileError for one that is missing or damaged, and std::bad_alloc.
 SiteTable readTable(const fileString& site, const std::string& name);
 
-/// The table as it is stored: JSON.
+/// The table as it is stored: JSON, and complete: throws std::bad_alloc otherwise.
 std::string tableText(const SiteTable& table);
 
 }  // namespace VelkHost

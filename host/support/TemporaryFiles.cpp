@@ -9,18 +9,16 @@
 
 namespace VelkHost {
 
-TemporaryFiles::TemporaryFiles(Velk::HostServices services) : services_(std::move(services))
+TemporaryFiles::TemporaryFiles(Velk::HostServices services, Need need) : services_(std::move(services))
 {
     Velk::installHost(*services_);
-    useFolderIn(PathUtils::getObject().getTempPath());
+    useFolderIn(PathUtils::getObject().getTempPath(), need);
 }
 
 TemporaryFiles::TemporaryFiles(Velk::HostServices services, const fileString& parent) : services_(std::move(services))
 {
     Velk::installHost(*services_);
-    useFolderIn(parent);
-    if (folder_->path().empty())
-        throw FileError(parent, "cannot be written");
+    useFolderIn(parent, Need::always);
 }
 
 fileString TemporaryFiles::path() const
@@ -28,12 +26,15 @@ fileString TemporaryFiles::path() const
     return PathUtils::getObject().getTempPath();
 }
 
-void TemporaryFiles::useFolderIn(const fileString& parent)
+void TemporaryFiles::useFolderIn(const fileString& parent, Need need)
 {
     WorkFolder::removeLeftovers(parent);
     folder_.emplace(parent);
-    if (folder_->path().empty())
+    if (folder_->path().empty()) {
+        if (need == Need::always)
+            throw FileError(parent, "cannot be written");
         return;
+    }
     Velk::HostServices own = *services_;
     own.folders.temp = folder_->path();
     Velk::installHost(std::move(own));

@@ -12,8 +12,13 @@ namespace VelkHost {
 class TemporaryFiles
 {
 public:
-    /// Installs the services with such a folder. They keep their own where none can be made.
-    explicit TemporaryFiles(Velk::HostServices services);
+    /// What is done where no folder can be made.
+    enum class Need {
+        always,     ///< FileError is thrown
+        ifPossible  ///< the services keep their own folder, for a program that can do something without it
+    };
+    /// Installs the services with such a folder.
+    explicit TemporaryFiles(Velk::HostServices services, Need need = Need::always);
     /// The same with a folder in `parent`, for files that will be moved there. Throws FileError where none can be made.
     TemporaryFiles(Velk::HostServices services, const fileString& parent);
     /// Installs the services as they were given.
@@ -25,7 +30,7 @@ public:
     fileString path() const;
 
 private:
-    void useFolderIn(const fileString& parent);
+    void useFolderIn(const fileString& parent, Need need);
 
     std::optional<Velk::HostServices> services_;
     std::optional<WorkFolder> folder_;

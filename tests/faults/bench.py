@@ -115,6 +115,7 @@ class Bench:
     def fault_of_state(self, path, folder, outcome, told_late=False, may_be_torn=False):
         """Each file is as it was or as it is to be, and all of them are as they are to be when the program says so.
 
+        Files that are to go may stay where the program says that it could not remove them.
         With `told_late` a failure may come after the deed, when only its report is missing. With `may_be_torn`, what
         is left of a failure says nothing: the repetition tells whether all of it was kept.
         """
@@ -129,7 +130,8 @@ class Bench:
         if path.whole and not done and outcome.code not in (0, runs.KILLED) and \
                 (new := states.missing(now, known.new, known.old)):
             return f"exit code {outcome.code}, but not all is as it was: {', '.join(new)} ({outcome.last_line()})"
-        if outcome.code == 0 and (missing := states.missing(now, known.old, known.new)):
+        if outcome.code == 0 and (missing := states.missing(now, known.old, known.new)) and \
+                not (outcome.says("could not be removed") and all(map(states.is_only_left, missing))):
             return f"exit code 0, but not done: {', '.join(missing)} ({outcome.last_line()})"
         return None
 

@@ -69,6 +69,9 @@ class Outcome:
     def lines(self):
         return [line for line in (self.said + self.reported).splitlines() if line.strip() and line != NOISE]
 
+    def says(self, words):
+        return any(words in line for line in self.lines())
+
     def last_line(self):
         return (self.lines() or ["(nothing was said)"])[-1]
 

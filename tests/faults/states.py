@@ -16,9 +16,13 @@ import zipfile
 # Files of the program's own, by their names. They may be there or not, and hold whatever the program needs.
 RECORDS = re.compile(r"(.*/)?(errors\.log|catalog_hash\.txt|installed\.record|[^/]*\.lock)")
 
+# A folder of the installation, which is made by whoever looks for something in it.
+OWN_FOLDER = "home/user"
+
 HASH_NAME = re.compile(r"[0-9a-f]{40}")
 FOLDER = "a folder"
 TABLE = "table "
+STILL_THERE = " (still there)"
 
 
 def state_of(folder):
@@ -60,13 +64,19 @@ def torn(now, old, new):
 
 def missing(now, old, new):
     """The paths of what is not as it is to be, or is to be gone and is not."""
-    return [name if name in new else f"{name} (still there)"
+    return [name if name in new else name + STILL_THERE
             for name in sorted({*old, *new}) if not _is(now, name, new)]
+
+
+def is_only_left(missing_name):
+    """Whether one of missing() is to be gone, and is not."""
+    return missing_name.endswith(STILL_THERE)
 
 
 def litter(now, *known):
     """The paths of what belongs to no known state."""
-    return [name for name in sorted(now) if not any(name in state for state in known)]
+    return [name for name in sorted(now)
+            if not any(name in state for state in known) and (name, now[name]) != (OWN_FOLDER, FOLDER)]
 
 
 def _is(now, name, wanted):

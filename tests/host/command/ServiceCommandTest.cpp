@@ -79,6 +79,16 @@ TEST_F(ServiceCommand, PublishesAndTellsWhat)
     EXPECT_THAT(velk({"publish", "input", "-o", "site"}).output, HasSubstr("changed"));
 }
 
+TEST_F(ServiceCommand, TellsWhatOfEarlierEditionsIsLeft)
+{
+    velk({"publish", "input", "-o", "site"});
+    FileUtils::createDirectoriesWithPerm(folder() / U"site" / U"files" / U"no file");
+    const ProgramRun run = velk({"publish", "input", "-o", "site"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_THAT(run.output,
+                HasSubstr("\n1 file of earlier editions could not be removed; the next publication tries again.\n"));
+}
+
 TEST_F(ServiceCommand, TellsEverythingThatIsWrong)
 {
     test::writeFileDeep(input(U"core/b.calib"), "broken");

@@ -160,6 +160,16 @@ TEST_F(Publisher, RemovesWhatAnEarlierPublicationLeftAlsoWhenNothingChanged)
     }
 }
 
+TEST_F(Publisher, CountsWhatItCannotRemove)
+{
+    test::writeCatalogFile(input(U"core/a.calib"), "1");
+    EXPECT_EQ(publish().left, 0U);
+    FileUtils::createDirectoriesWithPerm(site() / U"files" / U"no file");
+    EXPECT_EQ(publish().left, 1U);
+    test::writeCatalogFile(input(U"core/a.calib"), "2");
+    EXPECT_EQ(publish().left, 1U);
+}
+
 // It was written before tables told of it.
 TEST_F(Publisher, KeepsEverythingWhereThePreviousEditionIsNotKnown)
 {
