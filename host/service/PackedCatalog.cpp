@@ -2,6 +2,7 @@
 
 #include "host/catalog/ArchiveReader.h"
 #include "host/catalog/CatalogFile.h"
+#include "host/service/Digest.h"
 #include "host/support/FileError.h"
 
 #include <VelkCommon/Files/FileReaper.h>
@@ -56,7 +57,7 @@ std::string catalogHash(const ArchiveReader& archive, const Entry& entry)
     return hash;
 }
 
-std::string digestOf(const std::vector<Entry>& entries)
+std::string digestOfOthers(const std::vector<Entry>& entries)
 {
     std::vector<std::string> lines;
     for (const Entry& entry : entries)
@@ -66,7 +67,7 @@ std::string digestOf(const std::vector<Entry>& entries)
     std::string bytes;
     for (const std::string& line : lines)
         bytes.append(line).push_back('\0');
-    return SHA1::bytesToSHA1Hex(bytes);
+    return digestOf(bytes);
 }
 
 }  // namespace
@@ -75,7 +76,7 @@ PackedCatalog inspectPackedCatalog(const fileString& path)
 {
     const ArchiveReader archive(path, ArchiveReader::Directory::sound);
     const Entry& catalog = theCatalog(archive);
-    PackedCatalog packed{catalogHash(archive, catalog), digestOf(archive.entries())};
+    PackedCatalog packed{catalogHash(archive, catalog), digestOfOthers(archive.entries())};
     for (const Entry& entry : archive.entries())
         if (&entry != &catalog)
             archive.read(entry, [](std::string_view) {});

@@ -1,6 +1,7 @@
 #include "host/service/Publisher.h"
 
 #include "host/service/CoreIndex.h"
+#include "host/service/Digest.h"
 #include "host/service/PublishFolder.h"
 #include "host/service/PublishedName.h"
 #include "host/service/SiteAnswer.h"
@@ -66,7 +67,7 @@ public:
         new_.published = Library::getTimeNowString();
         new_.previous = oldName_;
         const std::string text = tableText(new_);
-        const std::string name = SHA1::bytesToSHA1Hex(text) + ".json";
+        const std::string name = digestOf(text) + ".json";
         writeWhole(storedFile(site_, name), text);
         writeWhole(site_ / U"current", name + "\n");
         report.left = removeUnused({name, oldName_}, {&old_, &new_});
@@ -139,7 +140,7 @@ private:
         std::string text;
         for (const std::string& name : content_.coreNames)
             text += name + "\n";
-        const std::string digest = SHA1::bytesToSHA1Hex(text);
+        const std::string digest = digestOf(text);
         SiteFile file{digest + ".txt", digest, text.size()};
         if (!isWhole(file))
             writeWhole(storedFile(site_, file.stored), text);
