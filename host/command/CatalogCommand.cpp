@@ -82,7 +82,7 @@ void addBuild(CLI::App& catalog, Output& output, Action& action)
     CLI::App* const command =
         catalog.add_subcommand("build", "Make a .calib file from a furniture library or a CSV file");
     const auto arguments = std::make_shared<BuildArguments>();
-    command->add_option("SOURCE", arguments->source, "A furniture library (.sh3f) or a CSV file")->required();
+    command->add_option("SOURCE", arguments->source, "A furniture library (.sh3f) or a CSV file (.csv)")->required();
     addOptions(*command, *arguments);
     command->footer(buildExamples);
     command->callback(

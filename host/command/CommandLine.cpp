@@ -42,6 +42,8 @@ A search text, from simple to clever:
 
 void describe(CLI::App& app)
 {
+    app.name("velk");
+    app.description(description);
     app.footer(lineExamples);
     app.require_subcommand(1);
     app.set_version_flag("--version", "velk " VELK_VERSION_STRING);
@@ -64,19 +66,9 @@ std::vector<std::string> withoutHelpCommand(std::vector<std::string> arguments)
 int run(const std::vector<std::string>& given, Output& output)
 {
     const std::vector<std::string> arguments = withoutHelpCommand(given);
-    CLI::App app(description, "velk");
-    describe(app);
+    CLI::App app;
     Action action;
-    addSearchCommand(app, output, action);
-    addCatalogCommand(app, output, action);
-    addFilterCommand(app, output, action);
-    addManufacturerCommand(app, output, action);
-    addPublishCommand(app, output, action);
-    addServeCommand(app, output, action);
-    addTexturesCommand(app, output, action);
-    addTourCommand(app, output, action);
-    addUnpackCommand(app, output, action);
-    addUpdateCommand(app, output, action);
+    describeCommands(app, output, action);
     if (arguments.empty()) {
         output.write(app.help());
         return static_cast<int>(ExitCode::Success);
@@ -100,6 +92,21 @@ int run(const std::vector<std::string>& given, Output& output)
 }
 
 }  // namespace
+
+void describeCommands(CLI::App& app, Output& output, Action& action)
+{
+    describe(app);
+    addSearchCommand(app, output, action);
+    addCatalogCommand(app, output, action);
+    addFilterCommand(app, output, action);
+    addManufacturerCommand(app, output, action);
+    addPublishCommand(app, output, action);
+    addServeCommand(app, output, action);
+    addTexturesCommand(app, output, action);
+    addTourCommand(app, output, action);
+    addUnpackCommand(app, output, action);
+    addUpdateCommand(app, output, action);
+}
 
 int runVelk(const std::vector<std::string>& arguments, Output& output) noexcept
 {

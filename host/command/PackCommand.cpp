@@ -116,7 +116,9 @@ void addPackCommand(CLI::App& catalog, Output& output, Action& action)
     command->add_option("--files", arguments->folder, "The folder of its textures and other files")
         ->required()
         ->type_name("DIR");
-    command->add_option("-o,--output", arguments->target, "The packed library to write")->required()->type_name("FILE");
+    command->add_option("-o,--output", arguments->target, "The packed library (.calibz) to write")
+        ->required()
+        ->type_name("FILE");
     command->footer(packExamples);
     command->callback(
         [arguments, &output, &action] { action = [arguments, &output] { return run(*arguments, output); }; });

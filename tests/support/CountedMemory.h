@@ -35,19 +35,47 @@ inline bool isRefused() noexcept
     return true;
 }
 
+/// Memory for a request, which is counted; null when it is refused, or there is none.
+inline void* take(std::size_t size) noexcept
+{
+    if (size > largestAllocation || isRefused()) {
+        ++refusedAllocations;
+        return nullptr;
+    }
+    ++allocations;
+    allocatedBytes += size;
+    return std::malloc(size == 0 ? 1 : size);
+}
+
+inline void* takeOrThrow(std::size_t size)
+{
+    if (void* const memory = take(size))
+        return memory;
+    throw std::bad_alloc();
+}
+
 }  // namespace test
+
+// All that can meet each other: what one of the standard library's own took, ours must not give back.
 
 void* operator new(std::size_t size)
 {
-    if (size > test::largestAllocation || test::isRefused()) {
-        ++test::refusedAllocations;
-        throw std::bad_alloc();
-    }
-    ++test::allocations;
-    test::allocatedBytes += size;
-    if (void* const memory = std::malloc(size == 0 ? 1 : size))
-        return memory;
-    throw std::bad_alloc();
+    return test::takeOrThrow(size);
+}
+
+void* operator new[](std::size_t size)
+{
+    return test::takeOrThrow(size);
+}
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    return test::take(size);
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
+{
+    return test::take(size);
 }
 
 void operator delete(void* memory) noexcept
@@ -55,7 +83,27 @@ void operator delete(void* memory) noexcept
     std::free(memory);
 }
 
+void operator delete[](void* memory) noexcept
+{
+    std::free(memory);
+}
+
 void operator delete(void* memory, std::size_t) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete[](void* memory, std::size_t) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete(void* memory, const std::nothrow_t&) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete[](void* memory, const std::nothrow_t&) noexcept
 {
     std::free(memory);
 }

@@ -1,0 +1,53 @@
+# Looks at what desktops are told with their own tools, as far as they are here, and asks whether all of it names each
+# other as it stands on disk.
+#   cmake -DSOURCE=packaging/desktop -DWORK=... -P check.cmake
+cmake_minimum_required(VERSION 3.25)
+
+function(step)
+    execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+    if(NOT result EQUAL 0 OR output MATCHES "(error|warning):")
+        message(FATAL_ERROR "failed: ${ARGN}\n${output}")
+    endif()
+endfunction()
+
+function(value_of key result)
+    file(STRINGS ${SOURCE}/velk-browser.desktop lines REGEX "^${key}=")
+    string(REGEX REPLACE "^${key}=([^ ]*).*" "\\1" value "${lines}")
+    set(${result} "${value}" PARENT_SCOPE)
+endfunction()
+
+find_program(DESKTOP_FILE_VALIDATE desktop-file-validate)
+if(DESKTOP_FILE_VALIDATE)
+    step(${DESKTOP_FILE_VALIDATE} ${SOURCE}/velk-browser.desktop)
+endif()
+find_program(APPSTREAMCLI appstreamcli)
+if(APPSTREAMCLI)
+    step(${APPSTREAMCLI} validate --no-net ${SOURCE}/invalid.velk.browser.metainfo.xml)
+endif()
+
+value_of(Icon icon)
+value_of(Exec program)
+if(NOT EXISTS ${SOURCE}/${icon}.svg OR NOT program STREQUAL "velk-browser")
+    message(FATAL_ERROR "there is no icon ${icon}, or no program ${program}")
+endif()
+
+# The types of both kinds of files, as programs find them.
+find_program(UPDATE_MIME_DATABASE update-mime-database)
+if(UPDATE_MIME_DATABASE)
+    file(REMOVE_RECURSE ${WORK})
+    file(MAKE_DIRECTORY ${WORK}/mime/packages)
+    file(COPY ${SOURCE}/velk.xml DESTINATION ${WORK}/mime/packages)
+    step(${UPDATE_MIME_DATABASE} ${WORK}/mime)
+    file(READ ${WORK}/mime/globs globs)
+    file(READ ${WORK}/mime/subclasses subclasses)
+    foreach(expected "application/vnd.velk.calib:[*].calib\n" "application/vnd.velk.calibz:[*].calibz\n")
+        if(NOT globs MATCHES "${expected}")
+            message(FATAL_ERROR "there is no ${expected} in\n${globs}")
+        endif()
+    endforeach()
+    foreach(expected "vnd.velk.calib application/vnd.sqlite3\n" "vnd.velk.calibz application/zip\n")
+        if(NOT subclasses MATCHES "${expected}")
+            message(FATAL_ERROR "there is no ${expected} in\n${subclasses}")
+        endif()
+    endforeach()
+endif()
