@@ -15,8 +15,8 @@ struct Entry
 };
 
 /// The entries of all furniture libraries (*.sh3f, every language) and symbol libraries (*.kicad_sym)
-/// in these folders and below (in the system's, where none are given), in the order of their files' names, each distinct
-/// pair once.
+/// in these folders and below (in the system's, where none are given), in the order of their files' names, each
+/// distinct pair once.
 std::vector<Entry> readLibraries(const std::vector<std::string>& folders);
 
 /// `count` entries put together from the words of others; every run gives the same entries.
