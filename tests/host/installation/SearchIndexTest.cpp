@@ -120,7 +120,8 @@ private:
     {
         const auto& [priority, library, isFolder, index] = row;
         const Catalog& catalog = *libraries_[library].catalog;
-        const std::string& name = hitName(catalog, {Invalid, isFolder, library, index});
+        const Hit hit = {Invalid, isFolder, library, index};
+        const std::string& name = hitName(catalog, hit);
         hits_.push_back({{priority, StringUtils::toLowerUtf8(name), catalog.name}, row});
     }
 
