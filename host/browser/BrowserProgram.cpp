@@ -24,6 +24,7 @@
 #include <cstdlib>
 #include <exception>
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace VelkHost {
@@ -81,7 +82,9 @@ int runBrowser(int& argumentCount, char** arguments, ProgramOptions options,
 {
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    auto whileMade = std::make_optional<EndWithoutMemory>();
     const QApplication application(argumentCount, arguments);
+    whileMade.reset();
     QApplication::setApplicationName(QStringLiteral("velk-browser"));
     makeLinksReadable();
     ExitLimit limit;  // first, since all that may end late is made after it

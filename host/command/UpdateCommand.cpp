@@ -8,6 +8,7 @@
 #include "host/support/ExitCode.h"
 #include "host/support/FileError.h"
 #include "host/support/InstallHost.h"
+#include "host/support/LastWords.h"
 #include "host/support/LibraryPreference.h"
 #include "host/support/ParserArguments.h"
 #include "host/support/System.h"
@@ -30,6 +31,7 @@
 #include <exception>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <set>
 #include <stop_token>
 #include <thread>
@@ -208,7 +210,9 @@ int update(const UpdateArguments& arguments, Output& output)
     int argumentCount = 1;
     char name[] = "velk";
     char* programArguments[] = {name, nullptr};
+    auto whileMade = std::make_optional<EndWithoutMemory>();
     const QCoreApplication application(argumentCount, programArguments);
+    whileMade.reset();
     const UpdateRequest request = requestOf(arguments, kindsOf(arguments.kinds));
     try {
         const TemporaryFiles temporaryFiles(servicesFor(arguments, request));

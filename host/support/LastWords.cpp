@@ -25,12 +25,25 @@ constinit LastWords lastWords{"", "", EXIT_FAILURE};
     std::_Exit(lastWords.exitCode);
 }
 
+[[noreturn]] void giveUpWithoutMemory() noexcept
+{
+    writeToError(lastWords.outOfMemory);
+    std::_Exit(lastWords.exitCode);
+}
+
 }  // namespace
 
 std::terminate_handler endWith(const LastWords& words) noexcept
 {
     lastWords = words;
     return std::set_terminate(giveUp);
+}
+
+EndWithoutMemory::EndWithoutMemory() noexcept : before_(std::set_new_handler(giveUpWithoutMemory)) {}
+
+EndWithoutMemory::~EndWithoutMemory()
+{
+    std::set_new_handler(before_);
 }
 
 }  // namespace VelkHost

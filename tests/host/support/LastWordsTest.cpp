@@ -34,4 +34,24 @@ TEST_F(LastWordsDeathTest, SayOfEverythingElseThatItWasUnexpected)
     EXPECT_EXIT(endBy([] { throw 1; }), testing::ExitedWithCode(7), "^tool: unexpected failure\n$");
 }
 
+TEST_F(LastWordsDeathTest, AreSaidAtOnceWhereNothingMayBeUnwound)
+{
+    const auto runOut = [] {
+        VelkHost::endWith({"tool: out of memory\n", "tool: unexpected failure\n", 7});
+        const VelkHost::EndWithoutMemory end;
+        std::get_new_handler()();
+    };
+    EXPECT_EXIT(runOut(), testing::ExitedWithCode(7), "^tool: out of memory\n$");
+}
+
+TEST(EndWithoutMemory, LeavesTheHandlerThatWasThere)
+{
+    const std::new_handler before = std::get_new_handler();
+    {
+        const VelkHost::EndWithoutMemory end;
+        EXPECT_NE(std::get_new_handler(), before);
+    }
+    EXPECT_EQ(std::get_new_handler(), before);
+}
+
 }  // namespace
