@@ -280,6 +280,10 @@ def both(**fields):
     return dict(local=fields, central=fields)
 
 
+def first_half(content):
+    return content[: len(content) // 2]
+
+
 BAD_CONTENT = {
     "another checksum": lambda content: both(crc=zlib.crc32(content) ^ 1),
     "no checksum": lambda content: both(crc=0),

@@ -120,6 +120,8 @@ def examine(bench, path, kind, twist):
         if service.fault or not service.twisted:
             return service.fault or "the request was never made"
         if twist.meaning == TAKEN or kind in UNCHECKED:
+            if twist.endless:  # what an interruption leaves, the next run removes
+                bench.program.run(known.command, folder)
             left = states.litter(states.state_of(folder), known.old, known.new)
             return f"files of no meaning: {', '.join(left)}" if left else None
         if outcome.code == 0 and twist.meaning == BELIEVED:
@@ -412,7 +414,7 @@ INDEXES = (
 
 CARDS = (
     cards(b"", "are empty"),
-    cards(b"{}", "have nothing", BELIEVED),
+    cards(b"{}", "have nothing", TAKEN),
     cards(b"[]", "are a list"),
     cards(b"{" * 100000, "are deep"),
     cards(b'{"Version": "42", "Last_Modified": "20990101T000000.000000", "Manufacturer_1": 5}', "have no cards"),
@@ -420,7 +422,7 @@ CARDS = (
     cards(b'{"Version": "42", "Last_Modified": "20990101T000000.000000", "Default_Text": 7}', "have numbers for texts"),
     cards(b'{"Version": "42", "Last_Modified": "19990101T000000.000000"}', "are old", BELIEVED),
     cards(noise(100000), "are noise"),
-    cards(b'{"Version": "42", "Default_Text": "' + b"x" * (9 << 20) + b'"}', "are larger than any"),
+    cards(b'{"Version": "42", "Default_Text": "' + b"x" * (9 << 20) + b'"}', "have a text of nine megabytes", TAKEN),
     changed_cards(b"acme.png", b"../acme.png", "have a logo in another folder"),
     changed_cards(b"acme.png", b"/evil.png", "have a logo at a path"),
     changed_cards(b"acme.png", b"manufacturer_data.json", "have the data for a logo"),
