@@ -5,6 +5,8 @@
 
 #include "support/QtProcesses.h"
 
+#include <VelkCommon/Files/FileUtils.h>
+
 #include <QProcess>
 
 #include <csignal>
