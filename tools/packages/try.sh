@@ -12,7 +12,7 @@ codename=$(. /etc/os-release && echo "${VERSION_CODENAME:-}")
 # The archive that this machine installs from.
 archive() {
     apt-get indextargets --format '$(REPO_URI)' \
-        "Created-By: Packages" "Origin: Debian" "Codename: $codename" "Component: main" 2>/dev/null | head -n 1
+        "Created-By: Packages" "Origin: Debian" "Codename: $codename" "Component: main" 2>/dev/null | sed -n 1p
 }
 
 if [ "$1" = --archive ]; then
