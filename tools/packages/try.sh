@@ -62,7 +62,6 @@ try_programs() {
     as_nobody velk --version
     as_nobody velk-browser --version
     quietly as_nobody velk tour --sample -o /tmp/home/tour
-    tail -n 1 "$log"
 }
 
 try_window() {
