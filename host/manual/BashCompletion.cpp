@@ -74,8 +74,10 @@ using Commands = std::vector<NestedCommand>;
 std::string pattern(const std::string& command, const ArgumentDescription& option)
 {
     std::string text;
-    for (const std::string& name : option.names)
-        text += (text.empty() ? "" : " | ") + ("\"" + command) + " " + name + "\"";
+    for (const std::string& name : option.names) {
+        text += text.empty() ? "\"" : " | \"";
+        text.append(command).append(" ").append(name).append("\"");
+    }
     return text;
 }
 
@@ -119,14 +121,15 @@ std::string values(const std::string& function, const NestedCommand& command)
     for (const ArgumentDescription& option : description.options)
         if (option.values > 0)
             text += caseOf(pattern(command.words, option), offer(function, option));
+    text += caseOf("\"" + command.words + " -\"", function + "_words " + joined(optionNames(description)));
+    if (!description.commands.empty())
+        text += caseOf("\"" + command.words + " 0\"", function + "_words " + joined(commandNames(description)));
+    // Behind the others, as several arguments may be at any place.
     for (std::size_t place = 0; place < description.places.size(); ++place) {
         const ArgumentDescription& argument = description.places[place];
         const std::string which = argument.repeated ? " \"*" : " " + std::to_string(place) + "\"";
         text += caseOf("\"" + command.words + which, offer(function, argument));
     }
-    text += caseOf("\"" + command.words + " -\"", function + "_words " + joined(optionNames(description)));
-    if (!description.commands.empty())
-        text += caseOf("\"" + command.words + " 0\"", function + "_words " + joined(commandNames(description)));
     return text;
 }
 

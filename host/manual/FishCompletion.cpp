@@ -56,14 +56,15 @@ std::string namesOf(const ArgumentDescription& option)
 std::string linesOf(const NestedCommand& command, const std::string& complete, const std::string& function)
 {
     const std::string next = complete + inQuotes(joined(function + "_next", command.words));
-    const std::string in = command.words.empty() ? next : complete + inQuotes(joined(function + "_in", command.words));
+    // Options of a program with commands come before those; without commands, its arguments are everywhere.
+    const bool isGroup = command.words.empty() && !command.description->commands.empty();
+    const std::string in = isGroup ? next : complete + inQuotes(joined(function + "_in", command.words));
     std::string text = "\n";
     for (const CommandDescription& part : command.description->commands)
         text += next + " -a " + part.name + " -d " + inQuotes(part.summary) + "\n";
-    const bool program = command.words.empty() && command.description->commands.empty();
     for (const ArgumentDescription& option : command.description->options)
-        text += (program ? complete + inQuotes(function + "_in") : in) + namesOf(option) +
-                (option.values > 0 ? " -r" : "") + offered(option) + " -d " + inQuotes(option.help) + "\n";
+        text += in + namesOf(option) + (option.values > 0 ? " -r" : "") + offered(option) + " -d " +
+                inQuotes(option.help) + "\n";
     for (const ArgumentDescription& place : command.description->places)
         text += in + offered(place) + " -d " + inQuotes(place.value) + "\n";
     return text;

@@ -3,9 +3,22 @@
 # command, its tour, the window without a display, and the project in tests/consumer compiled against them. At the end
 # all is removed again, and nothing may be left.
 #   try.sh PACKAGES FOLDER    as root; FOLDER holds the bare system, which is made once, and the one for the trial
+#   try.sh --archive          tells which archive a bare system comes from; nothing where there is none
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
+codename=$(. /etc/os-release && echo "${VERSION_CODENAME:-}")
+
+# The archive that this machine installs from.
+archive() {
+    apt-get indextargets --format '$(REPO_URI)' \
+        "Created-By: Packages" "Origin: Debian" "Codename: $codename" "Component: main" 2>/dev/null | sed -n 1p
+}
+
+if [ "$1" = --archive ]; then
+    archive
+    exit
+fi
 packages=$(realpath "$1")
 mkdir -p "$2"
 folder=$(realpath "$2")
@@ -23,19 +36,9 @@ inside() { chroot "$system" "$@"; }
 as_nobody() { chroot --userspec=65534:65534 "$system" env HOME=/tmp/home QT_QPA_PLATFORM=offscreen "$@"; }
 install() { quietly inside apt-get install -y -qq --no-install-recommends "$@"; }
 
-# The archive that this machine installs from.
-archive() {  # CODENAME
-    apt-get indextargets --format '$(REPO_URI)' \
-        "Created-By: Packages" "Origin: Debian" "Codename: $1" "Component: main" | head -n 1
-}
-
 make_bare() {
-    local codename from
-    codename=$(. /etc/os-release && echo "${VERSION_CODENAME:-}")
-    from=$(archive "$codename")
-    [ -n "$from" ] || { echo "this machine installs from no archive of Debian"; return 1; }
     say "A bare system ($codename), once"
-    quietly debootstrap --variant=minbase "$codename" "$bare.new" "$from"
+    quietly debootstrap --variant=minbase "$codename" "$bare.new" "$(archive)"
     # How this machine reaches the archive.
     apt-config dump | grep -iE '^Acquire::(https?|ftp)::' >"$bare.new/etc/apt/apt.conf.d/90machine" || true
     mv "$bare.new" "$bare"
@@ -59,7 +62,6 @@ try_programs() {
     as_nobody velk --version
     as_nobody velk-browser --version
     quietly as_nobody velk tour --sample -o /tmp/home/tour
-    tail -n 1 "$log"
 }
 
 try_window() {

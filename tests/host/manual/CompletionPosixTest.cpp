@@ -1,7 +1,10 @@
 // The completions as the shells take them.
+#include "host/manual/Completions.h"
+#include "host/manual/ProgramDescription.h"
 #include "support/QtProcesses.h"
 #include "support/TestHost.h"
 
+#include <CLI/CLI.hpp>
 #include <gmock/gmock.h>
 
 #include <QProcess>
@@ -61,14 +64,14 @@ protected:
     }
 
     /// What bash offers for the last of these words. Its own completion functions are not asked, which may be missing.
-    Words bash(const Words& words)
+    Words bash(const Words& words, const std::string& files = madeFiles)
     {
         QStringList arguments = {
             QStringLiteral("--norc"), QStringLiteral("-c"),
             QStringLiteral("source \"$1\" && shift && COMP_WORDS=(\"$@\") COMP_CWORD=$(($# - 1)) &&"
                            "registered=($(complete -p \"$1\")) && \"${registered[2]}\" && "
                            "printf '%s\\n' \"${COMPREPLY[@]}\""),
-            QStringLiteral("bash"), QString::fromStdString(madeFiles + "/" + words.front() + ".bash")};
+            QStringLiteral("bash"), QString::fromStdString(files + "/" + words.front() + ".bash")};
         for (const std::string& word : words)
             arguments << QString::fromStdString(word);
         Words offered = lines(QStringLiteral("bash"), arguments);
@@ -77,13 +80,13 @@ protected:
     }
 
     /// What fish offers for this line, without descriptions.
-    Words fish(const std::string& line)
+    Words fish(const std::string& line, const std::string& files = madeFiles)
     {
         const std::string program = line.substr(0, line.find(' '));
-        Words offered = lines(QStringLiteral("fish"), {QStringLiteral("--no-config"), QStringLiteral("-c"),
-                                                       QStringLiteral("source $argv[1]; complete -C $argv[2]"),
-                                                       QString::fromStdString(madeFiles + "/" + program + ".fish"),
-                                                       QString::fromStdString(line)});
+        Words offered = lines(QStringLiteral("fish"),
+                              {QStringLiteral("--no-config"), QStringLiteral("-c"),
+                               QStringLiteral("source $argv[1]; complete -C $argv[2]"),
+                               QString::fromStdString(files + "/" + program + ".fish"), QString::fromStdString(line)});
         for (std::string& word : offered)
             word = word.substr(0, word.find('\t'));
         return offered;
@@ -129,6 +132,37 @@ INSTANTIATE_TEST_SUITE_P(
                     Row{"OptionsOfTheWindow", {"velk-browser", "--s"}, {"--service", "--site"}},
                     Row{"LanguagesOfTheWindow", {"velk-browser", "--language", ""}, {"de", "en", "fr"}}),
     [](const auto& row) { return std::string(row.param.name); });
+
+/// A program without commands that takes any number of files.
+VelkHost::CommandDescription viewer()
+{
+    CLI::App app("View files", "viewer");
+    std::string home;
+    std::vector<std::string> files;
+    app.add_option("--home", home, "The folder")->type_name("DIR");
+    app.add_option("FILE", files, "A packed library (.calibz)");
+    return VelkHost::describe(app);
+}
+
+TEST_F(Completion, OfBashOffersFilesAtEveryPlace)
+{
+    test::writeFile(folder() / U"viewer.bash", bashCompletion(viewer()));
+    const std::string files = folder().utf8();
+    EXPECT_THAT(bash({"viewer", ""}, files), ElementsAre("house.calibz", "textures"));
+    EXPECT_THAT(bash({"viewer", "--home", "x", "y", ""}, files), ElementsAre("house.calibz", "textures"));
+    EXPECT_THAT(bash({"viewer", "x", "--ho"}, files), ElementsAre("--home"));
+    EXPECT_THAT(bash({"viewer", "x", "--home", ""}, files), ElementsAre("textures"));
+}
+
+TEST_F(Completion, OfFishOffersFilesAtEveryPlace)
+{
+    if (!isThere(QStringLiteral("fish")))
+        GTEST_SKIP() << "there is no fish";
+    test::writeFile(folder() / U"viewer.fish", fishCompletion(viewer()));
+    const std::string files = folder().utf8();
+    EXPECT_THAT(fish("viewer --home x y ", files).at(0), "house.calibz");
+    EXPECT_THAT(fish("viewer x --ho", files), ElementsAre("--home"));
+}
 
 TEST_F(Completion, OfZshIsUnderstood)
 {
