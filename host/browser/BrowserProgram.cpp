@@ -50,6 +50,15 @@ Velk::HostServices windowServices(const fileString& home)
     return services;
 }
 
+/// To be called before the application object is made. Qt 6 does by itself what Qt 5 has to be told.
+void allowHighDensity()
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+#endif
+}
+
 /// Some dark desktops set no colour for links, and Qt's default is a blue that cannot be read there.
 void makeLinksReadable()
 {
@@ -79,8 +88,7 @@ int failed(const std::exception& error)
 int runBrowser(int& argumentCount, char** arguments, ProgramOptions options,
                const std::function<void(BrowserWindow&)>& shown)
 {
-    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    allowHighDensity();
     const QApplication application(argumentCount, arguments);
     QApplication::setApplicationName(QStringLiteral("velk-browser"));
     makeLinksReadable();
