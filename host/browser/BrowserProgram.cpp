@@ -2,6 +2,7 @@
 
 #include "host/browser/BrowserWindow.h"
 #include "host/browser/ExitLimit.h"
+#include "host/browser/ReadableColours.h"
 #include "host/browser/StoredPreferences.h"
 #include "host/browser/language/HostTexts.h"
 #include "host/browser/language/Reasons.h"
@@ -16,8 +17,6 @@
 #include <VelkCommon/HostServices.h>
 
 #include <QApplication>
-#include <QColor>
-#include <QPalette>
 
 #include <chrono>
 #include <cstdio>
@@ -59,16 +58,12 @@ void allowHighDensity()
 #endif
 }
 
-/// Some dark desktops set no colour for links, and Qt's default is a blue that cannot be read there.
-void makeLinksReadable()
+/// Without need, no colours are set, because those that are set do not follow the desktop any more.
+void makeColoursReadable()
 {
-    constexpr int middle = 128;
-    QPalette palette = QApplication::palette();
-    if (palette.color(QPalette::Window).lightness() >= middle || palette.color(QPalette::Link).lightness() > middle)
-        return;
-    for (const QPalette::ColorRole role : {QPalette::Link, QPalette::LinkVisited})
-        palette.setColor(role, QColor(0x6c, 0xb4, 0xf5));
-    QApplication::setPalette(palette);
+    const QPalette readable = readableColours(QApplication::palette());
+    if (readable != QApplication::palette())
+        QApplication::setPalette(readable);
 }
 
 void tell(const QString& failure)
@@ -91,7 +86,7 @@ int runBrowser(int& argumentCount, char** arguments, ProgramOptions options,
     allowHighDensity();
     const QApplication application(argumentCount, arguments);
     QApplication::setApplicationName(QStringLiteral("velk-browser"));
-    makeLinksReadable();
+    makeColoursReadable();
     ExitLimit limit;  // first, since all that may end late is made after it
     const Translations translations(QString::fromStdString(options.language));
     const TemporaryFiles temporaryFiles(windowServices(options.window.home));
