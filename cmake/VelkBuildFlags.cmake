@@ -12,8 +12,9 @@ endif()
 if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     target_compile_options(velk_warnings INTERFACE -Wno-subobject-linkage)
 endif()
+# What Qt 5 or Qt 6.4 calls deprecated is not there at all.
 target_compile_definitions(velk_warnings INTERFACE
-    QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH)
+    QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 if(WIN32)
     target_compile_definitions(velk_warnings INTERFACE NOMINMAX WIN32_LEAN_AND_MEAN UNICODE _UNICODE)
 endif()

@@ -2,6 +2,7 @@
 
 #include "host/browser/BrowserWindow.h"
 #include "host/browser/ExitLimit.h"
+#include "host/browser/ReadableColours.h"
 #include "host/browser/StoredPreferences.h"
 #include "host/browser/language/HostTexts.h"
 #include "host/browser/language/Reasons.h"
@@ -16,8 +17,6 @@
 #include <VelkCommon/HostServices.h>
 
 #include <QApplication>
-#include <QColor>
-#include <QPalette>
 
 #include <chrono>
 #include <cstdio>
@@ -51,16 +50,21 @@ Velk::HostServices windowServices(const fileString& home)
     return services;
 }
 
-/// Some dark desktops set no colour for links, and Qt's default is a blue that cannot be read there.
-void makeLinksReadable()
+/// To be called before the application object is made. Qt 6 does by itself what Qt 5 has to be told.
+void allowHighDensity()
 {
-    constexpr int middle = 128;
-    QPalette palette = QApplication::palette();
-    if (palette.color(QPalette::Window).lightness() >= middle || palette.color(QPalette::Link).lightness() > middle)
-        return;
-    for (const QPalette::ColorRole role : {QPalette::Link, QPalette::LinkVisited})
-        palette.setColor(role, QColor(0x6c, 0xb4, 0xf5));
-    QApplication::setPalette(palette);
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+#endif
+}
+
+/// Without need, no colours are set, because those that are set do not follow the desktop any more.
+void makeColoursReadable()
+{
+    const QPalette readable = readableColours(QApplication::palette());
+    if (readable != QApplication::palette())
+        QApplication::setPalette(readable);
 }
 
 void tell(const QString& failure)
@@ -80,13 +84,12 @@ int failed(const std::exception& error)
 int runBrowser(int& argumentCount, char** arguments, ProgramOptions options,
                const std::function<void(BrowserWindow&)>& shown)
 {
-    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    allowHighDensity();
     auto whileMade = std::make_optional<EndWithoutMemory>();
     const QApplication application(argumentCount, arguments);
     whileMade.reset();
     QApplication::setApplicationName(QStringLiteral("velk-browser"));
-    makeLinksReadable();
+    makeColoursReadable();
     ExitLimit limit;  // first, since all that may end late is made after it
     const Translations translations(QString::fromStdString(options.language));
     const TemporaryFiles temporaryFiles(windowServices(options.window.home), TemporaryFiles::Need::ifPossible);

@@ -212,27 +212,23 @@ void BrowserWindow::buildMenus()
     file->setToolTipsVisible(true);
     file->addActions(jobs_->actions());
     file->addSeparator();
-    file->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence::Quit);
+    file->addAction(tr("&Quit"), this, &QWidget::close)->setShortcut(QKeySequence::Quit);
     QMenu* const edit = menuBar()->addMenu(tr("&Edit"));
-    edit->addAction(
-        tr("&Find"), searchBox_,
-        [this] {
-            searchBox_->setFocus();
-            searchBox_->selectAll();
-        },
-        QKeySequence::Find);
-    QAction* const back = edit->addAction(
-        tr("Back to the &Tree"), searchBox_,
-        [this] {
-            searchBox_->clear();
-            tree_->setFocus();
-        },
-        QKeySequence(Qt::Key_Escape));
+    QAction* const find = edit->addAction(tr("&Find"), searchBox_, [this] {
+        searchBox_->setFocus();
+        searchBox_->selectAll();
+    });
+    find->setShortcut(QKeySequence::Find);
+    QAction* const back = edit->addAction(tr("Back to the &Tree"), searchBox_, [this] {
+        searchBox_->clear();
+        tree_->setFocus();
+    });
+    back->setShortcut(QKeySequence(Qt::Key_Escape));
     connect(jobs_, &LibraryJobs::runningChanged, back, [back](bool running) {  // Escape cancels it meanwhile
         back->setShortcut(running ? QKeySequence() : QKeySequence(Qt::Key_Escape));
     });
-    showInTree_ = edit->addAction(tr("&Show in the Tree"), this, &BrowserWindow::showInTree,
-                                  QKeySequence(QStringLiteral("Ctrl+T")));
+    showInTree_ = edit->addAction(tr("&Show in the Tree"), this, &BrowserWindow::showInTree);
+    showInTree_->setShortcut(QKeySequence(QStringLiteral("Ctrl+T")));
     showInTree_->setObjectName(QStringLiteral("showInTreeAction"));
     showInTree_->setEnabled(false);
     search_->view()->addAction(showInTree_);

@@ -8,8 +8,6 @@
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/WorkFolder.h>
 
-#include <QSettings>
-
 #include <string>
 
 namespace VelkHost {
@@ -32,8 +30,8 @@ fileString copyToChange(const std::string& bytes, const fileString& folder, cons
     const fileString other = folder / U"before.ini";
     writeWhole(copy, bytes);
     writeWhole(other, bytes);
-    const QSettings first(nameOf(copy), QSettings::IniFormat);
-    const QSettings second(nameOf(other), QSettings::IniFormat);
+    const SettingsFile first(nameOf(copy));
+    const SettingsFile second(nameOf(other));
     if (first.status() != second.status() || first.allKeys() != second.allKeys())
         throw FileError(original, "cannot be read");
     return first.status() == QSettings::NoError ? copy : folder / U"new.ini";
@@ -43,11 +41,20 @@ fileString copyToChange(const std::string& bytes, const fileString& folder, cons
 bool isWhole(const fileString& file, const QStringList& keys)
 {
     const std::string bytes = readWhole(file, mostBytes);
-    return bytes.empty() ? keys.isEmpty()
-                         : bytes.back() == '\n' && QSettings(nameOf(file), QSettings::IniFormat).allKeys() == keys;
+    return bytes.empty() ? keys.isEmpty() : bytes.back() == '\n' && SettingsFile(nameOf(file)).allKeys() == keys;
 }
 
 }  // namespace
+
+// Qt 6 writes UTF-8. Qt 5 writes ASCII, which it must go on with, since it breaks characters of two units in UTF-8.
+SettingsFile::SettingsFile(const QString& file) : QSettings(file, QSettings::IniFormat)
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    setIniCodec("UTF-8");
+    static_cast<void>(allKeys());  // until then, no value is decoded
+    setIniCodec(static_cast<QTextCodec*>(nullptr));
+#endif
+}
 
 // Not by QSettings alone: its lock, where it was killed, holds up the next program for half a minute, and what it was
 // writing stays for ever.
@@ -60,7 +67,7 @@ void changeSettings(const fileString& file, const std::function<void(QSettings&)
         throw FileError(file, "cannot be written");
     const std::string bytes = file.pathExists() ? readWhole(file, mostBytes) : std::string();
     const fileString copy = copyToChange(bytes, work.path(), file);
-    QSettings settings(nameOf(copy), QSettings::IniFormat);
+    SettingsFile settings(nameOf(copy));
     change(settings);
     settings.sync();
     const fileString written = work.path() / U"written.ini";  // QSettings would know the old name from memory

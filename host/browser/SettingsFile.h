@@ -2,11 +2,19 @@
 
 #include <VelkCommon/Files/fileString.h>
 
+#include <QSettings>
+
 #include <functional>
 
-class QSettings;
-
 namespace VelkHost {
+
+/// The settings in an INI file, which Qt 5 and Qt 6 write in different ways, and which is read in either. What cannot
+/// be read counts as empty.
+class SettingsFile : public QSettings
+{
+public:
+    explicit SettingsFile(const QString& file);
+};
 
 /// Changes the settings in an INI file, which is made when missing, with its folder. Whoever reads sees the old file or
 /// the new one, a killed program leaves nothing that the next call does not remove, and two programs that change

@@ -76,7 +76,7 @@ QString settingsFile()
 
 void keepPreferences(Velk::HostServices& services, const QString& file)
 {
-    const QSettings settings(file, QSettings::IniFormat);
+    const SettingsFile settings(file);
     for (const Known& known : knownPreferences) {
         const QVariant stored = settings.value(keyOf(known.number));
         const std::any value = stored.isValid() ? known.read(stored) : std::any();

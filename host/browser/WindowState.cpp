@@ -45,7 +45,7 @@ void appendOpenFolders(const QTreeView& tree, const LibraryTreeModel& model, con
 
 WindowState::WindowState(BrowserWindow& window, const QString& file) : window_(window), file_(file)
 {
-    QSettings settings(file, QSettings::IniFormat);
+    SettingsFile settings(file);
     const int count = settings.beginReadArray(QStringLiteral("libraries"));
     for (int i = 0; i < count; ++i) {
         settings.setArrayIndex(i);
@@ -57,7 +57,7 @@ WindowState::WindowState(BrowserWindow& window, const QString& file) : window_(w
 
 void WindowState::restoreWindow() const
 {
-    const QSettings settings(file_, QSettings::IniFormat);
+    const SettingsFile settings(file_);
     window_.restoreGeometry(settings.value(QStringLiteral("window/geometry")).toByteArray());
     window_.columns()->restoreState(settings.value(QStringLiteral("window/columns")).toByteArray());
     window_.searchPane()->setExplained(settings.value(QStringLiteral("search/explained")).toBool());

@@ -22,6 +22,9 @@ extern "C" __attribute__((visibility("default"))) const char* __tsan_default_sup
     return "called_from_lib:libQt5Core.so\n"
            "called_from_lib:libQt5Gui.so\n"
            "called_from_lib:libQt5Widgets.so\n"
+           "called_from_lib:libQt6Core.so\n"
+           "called_from_lib:libQt6Gui.so\n"
+           "called_from_lib:libQt6Widgets.so\n"
            "called_from_lib:libglib-2.0.so\n";
 }
 

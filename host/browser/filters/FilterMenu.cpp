@@ -72,7 +72,7 @@ FilterMenu::FilterMenu(QWidget* parent)
     setObjectName(QStringLiteral("filterMenu"));
     more_->setObjectName(QStringLiteral("moreFiltersAction"));
     edit_->setObjectName(QStringLiteral("editFiltersAction"));
-    edit_->setShortcut(Qt::CTRL + Qt::SHIFT + Qt::Key_F);
+    edit_->setShortcut(QKeySequence(QStringLiteral("Ctrl+Shift+F")));
     merge_->setObjectName(QStringLiteral("mergeFiltersAction"));
     connect(more_, &QAction::triggered, this, &FilterMenu::moreAsked);
     connect(edit_, &QAction::triggered, this, &FilterMenu::editAsked);
@@ -85,7 +85,7 @@ void FilterMenu::setState(const FilterState& state)
     for (QAction* const action : entries_->actions())
         delete action;
     const QString keys = freeKeys({more_, edit_, merge_});
-    const int shown = std::min(state.entries.size(), keys.size());
+    const int shown = static_cast<int>(std::min(state.entries.size(), keys.size()));
     more_->setVisible(shown < state.entries.size());
     for (int entry = 0; entry < shown; ++entry) {
         auto* const action = new QAction(withKey(keys[entry], state.entries[entry]), entries_);

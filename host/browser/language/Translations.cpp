@@ -37,6 +37,15 @@ QLocale localeOf(const QString& language)
     return speaksIt ? QLocale(system.name()) : QLocale(language);
 }
 
+QString folderOfQtsTexts()
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    return QLibraryInfo::location(QLibraryInfo::TranslationsPath);
+#else
+    return QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+#endif
+}
+
 }  // namespace
 
 QStringList Translations::languages()
@@ -52,8 +61,7 @@ Translations::Translations(const QString& language) : language_(language.isEmpty
     if (window_.load(QStringLiteral(":/translations/velk-browser_%1.qm").arg(language_)))
         QCoreApplication::installTranslator(&window_);
     // Qt's own texts are English without a file.
-    if (language_ != english && qt_.load(locale, QStringLiteral("qtbase"), QStringLiteral("_"),
-                                         QLibraryInfo::location(QLibraryInfo::TranslationsPath)))
+    if (language_ != english && qt_.load(locale, QStringLiteral("qtbase"), QStringLiteral("_"), folderOfQtsTexts()))
         QCoreApplication::installTranslator(&qt_);
 }
 

@@ -49,7 +49,7 @@ private:
         format.setFontWeight(QFont::Bold);
         if (!option.state.testFlag(QStyle::State_Selected)) {
             QColor tint = option.palette.color(QPalette::Highlight);
-            tint.setAlphaF(0.25);
+            tint.setAlphaF(0.25F);
             format.setBackground(tint);
         }
         return format;
@@ -100,7 +100,7 @@ void LibraryDelegate::paint(QPainter* painter, const QStyleOptionViewItem& given
     if (quiet.isEmpty() || rest.width() <= 0)
         return;
     QColor colour = textColour(option);
-    colour.setAlphaF(0.6);
+    colour.setAlphaF(0.6F);
     painter->setPen(colour);
     painter->drawText(rest, static_cast<int>(Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine),
                       option.fontMetrics.elidedText(quiet, Qt::ElideRight, rest.width()));

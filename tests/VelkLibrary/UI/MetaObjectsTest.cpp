@@ -1,4 +1,5 @@
 #include "VelkLibrary/UI/PanelTest.h"
+#include "support/MetaTypes.h"
 #include "support/Numbers.h"
 
 #include <gmock/gmock.h>
@@ -86,9 +87,9 @@ class MetaTypes : public test::PanelTest
 TEST_F(MetaTypes, OfArgumentsAreRegisteredByThePanel)
 {
     makePanel(test::displayType::barOnly);
-    EXPECT_EQ(QMetaType::type("ProgressDisplayType"), qMetaTypeId<ProgressDisplayType>());
-    EXPECT_NE(QMetaType::type("std::string"), static_cast<int>(QMetaType::UnknownType));
-    EXPECT_EQ(QMetaType::type("size_t"), static_cast<int>(QMetaType::ULongLong));
+    EXPECT_EQ(test::metaTypeNamed("ProgressDisplayType"), qMetaTypeId<ProgressDisplayType>());
+    EXPECT_NE(test::metaTypeNamed("std::string"), static_cast<int>(QMetaType::UnknownType));
+    EXPECT_EQ(test::metaTypeNamed("size_t"), static_cast<int>(QMetaType::ULongLong));
 }
 
 TEST_F(MetaTypes, TheClassesHaveTheirNames)

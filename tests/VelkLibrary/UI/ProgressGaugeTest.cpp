@@ -34,6 +34,12 @@ protected:
         test::Application::deliverEvents();
     }
 
+    static QMouseEvent releaseOf(Qt::MouseButton button)
+    {
+        const QPointF place(1, 1);
+        return {QEvent::MouseButtonRelease, place, place, button, Qt::NoButton, Qt::NoModifier};
+    }
+
     std::string toolTip() const { return gauge().toolTip().toStdString(); }
 };
 
@@ -199,7 +205,7 @@ TEST_F(ProgressGaugeTest, TheTextFollowsThroughTheQueue)
     panel().onSetRangeInGauge(200);
     panel().onSetValueInGauge(50);
     test::Application::deliverEvents();
-    QMouseEvent release(QEvent::MouseButtonRelease, QPointF(1, 1), Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
+    QMouseEvent release = releaseOf(Qt::LeftButton);
     QCoreApplication::sendEvent(&gauge(), &release);
     EXPECT_EQ(storedPreference(), test::displayType::percentage);
     EXPECT_EQ(toolTip(), "tip of the percentage");
@@ -311,7 +317,7 @@ TEST_F(ProgressGaugeTest, AReleaseIsMarkedAsIgnored)
 {
     makePanel(test::displayType::barOnly);
     for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton}) {
-        QMouseEvent release(QEvent::MouseButtonRelease, QPointF(1, 1), button, Qt::NoButton, Qt::NoModifier);
+        QMouseEvent release = releaseOf(button);
         release.accept();
         QCoreApplication::sendEvent(&gauge(), &release);
         EXPECT_FALSE(release.isAccepted());

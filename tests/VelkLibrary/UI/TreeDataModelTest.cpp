@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 
 #include <QDataStream>
+#include <QIODevice>
 #include <QStandardItemModel>
 
 #include <memory>

@@ -2,6 +2,7 @@
 
 #include "VelkLibrary/Update/RecordingReceiver.h"
 #include "support/EventLoop.h"
+#include "support/MetaTypes.h"
 #include "support/Threads.h"
 
 #include <gmock/gmock.h>
@@ -42,17 +43,17 @@ TEST_F(ProgressBase, RegistersTheArgumentTypes)
     RecordingReceiver receiver;
     const Job job(receiver);
     for (const char* const name : {"std::string", "fileString", "LibraryCatalogUpdate::UpdateData", "FileStringPair"})
-        EXPECT_GE(QMetaType::type(name), static_cast<int>(QMetaType::User)) << name;
-    EXPECT_EQ(QMetaType::type("size_t"), static_cast<int>(QMetaType::ULongLong));
+        EXPECT_GE(test::metaTypeNamed(name), static_cast<int>(QMetaType::User)) << name;
+    EXPECT_EQ(test::metaTypeNamed("size_t"), static_cast<int>(QMetaType::ULongLong));
 }
 
 TEST_F(ProgressBase, RegistersThemOnce)
 {
     RecordingReceiver receiver;
     const Job first(receiver);
-    const int type = QMetaType::type("FileStringPair");
+    const int type = test::metaTypeNamed("FileStringPair");
     const Job second(receiver);
-    EXPECT_EQ(QMetaType::type("FileStringPair"), type);
+    EXPECT_EQ(test::metaTypeNamed("FileStringPair"), type);
 }
 
 TEST_F(ProgressBase, TheRegisteredTypesTravelThroughQtsOwnQueue)

@@ -89,7 +89,7 @@ private:
 
     VelkHost::BrowserWindow& window_;
     QStringList said_;
-    int before_ = 0;  // the work began
+    QStringList::size_type before_ = 0;  // the work began
 };
 
 }  // namespace faults

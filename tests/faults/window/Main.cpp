@@ -27,7 +27,7 @@ QStringList takeWords(int argumentCount, char** arguments, VelkHost::ProgramOpti
     QStringList words;
     for (int i = 1; i < argumentCount; ++i)
         words.append(QString::fromLocal8Bit(arguments[i]));
-    if (const int service = words.indexOf(QStringLiteral("--service")); service >= 0) {
+    if (const auto service = words.indexOf(QStringLiteral("--service")); service >= 0) {
         options.window.service = words.value(service + 1).toStdString();
         words = words.mid(0, service);
     }

@@ -1,6 +1,7 @@
 #include "DrivenWindow.h"
 
 #include "BrowserTest.h"
+#include "LabelPicture.h"
 
 #include "host/browser/jobs/LibraryJobs.h"
 #include "host/browser/tree/ItemDrag.h"
@@ -221,7 +222,7 @@ std::string DrivenWindow::seen(const char* label)
 bool DrivenWindow::showsPicture(const char* label)
 {
     const auto* const found = find<QLabel>(label);
-    return found->isVisible() && !found->pixmap(Qt::ReturnByValue).isNull();
+    return found->isVisible() && !labelPicture(*found).isNull();
 }
 
 bool DrivenWindow::isPanelSeen()

@@ -1,4 +1,5 @@
 // The pictures when the window moves to a screen of another density.
+#include "host/browser/LabelPicture.h"
 #include "host/browser/filters/FilteredWindow.h"
 
 #include "host/browser/tree/LibraryDelegate.h"
@@ -62,7 +63,7 @@ protected:
     }
     QPixmap largePictureShown()
     {
-        return window_.findChild<QLabel*>(QStringLiteral("detailPicture"))->pixmap(Qt::ReturnByValue);
+        return test::labelPicture(*window_.findChild<QLabel*>(QStringLiteral("detailPicture")));
     }
     /// Checks how many pixels the pictures in the row and beside it have.
     void expectPixels(int ofRow, int beside)

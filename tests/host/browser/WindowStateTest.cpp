@@ -99,6 +99,24 @@ TEST_F(KeptWindow, LeavesOtherSettingsAsTheyAre)
     EXPECT_TRUE(settings.contains(QStringLiteral("window/columns")));
 }
 
+// Qt 5 and Qt 6 write texts in different ways, and the window may have been closed by a program with the other one.
+TEST_F(KeptWindow, ReadsTextsOfEitherQt)
+{
+    const fileString named = core(U"M\u00F6bel.calib");
+    test::writeFile(named, test::readFile(library));
+    const QString path = qtPath(named).replace(u'\\', QStringLiteral("\\\\"));
+    test::writeFile(user(U"browser.ini"),
+                    "[later]\nqt5=M\\xf6\\x62\\x65l \\xd83d\\xde00\nqt6=M\u00F6bel \U0001F600\n[libraries]\n"
+                    "1\\open=Furniture\n1\\path=" +
+                        path.toStdString() + "\nsize=1\n");
+    openWindow();
+    EXPECT_TRUE(tree().isExpanded(folderIndex(named, names("Furniture"))));
+    restart();
+    const QSettings settings(VelkHost::settingsFile(), QSettings::IniFormat);
+    for (const char* const key : {"later/qt5", "later/qt6"})
+        EXPECT_EQ(settings.value(QLatin1String(key)).toString(), QStringLiteral("M\u00F6bel \U0001F600")) << key;
+}
+
 TEST_F(KeptWindow, SaysWhyItsStateCannotBeKept)
 {
     test::writeFileDeep(user(U"browser.ini/kept.txt"), "kept");

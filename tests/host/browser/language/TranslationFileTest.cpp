@@ -32,7 +32,7 @@ QStringList placeholders(const QString& text)
     return found;
 }
 
-int mnemonics(const QString& text)
+QString::size_type mnemonics(const QString& text)
 {
     static const QRegularExpression one(QStringLiteral("&[^&\\s]"));
     return text.count(one);

@@ -1,5 +1,6 @@
 #include "ManufacturerWindow.h"
 
+#include "host/browser/LabelPicture.h"
 #include "host/browser/manufacturers/ManufacturerBook.h"
 
 #include <QDesktopServices>
@@ -262,7 +263,7 @@ protected:
         haveCard(7, {{"name", "Acme Doors"}, {"logo", name}});
         paneOf(0);
         const auto* const label = find<QLabel>("manufacturerLogo");
-        return label->isVisible() ? label->pixmap(Qt::ReturnByValue).size() : QSize();
+        return label->isVisible() ? test::labelPicture(*label).size() : QSize();
     }
 };
 

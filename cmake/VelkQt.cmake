@@ -1,0 +1,32 @@
+# Which Qt everything here is built with: VELK_QT is its major version. Without it, the Qt that the embedding project has
+# found; or else Qt 5 where there is one.
+function(velk_default_qt result)
+    if(NOT TARGET Qt5::Core AND NOT TARGET Qt6::Core)
+        find_package(Qt5 5.15 QUIET COMPONENTS Core Gui Widgets)
+    endif()
+    if(TARGET Qt5::Core)
+        set(${result} 5 PARENT_SCOPE)
+    else()
+        set(${result} 6 PARENT_SCOPE)
+    endif()
+endfunction()
+
+if(NOT DEFINED VELK_QT)
+    velk_default_qt(default)
+    set(VELK_QT ${default} CACHE STRING "Qt's major version, 5 or 6")
+endif()
+if(VELK_QT EQUAL 5)
+    set(velk_qt_minimum 5.15)
+elseif(VELK_QT EQUAL 6)
+    set(velk_qt_minimum 6.4)
+else()
+    message(FATAL_ERROR "VELK_QT is \"${VELK_QT}\"; it must be 5 or 6.")
+endif()
+find_package(Qt${VELK_QT} ${velk_qt_minimum} REQUIRED COMPONENTS Core Gui Widgets)
+set(velk_qt_version ${Qt${VELK_QT}_VERSION})
+math(EXPR velk_other_qt "11 - ${VELK_QT}")
+
+# Its tools run on the machine that compiles. Qt 6 takes them from QT_HOST_PATH by itself.
+if(CMAKE_CROSSCOMPILING AND VELK_QT EQUAL 5)
+    include(VelkBuildMachineTools)
+endif()
