@@ -129,7 +129,9 @@ void CatalogJob::fetchCoreIndex()
                             << "\n";
         return;
     }
-    for (const fileString& name : parseCoreIndex(body))
+    const std::vector<fileString> names = parseCoreIndex(body);
+    run_.report.indexIsNoList = names.empty() && !StringUtils::trimmed(body, " \t\r\n").empty();
+    for (const fileString& name : names)
         settings_.coreCatalogs.insert(coreCatalogPath(name));
 }
 

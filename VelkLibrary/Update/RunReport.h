@@ -67,6 +67,9 @@ struct RunReport
     RunFault addressFault;    ///< why the address leads nowhere
     bool indexAsked = false;  ///< whether the run asked for the list of core catalogs
     RunFault indexFault;      ///< why that list could not be fetched
+    /// Whether something other than blanks came as that list, and none of it names a catalog: most likely a page of a
+    /// proxy or of another service. The run goes on as with an empty list.
+    bool indexIsNoList = false;
     /// Every library of the run, by file name with extension.
     std::map<fileString, LibraryReport> libraries;
     bool cancelled = false;  ///< the run ended with "onClose"

@@ -83,6 +83,9 @@ void UpdateNews::takeService(const RunReport& report)
         failure_ = Reason("the list of core libraries cannot be fetched from %1: %2",
                           {WebUtils::withoutUserInfo(report.address),
                            transferReason(report.indexFault.code, report.indexFault.reason)});
+    else if (report.indexIsNoList && !report.cancelled)
+        failure_ =
+            Reason("what %1 sends as the list of core libraries is none", {WebUtils::withoutUserInfo(report.address)});
 }
 
 void UpdateNews::takeLibrary(const LibraryReport& library)

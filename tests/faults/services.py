@@ -212,6 +212,7 @@ class HostileService(http.server.ThreadingHTTPServer):
 PAGE = b"<!DOCTYPE html><html><body><h1>Welcome to the hotel's network</h1></body></html>\n"
 BYTES = ("catalog", "textures", "package", "logo")
 TAGGED = ("check",)
+NOT_INDEX = ("endpoint", "start", "check", *BYTES, "cards")
 
 
 def status(code, body=b"no\n"):
@@ -316,7 +317,7 @@ ANYTHING = (
     *(Twist(f"answers {code}", status(code)) for code in (400, 401, 404, 410, 416, 429, 500, 502, 503)),
     Twist("answers 403 with a megabyte", status(403, b"You may not. " * 80000)),
     Twist("answers 200 with a page", status(200, PAGE)),
-    Twist("answers 204", status(204, b"")),
+    Twist("answers 204", status(204, b""), requests=NOT_INDEX),
     Twist("answers 304 unasked", status(304, b""), BELIEVED),
     Twist("answers 999", status(999)),
     Twist("redirects to itself", lambda answer, _: redirected(answer, answer.path)),
@@ -393,6 +394,7 @@ TAGS = tuple(Twist(name, send, REFUSED, False, TAGGED) for name, send in (
 ))
 
 INDEXES = (
+    Twist("answers 204", status(204, b""), BELIEVED, False, ("index",)),
     index(b"", "is empty"),
     index(b"\n" * 100000, "is blank"),
     index(b"".join(b"no library %d\n" % number for number in range(500000)), "has 500,000 lines"),

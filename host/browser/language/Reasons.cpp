@@ -95,6 +95,7 @@ namespace {
     QT_TRANSLATE_NOOP("Reason", "what came cannot be written: %1"),
     // Updates
     QT_TRANSLATE_NOOP("Reason", "the list of core libraries cannot be fetched from %1: %2"),
+    QT_TRANSLATE_NOOP("Reason", "what %1 sends as the list of core libraries is none"),
     QT_TRANSLATE_NOOP("Reason", "the service cannot be asked about it: %1"),
     QT_TRANSLATE_NOOP("Reason", "the service answers with status %1"),
     QT_TRANSLATE_NOOP("Reason", "it cannot be downloaded: %1"),

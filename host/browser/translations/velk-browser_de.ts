@@ -423,6 +423,10 @@
         <translation>die Liste der Grundbibliotheken kann nicht von %1 geholt werden: %2</translation>
     </message>
     <message>
+        <source>what %1 sends as the list of core libraries is none</source>
+        <translation>was %1 als Liste der Grundbibliotheken sendet, ist keine</translation>
+    </message>
+    <message>
         <source>the service cannot be asked about it: %1</source>
         <translation>der Dienst kann nicht danach gefragt werden: %1</translation>
     </message>

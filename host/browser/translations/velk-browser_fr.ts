@@ -423,6 +423,10 @@
         <translation>la liste des bibliothèques de base ne peut pas être obtenue de %1 : %2</translation>
     </message>
     <message>
+        <source>what %1 sends as the list of core libraries is none</source>
+        <translation>ce que %1 envoie comme liste des bibliothèques de base n’en est pas une</translation>
+    </message>
+    <message>
         <source>the service cannot be asked about it: %1</source>
         <translation>le service ne peut pas être interrogé à son sujet : %1</translation>
     </message>

@@ -109,6 +109,16 @@ TEST_F(UpdateReport, TellsThatTheIndexIsRefused)
     EXPECT_EQ(report.addressFault.reason, "");
 }
 
+TEST_F(UpdateReport, TellsThatWhatCameIsNoIndex)
+{
+    publishIndex("<html>\n<h1>Welcome to the hotel</h1>\n</html>\n");
+    EXPECT_TRUE(runWith().indexIsNoList);
+    publishIndex("no library\nPlants.calib\n");
+    EXPECT_FALSE(runWith().indexIsNoList) << "lines that name no catalog are passed over";
+    publishIndex(" \r\n\t\n");
+    EXPECT_FALSE(runWith().indexIsNoList) << "a service may have no core catalogs";
+}
+
 TEST_F(UpdateReport, TellsWhatCouldNotBeTakenOver)
 {
     installCore(U"a.calib", databaseBytes('a'));

@@ -59,6 +59,18 @@ TEST_F(UpdateCommand, FillsAnEmptyInstallation)
     EXPECT_THAT(test::listFolder(home() / U"temp"), IsEmpty());
 }
 
+TEST_F(UpdateCommand, TakesNoPageForTheListOfCoreLibraries)
+{
+    const std::string installed = installPlants();
+    publish("plants.calib", smallCatalogBytes("New plants"));
+    publish("Standard_Core_Content_Index.txt", "<html><h1>Welcome to the hotel</h1></html>\n");
+    const ProgramRun run = update();
+    EXPECT_EQ(run.exitCode, test::exitCode::updateFailed);
+    EXPECT_THAT(run.errors,
+                HasSubstr("what " + server.url("/api?key=k") + " sends as the list of core libraries is none"));
+    EXPECT_NE(test::readFile(home() / U"core" / U"plants.calib"), installed) << "what is here is updated nevertheless";
+}
+
 TEST_F(UpdateCommand, TrustsTheCertificatesItIsGiven)
 {
     const test::TestAuthority authority;
