@@ -12,6 +12,7 @@
 #include <VelkLibrary/Data/FileExtensions.h>
 
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace VelkHost {
@@ -36,12 +37,17 @@ bool isUndone(const LibraryReport& library)
     return library.outcome == LibraryOutcome::LeftForLater || library.fault.code == aborted;
 }
 
-/// What the service says about a library that it does not give away, on one line.
-std::string messageOf(const LibraryReport& library)
+std::string_view trimmedMessage(const LibraryReport& library)
 {
-    constexpr std::size_t longest = 500;  // bytes; a service says a sentence, and a proxy a page
-    std::string message(StringUtils::trimmed(library.serviceMessage, " \t\r\n"));
-    return message.size() > longest || message.find('\n') != std::string::npos ? std::string() : message;
+    return StringUtils::trimmed(library.serviceMessage, " \t\r\n");
+}
+
+/// Whether more than a sentence came, which is what a service says about a library that it does not give away.
+bool isPage(const LibraryReport& library)
+{
+    constexpr std::size_t longest = 500;  // bytes
+    const std::string_view message = trimmedMessage(library);
+    return message.size() > longest || message.find('\n') != std::string_view::npos;
 }
 
 }  // namespace
@@ -115,19 +121,20 @@ void UpdateNews::takeLibrary(const LibraryReport& library)
     }
 }
 
-// The user is told once that the service no longer has a library, since it goes on to be of use.
+// The user is told once that the service no longer has a library, since it goes on to be of use. A page that forbids is
+// no word of the service: something in between does not let the request through.
 void UpdateNews::takeRefusal(const LibraryReport& library)
 {
-    if (library.status != forbidden && library.status != notFound) {
+    const bool withdrawn = library.status == forbidden && !isPage(library);
+    if (!withdrawn && library.status != notFound) {
         failed(library, {"the service answers with status %1", {std::to_string(library.status)}});
         return;
     }
     const bool isHere = library.installedPath.pathExists();
     const bool asked = asked_.contains(library.installedPath) || !isHere;
     InstalledLibrary known = record_.find(keyOf(library));
-    const std::string message = messageOf(library);
-    if (library.status == forbidden) {
-        add(library, LibraryNews::What::Withdrawn, message, !isHere);
+    if (withdrawn) {
+        add(library, LibraryNews::What::Withdrawn, std::string(trimmedMessage(library)), !isHere);
         return;
     }
     if (known.toldGone && !asked)

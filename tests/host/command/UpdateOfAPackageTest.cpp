@@ -216,6 +216,15 @@ TEST_F(UpdateOfAPackage, TellsWhyItIsWithdrawn)
     expectVersion("1");
 }
 
+TEST_F(UpdateOfAPackage, TakesNoPageForAWithdrawal)
+{
+    answer("garden.calibz", {.status = 403, .body = "<html>\n<h1>Blocked by the proxy</h1>\n</html>\n"});
+    const ProgramRun run = update();
+    EXPECT_EQ(run.exitCode, test::exitCode::updateFailed);
+    EXPECT_THAT(run.output, HasSubstr("garden.calib: the service answers with status 403\n"));
+    expectVersion("1");
+}
+
 TEST_F(UpdateOfAPackage, LeavesNothingOfAKilledUpdate)
 {
     test::writeFile(home() / U"referenced" / U".velk-0123.tmp", "left");
