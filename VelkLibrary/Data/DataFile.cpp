@@ -78,7 +78,7 @@ std::string MemberPlace::text() const
     return text + '"' + std::string(key) + '"';
 }
 
-DataFileResult readDataFile(const fileString& path, const std::function<void(const JsonObject& root)>& readRoot)
+DataFileResult readDataFile(const fileString& path, const std::function<void(JsonObject& root)>& readRoot)
 {
     if (!path.pathExists()) {
         throwIfMemoryRanOut();
@@ -87,7 +87,7 @@ DataFileResult readDataFile(const fileString& path, const std::function<void(con
     Velk::recoverOverwritten(path, backupOf(path));
     try {
         const JsonNode document = json::read(readWhole(path));
-        const auto* const root = boost::any_cast<JsonObject>(document.get());
+        auto* const root = boost::any_cast<JsonObject>(document.get());
         if (root == nullptr)
             return {DataFileFault::NotAnObject, {}, {}};
         readRoot(*root);

@@ -136,7 +136,7 @@ void readCard(std::string_view key, const JsonNode& node, const TextDecoder& tex
                       cardTime(members));
 }
 
-void readRoot(const JsonObject& root, ManufacturerFile& file)
+void readRoot(JsonObject& root, ManufacturerFile& file)
 {
     const TextDecoder texts(root);
     const MemberPlace timePlace{{}, lastModifiedKey};
@@ -145,9 +145,11 @@ void readRoot(const JsonObject& root, ManufacturerFile& file)
     const std::string* const text = findMember<std::string>(root, {{}, defaultTextKey});
     file.defaultText =
         text != nullptr ? texts.decode(*text) : StringUtils::loadUnicodeString(Velk::textNumbers::manufacturerCard);
-    for (const auto& [key, value] : root)
-        if (StringUtils::iStartsWith(key, cardPrefix))
+    for (auto& [key, value] : root)
+        if (StringUtils::iStartsWith(key, cardPrefix)) {
             readCard(key, value, texts, file.cards);
+            value.reset();  // while it is still in the processor's caches; the next card takes its memory
+        }
 }
 
 // ---- Writing -------------------------------------------------------------------------------------
@@ -189,8 +191,7 @@ json_writer::Object documentOf(const ManufacturerFile& file)
 DataFileResult ManufacturerFile::read(const fileString& path)
 {
     *this = {};
-    DataFileResult result =
-        Library::detail::readDataFile(path, [this](const JsonObject& root) { readRoot(root, *this); });
+    DataFileResult result = Library::detail::readDataFile(path, [this](JsonObject& root) { readRoot(root, *this); });
     if (!result)
         *this = {};
     return result;

@@ -78,9 +78,9 @@ const Value* findMember(const JsonObject& object, const MemberPlace& place)
     return found == object.end() ? nullptr : &valueOf<Value>(found->second, place);
 }
 
-/// Reads the document in the file at `path` and hands its root to `readRoot`, which may throw WrongMember.
-/// Throws nothing but `std::bad_alloc` and whatever else `readRoot` throws.
-DataFileResult readDataFile(const fileString& path, const std::function<void(const JsonObject& root)>& readRoot);
+/// Reads the document in the file at `path` and hands its root to `readRoot`, which may take it apart and may throw
+/// WrongMember. Throws nothing but `std::bad_alloc` and whatever else `readRoot` throws.
+DataFileResult readDataFile(const fileString& path, const std::function<void(JsonObject& root)>& readRoot);
 
 /// Replaces the file at `path` with the document that `document` makes, completely or not at all, and gives
 /// everyone full access to it. In a folder where nothing can be replaced, the text goes into the file that is there;
