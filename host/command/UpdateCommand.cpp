@@ -21,7 +21,8 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
-#include <QTimer>
+#include <QObject>
+#include <QTimerEvent>
 
 #include <CLI/CLI.hpp>
 
@@ -136,6 +137,23 @@ Velk::HostServices servicesFor(const UpdateArguments& arguments, const UpdateReq
     return services;
 }
 
+/// Does something from time to time while an event loop runs. It has no signal, as connections are among what Qt does
+/// not survive where memory runs out.
+class Repeating : public QObject
+{
+public:
+    Repeating(std::chrono::milliseconds pause, std::function<void()> work) : work_(std::move(work))
+    {
+        startTimer(pause);
+    }
+
+protected:
+    void timerEvent(QTimerEvent* /*event*/) override { work_(); }
+
+private:
+    const std::function<void()> work_;
+};
+
 /// An update on a thread of its own, beside the event loop that its progress needs.
 class Update
 {
@@ -146,9 +164,7 @@ public:
     UpdateResult run()
     {
         watchInterrupts();
-        QTimer timer;
-        QObject::connect(&timer, &QTimer::timeout, [this] { lookForInterrupt(); });
-        timer.start(betweenChecks);
+        const Repeating looking(betweenChecks, [this] { lookForInterrupt(); });
         std::jthread worker([this](const std::stop_token&) { work(); });
         loop_.exec();
         worker.join();
