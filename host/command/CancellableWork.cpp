@@ -18,7 +18,7 @@ int runCancellable(Output& output, const std::function<void()>& work)
     } catch (const FileError& error) {
         output.error(error.what());
         return static_cast<int>(ExitCode::BuildFailed);
-    } catch (const TransferError& error) {
+    } catch (const DataError& error) {
         output.error(error.what());
         return static_cast<int>(ExitCode::BuildFailed);
     } catch (const Interrupted&) {

@@ -2,6 +2,7 @@
 
 #include "host/command/CancellableWork.h"
 #include "host/installation/DataError.h"
+#include "host/installation/DataLock.h"
 #include "host/installation/PackageContent.h"
 #include "host/installation/ReplaceTogether.h"
 #include "host/support/ByteText.h"
@@ -124,6 +125,8 @@ void unpackLocal(const fileString& archive, const fileString& named, const Targe
         if (others)
             placements.push_back({*others, target.file(Library::extensions::referencedFiles)});
         placements.push_back({*database, target.file(Library::extensions::database)});
+        // Of two who unpack editions of the library, or merge textures into it, one comes after the other.
+        const FileLock lock = lockFile(target.file(Library::extensions::referencedFiles), "unpacking a library");
         replaceTogether(placements);
         for (auto placement = placements.rbegin(); placement != placements.rend(); ++placement)
             output.write(describe(placement->target));

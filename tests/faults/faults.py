@@ -53,6 +53,8 @@ def main():
         os.environ[OWN_MOUNTS] = "1"
         os.execvp("unshare", ["unshare", "-rm", sys.executable, *sys.argv])
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))  # not without ending what was started
+    # A shell ignores it for what runs in the background, and what is started here would, too.
+    signal.signal(signal.SIGINT, signal.default_int_handler)
     with work_folder(arguments.work) as work:
         program = runs.Program(arguments.program, arguments.window, arguments.shim, work)
         workshop = paths.Workshop(program, work / "workshop")

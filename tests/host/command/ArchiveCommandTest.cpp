@@ -2,12 +2,17 @@
 #include "host/fixtures/ExitCodes.h"
 #include "host/fixtures/Fixtures.h"
 #include "host/fixtures/ProgramRun.h"
+#include "support/QtProcesses.h"
 #include "support/ScriptedServer.h"
 #include "support/ZipBuilder.h"
 
 #include <VelkCommon/Archive/ZipUtils.h>
+#include <VelkCommon/Files/FileLock.h>
 #include <VelkCommon/Files/FileUtils.h>
 
+#include <QProcess>
+
+#include <optional>
 #include <string>
 
 using test::ProgramRun;
@@ -58,6 +63,29 @@ TEST_F(ArchiveCommand, PacksALibraryWithItsFiles)
     EXPECT_EQ(run.exitCode, 0) << run.errors;
     EXPECT_THAT(run.output, HasSubstr("house.calibz: a library and 2 files, "));
     EXPECT_THAT(namesIn(work_ / U"house.calibz"), ElementsAre("house.calib", "a.png", "sub/K\u00FCche.txt"));
+}
+
+TEST_F(ArchiveCommand, UnpacksAfterWhoeverChangesTheLibrary)
+{
+    constexpr int moment = 300;  // ms, for one that does not wait
+    pack();
+    FileUtils::createDirectoriesWithPerm(work_ / U"out");
+    std::optional other(FileLock::ofFile(work_ / U"out/house.zip", std::chrono::seconds(0), "merging textures"));
+    ASSERT_TRUE(*other);
+    QProcess velk;
+    velk.setWorkingDirectory(QString::fromStdString(work_.utf8()));
+    velk.start(QStringLiteral(VELK_PROGRAM),
+               {QStringLiteral("unpack"), QStringLiteral("house.calibz"), QStringLiteral("-o"), QStringLiteral("out")});
+    test::waitForStart(velk);
+    EXPECT_FALSE(velk.waitForFinished(moment));
+    test::writeFile(work_ / U"out/house.calib", "of the other one");
+    test::writeFile(work_ / U"out/house.zip", "of the other one");
+    other.reset();
+    test::waitForEnd(velk);
+    EXPECT_EQ(velk.exitCode(), 0);
+    EXPECT_EQ(test::readFile(work_ / U"out/house.calib"), "database");
+    EXPECT_THAT(namesIn(work_ / U"out/house.zip"), UnorderedElementsAre("a.png", "sub/K\u00FCche.txt"));
+    EXPECT_THAT(test::listFolder(work_ / U"out"), ElementsAre("house.calib", "house.zip"));
 }
 
 TEST_F(ArchiveCommand, UnpacksWhatWasPacked)
