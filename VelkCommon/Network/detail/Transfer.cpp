@@ -6,6 +6,7 @@
 #include <VelkCommon/Network/detail/TransferLimits.h>
 #include <VelkCommon/Network/detail/UrlText.h>
 #include <VelkCommon/Platform/File.h>
+#include <VelkCommon/Platform/Process.h>
 #include <VelkCommon/Text/PercentEncoding.h>
 
 #include <algorithm>
@@ -377,7 +378,9 @@ bool Transfer::fail(unsigned int code, std::string reason)
 
 bool Transfer::failFrom(CURLcode code)
 {
-    const std::string reason = WebUtils::withoutUserInfo(errorText_[0] != '\0' ? errorText_ : curl_easy_strerror(code));
+    // libcurl passes on what the system says.
+    const std::string reason = WebUtils::withoutUserInfo(
+        Platform::utf8OfSystemText(errorText_[0] != '\0' ? errorText_ : curl_easy_strerror(code)));
     curl_off_t untilRequest = 0;
     curl_easy_getinfo(handle_, CURLINFO_PRETRANSFER_TIME_T, &untilRequest);
     const bool neverConnected = code == CURLE_OPERATION_TIMEDOUT && untilRequest == 0;

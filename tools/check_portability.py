@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Checks that the sources stand the macros of Windows' headers.
+"""Checks what Windows asks of sources, so that it shows wherever they are written.
 
 windows.h makes macros of many plain words. They replace what our sources call by these words, and what the headers behind
 windows.h do, wherever somebody includes it first: an embedding application, a library's header, or another source that
@@ -9,11 +9,14 @@ is compiled as one with ours. Each finding is a line on standard error; any make
 - Installed headers have no call of min() or max() that a macro of two arguments would take: they stand in parentheses, as in
   (std::max)(a, b), because an application need not define NOMINMAX as we do.
 - Only `system_files` include a header of Windows.
+- What the standard library says of an error is asked for by VelkCommon/Platform alone: on Windows it is no UTF-8.
+- A class that is exported as a whole has no class template of the standard library for its base: with Microsoft's
+  compiler it would take the base's code along, and programs that use the base would have it twice.
 - A source that includes a header of Windows, itself or through headers of ours, is never compiled as one with others:
   its CMakeLists.txt sets SKIP_UNITY_BUILD_INCLUSION for it. The same holds for headers of others that bring windows.h.
 
-    check_names.py              checks the sources
-    check_names.py --self-test  checks that the checks find what they are to find
+    check_portability.py              checks the sources
+    check_portability.py --self-test  checks that the checks find what they are to find
 """
 
 import re
@@ -49,6 +52,10 @@ bringing_header = re.compile(r"curl/curl\.h$|httplib\.h$|boost/(asio|beast)(/|\.
 include_line = re.compile(r'^[ \t]*#[ \t]*include\s*[<"]([^>"]+)[>"]', re.MULTILINE)
 not_code = re.compile(r'//[^\n]*|/\*.*?\*/|R"(\w*)\(.*?\)\1"|"(?:\\.|[^"\\\n])*"|(?<![0-9A-Fa-f])\'(?:\\.|[^\'\\\n])+\'',
                       re.DOTALL)
+error_text = re.compile(r"\.message\(\)|\bstrerror(_\w+)?\s*\(|\bperror\s*\(")
+# The streams that the standard library's own module exports are no harm.
+taking_base = re.compile(r"(?:class|struct)\s+VELK\w*_EXPORT\s+\w+[^;{]*:[^;{]*\bstd::"
+                         r"(?:basic_\w+|[iow]*stringstream|[iow]*fstream|string|wstring|vector|map|set|\w*buf)\b")
 open_limit = re.compile(r"\b(min|max)\s*\(")
 
 
@@ -93,6 +100,9 @@ class Check:
             self.check_includes(path, text)
             if not system_files.match(path):
                 self.check_words(path, code)
+            if path.startswith(folders[:3]) and not path.startswith("VelkCommon/Platform/"):
+                self.check_pattern(path, code, error_text, "on Windows this text is no UTF-8: Velk::errorText() is")
+            self.check_pattern(path, code, taking_base, "exports a class template of the standard library with the class")
             if path in installed:
                 self.check_limits(path, code)
         return self.findings
@@ -102,6 +112,10 @@ class Check:
         for match in re.finditer(r"\b[A-Za-z_]\w*\b", code):
             if match[0] in words:
                 self.report(path, line_of(code, match.start()), f"'{match[0]}' is a macro of Windows' headers")
+
+    def check_pattern(self, path, code, pattern, text):
+        for match in pattern.finditer(code):
+            self.report(path, line_of(code, match.start()), text)
 
     def check_limits(self, path, code):
         for match in open_limit.finditer(code):
@@ -173,6 +187,14 @@ cases = {
                              "int many = 1'000'000; char small = 'x';\nconst char* raw = R\"(far\nnear)\"; int near;\n"
                              "enum class Level { ERROR };\n", [3, 6, 8, 9]),
     "VelkCommon/Asking.cpp": ("\n#include <windows.h>\n", [1, 2]),
+    "host/Saying.cpp": ("auto one = error.message();\nauto two = std::strerror(errno);\nauto three = zip_strerror(zip);\n"
+                        "// error.message()\nauto four = \"error.message()\";\n", [1, 2]),
+    "VelkCommon/Platform/Saying.cpp": ("auto one = error.message();\n", []),
+    "VelkLibrary/Log.h": ("class VELKLIBRARY_EXPORT Log : public std::ostringstream\n{};\n"
+                          "class VELKLIBRARY_VISIBLE Log2 : public std::ostringstream\n{};\n"
+                          "class VELKLIBRARY_EXPORT Fault : public std::exception\n{ std::string text_; };\n"
+                          "class VELKLIBRARY_EXPORT File\n  : public std::iostream\n{};\n"
+                          "struct VELKLIBRARY_EXPORT Names\n  : private std::vector<int>\n{};\n", [1, 10]),
     "VelkCommon/Platform/detail/Windows.h": ("#include <windows.h>\n", []),
     "VelkCommon/Platform/FileWindows.cpp": ("#include <VelkCommon/Platform/detail/Windows.h>\nBOOL yes = TRUE;\n", []),
     "VelkCommon/Platform/PathWindows.cpp": ('#include "detail/Windows.h"\n', []),
