@@ -2,6 +2,7 @@
 
 #include <VelkCommon/HostServices.h>
 #include <VelkCommon/Network/WebUtils.h>
+#include <VelkCommon/Network/detail/ProxyChoice.h>
 #include <VelkCommon/Network/detail/Session.h>
 #include <VelkCommon/Network/detail/TransferLimits.h>
 #include <VelkCommon/Network/detail/UrlText.h>
@@ -113,7 +114,7 @@ bool Transfer::prepare()
     headerEnded_ = bodyBegun_ = enough_ = false;
     wanted_.reset();
     declared_ = 0;
-    return setOptions() && setHeaders() && setCertificates();
+    return setOptions() && setProxy() && setHeaders() && setCertificates();
 }
 
 bool Transfer::setOptions()
@@ -151,6 +152,15 @@ bool Transfer::setOptions()
     set(CURLOPT_WRITEDATA, static_cast<void*>(this));
     errorText_[0] = '\0';
     return enoughMemory || failWithoutMemory();
+}
+
+bool Transfer::setProxy()
+{
+    const std::string proxy = proxyOfSystem(server_, [this] { return tick(Clock::now()); });
+    if (done_)
+        return false;
+    return proxy.empty() || curl_easy_setopt(handle_, CURLOPT_PROXY, proxy.c_str()) != CURLE_OUT_OF_MEMORY ||
+           failWithoutMemory();
 }
 
 bool Transfer::setHeaders()
