@@ -24,6 +24,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::seconds patience{5};
 constexpr std::chrono::milliseconds pause{50};
 constexpr std::chrono::seconds kept{30};
+constexpr std::chrono::minutes withoutScript{1};  // after a search that has found none
 constexpr std::size_t keptServers = 64;
 constexpr int mostSearches = 4;  // that may hang at a time
 
@@ -100,8 +101,7 @@ std::optional<std::string> askScript(HINTERNET session, const std::wstring& scri
     *bypass.place() = info.lpszProxyBypass;
     if (info.dwAccessType != WINHTTP_ACCESS_TYPE_NAMED_PROXY)
         return std::string();
-    // A script decides about this machine itself, too.
-    return proxyFor({proxies.narrow(), bypass.narrow() + ";<-loopback>"}, server);
+    return proxyFor({proxies.narrow(), bypass.narrow()}, server);
 }
 
 std::optional<std::string> askScripts(const Settings& settings, const std::string& server)
@@ -173,6 +173,7 @@ struct Memory
 {
     std::mutex mutex;
     std::map<std::string, Kept> servers;
+    Clock::time_point nextSearch;
 };
 
 Memory& memory()
@@ -198,6 +199,32 @@ void remember(const std::string& server, const std::string& proxy)
     memory().servers[server] = {proxy, Clock::now() + kept};
 }
 
+// What the scripts say, if they may be asked now. A search that ends without a script would take as long for the next
+// server.
+std::optional<std::string> byScript(const Settings& settings, const std::string& server,
+                                    const std::function<bool()>& goOn)
+{
+    if (!settings.detect && settings.script.empty())
+        return std::nullopt;
+    {
+        const std::lock_guard lock(memory().mutex);
+        if (Clock::now() < memory().nextSearch)
+            return std::nullopt;
+    }
+    bool wanted = true;
+    std::optional<std::string> proxy = askScriptsForAWhile(settings, server, [&] { return wanted = goOn(); });
+    if (!proxy && wanted) {
+        const std::lock_guard lock(memory().mutex);
+        memory().nextSearch = Clock::now() + withoutScript;
+    }
+    return proxy;
+}
+
+bool isThisMachine(const std::string& server)
+{
+    return proxyFor({"proxy", ""}, server).empty();
+}
+
 }  // namespace
 
 std::string systemProxy(const std::string& server, const std::function<bool()>& goOn)
@@ -207,8 +234,8 @@ std::string systemProxy(const std::string& server, const std::function<bool()>& 
     const Settings settings = userSettings();
     std::optional<std::string> proxy;
     bool wanted = true;
-    if (settings.detect || !settings.script.empty())
-        proxy = askScriptsForAWhile(settings, server, [&] { return wanted = goOn(); });
+    if (!isThisMachine(server))  // scripts are for others
+        proxy = byScript(settings, server, [&] { return wanted = goOn(); });
     if (!proxy)
         proxy = proxyFor(settings.fixed, server);
     if (wanted)
