@@ -23,6 +23,7 @@ install(CODE "
     set(velk_folders ${velk_runtime_folders})
     set(velk_links \"${PROJECT_BINARY_DIR}/runtime\")
     set(velk_objdump \"${CMAKE_OBJDUMP}\")
+    set(velk_strip \"$<$<BOOL:${MINGW}>:${CMAKE_STRIP}>\")
     set(velk_destination \"${CMAKE_INSTALL_BINDIR}\")" COMPONENT runtime)
 install(SCRIPT ${velk_windows}/runtime.cmake COMPONENT runtime)
 set(CMAKE_INSTALL_SYSTEM_RUNTIME_COMPONENT runtime)

@@ -5,6 +5,7 @@
 # velk_folders      where their DLLs are looked for; the first is where Qt's are
 # velk_links        a folder for links, where this machine is not Windows
 # velk_objdump      what tells what a module needs
+# velk_strip        what takes from DLLs what only debuggers need; may be empty
 # velk_destination  the programs' folder, below the prefix
 set(CMAKE_GET_RUNTIME_DEPENDENCIES_PLATFORM windows+pe)
 if(velk_objdump MATCHES objdump)
@@ -63,6 +64,13 @@ endif()
 
 set(folder ${CMAKE_INSTALL_PREFIX}/${velk_destination})
 file(INSTALL ${libraries} DESTINATION ${folder} TYPE SHARED_LIBRARY)
+# The compiler's bring what debuggers want, many times as large as they are.
+foreach(library IN LISTS libraries)
+    get_filename_component(name ${library} NAME)
+    if(velk_strip)
+        execute_process(COMMAND ${velk_strip} $ENV{DESTDIR}${folder}/${name} COMMAND_ERROR_IS_FATAL ANY)
+    endif()
+endforeach()
 foreach(plugin IN LISTS plugins)
     get_filename_component(kind ${plugin} DIRECTORY)
     get_filename_component(kind ${kind} NAME)
