@@ -24,7 +24,7 @@ namespace Library {
 /// throws. Nothing is written through a link in the log's place, nor into a file with a second name, because others
 /// may be able to put it there. Each object belongs to one thread; any number of threads may log at once, and records
 /// never interleave.
-class VELKLIBRARY_EXPORT ErrorLog : public std::ostringstream
+class VELKLIBRARY_VISIBLE ErrorLog : public std::ostringstream
 {
     // The types that have an insertion of their own below, or convert to a type that has one.
     template <typename T>
@@ -34,30 +34,30 @@ class VELKLIBRARY_EXPORT ErrorLog : public std::ostringstream
         std::is_same_v<T, boost::uuids::uuid> || std::is_same_v<T, long long> || std::is_same_v<T, unsigned long long>;
 
 public:
-    ErrorLog();
-    ~ErrorLog() override;
+    VELKLIBRARY_EXPORT ErrorLog();
+    VELKLIBRARY_EXPORT ~ErrorLog() override;
 
     /// 36 characters, lower case; the stream's width, fill and adjustment apply to the whole text, and
     /// the width is 0 afterwards.
-    ErrorLog& operator<<(const boost::uuids::uuid& id);
+    VELKLIBRARY_EXPORT ErrorLog& operator<<(const boost::uuids::uuid& id);
     /// All bytes, zero bytes included.
-    ErrorLog& operator<<(const std::string& text);
+    VELKLIBRARY_EXPORT ErrorLog& operator<<(const std::string& text);
     /// As UTF-8.
     /// @{
-    ErrorLog& operator<<(const std::u32string& text);
-    ErrorLog& operator<<(std::u32string_view text);
+    VELKLIBRARY_EXPORT ErrorLog& operator<<(const std::u32string& text);
+    VELKLIBRARY_EXPORT ErrorLog& operator<<(std::u32string_view text);
     /// @}
     /// As UTF-8, up to the terminator.
-    ErrorLog& operator<<(const char32_t* text);
+    VELKLIBRARY_EXPORT ErrorLog& operator<<(const char32_t* text);
     /// The path as people read it.
-    ErrorLog& operator<<(const fileString& path);
+    VELKLIBRARY_EXPORT ErrorLog& operator<<(const fileString& path);
     /// In the stream's number base, which is decimal at first.
     /// @{
-    ErrorLog& operator<<(const long long& value);
-    ErrorLog& operator<<(const unsigned long long& value);
+    VELKLIBRARY_EXPORT ErrorLog& operator<<(const long long& value);
+    VELKLIBRARY_EXPORT ErrorLog& operator<<(const unsigned long long& value);
     /// @}
     /// The bytes up to the terminator. A null pointer inserts nothing, here and above.
-    ErrorLog& operator<<(const char* text);
+    VELKLIBRARY_EXPORT ErrorLog& operator<<(const char* text);
 
     /// Any other type or manipulator, as on every stream. Returns the ErrorLog itself, so that the chain can go
     /// on.
@@ -74,12 +74,12 @@ public:
     template <typename T>
     requires(!insertedHere<T>) friend ErrorLog& operator<<(ErrorLog&& log, const T& value) { return log << value; }
     /// Applies a manipulator such as std::endl.
-    ErrorLog& operator<<(std::ostream& (*manipulator)(std::ostream&));
+    VELKLIBRARY_EXPORT ErrorLog& operator<<(std::ostream& (*manipulator)(std::ostream&));
     /// Applies a manipulator such as std::hex.
-    ErrorLog& operator<<(std::ios_base& (*manipulator)(std::ios_base&));
+    VELKLIBRARY_EXPORT ErrorLog& operator<<(std::ios_base& (*manipulator)(std::ios_base&));
 
     /// The log's path. The host is asked for it each time.
-    static fileString file();
+    VELKLIBRARY_EXPORT static fileString file();
 };
 
 }  // namespace Library

@@ -132,12 +132,12 @@ class Measures
 public:
     explicit Measures(std::vector<fileString> sources) : sources_(std::move(sources)) {}
 
-    bool run(bool small, bool large)
+    bool run(bool little, bool large)
     {
         std::printf("%-34s %9s %9s %9s   %9s %9s %9s %9s\n", "", "own", "bound", "libzip", "own", "bound", "libzip",
                     "own");
         std::printf("%-34s %29s   %29s %9s\n", "", "processor seconds", "seconds", "MiB");
-        if (small) {
+        if (little) {
             realArchives();
             smallEntries();
             merges();
@@ -280,14 +280,14 @@ private:
 int main(int argumentCount, char** arguments)
 try {
     std::vector<std::string> folders;
-    bool small = true;
+    bool little = true;
     bool large = true;
     for (int i = 1; i < argumentCount; ++i) {
         const std::string argument = arguments[i];
         if (argument == "--quick")
             large = false;
         else if (argument == "--large")
-            small = false;
+            little = false;
         else
             folders.push_back(argument);
     }
@@ -299,7 +299,7 @@ try {
                      sources.size());
         return 2;
     }
-    return Measures(sources).run(small, large) ? EXIT_SUCCESS : EXIT_FAILURE;
+    return Measures(sources).run(little, large) ? EXIT_SUCCESS : EXIT_FAILURE;
 } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());
     return EXIT_FAILURE;

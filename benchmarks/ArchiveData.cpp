@@ -251,8 +251,8 @@ std::uint64_t packLargeDatabase(const fileString& source, const fileString& targ
 
 void packLargeEntry(const fileString& target, std::uint64_t bytes, int count)
 {
-    const fileString small = target + fileString(std::string(".small"));
-    packSmallEntries(small, count);
+    const fileString little = target + fileString(std::string(".small"));
+    packSmallEntries(little, count);
     const fileString large = target + fileString(std::string(".large"));
     LargeZip zip(large, "large.bin", false);
     std::string chunk(10'000'000, '\0');
@@ -268,8 +268,8 @@ void packLargeEntry(const fileString& target, std::uint64_t bytes, int count)
     zip.finish(crc, size);
     copyInto(large, target);
     FileUtils::removePath(large, FileUtils::noFlags);
-    copyInto(small, target);
-    FileUtils::removePath(small, FileUtils::noFlags);
+    copyInto(little, target);
+    FileUtils::removePath(little, FileUtils::noFlags);
 }
 
 }  // namespace bench

@@ -371,7 +371,7 @@ double heapBeyondTexts()
 std::vector<bench::Measure> Measures::rows(const LeastTimes& times) const
 {
     const std::size_t all = std::size(searches);
-    const std::string small = "large" + std::to_string(16 * kibi);
+    const std::string little = "large" + std::to_string(16 * kibi);
     const std::string large = "large" + std::to_string(1024 * kibi);
     const std::size_t texts = std::size(largeSearches);
     const double trap = std::max(times.of(key("trap", "own")), times.of(key("trap keywords", "own"))) / 1e6;
@@ -387,7 +387,7 @@ std::vector<bench::Measure> Measures::rows(const LeastTimes& times) const
         {"folder: times faster than std::regex", ratio(times, "folder", "std::regex", "own", all), 60, 90, true, "x"},
         {"1 MiB: part of the floor's time", ratio(times, large, "own", "floor", texts), 1.0, 0.6, false, "x"},
         {"1 MiB: time per byte against 16 KiB",
-         mean(times, large, "own", texts) / mean(times, small, "own", texts) / 64, 1.2, 1.05, false, "x"},
+         mean(times, large, "own", texts) / mean(times, little, "own", texts) / 64, 1.2, 1.05, false, "x"},
         {"32 terms, 32 groups: part of Hyperscan's time", ratio(times, "many", "own", "Hyperscan", 1), 1.5, 0.5, false,
          "x"},
         {"1 KiB of \"a\" in 256 KiB of \"a\"", trap, 1.0, 0.25, false, "ms"},

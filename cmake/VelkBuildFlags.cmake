@@ -3,7 +3,15 @@
 add_library(velk_warnings INTERFACE)
 target_compile_features(velk_warnings INTERFACE cxx_std_20)
 if(MSVC)
-    target_compile_options(velk_warnings INTERFACE /W4 /permissive- /utf-8 /Zc:__cplusplus)
+    # The parser's templates, and several sources as one, have more sections than an object file may have without /bigobj.
+    target_compile_options(velk_warnings INTERFACE /W4 /permissive- /utf-8 /bigobj /Zc:__cplusplus)
+    # C4251 and C4275: an exported class has a member or a base of the standard library or of Boost. That matters where a
+    # program has another standard library than ours, and such a program cannot use the libraries anyway: strings and
+    # containers are in nearly every call. What users of the class touch are exported functions. A base that is a class
+    # template is another matter: see VELKLIBRARY_VISIBLE.
+    target_compile_options(velk_warnings INTERFACE /wd4251 /wd4275)
+    # The C library's functions that Microsoft would rather see replaced by its own.
+    target_compile_definitions(velk_warnings INTERFACE _CRT_SECURE_NO_WARNINGS)
 else()
     target_compile_options(velk_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion)
 endif()
@@ -16,7 +24,9 @@ endif()
 target_compile_definitions(velk_warnings INTERFACE
     QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 if(WIN32)
-    target_compile_definitions(velk_warnings INTERFACE NOMINMAX WIN32_LEAN_AND_MEAN UNICODE _UNICODE)
+    target_compile_definitions(velk_warnings INTERFACE NOMINMAX WIN32_LEAN_AND_MEAN UNICODE _UNICODE
+        _WIN32_WINNT=0x0A00 WINVER=0x0A00  # Windows 10
+        BOOST_SYSTEM_USE_UTF8)  # or its texts of errors would be in the system's code page
 endif()
 
 # The product's flags.

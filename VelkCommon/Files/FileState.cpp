@@ -32,6 +32,11 @@ std::string lastFileFailure()
     return Platform::lastErrorText();
 }
 
+std::string errorText(const std::error_code& error)
+{
+    return Platform::errorText(error);
+}
+
 bool isSameFile(const fileString& one, const fileString& other)
 {
     const auto left = Platform::fileStatus(one.utf8());
@@ -55,7 +60,7 @@ std::optional<std::string> makeFolders(const fileString& path)
     });
     if (made)
         return std::nullopt;
-    return why.empty() ? std::make_error_code(std::errc::not_a_directory).message() : why;
+    return why.empty() ? errorText(std::make_error_code(std::errc::not_a_directory)) : why;
 }
 
 bool removeEmptyFolder(const fileString& path)

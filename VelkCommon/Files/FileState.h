@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <system_error>
 
 /// @file
 /// What an application asks about files and folders beyond FileUtils. The standard library's file operations cannot
@@ -38,6 +39,10 @@ VELKCOMMON_EXPORT FileState fileState(const fileString& path);
 /// Why the calling thread's last call here or in FileUtils failed: UTF-8, in the system's words. Ask for it before
 /// anything else runs. A failure for another reason, such as a path that names a folder, leaves an older one.
 VELKCOMMON_EXPORT std::string lastFileFailure();
+
+/// The text of an error such as that of folderEntries(): UTF-8, in the system's words. What the standard library says
+/// of it, `error.message()`, is in another encoding on Windows.
+VELKCOMMON_EXPORT std::string errorText(const std::error_code& error);
 
 /// Whether both paths lead to the same file or folder, however they are written.
 VELKCOMMON_EXPORT bool isSameFile(const fileString& one, const fileString& other);

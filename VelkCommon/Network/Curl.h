@@ -19,7 +19,8 @@ class UnreachableServers;
 /// Connections are kept and reused, with HTTP/2 where the server supports it; successive calls of a thread
 /// to the same server share one connection. Certificates and host names are verified against the
 /// system's certificates or those of HostServices::certificateFile. Proxies come from the environment
-/// (http_proxy, https_proxy, all_proxy, no_proxy). At most 10 redirects are followed, to http and https
+/// (http_proxy, https_proxy, all_proxy, no_proxy); where it has none of these, on Windows from the system's settings,
+/// in which a script may name them. At most 10 redirects are followed, to http and https
 /// only, and never from https to http. There are no cookies and no stored passwords.
 ///
 /// Addresses may hold what a URL cannot carry (blanks, umlauts, quotes): such bytes are percent-encoded

@@ -9,12 +9,19 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace Velk::Platform {
 
 /// The text of the calling thread's last system error, UTF-8, without line break. Ask for it before
 /// anything else runs.
 VELKCOMMON_EXPORT std::string lastErrorText();
+/// The text of `error`, UTF-8, without line break. The standard library's own, std::error_code::message(), comes in the
+/// system's code page on Windows.
+VELKCOMMON_EXPORT std::string errorText(const std::error_code& error);
+/// A text that the system, or another library on its behalf, has made for people: as UTF-8. On Windows a text that is
+/// not UTF-8 is taken for one in the system's code page; elsewhere it stays as it is.
+VELKCOMMON_EXPORT std::string utf8OfSystemText(std::string text);
 /// Whether that error says that the path names nothing, so that something could be made there or a folder above is
 /// missing. Other errors leave open what is there.
 VELKCOMMON_EXPORT bool lastErrorIsNotFound() noexcept;

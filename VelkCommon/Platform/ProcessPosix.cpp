@@ -16,6 +16,16 @@ std::string lastErrorText()
     return std::strerror(errno);
 }
 
+std::string errorText(const std::error_code& error)
+{
+    return error.message();
+}
+
+std::string utf8OfSystemText(std::string text)
+{
+    return text;
+}
+
 bool lastErrorIsNotFound() noexcept
 {
     return errno == ENOENT || errno == ENOTDIR;

@@ -5,12 +5,13 @@
 #include <bcrypt.h>
 
 #include <algorithm>
+#include <cstddef>
 
 namespace Velk::Platform {
+namespace {
 
-std::string lastErrorText()
+std::string textOf(DWORD error)
 {
-    const DWORD error = ::GetLastError();
     LocalMemory<wchar_t> buffer;
     const DWORD size =
         ::FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
@@ -19,6 +20,39 @@ std::string lastErrorText()
     while (!text.empty() && (text.back() == L'\n' || text.back() == L'\r' || text.back() == L' '))
         text.remove_suffix(1);
     return text.empty() ? "error " + std::to_string(error) : fromNativePath(text);
+}
+
+// The text that is in `codePage`; nothing where it cannot be.
+std::wstring wideText(const std::string& text, UINT codePage, DWORD flags)
+{
+    const auto bytes = static_cast<int>(text.size());
+    std::wstring wide;
+    wide.resize(static_cast<std::size_t>(::MultiByteToWideChar(codePage, flags, text.data(), bytes, nullptr, 0)));
+    ::MultiByteToWideChar(codePage, flags, text.data(), bytes, wide.data(), static_cast<int>(wide.size()));
+    return wide;
+}
+
+}  // namespace
+
+std::string lastErrorText()
+{
+    return textOf(::GetLastError());
+}
+
+std::string errorText(const std::error_code& error)
+{
+    if (error.category() == std::system_category())
+        return textOf(static_cast<DWORD>(error.value()));
+    return utf8OfSystemText(error.message());
+}
+
+std::string utf8OfSystemText(std::string text)
+{
+    constexpr std::size_t longest = 1 << 20;  // nobody reads more
+    if (text.empty() || text.size() > longest || !wideText(text, CP_UTF8, MB_ERR_INVALID_CHARS).empty())
+        return text;
+    const std::wstring wide = wideText(text, CP_ACP, 0);
+    return wide.empty() ? text : fromNativePath(wide);
 }
 
 bool lastErrorIsNotFound() noexcept

@@ -168,16 +168,16 @@ LoweredBlock lowerBlock(Bytes16 block, Bytes16 next)
     // U+03A0-U+03AB (U+03A2 is unassigned), U+0420-U+042F: 32 more, which needs the next lead byte
     const Bytes16 over = (ce & (inRange(next, 0xA0, 0xA1) | inRange(next, 0xA3, 0xAB))) | (d0 & fromA0);
     // U+0400-U+040F: 80 more
-    const Bytes16 far = d0 & inRange(next, 0x80, 0x8F);
+    const Bytes16 distant = d0 & inRange(next, 0x80, 0x8F);
     // U+0100-U+0137, U+014A-U+0177: pairs that begin with an even number; U+0130 is not part of one
     const Bytes16 evenPair =
         (c4 & (inRange(next, 0x80, 0xAF) | inRange(next, 0xB1, 0xB7))) | (c5 & inRange(next, 0x8A, 0xB7));
     // U+0139-U+013E, U+0141-U+0148, U+0179-U+017E: pairs that begin with an odd number
     const Bytes16 oddPair = ((c4 | c5) & inRange(next, 0xB9, 0xBE)) | (c5 & inRange(next, 0x81, 0x88));
 
-    const Bytes16 leads = (over | far) & Bytes16(1);
+    const Bytes16 leads = (over | distant) & Bytes16(1);
     const Bytes16 seconds =
-        (up & Bytes16(0x20)) | (over & Bytes16(0xE0)) | (far & Bytes16(0x10)) | (evenPair & even) | (oddPair & odd);
+        (up & Bytes16(0x20)) | (over & Bytes16(0xE0)) | (distant & Bytes16(0x10)) | (evenPair & even) | (oddPair & odd);
     const Bytes16 special = (c4 & (equal(next, Bytes16(0xB0)) | equal(next, Bytes16(0xBF)))) |
                             (c5 & equal(next, Bytes16(0xB8))) | (ce & inRange(next, 0x80, 0x8F)) |
                             (equal(block, Bytes16(0xCF)) & inRange(next, 0x8F, 0xBF)) |

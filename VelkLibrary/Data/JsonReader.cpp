@@ -331,16 +331,16 @@ stack_type::iterator beginAbove(stack_type& values)
     return std::find_if(values.rbegin(), values.rend(), isDelimiter).base();
 }
 
-// Inserts behind equal keys that are already there. `near` is where the last member went: documents list their
-// members in some order, so the next one is often its neighbour.
-object_type::iterator insertNear(object_type& object, object_type::iterator near, pair_type&& member)
+// Inserts behind equal keys that are already there. `neighbour` is where the last member went: documents list their
+// members in some order, so the next one often belongs beside it.
+object_type::iterator insertNear(object_type& object, object_type::iterator neighbour, pair_type&& member)
 {
     const auto belongsBefore = [&](object_type::iterator place) {
         return (place == object.end() || member.first < place->first) &&
                (place == object.begin() || !(member.first < std::prev(place)->first));
     };
-    if (belongsBefore(near))
-        return object.emplace_hint(near, std::move(member));
+    if (belongsBefore(neighbour))
+        return object.emplace_hint(neighbour, std::move(member));
     return object.insert(std::move(member));
 }
 
@@ -407,10 +407,10 @@ void grammar<char>::create_pair::operator()(const char*, const char*) const
 void grammar<char>::end_object::operator()(char) const
 {
     object_type object;
-    auto near = object.end();
+    auto neighbour = object.end();
     auto entry = values_->rbegin();
     for (; pair_type* const member = boost::any_cast<pair_type>(entry->get()); ++entry)
-        near = insertNear(object, near, std::move(*member));
+        neighbour = insertNear(object, neighbour, std::move(*member));
     // This waits until now because an allocator is slower when it has to give and take by turns.
     for (auto pair = entry.base(); pair != values_->end(); ++pair)
         keepSpare(spares_ != nullptr ? &spares_->pairs : nullptr, std::move(*pair));

@@ -38,6 +38,7 @@ CommandLine parsed(int argumentCount, char** arguments)
 
 int main(int argumentCount, char** arguments)
 {
+    VelkHost::shareParentsConsole();
     CommandLine line = parsed(argumentCount, arguments);
     if (line.exitCode)
         return *line.exitCode;

@@ -67,7 +67,7 @@ std::vector<FolderEntry> folderEntries(const fileString& folder)
     std::error_code error;
     std::vector<FolderEntry> entries = Velk::folderEntries(folder, error);
     if (error)
-        throw FileError(folder, {"cannot be read: %1", {error.message()}});
+        throw FileError(folder, {"cannot be read: %1", {Velk::errorText(error)}});
     std::sort(entries.begin(), entries.end(),
               [](const FolderEntry& left, const FolderEntry& right) { return left.name < right.name; });
     return entries;

@@ -21,6 +21,10 @@ std::vector<std::string> programArguments(int argumentCount, char** arguments);
 /// ends the writing with a result instead of a signal. Call it once, at the start.
 void prepareConsole();
 
+/// Lets a program with windows write to the console that it was started from, if there is one: on Windows it has no
+/// output of its own unless it is given one. Call it once, at the start.
+void shareParentsConsole();
+
 /// Standard output is a terminal that a person looks at.
 bool outputIsTerminal();
 

@@ -42,6 +42,8 @@ void prepareConsole()
     std::signal(SIGPIPE, SIG_IGN);
 }
 
+void shareParentsConsole() {}
+
 bool outputIsTerminal()
 {
     return ::isatty(STDOUT_FILENO) == 1;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cstdio>
 #include <winsock2.h>
 
 #include <windows.h>
@@ -67,6 +68,19 @@ void prepareConsole()
     ::SetConsoleOutputCP(CP_UTF8);
     if (::GetConsoleMode(standardOutput(), &mode))
         ::SetConsoleMode(standardOutput(), mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+}
+
+void shareParentsConsole()
+{
+    if (standardOutput() != nullptr || !::AttachConsole(ATTACH_PARENT_PROCESS))
+        return;
+    for (FILE* const stream : {stdout, stderr})
+        static_cast<void>(std::freopen("CONOUT$", "w", stream));
+    const HANDLE console = ::CreateFileW(L"CONOUT$", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                         nullptr, OPEN_EXISTING, 0, nullptr);
+    ::SetStdHandle(STD_OUTPUT_HANDLE, console);
+    ::SetStdHandle(STD_ERROR_HANDLE, console);
+    prepareConsole();
 }
 
 bool outputIsTerminal()

@@ -41,7 +41,9 @@ void redirectIn(std::byte* base, const char* name, void (*replacement)())
 
 void redirectImports(const char* name, void (*replacement)())
 {
-    for (const wchar_t* library : {L"libVelkCommon.dll", L"libVelkLibrary.dll", L"libVelkLibraryCore.dll"})
+    // Microsoft's compiler puts nothing before the names.
+    for (const wchar_t* library : {L"libVelkCommon.dll", L"libVelkLibrary.dll", L"libVelkLibraryCore.dll",
+                                   L"VelkCommon.dll", L"VelkLibrary.dll", L"VelkLibraryCore.dll"})
         if (const HMODULE module = ::GetModuleHandleW(library))
             redirectIn(reinterpret_cast<std::byte*>(module), name, replacement);
 }

@@ -9,6 +9,7 @@
 #
 # QT_QPA_PLATFORM      what shows windows; default offscreen
 # VELK_WINDOWS_PREFIX  the libraries; see cmake/windows.cmake
+# VELK_WINE_BARE       if not empty, programs find nothing but Windows' own libraries and what lies beside them
 # VELK_WINE_FOLDER     Wine's folder; default build/windows/wine. A user of its own owns it where root runs this
 # VELK_WINE_USER       the number of that user; default 65534, "nobody"
 # WINEDEBUG            what Wine says about itself; default nothing
@@ -55,12 +56,15 @@ for folder in "$(dirname "$("$compiler" -print-file-name=libstdc++-6.dll)")" "/u
     "$VELK_WINDOWS_PREFIX/bin" "$VELK_WINDOWS_PREFIX/qt/bin"; do
     [ ! -d "$folder" ] || libraries+="$(on_windows "$folder");"
 done
+[ -z "${VELK_WINE_BARE:-}" ] || libraries=""
 export WINEPATH=$libraries
 
 # Wine takes Qt's variables away from programs, unless "WINE" stands before their names.
 : "${QT_QPA_PLATFORM:=offscreen}" "${QT_QPA_FONTDIR:=$(on_windows /usr/share/fonts/truetype/liberation)}"
-export QT_PLUGIN_PATH
-QT_PLUGIN_PATH=$(on_windows "$VELK_WINDOWS_PREFIX/qt/plugins")
+if [ -z "${VELK_WINE_BARE:-}" ]; then
+    export QT_PLUGIN_PATH
+    QT_PLUGIN_PATH=$(on_windows "$VELK_WINDOWS_PREFIX/qt/plugins")
+fi
 export QT_FORCE_STDERR_LOGGING=1
 for name in ${!QT_*}; do export "WINE$name=${!name}"; done
 

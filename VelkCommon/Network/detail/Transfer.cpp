@@ -2,10 +2,12 @@
 
 #include <VelkCommon/HostServices.h>
 #include <VelkCommon/Network/WebUtils.h>
+#include <VelkCommon/Network/detail/ProxyChoice.h>
 #include <VelkCommon/Network/detail/Session.h>
 #include <VelkCommon/Network/detail/TransferLimits.h>
 #include <VelkCommon/Network/detail/UrlText.h>
 #include <VelkCommon/Platform/File.h>
+#include <VelkCommon/Platform/Process.h>
 #include <VelkCommon/Text/PercentEncoding.h>
 
 #include <algorithm>
@@ -112,7 +114,7 @@ bool Transfer::prepare()
     headerEnded_ = bodyBegun_ = enough_ = false;
     wanted_.reset();
     declared_ = 0;
-    return setOptions() && setHeaders() && setCertificates();
+    return setOptions() && setProxy() && setHeaders() && setCertificates();
 }
 
 bool Transfer::setOptions()
@@ -150,6 +152,15 @@ bool Transfer::setOptions()
     set(CURLOPT_WRITEDATA, static_cast<void*>(this));
     errorText_[0] = '\0';
     return enoughMemory || failWithoutMemory();
+}
+
+bool Transfer::setProxy()
+{
+    const std::string proxy = proxyOfSystem(server_, [this] { return tick(Clock::now()); });
+    if (done_)
+        return false;
+    return proxy.empty() || curl_easy_setopt(handle_, CURLOPT_PROXY, proxy.c_str()) != CURLE_OUT_OF_MEMORY ||
+           failWithoutMemory();
 }
 
 bool Transfer::setHeaders()
@@ -377,7 +388,9 @@ bool Transfer::fail(unsigned int code, std::string reason)
 
 bool Transfer::failFrom(CURLcode code)
 {
-    const std::string reason = WebUtils::withoutUserInfo(errorText_[0] != '\0' ? errorText_ : curl_easy_strerror(code));
+    // libcurl passes on what the system says.
+    const std::string reason = WebUtils::withoutUserInfo(
+        Platform::utf8OfSystemText(errorText_[0] != '\0' ? errorText_ : curl_easy_strerror(code)));
     curl_off_t untilRequest = 0;
     curl_easy_getinfo(handle_, CURLINFO_PRETRANSFER_TIME_T, &untilRequest);
     const bool neverConnected = code == CURLE_OPERATION_TIMEDOUT && untilRequest == 0;

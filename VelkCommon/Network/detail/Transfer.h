@@ -90,6 +90,7 @@ private:
 
     bool prepare();
     bool setOptions();
+    bool setProxy();
     bool setHeaders();
     bool setCertificates();
 

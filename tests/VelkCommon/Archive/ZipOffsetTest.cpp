@@ -10,7 +10,7 @@
 // Only an archive of more than 4 GiB has such offsets, so the records are looked at by themselves.
 namespace {
 
-constexpr std::uint64_t far = 0x1'2345'6789;
+constexpr std::uint64_t beyond32Bits = 0x1'2345'6789;
 
 std::string number(std::uint64_t value, int bytes)
 {
@@ -49,14 +49,14 @@ TEST(ZipOffset, StandsInTheRecordWhileItFits)
 
 TEST(ZipOffset, GetsAWideFieldBehindTheOthers)
 {
-    for (const std::uint64_t offset : {full, far}) {
+    for (const std::uint64_t offset : {full, beyond32Bits}) {
         std::string text = record(20, 5, 9, 1, time);
         EXPECT_TRUE(Velk::detail::setOffset(text, offset));
         EXPECT_EQ(text, record(45, 5, 9, full, time + field(1, number(offset, 8))));
     }
     std::string newer = record(63, 5, 9, 1, "");
-    EXPECT_TRUE(Velk::detail::setOffset(newer, far));
-    EXPECT_EQ(newer, record(63, 5, 9, full, field(1, number(far, 8)))) << "a higher version stays";
+    EXPECT_TRUE(Velk::detail::setOffset(newer, beyond32Bits));
+    EXPECT_EQ(newer, record(63, 5, 9, full, field(1, number(beyond32Bits, 8)))) << "a higher version stays";
 }
 
 struct WideCase
@@ -74,8 +74,8 @@ TEST(ZipOffset, StandsBehindTheLengthsInAWideField)
         const std::string lengths = number(0x1'0000'0001, 8) + number(0x1'0000'0002, 8);
         const std::string had = lengths.substr(0, static_cast<std::size_t>(wide.values) * 8);
         std::string text = record(45, wide.compressed, wide.size, 1, field(1, had) + time);
-        EXPECT_TRUE(Velk::detail::setOffset(text, far));
-        EXPECT_EQ(text, record(45, wide.compressed, wide.size, full, field(1, had + number(far, 8)) + time));
+        EXPECT_TRUE(Velk::detail::setOffset(text, beyond32Bits));
+        EXPECT_EQ(text, record(45, wide.compressed, wide.size, full, field(1, had + number(beyond32Bits, 8)) + time));
         // What is there once, is written over.
         EXPECT_TRUE(Velk::detail::setOffset(text, 3));
         EXPECT_EQ(text, record(45, wide.compressed, wide.size, full, field(1, had + number(3, 8)) + time));
@@ -87,7 +87,7 @@ TEST(ZipOffset, NeedsRoom)
     constexpr std::size_t room = 0xFFFF - 12;  // which a new field takes
     for (const auto& [size, fits] : {std::pair(room - 4, true), {room - 3, false}}) {
         std::string text = record(20, 5, 9, 1, field(0x5455, std::string(size, 'x')));
-        EXPECT_EQ(Velk::detail::setOffset(text, far), fits);
+        EXPECT_EQ(Velk::detail::setOffset(text, beyond32Bits), fits);
     }
 }
 

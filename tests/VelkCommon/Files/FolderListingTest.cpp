@@ -1,3 +1,4 @@
+#include <VelkCommon/Files/FileState.h>
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Files/FolderListing.h>
 
@@ -63,7 +64,8 @@ TEST_F(FolderListing, SaysWhyThereIsNone)
     }
     EXPECT_THAT(list(root_ / U"file"), IsEmpty());
     EXPECT_TRUE(error_);
-    EXPECT_NE(error_.message(), "");
+    EXPECT_EQ(Velk::errorText(error_), Velk::errorText({error_.value(), std::system_category()}));
+    EXPECT_NE(Velk::errorText(error_), "");
 }
 
 // The standard library's iterator ends the program.

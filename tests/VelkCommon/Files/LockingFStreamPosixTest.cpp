@@ -159,11 +159,11 @@ TEST_F(LockingFStreamPosix, AFullDiskShows)
 {
     test::inChild([this] {
         test::limitFileSize(1000);
-        LockingFStream small(file_, test::writeBytes);
-        small << std::string(2000, 'x');
-        EXPECT_TRUE(small.good()) << "still in the buffer";
-        small.close();
-        EXPECT_TRUE(small.fail());
+        LockingFStream little(file_, test::writeBytes);
+        little << std::string(2000, 'x');
+        EXPECT_TRUE(little.good()) << "still in the buffer";
+        little.close();
+        EXPECT_TRUE(little.fail());
         LockingFStream large(file_, test::writeBytes);
         large << std::string(2'000'000, 'x');
         EXPECT_TRUE(large.bad());

@@ -2,6 +2,7 @@
 #include <VelkCommon/Files/FileUtils.h>
 #include <VelkCommon/Network/Curl.h>
 #include <VelkCommon/Network/WebUtils.h>
+#include <VelkCommon/Platform/FileSystem.h>
 
 #include "NetworkTest.h"
 #include "support/CountedMemory.h"
@@ -49,6 +50,8 @@ class CurlMemory : public test::NetworkTest
 protected:
     using Operation = std::function<End()>;
     static constexpr seconds timeOut{20};
+    // What the standard library takes for itself cannot be refused on Windows, so less is met there.
+    static constexpr std::size_t fewest = Velk::Platform::linesEndWithCarriageReturn ? 5 : 20;
 
     static void SetUpTestSuite()
     {
@@ -84,7 +87,7 @@ protected:
             std::size_t allocation = 0;
             while (allocation < beyondAll && !failsAt(allocation, forGood, operation))
                 ++allocation;
-            EXPECT_GT(allocation, 20U) << "the allocations were met one by one";
+            EXPECT_GT(allocation, fewest) << "the allocations were met one by one";
             EXPECT_LT(allocation, beyondAll);
         }
     }

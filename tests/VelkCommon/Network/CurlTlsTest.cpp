@@ -1,6 +1,9 @@
 #include <VelkCommon/Network/Curl.h>
+#include <VelkCommon/Platform/FileSystem.h>
 
 #include "NetworkTest.h"
+
+#include <curl/curl.h>
 
 namespace {
 
@@ -37,12 +40,15 @@ TEST_F(CurlTls, TransfersFromAServerOfATrustedAuthority)
     EXPECT_EQ(server.connections(), 1U);
 }
 
+// A libcurl for Windows may have been built without HTTP/2; then there is nothing to choose between.
 TEST_F(CurlTls, OffersHttp2)
 {
+    const bool known = (curl_version_info(CURLVERSION_NOW)->features & CURL_VERSION_HTTP2) != 0;
+    EXPECT_TRUE(known || Velk::Platform::linesEndWithCarriageReturn);
     ScriptedServer server(authority_.issue());
     static_cast<void>(browse(server.url()));
-    EXPECT_THAT(server.offeredProtocols(), Contains("h2"));
-    EXPECT_THAT(server.offeredProtocols(), Contains("http/1.1"));
+    EXPECT_EQ(testing::Matches(Contains("h2"))(server.offeredProtocols()), known);
+    EXPECT_EQ(testing::Matches(Contains("http/1.1"))(server.offeredProtocols()), known);
 }
 
 TEST_F(CurlTls, RefusesEveryOtherServer)

@@ -87,10 +87,10 @@ TEST(EnglishTextsTest, TheStylesHaveDifferentNames)
     EXPECT_EQ(names.size(), 15u);
 }
 
-class LoadString : public testing::Test
+class LoadedText : public testing::Test
 {
 protected:
-    ~LoadString() override { Velk::installHost({}); }
+    ~LoadedText() override { Velk::installHost({}); }
 
     static void install(std::function<std::optional<std::u32string>(unsigned int)> resourceString)
     {
@@ -100,14 +100,14 @@ protected:
     }
 };
 
-TEST_F(LoadString, IsEnglishWithoutAHost)
+TEST_F(LoadedText, IsEnglishWithoutAHost)
 {
     EXPECT_EQ(StringUtils::loadString(textNumber::downloadUnit), "KB");
     EXPECT_EQ(StringUtils::loadUnicodeString(textNumber::downloadUnit), U"KB");
     EXPECT_EQ(StringUtils::loadQString(textNumber::downloadUnit), QStringLiteral("KB"));
 }
 
-TEST_F(LoadString, IsEmptyForAnUnknownNumber)
+TEST_F(LoadedText, IsEmptyForAnUnknownNumber)
 {
     for (const unsigned int id : {0u, 1u, 4294967295u}) {
         EXPECT_EQ(StringUtils::loadString(id), "");
@@ -116,7 +116,7 @@ TEST_F(LoadString, IsEmptyForAnUnknownNumber)
     }
 }
 
-TEST_F(LoadString, AsksTheHostFirst)
+TEST_F(LoadedText, AsksTheHostFirst)
 {
     install([](unsigned int id) { return std::optional(id == textNumber::downloadUnit ? U"\u043A\u0411" : U""); });
     EXPECT_EQ(StringUtils::loadString(textNumber::downloadUnit), "\xD0\xBA\xD0\x91");
@@ -125,7 +125,7 @@ TEST_F(LoadString, AsksTheHostFirst)
     EXPECT_EQ(StringUtils::loadString(textNumber::downloading), "") << "an empty text of the host is a text";
 }
 
-TEST_F(LoadString, HandsOverTheWholeNumber)
+TEST_F(LoadedText, HandsOverTheWholeNumber)
 {
     install([](unsigned int id) -> std::optional<std::u32string> {
         if (id == 4294967295u)
@@ -135,13 +135,13 @@ TEST_F(LoadString, HandsOverTheWholeNumber)
     EXPECT_EQ(StringUtils::loadString(4294967295u), "last");
 }
 
-TEST_F(LoadString, FallsBackToEnglishForWhatTheHostLacks)
+TEST_F(LoadedText, FallsBackToEnglishForWhatTheHostLacks)
 {
     install([](unsigned int) { return std::optional<std::u32string>(); });
     EXPECT_EQ(StringUtils::loadString(textNumber::downloadUnit), "KB");
 }
 
-TEST_F(LoadString, FallsBackToEnglishWhenTheHostThrows)
+TEST_F(LoadedText, FallsBackToEnglishWhenTheHostThrows)
 {
     install([](unsigned int) -> std::optional<std::u32string> { throw std::runtime_error("no resources"); });
     EXPECT_EQ(StringUtils::loadString(textNumber::downloadUnit), "KB");

@@ -19,9 +19,9 @@ TEST(HexadecimalTest, KnowsTheValueOfEveryByte)
 {
     for (int number = 0; number < 256; ++number) {
         const auto byte = static_cast<char>(number);
-        const std::size_t small = std::string_view("0123456789abcdef").find(byte);
+        const std::size_t lower = std::string_view("0123456789abcdef").find(byte);
         const std::size_t capital = std::string_view("0123456789ABCDEF").find(byte);
-        const std::size_t digit = small != std::string_view::npos ? small : capital;
+        const std::size_t digit = lower != std::string_view::npos ? lower : capital;
         EXPECT_EQ(Hexadecimal::valueOf(byte), digit == std::string_view::npos ? -1 : static_cast<int>(digit)) << number;
     }
 }

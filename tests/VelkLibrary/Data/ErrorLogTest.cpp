@@ -20,6 +20,7 @@
 #include <locale>
 #include <regex>
 #include <thread>
+#include <typeinfo>
 #include <utility>
 
 namespace {
@@ -438,6 +439,15 @@ TEST_F(ErrorLogTest, APipeInTheLogsPlaceLosesTheRecord)
     EXPECT_EQ(::read(reader, &byte, 1), 0);
     ::close(reader);
     EXPECT_NO_THROW(ErrorLog() << "lost, too");
+}
+
+// The class is not exported as a whole, but all modules must agree that it is one type.
+TEST_F(ErrorLogTest, IsOneTypeHereAndInTheLibrary)
+{
+    ErrorLog log;
+    std::ostream& stream = log;
+    EXPECT_EQ(dynamic_cast<ErrorLog*>(&stream), &log);
+    EXPECT_EQ(typeid(stream), typeid(ErrorLog));
 }
 
 TEST_F(ErrorLogTest, AFullDiskLosesTheRecordWithoutNotice)

@@ -76,14 +76,6 @@ TEST_F(PublishFolder, MayHaveLogosInFolders)
     EXPECT_EQ(test::readFile(VelkHost::storedFile(site(), table().logos.at("doors/2026/acme.png").stored)), "deep");
 }
 
-TEST_F(PublishFolder, HasLogosThatOnlyOneFolderHolds)
-{
-    test::writeFileDeep(input(U"logos/Doors/acme.png"), "logo");
-    test::writeFileDeep(input(U"logos/doors"), "logo");
-    test::writeFileDeep(input(U"manufacturer_data.json"), test::manufacturerData("Doors/acme.png"));
-    EXPECT_THAT(problems(), ElementsAre(StartsWith("logos/doors: differs from another logo, or a folder of logos")));
-}
-
 // One record per installed file name, one archive of referenced files per stem.
 TEST_F(PublishFolder, HasEveryInstalledNameOnce)
 {

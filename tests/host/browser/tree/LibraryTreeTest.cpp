@@ -88,9 +88,9 @@ TEST_F(LibraryTree, MakesNodesWhenTheyAreLookedAt)
     model().fetchMore(beta);
     EXPECT_GT(model().rowCount(beta), 0);
     EXPECT_LT(model().rowCount(beta), 1'000);
-    const QModelIndex far = itemIndex(core(U"a.calib"), "n4321");
-    EXPECT_EQ(far.data().toString(), QStringLiteral("Item 14321"));
-    EXPECT_EQ(far.row(), 4321);
+    const QModelIndex distant = itemIndex(core(U"a.calib"), "n4321");
+    EXPECT_EQ(distant.data().toString(), QStringLiteral("Item 14321"));
+    EXPECT_EQ(distant.row(), 4321);
 }
 
 TEST_F(LibraryTree, DragsAnItemAsTextAndPicture)
