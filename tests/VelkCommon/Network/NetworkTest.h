@@ -32,7 +32,8 @@ class NetworkTest : public TestHost
 protected:
     NetworkTest()
     {
-        for (const char* const name : {"http_proxy", "https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY", "no_proxy", "NO_PROXY"})
+        for (const char* const name :
+             {"http_proxy", "https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY", "no_proxy", "NO_PROXY"})
             qunsetenv(name);
     }
     ~NetworkTest() override { Velk::detail::setTransferLimits({}); }
