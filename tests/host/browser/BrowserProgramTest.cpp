@@ -1,4 +1,4 @@
-#include "host/fixtures/Fixtures.h"
+#include "host/fixtures/PublishFixtures.h"
 
 #include "support/QtProcesses.h"
 #include "support/RuntimeFolder.h"
