@@ -42,7 +42,7 @@ words = frozenset("""
 """.split())
 
 # Who may speak with Windows.
-system_files = re.compile(r"VelkCommon/Platform/(\w+Windows\.cpp|detail/Windows\.h)$|host/support/SystemWindows\.cpp$"
+system_files = re.compile(r"VelkCommon/Platform/(\w+Windows\.cpp|detail/Windows\.h)$|host/support/System(Channel)?Windows\.cpp$"
                           r"|tests/support/Imports\.cpp$")
 system_header = re.compile(r"(windows|winsock2|winhttp|wininet|winbase|winnt|shellapi|shlobj|aclapi|bcrypt|wincrypt"
                            r"|ws2tcpip|tlhelp32|psapi|objbase|shobjidl|knownfolders)\.h$", re.IGNORECASE)

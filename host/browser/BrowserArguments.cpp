@@ -1,7 +1,9 @@
 #include "host/browser/BrowserArguments.h"
 
 #include "host/browser/language/Translations.h"
+#include "host/support/Folders.h"
 #include "host/support/ParserArguments.h"
+#include "host/support/QtText.h"
 
 #include <VelkCommon/Network/Curl.h>
 #include <VelkCommon/Version.h>
@@ -13,9 +15,13 @@ namespace {
 
 constexpr const char* argumentExamples = R"(Examples:
   velk-browser
+  velk-browser Oak.calibz Doors.calib                imports two libraries
   velk-browser --home ./planner --service https://content.example/
   velk-browser --home ./planner --site ./published   updates without a server
   velk-browser --language fr
+
+Where a window is open on the installation already, it imports the files and comes to the
+front, and its own options count.
 
 --site lets this program serve what "velk publish" has published, for trials and for
 demonstrations.)";
@@ -51,6 +57,7 @@ void describeArguments(CLI::App& parser, BrowserArguments& arguments)
     parser.add_option("--language", arguments.options.language, "The language of the window (default: the system's)")
         ->type_name("CODE")
         ->check(CLI::IsMember(windowLanguages()));
+    parser.add_option("FILE", arguments.files, "Libraries (.calibz, .calib) to import");
     parser.set_version_flag("--version", "velk-browser " VELK_VERSION_STRING);
 }
 
@@ -60,6 +67,8 @@ ProgramOptions readArguments(CLI::App& parser, BrowserArguments& arguments, cons
     parser.parse(disguised);
     arguments.options.window.home = fileString(fromParser(arguments.home));
     arguments.options.site = fileString(fromParser(arguments.site));
+    for (const std::string& file : arguments.files)
+        arguments.options.files.append(qtText(absolutePath(fileString(fromParser(file))).utf8()));
     return arguments.options;
 }
 

@@ -14,9 +14,10 @@ namespace VelkHost {
 /// What the parser of the window's program fills in.
 struct BrowserArguments
 {
-    ProgramOptions options;  ///< complete only after readArguments()
-    std::string home;        ///< as the parser gives it
-    std::string site;        ///< as the parser gives it
+    ProgramOptions options;          ///< complete only after readArguments()
+    std::string home;                ///< as the parser gives it
+    std::string site;                ///< as the parser gives it
+    std::vector<std::string> files;  ///< as the parser gives them
 };
 
 /// Gives a parser all that `velk-browser` understands, and the texts of the help. It fills in `arguments`, which must

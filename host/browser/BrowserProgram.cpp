@@ -7,6 +7,8 @@
 #include "host/browser/language/HostTexts.h"
 #include "host/browser/language/Reasons.h"
 #include "host/browser/language/Translations.h"
+#include "host/browser/opening/OneWindow.h"
+#include "host/browser/opening/OpenRequests.h"
 #include "host/service/ServiceError.h"
 #include "host/service/SiteService.h"
 #include "host/support/FileError.h"
@@ -24,6 +26,7 @@
 #include <exception>
 #include <memory>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 namespace VelkHost {
@@ -79,11 +82,48 @@ int failed(const std::exception& error)
     return EXIT_FAILURE;
 }
 
+/// Asks a window that is open already, before anything is made that only a window needs.
+ProgramStart startOfProgram(const ProgramOptions& options)
+{
+    if (!options.isOneWindow)
+        return {};
+    Velk::installHost(hostServices(options.window.home));
+    return startOf(windowName(fileString(settingsFile().toStdString()).parentPath()), options.files);
+}
+
+/// Lets later starts of the program open files in the window; null where nobody can be heard.
+std::unique_ptr<OpenRequests> openRequests(BrowserWindow& window, std::unique_ptr<ChannelListener> listener)
+{
+    if (listener == nullptr)
+        return nullptr;
+    try {
+        auto requests = std::make_unique<OpenRequests>(
+            std::move(listener), [&window](std::size_t files) { return window.mayOpenFiles(files); });
+        QObject::connect(requests.get(), &OpenRequests::started, &window, [&window](const QStringList& files) {
+            window.comeToFront();
+            window.openFiles(files);
+        });
+        return requests;
+    } catch (const std::system_error&) {  // no thread can be started
+        return nullptr;
+    }
+}
+
+/// Lets the user work until the window is closed; the exit code. What is started afterwards has a window of its own.
+int runWindow(BrowserWindow& window, std::unique_ptr<ChannelListener> listener)
+{
+    const std::unique_ptr<OpenRequests> requests = openRequests(window, std::move(listener));
+    return QApplication::exec();
+}
+
 }  // namespace
 
 int runBrowser(int& argumentCount, char** arguments, ProgramOptions options,
                const std::function<void(BrowserWindow&)>& shown)
 {
+    ProgramStart start = startOfProgram(options);
+    if (start.isHandedOver)
+        return EXIT_SUCCESS;
     allowHighDensity();
     auto whileMade = std::make_optional<EndWithoutMemory>();
     const QApplication application(argumentCount, arguments);
@@ -102,7 +142,8 @@ int runBrowser(int& argumentCount, char** arguments, ProgramOptions options,
         window.readLibraries();
         if (shown)
             shown(window);
-        const int exitCode = QApplication::exec();
+        window.openFiles(options.files);
+        const int exitCode = runWindow(window, std::move(start.listener));
         if (!window.unsaved().isEmpty())
             tell(window.unsaved());
         window.finishSaving();  // everything else may be cut off

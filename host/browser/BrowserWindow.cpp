@@ -94,6 +94,24 @@ void BrowserWindow::finishSaving()
     shown_->filters().finish();
 }
 
+void BrowserWindow::openFiles(const QStringList& files)
+{
+    jobs_->importFiles(files);
+}
+
+// One that its user has closed is not opened again.
+bool BrowserWindow::mayOpenFiles(std::size_t count) const
+{
+    return isVisible() && jobs_->mayImport(count);
+}
+
+void BrowserWindow::comeToFront()
+{
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    raise();
+    activateWindow();
+}
+
 void BrowserWindow::buildTree()
 {
     tree_ = new QTreeView;

@@ -10,6 +10,7 @@
 #include <QMainWindow>
 #include <QString>
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <set>
@@ -59,6 +60,12 @@ public:
     ManufacturerStore& manufacturers() { return manufacturers_; }
     LibraryJobs& jobs() const { return *jobs_; }
     bool isReading() const { return loader_.isReading(); }
+
+    /// Imports files as LibraryJobs::importFiles() does, as soon as it can; and whether it can take so many.
+    void openFiles(const QStringList& files);
+    bool mayOpenFiles(std::size_t count) const;
+    /// Comes back from the icons and in front of other windows, as far as the desktop lets it.
+    void comeToFront();
 
     /// Shows a place in the tree, opened and selected.
     void reveal(const LibraryPlace& place);

@@ -42,5 +42,6 @@ int main(int argumentCount, char** arguments)
     CommandLine line = parsed(argumentCount, arguments);
     if (line.exitCode)
         return *line.exitCode;
+    line.options.isOneWindow = true;
     return VelkHost::runBrowser(argumentCount, arguments, std::move(line.options));
 }

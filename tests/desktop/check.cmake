@@ -31,6 +31,21 @@ if(NOT EXISTS ${SOURCE}/${icon}.svg OR NOT program STREQUAL "velk-browser")
     message(FATAL_ERROR "there is no icon ${icon}, or no program ${program}")
 endif()
 
+# The program is offered for its files, and gets all of them at once.
+file(STRINGS ${SOURCE}/velk-browser.desktop exec REGEX "^Exec=")
+file(READ ${SOURCE}/invalid.velk.browser.metainfo.xml metainfo)
+value_of(MimeType types)
+string(REPLACE "\\;" ";" types "${types}")
+if(NOT exec STREQUAL "Exec=velk-browser %F" OR NOT types)
+    message(FATAL_ERROR "files are not handed to the program: ${exec} ${types}")
+endif()
+file(READ ${SOURCE}/velk.xml known_types)
+foreach(type IN LISTS types)
+    if(type AND NOT (known_types MATCHES "mime-type type=\"${type}\"" AND metainfo MATCHES "<mediatype>${type}<"))
+        message(FATAL_ERROR "there is no type ${type}")
+    endif()
+endforeach()
+
 # The types of both kinds of files, as programs find them.
 find_program(UPDATE_MIME_DATABASE update-mime-database)
 if(UPDATE_MIME_DATABASE)

@@ -9,6 +9,7 @@
 #include "host/support/FileError.h"
 #include "host/support/Folders.h"
 #include "host/support/QtText.h"
+#include "host/support/WholeFile.h"
 
 #include <VelkCommon/Archive/ZipUtils.h>
 #include <VelkCommon/Files/FileReaper.h>
@@ -19,7 +20,9 @@
 #include <VelkLibrary/LibraryImport.h>
 #include <VelkLibrary/UI/LibraryProgressPanel.h>
 
+#include <cstdint>
 #include <exception>
+#include <limits>
 #include <memory>
 #include <mutex>
 #include <new>
@@ -46,6 +49,12 @@ Unpacked unpack(const fileString& file, const std::shared_ptr<PanelProgress>& pr
         return LibraryImport::unpackArchivedLibrary(file, progress);
     progress->showBusy(ImportJob::tr("Copying “%1”").arg(qtText(file.stem().utf8())).toStdString());
     return {LibraryImport::createTempDatabase(file, nullptr), std::nullopt};
+}
+
+void requireReadable(const fileString& file)
+{
+    requireFile(file, std::numeric_limits<std::uint64_t>::max());
+    readBeginning(file, 1);
 }
 
 /// Why nothing was unpacked.
@@ -144,6 +153,7 @@ void ImportJob::take(const ImportSource& source)
     const fileString target = importTarget(source.file);
     if (!Library::isPlainFileName(target.stemWithExtension().utf8()))
         throw std::runtime_error(tr("Its name cannot be that of a library.").toStdString());
+    requireReadable(source.file);
     const auto progress = std::make_shared<PanelProgress>(*panel_, stop_.get_token());
     const Unpacked unpacked = unpack(source.file, progress);
     const FileReaper databaseReaper(unpacked.first.value_or(fileString()));

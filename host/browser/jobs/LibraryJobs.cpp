@@ -28,6 +28,8 @@ namespace VelkHost {
 namespace {
 
 constexpr std::chrono::milliseconds closingPatience{1'200};  // with a job that is to end
+constexpr std::size_t mostWaitingFiles = 10'000;
+constexpr int mostShownProblems = 10;  // a box with more of them may be larger than the screen
 
 QAction* newAction(QObject* parent, const char* objectName, const QKeySequence& shortcut)
 {
@@ -107,11 +109,23 @@ void LibraryJobs::chooseImports()
     dialog->open();
 }
 
+bool LibraryJobs::mayImport(std::size_t files) const
+{
+    return !closing_.isActive() && static_cast<std::size_t>(waiting_.size()) + files <= mostWaitingFiles;
+}
+
 void LibraryJobs::importFiles(const QStringList& files)
 {
-    if (isRunning() || asking_ || files.isEmpty())
+    waiting_ += files;
+    waiting_.removeDuplicates();
+    importWaiting();
+}
+
+void LibraryJobs::importWaiting()
+{
+    if (isRunning() || asking_ || waiting_.isEmpty())
         return;
-    std::vector<ImportSource> sources = importSources(files);
+    std::vector<ImportSource> sources = importSources(std::exchange(waiting_, {}));
     const QStringList names = importedAlready(sources);
     if (names.isEmpty())
         startImport(std::move(sources));
@@ -133,6 +147,8 @@ bool LibraryJobs::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::LanguageChange)
         retranslate();
+    if (event->type() == QEvent::Close)
+        waiting_.clear();
     if (event->type() != QEvent::Close || !isRunning() || hasWaited_)
         return QObject::eventFilter(watched, event);
     if (!closing_.isActive())
@@ -184,11 +200,12 @@ void LibraryJobs::askToReplace(std::vector<ImportSource> sources, const QStringL
     connect(box, &QDialog::finished, this, [this, box, replace, skip, sources = std::move(sources)]() mutable {
         asking_ = false;
         enableActions();
-        QAbstractButton* const clicked = box->clickedButton();
-        if (clicked != replace && (clicked != skip || skip == nullptr))
-            return;
-        clicked == replace ? replaceImported(sources) : skipImported(sources);
-        startImport(std::move(sources));
+        const QAbstractButton* const clicked = box->clickedButton();
+        if (clicked != nullptr && (clicked == replace || clicked == skip)) {
+            clicked == replace ? replaceImported(sources) : skipImported(sources);
+            startImport(std::move(sources));
+        }
+        importWaiting();
     });
     box->open();
 }
@@ -225,17 +242,31 @@ void LibraryJobs::end(const JobOutcome& outcome)
     hasWaited_ = false;
     const bool closes = closing_.isActive();
     closing_.stop();
-    if (closes)
+    if (closes) {
         window_.close();
-    else if (!outcome.problems.isEmpty())
+        return;
+    }
+    if (!outcome.problems.isEmpty())
         showProblems(outcome.problems);
+    importWaiting();
 }
 
+// A box that is still open takes those of the next import as well.
 void LibraryJobs::showProblems(const QStringList& problems)
 {
-    QMessageBox* const box = newBox(window_, "problemBox", QMessageBox::Warning, problems.join(QStringLiteral("\n\n")));
-    box->setStandardButtons(QMessageBox::Ok);
-    box->open();
+    const bool isOpen = problemBox_ != nullptr && problemBox_->isVisible();
+    problems_ = isOpen ? problems_ + problems : problems;
+    const int more = static_cast<int>(problems_.size()) - mostShownProblems;
+    QString text = problems_.mid(0, mostShownProblems).join(QStringLiteral("\n\n"));
+    if (more > 0)
+        text += QStringLiteral("\n\n") + tr("There were %Ln more problems.", nullptr, more);
+    if (!isOpen) {
+        problemBox_ = newBox(window_, "problemBox", QMessageBox::Warning, {});
+        problemBox_->setStandardButtons(QMessageBox::Ok);
+    }
+    problemBox_->setText(text);
+    problemBox_->setDetailedText(more > 0 ? problems_.join(QStringLiteral("\n\n")) : QString());
+    problemBox_->open();
 }
 
 void LibraryJobs::openErrorLog()

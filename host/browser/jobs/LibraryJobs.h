@@ -12,12 +12,14 @@
 #include <QStringList>
 #include <QTimer>
 
+#include <cstddef>
 #include <memory>
 #include <vector>
 
 class LibraryProgressPanel;
 class QAction;
 class QMainWindow;
+class QMessageBox;
 class QToolButton;
 
 namespace VelkHost {
@@ -43,11 +45,15 @@ public:
 
     bool isRunning() const { return job_ != nullptr; }
 
+    /// Whether importFiles() has room for so many files: it may have to wait with them, and the window may be closing.
+    bool mayImport(std::size_t files) const;
+
 public Q_SLOTS:
     void checkForUpdates();
     /// Asks for files to import.
     void chooseImports();
-    /// Imports ".calibz" and ".calib" files; asks first when libraries of their names are installed.
+    /// Imports ".calibz" and ".calib" files; asks first when libraries of their names are installed. Where a job runs,
+    /// or the user is being asked, it does so afterwards. Which files cannot be imported is told with the reasons.
     void importFiles(const QStringList& files);
     /// Cancels a running job.
     void cancel();
@@ -62,6 +68,7 @@ protected:
 
 private:
     void start(std::unique_ptr<LibraryJob> job, bool imports);
+    void importWaiting();
     void startImport(std::vector<ImportSource> sources);
     void askToReplace(std::vector<ImportSource> sources, const QStringList& names);
     void buildPanel();
@@ -78,6 +85,9 @@ private:
     QToolButton* const errorLog_;
     QString service_;
     QPointer<LibraryProgressPanel> panel_;
+    QPointer<QMessageBox> problemBox_;
+    QStringList problems_;  // in the box
+    QStringList waiting_;   // files to import
     std::unique_ptr<LibraryJob> job_;
     bool asking_ = false;
     QTimer closing_;          ///< runs while the window, which the user has closed, waits for the job

@@ -902,6 +902,13 @@ Suchen Sie nach Aktualisierungen, um die Bibliotheken des Inhaltsdienstes zu lad
         <source>Error Lo&amp;g</source>
         <translation>Fehler&amp;protokoll</translation>
     </message>
+    <message numerus="yes">
+        <source>There were %Ln more problems.</source>
+        <translation>
+            <numerusform>Es gab noch ein weiteres Problem.</numerusform>
+            <numerusform>Es gab noch %Ln weitere Probleme.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>VelkHost::ManufacturerEditor</name>

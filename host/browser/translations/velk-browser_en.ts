@@ -22,6 +22,16 @@
     </message>
 </context>
 <context>
+    <name>VelkHost::LibraryJobs</name>
+    <message numerus="yes">
+        <source>There were %Ln more problems.</source>
+        <translation>
+            <numerusform>There was one more problem.</numerusform>
+            <numerusform>There were %Ln more problems.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>VelkHost::ManufacturerMenu</name>
     <message numerus="yes">
         <source>%Ln logo(s) could not be fetched.</source>

@@ -902,6 +902,13 @@ Recherchez les mises à jour pour obtenir celles du service de contenu, ou dépo
         <source>Error Lo&amp;g</source>
         <translation>&amp;Journal des erreurs</translation>
     </message>
+    <message numerus="yes">
+        <source>There were %Ln more problems.</source>
+        <translation>
+            <numerusform>Il y a eu encore %Ln autre problème.</numerusform>
+            <numerusform>Il y a eu encore %Ln autres problèmes.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>VelkHost::ManufacturerEditor</name>

@@ -130,6 +130,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Row{"PlaceThatIsTaken", {"velk", "catalog", "pack", "house.calib", ""}, {}},
                     Row{"FreeText", {"velk", "search", "--id", ""}, {}},
                     Row{"OptionsOfTheWindow", {"velk-browser", "--s"}, {"--service", "--site"}},
+                    Row{"FilesOfTheWindow", {"velk-browser", "x.calib", "h"}, {"house.calib", "house.calibz"}},
                     Row{"LanguagesOfTheWindow", {"velk-browser", "--language", ""}, {"de", "en", "fr"}}),
     [](const auto& row) { return std::string(row.param.name); });
 

@@ -255,8 +255,97 @@ TEST_F(ImportJob, SaysThatAFileIsGone)
 {
     openWindow();
     importAndWait({folder() / U"gone.calibz"});
-    EXPECT_THAT(problem(), HasSubstr("The file is not there any more."));
+    EXPECT_THAT(problem(), HasSubstr("“gone.calibz” was not imported. " +
+                                     (folder() / U"gone.calibz").humanReadableString() + ": does not exist"));
     expectNothingLeft();
+}
+
+TEST_F(ImportJob, SaysThatAFolderIsNoFile)
+{
+    openWindow();
+    importAndWait({folder() / U"textures", folder() / U"textures" / U"below.calib", packed(U"chairs.calibz")});
+    const std::string text = problem();
+    EXPECT_THAT(text, HasSubstr("textures: is a folder, not a file"));
+    EXPECT_THAT(text, HasSubstr("below.calib: does not exist"));
+    EXPECT_EQ(message(), "“chairs” was imported.");
+}
+
+TEST_F(ImportJob, TellsTheFirstOfManyProblems)
+{
+    openWindow();
+    std::vector<fileString> gone;
+    for (int i = 10; i < 22; ++i)
+        gone.push_back(folder() / fileString("gone" + std::to_string(i) + ".calibz"));
+    importAndWait(gone);
+    auto* const box = named<QMessageBox>("problemBox");
+    ASSERT_NE(box, nullptr);
+    EXPECT_THAT(box->text().toStdString(), HasSubstr("gone19.calibz"));
+    EXPECT_THAT(box->text().toStdString(), testing::Not(HasSubstr("gone20.calibz")));
+    EXPECT_THAT(box->text().toStdString(), testing::EndsWith("\n\nThere were 2 more problems."));
+    EXPECT_THAT(box->detailedText().toStdString(), HasSubstr("gone21.calibz"));
+}
+
+// ---- What has to wait ----------------------------------------------------------------------------
+
+TEST_F(ImportJob, ImportsLaterWhatComesWhileAJobRuns)
+{
+    openWindow();
+    std::shared_lock reading(VelkHost::installedFiles());
+    import({packed(U"chairs.calibz")});
+    import({packed(U"tables.calibz"), folder() / U"gone.calibz"});
+    import({packed(U"tables.calibz"), packed(U"beds.calibz")});
+    EXPECT_TRUE(window().jobs().isRunning());
+    reading.unlock();
+    waitForJob();
+    EXPECT_EQ(message(), "2 libraries were imported.") << "the second job's";
+    EXPECT_THAT(problem(), testing::StartsWith("“gone.calibz” was not imported."));
+    EXPECT_THAT(test::listFolder(folder() / U"user"), ElementsAre("beds.calib", "chairs.calib", "tables.calib"));
+}
+
+TEST_F(ImportJob, ImportsLaterWhatComesWhileItAsks)
+{
+    openWindow();
+    importAndWait({packed(U"chairs.calibz")});
+    import({packed(U"chairs.calibz", "Armchair ")});
+    import({packed(U"tables.calibz")});
+    EXPECT_FALSE(window().jobs().isRunning());
+    answer("");
+    waitForJob();
+    EXPECT_EQ(firstItem(U"chairs.calib"), "Chair 100");
+    EXPECT_EQ(firstItem(U"tables.calib"), "Chair 100");
+}
+
+TEST_F(ImportJob, AddsLaterProblemsToTheOpenBox)
+{
+    openWindow();
+    importAndWait({folder() / U"gone.calibz"});
+    importAndWait({folder() / U"lost.calibz"});
+    EXPECT_EQ(window().findChildren<QMessageBox*>(QStringLiteral("problemBox")).size(), 1);
+    const std::string text = problem();
+    EXPECT_THAT(text, HasSubstr("gone.calibz"));
+    EXPECT_THAT(text, HasSubstr("lost.calibz"));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    importAndWait({folder() / U"away.calibz"});
+    EXPECT_THAT(problem(), testing::Not(HasSubstr("gone.calibz"))) << "it was read";
+}
+
+TEST_F(ImportJob, MayBeAskedForSoManyFilesOnly)
+{
+    openWindow();
+    EXPECT_TRUE(window().mayOpenFiles(10'000));
+    EXPECT_FALSE(window().mayOpenFiles(10'001));
+    std::shared_lock reading(VelkHost::installedFiles());
+    import({packed(U"chairs.calibz")});
+    import({packed(U"tables.calibz")});
+    EXPECT_TRUE(window().mayOpenFiles(9'999));
+    EXPECT_FALSE(window().mayOpenFiles(10'000));
+    window().close();
+    EXPECT_FALSE(window().mayOpenFiles(0)) << "it is closing";
+    reading.unlock();
+    test::eventually([this] { return !window().isVisible(); });
+    EXPECT_FALSE(window().mayOpenFiles(0)) << "it is closed";
+    waitForJob();
+    EXPECT_FALSE(user(U"tables.calib").pathExists());
 }
 
 TEST_F(ImportJob, ImportsTheRestWhenOneIsDamaged)
