@@ -96,13 +96,13 @@ void BrowserWindow::finishSaving()
 
 void BrowserWindow::openFiles(const QStringList& files)
 {
-    jobs_->importFiles(files);
+    jobs_->openFiles(files);
 }
 
 // One that its user has closed is not opened again.
 bool BrowserWindow::mayOpenFiles(std::size_t count) const
 {
-    return isVisible() && jobs_->mayImport(count);
+    return isVisible() && jobs_->mayOpen(count);
 }
 
 void BrowserWindow::comeToFront()

@@ -61,7 +61,7 @@ public:
     LibraryJobs& jobs() const { return *jobs_; }
     bool isReading() const { return loader_.isReading(); }
 
-    /// Imports files as LibraryJobs::importFiles() does, as soon as it can; and whether it can take so many.
+    /// Imports files as LibraryJobs::openFiles() does; and whether it can take so many.
     void openFiles(const QStringList& files);
     bool mayOpenFiles(std::size_t count) const;
     /// Comes back from the icons and in front of other windows, as far as the desktop lets it.

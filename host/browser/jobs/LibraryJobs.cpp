@@ -105,27 +105,33 @@ void LibraryJobs::chooseImports()
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::ExistingFiles);
     dialog->setNameFilters({tr("Libraries (*.calibz *.calib)"), tr("All files (*)")});
-    connect(dialog, &QFileDialog::filesSelected, this, &LibraryJobs::importFiles);
+    connect(dialog, &QFileDialog::filesSelected, this, &LibraryJobs::openFiles);
     dialog->open();
 }
 
-bool LibraryJobs::mayImport(std::size_t files) const
+bool LibraryJobs::mayOpen(std::size_t files) const
 {
     return !closing_.isActive() && static_cast<std::size_t>(waiting_.size()) + files <= mostWaitingFiles;
 }
 
-void LibraryJobs::importFiles(const QStringList& files)
+void LibraryJobs::openFiles(const QStringList& files)
 {
     waiting_ += files;
     waiting_.removeDuplicates();
-    importWaiting();
+    openWaiting();
 }
 
-void LibraryJobs::importWaiting()
+void LibraryJobs::openWaiting()
 {
-    if (isRunning() || asking_ || waiting_.isEmpty())
+    if (!isRunning() && !asking_)
+        importFiles(std::exchange(waiting_, {}));
+}
+
+void LibraryJobs::importFiles(const QStringList& files)
+{
+    if (isRunning() || asking_ || files.isEmpty())
         return;
-    std::vector<ImportSource> sources = importSources(std::exchange(waiting_, {}));
+    std::vector<ImportSource> sources = importSources(files);
     const QStringList names = importedAlready(sources);
     if (names.isEmpty())
         startImport(std::move(sources));
@@ -205,7 +211,7 @@ void LibraryJobs::askToReplace(std::vector<ImportSource> sources, const QStringL
             clicked == replace ? replaceImported(sources) : skipImported(sources);
             startImport(std::move(sources));
         }
-        importWaiting();
+        openWaiting();
     });
     box->open();
 }
@@ -248,7 +254,7 @@ void LibraryJobs::end(const JobOutcome& outcome)
     }
     if (!outcome.problems.isEmpty())
         showProblems(outcome.problems);
-    importWaiting();
+    openWaiting();
 }
 
 // A box that is still open takes those of the next import as well.

@@ -45,16 +45,18 @@ public:
 
     bool isRunning() const { return job_ != nullptr; }
 
-    /// Whether importFiles() has room for so many files: it may have to wait with them, and the window may be closing.
-    bool mayImport(std::size_t files) const;
+    /// Whether openFiles() has room for so many files, and the window is not closing.
+    bool mayOpen(std::size_t files) const;
 
 public Q_SLOTS:
     void checkForUpdates();
     /// Asks for files to import.
     void chooseImports();
-    /// Imports ".calibz" and ".calib" files; asks first when libraries of their names are installed. Where a job runs,
-    /// or the user is being asked, it does so afterwards. Which files cannot be imported is told with the reasons.
+    /// Imports ".calibz" and ".calib" files; asks first when libraries of their names are installed. Does nothing while
+    /// a job runs, or while the user is asked.
     void importFiles(const QStringList& files);
+    /// Imports them as soon as no job runs and the user is not asked.
+    void openFiles(const QStringList& files);
     /// Cancels a running job.
     void cancel();
 
@@ -68,7 +70,7 @@ protected:
 
 private:
     void start(std::unique_ptr<LibraryJob> job, bool imports);
-    void importWaiting();
+    void openWaiting();
     void startImport(std::vector<ImportSource> sources);
     void askToReplace(std::vector<ImportSource> sources, const QStringList& names);
     void buildPanel();
@@ -87,7 +89,7 @@ private:
     QPointer<LibraryProgressPanel> panel_;
     QPointer<QMessageBox> problemBox_;
     QStringList problems_;  // in the box
-    QStringList waiting_;   // files to import
+    QStringList waiting_;   // files to open
     std::unique_ptr<LibraryJob> job_;
     bool asking_ = false;
     QTimer closing_;          ///< runs while the window, which the user has closed, waits for the job

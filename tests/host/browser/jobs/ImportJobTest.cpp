@@ -48,13 +48,16 @@ protected:
         return folder() / U"files" / name;
     }
 
-    void import(const std::vector<fileString>& files)
+    QStringList qtPaths(const std::vector<fileString>& files) const
     {
         QStringList list;
         for (const fileString& file : files)
             list.append(qtPath(file));
-        window().jobs().importFiles(list);
+        return list;
     }
+
+    void import(const std::vector<fileString>& files) { window().jobs().importFiles(qtPaths(files)); }
+    void open(const std::vector<fileString>& files) { window().openFiles(qtPaths(files)); }
 
     void importAndWait(const std::vector<fileString>& files)
     {
@@ -292,8 +295,8 @@ TEST_F(ImportJob, ImportsLaterWhatComesWhileAJobRuns)
     openWindow();
     std::shared_lock reading(VelkHost::installedFiles());
     import({packed(U"chairs.calibz")});
-    import({packed(U"tables.calibz"), folder() / U"gone.calibz"});
-    import({packed(U"tables.calibz"), packed(U"beds.calibz")});
+    open({packed(U"tables.calibz"), folder() / U"gone.calibz"});
+    open({packed(U"tables.calibz"), packed(U"beds.calibz")});
     EXPECT_TRUE(window().jobs().isRunning());
     reading.unlock();
     waitForJob();
@@ -307,12 +310,27 @@ TEST_F(ImportJob, ImportsLaterWhatComesWhileItAsks)
     openWindow();
     importAndWait({packed(U"chairs.calibz")});
     import({packed(U"chairs.calibz", "Armchair ")});
-    import({packed(U"tables.calibz")});
+    open({packed(U"tables.calibz")});
     EXPECT_FALSE(window().jobs().isRunning());
     answer("");
     waitForJob();
     EXPECT_EQ(firstItem(U"chairs.calib"), "Chair 100");
     EXPECT_EQ(firstItem(U"tables.calib"), "Chair 100");
+}
+
+TEST_F(ImportJob, ImportsLaterWhatTheDialogGives)
+{
+    openWindow();
+    std::shared_lock reading(VelkHost::installedFiles());
+    action("importAction").trigger();
+    auto* const dialog = named<QFileDialog>("importDialog");
+    ASSERT_NE(dialog, nullptr);
+    open({packed(U"chairs.calibz")});
+    dialog->selectFile(qtPath(packed(U"tables.calibz")));
+    static_cast<QDialog*>(dialog)->accept();
+    reading.unlock();
+    waitForJob();
+    EXPECT_THAT(test::listFolder(folder() / U"user"), ElementsAre("chairs.calib", "tables.calib"));
 }
 
 TEST_F(ImportJob, AddsLaterProblemsToTheOpenBox)
@@ -336,7 +354,7 @@ TEST_F(ImportJob, MayBeAskedForSoManyFilesOnly)
     EXPECT_FALSE(window().mayOpenFiles(10'001));
     std::shared_lock reading(VelkHost::installedFiles());
     import({packed(U"chairs.calibz")});
-    import({packed(U"tables.calibz")});
+    open({packed(U"tables.calibz")});
     EXPECT_TRUE(window().mayOpenFiles(9'999));
     EXPECT_FALSE(window().mayOpenFiles(10'000));
     window().close();
@@ -402,6 +420,7 @@ TEST_F(ImportJob, DoesNotHoldUpAWindowThatIsClosed)
     openWindow();
     std::shared_lock reading(VelkHost::installedFiles());
     import({packed(U"chairs.calibz")});
+    open({packed(U"tables.calibz")});
     waitUntilChecking();
     window().close();
     test::eventually([this] { return !window().isVisible(); });
