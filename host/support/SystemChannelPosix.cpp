@@ -201,7 +201,7 @@ private:
 fileString socketFolder()
 {
     const char* const runtime = std::getenv("XDG_RUNTIME_DIR");
-    const fileString usual = fileString(std::string(runtime != nullptr && *runtime == '/' ? runtime : "")) / U"velk";
+    fileString usual = fileString(std::string(runtime != nullptr && *runtime == '/' ? runtime : "")) / U"velk";
     if (runtime != nullptr && *runtime == '/' && FileUtils::createPrivateDirectory(usual))
         return usual;
     const fileString other("/tmp/velk-channels-" + std::to_string(::geteuid()));
