@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QtGlobal>
+
 #include <clocale>
 #include <cstddef>
 #include <cstdint>
@@ -153,7 +155,12 @@ TEST(LowerCase, BothFormsAgreeInBlocks)
 TEST(LowerCase, ChangesTheLettersOfUnicode)
 {
     // The number of all code points that change, and a checksum of them and their lower case, computed from the
-    // Unicode character database, version 13, which is the version in Qt 5.15.
+    // Unicode character database: version 13, which Qt 5.15 has, and version 14, which Qt 6.4 has.
+    if (QT_VERSION >= QT_VERSION_CHECK(6, 5, 0))
+        GTEST_SKIP() << "this Qt has a newer version of the database";
+    constexpr bool is13 = QT_VERSION < QT_VERSION_CHECK(6, 0, 0);
+    constexpr std::size_t changing = is13 ? 1393 : 1433;
+    constexpr std::uint64_t checksum = is13 ? 17914267007133108257U : 6247935627308866983U;
     std::size_t changed = 0;
     std::uint64_t sum = 0;
     for (char32_t character = 0; character <= lastCodePoint; ++character) {
@@ -163,8 +170,8 @@ TEST(LowerCase, ChangesTheLettersOfUnicode)
             sum = sum * 31 + character * std::uint64_t{0x110000} + lower;
         }
     }
-    EXPECT_EQ(changed, 1393U);
-    EXPECT_EQ(sum, 17914267007133108257U);
+    EXPECT_EQ(changed, changing);
+    EXPECT_EQ(sum, checksum);
 }
 
 TEST(LowerCase, ChangesNothingTwice)

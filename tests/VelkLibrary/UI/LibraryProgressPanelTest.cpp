@@ -177,7 +177,7 @@ class PanelLayout : public test::PanelTest
 protected:
     void expectThreeColumns() const
     {
-        EXPECT_GT(gauge().width(), 100);
+        EXPECT_GT(gauge().width(), panel().width() / 5);
         EXPECT_LT(sideLabel(0).geometry().right(), gauge().geometry().left());
         EXPECT_LT(gauge().geometry().right(), sideLabel(2).geometry().left());
         EXPECT_TRUE(panel().rect().contains(gauge().geometry()));
