@@ -1,5 +1,6 @@
 #include "host/browser/DetailPane.h"
 
+#include "host/browser/tree/ShownSize.h"
 #include "host/support/QtText.h"
 
 #include <QEvent>
@@ -39,6 +40,7 @@ DetailPane::DetailPane(ThumbnailCache& thumbnails, QWidget* parent)
       pictureLabel_(new QLabel),
       name_(textLabel("detailName")),
       where_(textLabel("detailPlace")),
+      size_(textLabel("detailSize")),
       keywords_(textLabel("detailKeywords")),
       choose_(new QPushButton),
       extras_(new QVBoxLayout)
@@ -58,6 +60,7 @@ DetailPane::DetailPane(ThumbnailCache& thumbnails, QWidget* parent)
     layout->addWidget(pictureLabel_);
     layout->addWidget(name_);
     layout->addWidget(where_);
+    layout->addWidget(size_);
     layout->addWidget(keywords_);
     layout->addWidget(choose_, 0, Qt::AlignLeft);
     layout->addLayout(extras_);
@@ -75,12 +78,14 @@ void DetailPane::show(const BrowsedLibrary* library, const LibraryPlace& place)
     choose_->setVisible(isItem);
     keywords_->setVisible(isItem);
     name_->clear();
+    size_->clear();
     where_->clear();
     if (isItem) {
         const Item& item = library->catalog->items[place.index];
         name_->setText(qtText(item.name));
         where_->setText(namesOf(*library->catalog, item.folder).join(QStringLiteral(" \u203A ")));
         keywords_->setText(qtText(item.keywords));
+        size_->setText(shownSize(library->catalog->sizeOf(place.index)));
         picture_ = ThumbnailKey{library->path, item.uniqueId, pictureSide()};
     } else if (library != nullptr) {
         const Folder& folder = library->catalog->folders[place.index];
@@ -89,6 +94,7 @@ void DetailPane::show(const BrowsedLibrary* library, const LibraryPlace& place)
                             ? qtText(library->catalog->name)
                             : namesOf(*library->catalog, folder.parent).join(QStringLiteral(" \u203A ")));
     }
+    size_->setVisible(!size_->text().isEmpty());
     showPicture();
 }
 

@@ -49,6 +49,7 @@ private:
     QLabel* const pictureLabel_;
     QLabel* const name_;
     QLabel* const where_;
+    QLabel* const size_;
     QLabel* const keywords_;
     QPushButton* const choose_;
     QVBoxLayout* const extras_;

@@ -38,6 +38,12 @@ std::optional<LibraryKind> kindFromNumber(std::int64_t number)
     return std::nullopt;
 }
 
+const ItemProperties& Catalog::propertiesOf(std::size_t item) const
+{
+    static const ItemProperties none;
+    return properties.empty() ? none : properties[item];
+}
+
 std::vector<std::string> Catalog::folderPath(std::size_t folder) const
 {
     std::vector<std::string> path;

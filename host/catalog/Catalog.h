@@ -39,6 +39,8 @@ constexpr std::size_t items = 1'000'000;
 constexpr std::size_t folders = 100'000;
 constexpr std::size_t folderDepth = 32;
 constexpr std::size_t itemFiles = 4'000'000;                     // names, of all items
+constexpr std::size_t itemDetails = 4'000'000;                   // of all items
+constexpr float itemMillimetres = 1'000'000;                     // width, depth or height
 constexpr std::size_t nameCharacters = 1'000;                    // code points; longer names are cut
 constexpr std::size_t keywordBytes = std::size_t{1} << 20;       // of one item
 constexpr std::size_t textBytes = std::size_t{512} << 20;        // all names, keywords and file names
@@ -70,6 +72,39 @@ struct Folder
     bool operator==(const Folder&) const = default;
 };
 
+/// How large an item is, in millimetres. A measure of 0 is not known.
+struct ItemSize
+{
+    float width = 0;
+    float depth = 0;
+    float height = 0;
+
+    /// Whether any measure is known.
+    bool isKnown() const { return width > 0 || depth > 0 || height > 0; }
+    bool operator==(const ItemSize&) const = default;
+};
+
+/// Something that is known about an item and has no field of its own.
+struct ItemDetail
+{
+    std::string name;  ///< such as "elevation"
+    std::string value;
+
+    bool operator==(const ItemDetail&) const = default;
+};
+
+/// What is known about an item besides its names and its size. Texts may be empty.
+struct ItemProperties
+{
+    std::string creator;
+    std::string licence;
+    std::string price;     ///< a decimal number, such as "129.90"
+    std::string currency;  ///< of the price, such as "EUR"
+    std::vector<ItemDetail> details;
+
+    bool operator==(const ItemProperties&) const = default;
+};
+
 struct Item
 {
     std::string uniqueId;    ///< unique in its catalog, never empty
@@ -90,10 +125,18 @@ struct Catalog
     std::string language;  ///< of the names, such as "de" or "pt_PT"; empty for the source's own
     std::string description;
     std::string created;  ///< when the file was written (UTC)
+    std::string licence;
+    std::string provider;
+    std::string version;  ///< of the content, as its makers count it
 
     std::vector<Folder> folders;  ///< parents stand before their children
     std::vector<Item> items;
+    std::vector<ItemSize> sizes;             ///< of the items with the same index; empty when none is known
+    std::vector<ItemProperties> properties;  ///< of the items with the same index; empty when none has any
 
+    /// The size and the properties of the item with that index; with nothing known where the lists are empty.
+    ItemSize sizeOf(std::size_t item) const { return sizes.empty() ? ItemSize() : sizes[item]; }
+    const ItemProperties& propertiesOf(std::size_t item) const;
     /// The names from the category down to the folder.
     std::vector<std::string> folderPath(std::size_t folder) const;
 

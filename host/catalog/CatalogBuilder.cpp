@@ -13,6 +13,8 @@ CatalogBuilder::CatalogBuilder(fileString source, Catalog header)
     catalog_.id = cleanText(catalog_.id, limits::nameCharacters);
     catalog_.name = cleanText(catalog_.name, limits::nameCharacters);
     catalog_.description = cleanText(catalog_.description, 10 * limits::nameCharacters);
+    for (std::string* const text : {&catalog_.licence, &catalog_.provider, &catalog_.version})
+        *text = cleanText(*text, limits::nameCharacters);
     if (catalog_.id.empty())
         fail("has no library id; give it one with --id");
     if (catalog_.name.empty())
@@ -51,7 +53,7 @@ std::size_t CatalogBuilder::childFolder(std::size_t parent, const std::string& n
     return place->second;
 }
 
-void CatalogBuilder::add(Item item)
+void CatalogBuilder::add(Item item, const ItemSize& size, ItemProperties properties)
 {
     item.uniqueId = cleanText(item.uniqueId, limits::nameCharacters);
     item.name = cleanText(item.name, limits::nameCharacters);
@@ -63,6 +65,28 @@ void CatalogBuilder::add(Item item)
         fail("the id \"" + item.uniqueId + "\" occurs twice; ids must differ");
     count(item);
     catalog_.items.push_back(std::move(item));
+    addProperties(size, std::move(properties));
+}
+
+void CatalogBuilder::addProperties(const ItemSize& size, ItemProperties properties)
+{
+    for (std::string* const text : {&properties.creator, &properties.licence, &properties.price, &properties.currency})
+        *text = cleanText(*text, limits::nameCharacters);
+    for (ItemDetail& detail : properties.details)
+        detail = {cleanText(detail.name, limits::nameCharacters), cleanText(detail.value, limits::nameCharacters)};
+    std::erase_if(properties.details,
+                  [](const ItemDetail& detail) { return detail.name.empty() || detail.value.empty(); });
+    detailCount_ += properties.details.size();
+    if (detailCount_ > limits::itemDetails)
+        fail("has more than " + std::to_string(limits::itemDetails) + " details");
+    if (size.isKnown() || !catalog_.sizes.empty()) {
+        catalog_.sizes.resize(catalog_.items.size());
+        catalog_.sizes.back() = size;
+    }
+    if (properties != ItemProperties() || !catalog_.properties.empty()) {
+        catalog_.properties.resize(catalog_.items.size());
+        catalog_.properties.back() = std::move(properties);
+    }
 }
 
 void CatalogBuilder::count(const Item& item)

@@ -28,8 +28,8 @@ public:
     bool has(const std::string& uniqueId) const { return ids_.contains(uniqueId); }
 
     /// Adds an item. Its name is cleaned (an empty one becomes the id), its keywords are taken as they
-    /// are. Throws for an id that was added before.
-    void add(Item item);
+    /// are. The texts of its properties are cleaned. Throws for an id that was added before.
+    void add(Item item, const ItemSize& size = {}, ItemProperties properties = {});
 
     /// Returns the catalog; the builder cannot be used afterwards.
     Catalog finish();
@@ -38,6 +38,7 @@ private:
     [[noreturn]] void fail(const std::string& reason) const;
     std::size_t childFolder(std::size_t parent, const std::string& name);
     void count(const Item& item);
+    void addProperties(const ItemSize& size, ItemProperties properties);
 
     fileString source_;
     Catalog catalog_;
@@ -46,6 +47,7 @@ private:
     std::size_t textBytes_ = 0;
     std::size_t thumbnailBytes_ = 0;
     std::size_t fileCount_ = 0;
+    std::size_t detailCount_ = 0;
 };
 
 }  // namespace VelkHost

@@ -5,8 +5,6 @@
 #include "host/support/FileError.h"
 #include "host/support/Stages.h"
 
-#include <VelkCommon/Files/ReplacementFile.h>
-
 #include <algorithm>
 #include <limits>
 #include <optional>
@@ -16,70 +14,12 @@
 namespace VelkHost {
 namespace {
 
-// Writing. Keys count from 1 in the order of the catalog's lists.
-
-void writeLibrary(Database& database, const Catalog& catalog)
-{
-    database.prepare("INSERT INTO library VALUES (?, ?, ?, ?, ?, ?)")
-        .setText(1, catalog.id)
-        .setText(2, catalog.name)
-        .set(3, static_cast<std::int64_t>(catalog.kind))
-        .setText(4, catalog.language)
-        .setText(5, catalog.description)
-        .setText(6, catalog.created)
-        .run();
-}
-
-void writeFolders(Database& database, const Catalog& catalog)
-{
-    Statement insert = database.prepare("INSERT INTO folder VALUES (?, ?, ?)");
-    std::int64_t key = 0;
-    for (const Folder& folder : catalog.folders) {
-        insert.set(1, ++key).setText(3, folder.name);
-        if (folder.parent == Folder::noParent)
-            insert.setNull(2);
-        else
-            insert.set(2, static_cast<std::int64_t>(folder.parent) + 1);
-        insert.run();
-    }
-}
-
-void writeItems(Database& database, const Catalog& catalog)
-{
-    Statement insertItem = database.prepare("INSERT INTO item VALUES (?, ?, ?, ?, ?)");
-    Statement insertThumbnail = database.prepare("INSERT INTO thumbnail VALUES (?, ?)");
-    Statement insertFile = database.prepare("INSERT INTO item_file VALUES (NULL, ?, ?, ?)");
-    std::int64_t key = 0;
-    for (const Item& item : catalog.items) {
-        insertItem.set(1, ++key).setText(2, item.uniqueId).set(3, static_cast<std::int64_t>(item.folder) + 1);
-        insertItem.setText(4, item.name).setText(5, item.keywords).run();
-        if (!item.thumbnail.empty())
-            insertThumbnail.set(1, key).setBlob(2, item.thumbnail).run();
-        for (const ItemFile& file : item.files)
-            insertFile.set(1, key).set(2, static_cast<std::int64_t>(file.role)).setText(3, file.name).run();
-    }
-}
-
-void writeDatabase(const Catalog& catalog, const fileString& path)
-{
-    Database database = Database::openForWriting(path);
-    createSchema(database);
-    database.execute("BEGIN");
-    writeLibrary(database, catalog);
-    writeFolders(database, catalog);
-    writeItems(database, catalog);
-    database.execute("COMMIT");
-    database.close();
-}
-
-// Reading
-
 /// Reads the tables of a database that anybody may have made.
 class CatalogReader
 {
 public:
-    CatalogReader(Database& database, std::uint64_t fileBytes, CatalogContent content)
-        : database_(database), fileBytes_(fileBytes), content_(content)
+    CatalogReader(Database& database, const CatalogHeader& header, CatalogContent content)
+        : database_(database), fileBytes_(header.fileBytes), format_(header.format), content_(content)
     {}
 
     Catalog read()
@@ -88,10 +28,14 @@ public:
         readFolders();
         if (content_ != CatalogContent::Outline)
             readItems();
+        if (content_ != CatalogContent::Outline && hasProperties())
+            readProperties();
         if (content_ == CatalogContent::Everything) {
             readThumbnails();
             readFiles();
         }
+        if (content_ >= CatalogContent::Properties && hasProperties())
+            readDetails();
         return std::move(catalog_);
     }
 
@@ -131,9 +75,26 @@ private:
         return found->second;
     }
 
+    bool hasProperties() const { return format_ >= CatalogFormat::Properties; }
+
+    /// The index of the item with the key in that column. Rows most often come in the order of the items.
+    std::size_t itemOf(const Statement& row, int column)
+    {
+        const std::int64_t key = row.integer(column);
+        if (nextItem_ + 1 < itemKeys_.size() && itemKeys_[nextItem_ + 1] == key)
+            ++nextItem_;
+        else if (nextItem_ >= itemKeys_.size() || itemKeys_[nextItem_] != key)
+            nextItem_ =
+                static_cast<std::size_t>(std::lower_bound(itemKeys_.begin(), itemKeys_.end(), key) - itemKeys_.begin());
+        if (!row.isInteger(column) || nextItem_ == itemKeys_.size() || itemKeys_[nextItem_] != key)
+            fail("an entry belongs to nothing");
+        return nextItem_;
+    }
+
     void readLibrary()
     {
-        Statement row = database_.prepare("SELECT id, name, kind, language, description, created FROM library");
+        Statement row = database_.prepare(std::string("SELECT id, name, kind, language, description, created") +
+                                          (hasProperties() ? ", licence, provider, version" : "") + " FROM library");
         if (!row.next())
             fail("it does not say which library it is");
         const std::optional<LibraryKind> kind = kindFromNumber(row.integer(2));
@@ -145,6 +106,11 @@ private:
         catalog_.language = text(row, 3);
         catalog_.description = text(row, 4);
         catalog_.created = text(row, 5);
+        if (hasProperties()) {
+            catalog_.licence = text(row, 6);
+            catalog_.provider = text(row, 7);
+            catalog_.version = text(row, 8);
+        }
         if (catalog_.id.empty() || row.next())
             fail("it does not say which library it is");
     }
@@ -204,12 +170,65 @@ private:
             key = nextKey(row, key);
             if (itemCount_ == limits::items)
                 fail("it has too many items");
-            if (content_ == CatalogContent::Everything)
-                itemIndexes_.emplace(key, itemCount_);
+            if (hasProperties() || content_ == CatalogContent::Everything)
+                itemKeys_.push_back(key);
             rows.add(folderOf(row, 2), text(row, 1), text(row, 3), text(row, 4));
             ++itemCount_;
         }
         return rows.size() > 0;
+    }
+
+    /// A measure in millimetres; 0 where the file does not know it.
+    float measure(const Statement& row, int column) const
+    {
+        if (row.isNull(column))
+            return 0;
+        const double millimetres = row.real(column);
+        if (!row.isNumber(column) || !(millimetres > 0 && millimetres <= limits::itemMillimetres))
+            fail("an item's size is none");
+        return static_cast<float>(millimetres);
+    }
+
+    /// The sizes, and with everything the texts, too.
+    void readProperties()
+    {
+        const bool texts = content_ >= CatalogContent::Properties;
+        Statement row = database_.prepare(std::string("SELECT item, width, depth, height") +
+                                          (texts ? ", creator, licence, price, currency" : "") +
+                                          " FROM item_property NOT INDEXED ORDER BY item");
+        for (std::int64_t key = beforeAllKeys; row.next();) {
+            key = nextKey(row, key);
+            const std::size_t item = itemOf(row, 0);
+            const ItemSize size{measure(row, 1), measure(row, 2), measure(row, 3)};
+            if (size.isKnown()) {
+                catalog_.sizes.resize(catalog_.items.size());
+                catalog_.sizes[item] = size;
+            }
+            if (texts)
+                propertiesOf(item) = {std::string(text(row, 4)),
+                                      std::string(text(row, 5)),
+                                      std::string(text(row, 6)),
+                                      std::string(text(row, 7)),
+                                      {}};
+        }
+    }
+
+    ItemProperties& propertiesOf(std::size_t item)
+    {
+        catalog_.properties.resize(catalog_.items.size());
+        return catalog_.properties[item];
+    }
+
+    void readDetails()
+    {
+        std::size_t count = 0;
+        Statement row = database_.prepare("SELECT id, item, name, value FROM item_detail NOT INDEXED ORDER BY id");
+        for (std::int64_t key = beforeAllKeys; row.next();) {
+            key = nextKey(row, key);
+            if (++count > limits::itemDetails)
+                fail("it has too many details");
+            propertiesOf(itemOf(row, 1)).details.push_back({std::string(text(row, 2)), std::string(text(row, 3))});
+        }
     }
 
     void readThumbnails()
@@ -222,7 +241,7 @@ private:
             total += bytes.size();
             if (total > limits::allThumbnailBytes)
                 fail("its thumbnails are too large");
-            catalog_.items[lookUp(itemIndexes_, row, 0)].thumbnail = bytes;
+            catalog_.items[itemOf(row, 0)].thumbnail = bytes;
         }
     }
 
@@ -237,8 +256,7 @@ private:
             const std::int64_t role = row.integer(2);
             if (role < 1 || role > 3)
                 fail("a file has an unknown role");
-            catalog_.items[lookUp(itemIndexes_, row, 1)].files.push_back(
-                {static_cast<FileRole>(role), std::string(text(row, 3))});
+            catalog_.items[itemOf(row, 1)].files.push_back({static_cast<FileRole>(role), std::string(text(row, 3))});
         }
     }
 
@@ -248,10 +266,12 @@ private:
 
     Database& database_;
     std::uint64_t fileBytes_;
+    CatalogFormat format_;
     CatalogContent content_;
     Catalog catalog_;
     std::unordered_map<std::int64_t, std::size_t> folderIndexes_;     // by key
-    std::unordered_map<std::int64_t, std::size_t> itemIndexes_;       // by key
+    std::vector<std::int64_t> itemKeys_;                              // ascending, as the items are
+    std::size_t nextItem_ = 0;                                        // that itemOf() looks at first
     std::optional<std::pair<std::int64_t, std::size_t>> lastFolder_;  // key and index
     std::size_t itemCount_ = 0;
     std::size_t textBytes_ = 0;
@@ -259,26 +279,18 @@ private:
 
 }  // namespace
 
-void writeCatalog(const Catalog& catalog, const fileString& path)
+CatalogFormat catalogFormat(const fileString& path)
 {
-    ReplacementFile file(path);
-    if (!file.isOpen())
-        throw FileError(path, "cannot be written; is its folder there, and may you write to it?");
-    try {
-        writeDatabase(catalog, file.path());
-    } catch (const FileError& error) {
-        throw FileError(path, error.why());
-    }
-    if (!file.commit())
-        throw FileError(path, {"cannot be written: %1", {file.failure()}});
+    return checkHeader(path).format;
 }
 
 Catalog readCatalog(const fileString& path, CatalogContent content)
 {
-    const std::uint64_t fileBytes = checkHeader(path);
-    Database database = Database::openForReading(path, fileBytes, static_cast<int>(limits::thumbnailBytes) + 1'024);
-    checkSchema(database);
-    return CatalogReader(database, fileBytes, content).read();
+    const CatalogHeader header = checkHeader(path);
+    Database database =
+        Database::openForReading(path, header.fileBytes, static_cast<int>(limits::thumbnailBytes) + 1'024);
+    checkSchema(database, header.format);
+    return CatalogReader(database, header, content).read();
 }
 
 }  // namespace VelkHost

@@ -3,19 +3,23 @@
 #include "host/catalog/CatalogBuilder.h"
 #include "host/catalog/CleanText.h"
 #include "host/catalog/CsvText.h"
+#include "host/catalog/ItemSizes.h"
 #include "host/support/FileError.h"
 #include "host/support/WholeFile.h"
 
 #include <VelkCommon/Text/StringConvert.h>
 #include <VelkCommon/Text/StringUtils.h>
 
+#include <algorithm>
 #include <array>
 #include <map>
+#include <optional>
 
 namespace VelkHost {
 namespace {
 
 constexpr std::size_t maximumCsvBytes = std::size_t{256} << 20;
+constexpr std::string_view detailColumn = "property ";
 constexpr std::array<std::string_view, 4> translatable{"name", "category", "folder", "keywords"};
 
 /// The file's text as UTF-8 without a byte order mark.
@@ -133,7 +137,52 @@ private:
         item.folder = builder.folder(folderPath(row));
         item.keywords = joinKeywords({text(row, "keywords")});
         item.files = files(row);
-        builder.add(std::move(item));
+        builder.add(std::move(item), size(row), properties(row));
+    }
+
+    float measure(const CsvRow& row, const std::string& column) const
+    {
+        const std::string* const text = cell(row, column);
+        if (text == nullptr)
+            return 0;
+        const std::optional<float> millimetres = measureFromText(*text);
+        if (!millimetres)
+            fail(row, "the " + column + " \"" + *text + "\" is not a number of millimetres");
+        return *millimetres;
+    }
+
+    ItemSize size(const CsvRow& row) const
+    {
+        return {measure(row, "width"), measure(row, "depth"), measure(row, "height")};
+    }
+
+    ItemProperties properties(const CsvRow& row) const
+    {
+        ItemProperties known;
+        known.creator = text(row, "creator");
+        known.licence = text(row, "licence");
+        setPrice(row, known);
+        for (const auto& [column, index] : columns_)
+            if (const std::string* value = cell(row, column); value != nullptr && column.starts_with(detailColumn))
+                known.details.push_back({column.substr(detailColumn.size()), *value});
+        return known;
+    }
+
+    void setPrice(const CsvRow& row, ItemProperties& known) const
+    {
+        const std::string* const text = cell(row, "price");
+        if (text == nullptr)
+            return;
+        const std::optional<std::string> price = priceFromText(*text);
+        if (!price)
+            fail(row, "the price \"" + *text + "\" is not a number such as 129.90");
+        known.price = *price;
+        known.currency = cleanText(this->text(row, "currency"), limits::nameCharacters);
+        const auto isLetter = [](char c) { return c >= 'A' && c <= 'Z'; };
+        if (known.currency.empty())
+            return;
+        if (known.currency.size() != 3 || !std::all_of(known.currency.begin(), known.currency.end(), isLetter))
+            fail(row, "the currency \"" + known.currency + "\" is not three capital letters, such as EUR");
     }
 
     std::vector<std::string> folderPath(const CsvRow& row) const

@@ -177,6 +177,17 @@ bool Statement::isInteger(int column) const
     return sqlite3_column_type(statement_.get(), column) == SQLITE_INTEGER;
 }
 
+double Statement::real(int column) const
+{
+    return sqlite3_column_double(statement_.get(), column);
+}
+
+bool Statement::isNumber(int column) const
+{
+    const int type = sqlite3_column_type(statement_.get(), column);
+    return type == SQLITE_INTEGER || type == SQLITE_FLOAT;
+}
+
 bool Statement::isNull(int column) const
 {
     return sqlite3_column_type(statement_.get(), column) == SQLITE_NULL;
@@ -202,6 +213,12 @@ std::optional<std::string_view> Statement::text(int column) const
 Statement& Statement::set(int parameter, std::int64_t value)
 {
     check(sqlite3_bind_int64(statement_.get(), parameter, value));
+    return *this;
+}
+
+Statement& Statement::setReal(int parameter, double value)
+{
+    check(sqlite3_bind_double(statement_.get(), parameter, value));
     return *this;
 }
 

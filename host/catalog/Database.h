@@ -65,6 +65,9 @@ public:
     bool next();
     std::int64_t integer(int column) const;
     bool isInteger(int column) const;
+    /// A whole number or one with a fraction; 0 for any other value.
+    double real(int column) const;
+    bool isNumber(int column) const;
     bool isNull(int column) const;
     /// The bytes of a text or blob; valid until the next call of next().
     std::string_view bytes(int column) const;
@@ -73,6 +76,7 @@ public:
 
     /// Sets parameters; the bytes are read during run() and must live until then.
     Statement& set(int parameter, std::int64_t value);
+    Statement& setReal(int parameter, double value);
     Statement& setText(int parameter, std::string_view value);
     Statement& setBlob(int parameter, std::string_view value);
     Statement& setNull(int parameter);

@@ -2,6 +2,7 @@
 
 #include "host/catalog/CatalogBuilder.h"
 #include "host/catalog/CleanText.h"
+#include "host/catalog/ItemSizes.h"
 #include "host/catalog/Properties.h"
 #include "host/catalog/ZipSource.h"
 #include "host/support/FileError.h"
@@ -142,6 +143,9 @@ private:
         header.description = text("description");
         header.kind = options_.kind;
         header.language = language_;
+        header.licence = text("license");
+        header.provider = text("provider");
+        header.version = text("version");
         return header;
     }
 
@@ -157,7 +161,33 @@ private:
         item.keywords = joinKeywords({text("tags" + suffix), text("description" + suffix), text("creator" + suffix)});
         item.thumbnail = thumbnail(entryName(text("icon" + suffix)));
         addFiles(item, entryName(text("model" + suffix)));
-        builder.add(std::move(item));
+        builder.add(std::move(item), size(suffix), properties(suffix));
+    }
+
+    /// Furniture libraries have centimetres.
+    float millimetres(const std::string& key) const { return measureFromText(text(key), 10).value_or(0.0F); }
+
+    ItemSize size(const std::string& suffix) const
+    {
+        return {millimetres("width" + suffix), millimetres("depth" + suffix), millimetres("height" + suffix)};
+    }
+
+    ItemProperties properties(const std::string& suffix) const
+    {
+        ItemProperties known;
+        known.creator = text("creator" + suffix);
+        known.licence = text("license" + suffix);
+        known.price = priceFromText(text("price" + suffix)).value_or("");
+        if (!known.price.empty())
+            known.currency = text("currency" + suffix);
+        if (const float elevation = millimetres("elevation" + suffix); elevation > 0)
+            known.details.push_back({"elevation", measureText(elevation) + " mm"});
+        if (const std::string_view date = text("creationDate" + suffix); !date.empty())
+            known.details.push_back({"date", std::string(date)});
+        for (const auto& [key, name] : {std::pair("doorOrWindow", "door or window"), std::pair("movable", "movable")})
+            if (const std::string_view value = text(key + suffix); value == "true" || value == "false")
+                known.details.push_back({name, value == "true" ? "yes" : "no"});
+        return known;
     }
 
     static FurnitureManufacturer& manufacturerNamed(std::map<std::string, FurnitureManufacturer>& manufacturers,

@@ -17,7 +17,8 @@ inline constexpr const char* furnitureExtension = ".sh3f";
 /// Each category becomes a category of the catalog, each "name#N" an item. Its keywords are the tags,
 /// the description and, last, who made it; its files are the model and the files in the model's folder. A
 /// text that a translation lacks is taken from the default. An icon that is missing or is not a PNG file is
-/// left out. Throws FileError.
+/// left out. Sizes come in centimetres; elevation, date, whether it is a door or window and whether it can be moved
+/// become details. A size or price that is no number is left out. Throws FileError.
 Catalog readFurnitureLibrary(const fileString& path, const BuildOptions& options);
 
 /// Someone who made things in a furniture library, or who provides it.

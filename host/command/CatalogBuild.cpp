@@ -18,11 +18,11 @@
 namespace VelkHost {
 namespace {
 
-BuiltCatalog write(Catalog catalog, const fileString& target)
+BuiltCatalog write(Catalog catalog, const fileString& target, std::optional<CatalogFormat> format)
 {
     WorkFolder::removeLeftovers(absolutePath(target).parentPath());
     catalog.created = Library::getTimeNowString();
-    writeCatalog(catalog, target);
+    writeCatalog(catalog, target, format.value_or(neededFormat(catalog)));
     const auto hasThumbnail = [](const Item& item) { return !item.thumbnail.empty(); };
     const auto thumbnails = std::count_if(catalog.items.begin(), catalog.items.end(), hasThumbnail);
     return {target,
@@ -49,14 +49,15 @@ std::string BuiltCatalog::summary() const
            ", " + kilobyteText(bytes);
 }
 
-BuiltCatalog buildCatalog(const fileString& source, const fileString& target, const BuildOptions& options)
+BuiltCatalog buildCatalog(const fileString& source, const fileString& target, const BuildOptions& options,
+                          std::optional<CatalogFormat> format)
 {
-    return write(readSource(source, options), target);
+    return write(readSource(source, options), target, format);
 }
 
-BuiltCatalog buildSample(const fileString& target, const BuildOptions& options)
+BuiltCatalog buildSample(const fileString& target, const BuildOptions& options, std::optional<CatalogFormat> format)
 {
-    return write(sampleLibrary(options), target);
+    return write(sampleLibrary(options), target, format);
 }
 
 }  // namespace VelkHost

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "host/catalog/CatalogFormat.h"
 #include "host/catalog/Languages.h"
 
 #include <cstddef>
+#include <optional>
 #include <string>
 
 namespace VelkHost {
@@ -23,10 +25,12 @@ struct BuiltCatalog
 };
 
 /// Reads a furniture library (a zip archive, whatever its name) or comma-separated values, and writes
-/// the ".calib" file. Throws FileError.
-BuiltCatalog buildCatalog(const fileString& source, const fileString& target, const BuildOptions& options);
+/// the ".calib" file, without a format in the oldest one that holds all of it. Throws FileError.
+BuiltCatalog buildCatalog(const fileString& source, const fileString& target, const BuildOptions& options,
+                          std::optional<CatalogFormat> format = {});
 
-/// Writes the sample library. Throws FileError.
-BuiltCatalog buildSample(const fileString& target, const BuildOptions& options);
+/// Writes the sample library in the same way. Throws FileError.
+BuiltCatalog buildSample(const fileString& target, const BuildOptions& options,
+                         std::optional<CatalogFormat> format = {});
 
 }  // namespace VelkHost

@@ -10,6 +10,7 @@
 #include <CLI/CLI.hpp>
 
 #include <memory>
+#include <optional>
 
 namespace VelkHost {
 namespace {
@@ -27,8 +28,10 @@ constexpr const char* buildExamples = R"(Examples:
   velk catalog build products.csv -o products.calib --name 'Our products'
 
 A CSV file's first line names its columns: name, and any of id, category, folder
-("Seating/Chairs"), keywords ("oak, seat") and files ("a.png;b.png"). name_de,
-category_de, folder_de and keywords_de hold the German texts for --language de.
+("Seating/Chairs"), keywords ("oak, seat"), files ("a.png;b.png"), width, depth and
+height (in millimetres), creator, licence, price and currency. "property finish" is a
+property of that name. name_de, category_de, folder_de and keywords_de hold the German
+texts for --language de.
 
 Exit codes: 0 written, 2 wrong command line, 4 the catalog could not be made; an
 older FILE then stays as it was.)";
@@ -45,6 +48,7 @@ struct BuildArguments
     std::string type = "user";
     std::string id;
     std::string name;
+    std::string format;
 };
 
 void addOptions(CLI::App& command, BuildArguments& arguments)
@@ -57,6 +61,18 @@ void addOptions(CLI::App& command, BuildArguments& arguments)
         ->check(CLI::IsMember({"core", "manufacturer", "bonus", "user"}));
     command.add_option("--id", arguments.id, "The library's id (default: the source's)")->type_name("ID");
     command.add_option("--name", arguments.name, "The library's name (default: the source's)")->type_name("NAME");
+    command
+        .add_option("--catalog-format", arguments.format,
+                    "Format of the file: 1, or 2 with sizes and properties\n(default: 2 where there are any)")
+        ->check(CLI::IsMember({"1", "2"}))
+        ->type_name("NUMBER");
+}
+
+std::optional<CatalogFormat> formatFrom(const std::string& number)
+{
+    if (number.empty())
+        return std::nullopt;
+    return number == "1" ? CatalogFormat::Names : CatalogFormat::Properties;
 }
 
 /// Builds, and says what came of it.
@@ -65,10 +81,11 @@ int build(const BuildArguments& arguments, Output& output)
     const BuildOptions options{*kindFromName(arguments.type), arguments.language, fromParser(arguments.id),
                                fromParser(arguments.name)};
     const fileString target(fromParser(arguments.target));
+    const std::optional<CatalogFormat> format = formatFrom(arguments.format);
     try {
-        const BuiltCatalog built = arguments.source.empty()
-                                       ? buildSample(target, options)
-                                       : buildCatalog(fileString(fromParser(arguments.source)), target, options);
+        const BuiltCatalog built =
+            arguments.source.empty() ? buildSample(target, options, format)
+                                     : buildCatalog(fileString(fromParser(arguments.source)), target, options, format);
         output.write(printableUtf8(built.summary()) + "\n");
         return static_cast<int>(ExitCode::Success);
     } catch (const FileError& error) {

@@ -1,5 +1,6 @@
 #include "host/command/HitReport.h"
 
+#include "host/installation/ItemJson.h"
 #include "host/installation/SearchText.h"
 #include "host/support/DisplayText.h"
 #include "host/support/JsonText.h"
@@ -11,9 +12,13 @@
 #include <QJsonArray>
 #include <QJsonObject>
 
+#include <cstddef>
+#include <utility>
+
 namespace VelkHost {
 namespace {
 
+constexpr std::ptrdiff_t sizeColumn = 3;  // behind the name
 constexpr std::string_view pathSeparator = " \u203A ";
 
 std::string number(double value, int decimals)
@@ -38,6 +43,20 @@ TextTable::Row hitRow(const LibrarySet& libraries, const Hit& hit, std::size_t r
             plain(wherePath(catalog, hit)), highlighted(keywords, terms)};
 }
 
+ItemSize sizeOf(const LibrarySet& libraries, const Hit& hit)
+{
+    return hit.isFolder ? ItemSize() : libraries.loaded[hit.library].catalog->sizeOf(hit.index);
+}
+
+/// Whether there is a size to show.
+bool anySize(const LibrarySet& libraries, const SearchResult& result, std::size_t shown)
+{
+    for (std::size_t i = 0; i < shown; ++i)
+        if (sizeOf(libraries, result.hit(i)).isKnown())
+            return true;
+    return false;
+}
+
 std::string figures(const LibrarySet& libraries, const SearchResult& result, const Library::Search::Info& info)
 {
     const std::size_t rated = result.ratedFolders + result.ratedItems;
@@ -50,6 +69,19 @@ std::string figures(const LibrarySet& libraries, const SearchResult& result, con
     text += " of " + counted(result.searchedLibraries, "library", "libraries") + " in " +
             number(result.milliseconds, 3) + " ms (" + number(each, 3) + " \u00B5s each); loading took " +
             number(libraries.milliseconds, 1) + " ms.\n";
+    return text;
+}
+
+/// "7 more items do not fit. 3 have no size."
+std::string leftOutLine(const SearchResult& result)
+{
+    std::string text;
+    if (result.tooLarge > 0)
+        text += counted(result.tooLarge, "more item") + (result.tooLarge == 1 ? " does" : " do") + " not fit. ";
+    if (result.withoutSize > 0)
+        text += counted(result.withoutSize, "item") + (result.withoutSize == 1 ? " has" : " have") + " no size. ";
+    if (!text.empty())
+        text.back() = '\n';
     return text;
 }
 
@@ -68,6 +100,7 @@ QJsonObject hitObject(const LibrarySet& libraries, const Hit& hit)
     if (!hit.isFolder) {
         object.insert(QStringLiteral("id"), qtText(library.catalog->items[hit.index].uniqueId));
         object.insert(QStringLiteral("keywords"), qtText(library.catalog->items[hit.index].keywords));
+        addKnown(*library.catalog, hit.index, object);
     }
     return object;
 }
@@ -100,15 +133,25 @@ std::string hitTable(const LibrarySet& libraries, const SearchResult& result, co
                      const ReportStyle& style)
 {
     const std::vector<std::u32string> terms = lowerTerms(info);
-    TextTable table({{"#", true, false},
-                     {"Match", false, false},
-                     {"Name", false, true},
-                     {"Where", false, true},
-                     {"Keywords", false, true}});
-    for (std::size_t i = 0; i < shownOf(result.size(), style.limit); ++i)
-        table.add(hitRow(libraries, result.hit(i), i + 1, terms));
+    const std::size_t shown = shownOf(result.size(), style.limit);
+    const bool withSizes = anySize(libraries, result, shown);
+    std::vector<TextTable::Column> columns{{"#", true, false},
+                                           {"Match", false, false},
+                                           {"Name", false, true},
+                                           {"Where", false, true},
+                                           {"Keywords", false, true}};
+    if (withSizes)
+        columns.insert(columns.begin() + sizeColumn, {"Size in mm", true, false});
+    TextTable table(std::move(columns));
+    for (std::size_t i = 0; i < shown; ++i) {
+        const Hit hit = result.hit(i);
+        TextTable::Row row = hitRow(libraries, hit, i + 1, terms);
+        if (withSizes)
+            row.insert(row.begin() + sizeColumn, plain(sizeText(sizeOf(libraries, hit))));
+        table.add(row);
+    }
     const std::string text = table.text(style.columns, style.styles) + moreLine(result.size(), style.limit);
-    return text + (text.empty() ? "" : "\n") + figures(libraries, result, info);
+    return text + (text.empty() ? "" : "\n") + leftOutLine(result) + figures(libraries, result, info);
 }
 
 std::string hitJson(const LibrarySet& libraries, const SearchResult& result, const SearchRequest& request,
@@ -130,6 +173,11 @@ std::string hitJson(const LibrarySet& libraries, const SearchResult& result, con
                        {QStringLiteral("loadingMilliseconds"), libraries.milliseconds},
                        {QStringLiteral("found"), static_cast<qint64>(result.size())},
                        {QStringLiteral("hits"), hits}};
+    if (request.room.isLimited()) {
+        object.insert(QStringLiteral("fits"), sizeJson({request.room.width, request.room.depth, request.room.height}));
+        object.insert(QStringLiteral("tooLarge"), static_cast<qint64>(result.tooLarge));
+        object.insert(QStringLiteral("withoutSize"), static_cast<qint64>(result.withoutSize));
+    }
     if (!request.filter.empty())
         object.insert(QStringLiteral("filter"), qtText(request.filter));
     return jsonText(object);

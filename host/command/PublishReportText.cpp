@@ -37,6 +37,18 @@ std::string shortened(const std::string& name)
     return render(cutToWidth(highlighted(name, {}), longestName), false);
 }
 
+/// Who cannot read what is published; empty when everybody can.
+std::string readersText(const PublishReport& report)
+{
+    const auto count = std::count_if(report.libraries.begin(), report.libraries.end(),
+                                     [](const auto& library) { return library.format > CatalogFormat::Names; });
+    if (count == 0)
+        return {};
+    return std::to_string(count) + (count == 1 ? " library is" : " libraries are") +
+           " of catalog format 2, which programs that know only format 1 cannot read;\n"
+           "\"velk catalog build --catalog-format 1\" makes catalogs for those, without sizes and properties.\n";
+}
+
 }  // namespace
 
 std::string publishReportText(const PublishReport& report, const fileString& site)
@@ -62,6 +74,7 @@ std::string publishReportText(const PublishReport& report, const fileString& sit
     if (report.manufacturers)
         text += ", manufacturers' data and " + std::to_string(report.logos) + (report.logos == 1 ? " logo" : " logos");
     text += "\n";
+    text += readersText(report);
     if (report.left > 0)
         text += std::to_string(report.left) + (report.left == 1 ? " file" : " files") +
                 " of earlier editions could not be removed; the next publication tries again.\n";

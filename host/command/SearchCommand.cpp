@@ -22,6 +22,7 @@ constexpr const char* searchExamples = R"(Examples:
   velk search --legacy table --kind items
   velk search --explain '(chair OR table) oak'
   velk search sink --filter Kitchens            only in libraries of that filter
+  velk search table --fits 1200x800x-           what is not larger, in millimetres
   velk search --id 'velk-sample#desk' --library sample.calib --format json
   velk search -- -office chair          a text that begins with "-"
 
@@ -37,6 +38,7 @@ struct SearchArguments
     std::vector<std::string> types;
     std::string id;
     std::string kind = "all";
+    std::string fits;
     std::string filter;
     std::string home;
     std::string format;
@@ -67,6 +69,14 @@ void addOptions(CLI::App& command, SearchArguments& arguments)
     command.add_option("--kind", arguments.kind, "What to rate: folders, items or all")
         ->check(CLI::IsMember({"folders", "items", "all"}))
         ->type_name("KIND");
+    command
+        .add_option("--fits", arguments.fits,
+                    "Only items of at most this width, depth and height in\nmillimetres, with \"-\" for any; they may "
+                    "be turned by\n90 degrees")
+        ->type_name("WxDxH")
+        ->check([](const std::string& text) {
+            return roomFromText(text) ? std::string() : "\"" + text + "\" is no size such as 800x600x- (millimetres)";
+        });
     command.add_flag("--legacy", arguments.legacy, "Take TEXT as plain words, matched as whole words only");
     command.add_option("--id", arguments.id, "Show the item with exactly this id")->type_name("ID");
     command.add_flag("--explain", arguments.explain, "Show how TEXT is understood, and search nothing");
@@ -82,8 +92,9 @@ SearchOptions optionsFrom(const SearchArguments& arguments)
         options.request.text += (options.request.text.empty() ? "" : " ") + fromParser(word);
     options.request.uniqueId = fromParser(arguments.id);
     options.request.filter = fromParser(arguments.filter);
+    options.request.room = roomFromText(arguments.fits).value_or(RoomToFit());
     options.request.legacy = arguments.legacy;
-    options.request.folders = arguments.kind != "items";
+    options.request.folders = arguments.kind != "items" && arguments.fits.empty();  // they have no size
     options.request.items = arguments.kind != "folders";
     for (const std::string& type : arguments.types)
         options.request.types.insert(toLibType(*kindFromName(type)));
@@ -119,7 +130,8 @@ bool reportLibraries(const LibrarySet& libraries, const Output& output)
 
 LibrarySet librariesFor(const SearchOptions& options)
 {
-    return options.libraries.empty() ? loadInstalledLibraries() : loadLibraries(options.libraries);
+    const CatalogContent content = options.json ? CatalogContent::Properties : CatalogContent::Names;
+    return options.libraries.empty() ? loadInstalledLibraries(content) : loadLibraries(options.libraries, content);
 }
 
 /// Keeps only the libraries with these ids. When none of them is there, tells why and returns false.
@@ -175,6 +187,8 @@ void addSearchCommand(CLI::App& app, Output& output, Action& action)
     command->callback([arguments, &output, &action] {
         if (arguments->words.empty() && arguments->id.empty())
             throw CLI::RequiredError("TEXT (what to look for) or --id");
+        if (arguments->kind == "folders" && !arguments->fits.empty())
+            throw CLI::ValidationError("--fits", "is about items; folders have no size");
         action = [arguments, &output] {
             useHome(arguments->home);
             return search(optionsFrom(*arguments), output);

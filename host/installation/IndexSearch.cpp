@@ -1,6 +1,7 @@
 #include "host/installation/IndexSearch.h"
 
 #include "host/installation/EntrySort.h"
+#include "host/installation/FittingHits.h"
 #include "host/installation/IndexRating.h"
 #include "host/support/Parallel.h"
 
@@ -192,6 +193,8 @@ SearchResult searchIndex(const std::shared_ptr<const IndexState>& state, const S
         rate(request, info, isSearched, stop, hits);
     else
         findId(info.uniqueId, isSearched, stop, hits);
+    if (request.room.isLimited())
+        keepFitting(hits, request.room, stop);
     if (stop.stop_requested()) {
         hits.entries.clear();
         hits.groups.clear();

@@ -30,7 +30,9 @@ struct SearchResult
     std::size_t ratedFolders = 0;
     std::size_t ratedItems = 0;
     std::size_t searchedLibraries = 0;
-    double milliseconds = 0;  ///< that rating took, without sorting
+    std::size_t tooLarge = 0;     ///< items that are no hits for their size, see SearchRequest::room
+    std::size_t withoutSize = 0;  ///< and those of which a measure is missing that matters
+    double milliseconds = 0;      ///< that rating took, without sorting
 
     std::size_t size() const { return entries.size(); }
     /// A hit; its library is the number in IndexState::libraries().

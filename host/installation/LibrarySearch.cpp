@@ -1,6 +1,5 @@
 #include "host/installation/LibrarySearch.h"
 
-#include "host/catalog/CatalogFile.h"
 #include "host/support/FileError.h"
 #include "host/support/Folders.h"
 #include "host/support/Parallel.h"
@@ -68,12 +67,12 @@ std::vector<Loading> loadingsOf(const std::vector<fileString>& paths)
     return loadings;
 }
 
-void load(Loading& loading)
+void load(Loading& loading, CatalogContent content)
 {
     if (loading.broken)
         return;
     try {
-        loading.catalog = std::make_shared<const Catalog>(readCatalog(loading.path, CatalogContent::Names));
+        loading.catalog = std::make_shared<const Catalog>(readCatalog(loading.path, content));
     } catch (const FileError& error) {
         loading.broken = BrokenLibrary{error.path(), error.reason()};
     }
@@ -91,11 +90,11 @@ std::vector<std::string> words(const std::string& text)
 
 }  // namespace
 
-LibrarySet loadLibraries(const std::vector<fileString>& paths)
+LibrarySet loadLibraries(const std::vector<fileString>& paths, CatalogContent content)
 {
     const Stopwatch watch;
     std::vector<Loading> loadings = loadingsOf(paths);
-    forEachInParallel(loadings.size(), [&](std::size_t i) { load(loadings[i]); });
+    forEachInParallel(loadings.size(), [&](std::size_t i) { load(loadings[i], content); });
     LibrarySet libraries;
     for (Loading& loading : loadings) {
         if (loading.broken)
@@ -107,10 +106,10 @@ LibrarySet loadLibraries(const std::vector<fileString>& paths)
     return libraries;
 }
 
-LibrarySet loadInstalledLibraries()
+LibrarySet loadInstalledLibraries(CatalogContent content)
 {
     const InstalledLibraryFiles installed = installedLibraryFiles();
-    LibrarySet libraries = loadLibraries(installed.files);
+    LibrarySet libraries = loadLibraries(installed.files, content);
     std::vector<BrokenLibrary> broken;
     for (const FileError& error : installed.unreadable)
         broken.push_back({error.path(), error.reason()});

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "host/catalog/Catalog.h"
+#include "host/catalog/CatalogFile.h"
+#include "host/catalog/ItemSizes.h"
 #include "host/support/FileError.h"
 
 #include <VelkCommon/Files/fileString.h>
@@ -21,7 +23,7 @@ namespace VelkHost {
 struct LoadedLibrary
 {
     fileString path;
-    std::shared_ptr<const Catalog> catalog;  ///< names only
+    std::shared_ptr<const Catalog> catalog;  ///< with names at least
 };
 
 struct BrokenLibrary
@@ -39,11 +41,11 @@ struct LibrarySet
 
 /// Reads the libraries at `paths`: each a catalog file, or a folder, which stands for its ".calib" files,
 /// sorted by name. A path that names nothing readable counts as broken; a file that is named twice is read once.
-LibrarySet loadLibraries(const std::vector<fileString>& paths);
+LibrarySet loadLibraries(const std::vector<fileString>& paths, CatalogContent content = CatalogContent::Names);
 
 /// Reads the libraries of the user's core, bonus, manufacturer and user folders. A folder that is not there yet holds
 /// none; one that cannot be read counts as a broken library.
-LibrarySet loadInstalledLibraries();
+LibrarySet loadInstalledLibraries(CatalogContent content = CatalogContent::Names);
 
 struct InstalledLibraryFiles
 {
@@ -69,6 +71,7 @@ struct SearchRequest
     bool items = true;        ///< rate items
     std::set<libType> types;  ///< kinds of library; empty for all
     std::string filter;       ///< the name of the filter that limits the libraries; empty without one
+    RoomToFit room;           ///< where it is limited, only items that fit into it are hits
 };
 
 /// The search as the module takes it.

@@ -35,8 +35,8 @@ const Entry& theCatalog(const ArchiveReader& archive)
     return *std::find_if(entries.begin(), entries.end(), isCatalog);
 }
 
-/// Unpacks the catalog to a temporary file, makes sure that it can be read, and returns its SHA-1.
-std::string catalogHash(const ArchiveReader& archive, const Entry& entry)
+/// What there is to know about the catalog: unpacked to a temporary file, and read.
+PackedCatalog inspectCatalog(const ArchiveReader& archive, const Entry& entry)
 {
     fileString path;
     path.generateAsTempName(fileString(Library::extensions::database));
@@ -51,10 +51,10 @@ std::string catalogHash(const ArchiveReader& archive, const Entry& entry)
     } catch (const FileError& error) {
         archive.fail("its entry \"" + entry.name + "\" " + error.reason());
     }
-    std::string hash = SHA1::fileContentsToSHA1Hex(path);
-    if (hash.empty())
+    PackedCatalog packed{catalogFormat(path), SHA1::fileContentsToSHA1Hex(path), {}};
+    if (packed.catalogHash.empty())
         archive.fail("cannot be unpacked to " + path.parentPath().humanReadableString());
-    return hash;
+    return packed;
 }
 
 std::string digestOfOthers(const std::vector<Entry>& entries)
@@ -76,7 +76,8 @@ PackedCatalog inspectPackedCatalog(const fileString& path)
 {
     const ArchiveReader archive(path, ArchiveReader::Directory::sound);
     const Entry& catalog = theCatalog(archive);
-    PackedCatalog packed{catalogHash(archive, catalog), digestOfOthers(archive.entries())};
+    PackedCatalog packed = inspectCatalog(archive, catalog);
+    packed.companions = digestOfOthers(archive.entries());
     for (const Entry& entry : archive.entries())
         if (&entry != &catalog)
             archive.read(entry, [](std::string_view) {});

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/catalog/CatalogFormat.h"
+
 #include <VelkCommon/Files/fileString.h>
 
 #include <string>
@@ -9,8 +11,9 @@ namespace VelkHost {
 /// What a publisher must know about a packed library (".calibz").
 struct PackedCatalog
 {
-    std::string catalogHash;  ///< SHA-1 of the ".calib" inside, which is what an installation holds
-    std::string companions;   ///< a digest of the names and contents of all other entries
+    CatalogFormat format = newestCatalogFormat;  ///< of the ".calib" inside
+    std::string catalogHash;                     ///< SHA-1 of the ".calib" inside, which is what an installation holds
+    std::string companions;                      ///< a digest of the names and contents of all other entries
 };
 
 /// Reads every entry to its end, and the catalog file as a browser would. Throws FileError for an archive that

@@ -170,10 +170,12 @@ private:
             PackedCatalog packed = inspectPackedCatalog(path);
             source.tag = std::move(packed.catalogHash);
             source.companions = std::move(packed.companions);
+            source.format = packed.format;
         } else if (room.extension == std::string_view(Library::extensions::referencedFiles)) {
             checkArchive(path);
         } else {
             static_cast<void>(readCatalog(path, CatalogContent::Names));
+            source.format = catalogFormat(path);
         }
         if (!room.packed)
             content_.coreNames.push_back(name);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/catalog/CatalogFormat.h"
 #include "host/service/PublishError.h"
 
 #include <cstdint>
@@ -29,6 +30,7 @@ struct PublishSource
     std::string tag;          ///< the entity tag: SHA-1 of what an installation holds of it
     std::string companions;   ///< see PackedCatalog; empty for a file that is not packed
     std::uint64_t size = 0;
+    std::optional<CatalogFormat> format;  ///< of its catalog, when it has one
 };
 
 /// Everything that a folder publishes, by the names under which clients ask for it.

@@ -157,11 +157,11 @@ private:
             const State state = before == old_.libraries.end() ? State::Added
                                 : before->second == now        ? State::Unchanged
                                                                : State::Changed;
-            report.libraries.push_back({name, state, now.size});
+            report.libraries.push_back({name, state, now.size, source.format});
         }
         for (const auto& [name, file] : old_.libraries)
             if (!new_.libraries.contains(name))
-                report.libraries.push_back({name, State::Removed, file.size});
+                report.libraries.push_back({name, State::Removed, file.size, std::nullopt});
         report.logos = new_.logos.size();
         report.manufacturers = new_.manufacturers.has_value();
         return report;

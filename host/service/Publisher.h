@@ -1,11 +1,13 @@
 #pragma once
 
+#include "host/catalog/CatalogFormat.h"
 #include "host/service/PublishError.h"
 
 #include <VelkCommon/Files/fileString.h>
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,7 +20,8 @@ struct PublishedLibrary
 
     std::string name;  ///< as clients ask for it
     State state = State::Unchanged;
-    std::uint64_t size = 0;  ///< bytes; of a removed library the last size
+    std::uint64_t size = 0;               ///< bytes; of a removed library the last size
+    std::optional<CatalogFormat> format;  ///< of its catalog; not known of a removed one
 };
 
 /// What a publication did.

@@ -2,6 +2,7 @@
 
 #include "host/browser/tree/ItemDrag.h"
 #include "host/browser/tree/LibraryDelegate.h"
+#include "host/browser/tree/ShownSize.h"
 #include "host/installation/SearchText.h"
 #include "host/support/DisplayText.h"
 #include "host/support/QtText.h"
@@ -169,7 +170,9 @@ QVariant SearchResultModel::hitData(const Hit& hit, int role) const
             QStringList names(qtText(catalog.name));
             for (const std::string& name : hitPath(catalog, hit))
                 names.append(qtText(name));
-            return names.join(QStringLiteral(" \u203A "));
+            const QString place = names.join(QStringLiteral(" \u203A "));
+            const QString size = hit.isFolder ? QString() : shownSize(catalog.sizeOf(hit.index));
+            return size.isEmpty() ? place : size + QStringLiteral(" \u00B7 ") + place;
         }
         case Qt::ToolTipRole:
             return hit.isFolder ? QVariant() : qtText(catalog.items[hit.index].keywords).toHtmlEscaped();

@@ -1,5 +1,6 @@
 #include "host/browser/tree/ItemDrag.h"
 
+#include "host/installation/ItemJson.h"
 #include "host/support/QtText.h"
 
 #include <QJsonDocument>
@@ -11,9 +12,10 @@ namespace VelkHost {
 QMimeData* dragOf(const fileString& library, const Catalog& catalog, std::size_t item, const QPixmap& picture)
 {
     const Item& dragged = catalog.items[item];
-    const QJsonObject object{{QStringLiteral("library"), qtText(library.utf8())},
-                             {QStringLiteral("id"), qtText(dragged.uniqueId)},
-                             {QStringLiteral("name"), qtText(dragged.name)}};
+    QJsonObject object{{QStringLiteral("library"), qtText(library.utf8())},
+                       {QStringLiteral("id"), qtText(dragged.uniqueId)},
+                       {QStringLiteral("name"), qtText(dragged.name)}};
+    addKnown(catalog, item, object);
     auto* const data = new QMimeData;
     data->setText(qtText(dragged.name));
     data->setData(QString::fromLatin1(itemMimeType), QJsonDocument(object).toJson(QJsonDocument::Compact));

@@ -3,6 +3,7 @@
 #include "host/browser/tree/ItemDrag.h"
 #include "host/browser/tree/LibraryCategories.h"
 #include "host/browser/tree/LibraryDelegate.h"
+#include "host/browser/tree/ShownSize.h"
 #include "host/support/QtText.h"
 
 #include <VelkCommon/Text/StringConvert.h>
@@ -295,8 +296,10 @@ QVariant LibraryTreeModel::data(const QModelIndex& index, int role) const
 
 QVariant LibraryTreeModel::dataOfItem(const BrowsedLibrary& library, std::size_t index, int role) const
 {
-    if (index >= library.catalog->items.size() || role == LibraryDelegate::QuietTextRole)
+    if (index >= library.catalog->items.size())
         return {};
+    if (role == LibraryDelegate::QuietTextRole)
+        return shownSize(library.catalog->sizeOf(index));
     const Item& item = library.catalog->items[index];
     if (role == Qt::ToolTipRole)
         return qtText(item.keywords).toHtmlEscaped();

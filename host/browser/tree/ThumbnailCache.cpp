@@ -1,7 +1,7 @@
 #include "host/browser/tree/ThumbnailCache.h"
 
 #include "host/browser/jobs/InstalledFiles.h"
-#include "host/catalog/CatalogThumbnails.h"
+#include "host/catalog/CatalogItems.h"
 #include "host/support/FileError.h"
 #include "host/support/QtText.h"
 
@@ -124,7 +124,7 @@ std::vector<ThumbnailCache::Picture> ThumbnailCache::read(const std::vector<Requ
 {
     std::vector<Picture> pictures;
     const std::shared_lock reading(installedFiles());
-    std::unique_ptr<CatalogThumbnails> open;
+    std::unique_ptr<CatalogItems> open;
     fileString openPath;
     for (const Request& request : requests) {
         const ThumbnailKey& key = request.key;
@@ -132,7 +132,7 @@ std::vector<ThumbnailCache::Picture> ThumbnailCache::read(const std::vector<Requ
         try {
             if (open == nullptr || openPath != key.library) {
                 open.reset();
-                open = std::make_unique<CatalogThumbnails>(key.library);
+                open = std::make_unique<CatalogItems>(key.library);
                 openPath = key.library;
             }
             picture.image = decoded(open->png(key.uniqueId), key.side);

@@ -1,4 +1,5 @@
 #include "host/catalog/CatalogFile.h"
+#include "host/catalog/CatalogItems.h"
 
 #include "host/fixtures/Fixtures.h"
 #include "support/Names.h"
@@ -159,8 +160,88 @@ INSTANTIATE_TEST_SUITE_P(Files, ForeignFile, testing::ValuesIn(foreignCases),
 
 TEST_F(CatalogFile, RefusesANewerVersion)
 {
+    test::runSql(written(), "PRAGMA user_version = 3");
+    EXPECT_EQ(refusal(), "was made by a newer version of velk (format 3, this one reads 2)");
+}
+
+// Sizes and properties
+
+Catalog catalogWithProperties()
+{
+    Catalog catalog = test::smallCatalog();
+    catalog.licence = "CC0";
+    catalog.provider = "Nordhus";
+    catalog.version = "1.8";
+    catalog.sizes.resize(catalog.items.size());
+    catalog.sizes[1] = {505, 584.5F, 0};
+    catalog.properties.resize(catalog.items.size());
+    catalog.properties[0] = {"Absfrm", "CC-BY", "129.90", "EUR", {{"elevation", "120 mm"}, {"movable", "yes"}}};
+    return catalog;
+}
+
+TEST_F(CatalogFile, GivesBackSizesAndProperties)
+{
+    EXPECT_EQ(readCatalog(written(catalogWithProperties()), CatalogContent::Everything), catalogWithProperties());
+}
+
+TEST_F(CatalogFile, ReadsSizesWithTheNames)
+{
+    const Catalog catalog = readCatalog(written(catalogWithProperties()), CatalogContent::Names);
+    EXPECT_EQ(catalog.sizes, catalogWithProperties().sizes);
+    EXPECT_TRUE(catalog.properties.empty());
+    EXPECT_EQ(readCatalog(path(), CatalogContent::Properties).properties, catalogWithProperties().properties);
+}
+
+TEST_F(CatalogFile, IsOfTheOldestFormatThatHoldsAll)
+{
+    EXPECT_EQ(VelkHost::catalogFormat(written()), VelkHost::CatalogFormat::Names);
+    EXPECT_EQ(VelkHost::catalogFormat(written(catalogWithProperties())), VelkHost::CatalogFormat::Properties);
+    for (std::string Catalog::*const text : {&Catalog::licence, &Catalog::provider, &Catalog::version}) {
+        Catalog catalog = test::smallCatalog();
+        catalog.*text = "told";
+        EXPECT_EQ(VelkHost::neededFormat(catalog), VelkHost::CatalogFormat::Properties);
+    }
+}
+
+TEST_F(CatalogFile, LeavesOutWhatAnOlderFormatHasNoPlaceFor)
+{
+    writeCatalog(catalogWithProperties(), path(), VelkHost::CatalogFormat::Names);
+    EXPECT_EQ(VelkHost::catalogFormat(path()), VelkHost::CatalogFormat::Names);
+    EXPECT_EQ(readCatalog(path(), CatalogContent::Everything), test::smallCatalog());
+}
+
+TEST_F(CatalogFile, GivesThePropertiesOfOneItem)
+{
+    const Catalog catalog = catalogWithProperties();
+    VelkHost::CatalogItems items(written(catalog));
+    EXPECT_EQ(items.properties(catalog.items[0].uniqueId), catalog.properties[0]);
+    EXPECT_EQ(items.properties(catalog.items[1].uniqueId), VelkHost::ItemProperties());
+    EXPECT_EQ(items.properties("no such item"), VelkHost::ItemProperties());
+    EXPECT_EQ(VelkHost::CatalogItems(written()).properties(catalog.items[0].uniqueId), VelkHost::ItemProperties());
+}
+
+TEST_F(CatalogFile, RefusesSizesThatAreNone)
+{
+    for (const char* const size : {"0", "-1", "1e9", "'wide'", "x'00'"}) {
+        test::runSql(written(catalogWithProperties()), std::string("UPDATE item_property SET width = ") + size);
+        EXPECT_EQ(refusal(), "is damaged: an item's size is none") << size;
+    }
+}
+
+TEST_F(CatalogFile, RefusesPropertiesOfNothing)
+{
+    test::runSql(written(catalogWithProperties()), "INSERT INTO item_property VALUES (99, 1, 1, 1, '', '', '', '')");
+    EXPECT_EQ(refusal(CatalogContent::Names), "is damaged: an entry belongs to nothing");
+    test::runSql(written(catalogWithProperties()), "INSERT INTO item_detail VALUES (99, 99, 'a', 'b')");
+    EXPECT_EQ(refusal(), "is damaged: an entry belongs to nothing");
+}
+
+TEST_F(CatalogFile, RefusesTheTablesOfAnotherFormat)
+{
+    test::runSql(written(catalogWithProperties()), "PRAGMA user_version = 1");
+    EXPECT_THAT(refusal(), testing::StartsWith("is damaged: "));
     test::runSql(written(), "PRAGMA user_version = 2");
-    EXPECT_EQ(refusal(), "was made by a newer version of velk (format 2, this one reads 1)");
+    EXPECT_THAT(refusal(), testing::StartsWith("is damaged: "));
 }
 
 // Catalog files that somebody has changed

@@ -55,6 +55,27 @@ TEST_F(CsvSource, TakesAllColumnsInAnyOrderAndCase)
     EXPECT_EQ(catalog.folderPath(catalog.items[2].folder), std::vector<std::string>{"Uncategorized"});
 }
 
+TEST_F(CsvSource, TakesSizesAndProperties)
+{
+    const Catalog catalog = read(
+        "name;width;depth;height;creator;licence;price;currency;property Finish;Property warranty\n"
+        "Chair;505;58,4;850.25;Absfrm;CC0;129,90;EUR;oiled oak;\n"
+        "Desk;;;;;;;;;\n"
+        "Stool;360;;;;;20;;;\n");
+    EXPECT_EQ(catalog.sizes, (std::vector<VelkHost::ItemSize>{{505, 58.4F, 850.25F}, {}, {360, 0, 0}}));
+    const VelkHost::ItemProperties chair{"Absfrm", "CC0", "129.90", "EUR", {{"finish", "oiled oak"}}};
+    EXPECT_EQ(catalog.properties, (std::vector<VelkHost::ItemProperties>{chair, {}, {"", "", "20", "", {}}}));
+}
+
+TEST_F(CsvSource, NamesTheLineOfASizeOrPriceThatIsNone)
+{
+    EXPECT_EQ(refusal("name,width\nChair,wide\n"), "line 2: the width \"wide\" is not a number of millimetres");
+    EXPECT_EQ(refusal("name,height\nChair,-5\n"), "line 2: the height \"-5\" is not a number of millimetres");
+    EXPECT_EQ(refusal("name,price\nChair,much\n"), "line 2: the price \"much\" is not a number such as 129.90");
+    EXPECT_EQ(refusal("name,price,currency\nChair,1,euro\n"),
+              "line 2: the currency \"euro\" is not three capital letters, such as EUR");
+}
+
 TEST_F(CsvSource, TakesSemicolonsAndTabs)
 {
     EXPECT_EQ(read("name;keywords\nChair;oak, seat\n").items[0].keywords, "oak, seat");

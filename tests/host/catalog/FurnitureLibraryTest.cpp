@@ -102,6 +102,32 @@ TEST_F(FurnitureLibrary, HasItsItemsInOrderOfNumbers)
               (Item{"Test#Models#10", 1, "Lamp", "Oak, Lamp works", "", {{FileRole::Model, "lamp.obj"}}}));
 }
 
+TEST_F(FurnitureLibrary, HasSizesAndProperties)
+{
+    const fileString path = folder() / U"sizes.sh3f";
+    test::writeZip(path,
+                   {{"PluginFurnitureCatalog.properties",
+                     "id=Sizes\nlicense=CC0\nprovider=Nordhus\nversion=1.8\n"
+                     "name#1=Chair\ncategory#1=Seats\nwidth#1=50.5\ndepth#1=58.4\nheight#1=105\n"
+                     "elevation#1=12\ncreator#1=Absfrm\nlicense#1=CC-BY\nprice#1=129.90\ncurrency#1=EUR\n"
+                     "creationDate#1=2013-09-05\ndoorOrWindow#1=false\nmovable#1=true\n"
+                     "name#2=Lamp\ncategory#2=Lights\nwidth#2=wide\nheight#2=-3\nprice#2=much\ncurrency#2=EUR\n"}});
+    const Catalog catalog = readFurnitureLibrary(path, {});
+    EXPECT_EQ(catalog.licence, "CC0");
+    EXPECT_EQ(catalog.provider, "Nordhus");
+    EXPECT_EQ(catalog.version, "1.8");
+    EXPECT_EQ(catalog.sizeOf(0), (VelkHost::ItemSize{505, 584, 1'050}));
+    EXPECT_FALSE(catalog.sizeOf(1).isKnown());
+    const VelkHost::ItemProperties chair{
+        "Absfrm",
+        "CC-BY",
+        "129.90",
+        "EUR",
+        {{"elevation", "120 mm"}, {"date", "2013-09-05"}, {"door or window", "no"}, {"movable", "yes"}}};
+    EXPECT_EQ(catalog.propertiesOf(0), chair);
+    EXPECT_EQ(catalog.propertiesOf(1), VelkHost::ItemProperties());
+}
+
 TEST_F(FurnitureLibrary, MakesACategoryOfEachCategory)
 {
     const Catalog catalog = read();

@@ -48,6 +48,15 @@ protected:
         libraries_.loaded[0].catalog = std::make_shared<const Catalog>(std::move(changed));
     }
 
+    /// Each item gets the same size and properties.
+    void giveSizes()
+    {
+        Catalog changed = *libraries_.loaded[0].catalog;
+        changed.sizes.assign(changed.items.size(), {505, 584, 850});
+        changed.properties.assign(changed.items.size(), {"Absfrm", "CC0", "129.90", "EUR", {{"finish", "oiled"}}});
+        libraries_.loaded[0].catalog = std::make_shared<const Catalog>(std::move(changed));
+    }
+
     LibrarySet libraries_;
     SearchRequest request_;
 };
@@ -180,6 +189,45 @@ TEST_F(HitReport, ExplainsASearch)
         QJsonDocument::fromJson(QByteArray::fromStdString(explainJson(searchInfo(request_))))
             .toJson(QJsonDocument::Compact),
         QByteArray("{\"groups\":[{\"excludedTerms\":[\"red\"],\"terms\":[\"chair\"]}],\"wholeWordsOnly\":false}"));
+}
+
+TEST_F(HitReport, ShowsSizesWhereThereAreAny)
+{
+    EXPECT_EQ(table("chair").find("Size in mm"), std::string::npos);
+    giveSizes();
+    EXPECT_THAT(table("chair"), testing::HasSubstr("Size in mm"));
+    EXPECT_THAT(table("chair"), testing::HasSubstr("505 \u00D7 584 \u00D7 850"));
+}
+
+TEST_F(HitReport, TellsWhatDoesNotFit)
+{
+    giveSizes();
+    request_.room = {1, 1, 1};
+    request_.folders = false;
+    EXPECT_THAT(table(""), testing::StartsWith("0 hits. "));
+    const std::string text = table("a");
+    EXPECT_THAT(text, testing::HasSubstr("more item"));
+    EXPECT_THAT(text, testing::HasSubstr(" not fit."));
+    const QJsonObject object = json("a");
+    const QJsonObject room{{QStringLiteral("width"), 1}, {QStringLiteral("depth"), 1}, {QStringLiteral("height"), 1}};
+    EXPECT_EQ(object.value(QStringLiteral("fits")).toObject(), room);
+    EXPECT_GT(object.value(QStringLiteral("tooLarge")).toInt() + object.value(QStringLiteral("withoutSize")).toInt(),
+              0);
+}
+
+TEST_F(HitReport, TellsWhatIsKnownInJson)
+{
+    giveSizes();
+    const QJsonObject hit = json("chair").value(QStringLiteral("hits")).toArray().at(0).toObject();
+    const QJsonObject size{
+        {QStringLiteral("width"), 505}, {QStringLiteral("depth"), 584}, {QStringLiteral("height"), 850}};
+    EXPECT_EQ(hit.value(QStringLiteral("size")).toObject(), size);
+    EXPECT_EQ(hit.value(QStringLiteral("creator")).toString(), QStringLiteral("Absfrm"));
+    EXPECT_EQ(hit.value(QStringLiteral("licence")).toString(), QStringLiteral("CC0"));
+    EXPECT_EQ(hit.value(QStringLiteral("price")).toString(), QStringLiteral("129.90"));
+    EXPECT_EQ(hit.value(QStringLiteral("currency")).toString(), QStringLiteral("EUR"));
+    EXPECT_EQ(hit.value(QStringLiteral("details")).toObject(),
+              (QJsonObject{{QStringLiteral("finish"), QStringLiteral("oiled")}}));
 }
 
 }  // namespace

@@ -81,6 +81,24 @@ TEST_F(VelkProgram, TellsWindowsThatItKnowsLongPathsAndUtf8)
 }
 #endif
 
+TEST_F(VelkProgram, FindsWhatFits)
+{
+    velk({"catalog", "sample", "-o", "s.calib"});
+    const ProgramRun run = velk({"search", "chair", "--library", "s.calib", "--fits", "500x470x-"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_THAT(run.output, HasSubstr("  Chair  "));
+    EXPECT_THAT(run.output, HasSubstr("\n3 more items do not fit.\n1 hit. "));
+    EXPECT_EQ(velk({"search", "chair", "--library", "s.calib", "--fits", "1x1x1"}).exitCode, 1);
+}
+
+TEST_F(VelkProgram, RefusesASizeThatIsNone)
+{
+    const ProgramRun run = velk({"search", "chair", "--fits", "800x600"});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_THAT(run.errors, HasSubstr("\"800x600\" is no size such as 800x600x- (millimetres)"));
+    EXPECT_EQ(velk({"search", "chair", "--fits", "8x8x8", "--kind", "folders"}).exitCode, 2);
+}
+
 TEST_F(VelkProgram, SearchesTheSample)
 {
     const ProgramRun made = velk({"catalog", "sample", "-o", "s.calib"});
@@ -88,10 +106,9 @@ TEST_F(VelkProgram, SearchesTheSample)
     EXPECT_THAT(made.output, StartsWith("s.calib: Sample house (en), 40 items in 15 folders, 40 thumbnails, "));
     const ProgramRun run = velk({"search", "dining", "chair", "--library", "s.calib"});
     EXPECT_EQ(run.exitCode, 0);
-    EXPECT_THAT(
-        run.output,
-        HasSubstr(
-            "1  ItemExactName  Dining chair  Sample house \u203A Furniture \u203A Seating \u203A Chairs  seat, oak\n"));
+    EXPECT_THAT(run.output, HasSubstr("1  ItemExactName  Dining chair  460 \u00D7 540 \u00D7 920  Sample house \u203A "
+                                      "Furniture \u203A Seating \u203A "
+                                      "Chairs  seat, oak\n"));
     EXPECT_THAT(run.output, HasSubstr("1 hit. Rated 40 items and 15 folders of 1 library in "));
     EXPECT_EQ(run.errors, "");
 }

@@ -207,6 +207,86 @@ void expectPlainResults(const SearchIndex& index, const std::vector<LoadedLibrar
     ASSERT_EQ(rowsOf(result), PlainSearch(libraries, request, info, leftOut).rows()) << request.text;
 }
 
+// Only what fits into a room
+
+class FittingHits : public testing::Test
+{
+protected:
+    FittingHits()
+    {
+        Catalog catalog;
+        catalog.name = "A";
+        catalog.folders.push_back({Folder::noParent, "chair"});
+        for (const char* const name : {"chair", "chair arm", "chair bar", "chair cot", "armchair"})
+            catalog.items.push_back({name, 0, name, "", "", {}});
+        catalog.sizes = {{505, 584, 850}, {900, 900, 900}, {}, {584, 505, 850}, {400, 400, 0}};
+        index_.setLibraries({{fileString(std::string("A")), std::make_shared<const Catalog>(std::move(catalog))}});
+    }
+
+    SearchResult find(const RoomToFit& room, const std::string& text = "chair") const
+    {
+        SearchRequest request = requestFor(text);
+        request.room = room;
+        return searchIndex(index_.state(), request, searchInfo(request));
+    }
+
+    std::vector<std::string> names(const SearchResult& result) const
+    {
+        std::vector<std::string> names;
+        for (std::size_t i = 0; i < result.size(); ++i)
+            names.push_back(hitName(*result.state->libraries()[0]->catalog, result.hit(i)));
+        return names;
+    }
+
+    /// That of the item with that index.
+    static SearchPriority priorityOf(const SearchResult& result, std::size_t item)
+    {
+        for (std::size_t i = 0; i < result.size(); ++i)
+            if (!result.hit(i).isFolder && result.hit(i).index == item)
+                return result.hit(i).priority;
+        return Invalid;
+    }
+
+    SearchIndex index_;
+};
+
+TEST_F(FittingHits, KeepTheirOrderAndGroups)
+{
+    const SearchResult all = find({});
+    const SearchResult fitting = find({600, 510, 0});
+    EXPECT_EQ(names(fitting), (std::vector<std::string>{"chair", "chair cot", "armchair"}));
+    EXPECT_EQ(fitting.tooLarge, 1U);
+    EXPECT_EQ(fitting.withoutSize, 1U);
+    for (std::size_t i = 0; i < fitting.size(); ++i) {
+        const Hit hit = fitting.hit(i);
+        EXPECT_FALSE(hit.isFolder);
+        EXPECT_EQ(priorityOf(all, hit.index), hit.priority) << hit.index;
+    }
+    std::size_t end = 0;
+    for (const SearchResult::Group& group : fitting.groups) {
+        EXPECT_EQ(group.begin, end);
+        EXPECT_GT(group.end, group.begin);
+        end = group.end;
+    }
+    EXPECT_EQ(end, fitting.size());
+}
+
+TEST_F(FittingHits, AreNoneWhereNothingFits)
+{
+    const SearchResult none = find({1, 1, 1});
+    EXPECT_EQ(none.size(), 0U);
+    EXPECT_TRUE(none.groups.empty());
+    EXPECT_EQ(none.tooLarge, 4U);
+    EXPECT_EQ(none.withoutSize, 1U);
+}
+
+TEST_F(FittingHits, CountNothingWithoutARoom)
+{
+    const SearchResult all = find({});
+    EXPECT_EQ(all.size(), 6U);
+    EXPECT_EQ(all.tooLarge + all.withoutSize, 0U);
+}
+
 }  // namespace
 
 // ---- The order -----------------------------------------------------------------------------------

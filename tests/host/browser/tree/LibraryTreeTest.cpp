@@ -109,6 +109,29 @@ TEST_F(LibraryTree, DragsAnItemAsTextAndPicture)
     EXPECT_EQ(std::unique_ptr<QMimeData>(model().mimeData({things})), nullptr);
 }
 
+TEST_F(LibraryTree, TellsTheSizeOfAnItem)
+{
+    Catalog catalog = mixedCatalog();
+    catalog.sizes.resize(catalog.items.size());
+    for (std::size_t i = 0; i < catalog.items.size(); ++i)
+        if (catalog.items[i].uniqueId == "2")
+            catalog.sizes[i] = {2'500, 600.5F, 1'500};
+    install(U"a.calib", catalog);
+    openWindow();
+    const QModelIndex zebra = itemIndex(core(U"a.calib"), "2");
+    const QString size = QStringLiteral("2500 \u00D7 600.5 \u00D7 1500 mm");
+    EXPECT_EQ(zebra.data(LibraryDelegate::QuietTextRole).toString(), size);
+    tree().setCurrentIndex(zebra);
+    EXPECT_EQ(named<QLabel>("detailSize")->text(), size);
+    EXPECT_FALSE(named<QLabel>("detailSize")->isHidden());
+    const std::unique_ptr<QMimeData> dragged(model().mimeData({zebra}));
+    const QJsonObject object =
+        QJsonDocument::fromJson(dragged->data(QString::fromLatin1(VelkHost::itemMimeType))).object();
+    const QJsonObject measures{
+        {QStringLiteral("width"), 2'500}, {QStringLiteral("depth"), 600.5}, {QStringLiteral("height"), 1'500}};
+    EXPECT_EQ(object.value(QStringLiteral("size")).toObject(), measures);
+}
+
 TEST_F(LibraryTree, ShowsWhatIsSelectedAndChoosesIt)
 {
     install(U"a.calib", mixedCatalog());
