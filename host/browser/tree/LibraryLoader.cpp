@@ -83,8 +83,12 @@ LibraryLoader::~LibraryLoader()
 void LibraryLoader::read(std::vector<fileString> files)
 {
     ++readings_;
-    auto job = [this, files = std::move(files)]() -> Worker::Arrival {
-        readAll(files);
+    {
+        const std::lock_guard lock(mutex_);
+        waiting_.insert(waiting_.end(), std::make_move_iterator(files.begin()), std::make_move_iterator(files.end()));
+    }
+    auto job = [this]() -> Worker::Arrival {
+        readAll(takeWaiting());
         return [this] { endReading(); };
     };
     worker_.run(std::move(job), [this] { endReading(); });
@@ -106,6 +110,14 @@ void LibraryLoader::readInstalled()
         Q_EMIT folderFailed(PathUtils::getObject().getUserDatabasePath(), unreadWithoutMemory());
         endReading();
     });
+}
+
+/// All files that are still to be read. An update names one library after the other, faster than they are read one by
+/// one: what waits together is read side by side, and the jobs that came with the rest find nothing left to do.
+std::vector<fileString> LibraryLoader::takeWaiting()
+{
+    const std::lock_guard lock(mutex_);
+    return std::exchange(waiting_, {});
 }
 
 void LibraryLoader::endReading()

@@ -74,6 +74,7 @@ Q_SIGNALS:
     void finished();
 
 private:
+    std::vector<fileString> takeWaiting();
     void endReading();
     void readAll(const std::vector<fileString>& files);
     std::vector<LibraryArrival> readSome(std::span<const fileString> files) const;
@@ -85,6 +86,7 @@ private:
 
     // Written by the worker:
     std::mutex mutex_;
+    std::vector<fileString> waiting_;  // to be read
     std::vector<LibraryArrival> read_;
     std::atomic<bool> isStopped_ = false;
 
