@@ -13,14 +13,15 @@ namespace {
 ValueKind kindOf(const std::string& value)
 {
     static const std::map<std::string, ValueKind> kinds = {
-        {"CERT KEY", ValueKind::File},  {"CODE", ValueKind::Text},   {"DEST", ValueKind::File},
-        {"DIR", ValueKind::Folder},     {"FILE", ValueKind::File},   {"FOLDER", ValueKind::Folder},
-        {"FORMAT", ValueKind::Text},    {"ID", ValueKind::Text},     {"IP", ValueKind::Text},
-        {"KIND", ValueKind::Text},      {"KINDS", ValueKind::Text},  {"N", ValueKind::Text},
-        {"NAME", ValueKind::Text},      {"P", ValueKind::Text},      {"PATH", ValueKind::File},
-        {"SITE", ValueKind::Folder},    {"SOURCE", ValueKind::File}, {"TEXT", ValueKind::Text},
-        {"URL", ValueKind::Text},       {"V", ValueKind::Text},      {"WORD", ValueKind::Text},
-        {"WORKDIR", ValueKind::Folder}, {"YES|NO", ValueKind::Text},
+        {"CERT KEY", ValueKind::File}, {"CODE", ValueKind::Text},      {"DEST", ValueKind::File},
+        {"DIR", ValueKind::Folder},    {"FILE", ValueKind::File},      {"FOLDER", ValueKind::Folder},
+        {"FORMAT", ValueKind::Text},   {"ID", ValueKind::Text},        {"IP", ValueKind::Text},
+        {"KIND", ValueKind::Text},     {"KINDS", ValueKind::Text},     {"N", ValueKind::Text},
+        {"NAME", ValueKind::Text},     {"NUMBER", ValueKind::Text},    {"P", ValueKind::Text},
+        {"PATH", ValueKind::File},     {"SITE", ValueKind::Folder},    {"SOURCE", ValueKind::File},
+        {"TEXT", ValueKind::Text},     {"URL", ValueKind::Text},       {"V", ValueKind::Text},
+        {"WORD", ValueKind::Text},     {"WORKDIR", ValueKind::Folder}, {"WxDxH", ValueKind::Text},
+        {"YES|NO", ValueKind::Text},
     };
     const auto known = kinds.find(value);
     if (known == kinds.end())

@@ -84,7 +84,7 @@ private:
     void deliver();
     std::vector<LibraryArrival> takeSome();
 
-    // Written by the worker:
+    // Shared with the worker:
     std::mutex mutex_;
     std::vector<fileString> waiting_;  // to be read
     std::vector<LibraryArrival> read_;
