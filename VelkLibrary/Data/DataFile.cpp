@@ -4,6 +4,7 @@
 #include <VelkCommon/Files/LockingFStream.h>
 #include <VelkCommon/Files/Overwriting.h>
 #include <VelkCommon/Files/PathUtils.h>
+#include <VelkCommon/Platform/FreedMemory.h>
 #include <VelkCommon/Platform/Process.h>
 #include <VelkCommon/Reporting/MessagingSystem.h>
 #include <VelkCommon/Text/StringConvert.h>
@@ -76,6 +77,14 @@ std::string MemberPlace::text() const
 {
     std::string text = parent.empty() ? std::string() : '"' + std::string(parent) + "\".";
     return text + '"' + std::string(key) + '"';
+}
+
+void PartsRead::free(JsonNode& part)
+{
+    constexpr std::size_t together = 16;
+    part.reset();
+    if (++freed_ % together == 0)
+        Velk::Platform::joinFreedMemory();
 }
 
 DataFileResult readDataFile(const fileString& path, const std::function<void(JsonObject& root)>& readRoot)

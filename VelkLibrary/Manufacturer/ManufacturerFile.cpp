@@ -145,10 +145,11 @@ void readRoot(JsonObject& root, ManufacturerFile& file)
     const std::string* const text = findMember<std::string>(root, {{}, defaultTextKey});
     file.defaultText =
         text != nullptr ? texts.decode(*text) : StringUtils::loadUnicodeString(Velk::textNumbers::manufacturerCard);
+    Library::detail::PartsRead partsRead;
     for (auto& [key, value] : root)
         if (StringUtils::iStartsWith(key, cardPrefix)) {
             readCard(key, value, texts, file.cards);
-            value.reset();  // while it is still in the processor's caches; the next card takes its memory
+            partsRead.free(value);
         }
 }
 

@@ -11,6 +11,7 @@
 
 #include <boost/any.hpp>
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -77,6 +78,18 @@ const Value* findMember(const JsonObject& object, const MemberPlace& place)
     const auto found = object.find(std::string(place.key));
     return found == object.end() ? nullptr : &valueOf<Value>(found->second, place);
 }
+
+/// Frees the parts of a document one after the other, each as soon as it has been read: it is still in the processor's
+/// caches then, and what is made of the next part takes its memory.
+class PartsRead
+{
+public:
+    /// Leaves `part` empty. For parts of some dozens of values, such as a card.
+    void free(JsonNode& part);
+
+private:
+    std::size_t freed_ = 0;
+};
 
 /// Reads the document in the file at `path` and hands its root to `readRoot`, which may take it apart and may throw
 /// WrongMember. Throws nothing but `std::bad_alloc` and whatever else `readRoot` throws.
