@@ -240,6 +240,21 @@ Row rowOf(const char* name, Work work)
     return row;
 }
 
+/// Of several turns the one with the quickest key: the machine may have other things to do. A million items are so much
+/// slower in the peers that one turn tells enough.
+template <typename Work>
+Row quickestRowOf(const char* name, std::size_t items, Work work)
+{
+    constexpr std::size_t manyItems = 100'000;
+    Row quickest = rowOf(name, work);
+    for (int turn = 1; turn < 3 && items < manyItems; ++turn) {
+        const Row next = rowOf(name, work);
+        if (next.findings.key < quickest.findings.key)
+            quickest = next;
+    }
+    return quickest;
+}
+
 void measure(const std::vector<Entry>& libraries, std::size_t count, std::vector<bench::Measure>& measures)
 {
     const QTemporaryDir home;
@@ -252,9 +267,10 @@ void measure(const std::vector<Entry>& libraries, std::size_t count, std::vector
     });
     std::printf("\n%zu items\n%-24s %12s %12s %12s %12s %10s %9s\n", count, "", "first tree ms", "complete ms",
                 "key ms", "longest ms", "MiB", "hits");
-    const Row own = rowOf("velk-browser", [&](Findings& findings) { return runBrowser(path, findings); });
-    const Row proxy =
-        rowOf("QSortFilterProxyModel", [&](Findings& findings) { return runProxyModel(content(), findings); });
+    const Row own =
+        quickestRowOf("velk-browser", count, [&](Findings& findings) { return runBrowser(path, findings); });
+    const Row proxy = quickestRowOf("QSortFilterProxyModel", count,
+                                    [&](Findings& findings) { return runProxyModel(content(), findings); });
     rowOf("SQLite FTS5 (query)", [&](Findings& findings) { return runFullText(content(), findings); });
     const std::string of = " with " + std::to_string(count) + " items";
     measures.push_back({"longest event" + of, own.findings.longestEvent, 16, 8, false, "ms"});

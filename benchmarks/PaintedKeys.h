@@ -25,7 +25,7 @@ struct PaintedKeys
 /// The ms until the window shows the results of a text that is put into its search box.
 double paintedKey(VelkHost::BrowserWindow& window, const QString& text);
 
-/// That of all texts, each beginning with an empty search box.
+/// That of all texts, each beginning with an empty search box; the least of three rounds.
 PaintedKeys paintedKeys(VelkHost::BrowserWindow& window);
 
 /// Prints each of them with its gate, and appends what is demanded of all of them and of the median.

@@ -63,7 +63,7 @@ public:
     /// One thread goes up from the first entry, another one down from the last, until they meet in the middle.
     void run(std::size_t hitCount)
     {
-        hits_.entries.resize(hitCount + 2);
+        hits_.entries.resize(hitCount + 2, boost::container::default_init);
         std::atomic<int> next = 0;
         onThreads(std::min<std::size_t>(threadCount(), 2), [&] {
             for (int half = next++; half < 2; half = next++)
@@ -116,7 +116,7 @@ private:
 /// Puts the hits into their groups, and sorts each group.
 void sortHits(const IndexRating& rating, std::size_t hitCount, SearchResult& hits)
 {
-    hits.entries.resize(hitCount);
+    hits.entries.resize(hitCount, boost::container::default_init);
     std::array<std::vector<EntryNumber>, IndexRating::priorityCount> found;
     rating.forEachHit([&](EntryNumber entry) { found[rating.priorities()[entry]].push_back(entry); });
     for (const SearchResult::Group& group : hits.groups) {
@@ -146,7 +146,8 @@ void findId(const std::string& id, const std::vector<bool>& isSearched, const st
             }
         }
     }
-    hits.entries = sortedEntries(*hits.state, found).entries;
+    const EntryOrder sorted = sortedEntries(*hits.state, found);
+    hits.entries.assign(sorted.entries.begin(), sorted.entries.end());
     if (!hits.entries.empty())
         hits.groups.push_back({Invalid, 0, hits.entries.size()});
 }

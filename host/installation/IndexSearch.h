@@ -3,6 +3,8 @@
 #include "host/installation/LibrarySearch.h"
 #include "host/installation/SearchIndex.h"
 
+#include <boost/container/vector.hpp>
+
 #include <cstddef>
 #include <memory>
 #include <stop_token>
@@ -24,8 +26,11 @@ struct SearchResult
         std::size_t end = 0;
     };
 
+    /// Of a million hits, four megabytes of zeros that are written over would be a part of each key's time.
+    using Entries = boost::container::vector<EntryNumber>;
+
     std::shared_ptr<const IndexState> state;  ///< that was searched
-    std::vector<EntryNumber> entries;         ///< group by group, each in the order of the index
+    Entries entries;                          ///< group by group, each in the order of the index
     std::vector<Group> groups;                ///< best first
     std::size_t ratedFolders = 0;
     std::size_t ratedItems = 0;
